@@ -1,0 +1,7 @@
+# SANITIZE=address,undefined or SANITIZE=thread instruments everything that is built here,
+# the module and the tests included. The presets asan and tsan set it.
+set(SANITIZE "" CACHE STRING "Sanitizers for the whole build: address,undefined or thread")
+if(SANITIZE)
+  add_compile_options(-fsanitize=${SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${SANITIZE})
+endif()

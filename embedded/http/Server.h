@@ -1,0 +1,78 @@
+// An HTTP/1.1 server for one kind of service: a request goes to one handler, its reply comes back
+// on the same connection. Knows nothing of CIM.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace embedded::http {
+
+/// Header fields in the order in which they came or shall go; names keep their spelling.
+using Fields = std::vector<std::pair<std::string, std::string>>;
+
+/// The value of the first field named `name` (case ignored), or nullptr.
+const std::string* findField(const Fields& fields, const std::string& name);
+
+struct Request {
+    std::string verb; ///< "POST", "M-POST", ... as it came
+    std::string target;
+    unsigned version = 11; ///< 10 or 11
+    Fields fields;
+    std::string body;
+};
+
+/// The server adds what the connection needs (the content length when it is not among `fields`,
+/// Connection when it closes); everything else is the handler's.
+struct Reply {
+    unsigned status = 200;
+    std::string reason = "OK";
+    Fields fields;
+    std::string body;
+};
+
+/// Called on a worker thread, several at once. What it throws becomes a 500 and a line in the log.
+using Handler = std::function<Reply(const Request&)>;
+
+struct Options {
+    std::string address = "127.0.0.1";
+    std::uint16_t port = 5988; ///< 0: any free one, see Server::port()
+    unsigned workers = 16;     ///< threads that run the handler
+    std::uint64_t bodyLimit = 8 * 1024 * 1024;        ///< bytes; beyond it the reply is 413
+    std::uint32_t headerLimit = 64 * 1024;            ///< bytes; beyond it the reply is 431
+    std::chrono::seconds idleTimeout{300};            ///< for the next request on a connection
+    std::chrono::seconds requestTimeout{30};          ///< for the rest of a request that has begun
+    std::function<void(const std::string&)> log;      ///< a line for whoever runs the server
+};
+
+/// Listens from its construction (throws std::runtime_error that says address, port and reason),
+/// serves from run() on.
+///
+/// Thread-safety: stop() may be called from any thread and from a signal watcher.
+class Server {
+  public:
+    Server(const Options& options, Handler handler);
+    ~Server();
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    /// The port in use.
+    std::uint16_t port() const;
+    /// Serves until stop(). Requests that are being handled then are finished and answered.
+    void run();
+    /// No new connections or requests; makes run() return when the last handler has returned or
+    /// `grace` is over, whichever comes first. run() says which: see drained().
+    void stop(std::chrono::seconds grace = std::chrono::seconds(10));
+    /// After run(): false when a handler was still running at the end of the grace time.
+    bool drained() const;
+
+  private:
+    class Implementation;
+    std::shared_ptr<Implementation> _implementation;
+};
+
+} // namespace embedded::http
