@@ -1,0 +1,32 @@
+#pragma once
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Linkage.h>
+
+namespace Pegasus {
+
+/// The CIM data types (DSP0004, "Data types"), and embedded objects and instances (DSP0201).
+enum CIMType {
+    CIMTYPE_BOOLEAN,
+    CIMTYPE_UINT8,
+    CIMTYPE_SINT8,
+    CIMTYPE_UINT16,
+    CIMTYPE_SINT16,
+    CIMTYPE_UINT32,
+    CIMTYPE_SINT32,
+    CIMTYPE_UINT64,
+    CIMTYPE_SINT64,
+    CIMTYPE_REAL32,
+    CIMTYPE_REAL64,
+    CIMTYPE_CHAR16,
+    CIMTYPE_STRING,
+    CIMTYPE_DATETIME,
+    CIMTYPE_REFERENCE,
+    CIMTYPE_OBJECT,
+    CIMTYPE_INSTANCE
+};
+
+/// The type's name as MOF and CIM-XML write it, such as "uint16".
+PEGASUS_COMMON_LINKAGE const char* cimTypeToString(const CIMType type);
+
+} // namespace Pegasus
