@@ -1,0 +1,124 @@
+// A method of a class.
+#pragma once
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMParameter.h>
+#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMType.h>
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Linkage.h>
+#include <Pegasus/Common/String.h>
+
+#include <memory>
+
+namespace Pegasus {
+
+class CIMConstMethod;
+class CIMMethodRep;
+
+/// The declaration of a method: name, return type, parameters and qualifiers.
+///
+/// Copies share one representation: what is changed through one is seen through all; clone() makes
+/// an independent one. A default-constructed object is uninitialized: all operations but
+/// isUninitialized() and assignment throw UninitializedObjectException.
+///
+/// Thread-safety: the reference count is atomic; the representation is not synchronized.
+class PEGASUS_COMMON_LINKAGE CIMMethod {
+  public:
+    CIMMethod() = default;
+    CIMMethod(const CIMMethod& x) = default;
+
+    /// Throws UninitializedObjectException if `name` is null.
+    CIMMethod(const CIMName& name,
+              CIMType type,
+              const CIMName& classOrigin = CIMName(),
+              Boolean propagated = false);
+    ~CIMMethod() = default;
+    CIMMethod& operator=(const CIMMethod& x) = default;
+
+    const CIMName& getName() const;
+    /// Throws UninitializedObjectException if `name` is null, and Exception if the method belongs
+    /// to a class, in which its name is a key.
+    void setName(const CIMName& name);
+    /// The type of the return value.
+    CIMType getType() const;
+    void setType(CIMType type);
+    const CIMName& getClassOrigin() const;
+    void setClassOrigin(const CIMName& classOrigin);
+    Boolean getPropagated() const;
+    void setPropagated(Boolean propagated);
+
+    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
+    /// UninitializedObjectException if `x` is uninitialized.
+    CIMMethod& addQualifier(const CIMQualifier& x);
+    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findQualifier(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    CIMQualifier getQualifier(Uint32 index);
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    void removeQualifier(Uint32 index);
+    Uint32 getQualifierCount() const;
+
+    /// Throws AlreadyExistsException if there is a parameter of that name (ignoring case), and
+    /// UninitializedObjectException if `x` is uninitialized.
+    CIMMethod& addParameter(const CIMParameter& x);
+    /// The index of the parameter `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findParameter(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getParameterCount().
+    CIMParameter getParameter(Uint32 index);
+    CIMConstParameter getParameter(Uint32 index) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getParameterCount().
+    void removeParameter(Uint32 index);
+    Uint32 getParameterCount() const;
+
+    Boolean isUninitialized() const;
+    /// Same name (ignoring case), type, qualifiers and parameters; class origin and propagation do
+    /// not count.
+    Boolean identical(const CIMConstMethod& x) const;
+    /// A deep copy, qualifiers and parameters included.
+    CIMMethod clone() const;
+
+  private:
+    friend class RepAccess;
+    explicit CIMMethod(std::shared_ptr<CIMMethodRep> rep);
+    std::shared_ptr<CIMMethodRep> _rep;
+};
+
+/// A CIMMethod that cannot be changed through this object.
+class PEGASUS_COMMON_LINKAGE CIMConstMethod {
+  public:
+    CIMConstMethod() = default;
+    CIMConstMethod(const CIMConstMethod& x) = default;
+    CIMConstMethod(const CIMMethod& x);
+    /// Throws UninitializedObjectException if `name` is null.
+    CIMConstMethod(const CIMName& name,
+                   CIMType type,
+                   const CIMName& classOrigin = CIMName(),
+                   Boolean propagated = false);
+    ~CIMConstMethod() = default;
+    CIMConstMethod& operator=(const CIMConstMethod& x) = default;
+    CIMConstMethod& operator=(const CIMMethod& x);
+
+    const CIMName& getName() const;
+    CIMType getType() const;
+    const CIMName& getClassOrigin() const;
+    Boolean getPropagated() const;
+    Uint32 findQualifier(const CIMName& name) const;
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Uint32 getQualifierCount() const;
+    Uint32 findParameter(const CIMName& name) const;
+    CIMConstParameter getParameter(Uint32 index) const;
+    Uint32 getParameterCount() const;
+    Boolean isUninitialized() const;
+    Boolean identical(const CIMConstMethod& x) const;
+    /// A deep copy, which can be changed.
+    CIMMethod clone() const;
+
+  private:
+    friend class RepAccess;
+    std::shared_ptr<const CIMMethodRep> _rep;
+};
+
+} // namespace Pegasus

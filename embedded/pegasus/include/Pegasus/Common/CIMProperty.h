@@ -1,0 +1,129 @@
+// A property, of a class or of an instance.
+#pragma once
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMType.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Linkage.h>
+
+#include <memory>
+
+namespace Pegasus {
+
+class CIMConstProperty;
+class CIMPropertyRep;
+
+/// A property: name, value, qualifiers, and where it comes from.
+///
+/// Copies share one representation, also with the instance or class that the property was added to
+/// or taken from: what is changed through one is seen through all. clone() makes an independent
+/// one, which is wanted before a class's property is given to an instance. A default-constructed
+/// object is uninitialized: all operations but isUninitialized() and assignment throw
+/// UninitializedObjectException.
+///
+/// Thread-safety: the reference count is atomic; the representation is not synchronized.
+class PEGASUS_COMMON_LINKAGE CIMProperty {
+  public:
+    CIMProperty() = default;
+    CIMProperty(const CIMProperty& x) = default;
+
+    /// `arraySize` is the fixed number of elements, 0 for any. A reference may leave out
+    /// `referenceClassName` when the property is meant for an instance.
+    ///
+    /// Throws UninitializedObjectException if `name` is null; TypeMismatchException if `arraySize`
+    /// is not 0 and `value` is not an array of that size, if `value` is an array of references, or
+    /// if `referenceClassName` is given for a value that is no reference.
+    CIMProperty(const CIMName& name,
+                const CIMValue& value,
+                Uint32 arraySize = 0,
+                const CIMName& referenceClassName = CIMName(),
+                const CIMName& classOrigin = CIMName(),
+                Boolean propagated = false);
+    ~CIMProperty() = default;
+    CIMProperty& operator=(const CIMProperty& x) = default;
+
+    const CIMName& getName() const;
+    /// Throws UninitializedObjectException if `name` is null, and Exception if the property
+    /// belongs to a class or an instance, in which its name is a key.
+    void setName(const CIMName& name);
+    const CIMValue& getValue() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    /// Throws TypeMismatchException unless `value` has the type and arrayness of the present one,
+    /// and, for an array of fixed size, that size; also for an array of references.
+    void setValue(const CIMValue& value);
+    Uint32 getArraySize() const;
+    /// Null if the property is no reference, or was made without a class.
+    const CIMName& getReferenceClassName() const;
+    const CIMName& getClassOrigin() const;
+    void setClassOrigin(const CIMName& classOrigin);
+    Boolean getPropagated() const;
+    void setPropagated(Boolean propagated);
+
+    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
+    /// UninitializedObjectException if `x` is uninitialized.
+    CIMProperty& addQualifier(const CIMQualifier& x);
+    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findQualifier(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    CIMQualifier getQualifier(Uint32 index);
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    void removeQualifier(Uint32 index);
+    Uint32 getQualifierCount() const;
+
+    /// Same name (ignoring case), value, reference class, class origin, propagation and
+    /// qualifiers; the fixed array size does not count.
+    Boolean identical(const CIMConstProperty& x) const;
+    /// A deep copy, qualifiers included, which belongs to no container.
+    CIMProperty clone() const;
+    Boolean isUninitialized() const;
+
+  private:
+    friend class RepAccess;
+    explicit CIMProperty(std::shared_ptr<CIMPropertyRep> rep);
+    std::shared_ptr<CIMPropertyRep> _rep;
+};
+
+/// A CIMProperty that cannot be changed through this object.
+class PEGASUS_COMMON_LINKAGE CIMConstProperty {
+  public:
+    CIMConstProperty() = default;
+    CIMConstProperty(const CIMConstProperty& x) = default;
+    CIMConstProperty(const CIMProperty& x);
+    /// Throws as the constructor of CIMProperty.
+    CIMConstProperty(const CIMName& name,
+                     const CIMValue& value,
+                     Uint32 arraySize = 0,
+                     const CIMName& referenceClassName = CIMName(),
+                     const CIMName& classOrigin = CIMName(),
+                     Boolean propagated = false);
+    ~CIMConstProperty() = default;
+    CIMConstProperty& operator=(const CIMConstProperty& x) = default;
+    CIMConstProperty& operator=(const CIMProperty& x);
+
+    const CIMName& getName() const;
+    const CIMValue& getValue() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    Uint32 getArraySize() const;
+    const CIMName& getReferenceClassName() const;
+    const CIMName& getClassOrigin() const;
+    Boolean getPropagated() const;
+    Uint32 findQualifier(const CIMName& name) const;
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Uint32 getQualifierCount() const;
+    Boolean identical(const CIMConstProperty& x) const;
+    /// A deep copy, which can be changed.
+    CIMProperty clone() const;
+    Boolean isUninitialized() const;
+
+  private:
+    friend class RepAccess;
+    std::shared_ptr<const CIMPropertyRep> _rep;
+};
+
+} // namespace Pegasus

@@ -1,0 +1,98 @@
+// The declaration of a qualifier type.
+#pragma once
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMFlavor.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMScope.h>
+#include <Pegasus/Common/CIMType.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Linkage.h>
+
+#include <memory>
+
+namespace Pegasus {
+
+class CIMConstQualifierDecl;
+class CIMQualifierDeclRep;
+
+/// A qualifier type (DSP0004): its name, default value, scope and flavors.
+///
+/// Copies share one representation: what is changed through one is seen through all; clone() makes
+/// an independent one. A default-constructed object is uninitialized: all operations but
+/// isUninitialized() and assignment throw UninitializedObjectException.
+///
+/// Thread-safety: the reference count is atomic; the representation is not synchronized.
+class PEGASUS_COMMON_LINKAGE CIMQualifierDecl {
+  public:
+    CIMQualifierDecl() = default;
+    CIMQualifierDecl(const CIMQualifierDecl& x) = default;
+
+    /// `arraySize` is the fixed number of elements of an array value, 0 for any.
+    /// Throws UninitializedObjectException if `name` is null.
+    CIMQualifierDecl(const CIMName& name,
+                     const CIMValue& value,
+                     const CIMScope& scope,
+                     const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
+                     Uint32 arraySize = 0);
+    ~CIMQualifierDecl() = default;
+    CIMQualifierDecl& operator=(const CIMQualifierDecl& x) = default;
+
+    const CIMName& getName() const;
+    /// Throws UninitializedObjectException if `name` is null.
+    void setName(const CIMName& name);
+    CIMType getType() const;
+    Boolean isArray() const;
+    /// The default value; its type is that of the qualifier.
+    const CIMValue& getValue() const;
+    void setValue(const CIMValue& value);
+    const CIMScope& getScope() const;
+    const CIMFlavor& getFlavor() const;
+    Uint32 getArraySize() const;
+    Boolean isUninitialized() const;
+    /// Same name (ignoring case), value, scope and array size; the flavors do not count.
+    Boolean identical(const CIMConstQualifierDecl& x) const;
+    /// A deep copy.
+    CIMQualifierDecl clone() const;
+
+  private:
+    friend class RepAccess;
+    explicit CIMQualifierDecl(std::shared_ptr<CIMQualifierDeclRep> rep);
+    std::shared_ptr<CIMQualifierDeclRep> _rep;
+};
+
+/// A CIMQualifierDecl that cannot be changed through this object.
+class PEGASUS_COMMON_LINKAGE CIMConstQualifierDecl {
+  public:
+    CIMConstQualifierDecl() = default;
+    CIMConstQualifierDecl(const CIMConstQualifierDecl& x) = default;
+    CIMConstQualifierDecl(const CIMQualifierDecl& x);
+    /// Throws UninitializedObjectException if `name` is null.
+    CIMConstQualifierDecl(const CIMName& name,
+                          const CIMValue& value,
+                          const CIMScope& scope,
+                          const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
+                          Uint32 arraySize = 0);
+    ~CIMConstQualifierDecl() = default;
+    CIMConstQualifierDecl& operator=(const CIMConstQualifierDecl& x) = default;
+    CIMConstQualifierDecl& operator=(const CIMQualifierDecl& x);
+
+    const CIMName& getName() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    const CIMValue& getValue() const;
+    const CIMScope& getScope() const;
+    const CIMFlavor& getFlavor() const;
+    Uint32 getArraySize() const;
+    Boolean isUninitialized() const;
+    Boolean identical(const CIMConstQualifierDecl& x) const;
+    /// A deep copy, which can be changed.
+    CIMQualifierDecl clone() const;
+
+  private:
+    friend class RepAccess;
+    std::shared_ptr<const CIMQualifierDeclRep> _rep;
+};
+
+} // namespace Pegasus
