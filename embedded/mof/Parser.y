@@ -1,0 +1,364 @@
+/* The grammar of MOF (DSP0004 annex A). All lists are left-recursive, so that the parser's stack
+   does not grow with their length; nothing in the grammar nests without end. */
+
+%require "3.8"
+%language "c++"
+%skeleton "lalr1.cc"
+%define api.namespace {embedded::mof}
+%define api.parser.class {Parser}
+%define api.value.type variant
+%define api.value.automove
+%define api.token.constructor
+%define api.location.type {Position}
+%locations
+%define parse.error custom
+/* Without it the parser would forget, before it reports, some tokens that could have followed. */
+%define parse.lac full
+
+%param { Scanner& scanner }
+%parse-param { Reading& reading }
+
+%code requires {
+#include "mof/Source.h"
+
+namespace embedded::mof {
+
+class Reading;
+class Scanner;
+
+// Parts of a declaration that the contract has no type for.
+
+struct ArraySuffix {
+    bool isArray = false;
+    std::uint32_t size = 0;
+};
+
+struct Typed {
+    std::string type;
+    std::string referenceClass;
+    std::string name;
+    ArraySuffix array;
+    Position where;
+};
+
+struct Features {
+    std::vector<Property> properties;
+    std::vector<Method> methods;
+};
+
+} // namespace embedded::mof
+}
+
+%code {
+#include "mof/Expectation.h"
+#include "mof/Parse.h"
+#include "mof/Reading.h"
+#include "mof/Scanner.h"
+#include "mof/Text.h"
+
+#include <charconv>
+
+// A rule stands where its first symbol stands.
+#define YYLLOC_DEFAULT(Current, Rhs, N) ((Current) = YYRHSLOC(Rhs, (N) ? 1 : 0))
+
+namespace embedded::mof {
+
+static Parser::symbol_type yylex(Scanner& scanner) {
+    return scanner.next();
+}
+
+static Literal literal(Literal::Kind kind, std::string text, Location where) {
+    const bool boolean = kind == Literal::Kind::Boolean && toLower(text) == "true";
+    return {kind, std::move(text), boolean, std::move(where)};
+}
+
+static Value scalar(Literal item) {
+    Location where = item.where;
+    Value value{false, {}, std::move(where)};
+    value.items.push_back(std::move(item));
+    return value;
+}
+
+// Array sizes are plain decimal numbers, not every integer.
+static std::uint32_t arraySize(const std::string& digits, const Source& source, const Position& at) {
+    std::uint32_t size = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, size);
+    if (error != std::errc() || stop != end || digits.front() == '0')
+        source.fail(at, unexpected(digits, "an array size from 1 to 4294967295 in decimal digits"));
+    return size;
+}
+
+static Property property(std::vector<Qualifier> qualifiers, Typed typed, std::optional<Value> value,
+                         const Source& source) {
+    return {std::move(qualifiers), std::move(typed.type), std::move(typed.referenceClass),
+            std::move(typed.name), typed.array.isArray,   typed.array.size,
+            std::move(value),      source.at(typed.where)};
+}
+
+} // namespace embedded::mof
+}
+
+/* What stands in quotes here is what a message says was expected. */
+%token END 0 "end of file"
+%token LBRACE "'{'" RBRACE "'}'" LBRACKET "'['" RBRACKET "']'" LPAREN "'('" RPAREN "')'"
+%token COLON "':'" SEMICOLON "';'" COMMA "','" EQUALS "'='"
+%token PRAGMA "'#pragma'"
+%token <std::string> IDENTIFIER "a name"
+%token <std::string> CLASS "'class'" INSTANCE "'instance'" OF "'of'" AS "'as'" REF "'ref'"
+%token <std::string> QUALIFIER "'qualifier'" SCOPE "'scope'" FLAVOR "'flavor'"
+%token <std::string> TYPE "a type"
+%token <std::string> SCOPE_NAME "a scope"
+%token <std::string> FLAVOR_NAME "a flavor"
+%token <std::string> INTEGER "an integer" REAL "a real number" CHARACTER "a character"
+%token <std::string> STRING "a string" BOOLEAN "a boolean" NULL_VALUE "'null'" ALIAS "an alias"
+
+%nterm <std::string> name qualifier_name strings alias superclass scope
+%nterm <std::vector<std::string>> scopes default_flavors flavor_list flavors qualifier_flavors
+%nterm <std::vector<Qualifier>> qualifiers qualifier_list
+%nterm <Qualifier> qualifier
+%nterm <std::optional<Value>> qualifier_value default_value
+%nterm <Value> initializer array_value
+%nterm <Literal> constant
+%nterm <std::vector<Literal>> constants
+%nterm <ArraySuffix> array_suffix
+%nterm <QualifierDeclaration> qualifier_declaration
+%nterm <ClassDeclaration> class_declaration
+%nterm <Features> features
+%nterm <Typed> typed reference
+%nterm <std::vector<Parameter>> parameters parameter_list
+%nterm <Parameter> parameter
+%nterm <InstanceDeclaration> instance_declaration
+%nterm <std::vector<PropertyInitializer>> initializers
+
+%%
+
+specification:
+  %empty
+| specification PRAGMA name LPAREN strings RPAREN {
+    reading.pragma($3, $5, scanner.source().at(@5));
+  }
+| specification qualifier_declaration { reading.declare($2); }
+| specification class_declaration     { reading.declare($2); }
+| specification instance_declaration  { reading.declare($2); }
+;
+
+/* Names. Class names always carry a schema prefix and so never are keywords; everything else may
+   be named like one, where it cannot be mistaken. */
+
+name:
+  IDENTIFIER | CLASS | INSTANCE | OF | AS | QUALIFIER | SCOPE | FLAVOR | TYPE | SCOPE_NAME
+| FLAVOR_NAME
+;
+
+qualifier_name: name | REF ;
+
+alias:
+  %empty   {}
+| AS ALIAS { $$ = $2; }
+;
+
+/* Qualifier declarations. */
+
+qualifier_declaration:
+  QUALIFIER qualifier_name COLON TYPE array_suffix default_value COMMA
+  SCOPE LPAREN scopes RPAREN default_flavors SEMICOLON {
+    const ArraySuffix array = $5;
+    $$ = {$2, toLower($4), array.isArray, array.size, $6, $10, $12, scanner.source().at(@2)};
+  }
+;
+
+scopes:
+  scope              { $$.push_back(toLower($1)); }
+| scopes COMMA scope { $$ = $1; $$.push_back(toLower($3)); }
+;
+
+scope: SCOPE_NAME | CLASS | QUALIFIER ;
+
+default_flavors:
+  %empty                                 {}
+| COMMA FLAVOR LPAREN flavor_list RPAREN { $$ = $4; }
+;
+
+flavor_list:
+  FLAVOR_NAME                   { $$.push_back(toLower($1)); }
+| flavor_list COMMA FLAVOR_NAME { $$ = $1; $$.push_back(toLower($3)); }
+;
+
+/* Qualifiers. */
+
+qualifiers:
+  %empty                           {}
+| LBRACKET qualifier_list RBRACKET { $$ = $2; }
+;
+
+qualifier_list:
+  qualifier                      { $$.push_back($1); }
+| qualifier_list COMMA qualifier { $$ = $1; $$.push_back($3); }
+;
+
+qualifier:
+  qualifier_name qualifier_value qualifier_flavors {
+    $$ = {$1, $2, $3, scanner.source().at(@1)};
+  }
+;
+
+qualifier_value:
+  %empty                 {}
+| LPAREN constant RPAREN { $$ = scalar($2); }
+| array_value            { $$ = $1; }
+;
+
+qualifier_flavors:
+  %empty        {}
+| COLON flavors { $$ = $2; }
+;
+
+flavors:
+  FLAVOR_NAME         { $$.push_back(toLower($1)); }
+| flavors FLAVOR_NAME { $$ = $1; $$.push_back(toLower($2)); }
+;
+
+/* Classes. */
+
+class_declaration:
+  qualifiers CLASS IDENTIFIER alias superclass LBRACE features RBRACE SEMICOLON {
+    Features features = $7;
+    $$ = {$1, $3, $4, $5, std::move(features.properties), std::move(features.methods),
+          scanner.source().at(@3)};
+  }
+;
+
+superclass:
+  %empty           {}
+| COLON IDENTIFIER { $$ = $2; }
+;
+
+features:
+  %empty {}
+| features qualifiers typed default_value SEMICOLON {
+    $$ = $1;
+    $$.properties.push_back(property($2, $3, $4, scanner.source()));
+  }
+| features qualifiers reference default_value SEMICOLON {
+    $$ = $1;
+    $$.properties.push_back(property($2, $3, $4, scanner.source()));
+  }
+| features qualifiers TYPE name LPAREN parameters RPAREN SEMICOLON {
+    $$ = $1;
+    $$.methods.push_back({$2, toLower($3), $4, $6, scanner.source().at(@4)});
+  }
+;
+
+typed: TYPE name array_suffix { $$ = {toLower($1), {}, $2, $3, @2}; } ;
+
+/* A property never is an array of references, but a parameter may be one. */
+reference: IDENTIFIER REF name { $$ = {"ref", $1, $3, {}, @3}; } ;
+
+array_suffix:
+  %empty                    {}
+| LBRACKET RBRACKET         { $$ = {true, 0}; }
+| LBRACKET INTEGER RBRACKET { $$ = {true, arraySize($2, scanner.source(), @2)}; }
+;
+
+parameters:
+  %empty         {}
+| parameter_list { $$ = $1; }
+;
+
+parameter_list:
+  parameter                      { $$.push_back($1); }
+| parameter_list COMMA parameter { $$ = $1; $$.push_back($3); }
+;
+
+parameter:
+  qualifiers typed {
+    Typed typed = $2;
+    $$ = {$1, std::move(typed.type), {}, std::move(typed.name), typed.array.isArray,
+          typed.array.size, scanner.source().at(typed.where)};
+  }
+| qualifiers reference array_suffix {
+    Typed typed = $2;
+    const ArraySuffix array = $3;
+    $$ = {$1, std::move(typed.type), std::move(typed.referenceClass), std::move(typed.name),
+          array.isArray, array.size, scanner.source().at(typed.where)};
+  }
+;
+
+/* Instances. */
+
+instance_declaration:
+  qualifiers INSTANCE OF IDENTIFIER alias LBRACE initializers RBRACE SEMICOLON {
+    $$ = {$1, $4, $5, $7, scanner.source().at(@4)};
+  }
+;
+
+initializers:
+  %empty {}
+| initializers qualifiers name EQUALS initializer SEMICOLON {
+    $$ = $1;
+    $$.push_back({$2, $3, $5, scanner.source().at(@3)});
+  }
+;
+
+/* Values. */
+
+default_value:
+  %empty             {}
+| EQUALS initializer { $$ = $2; }
+;
+
+initializer:
+  constant    { $$ = scalar($1); }
+| ALIAS       { $$ = scalar(literal(Literal::Kind::Alias, $1, scanner.source().at(@1))); }
+| array_value
+;
+
+array_value:
+  LBRACE RBRACE           { $$ = {true, {}, scanner.source().at(@1)}; }
+| LBRACE constants RBRACE { $$ = {true, $2, scanner.source().at(@1)}; }
+;
+
+constants:
+  constant                 { $$.push_back($1); }
+| constants COMMA constant { $$ = $1; $$.push_back($3); }
+;
+
+constant:
+  INTEGER    { $$ = literal(Literal::Kind::Integer, $1, scanner.source().at(@1)); }
+| REAL       { $$ = literal(Literal::Kind::Real, $1, scanner.source().at(@1)); }
+| CHARACTER  { $$ = literal(Literal::Kind::Character, $1, scanner.source().at(@1)); }
+| strings    { $$ = literal(Literal::Kind::String, $1, scanner.source().at(@1)); }
+| BOOLEAN    { $$ = literal(Literal::Kind::Boolean, $1, scanner.source().at(@1)); }
+| NULL_VALUE { $$ = literal(Literal::Kind::Null, $1, scanner.source().at(@1)); }
+;
+
+strings:
+  STRING
+| strings STRING { $$ = $1; $$ += $2; }
+;
+
+%%
+
+namespace embedded::mof {
+
+void Parser::report_syntax_error(const context& at) const {
+    std::vector<symbol_kind_type> kinds(symbol_kind::YYNTOKENS);
+    const int count = at.expected_tokens(kinds.data(), symbol_kind::YYNTOKENS);
+    std::vector<std::string> expected;
+    for (int i = 0; i < count; ++i)
+        expected.emplace_back(symbol_name(kinds[static_cast<std::size_t>(i)]));
+    scanner.source().fail(at.location(), unexpected(scanner.tokenText(), listExpected(expected)));
+}
+
+// Only the skeleton's own failures come here.
+void Parser::error(const Position& where, const std::string& message) {
+    scanner.source().fail(where, message);
+}
+
+void parse(std::string_view text, const Source& source, Reading& reading) {
+    Scanner scanner(text, source);
+    Parser(scanner, reading).parse();
+}
+
+} // namespace embedded::mof

@@ -1,0 +1,76 @@
+#include "mof/Source.h"
+
+namespace embedded::mof {
+
+namespace {
+
+constexpr std::size_t longestShownToken = 40;
+
+bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+// A control character in a message would tear the line apart.
+void appendVisible(std::string& out, char c) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 && byte != 0x7F) {
+        out += c;
+        return;
+    }
+    out += "\\x";
+    out += digits[byte >> 4U];
+    out += digits[byte & 0xFU];
+}
+
+std::string shown(std::string_view token) {
+    std::size_t end = token.size();
+    if (end > longestShownToken) {
+        end = longestShownToken;
+        while (end > 0 && continuesCharacter(token[end]))
+            --end;
+    }
+    std::string out;
+    for (const char c : token.substr(0, end))
+        appendVisible(out, c);
+    return end < token.size() ? out + "..." : out;
+}
+
+} // namespace
+
+void Position::advance(std::string_view text) {
+    for (const char c : text) {
+        if (c == '\n') {
+            ++line;
+            column = 1;
+        } else {
+            ++column;
+        }
+    }
+}
+
+Source::Source(std::string name) : _name(std::make_shared<const std::string>(std::move(name))) {
+}
+
+Location Source::at(const Position& position) const {
+    return Location{_name, position.line, position.column};
+}
+
+void Source::fail(const Position& position, const std::string& message) const {
+    throw MofError(at(position), message);
+}
+
+std::string unexpected(std::string_view token, std::string_view expected) {
+    std::string message = "unexpected ";
+    if (token.empty())
+        message += "end of file";
+    else if (token.front() == '"' || token.front() == '\'')
+        message += shown(token);
+    else
+        message += "'" + shown(token) + "'";
+    message += ", expected ";
+    message += expected;
+    return message;
+}
+
+} // namespace embedded::mof

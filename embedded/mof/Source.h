@@ -1,0 +1,34 @@
+// One text that is being read, and the places in it.
+#pragma once
+
+#include "mof/Mof.h"
+
+#include <string_view>
+
+namespace embedded::mof {
+
+/// A place without its file: what the scanner and the parser carry along for every symbol.
+struct Position {
+    unsigned line = 1;
+    unsigned column = 1; ///< bytes
+
+    /// Steps over `text`. Only a line feed ends a line, so that CR LF counts as one line end.
+    void advance(std::string_view text);
+};
+
+/// Gives positions the name of their file.
+class Source {
+  public:
+    explicit Source(std::string name);
+
+    Location at(const Position& position) const;
+    [[noreturn]] void fail(const Position& position, const std::string& message) const;
+
+  private:
+    std::shared_ptr<const std::string> _name;
+};
+
+/// The one form of every syntax message; `token` is shown as it is written, cut when it is long.
+std::string unexpected(std::string_view token, std::string_view expected);
+
+} // namespace embedded::mof
