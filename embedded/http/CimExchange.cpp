@@ -1,0 +1,95 @@
+#include "http/CimExchange.h"
+
+#include "http/CimHeaders.h"
+#include "http/Wire.h"
+
+#include <algorithm>
+#include <array>
+
+namespace embedded::http {
+namespace {
+
+constexpr const char* verbPost = "POST";
+constexpr const char* verbExtensionPost = "M-POST";
+// The name of the HTTP extension that CIM-XML is (DSP0200 clause 6.2.2).
+constexpr const char* extensionName = "http://www.dmtf.org/cim/mapping/http/v1.0";
+
+const char* reason(unsigned status) {
+    switch (status) {
+    case 400:
+        return "Bad Request";
+    case 501:
+        return "Not Implemented";
+    default:
+        return "Error";
+    }
+}
+
+// What clients have learnt to read: a CIMError that names the kind of error, and a text for
+// people, escaped so that it stays one word.
+Reply errorReply(unsigned status, const std::string& cimError, const std::string& detail) {
+    Fields fields;
+    if (!cimError.empty())
+        fields.emplace_back("CIMError", cimError);
+    if (!detail.empty())
+        fields.emplace_back("PGErrorDetail", percentEncoded(detail));
+    return emptyReply(status, reason(status), std::move(fields));
+}
+
+// Ten digits with leading zeros: the length of the header does not depend on the body's.
+std::string paddedLength(std::size_t length) {
+    const std::string digits = std::to_string(length);
+    return std::string(digits.size() < 10 ? 10 - digits.size() : 0, '0') + digits;
+}
+
+Reply okReply(std::string document, bool extended, const std::string& prefix) {
+    Reply reply;
+    reply.fields = {{"Content-Type", "application/xml; charset=utf-8"},
+                    {"content-length", paddedLength(document.size())}};
+    if (extended) {
+        // An extended reply names its own prefix even if the request did without one.
+        const std::string own = prefix.empty() ? "01" : prefix;
+        reply.fields.emplace_back("Ext", "");
+        reply.fields.emplace_back("Cache-Control", "no-cache");
+        reply.fields.emplace_back("Man", std::string(extensionName) + "; ns=" + own);
+        reply.fields.emplace_back(own + "-CIMOperation", "MethodResponse");
+    } else {
+        reply.fields.emplace_back("CIMOperation", "MethodResponse");
+    }
+    reply.body = std::move(document);
+    return reply;
+}
+
+// There is nothing to be had by other verbs. Who comes with a browser is told what this is.
+Reply otherVerbReply(const std::string& verb) {
+    if (verb == "GET" || verb == "HEAD") {
+        Reply reply{404, "Not Found", {{"Content-Type", "text/plain; charset=utf-8"}}, {}};
+        reply.body = "This is a CIM server. It answers CIM-XML requests, sent with POST.\n";
+        return reply;
+    }
+    static const std::array<const char*, 6> known{
+        "PUT", "DELETE", "CONNECT", "OPTIONS", "TRACE", "PATCH"};
+    if (std::find(known.begin(), known.end(), verb) != known.end())
+        return emptyReply(405, "Method Not Allowed", {{"Allow", "POST, M-POST"}});
+    return emptyReply(501, reason(501));
+}
+
+} // namespace
+
+Reply exchange(const Request& request, host::CimOperations& operations) {
+    const bool extended = request.verb == verbExtensionPost;
+    if (!extended && request.verb != verbPost)
+        return otherVerbReply(request.verb);
+    try {
+        const std::string prefix = extended ? extensionPrefix(request) : std::string();
+        const cimxml::Headers headers = cimHeaders(request, prefix);
+        return okReply(
+            cimxml::answer(request.body, headers, host::Caller(), operations), extended, prefix);
+    } catch (const HeadersRejected& rejected) {
+        return errorReply(rejected.status(), rejected.cimError(), rejected.what());
+    } catch (const cimxml::RequestRejected& rejected) {
+        return errorReply(rejected.status(), rejected.cimError(), rejected.what());
+    }
+}
+
+} // namespace embedded::http

@@ -1,0 +1,102 @@
+#include "RawClient.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace embedded::http::test {
+namespace {
+
+constexpr int patience = 10000; // milliseconds
+
+} // namespace
+
+RawClient::RawClient(std::uint16_t port) : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        const int error = errno;
+        ::close(_socket);
+        throw std::system_error(error, std::generic_category(), "connect");
+    }
+}
+
+RawClient::~RawClient() {
+    if (_socket >= 0)
+        ::close(_socket);
+}
+
+bool RawClient::send(const std::string& bytes) {
+    std::size_t sent = 0;
+    while (sent < bytes.size()) {
+        const ssize_t n = ::send(_socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        if (n < 0)
+            return false;
+        sent += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+void RawClient::closeSending() {
+    ::shutdown(_socket, SHUT_WR);
+}
+
+void RawClient::reset() {
+    const linger atOnce{1, 0};
+    ::setsockopt(_socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    ::close(_socket);
+    _socket = -1;
+}
+
+std::string RawClient::reply(bool withBody) {
+    std::size_t end = 0;
+    while ((end = _buffered.find("\r\n\r\n")) == std::string::npos)
+        if (!more())
+            return read(_buffered.size());
+    std::size_t size = end + 4;
+    const std::size_t length = _buffered.find("content-length: ");
+    if (withBody && length < end)
+        size += std::stoul(_buffered.substr(length + 16));
+    return read(size);
+}
+
+std::string RawClient::rest() {
+    while (more()) {
+    }
+    return read(_buffered.size()) + (_timedOut ? "(timeout)" : "");
+}
+
+std::string RawClient::read(std::size_t size) {
+    while (_buffered.size() < size && more()) {
+    }
+    const std::string result = _buffered.substr(0, size);
+    _buffered.erase(0, result.size());
+    return result;
+}
+
+bool RawClient::closed() {
+    return rest().empty();
+}
+
+bool RawClient::more() {
+    pollfd waiting{_socket, POLLIN, 0};
+    if (::poll(&waiting, 1, patience) <= 0) {
+        _timedOut = true;
+        return false;
+    }
+    std::array<char, 65536> bytes;
+    const ssize_t n = ::recv(_socket, bytes.data(), bytes.size(), 0);
+    if (n <= 0)
+        return false;
+    _buffered.append(bytes.data(), static_cast<std::size_t>(n));
+    return true;
+}
+
+} // namespace embedded::http::test

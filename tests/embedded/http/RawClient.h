@@ -1,0 +1,43 @@
+// A TCP client that sends what it is told, well-formed or not, and waits no longer than a test
+// should take.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace embedded::http::test {
+
+class RawClient {
+  public:
+    /// Connects to 127.0.0.1. Throws std::system_error when nobody listens.
+    explicit RawClient(std::uint16_t port);
+    ~RawClient();
+    RawClient(const RawClient&) = delete;
+    RawClient& operator=(const RawClient&) = delete;
+
+    /// Sends all of `bytes`; false when the other side does not take them any more.
+    bool send(const std::string& bytes);
+    /// No more will be sent; replies can still be read.
+    void closeSending();
+    /// Closes so that the other side sees a reset, not an end.
+    void reset();
+
+    /// One reply: header and, by its content length, body. What came if the end came before.
+    std::string reply(bool withBody = true);
+    /// Everything until the other side closes; ends with "(timeout)" when it does not.
+    std::string rest();
+    /// Exactly `size` bytes, or fewer if the end comes before.
+    std::string read(std::size_t size);
+    /// Whether the other side closes without sending anything more.
+    bool closed();
+
+  private:
+    /// Adds to _buffered; false at the end or after the time.
+    bool more();
+
+    int _socket;
+    bool _timedOut = false;
+    std::string _buffered;
+};
+
+} // namespace embedded::http::test

@@ -1,0 +1,72 @@
+#include "RunningServer.h"
+
+#include <stdexcept>
+
+namespace embedded::http::test {
+
+RunningServer::RunningServer(Options options) {
+    options.port = 0;
+    options.log = [shared = _shared](const std::string& line) {
+        const std::lock_guard<std::mutex> lock(shared->mutex);
+        shared->log += line + "\n";
+    };
+    _server = std::make_unique<Server>(
+        options, [shared = _shared](const Request& request) { return answer(*shared, request); });
+    _thread = std::thread([this] { _server->run(); });
+}
+
+RunningServer::~RunningServer() {
+    release();
+    _server->stop();
+    join();
+}
+
+void RunningServer::awaitWaiting(unsigned count) {
+    std::unique_lock<std::mutex> lock(_shared->mutex);
+    _shared->changed.wait(lock, [&] { return _shared->waiting >= count; });
+}
+
+void RunningServer::release() {
+    const std::lock_guard<std::mutex> lock(_shared->mutex);
+    _shared->released = true;
+    _shared->changed.notify_all();
+}
+
+void RunningServer::join() {
+    if (_thread.joinable())
+        _thread.join();
+}
+
+std::string RunningServer::log() const {
+    const std::lock_guard<std::mutex> lock(_shared->mutex);
+    return _shared->log;
+}
+
+Request RunningServer::lastRequest() const {
+    const std::lock_guard<std::mutex> lock(_shared->mutex);
+    return _shared->last;
+}
+
+Reply RunningServer::answer(Shared& shared, const Request& request) {
+    {
+        std::unique_lock<std::mutex> lock(shared.mutex);
+        shared.last = request;
+        if (request.target == "/wait") {
+            ++shared.waiting;
+            shared.changed.notify_all();
+            shared.changed.wait(lock, [&] { return shared.released; });
+        }
+    }
+    Reply reply;
+    if (request.target == "/throw")
+        throw std::runtime_error("the handler gave up");
+    if (request.target == "/split")
+        reply.fields.emplace_back("X-Text", "one\r\nX-Forged: two");
+    if (request.target == "/big")
+        reply.body.assign(32 * 1024 * 1024, 'x');
+    else
+        reply.body = request.verb + " " + request.target + " [" + request.body + "]";
+    return reply;
+}
+
+} // namespace embedded::http::test

@@ -1,0 +1,51 @@
+// A server on a free port with a handler whose behaviour the request's target chooses.
+#pragma once
+
+#include "http/Server.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace embedded::http::test {
+
+/// Targets: "/echo" answers with verb, target and body; "/wait" does so once release() was called;
+/// "/throw" throws; "/big" answers with 32 MiB; "/split" with a field that has a line break.
+class RunningServer {
+  public:
+    explicit RunningServer(Options options = Options());
+    /// Releases what waits, stops and joins.
+    ~RunningServer();
+
+    std::uint16_t port() const { return _server->port(); }
+    Server& server() { return *_server; }
+    /// Waits until `count` requests for "/wait" have reached the handler.
+    void awaitWaiting(unsigned count);
+    void release();
+    /// Waits for run() to return.
+    void join();
+    /// What the server has logged so far, a line each.
+    std::string log() const;
+    /// The last request that reached the handler.
+    Request lastRequest() const;
+
+  private:
+    // Apart, because a handler that is left to itself may outlive the server and this object.
+    struct Shared {
+        std::mutex mutex;
+        std::condition_variable changed;
+        unsigned waiting = 0;
+        bool released = false;
+        std::string log;
+        Request last;
+    };
+    static Reply answer(Shared& shared, const Request& request);
+
+    std::shared_ptr<Shared> _shared = std::make_shared<Shared>();
+    std::unique_ptr<Server> _server;
+    std::thread _thread;
+};
+
+} // namespace embedded::http::test

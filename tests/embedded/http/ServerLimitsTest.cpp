@@ -1,0 +1,245 @@
+// What the server does with requests it cannot read, with too many, too large or too slow ones.
+#include "RawClient.h"
+#include "RunningServer.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace embedded::http::test {
+namespace {
+
+const std::string whole = "POST /echo HTTP/1.1\r\nHost: h\r\nContent-Length: 4\r\n\r\nbody";
+
+std::string closing(const std::string& status) {
+    return "HTTP/1.1 " + status + "\r\ncontent-length: 0\r\nConnection: close\r\n\r\n";
+}
+
+bool serves(RunningServer& running) {
+    RawClient client(running.port());
+    client.send(whole);
+    return client.reply().find("[body]") != std::string::npos;
+}
+
+struct RefusedCase {
+    const char* name;
+    std::string request;
+    const char* status;
+};
+
+class Refused : public testing::TestWithParam<RefusedCase> {};
+
+TEST_P(Refused, IsAnsweredAndTheConnectionClosed) {
+    Options options;
+    options.bodyLimit = 1000;
+    options.headerLimit = 500;
+    RunningServer running(options);
+    RawClient client(running.port());
+    client.send(GetParam().request + whole);
+    EXPECT_EQ(client.rest(), closing(GetParam().status));
+    EXPECT_TRUE(serves(running));
+}
+
+const std::string start = "POST /echo HTTP/1.1\r\nHost: h\r\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Server,
+    Refused,
+    testing::Values(
+        RefusedCase{"Binary", std::string("\x16\x03\x01\x02\x00\r\n\r\n", 9), "400 Bad Request"},
+        RefusedCase{"NoVersion", "POST /echo\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"NoTarget", "POST HTTP/1.1\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"NotHttp", "POST / HTTQ/1.1\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"Version", "POST / HTTP/2.0\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"NoColon", start + "Colonless\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"SpaceInName", start + "A b: c\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"Length", start + "Content-Length: ten\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"NegativeLength", start + "Content-Length: -1\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"TwoLengths",
+                    start + "Content-Length: 1\r\nContent-Length: 2\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"LengthAndChunked",
+                    start + "Content-Length: 1\r\nTransfer-Encoding: chunked\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{
+            "BadChunk", start + "Transfer-Encoding: chunked\r\n\r\nxyz\r\n", "400 Bad Request"},
+        RefusedCase{
+            "LargeBody", start + "Content-Length: 1001\r\n\r\n", "413 Request Entity Too Large"},
+        RefusedCase{"HugeBody",
+                    start + "Content-Length: 99999999999999\r\n\r\n",
+                    "413 Request Entity Too Large"},
+        RefusedCase{"LargeBodyAnnounced",
+                    start + "Expect: 100-continue\r\nContent-Length: 1001\r\n\r\n",
+                    "413 Request Entity Too Large"},
+        RefusedCase{"LargeChunk",
+                    start + "Transfer-Encoding: chunked\r\n\r\n3e9\r\n",
+                    "413 Request Entity Too Large"},
+        RefusedCase{"LargeHeader",
+                    start + "A: " + std::string(600, 'a') + "\r\n\r\n",
+                    "431 Request Header Fields Too Large"},
+        RefusedCase{"LargeTarget",
+                    "POST /" + std::string(600, 'a') + " HTTP/1.1\r\n\r\n",
+                    "431 Request Header Fields Too Large"},
+        RefusedCase{"Expectation", start + "Expect: a-miracle\r\n\r\n", "417 Expectation Failed"}),
+    [](const auto& rule) { return rule.param.name; });
+
+TEST(ServerLimits, ABodyUpToTheLimitIsTaken) {
+    Options options;
+    options.bodyLimit = 4;
+    RunningServer running(options);
+    EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, ALargeBodyThatKeepsComingDoesNotHideTheAnswer) {
+    Options options;
+    options.bodyLimit = 1000;
+    RunningServer running(options);
+    RawClient client(running.port());
+    client.send("POST /echo HTTP/1.1\r\nContent-Length: 9000000\r\n\r\n");
+    client.send(std::string(9000000, 'x'));
+    client.closeSending();
+    EXPECT_EQ(client.rest(), closing("413 Request Entity Too Large"));
+}
+
+TEST(ServerLimits, ARequestCutOffAtAnyByteIsRefusedAndHarmsNobody) {
+    RunningServer running;
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        RawClient client(running.port());
+        client.send(whole.substr(0, size));
+        client.closeSending();
+        EXPECT_EQ(client.rest(), size == 0 ? "" : closing("400 Bad Request")) << size;
+    }
+    EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, AConnectionResetAtAnyByteHarmsNobody) {
+    RunningServer running;
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        RawClient client(running.port());
+        client.send(whole.substr(0, size));
+        client.reset();
+    }
+    EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, AClientThatHasClosedItsSideIsStillAnswered) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send(whole + whole);
+    client.closeSending();
+    const std::string answer = "HTTP/1.1 200 OK\r\ncontent-length: 17\r\n\r\nPOST /echo [body]";
+    EXPECT_EQ(client.rest(), answer + answer);
+}
+
+TEST(ServerLimits, AClientThatIsGoneBeforeItsReplyHarmsNobody) {
+    RunningServer running;
+    for (const bool abruptly : {false, true}) {
+        RawClient client(running.port());
+        client.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+        running.awaitWaiting(abruptly ? 2 : 1);
+        if (abruptly)
+            client.reset();
+    }
+    running.release();
+    EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, ASlowClientIsServedWithinTheRequestTime) {
+    RunningServer running;
+    RawClient client(running.port());
+    for (const char byte : whole) {
+        client.send(std::string(1, byte));
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    EXPECT_NE(client.reply().find("[body]"), std::string::npos);
+}
+
+TEST(ServerLimits, ARequestThatDoesNotEndIsToldSo) {
+    Options options;
+    options.requestTimeout = std::chrono::seconds(1);
+    RunningServer running(options);
+    for (const std::size_t size : {std::size_t(5), whole.size() - 1}) {
+        RawClient client(running.port());
+        client.send(whole.substr(0, size));
+        EXPECT_EQ(client.rest(), closing("408 Request Timeout"));
+    }
+}
+
+TEST(ServerLimits, AnIdleConnectionIsClosedInSilence) {
+    Options options;
+    options.idleTimeout = std::chrono::seconds(1);
+    RunningServer running(options);
+    RawClient fresh(running.port());
+    RawClient used(running.port());
+    used.send(whole);
+    EXPECT_NE(used.reply().find("[body]"), std::string::npos);
+    EXPECT_TRUE(fresh.closed());
+    EXPECT_TRUE(used.closed());
+}
+
+TEST(ServerLimits, AClientThatTakesNoReplyIsGivenUp) {
+    Options options;
+    options.requestTimeout = std::chrono::seconds(1);
+    RunningServer running(options);
+    RawClient client(running.port());
+    client.send("POST /big HTTP/1.1\r\nHost: h\r\n\r\n");
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    EXPECT_LT(client.rest().size(), 32U * 1024 * 1024);
+    EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, ALongReplyArrivesWhole) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("POST /big HTTP/1.1\r\nHost: h\r\n\r\n");
+    EXPECT_EQ(client.reply().size(),
+              std::string("HTTP/1.1 200 OK\r\ncontent-length: 33554432\r\n\r\n").size() + 33554432);
+}
+
+TEST(ServerLimits, ASlowHandlerKeepsNobodyElseWaiting) {
+    RunningServer running;
+    RawClient slow(running.port());
+    slow.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+    running.awaitWaiting(1);
+    EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, RequestsBeyondTheWorkersWaitTheirTurn) {
+    Options options;
+    options.workers = 1;
+    RunningServer running(options);
+    RawClient slow(running.port());
+    slow.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+    running.awaitWaiting(1);
+    RawClient second(running.port());
+    second.send(whole);
+    running.release();
+    EXPECT_NE(slow.reply().find("/wait []"), std::string::npos);
+    EXPECT_NE(second.reply().find("[body]"), std::string::npos);
+}
+
+TEST(ServerLimits, AConnectionBeyondTheLimitIsTurnedAway) {
+    Options options;
+    options.connectionLimit = 2;
+    RunningServer running(options);
+    {
+        RawClient first(running.port());
+        RawClient second(running.port());
+        for (RawClient* client : {&first, &second}) {
+            client->send(whole);
+            EXPECT_NE(client->reply().find("[body]"), std::string::npos);
+        }
+        RawClient third(running.port());
+        EXPECT_EQ(third.rest(),
+                  "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 1\r\ncontent-length: 0\r\n"
+                  "Connection: close\r\n\r\n");
+    }
+    // The server learns that they are gone a moment later.
+    for (int attempt = 0; attempt < 50 && !serves(running); ++attempt)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_TRUE(serves(running));
+}
+
+} // namespace
+} // namespace embedded::http::test

@@ -1,0 +1,152 @@
+// What a client may rely on in one connection: framing, order, persistence.
+#include "RawClient.h"
+#include "RunningServer.h"
+
+#include <gtest/gtest.h>
+
+namespace embedded::http::test {
+namespace {
+
+std::string post(const std::string& target, const std::string& body) {
+    return "POST " + target +
+           " HTTP/1.1\r\nHost: h\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" +
+           body;
+}
+
+std::string ok(const std::string& body, const std::string& connection = "") {
+    return "HTTP/1.1 200 OK\r\ncontent-length: " + std::to_string(body.size()) + "\r\n" +
+           connection + "\r\n" + body;
+}
+
+TEST(Server, HandsAnyVerbToTheHandlerAsItCame) {
+    RunningServer running;
+    RawClient client(running.port());
+    for (const std::string verb : {"POST", "M-POST", "GET", "PUT", "frob", "X!"}) {
+        client.send(verb + " /echo HTTP/1.1\r\nHost: h\r\n\r\n");
+        EXPECT_EQ(client.reply(), ok(verb + " /echo []"));
+    }
+}
+
+TEST(Server, HandsFieldsOverInOrderAndSpelling) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("POST /echo HTTP/1.1\r\nhOST: h\r\n23-CIMOperation:  MethodCall \r\n"
+                "Zz: 1\r\nAa:\r\nzZ: 2\r\n\r\n");
+    client.reply();
+    const Fields fields = running.lastRequest().fields;
+    ASSERT_EQ(fields.size(), 5U);
+    EXPECT_EQ(fields[0], (Fields::value_type{"hOST", "h"}));
+    EXPECT_EQ(fields[1], (Fields::value_type{"23-CIMOperation", "MethodCall"}));
+    EXPECT_EQ(*findField(fields, "zz"), "1");
+    EXPECT_EQ(*findField(fields, "aa"), "");
+    EXPECT_EQ(findField(fields, "a"), nullptr);
+}
+
+TEST(Server, LeavesOutTheBodyInReplyToHead) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("HEAD /echo HTTP/1.1\r\nHost: h\r\n\r\n" + post("/echo", "a"));
+    EXPECT_EQ(client.reply(false), "HTTP/1.1 200 OK\r\ncontent-length: 13\r\n\r\n");
+    EXPECT_EQ(client.reply(), ok("POST /echo [a]"));
+}
+
+struct PersistenceCase {
+    const char* version;
+    const char* field;
+    const char* answered;
+    bool staysOpen;
+};
+
+class Persistent : public testing::TestWithParam<PersistenceCase> {};
+
+TEST_P(Persistent, FollowsVersionAndConnectionField) {
+    const PersistenceCase& rule = GetParam();
+    RunningServer running;
+    RawClient client(running.port());
+    client.send(std::string("POST /echo ") + rule.version + "\r\nHost: h\r\n" + rule.field +
+                "Content-Length: 0\r\n\r\n");
+    EXPECT_EQ(client.reply(), ok("POST /echo []", rule.answered));
+    if (rule.staysOpen) {
+        client.send(post("/echo", "b"));
+        EXPECT_EQ(client.reply(), ok("POST /echo [b]"));
+    } else {
+        EXPECT_TRUE(client.closed());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Server,
+    Persistent,
+    testing::Values(
+        PersistenceCase{"HTTP/1.1", "", "", true},
+        PersistenceCase{"HTTP/1.1", "Connection: Keep-Alive, TE\r\n", "", true},
+        PersistenceCase{"HTTP/1.1", "Connection: close\r\n", "Connection: close\r\n", false},
+        PersistenceCase{"HTTP/1.0", "", "Connection: close\r\n", false},
+        PersistenceCase{
+            "HTTP/1.0", "Connection: keep-alive\r\n", "Connection: keep-alive\r\n", true}));
+
+TEST(Server, AnswersPipelinedRequestsInOrder) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send(post("/wait", "1") + post("/echo", "2") + "\r\n" + post("/echo", "3"));
+    running.awaitWaiting(1);
+    running.release();
+    EXPECT_EQ(client.reply(), ok("POST /wait [1]"));
+    EXPECT_EQ(client.reply(), ok("POST /echo [2]"));
+    EXPECT_EQ(client.reply(), ok("POST /echo [3]"));
+}
+
+TEST(Server, AcceptsChunkedBodies) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("POST /echo HTTP/1.1\r\nHost: h\r\nTransfer-Encoding: chunked\r\n\r\n"
+                "3\r\nabc\r\n0a;x=y\r\n0123456789\r\n0\r\nTrailer: t\r\n\r\n" +
+                post("/echo", "next"));
+    EXPECT_EQ(client.reply(), ok("POST /echo [abc0123456789]"));
+    EXPECT_EQ(client.reply(), ok("POST /echo [next]"));
+}
+
+TEST(Server, SendsContinueBeforeTheBodyIsThere) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("POST /echo HTTP/1.1\r\nHost: h\r\nExpect: 100-Continue\r\n"
+                "Content-Length: 4\r\n\r\n");
+    EXPECT_EQ(client.reply(), "HTTP/1.1 100 Continue\r\n\r\n");
+    client.send("body");
+    EXPECT_EQ(client.reply(), ok("POST /echo [body]"));
+}
+
+TEST(Server, SendsNoContinueWhenNoBodyIsToCome) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("POST /echo HTTP/1.1\r\nHost: h\r\nExpect: 100-continue\r\n"
+                "Content-Length: 0\r\n\r\n");
+    EXPECT_EQ(client.reply(), ok("POST /echo []"));
+}
+
+TEST(Server, SendsNoContinueToAnOldClient) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send("POST /echo HTTP/1.0\r\nExpect: 100-continue\r\nContent-Length: 1\r\n\r\nx");
+    EXPECT_EQ(client.reply(), ok("POST /echo [x]", "Connection: close\r\n"));
+}
+
+TEST(Server, AnswersAHandlersExceptionWith500AndLogsIt) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send(post("/throw", "") + post("/echo", "after"));
+    EXPECT_EQ(client.reply(), "HTTP/1.1 500 Internal Server Error\r\ncontent-length: 0\r\n\r\n");
+    EXPECT_EQ(client.reply(), ok("POST /echo [after]"));
+    EXPECT_NE(running.log().find("500 for POST /throw: the handler gave up"), std::string::npos);
+}
+
+TEST(Server, SendsNoFieldThatHasALineBreak) {
+    RunningServer running;
+    RawClient client(running.port());
+    client.send(post("/split", ""));
+    EXPECT_EQ(client.reply(), "HTTP/1.1 500 Internal Server Error\r\ncontent-length: 0\r\n\r\n");
+    EXPECT_NE(running.log().find("line break"), std::string::npos);
+}
+
+} // namespace
+} // namespace embedded::http::test
