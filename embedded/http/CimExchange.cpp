@@ -76,20 +76,24 @@ Reply otherVerbReply(const std::string& verb) {
 
 } // namespace
 
-Reply exchange(const Request& request, host::CimOperations& operations) {
+Reply exchange(const Request& request, const DocumentAnswer& answer) {
     const bool extended = request.verb == verbExtensionPost;
     if (!extended && request.verb != verbPost)
         return otherVerbReply(request.verb);
     try {
         const std::string prefix = extended ? extensionPrefix(request) : std::string();
         const cimxml::Headers headers = cimHeaders(request, prefix);
-        return okReply(
-            cimxml::answer(request.body, headers, host::Caller(), operations), extended, prefix);
-    } catch (const HeadersRejected& rejected) {
-        return errorReply(rejected.status(), rejected.cimError(), rejected.what());
+        return okReply(answer(request.body, headers), extended, prefix);
     } catch (const cimxml::RequestRejected& rejected) {
         return errorReply(rejected.status(), rejected.cimError(), rejected.what());
     }
+}
+
+Reply exchange(const Request& request, host::CimOperations& operations) {
+    return exchange(request, [&](const std::string& body, const cimxml::Headers& headers) {
+        // Nobody is authenticated, so nobody has a name.
+        return cimxml::answer(body, headers, host::Caller(), operations);
+    });
 }
 
 } // namespace embedded::http

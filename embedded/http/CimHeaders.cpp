@@ -2,10 +2,12 @@
 
 #include "http/Wire.h"
 
-#include <algorithm>
-#include <vector>
+#include <stdexcept>
 
 namespace embedded::http {
+
+using cimxml::RequestRejected;
+
 namespace {
 
 constexpr const char* whitespace = " \t";
@@ -66,22 +68,22 @@ Parametrized parametrized(const std::string& text) {
     return result;
 }
 
-HeadersRejected mismatch(const std::string& detail) {
+RequestRejected mismatch(const std::string& detail) {
     return {400, "header-mismatch", detail};
 }
 
 void checkContentType(const Request& request) {
     const std::string* field = findField(request.fields, "Content-Type");
     if (!field)
-        throw HeadersRejected(400, "", "Content-Type is missing; application/xml is expected");
+        throw RequestRejected(400, "", "Content-Type is missing; application/xml is expected");
     const Parametrized type = parametrized(*field);
     if (!equalIgnoringCase(type.value, "application/xml") &&
         !equalIgnoringCase(type.value, "text/xml"))
-        throw HeadersRejected(
+        throw RequestRejected(
             400, "", "Content-Type is not application/xml or text/xml: " + *field);
     const std::string* charset = findField(type.parameters, "charset");
     if (charset && !equalIgnoringCase(*charset, "utf-8"))
-        throw HeadersRejected(400, "", "charset is not utf-8: " + *charset);
+        throw RequestRejected(400, "", "charset is not utf-8: " + *charset);
 }
 
 std::string decodedField(const std::string& name, const std::string* value) {
@@ -105,7 +107,7 @@ std::string extensionPrefix(const Request& request) {
     if (!prefix)
         return {};
     if (prefix->size() != 2 || !isDigit((*prefix)[0]) || !isDigit((*prefix)[1]))
-        throw HeadersRejected(400, "", "the prefix in Man is not two digits: " + *man);
+        throw RequestRejected(400, "", "the prefix in Man is not two digits: " + *man);
     return *prefix;
 }
 
@@ -114,15 +116,15 @@ cimxml::Headers cimHeaders(const Request& request, const std::string& prefix) {
         return findField(request.fields, prefix.empty() ? name : prefix + "-" + name);
     };
     if (request.version >= 11 && !findField(request.fields, "Host"))
-        throw HeadersRejected(400, "", "Host is missing");
+        throw RequestRejected(400, "", "Host is missing");
     const std::string* operation = field("CIMOperation");
     if (!operation)
-        throw HeadersRejected(400, "", "");
+        throw RequestRejected(400, "", "");
     checkContentType(request);
     if (field("CIMBatch"))
-        throw HeadersRejected(501, "multiple-requests-unsupported", "");
+        throw RequestRejected(501, "multiple-requests-unsupported", "");
     if (!equalIgnoringCase(*operation, "MethodCall"))
-        throw HeadersRejected(400, "unsupported-operation", "CIMOperation is " + *operation);
+        throw RequestRejected(400, "unsupported-operation", "CIMOperation is " + *operation);
 
     cimxml::Headers headers;
     headers.method = decodedField("CIMMethod", field("CIMMethod"));

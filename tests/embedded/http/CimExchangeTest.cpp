@@ -1,0 +1,254 @@
+// Which requests reach the CIM-XML reader, with what, and the exact form of every reply.
+#include "http/CimExchange.h"
+#include "http/CimHeaders.h"
+#include "http/Wire.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <stdexcept>
+
+namespace embedded::http {
+namespace {
+
+const Fields complete = {{"Host", "h"},
+                         {"Content-Type", "application/xml; charset=\"utf-8\""},
+                         {"CIMOperation", "MethodCall"},
+                         {"CIMMethod", "GetClass"},
+                         {"CIMObject", "root%2Fcimv2"}};
+
+Request post(Fields fields = complete) {
+    return {"POST", "/cimom", 11, std::move(fields), "<request/>"};
+}
+
+// `fields` with `name` set to `value`, or without it.
+Fields with(Fields fields, const std::string& name, const std::optional<std::string>& value) {
+    Fields result;
+    for (auto& field : fields)
+        if (!equalIgnoringCase(field.first, name))
+            result.push_back(std::move(field));
+    if (value)
+        result.emplace_back(name, *value);
+    return result;
+}
+
+Fields prefixed(const std::string& prefix, const std::string& man) {
+    return {{"Host", "h"},
+            {"Man", man},
+            {"Content-Type", "text/xml"},
+            {prefix + "CIMOperation", "MethodCall"},
+            {prefix + "CIMMethod", "GetClass"},
+            {prefix + "CIMObject", "root/cimv2"}};
+}
+
+// Answers with a fixed document and keeps what it was asked.
+struct Reader {
+    unsigned calls = 0;
+    std::string body;
+    cimxml::Headers headers;
+
+    std::string wire(const Request& request) {
+        const DocumentAnswer answer = [this](const std::string& text, const cimxml::Headers& read) {
+            ++calls;
+            body = text;
+            headers = read;
+            return std::string("<reply/>");
+        };
+        return wireText(exchange(request, answer), Persistence::Silent);
+    }
+};
+
+TEST(CimExchange, AnswersPostWithTheFieldsInTheirOrder) {
+    Reader reader;
+    EXPECT_EQ(reader.wire(post()),
+              "HTTP/1.1 200 OK\r\n"
+              "Content-Type: application/xml; charset=utf-8\r\n"
+              "content-length: 0000000008\r\n"
+              "CIMOperation: MethodResponse\r\n"
+              "\r\n"
+              "<reply/>");
+    EXPECT_EQ(reader.body, "<request/>");
+    EXPECT_EQ(reader.headers.method, "GetClass");
+    EXPECT_EQ(reader.headers.object, "root/cimv2");
+    EXPECT_EQ(reader.headers.protocolVersion, "1.0");
+}
+
+TEST(CimExchange, HandsTheProtocolVersionOn) {
+    Reader reader;
+    reader.wire(post(with(complete, "CIMProtocolVersion", "1.1")));
+    EXPECT_EQ(reader.headers.protocolVersion, "1.1");
+}
+
+TEST(CimExchange, AnswersAnExtendedPostInKind) {
+    for (const std::string man : {"http://www.dmtf.org/cim/mapping/http/v1.0; ns=40",
+                                  "\"http://www.dmtf.org/cim/mapping/http/v1.0\" ;ns=\"40\""}) {
+        Reader reader;
+        Request request = post(prefixed("40-", man));
+        request.verb = "M-POST";
+        EXPECT_EQ(reader.wire(request),
+                  "HTTP/1.1 200 OK\r\n"
+                  "Content-Type: application/xml; charset=utf-8\r\n"
+                  "content-length: 0000000008\r\n"
+                  "Ext:\r\n"
+                  "Cache-Control: no-cache\r\n"
+                  "Man: http://www.dmtf.org/cim/mapping/http/v1.0; ns=40\r\n"
+                  "40-CIMOperation: MethodResponse\r\n"
+                  "\r\n"
+                  "<reply/>");
+        EXPECT_EQ(reader.headers.method, "GetClass");
+    }
+}
+
+TEST(CimExchange, AnswersAnExtendedPostWithoutPrefix) {
+    for (const std::optional<std::string>& man :
+         {std::optional<std::string>(),
+          std::optional<std::string>("http://www.dmtf.org/cim/mapping/http/v1.0")}) {
+        Reader reader;
+        Request request = post(with(complete, "Man", man));
+        request.verb = "M-POST";
+        const std::string wire = reader.wire(request);
+        EXPECT_EQ(reader.calls, 1U);
+        EXPECT_NE(wire.find("v1.0; ns=01\r\n01-CIMOperation: MethodResponse\r\n"),
+                  std::string::npos);
+    }
+}
+
+struct RefusedCase {
+    const char* name;
+    std::string verb;
+    Fields fields;
+    std::string reply; ///< without the content length
+};
+
+class RefusedExchange : public testing::TestWithParam<RefusedCase> {};
+
+TEST_P(RefusedExchange, GetsStatusAndCimError) {
+    Reader reader;
+    Request request = post(GetParam().fields);
+    request.verb = GetParam().verb;
+    EXPECT_EQ(reader.wire(request), "HTTP/1.1 " + GetParam().reply + "content-length: 0\r\n\r\n");
+    EXPECT_EQ(reader.calls, 0U);
+}
+
+RefusedCase refused(const char* name,
+                    const char* field,
+                    const std::optional<std::string>& value,
+                    const std::string& reply) {
+    return {name, "POST", with(complete, field, value), reply};
+}
+
+const std::string bad = "400 Bad Request\r\n";
+const std::string mismatch = bad + "CIMError: header-mismatch\r\nPGErrorDetail: ";
+
+INSTANTIATE_TEST_SUITE_P(
+    CimExchange,
+    RefusedExchange,
+    testing::Values(
+        refused("NoHost", "Host", {}, bad + "PGErrorDetail: Host%20is%20missing\r\n"),
+        refused("NoType",
+                "Content-Type",
+                {},
+                bad + "PGErrorDetail: Content-Type%20is%20missing%3B%20application%2Fxml%20is%20"
+                      "expected\r\n"),
+        refused("OtherType",
+                "Content-Type",
+                "text/plain",
+                bad + "PGErrorDetail: Content-Type%20is%20not%20application%2Fxml%20or%20text%2F"
+                      "xml%3A%20text%2Fplain\r\n"),
+        refused("OtherCharset",
+                "Content-Type",
+                "text/xml; Charset=latin-1",
+                bad + "PGErrorDetail: charset%20is%20not%20utf-8%3A%20latin-1\r\n"),
+        refused("NoOperation", "CIMOperation", {}, bad),
+        refused("OtherOperation",
+                "CIMOperation",
+                "MethodResponse",
+                bad + "CIMError: unsupported-operation\r\n"
+                      "PGErrorDetail: CIMOperation%20is%20MethodResponse\r\n"),
+        refused("Batch",
+                "CIMBatch",
+                "",
+                "501 Not Implemented\r\nCIMError: multiple-requests-unsupported\r\n"),
+        refused("NoMethod", "CIMMethod", {}, mismatch + "CIMMethod%20is%20missing\r\n"),
+        refused("NoObject", "CIMObject", {}, mismatch + "CIMObject%20is%20missing\r\n"),
+        refused("BadEscape",
+                "CIMObject",
+                "root%2",
+                mismatch + "CIMObject%3A%20not%20two%20hexadecimal%20digits%20after%20%25%20in%20"
+                           "root%252\r\n"),
+        RefusedCase{"BadPrefix",
+                    "M-POST",
+                    prefixed("4x-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=4x"),
+                    bad + "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
+                          "http%3A%2F%2Fwww.dmtf.org%2Fcim%2Fmapping%2Fhttp%2Fv1.0%3B%20ns%3D4x"
+                          "\r\n"},
+        RefusedCase{"PrefixNotUsed",
+                    "M-POST",
+                    prefixed("", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"),
+                    bad},
+        RefusedCase{"PrefixWithoutExtension",
+                    "POST",
+                    prefixed("40-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"),
+                    bad},
+        RefusedCase{"Put", "PUT", complete, "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},
+        RefusedCase{
+            "Options", "OPTIONS", complete, "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},
+        RefusedCase{"LowerCaseVerb", "post", complete, "501 Not Implemented\r\n"},
+        RefusedCase{"UnknownVerb", "FROB", complete, "501 Not Implemented\r\n"}),
+    [](const auto& rule) { return rule.param.name; });
+
+TEST(CimExchange, AcceptsBothMediaTypesWithOrWithoutCharset) {
+    for (const std::string type : {"application/xml",
+                                   "text/xml",
+                                   "Text/XML;charset=UTF-8",
+                                   "application/xml ; x=y; charset=\"utf-8\"; z"}) {
+        Reader reader;
+        reader.wire(post(with(complete, "Content-Type", type)));
+        EXPECT_EQ(reader.calls, 1U) << type;
+    }
+}
+
+TEST(CimExchange, NeedsNoHostBeforeHttp11) {
+    Reader reader;
+    Request request = post(with(complete, "Host", {}));
+    request.version = 10;
+    reader.wire(request);
+    EXPECT_EQ(reader.calls, 1U);
+}
+
+TEST(CimExchange, TellsABrowserWhatItHasFound) {
+    Reader reader;
+    Request request = post({{"Host", "h"}});
+    request.verb = "GET";
+    EXPECT_EQ(reader.wire(request).rfind("HTTP/1.1 404 Not Found\r\n"
+                                         "Content-Type: text/plain; charset=utf-8\r\n",
+                                         0),
+              0U);
+    EXPECT_EQ(reader.calls, 0U);
+}
+
+TEST(CimExchange, SendsTheDocumentsRejectionAsHeadersOnly) {
+    const DocumentAnswer reject = [](const std::string&, const cimxml::Headers&) -> std::string {
+        throw cimxml::RequestRejected(501, "unsupported-dtd-version", "DTDVERSION 3.0");
+    };
+    EXPECT_EQ(wireText(exchange(post(), reject), Persistence::Silent),
+              "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-dtd-version\r\n"
+              "PGErrorDetail: DTDVERSION%203.0\r\ncontent-length: 0\r\n\r\n");
+}
+
+TEST(PercentCoding, EveryByteSurvivesARoundTrip) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    EXPECT_EQ(percentDecoded(percentEncoded(bytes)), bytes);
+    EXPECT_EQ(percentEncoded("aZ09-._~"), "aZ09-._~");
+    EXPECT_EQ(percentDecoded("%c3%A4+"), "\xc3\xa4+");
+}
+
+TEST(PercentCoding, ABrokenEscapeIsRefused) {
+    for (const std::string text : {"%", "%4", "%4g", "%g4", "a%%41"})
+        EXPECT_THROW(percentDecoded(text), std::invalid_argument) << text;
+}
+
+} // namespace
+} // namespace embedded::http
