@@ -10,30 +10,13 @@ bool continuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-// A control character in a message would tear the line apart.
-void appendVisible(std::string& out, char c) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7F) {
-        out += c;
-        return;
-    }
-    out += "\\x";
-    out += digits[byte >> 4U];
-    out += digits[byte & 0xFU];
-}
-
 std::string shown(std::string_view token) {
-    std::size_t end = token.size();
-    if (end > longestShownToken) {
-        end = longestShownToken;
-        while (end > 0 && continuesCharacter(token[end]))
-            --end;
-    }
-    std::string out;
-    for (const char c : token.substr(0, end))
-        appendVisible(out, c);
-    return end < token.size() ? out + "..." : out;
+    if (token.size() <= longestShownToken)
+        return visible(token);
+    std::size_t end = longestShownToken;
+    while (end > 0 && continuesCharacter(token[end]))
+        --end;
+    return visible(token.substr(0, end)) + "...";
 }
 
 } // namespace
@@ -58,6 +41,22 @@ Location Source::at(const Position& position) const {
 
 void Source::fail(const Position& position, const std::string& message) const {
     throw MofError(at(position), message);
+}
+
+std::string visible(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string out;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x20 && byte != 0x7F) {
+            out += c;
+        } else {
+            out += "\\x";
+            out += digits[byte >> 4U];
+            out += digits[byte & 0xFU];
+        }
+    }
+    return out;
 }
 
 std::string unexpected(std::string_view token, std::string_view expected) {
