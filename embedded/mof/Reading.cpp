@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 namespace embedded::mof {
 
@@ -45,13 +44,21 @@ std::string contents(const fs::path& file, const Source& source) {
         source.fail({}, "cannot be read: no such file");
     if (!fs::is_regular_file(status))
         source.fail({}, "cannot be read: not a regular file");
-    if (fs::file_size(file, error) > largestText || error)
+    const std::uintmax_t size = fs::file_size(file, error);
+    if (error || size > largestText)
         source.fail({}, "cannot be read: larger than 256 MiB");
     std::ifstream in(file, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (!in.is_open() || in.bad())
+    std::string text(static_cast<std::size_t>(size), '\0');
+    if (!in.read(text.data(), static_cast<std::streamsize>(size)))
         source.fail({}, "cannot be read: check its permissions");
     return text;
+}
+
+// The one name of a file, to know it again under another one.
+fs::path canonicalName(const fs::path& file) {
+    std::error_code error;
+    fs::path canonical = fs::canonical(file, error);
+    return error ? file : canonical;
 }
 
 bool isNameCharacter(char c, bool first) {
@@ -88,7 +95,7 @@ Reading::Reading(std::vector<fs::path> includeDirectories)
 void Reading::readFile(const fs::path& file) {
     const Source source(file.string());
     const std::string text = contents(file, source);
-    read(text, source, {file, fs::weakly_canonical(file)});
+    read(text, source, {file, canonicalName(file)});
 }
 
 void Reading::readText(std::string_view text, const std::string& name) {
@@ -123,7 +130,7 @@ void Reading::pragma(const std::string& name, const std::string& value, const Lo
 
 void Reading::include(const std::string& value, const Location& where) {
     const fs::path file = findInclude(value, where);
-    const fs::path canonical = fs::weakly_canonical(file);
+    const fs::path canonical = canonicalName(file);
     for (const OpenFile& open : _open) {
         if (open.canonical == canonical)
             refuseInclude(value, "that file is still being read, it includes itself", where);
