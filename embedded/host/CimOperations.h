@@ -16,6 +16,9 @@ namespace embedded::host {
 /// What a client's request brings along besides its parameters.
 struct Caller {
     Pegasus::String userName; ///< empty: not authenticated
+    /// The ObjectName of an association operation is a class (CLASSNAME, DSP0200 clause 5.3.2.14),
+    /// not an instance without keys. Such a question is about the schema: the answers are classes.
+    bool objectIsClass = false;
 };
 
 /// Objects, and from how many legs (providers, repository) they were gathered. A reader of the
@@ -94,16 +97,17 @@ class CimOperations {
                                           const Pegasus::CIMObjectPath& instanceName,
                                           const Pegasus::CIMName& propertyName) = 0;
 
-    virtual Answer<Pegasus::CIMObject> associators(const Caller& caller,
-                                                   const Pegasus::CIMNamespaceName& nameSpace,
-                                                   const Pegasus::CIMObjectPath& objectName,
-                                                   const Pegasus::CIMName& assocClass,
-                                                   const Pegasus::CIMName& resultClass,
-                                                   const Pegasus::String& role,
-                                                   const Pegasus::String& resultRole,
-                                                   bool includeQualifiers,
-                                                   bool includeClassOrigin,
-                                                   const Pegasus::CIMPropertyList& propertyList) = 0;
+    virtual Answer<Pegasus::CIMObject>
+    associators(const Caller& caller,
+                const Pegasus::CIMNamespaceName& nameSpace,
+                const Pegasus::CIMObjectPath& objectName,
+                const Pegasus::CIMName& assocClass,
+                const Pegasus::CIMName& resultClass,
+                const Pegasus::String& role,
+                const Pegasus::String& resultRole,
+                bool includeQualifiers,
+                bool includeClassOrigin,
+                const Pegasus::CIMPropertyList& propertyList) = 0;
     virtual Answer<Pegasus::CIMObjectPath>
     associatorNames(const Caller& caller,
                     const Pegasus::CIMNamespaceName& nameSpace,

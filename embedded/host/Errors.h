@@ -1,0 +1,27 @@
+// Whatever code throws, as the error that a CIM client is to see.
+#pragma once
+
+#include <Pegasus/Common/Exception.h>
+
+#include <utility>
+
+namespace embedded::host {
+
+/// The exception that is being handled: a CIMException keeps its status and message, every other
+/// one becomes CIM_ERR_FAILED with its own text, or "Unknown error." when it has none.
+///
+/// The result shares nothing with the original, whose type may live in a library that is about to
+/// be closed. REQUIRES: called from within a catch clause.
+Pegasus::CIMException currentCimException();
+
+/// Runs `operation`; whatever leaves it is a CIMException (see currentCimException).
+template <class Operation>
+auto asCimErrors(Operation&& operation) -> decltype(operation()) {
+    try {
+        return std::forward<Operation>(operation)();
+    } catch (...) {
+        throw currentCimException();
+    }
+}
+
+} // namespace embedded::host

@@ -1,0 +1,35 @@
+// A provider as the router sees it, wherever its code lives.
+#pragma once
+
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Provider/CIMProvider.h>
+
+#include <functional>
+#include <memory>
+
+namespace embedded::host {
+
+/// The values of PG_ProviderCapabilities.ProviderType that are routed.
+enum class ProviderType : Pegasus::Uint16 { Instance = 2, Association = 3, Method = 5 };
+
+/// Thread-safety: call() may run on several threads at once.
+class Provider {
+  public:
+    virtual ~Provider() = default;
+
+    /// Calls `use` with the provider's object, ready for requests. `className` is the class that
+    /// it is asked for. What `use` throws comes out unchanged; a provider that cannot be made
+    /// ready throws CIMException.
+    virtual void call(const Pegasus::CIMName& className,
+                      const std::function<void(Pegasus::CIMProvider&)>& use) = 0;
+};
+
+/// A provider of the program's own, for one class in every namespace that defines the class. It
+/// goes before whatever is registered. initialize() and terminate() are never called on it.
+struct BuiltIn {
+    Pegasus::CIMName className;
+    ProviderType type;
+    std::shared_ptr<Pegasus::CIMProvider> object;
+};
+
+} // namespace embedded::host

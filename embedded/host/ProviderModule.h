@@ -1,0 +1,60 @@
+// Providers of registered modules: found, loaded, initialised, called and terminated.
+//
+// A provider is made ready by the first request for it, on that request's thread; requests that
+// come meanwhile wait. When that fails the module is as if it had never been loaded, and the next
+// request tries again.
+#pragma once
+
+#include "host/Provider.h"
+#include "host/Registration.h"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace embedded::host {
+
+struct ModuleSettings {
+    /// Where libraries are looked for, in this order.
+    std::vector<std::filesystem::path> directories;
+    /// Leaves libraries mapped when their providers are gone: what reports on leaks and races
+    /// needs their symbols then.
+    bool keepLibraries = false;
+    /// Takes one line about what no client is told: the text of an exception from initialize() or
+    /// terminate(). May be called from several threads at once; empty: nobody listens.
+    std::function<void(const std::string&)> log;
+};
+
+class ModuleProvider;
+class LoadingOrder;
+
+/// Thread-safety: all members may be called from several threads at once.
+class ProviderModules {
+  public:
+    ProviderModules(Registration registration, ModuleSettings settings);
+    /// Unloads all.
+    ~ProviderModules();
+    ProviderModules(const ProviderModules&) = delete;
+    ProviderModules& operator=(const ProviderModules&) = delete;
+
+    /// The provider registered for exactly that class, or null. Lives as long as this object.
+    Provider* find(const Pegasus::CIMNamespaceName& nameSpace,
+                   const Pegasus::CIMName& className,
+                   ProviderType type) const;
+
+    /// For good: waits for the requests in progress, calls terminate() on every loaded provider,
+    /// the one that was ready last first, and closes its library. Requests that come later get
+    /// CIM_ERR_FAILED.
+    void unloadAll();
+
+  private:
+    const Registration _registration;
+    const ModuleSettings _settings;
+    std::unique_ptr<LoadingOrder> _order;
+    std::map<ProviderName, std::unique_ptr<ModuleProvider>> _providers;
+};
+
+} // namespace embedded::host

@@ -1,0 +1,83 @@
+// Which provider of which module answers for which class: the PG_ProviderModule, PG_Provider and
+// PG_ProviderCapabilities instances of the interop namespace, as a table.
+#pragma once
+
+#include "host/Provider.h"
+#include "repository/Repository.h"
+
+#include <map>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace embedded::host {
+
+/// One line for the person who set the server up.
+struct Finding {
+    enum class Severity { Note, Problem };
+    Severity severity;
+    std::string text;
+};
+
+struct RegisteredModule {
+    Pegasus::String name;
+    std::string location;
+    bool stopped = false; ///< OperationalStatus says so: its providers are blocked
+};
+
+/// Module and name of a provider: the keys of PG_Provider.
+struct ProviderName {
+    Pegasus::String module;
+    Pegasus::String name;
+
+    bool operator<(const ProviderName& other) const {
+        return std::tie(module, name) < std::tie(other.module, other.name);
+    }
+};
+
+/// What a provider answers for.
+struct Capability {
+    Pegasus::CIMNamespaceName nameSpace;
+    Pegasus::CIMName className;
+    ProviderType type;
+    ProviderName provider;
+};
+
+/// Thread-safety: constant once read.
+class Registration {
+  public:
+    /// Nothing is registered.
+    Registration() = default;
+    /// Reads the instances in `interop`. One that is faulty is left out and told in findings().
+    Registration(const repository::Repository& repository,
+                 const Pegasus::CIMNamespaceName& interop);
+
+    /// The provider that is registered for exactly this class, or null.
+    const ProviderName* find(const Pegasus::CIMNamespaceName& nameSpace,
+                             const Pegasus::CIMName& className,
+                             ProviderType type) const;
+
+    const std::map<Pegasus::String, RegisteredModule>& modules() const { return _modules; }
+    /// Every provider of a registered module, whether or not it has capabilities.
+    const std::vector<ProviderName>& providers() const { return _providers; }
+    /// In the order of the instances, their namespaces, and their types.
+    const std::vector<Capability>& capabilities() const { return _capabilities; }
+    /// What was left out, and why.
+    const std::vector<Finding>& findings() const { return _findings; }
+
+  private:
+    class Reader;
+    using Key = std::tuple<std::string, std::string, ProviderType>;
+    static Key keyOf(const Pegasus::CIMNamespaceName& nameSpace,
+                     const Pegasus::CIMName& className,
+                     ProviderType type);
+
+    std::map<Pegasus::String, RegisteredModule> _modules;
+    std::vector<ProviderName> _providers;
+    std::vector<Capability> _capabilities;
+    std::map<Key, std::size_t> _index; ///< into _capabilities
+    std::vector<Finding> _findings;
+};
+
+} // namespace embedded::host

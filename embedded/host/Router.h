@@ -1,0 +1,176 @@
+// The server's answer to every operation: which providers and which part of the repository are
+// asked, with what, and how their answers become one.
+#pragma once
+
+#include "host/CimOperations.h"
+#include "host/Provider.h"
+#include "host/ProviderModule.h"
+#include "host/RepositoryAssociations.h"
+#include "repository/Repository.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace embedded::host {
+
+/// The name of this machine, as object paths carry it.
+Pegasus::String localHostName();
+
+/// Instance operations go to the provider of exactly the class that is named, an enumeration to
+/// the provider of that class and to those of each of its subclasses, an association operation to
+/// the providers of the association classes that can touch the source's class. Built-in providers
+/// go before registered ones; where there is neither, the repository answers. Providers are asked
+/// one after the other, in the repository's order of classes.
+///
+/// Thread-safety: all operations may be called from several threads at once.
+class Router : public CimOperations {
+  public:
+    /// `repository` and `modules` must outlive this object. `hostName` stands in the paths that
+    /// providers are given, and completes those that they return.
+    Router(repository::Repository& repository,
+           const ProviderModules& modules,
+           const std::vector<BuiltIn>& builtIns,
+           const Pegasus::String& hostName);
+    ~Router() override;
+
+    Pegasus::CIMClass getClass(const Caller& caller,
+                               const Pegasus::CIMNamespaceName& nameSpace,
+                               const Pegasus::CIMName& className,
+                               bool localOnly,
+                               bool includeQualifiers,
+                               bool includeClassOrigin,
+                               const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const Caller& caller,
+                                                       const Pegasus::CIMNamespaceName& nameSpace,
+                                                       const Pegasus::CIMName& className,
+                                                       bool deepInheritance,
+                                                       bool localOnly,
+                                                       bool includeQualifiers,
+                                                       bool includeClassOrigin) override;
+    Pegasus::Array<Pegasus::CIMName> enumerateClassNames(const Caller& caller,
+                                                         const Pegasus::CIMNamespaceName& nameSpace,
+                                                         const Pegasus::CIMName& className,
+                                                         bool deepInheritance) override;
+
+    Pegasus::CIMInstance getInstance(const Caller& caller,
+                                     const Pegasus::CIMNamespaceName& nameSpace,
+                                     const Pegasus::CIMObjectPath& instanceName,
+                                     bool includeQualifiers,
+                                     bool includeClassOrigin,
+                                     const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMInstance>
+    enumerateInstances(const Caller& caller,
+                       const Pegasus::CIMNamespaceName& nameSpace,
+                       const Pegasus::CIMName& className,
+                       bool deepInheritance,
+                       bool includeQualifiers,
+                       bool includeClassOrigin,
+                       const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObjectPath>
+    enumerateInstanceNames(const Caller& caller,
+                           const Pegasus::CIMNamespaceName& nameSpace,
+                           const Pegasus::CIMName& className) override;
+    Pegasus::CIMObjectPath createInstance(const Caller& caller,
+                                          const Pegasus::CIMNamespaceName& nameSpace,
+                                          const Pegasus::CIMInstance& newInstance) override;
+    void modifyInstance(const Caller& caller,
+                        const Pegasus::CIMNamespaceName& nameSpace,
+                        const Pegasus::CIMInstance& modifiedInstance,
+                        bool includeQualifiers,
+                        const Pegasus::CIMPropertyList& propertyList) override;
+    void deleteInstance(const Caller& caller,
+                        const Pegasus::CIMNamespaceName& nameSpace,
+                        const Pegasus::CIMObjectPath& instanceName) override;
+    Pegasus::CIMValue getProperty(const Caller& caller,
+                                  const Pegasus::CIMNamespaceName& nameSpace,
+                                  const Pegasus::CIMObjectPath& instanceName,
+                                  const Pegasus::CIMName& propertyName) override;
+
+    Answer<Pegasus::CIMObject> associators(const Caller& caller,
+                                           const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMObjectPath& objectName,
+                                           const Pegasus::CIMName& assocClass,
+                                           const Pegasus::CIMName& resultClass,
+                                           const Pegasus::String& role,
+                                           const Pegasus::String& resultRole,
+                                           bool includeQualifiers,
+                                           bool includeClassOrigin,
+                                           const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObjectPath> associatorNames(const Caller& caller,
+                                                   const Pegasus::CIMNamespaceName& nameSpace,
+                                                   const Pegasus::CIMObjectPath& objectName,
+                                                   const Pegasus::CIMName& assocClass,
+                                                   const Pegasus::CIMName& resultClass,
+                                                   const Pegasus::String& role,
+                                                   const Pegasus::String& resultRole) override;
+    Answer<Pegasus::CIMObject> references(const Caller& caller,
+                                          const Pegasus::CIMNamespaceName& nameSpace,
+                                          const Pegasus::CIMObjectPath& objectName,
+                                          const Pegasus::CIMName& resultClass,
+                                          const Pegasus::String& role,
+                                          bool includeQualifiers,
+                                          bool includeClassOrigin,
+                                          const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObjectPath> referenceNames(const Caller& caller,
+                                                  const Pegasus::CIMNamespaceName& nameSpace,
+                                                  const Pegasus::CIMObjectPath& objectName,
+                                                  const Pegasus::CIMName& resultClass,
+                                                  const Pegasus::String& role) override;
+
+    Pegasus::CIMQualifierDecl getQualifier(const Caller& caller,
+                                           const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& qualifierName) override;
+    Pegasus::Array<Pegasus::CIMQualifierDecl>
+    enumerateQualifiers(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace) override;
+
+  private:
+    struct Traversal;
+    class BuiltInProvider;
+
+    Provider* find(const Pegasus::CIMNamespaceName& nameSpace,
+                   const Pegasus::CIMName& className,
+                   ProviderType type) const;
+    void requireClass(const Pegasus::CIMNamespaceName& nameSpace,
+                      const Pegasus::CIMName& className) const;
+    Pegasus::CIMObjectPath requestPath(const Pegasus::CIMNamespaceName& nameSpace,
+                                       const Pegasus::CIMObjectPath& objectName) const;
+
+    template <class Collector, class AskProvider, class AskRepository>
+    auto enumerate(const Pegasus::CIMNamespaceName& nameSpace,
+                   const Pegasus::CIMName& className,
+                   AskProvider askProvider,
+                   AskRepository askRepository) const;
+    template <class AskProvider, class AskRepository>
+    auto atInstance(const Pegasus::CIMNamespaceName& nameSpace,
+                    const Pegasus::CIMObjectPath& instanceName,
+                    AskProvider askProvider,
+                    AskRepository askRepository) const;
+    template <class Collector, class AskProvider, class AskRepository, class AskSchema>
+    auto traverse(const Traversal& traversal,
+                  AskProvider askProvider,
+                  AskRepository askRepository,
+                  AskSchema askSchema) const;
+
+    Pegasus::Array<Pegasus::CIMObject>
+    classObjects(const Pegasus::CIMNamespaceName& nameSpace,
+                 const std::vector<Pegasus::CIMName>& classNames) const;
+    Pegasus::Array<Pegasus::CIMObject>
+    instanceObjects(const Traversal& traversal,
+                    const std::vector<Pegasus::CIMObjectPath>& paths,
+                    bool includeQualifiers,
+                    bool includeClassOrigin,
+                    const Pegasus::CIMPropertyList& propertyList);
+    void complete(const Pegasus::CIMNamespaceName& nameSpace, Pegasus::CIMObjectPath& path) const;
+    void complete(const Pegasus::CIMNamespaceName& nameSpace, Pegasus::CIMObject& object) const;
+
+    repository::Repository& _repository;
+    const ProviderModules& _modules;
+    /// By class in lower case.
+    std::map<std::pair<std::string, ProviderType>, std::unique_ptr<Provider>> _builtIns;
+    const Pegasus::String _hostName;
+};
+
+} // namespace embedded::host
