@@ -1,0 +1,19 @@
+// Which elements a CIM-XML request may hold, with which attributes and in which order (DSP0203).
+#pragma once
+
+#include <pugixml.hpp>
+
+#include <string>
+
+namespace embedded::cimxml {
+
+/// Throws RequestRejected request-not-valid when `element` or anything in it is not as DSP0203
+/// declares it: unknown element or attribute, a missing attribute, children that the content
+/// model does not allow, text where none may be. Attributes of XML itself ("xml:lang", "xmlns")
+/// are let pass.
+void checkElement(const pugi::xml_node& element);
+
+/// The text of an element that holds text only: all its pieces, character data and CDATA alike.
+std::string textOf(const pugi::xml_node& element);
+
+} // namespace embedded::cimxml

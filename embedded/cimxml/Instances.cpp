@@ -1,0 +1,91 @@
+#include "cimxml/Instances.h"
+
+#include "cimxml/Names.h"
+#include "cimxml/Rejection.h"
+#include "cimxml/Values.h"
+
+#include <charconv>
+#include <string_view>
+
+namespace embedded::cimxml {
+
+using namespace Pegasus;
+
+namespace {
+
+// Each with the default that DSP0203 gives it.
+struct FlavorAttribute {
+    const char* name;
+    const CIMFlavor& flavor;
+    bool absent;
+};
+
+CIMFlavor readFlavor(const pugi::xml_node& element) {
+    const FlavorAttribute attributes[] = {{"OVERRIDABLE", CIMFlavor::OVERRIDABLE, true},
+                                          {"TOSUBCLASS", CIMFlavor::TOSUBCLASS, true},
+                                          {"TOINSTANCE", CIMFlavor::TOINSTANCE, false},
+                                          {"TRANSLATABLE", CIMFlavor::TRANSLATABLE, false}};
+    CIMFlavor flavor = CIMFlavor::NONE;
+    for (const FlavorAttribute& attribute : attributes) {
+        if (readFlag(element.attribute(attribute.name), attribute.absent)) {
+            flavor.addFlavor(attribute.flavor);
+        }
+    }
+    return flavor;
+}
+
+CIMQualifier readQualifier(const pugi::xml_node& element, const SoleKey& soleKey) {
+    return CIMQualifier(readName(element.attribute("NAME")),
+                        readValue(element, readType(element.attribute("TYPE")), false, soleKey),
+                        readFlavor(element),
+                        readFlag(element.attribute("PROPAGATED"), false));
+}
+
+Uint32 readArraySize(const pugi::xml_attribute& attribute) {
+    const std::string_view text = attribute.value();
+    Uint32 size = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), size);
+    if (attribute && (error != std::errc() || end != text.data() + text.size())) {
+        rejectNotValid("ARRAYSIZE \"" + std::string(text) + "\"");
+    }
+    return size;
+}
+
+// PROPERTY, PROPERTY.ARRAY or PROPERTY.REFERENCE.
+CIMProperty readProperty(const pugi::xml_node& element, const SoleKey& soleKey) {
+    const std::string_view kind = element.name();
+    const bool isReference = kind == "PROPERTY.REFERENCE";
+    const CIMType type = isReference ? CIMTYPE_REFERENCE : readType(element.attribute("TYPE"));
+    CIMProperty property(readName(element.attribute("NAME")),
+                         readValue(element, type, kind == "PROPERTY.ARRAY", soleKey),
+                         readArraySize(element.attribute("ARRAYSIZE")),
+                         readOptionalName(element.attribute("REFERENCECLASS")),
+                         readOptionalName(element.attribute("CLASSORIGIN")),
+                         readFlag(element.attribute("PROPAGATED"), false));
+    for (const pugi::xml_node& qualifier : element.children("QUALIFIER")) {
+        property.addQualifier(readQualifier(qualifier, soleKey));
+    }
+    return property;
+}
+
+} // namespace
+
+CIMInstance readInstance(const pugi::xml_node& instance, const SoleKey& soleKey) {
+    CIMInstance result(readName(instance.attribute("CLASSNAME")));
+    for (const pugi::xml_node& member : instance.children()) {
+        if (std::string_view(member.name()) == "QUALIFIER") {
+            result.addQualifier(readQualifier(member, soleKey));
+        } else if (member.type() == pugi::node_element) {
+            result.addProperty(readProperty(member, soleKey));
+        }
+    }
+    return result;
+}
+
+CIMInstance readNamedInstance(const pugi::xml_node& namedInstance, const SoleKey& soleKey) {
+    CIMInstance result = readInstance(namedInstance.child("INSTANCE"), soleKey);
+    result.setPath(readInstanceName(namedInstance.child("INSTANCENAME"), soleKey));
+    return result;
+}
+
+} // namespace embedded::cimxml

@@ -1,0 +1,19 @@
+// Instances out of a request. Errors as in Values.h; a property or qualifier given twice is
+// CIM_ERR_INVALID_PARAMETER too.
+#pragma once
+
+#include "cimxml/Paths.h"
+
+#include <Pegasus/Common/CIMInstance.h>
+
+#include <pugixml.hpp>
+
+namespace embedded::cimxml {
+
+/// The instance of an INSTANCE; its path is its class name. An embedded object stays the string
+/// that it is on the wire.
+Pegasus::CIMInstance readInstance(const pugi::xml_node& instance, const SoleKey& soleKey);
+/// The instance of a VALUE.NAMEDINSTANCE, with its path.
+Pegasus::CIMInstance readNamedInstance(const pugi::xml_node& namedInstance, const SoleKey& soleKey);
+
+} // namespace embedded::cimxml

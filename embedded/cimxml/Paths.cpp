@@ -1,0 +1,115 @@
+#include "cimxml/Paths.h"
+
+#include "cimxml/ElementRules.h"
+#include "cimxml/Names.h"
+#include "cimxml/Rejection.h"
+#include "cimxml/Text.h"
+#include "cimxml/Values.h"
+
+#include <Pegasus/Common/CIMValue.h>
+
+namespace embedded::cimxml {
+
+using namespace Pegasus;
+
+namespace {
+
+// VALUETYPE names the kind; a TYPE without it implies one.
+CIMKeyBinding::Type keyType(const pugi::xml_node& keyValue) {
+    if (const pugi::xml_attribute kind = keyValue.attribute("VALUETYPE")) {
+        const std::string name = kind.value();
+        if (name == "string") {
+            return CIMKeyBinding::STRING;
+        }
+        if (name == "boolean") {
+            return CIMKeyBinding::BOOLEAN;
+        }
+        if (name == "numeric") {
+            return CIMKeyBinding::NUMERIC;
+        }
+        rejectNotValid("VALUETYPE \"" + name + "\"");
+    }
+    const pugi::xml_attribute type = keyValue.attribute("TYPE");
+    switch (type ? readType(type) : CIMTYPE_STRING) {
+    case CIMTYPE_BOOLEAN:
+        return CIMKeyBinding::BOOLEAN;
+    case CIMTYPE_STRING:
+    case CIMTYPE_CHAR16:
+    case CIMTYPE_DATETIME:
+        return CIMKeyBinding::STRING;
+    default:
+        return CIMKeyBinding::NUMERIC;
+    }
+}
+
+CIMKeyBinding readKeyValue(const CIMName& name, const pugi::xml_node& keyValue) {
+    const CIMKeyBinding::Type type = keyType(keyValue);
+    const std::string text = textOf(keyValue);
+    switch (type) {
+    case CIMKeyBinding::BOOLEAN:
+        return CIMKeyBinding(name, CIMValue(readBoolean(text)));
+    case CIMKeyBinding::NUMERIC:
+        return CIMKeyBinding(name, readNumberText(text), type);
+    default:
+        return CIMKeyBinding(name, fromUtf8(text), type);
+    }
+}
+
+// `holder` has one KEYVALUE or VALUE.REFERENCE.
+CIMKeyBinding
+readKey(const CIMName& name, const pugi::xml_node& holder, const SoleKey& soleKey, unsigned depth) {
+    if (const pugi::xml_node keyValue = holder.child("KEYVALUE")) {
+        return readKeyValue(name, keyValue);
+    }
+    return CIMKeyBinding(
+        name, CIMValue(readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1)));
+}
+
+} // namespace
+
+CIMObjectPath
+readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey, unsigned depth) {
+    const CIMName className = readName(instanceName.attribute("CLASSNAME"));
+    Array<CIMKeyBinding> keys;
+    for (const pugi::xml_node& key : instanceName.children("KEYBINDING")) {
+        keys.append(readKey(readName(key.attribute("NAME")), key, soleKey, depth));
+    }
+    if (instanceName.child("KEYVALUE") || instanceName.child("VALUE.REFERENCE")) {
+        keys.append(readKey(soleKey(className), instanceName, soleKey, depth));
+    }
+    return CIMObjectPath(String(), CIMNamespaceName(), className, keys);
+}
+
+CIMObjectPath
+readReference(const pugi::xml_node& reference, const SoleKey& soleKey, unsigned depth) {
+    if (depth > maximumReferenceDepth) {
+        throw CIMException(CIM_ERR_INVALID_PARAMETER,
+                           "References are nested too deeply in the keys of references.");
+    }
+    // VALUE.REFERENCE / [..PATH /] [NAMESPACEPATH / HOST, LOCALNAMESPACEPATH], ..NAME
+    pugi::xml_node object = reference.find_child(
+        [](const pugi::xml_node& node) { return node.type() == pugi::node_element; });
+    String host;
+    CIMNamespaceName nameSpace;
+    if (const pugi::xml_node full = object.child("NAMESPACEPATH")) {
+        host = fromUtf8(textOf(full.child("HOST")));
+        nameSpace = readNamespace(full.child("LOCALNAMESPACEPATH"));
+    } else if (const pugi::xml_node local = object.child("LOCALNAMESPACEPATH")) {
+        nameSpace = readNamespace(local);
+    }
+    if (!nameSpace.isNull()) {
+        object = object.last_child();
+        while (object.type() != pugi::node_element) {
+            object = object.previous_sibling();
+        }
+    }
+    const bool isClass = std::string_view(object.name()) == "CLASSNAME";
+    CIMObjectPath path =
+        isClass ? CIMObjectPath(String(), nameSpace, readName(object.attribute("NAME")))
+                : readInstanceName(object, soleKey, depth);
+    path.setNameSpace(nameSpace);
+    path.setHost(host);
+    return path;
+}
+
+} // namespace embedded::cimxml

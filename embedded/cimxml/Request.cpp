@@ -1,0 +1,131 @@
+#include "cimxml/Request.h"
+
+#include "cimxml/ElementRules.h"
+#include "cimxml/Names.h"
+#include "cimxml/Rejection.h"
+#include "cimxml/Text.h"
+#include "cimxml/WellFormed.h"
+
+#include <string_view>
+
+namespace embedded::cimxml {
+
+using Pegasus::CIMName;
+using Pegasus::String;
+
+namespace {
+
+[[noreturn]] void rejectMismatch(const std::string& detail) {
+    throw RequestRejected(400, "header-mismatch", detail);
+}
+
+// "<major>.<digits>": a minor version changes nothing that a reader could not take.
+bool hasMajor(std::string_view version, std::string_view major) {
+    return version.size() > major.size() + 1 && version.substr(0, major.size()) == major &&
+           version[major.size()] == '.' &&
+           version.find_first_not_of("0123456789", major.size() + 1) == std::string_view::npos;
+}
+
+// A message of another version may have elements that are unknown here; what it is about must be
+// said all the same, so the versions come before the element rules.
+void checkVersions(const pugi::xml_node& cim) {
+    const pugi::xml_attribute cimVersion = cim.attribute("CIMVERSION");
+    const pugi::xml_attribute dtdVersion = cim.attribute("DTDVERSION");
+    if (cimVersion && !hasMajor(cimVersion.value(), "2")) {
+        throw RequestRejected(501, "unsupported-cim-version", cimVersion.value());
+    }
+    if (dtdVersion && !hasMajor(dtdVersion.value(), "2")) {
+        throw RequestRejected(501, "unsupported-dtd-version", dtdVersion.value());
+    }
+}
+
+void checkProtocol(const pugi::xml_node& message, const Headers& headers) {
+    const pugi::xml_attribute version = message.attribute("PROTOCOLVERSION");
+    if (!version) {
+        return; // the element rules say so
+    }
+    if (version.value() != headers.protocolVersion) {
+        rejectMismatch("PROTOCOLVERSION \"" + std::string(version.value()) +
+                       "\", CIMProtocolVersion \"" + headers.protocolVersion + "\"");
+    }
+    if (!hasMajor(version.value(), "1")) {
+        throw RequestRejected(501, "unsupported-protocol-version", version.value());
+    }
+    if (message.child("MULTIREQ")) {
+        rejectMismatch("MULTIREQ without CIMBatch");
+    }
+}
+
+bool equalNoCase(const std::string& a, const std::string& b) {
+    return String::equalNoCase(fromUtf8(a), fromUtf8(b));
+}
+
+// Namespace and class are compared. Keys are not: how a client spells them in the header and in
+// the document may well differ, and the document is what counts.
+std::string targetOf(const Request& request) {
+    std::string target = toUtf8(request.nameSpace.getString());
+    if (!request.isIntrinsic()) {
+        target += ':' + toUtf8(request.className.getString());
+    }
+    return target;
+}
+
+void checkHeaders(const Headers& headers, const Request& request) {
+    if (!equalNoCase(headers.method, request.method)) {
+        rejectMismatch("call of " + request.method + ", CIMMethod \"" + headers.method + "\"");
+    }
+    std::string object = headers.object;
+    object.erase(0, object.substr(0, 1) == "/" ? 1 : 0);
+    if (!request.isIntrinsic()) {
+        object.resize(std::min(object.find('.'), object.size()));
+    }
+    if (!equalNoCase(object, targetOf(request))) {
+        rejectMismatch("call to " + targetOf(request) + ", CIMObject \"" + headers.object + "\"");
+    }
+}
+
+void readTarget(Request& request) {
+    if (const pugi::xml_node nameSpace = request.call.child("LOCALNAMESPACEPATH")) {
+        request.nameSpace = readNamespace(nameSpace);
+        return;
+    }
+    const pugi::xml_node classPath = request.call.child("LOCALCLASSPATH");
+    const pugi::xml_node path = classPath ? classPath : request.call.child("LOCALINSTANCEPATH");
+    request.nameSpace = readNamespace(path.child("LOCALNAMESPACEPATH"));
+    request.className = classPath ? readName(path.child("CLASSNAME").attribute("NAME"))
+                                  : readName(path.child("INSTANCENAME").attribute("CLASSNAME"));
+}
+
+} // namespace
+
+void readRequest(const std::string& body, const Headers& headers, Request& request) {
+    checkWellFormed(body);
+    const pugi::xml_parse_result parsed =
+        request.document.load_buffer(body.data(),
+                                     body.size(),
+                                     pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
+                                         pugi::parse_ws_pcdata | pugi::parse_wconv_attribute,
+                                     pugi::encoding_utf8);
+    if (!parsed) {
+        rejectNotWellFormed(parsed.description());
+    }
+    const pugi::xml_node cim = request.document.document_element();
+    if (std::string_view(cim.name()) != "CIM") {
+        rejectNotValid("root element " + std::string(cim.name()));
+    }
+    checkVersions(cim);
+    const pugi::xml_node message = cim.child("MESSAGE");
+    checkProtocol(message, headers);
+    checkElement(cim);
+
+    const pugi::xml_node simple = message.child("SIMPLEREQ");
+    const pugi::xml_node intrinsic = simple.child("IMETHODCALL");
+    request.call = intrinsic ? intrinsic : simple.child("METHODCALL");
+    request.messageId = message.attribute("ID").value();
+    request.method = request.call.attribute("NAME").value();
+    readName(request.call.attribute("NAME"));
+    readTarget(request);
+    checkHeaders(headers, request);
+}
+
+} // namespace embedded::cimxml

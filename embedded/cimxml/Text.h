@@ -1,0 +1,28 @@
+// Characters on their way into a document.
+#pragma once
+
+#include <Pegasus/Common/String.h>
+
+#include <string>
+#include <string_view>
+
+namespace embedded::cimxml {
+
+/// `text` in UTF-8. What no XML document can hold (a lone surrogate, U+FFFE, U+FFFF) becomes
+/// U+FFFD.
+std::string toUtf8(const Pegasus::String& text);
+
+/// The String that the UTF-8 of `text` spells; `text` is valid (see checkWellFormed).
+Pegasus::String fromUtf8(std::string_view text);
+
+/// Appends `text` so that it reads back as it is, as element content and as attribute value.
+/// Blanks that a reader might take for layout (first, last, after a blank) and control characters
+/// are written as character references. Those below U+0020 but for tab, CR and LF are not XML 1.0
+/// even so; clients of such servers know them in this form.
+void appendEscaped(std::string& out, std::string_view text);
+void appendEscaped(std::string& out, const Pegasus::String& text);
+
+/// Appends ` name="value"`.
+void appendAttribute(std::string& out, std::string_view name, const Pegasus::String& value);
+
+} // namespace embedded::cimxml
