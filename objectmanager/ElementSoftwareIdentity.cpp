@@ -1,0 +1,27 @@
+// ORVEX_ElementSoftwareIdentity: the firmware with every entry of the profile catalogue, enumerated
+// without asking the server, got by echo.
+#include "objectmanager/ManagerAssociations.h"
+#include "profiles/ProfileAssociations.h"
+#include "provider/Trace.h"
+
+PEGASUS_USING_PEGASUS;
+using namespace serverprofile;
+
+void ServerProfileProvider::_getOrvexSPESIHelper(String,
+                                                 Handler& handler,
+                                                 const String& nameSpace,
+                                                 bool instances) {
+    trace(" Quil OrvexSPESIHelper - Start ");
+    forEachImplemented(*this, nameSpace, [&](const Association& association) {
+        deliver(handler, instances, association, nameSpace);
+    });
+}
+
+CIMInstance ServerProfileProvider::_getOrvexSPESIInstance(const CIMObjectPath& path,
+                                                          InstanceHandler& handler) {
+    return echo(elementSoftwareIdentity,
+                path,
+                handler,
+                "getOrvexSPESIInstance(): Start ",
+                "getOrvexSpESI () - Exit ");
+}

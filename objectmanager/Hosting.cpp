@@ -1,0 +1,62 @@
+// CIM_HostedAccessPoint and CIM_HostedService: the host with the server's communication mechanisms
+// and its object manager, enumerated by asking the server, got by echo.
+#include "objectmanager/ManagerAssociations.h"
+#include "provider/ReadBack.h"
+#include "provider/Trace.h"
+
+PEGASUS_USING_PEGASUS;
+using namespace serverprofile;
+
+void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String,
+                                                               Handler& handler,
+                                                               const String& nameSpace,
+                                                               bool instances) {
+    trace(" Quil OrvexSPHostedAccessPointHelper - Start ");
+    const CIMObjectPath host = hostPath(*this, nameSpace);
+    Array<CIMObjectPath> mechanisms;
+    guarded(ReadBack(_cimomHandle, nameSpace),
+            mechanisms,
+            communicationMechanismClass,
+            {" Quil ni OrvexSPHostedAccessPointHelper:EXCEPTION for "
+             "CIM_CIMXMLCommunicationMechanism "});
+    for (Uint32 i = 0; i < mechanisms.size(); ++i) {
+        deliver(handler, instances, Association(hostedAccessPoint, host, mechanisms[i]), nameSpace);
+    }
+}
+
+// Unlike the access points, there is always one hosted service: without an object manager its
+// dependent end is empty.
+void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String,
+                                                           Handler& handler,
+                                                           const String& nameSpace,
+                                                           bool instances) {
+    trace(" Quil OrvexSPHostedServiceHelper - Start ");
+    Array<CIMObjectPath> managers;
+    guarded(ReadBack(_cimomHandle, nameSpace),
+            managers,
+            objectManagerClass,
+            {" Quil ni OrvexSPHostedServiceHelper:EXCEPTION for CIM_ObjectManager "});
+    const CIMObjectPath manager = firstOf(managers);
+    const CIMObjectPath host = hostPath(*this, nameSpace);
+    deliver(handler, instances, Association(hostedService, host, manager), nameSpace);
+}
+
+// The exit traces write "Sp" where the start traces write "SP": on purpose.
+
+CIMInstance ServerProfileProvider::_getOrvexSPHostedAccessPointInstance(const CIMObjectPath& path,
+                                                                        InstanceHandler& handler) {
+    return echo(hostedAccessPoint,
+                path,
+                handler,
+                "getOrvexSPHostedAccessPointInstance(): Start ",
+                "getOrvexSpHostedAccessPointInstance () - Exit ");
+}
+
+CIMInstance ServerProfileProvider::_getOrvexSPHostedServiceInstance(const CIMObjectPath& path,
+                                                                    InstanceHandler& handler) {
+    return echo(hostedService,
+                path,
+                handler,
+                "getOrvexSPHostedServiceInstance(): Start ",
+                "getOrvexSpHostedServiceInstance () - Exit ");
+}

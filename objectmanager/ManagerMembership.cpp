@@ -1,0 +1,76 @@
+// CIM_CommMechanismForManager and CIM_NamespaceInManager: the object manager with each of what it
+// offers, enumerated by asking the server, got by echo.
+#include "objectmanager/ManagerAssociations.h"
+#include "provider/ReadBack.h"
+#include "provider/Trace.h"
+
+PEGASUS_USING_PEGASUS;
+using namespace serverprofile;
+
+namespace {
+
+/// Both classes write the same traces, whichever is asked for and whatever fails: on purpose.
+void enumerateMembers(CIMOMHandle& handle,
+                      const AssociationClass& cimClass,
+                      const char* memberClass,
+                      ResponseHandler& handler,
+                      const String& nameSpace,
+                      bool instances) {
+    trace(" Quil NSInMgrHelper - Start ");
+    const ReadBack readBack(handle, nameSpace);
+    Array<CIMObjectPath> list;
+    if (!guarded(readBack,
+                 list,
+                 objectManagerClass,
+                 {" Quil exception ni for CIM_Namespace -Exiting "})) {
+        return;
+    }
+    const CIMObjectPath manager = firstOf(list);
+    // One list serves both read-backs: when the second fails, the object managers stand for the
+    // members. On purpose.
+    guarded(
+        readBack, list, memberClass, {" Quil exception ei for CIM_CIMXMLCommunicationMechanism "});
+    for (Uint32 i = 0; i < list.size(); ++i) {
+        deliver(handler, instances, Association(cimClass, manager, list[i]), nameSpace);
+    }
+}
+
+} // namespace
+
+void ServerProfileProvider::_getCommMechForMgrHelper(String,
+                                                     Handler& handler,
+                                                     const String& nameSpace,
+                                                     bool instances) {
+    enumerateMembers(_cimomHandle,
+                     commMechanismForManager,
+                     communicationMechanismClass,
+                     handler,
+                     nameSpace,
+                     instances);
+}
+
+void ServerProfileProvider::_getNSInMgrHelper(String,
+                                              Handler& handler,
+                                              const String& nameSpace,
+                                              bool instances) {
+    enumerateMembers(
+        _cimomHandle, namespaceInManager, namespaceClass, handler, nameSpace, instances);
+}
+
+CIMInstance ServerProfileProvider::_getCommMechForMgrInstance(const CIMObjectPath& path,
+                                                              InstanceHandler& handler) {
+    return echo(commMechanismForManager,
+                path,
+                handler,
+                "getCommMechForMgrInstance(): Start ",
+                "getCommMechForMgrInstance () - Exit ");
+}
+
+CIMInstance ServerProfileProvider::_getNSInMgrInstance(const CIMObjectPath& path,
+                                                       InstanceHandler& handler) {
+    return echo(namespaceInManager,
+                path,
+                handler,
+                "getNSInMgrInstance(): Start ",
+                "getNSInMgrInstance () - Exit ");
+}

@@ -1,0 +1,75 @@
+// What ties the entries of the profile catalogue to each other, to the elements that conform to
+// them and to the firmware: the tables, and the associations made from them.
+#pragma once
+
+#include "provider/Association.h"
+#include "provider/ServerProfileProvider.h"
+
+namespace serverprofile {
+
+/// A registered profile and a subprofile that requires it, as positions in the catalogue.
+struct SubProfilePair {
+    Pegasus::Uint32 profile;
+    Pegasus::Uint32 subProfile;
+};
+constexpr SubProfilePair subProfilePairs[] = {
+    {0, 0}, // Fabric: Zone Control
+    {0, 1}, // Fabric: Enhanced Zoning and Enhanced Zoning Control
+    {1, 2}, // Switch: Blades
+};
+
+/// A class of managed elements that conform to a registered profile.
+struct ConformanceRow {
+    const char* elementClass;
+    Pegasus::Uint32 profile; ///< position in the catalogue
+    const char* failure;     ///< traced when the elements' names cannot be read
+};
+constexpr ConformanceRow conformance[] = {
+    {"ORVEX_Vsan", 0, " Quil ni for ORVEX_AdminDomain exception "}, // the other name: on purpose
+    {"ORVEX_ComputerSystem", 1, " Quil ni for ORVEX_ComputerSystem exception "},
+    {"CIM_ObjectManager", 2, " Quil ni for CIM_ObjectManager "},
+};
+
+// Paths for a request: they carry its namespace. Errors as buildRegisteredProfileReference.
+
+Pegasus::CIMObjectPath profilePath(ServerProfileProvider& provider,
+                                   Pegasus::Uint32 profile,
+                                   const Pegasus::String& nameSpace);
+Pegasus::CIMObjectPath subProfilePath(ServerProfileProvider& provider,
+                                      Pegasus::Uint32 subProfile,
+                                      const Pegasus::String& nameSpace);
+/// In "root/cimv2" whatever the request's namespace.
+Pegasus::CIMObjectPath softwareIdentityPath(ServerProfileProvider& provider,
+                                            const Pegasus::String& nameSpace);
+
+/// CIM_SubProfileRequiresProfile for one pair.
+Association requirement(ServerProfileProvider& provider,
+                        const SubProfilePair& pair,
+                        const Pegasus::String& nameSpace);
+/// CIM_ElementConformsToProfile between `profile` and `element`, one of `elementClass`.
+Association conforming(const Pegasus::CIMObjectPath& profile,
+                       const Pegasus::CIMObjectPath& element,
+                       const char* elementClass);
+/// ORVEX_ElementSoftwareIdentity between the firmware and `element`, one of `elementClass`.
+Association implementedBy(const Pegasus::CIMObjectPath& softwareIdentity,
+                          const Pegasus::CIMObjectPath& element,
+                          const char* elementClass);
+
+/// Calls visit(association) for each ORVEX_ElementSoftwareIdentity: all registered profiles, then
+/// all subprofiles, each in the order of the catalogue.
+template <class Visit>
+void forEachImplemented(ServerProfileProvider& provider,
+                        const Pegasus::String& nameSpace,
+                        Visit visit) {
+    const Pegasus::CIMObjectPath software = softwareIdentityPath(provider, nameSpace);
+    for (Pegasus::Uint32 i = 0; i < provider.registeredProfiles().size(); ++i) {
+        visit(
+            implementedBy(software, profilePath(provider, i, nameSpace), "CIM_RegisteredProfile"));
+    }
+    for (Pegasus::Uint32 i = 0; i < provider.registeredSubProfiles().size(); ++i) {
+        visit(implementedBy(
+            software, subProfilePath(provider, i, nameSpace), "CIM_RegisteredSubProfile"));
+    }
+}
+
+} // namespace serverprofile

@@ -1,0 +1,30 @@
+// CIM_SubProfileRequiresProfile: enumerated from the table of pairs, got by echo.
+#include "profiles/ProfileAssociations.h"
+
+PEGASUS_USING_PEGASUS;
+using namespace serverprofile;
+
+void ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames(String,
+                                                                       PathHandler& handler,
+                                                                       const String& nameSpace) {
+    for (const SubProfilePair& pair : subProfilePairs) {
+        deliver(handler, requirement(*this, pair, nameSpace), nameSpace);
+    }
+}
+
+void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String,
+                                                                   InstanceHandler& handler,
+                                                                   const String& nameSpace) {
+    for (const SubProfilePair& pair : subProfilePairs) {
+        deliver(handler, requirement(*this, pair, nameSpace), nameSpace);
+    }
+}
+
+// Any pair that the client names is echoed, in the table or not, as an instance without a path.
+CIMInstance
+ServerProfileProvider::_getSubprofileRequiresProfileInstance(const CIMObjectPath& instanceName,
+                                                             InstanceHandler& handler) {
+    const CIMInstance echo = namedAssociation(subProfileRequiresProfile, instanceName).instance();
+    handler.deliver(echo);
+    return echo;
+}

@@ -1,0 +1,169 @@
+// Traversals from a registered subprofile: to the profile that it requires and to the firmware.
+#include "profiles/ProfileAssociations.h"
+#include "profiles/ProfileSelection.h"
+#include "provider/OwnObjects.h"
+#include "provider/Trace.h"
+
+PEGASUS_USING_PEGASUS;
+using namespace serverprofile;
+namespace selected = serverprofile::profileselection;
+
+namespace {
+
+/// The position of the subprofile with that InstanceID in the catalogue, or -1.
+Sint32 sourceIndex(const Request& request, const String& keyValue) {
+    return static_cast<Sint32>(
+        request.provider.findRegProfIndex(keyValue, request.provider.registeredSubProfiles()));
+}
+
+/// Calls visit(pair) for each pair of the subprofile at `index`, in the order of the table.
+template <class Visit>
+void forEachPair(Sint32 index, Visit visit) {
+    for (const SubProfilePair& pair : subProfilePairs) {
+        if (static_cast<Sint32>(pair.subProfile) == index) {
+            visit(pair);
+        }
+    }
+}
+
+template <class Handler>
+void deliverFarEnds(const Request& request,
+                    const String& keyValue,
+                    int bits,
+                    const char* resultClass,
+                    Handler& handler) {
+    if ((bits & selected::subProfiles) != 0) {
+        trace(" Quil SubProfileRequiresProfile assoc ");
+        if (takes(resultClass, "CIM_RegisteredProfile")) {
+            const Sint32 index = sourceIndex(request, keyValue);
+            if (index == -1) {
+                trace("Quil index of RegSubProfile is ", index);
+                return; // ends the whole operation, the firmware too: on purpose
+            }
+            forEachPair(index, [&](const SubProfilePair& pair) {
+                deliverProfile(handler, request, pair.profile);
+            });
+        }
+    }
+    if ((bits & selected::softwareIdentity) != 0) {
+        trace(" Quil ESI assoc ");
+        deliverSoftwareIdentity(handler, request); // whatever the source and the result class
+    }
+}
+
+/// What the two reference operations trace about the search for the source.
+struct ReferenceTexts {
+    const char* profiles;
+    const char* index;
+    const char* unknown;
+};
+constexpr ReferenceTexts referenceNamesTexts = {
+    " Quil SubProfileRequiresProfile referenceNames ",
+    " Quil Index of SubProf is ",
+    "Quil index of Sub Profile is ",
+};
+constexpr ReferenceTexts referencesTexts = {
+    " Quil SubProfileRequiresProfile reference ",
+    " Quil Index of RegProf is ",
+    "Quil index of RegSubProfile is ",
+};
+
+template <class Handler>
+void deliverAssociations(const Request& request,
+                         const ReferenceTexts& texts,
+                         const String& keyValue,
+                         int bits,
+                         Handler& handler) {
+    if ((bits & selected::subProfiles) != 0) {
+        trace(texts.profiles);
+        const Sint32 index = sourceIndex(request, keyValue);
+        trace(texts.index, index);
+        if (index == -1) {
+            trace(texts.unknown, index);
+            return;
+        }
+        forEachPair(index, [&](const SubProfilePair& pair) {
+            deliver(
+                handler, requirement(request.provider, pair, request.nameSpace), request.nameSpace);
+        });
+    }
+    if ((bits & selected::softwareIdentity) != 0) {
+        trace(" Quil ESI references ");
+        const Sint32 index = sourceIndex(request, keyValue);
+        if (index == -1) {
+            trace("Quil index of Reg Profile is ", index);
+            return;
+        }
+        const CIMObjectPath subProfile =
+            subProfilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
+        deliver(handler,
+                implementedBy(softwareIdentityPath(request.provider, request.nameSpace),
+                              subProfile,
+                              "CIM_RegisteredSubProfile"),
+                request.nameSpace);
+    }
+}
+
+} // namespace
+
+void ServerProfileProvider::_getRegisteredSubProfileAssociatorNames(String keyValue,
+                                                                    const char* assocClass,
+                                                                    const char* resultClass,
+                                                                    const char*,
+                                                                    const char*,
+                                                                    PathHandler& handler,
+                                                                    const String& nameSpace) {
+    trace(" Quil regSubProfAssociatorNames(): assoc class is ", assocClass);
+    deliverFarEnds({*this, nameSpace},
+                   keyValue,
+                   selectTraced(selected::rows, assocClass, selected::all),
+                   resultClass,
+                   handler);
+}
+
+void ServerProfileProvider::_getRegisteredSubProfileAssociators(String keyValue,
+                                                                const char* assocClass,
+                                                                const char* resultClass,
+                                                                const char*,
+                                                                const char*,
+                                                                bool,
+                                                                bool,
+                                                                const CIMPropertyList&,
+                                                                ObjectHandler& handler,
+                                                                const String& nameSpace) {
+    trace(" Quil regSubProfAssociators(): assoc class is ", assocClass);
+    deliverFarEnds({*this, nameSpace},
+                   keyValue,
+                   selectTraced(selected::rows, assocClass, selected::all),
+                   resultClass,
+                   handler);
+}
+
+void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyValue,
+                                                                   const char* resultClass,
+                                                                   const char*,
+                                                                   PathHandler& handler,
+                                                                   const String& nameSpace) {
+    trace(" Quil regSubProfRefNames(): result class is ", resultClass);
+    deliverAssociations({*this, nameSpace},
+                        referenceNamesTexts,
+                        keyValue,
+                        selectTraced(selected::rows, resultClass, selected::all),
+                        handler);
+}
+
+void ServerProfileProvider::_getRegisteredSubProfileReferences(String keyValue,
+                                                               const char* resultClass,
+                                                               const char*,
+                                                               bool,
+                                                               bool,
+                                                               const CIMPropertyList&,
+                                                               ObjectHandler& handler,
+                                                               const String& nameSpace) {
+    trace(" Quil regSubProfReferences(): result class is ", resultClass);
+    deliverAssociations({*this, nameSpace},
+                        referencesTexts,
+                        keyValue,
+                        selectTraced(selected::rows, resultClass, selected::all),
+                        handler);
+}

@@ -1,0 +1,118 @@
+#include "provider/ClassTemplates.h"
+
+#include "provider/Trace.h"
+
+#include <Pegasus/Common/CIMPropertyList.h>
+#include <Pegasus/Common/OperationContext.h>
+
+#include <algorithm>
+#include <initializer_list>
+
+PEGASUS_USING_PEGASUS;
+using serverprofile::trace;
+
+CIMClass _getClassFromCIMOM(CIMOMHandle& cimom,
+                            CIMNamespaceName& nameSpace,
+                            CIMName& className,
+                            bool includeQualifiers) {
+    trace("_getClassFromCIMOM(): className ", className);
+    try {
+        const bool localOnly = false;
+        const bool includeClassOrigin = false;
+        return cimom.getClass(OperationContext(),
+                              nameSpace,
+                              className,
+                              localOnly,
+                              includeQualifiers,
+                              includeClassOrigin,
+                              CIMPropertyList());
+    } catch (const CIMException&) {
+        trace("_getClassFromCIMOM(): Exception hit ");
+        trace("_getClassFromCIMOM(): Ecxeption className ", className);
+        throw CIMException(CIM_ERR_NOT_FOUND, String());
+    }
+}
+
+namespace {
+
+using Names = std::initializer_list<const char*>;
+
+constexpr Names registeredProfileProperties = {"InstanceID",
+                                               "RegisteredOrganization",
+                                               "OtherRegisteredOrganization",
+                                               "RegisteredName",
+                                               "RegisteredVersion",
+                                               "AdvertiseTypes",
+                                               "AdvertiseTypeDescriptions"};
+constexpr Names softwareIdentityProperties = {
+    "InstanceID", "VersionString", "Manufacturer", "Classifications", "Name"};
+constexpr Names hostProperties = {
+    "Name", "NameFormat", "Description", "ElementName", "OperationalStatus", "CreationClassName"};
+
+/// The properties that an instance of a class of the module's own carries.
+const struct {
+    const char* className;
+    const Names& properties;
+} propertySets[] = {
+    {"CIM_RegisteredProfile", registeredProfileProperties},
+    {"CIM_RegisteredSubProfile", registeredProfileProperties},
+    {"ORVEX_SoftwareIdentity", softwareIdentityProperties},
+    {"ORVEX_ObjectManagerHost", hostProperties},
+};
+
+bool isCarried(const CIMName& className, const CIMName& property) {
+    for (const auto& set : propertySets) {
+        if (className == set.className) {
+            return std::any_of(set.properties.begin(), set.properties.end(), [&](const char* name) {
+                return property == name;
+            });
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+CIMInstance _instAddQualifieres(CIMOMHandle& cimom, CIMName className) {
+    CIMNamespaceName nameSpace("root/cimv2");
+    const bool includeQualifiers = true;
+    CIMClass cimClass = _getClassFromCIMOM(cimom, nameSpace, className, includeQualifiers);
+
+    // Elements taken from a class are shared with it, hence the clones.
+    CIMInstance instance(className);
+    for (Uint32 i = 0; i < cimClass.getQualifierCount(); ++i) {
+        instance.addQualifier(cimClass.getQualifier(i).clone());
+    }
+    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
+        const CIMProperty property = cimClass.getProperty(i);
+        if (isCarried(className, property.getName())) {
+            instance.addProperty(property.clone());
+        }
+    }
+    return instance;
+}
+
+namespace serverprofile {
+
+bool setIfDefined(CIMInstance& instance, const char* name, const CIMValue& value) {
+    const Uint32 index = instance.findProperty(CIMName(name));
+    if (index == PEG_NOT_FOUND) {
+        return false;
+    }
+    instance.getProperty(index).setValue(value);
+    return true;
+}
+
+void setTypedArray(CIMInstance& instance, const char* name, Uint16 element) {
+    const Uint32 index = instance.findProperty(CIMName(name));
+    if (index == PEG_NOT_FOUND) {
+        return;
+    }
+    CIMProperty property = instance.getProperty(index);
+    trace("Quil: temp msg 2", static_cast<Sint32>(property.getType()));
+    Array<Uint16> elements;
+    elements.append(element);
+    property.setValue(CIMValue(elements));
+}
+
+} // namespace serverprofile

@@ -1,0 +1,84 @@
+// Reading back what other providers of the server publish, through the server's handle.
+//
+// A read-back that fails is traced, and its list stays as it was: the families go on with what they
+// had, and some of them count on that.
+#pragma once
+
+#include "provider/Trace.h"
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/ResponseHandler.h>
+#include <Pegasus/Provider/CIMOMHandle.h>
+
+namespace serverprofile {
+
+/// The objects of one request's namespace, as paths or as whole instances, as the list wants them.
+/// Throws what the handle throws.
+class ReadBack {
+  public:
+    /// `handle` must outlive the object.
+    ReadBack(Pegasus::CIMOMHandle& handle, const Pegasus::String& nameSpace)
+        : _handle(handle), _nameSpace(nameSpace) {}
+
+    /// The paths of all objects of `className` and its subclasses.
+    void into(Pegasus::Array<Pegasus::CIMObjectPath>& list, const char* className) const;
+    /// Those objects with all their properties, qualifiers and class origins.
+    void into(Pegasus::Array<Pegasus::CIMInstance>& list, const char* className) const;
+    /// The object that `path` names, as whole as above.
+    void into(Pegasus::CIMInstance& instance, const Pegasus::CIMObjectPath& path) const;
+
+  private:
+    Pegasus::CIMOMHandle& _handle;
+    Pegasus::String _nameSpace;
+};
+
+/// Which trace tells of a failed read-back; `withMessage`, if any, is a second line that ends in
+/// the exception's message.
+struct FailureTrace {
+    const char* text;
+    const char* withMessage = nullptr;
+};
+
+/// readBack.into(list, what), with exceptions of type `Caught` traced and swallowed. Says whether
+/// it succeeded; exceptions of other types pass.
+template <class Caught = Pegasus::Exception, class List, class What>
+bool guarded(const ReadBack& readBack, List& list, const What& what, const FailureTrace& failure) {
+    try {
+        readBack.into(list, what);
+        return true;
+    } catch (const Caught& exception) {
+        trace(failure.text);
+        if (failure.withMessage != nullptr) {
+            trace(failure.withMessage, exception.getMessage());
+        }
+        return false;
+    }
+}
+
+/// The first path of `list`, or an empty one.
+Pegasus::CIMObjectPath firstOf(const Pegasus::Array<Pegasus::CIMObjectPath>& list);
+
+// The form of the objects at the far ends of an association: what a handler of that kind delivers.
+
+template <class Handler>
+struct FarEnds;
+template <>
+struct FarEnds<Pegasus::ObjectPathResponseHandler> {
+    using List = Pegasus::Array<Pegasus::CIMObjectPath>;
+};
+template <>
+struct FarEnds<Pegasus::ObjectResponseHandler> {
+    using List = Pegasus::Array<Pegasus::CIMInstance>;
+};
+
+/// Delivers all of `list` in order, unchanged.
+void deliverAll(Pegasus::ObjectPathResponseHandler& handler,
+                const Pegasus::Array<Pegasus::CIMObjectPath>& list);
+void deliverAll(Pegasus::ObjectResponseHandler& handler,
+                const Pegasus::Array<Pegasus::CIMInstance>& list);
+
+} // namespace serverprofile

@@ -1,0 +1,61 @@
+// Which association classes a request follows: one filter text becomes a set of bits.
+#pragma once
+
+#include "provider/Trace.h"
+
+#include <cstddef>
+
+#include <strings.h>
+
+namespace serverprofile {
+
+struct SelectionRow {
+    const char* associationClass;
+    int bit;
+};
+
+/// The bit of the first row named `filter` (case ignored); `all` for an empty filter or none; 0 for
+/// any other name, which selects nothing and is no error.
+template <std::size_t count>
+int select(const SelectionRow (&rows)[count], const char* filter, int all) {
+    if (filter == nullptr || *filter == '\0') {
+        return all;
+    }
+    for (const SelectionRow& row : rows) {
+        if (::strcasecmp(filter, row.associationClass) == 0) {
+            return row.bit;
+        }
+    }
+    return 0;
+}
+
+/// select(), tracing the bits when there is anything to select.
+template <std::size_t count>
+int selectTraced(const SelectionRow (&rows)[count], const char* filter, int all) {
+    const int bits = select(rows, filter, all);
+    if (bits != 0) {
+        trace(" Quil flag is ", bits);
+    }
+    return bits;
+}
+
+/// The same, tracing the source's key value too.
+template <std::size_t count>
+int selectTraced(const SelectionRow (&rows)[count],
+                 const char* filter,
+                 int all,
+                 const Pegasus::String& keyValue) {
+    const int bits = selectTraced(rows, filter, all);
+    if (bits != 0) {
+        trace(" Quil keyValue is ", keyValue);
+    }
+    return bits;
+}
+
+/// Whether a result class given by the client takes `className`: it names it, or is empty.
+inline bool takes(const char* resultClass, const char* className) {
+    return resultClass != nullptr &&
+           (*resultClass == '\0' || ::strcasecmp(resultClass, className) == 0);
+}
+
+} // namespace serverprofile

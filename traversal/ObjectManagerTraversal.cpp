@@ -1,0 +1,177 @@
+// Traversals from the object manager.
+#include "objectmanager/ManagerAssociations.h"
+#include "profiles/ProfileAssociations.h"
+#include "provider/OwnObjects.h"
+#include "provider/ReadBack.h"
+#include "provider/Selection.h"
+#include "provider/Trace.h"
+
+PEGASUS_USING_PEGASUS;
+using namespace serverprofile;
+
+namespace {
+
+constexpr int hosts = 1;
+constexpr int namespaces = 2;
+constexpr int mechanisms = 4;
+constexpr int profiles = 8;
+constexpr int all = 15;
+constexpr SelectionRow selection[] = {
+    {"CIM_HostedService", hosts},
+    {"CIM_NamespaceInManager", namespaces},
+    {"CIM_CommMechanismForManager", mechanisms},
+    {"CIM_ElementConformsToProfile", profiles},
+};
+
+/// The profile to which the object manager conforms: "Server".
+constexpr Uint32 serverProfile = 2;
+
+/// What the object manager offers, as the server's other providers publish it.
+struct Member {
+    int bit;
+    const char* step;
+    const AssociationClass& association;
+    const char* memberClass;
+    const char* failure;
+};
+constexpr Member members[] = {
+    {namespaces,
+     " Quil NamespaceInManager - 1 ",
+     namespaceInManager,
+     namespaceClass,
+     " Quil exception ei for CIM_Namespace "},
+    {mechanisms,
+     " Quil CommMechanismForManager - 1 ",
+     commMechanismForManager,
+     communicationMechanismClass,
+     " Quil exception ei for CIM_CIMXMLCommunicationMechanism "},
+};
+
+// Whole instances that cannot be read write a second line, which names CIM_Namespace whatever the
+// class: on purpose.
+const char* secondFailureLine(const Array<CIMObjectPath>&) {
+    return nullptr;
+}
+const char* secondFailureLine(const Array<CIMInstance>&) {
+    return "ObjMgrAssoc:(): Exception - ei CIM_Namespace ";
+}
+
+/// Reads the members of each selected class into `list` and calls visit(member, list). A class
+/// whose read-back fails is visited with what the list held before: on purpose.
+template <class List, class Visit>
+void forEachMember(const Request& request, int bits, List list, Visit visit) {
+    const ReadBack readBack(request.provider.cimomHandle(), request.nameSpace);
+    for (const Member& member : members) {
+        if ((bits & member.bit) != 0) {
+            trace(member.step);
+            guarded<CIMException>(
+                readBack, list, member.memberClass, {member.failure, secondFailureLine(list)});
+            visit(member, list);
+        }
+    }
+}
+
+template <class Handler>
+void deliverFarEnds(const Request& request, int bits, Handler& handler) {
+    using List = typename FarEnds<Handler>::List;
+    if ((bits & hosts) != 0) {
+        trace(" Quil HostedService assoc - 1 ");
+        deliverHost(handler, request);
+    }
+    forEachMember(
+        request, bits, List(), [&](const Member&, const List& list) { deliverAll(handler, list); });
+    if ((bits & profiles) != 0) {
+        trace(" Quil ElementConformsToProfile - 1 ");
+        deliverProfile(handler, request, serverProfile);
+    }
+}
+
+template <class Handler>
+void deliverAssociations(const Request& request, int bits, Handler& handler) {
+    using List = Array<CIMObjectPath>;
+    if (bits == 0) {
+        return;
+    }
+    List managers;
+    // The trace names another class than the one that is read: on purpose.
+    if (!guarded<CIMException>(ReadBack(request.provider.cimomHandle(), request.nameSpace),
+                               managers,
+                               objectManagerClass,
+                               {" Quil exception ni for CIM_Namespace -Exiting "})) {
+        return;
+    }
+    const CIMObjectPath manager = firstOf(managers);
+
+    if ((bits & hosts) != 0) {
+        trace(" Quil HostedService assoc - 1 ");
+        const CIMObjectPath host = hostPath(request.provider, request.nameSpace);
+        deliver(handler, Association(hostedService, host, manager), request.nameSpace);
+    }
+    // The list of the members begins with the object managers, see forEachMember().
+    forEachMember(request, bits, managers, [&](const Member& member, const List& list) {
+        for (Uint32 i = 0; i < list.size(); ++i) {
+            deliver(handler, Association(member.association, manager, list[i]), request.nameSpace);
+        }
+    });
+    if ((bits & profiles) != 0) {
+        trace(" Quil ElementConformsToProfile - 1 ");
+        const CIMObjectPath profile =
+            profilePath(request.provider, serverProfile, request.nameSpace);
+        deliver(handler,
+                conforming(profile, manager, objectManagerClass).secondPropertyFirst(),
+                request.nameSpace);
+    }
+}
+
+} // namespace
+
+void ServerProfileProvider::_getObjMgrAssociatorNames(String keyValue,
+                                                      const char* assocClass,
+                                                      const char* resultClass,
+                                                      const char*,
+                                                      const char*,
+                                                      PathHandler& handler,
+                                                      const String& nameSpace) {
+    trace(" Quil ObjMgrAssociatorNames(): assoc class is ", assocClass);
+    trace(" Quil ObjMgrAssociatorNames(): result class is ", resultClass);
+    deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
+}
+
+void ServerProfileProvider::_getObjMgrAssociators(String keyValue,
+                                                  const char* assocClass,
+                                                  const char* resultClass,
+                                                  const char*,
+                                                  const char*,
+                                                  bool,
+                                                  bool,
+                                                  const CIMPropertyList&,
+                                                  ObjectHandler& handler,
+                                                  const String& nameSpace) {
+    trace(" Quil ObjMgrAssociators(): assoc class is ", assocClass);
+    trace(" Quil ObjMgrAssociators(): result class is ", resultClass);
+    deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
+}
+
+// The name of the other operation in its trace is on purpose.
+void ServerProfileProvider::_getObjMgrReferenceNames(String keyValue,
+                                                     const char* resultClass,
+                                                     const char*,
+                                                     PathHandler& handler,
+                                                     const String& nameSpace) {
+    trace(" Quil ObjMgrReferences(): result class is ", resultClass);
+    deliverAssociations(
+        {*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue), handler);
+}
+
+void ServerProfileProvider::_getObjMgrReferences(String keyValue,
+                                                 const char* resultClass,
+                                                 const char*,
+                                                 bool,
+                                                 bool,
+                                                 const CIMPropertyList&,
+                                                 ObjectHandler& handler,
+                                                 const String& nameSpace) {
+    trace(" Quil ObjMgrReferences(): result class is ", resultClass);
+    deliverAssociations(
+        {*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue), handler);
+}
