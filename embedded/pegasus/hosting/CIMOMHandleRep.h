@@ -131,6 +131,7 @@ class CIMOMHandleRep {
                                   const CIMName& methodName,
                                   const Array<CIMParamValue>& inParameters,
                                   Array<CIMParamValue>& outParameters);
+    /// For a host that unloads providers; these definitions do nothing.
     virtual void disallowProviderUnload();
     virtual void allowProviderUnload();
 };
@@ -140,7 +141,7 @@ namespace hosting {
 /// Makes what stands behind every CIMOMHandle that is default-constructed from now on (copies of
 /// a handle share what stands behind it). One factory for the process; an empty function takes it
 /// back. While there is none, every operation of such a handle throws CIMException
-/// CIM_ERR_FAILED "no CIM server in this process".
+/// CIM_ERR_FAILED "no CIM server in this process", but for those about unloading, which do nothing.
 ///
 /// Thread-safety: to be set before the first provider is loaded; then only read.
 void setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory);

@@ -9,7 +9,7 @@
 
 namespace Pegasus {
 
-class AcceptLanguageListRep;
+struct AcceptLanguageListRep;
 
 /// Language tags with the quality values that a client gave them, the most wanted first; tags of
 /// equal quality stay in the order of their insertion. Copies are independent.

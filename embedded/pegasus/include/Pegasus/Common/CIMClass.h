@@ -13,7 +13,7 @@
 
 namespace Pegasus {
 
-class CIMClassRep;
+struct CIMClassRep;
 class CIMConstClass;
 
 /// A class: its path, superclass, properties, methods and qualifiers.

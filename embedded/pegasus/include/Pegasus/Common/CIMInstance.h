@@ -12,7 +12,7 @@
 namespace Pegasus {
 
 class CIMConstInstance;
-class CIMInstanceRep;
+struct CIMInstanceRep;
 
 /// An instance: its path, properties and qualifiers.
 ///
@@ -69,7 +69,9 @@ class PEGASUS_COMMON_LINKAGE CIMInstance {
 
     /// The path that the key properties of `cimClass` and their values here make: class name and
     /// key bindings, without host and namespace.
-    /// Throws an Exception if a key property is missing here.
+    /// Throws Exception "no such property: <name>" if a key property is missing here,
+    /// TypeMismatchException if it is an array, and MalformedObjectNameException if it is a null
+    /// reference.
     CIMObjectPath buildPath(const CIMConstClass& cimClass) const;
 
     /// A deep copy, properties and qualifiers included.

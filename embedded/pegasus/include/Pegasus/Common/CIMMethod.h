@@ -15,7 +15,7 @@
 namespace Pegasus {
 
 class CIMConstMethod;
-class CIMMethodRep;
+struct CIMMethodRep;
 
 /// The declaration of a method: name, return type, parameters and qualifiers.
 ///

@@ -20,7 +20,7 @@ class CIMConstClass;
 class CIMConstInstance;
 class CIMConstObject;
 class CIMInstance;
-class CIMObjectRep;
+struct CIMObjectRep;
 
 /// A class or an instance.
 ///
@@ -75,7 +75,7 @@ class PEGASUS_COMMON_LINKAGE CIMObject {
     Boolean isClass() const;
     Boolean isInstance() const;
 
-    /// As CIMInstance::instanceFilter. Throws DynamicCastFailedException for a class.
+    /// As CIMInstance::instanceFilter; a class is filtered in the same way.
     void instanceFilter(Boolean includeQualifiers,
                         Boolean includeClassOrigin,
                         const CIMPropertyList& propertyList);

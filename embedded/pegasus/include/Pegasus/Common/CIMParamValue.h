@@ -11,7 +11,7 @@
 
 namespace Pegasus {
 
-class CIMParamValueRep;
+struct CIMParamValueRep;
 
 /// A named value that goes into a method or comes out of it.
 ///

@@ -13,7 +13,7 @@
 namespace Pegasus {
 
 class CIMConstParameter;
-class CIMParameterRep;
+struct CIMParameterRep;
 
 /// The declaration of a method's parameter.
 ///

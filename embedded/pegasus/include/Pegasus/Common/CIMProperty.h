@@ -14,7 +14,7 @@
 namespace Pegasus {
 
 class CIMConstProperty;
-class CIMPropertyRep;
+struct CIMPropertyRep;
 
 /// A property: name, value, qualifiers, and where it comes from.
 ///

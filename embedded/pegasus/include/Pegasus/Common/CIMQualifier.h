@@ -14,7 +14,7 @@
 namespace Pegasus {
 
 class CIMConstQualifier;
-class CIMQualifierRep;
+struct CIMQualifierRep;
 
 /// A qualifier: name, value, flavors, and whether it was propagated from a superclass.
 ///

@@ -15,7 +15,7 @@
 namespace Pegasus {
 
 class CIMConstQualifierDecl;
-class CIMQualifierDeclRep;
+struct CIMQualifierDeclRep;
 
 /// A qualifier type (DSP0004): its name, default value, scope and flavors.
 ///

@@ -9,7 +9,7 @@
 
 namespace Pegasus {
 
-class ContentLanguageListRep;
+struct ContentLanguageListRep;
 
 /// The language tags of a content, in the order in which they were appended. Copies are
 /// independent.

@@ -16,7 +16,7 @@
 
 namespace Pegasus {
 
-class OperationContextRep;
+struct OperationContextRep;
 
 /// A set of containers, each found by its name. Copies are independent.
 ///
@@ -47,7 +47,7 @@ class PEGASUS_COMMON_LINKAGE OperationContext {
     Boolean contains(const String& containerName) const;
     /// Replaces the container of that name. Throws Exception "object not found" if there is none.
     void set(const Container& container);
-    /// Adds a container. Throws AlreadyExistsException if there is one of that name.
+    /// Adds a container. Throws Exception "object already exists." if there is one of that name.
     void insert(const Container& container);
     /// Throws Exception "object not found" if there is none of that name.
     void remove(const String& containerName);

@@ -1,0 +1,63 @@
+#include <Pegasus/Common/CIMParamValue.h>
+
+#include "RepAccess.h"
+
+namespace Pegasus {
+
+struct CIMParamValueRep {
+    String name;
+    CIMValue value;
+    bool typed;
+};
+
+namespace {
+
+const String& checkedName(const String& name) {
+    if (name.size() == 0)
+        throw UninitializedObjectException();
+    return name;
+}
+
+} // namespace
+
+CIMParamValue::CIMParamValue(String parameterName, CIMValue value, Boolean isTyped)
+    : _rep(std::make_shared<CIMParamValueRep>(
+          CIMParamValueRep{checkedName(parameterName), value, isTyped})) {
+}
+
+CIMParamValue::CIMParamValue(std::shared_ptr<CIMParamValueRep> rep) : _rep(std::move(rep)) {
+}
+
+String CIMParamValue::getParameterName() const {
+    return initialized(_rep).name;
+}
+
+CIMValue CIMParamValue::getValue() const {
+    return initialized(_rep).value;
+}
+
+Boolean CIMParamValue::isTyped() const {
+    return initialized(_rep).typed;
+}
+
+void CIMParamValue::setParameterName(String& parameterName) {
+    initialized(_rep).name = checkedName(parameterName);
+}
+
+void CIMParamValue::setValue(CIMValue& value) {
+    initialized(_rep).value = value;
+}
+
+void CIMParamValue::setIsTyped(Boolean isTyped) {
+    initialized(_rep).typed = isTyped;
+}
+
+CIMParamValue CIMParamValue::clone() const {
+    return CIMParamValue(std::make_shared<CIMParamValueRep>(initialized(_rep)));
+}
+
+Boolean CIMParamValue::isUninitialized() const {
+    return !_rep;
+}
+
+} // namespace Pegasus

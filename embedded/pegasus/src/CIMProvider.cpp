@@ -1,0 +1,22 @@
+// The bases of providers: here, so that their type information stands in one place and
+// dynamic_cast from a CIMProvider works for modules that hide their symbols.
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+#include <Pegasus/Provider/CIMMethodProvider.h>
+#include <Pegasus/Provider/CIMProvider.h>
+
+namespace Pegasus {
+
+CIMProvider::CIMProvider() = default;
+CIMProvider::~CIMProvider() = default;
+
+CIMInstanceProvider::CIMInstanceProvider() = default;
+CIMInstanceProvider::~CIMInstanceProvider() = default;
+
+CIMAssociationProvider::CIMAssociationProvider() = default;
+CIMAssociationProvider::~CIMAssociationProvider() = default;
+
+CIMMethodProvider::CIMMethodProvider() = default;
+CIMMethodProvider::~CIMMethodProvider() = default;
+
+} // namespace Pegasus

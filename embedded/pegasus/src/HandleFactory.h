@@ -1,0 +1,13 @@
+// What a CIMOMHandle is made with.
+#pragma once
+
+#include "hosting/CIMOMHandleRep.h"
+
+namespace Pegasus {
+namespace hosting {
+
+/// What the host's factory makes, or null while there is none.
+std::shared_ptr<CIMOMHandleRep> makeHandleRep();
+
+} // namespace hosting
+} // namespace Pegasus
