@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""Holds the includes to the rooms: each knows only those before it, and nothing crosses the wall
+between the module and the embedded server."""
+
+import pathlib
+import re
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+# The module's rooms know each other, the public provider headers, C++ and POSIX, nothing else.
+MODULE_ROOMS = ["provider", "profiles", "objectmanager", "traversal"]
+PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
+SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
+
+# The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
+EMBEDDED_ROOMS = ["pegasus", "mof", "repository", "host", "cimxml", "http", "cimhost"]
+# The reader of MOF and the server of HTTP are of use without a CIM object model.
+WITHOUT_CIM = {"mof": ["mof"]}
+LIBRARIES = {
+    "cimxml": ["pugixml.hpp"],
+    "http": ["boost/"],
+    "cimhost": ["CLI/", "spdlog/"],
+}
+
+# Headers that a room's build makes.
+GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
+
+
+def module_allows(quoted, name):
+    if quoted:
+        return any(name.startswith(room + "/") for room in MODULE_ROOMS)
+    return bool(PUBLIC.match(name) or SYSTEM.match(name))
+
+
+def embedded_allows(room, quoted, name):
+    if room == "pegasus":
+        # Its sources sit together; the headers that hosts see are hosting/ and the public ones.
+        return PUBLIC.match(name) or SYSTEM.match(name) if not quoted else (
+            "/" not in name or name.startswith("hosting/"))
+    known = WITHOUT_CIM.get(room) or EMBEDDED_ROOMS[: EMBEDDED_ROOMS.index(room) + 1]
+    if name.startswith("hosting/"):
+        return room not in WITHOUT_CIM
+    if quoted:
+        return name in GENERATED.get(room, []) or any(name.startswith(r + "/") for r in known)
+    if PUBLIC.match(name):
+        return room not in WITHOUT_CIM
+    return bool(SYSTEM.match(name)) and not name.startswith("boost/") or any(
+        name.startswith(library) for library in LIBRARIES.get(room, [])
+    )
+
+
+def main():
+    listed = subprocess.run(
+        ["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True, capture_output=True
+    ).stdout.decode()
+    wrong = []
+    files = 0
+    for path in map(pathlib.PurePosixPath, listed.splitlines()):
+        if path.suffix not in (".cpp", ".h", ".y", ".l"):
+            continue
+        room = path.parts[0]
+        if room == "embedded":
+            allows = lambda q, n, r=path.parts[1]: embedded_allows(r, q, n)
+        elif room in MODULE_ROOMS:
+            allows = module_allows
+        else:
+            continue
+        files += 1
+        text = (ROOT / path).read_text(encoding="utf-8")
+        for match in INCLUDE.finditer(text):
+            if not allows(match[1] == '"', match[2]):
+                line = text.count("\n", 0, match.start(2)) + 1
+                closing = {"<": ">"}.get(match[1], match[1])
+                wrong.append(
+                    f"{path}:{line}: {path.parent} may not include {match[1]}{match[2]}{closing}"
+                )
+        if room == "embedded" and re.search(r"ServerProfile|ORVEX_|Orvex", text):
+            wrong.append(f"{path}: the embedded server knows nothing of the module")
+    print("\n".join(wrong) or f"includes of {files} files respect the rooms")
+    return 1 if wrong or not files else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,70 @@
+#!/bin/bash
+# Installs what is missing, then checks everything: formatting, rooms, warnings of two compilers,
+# the test suite plain and under the sanitizers, and the two commands as a new user would type them.
+# usage: test.sh [--quick]     --quick: only the plain build and its tests
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")"
+quick=false
+case "${1-}" in
+  "") ;;
+  --quick) quick=true ;;
+  --help | -h) sed -n '2,4s/^# //p' "$0" && exit 0 ;;
+  *) echo "test.sh: $1: no such option (try --help)" >&2 && exit 2 ;;
+esac
+
+started=$SECONDS
+say() { printf '\n== [%4ds] %s\n' "$((SECONDS - started))" "$*"; }
+
+# Clients from PyPI live in an environment of their own below build/.
+python_clients() {
+  local environment=build/python
+  if [ ! -x $environment/bin/pywbemcli ]; then
+    python3 -m venv $environment
+    $environment/bin/pip install --quiet --disable-pip-version-check \
+      -r tests/clients/requirements.txt || {
+      rm -rf $environment
+      [ -z "${CI-}" ] || { echo "test.sh: CI needs the Python clients" >&2 && return 1; }
+      echo "test.sh: no Python clients (PyPI out of reach): their tests are left out" >&2
+      return 0
+    }
+  fi
+}
+
+suite() { # preset
+  say "$1: configure and build"
+  cmake --preset "$1" >/dev/null
+  cmake --build --preset "$1"
+  say "$1: test"
+  ctest --preset "$1" -j2
+}
+
+scripts/setup.sh test
+python_clients
+
+say "scripts and sources"
+shellcheck run.sh test.sh scripts/*.sh
+scripts/check_format.sh
+scripts/check_includes.py
+
+suite release
+if $quick; then
+  say "the plain suite is green"
+  exit 0
+fi
+
+say "clang: every warning of the second compiler"
+cmake --preset clang >/dev/null
+cmake --build --preset clang
+
+suite asan
+suite tsan
+
+say "run.sh --once, from another folder, twice, the second time with its port taken"
+here=$PWD
+(cd / && "$here/run.sh" --once --build "$here/build/release")
+scripts/with_port_taken.py 5988 "$here/run.sh" --once --build "$here/build/release" |
+  tee build/taken.log
+grep -q "port 5988 is taken" build/taken.log
+
+say "everything is green"
