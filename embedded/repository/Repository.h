@@ -42,8 +42,7 @@ class Repository {
     /// mof::MofError with its place and leaves the repository as it was. Declarations without a
     /// namespace of their own go into `nameSpace`; namespaces are created as needed. A qualifier
     /// or class that is declared again in the same words is accepted; in other words, an error.
-    void load(const mof::Specification& specification,
-              const Pegasus::CIMNamespaceName& nameSpace);
+    void load(const mof::Specification& specification, const Pegasus::CIMNamespaceName& nameSpace);
 
     // Classes. Unknown namespace: CIM_ERR_INVALID_NAMESPACE "<nameSpace>".
 
@@ -68,19 +67,17 @@ class Repository {
     /// superclasses is the reference's class), in the order of declaration. `filter`, when not
     /// null, narrows them to that class and its subclasses.
     /// Unknown source class or filter: CIM_ERR_INVALID_PARAMETER "<class>".
-    std::vector<Pegasus::CIMName>
-    associationClassNames(const Pegasus::CIMNamespaceName& nameSpace,
-                          const Pegasus::CIMName& sourceClass,
-                          const Pegasus::CIMName& filter) const;
+    std::vector<Pegasus::CIMName> associationClassNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                        const Pegasus::CIMName& sourceClass,
+                                                        const Pegasus::CIMName& filter) const;
 
     // Instances of exactly the named class. Their paths carry class and keys, no host and no
     // namespace. Unknown class: CIM_ERR_INVALID_CLASS.
 
     Pegasus::CIMInstance getInstance(const Pegasus::CIMNamespaceName& nameSpace,
                                      const Pegasus::CIMObjectPath& instanceName) const;
-    std::vector<Pegasus::CIMInstance>
-    enumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className) const;
+    std::vector<Pegasus::CIMInstance> enumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
+                                                         const Pegasus::CIMName& className) const;
     /// Sets the path from the class's keys; CIM_ERR_ALREADY_EXISTS for keys that are there,
     /// CIM_ERR_INVALID_PARAMETER for a missing key or a property of the wrong type.
     Pegasus::CIMObjectPath createInstance(const Pegasus::CIMNamespaceName& nameSpace,

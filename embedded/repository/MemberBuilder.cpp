@@ -1,0 +1,176 @@
+#include "repository/MemberBuilder.h"
+
+#include "repository/References.h"
+#include "repository/Types.h"
+#include "repository/ValueBuilder.h"
+
+namespace embedded::repository {
+
+namespace {
+
+using Pegasus::CIMConstMethod;
+using Pegasus::CIMConstProperty;
+using Pegasus::CIMMethod;
+using Pegasus::CIMName;
+using Pegasus::CIMParameter;
+using Pegasus::CIMProperty;
+using Pegasus::CIMScope;
+using Pegasus::Uint32;
+
+std::string typeText(Pegasus::CIMType type, bool isArray, Uint32 arraySize) {
+    const std::string size = arraySize == 0 ? "" : std::to_string(arraySize);
+    return Pegasus::cimTypeToString(type) + (isArray ? "[" + size + "]" : std::string());
+}
+
+/// An element that names another one in its Override replaces one of that name.
+void checkOverridesNothing(const std::vector<mof::Qualifier>& qualifiers,
+                           const std::string& words) {
+    const mof::Qualifier* written = findWritten(qualifiers, "override");
+    if (written && written->value && written->value->items.size() == 1 &&
+        written->value->items.front().kind != mof::Literal::Kind::Null) {
+        throw mof::MofError(written->where, words + " overrides nothing: no superclass has it");
+    }
+}
+
+CIMName referenceClassOf(const std::string& type,
+                         const std::string& referenceClass,
+                         const mof::Location& where) {
+    return type == "ref" ? cimNameAt(referenceClass, where) : CIMName();
+}
+
+} // namespace
+
+const mof::Qualifier* findWritten(const std::vector<mof::Qualifier>& qualifiers,
+                                  const std::string& name) {
+    for (const mof::Qualifier& each : qualifiers) {
+        if (folded(each.name) == name) {
+            return &each;
+        }
+    }
+    return nullptr;
+}
+
+bool isSwitchedOn(const std::vector<mof::Qualifier>& qualifiers, const std::string& name) {
+    const mof::Qualifier* written = findWritten(qualifiers, name);
+    return written && (!written->value || (written->value->items.size() == 1 &&
+                                           written->value->items.front().boolean));
+}
+
+std::string MemberBuilder::words(const char* kind, const std::string& member) const {
+    return std::string(kind) + " " + _declaration.name + "." + member;
+}
+
+CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
+                                           const std::string& words) const {
+    const Uint32 position = _superclass.isUninitialized()
+                                ? nowhere
+                                : _superclass.findProperty(cimNameAt(written.name, written.where));
+    if (position == nowhere) {
+        checkOverridesNothing(written.qualifiers, words);
+        return {};
+    }
+    const CIMConstProperty inherited = _superclass.getProperty(position);
+    const std::string before =
+        typeText(inherited.getType(), inherited.isArray(), inherited.getArraySize());
+    const std::string now =
+        typeText(cimTypeAt(written.type, written.where), written.isArray, written.arraySize);
+    if (now != before) {
+        throw mof::MofError(written.where,
+                            words + " overrides one of type " + before + " with type " + now);
+    }
+    return inherited;
+}
+
+CIMProperty MemberBuilder::property(const mof::Property& written) const {
+    const bool isReference = written.type == "ref";
+    const ValueTarget target{words(isReference ? "reference" : "property", written.name),
+                             cimTypeAt(written.type, written.where),
+                             written.isArray,
+                             written.arraySize};
+    if (isReference && written.isArray) {
+        throw mof::MofError(written.where, target.words + " cannot be an array");
+    }
+    const CIMConstProperty inherited = overridden(written, target.words);
+    const bool overrides = !inherited.isUninitialized();
+
+    const ReferenceReader readPath = [&](const mof::Literal& literal) {
+        return parsePath(literal, target.words);
+    };
+    const Pegasus::CIMValue value = written.value ? buildValue(*written.value, target, readPath)
+                                    : overrides   ? inherited.getValue()
+                                                  : nullValue(target);
+    CIMProperty built(cimNameAt(written.name, written.where),
+                      value,
+                      written.arraySize,
+                      referenceClassOf(written.type, written.referenceClass, written.where),
+                      overrides ? inherited.getClassOrigin()
+                                : cimNameAt(_declaration.name, _declaration.where));
+    const CIMScope& scope = isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY;
+    addQualifiers(built,
+                  buildQualifiers(written.qualifiers,
+                                  _nameSpace.qualifiers(),
+                                  {target.words, scope},
+                                  overrides ? qualifiersOf(inherited) : QualifierList()));
+    if (written.isArray && isSet(built, "Key")) {
+        throw mof::MofError(written.where, target.words + " is an array and cannot be a key");
+    }
+    return built;
+}
+
+CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
+                                         const std::string& words) const {
+    const Uint32 position = _superclass.isUninitialized()
+                                ? nowhere
+                                : _superclass.findMethod(cimNameAt(written.name, written.where));
+    if (position == nowhere) {
+        checkOverridesNothing(written.qualifiers, words);
+        return {};
+    }
+    const CIMConstMethod inherited = _superclass.getMethod(position);
+    if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
+        throw mof::MofError(written.where,
+                            words + " overrides one that returns " +
+                                Pegasus::cimTypeToString(inherited.getType()) +
+                                " with one that returns " + written.returnType);
+    }
+    return inherited;
+}
+
+CIMParameter MemberBuilder::parameter(const mof::Parameter& written,
+                                      const std::string& methodName) const {
+    CIMParameter built(cimNameAt(written.name, written.where),
+                       cimTypeAt(written.type, written.where),
+                       written.isArray,
+                       written.arraySize,
+                       referenceClassOf(written.type, written.referenceClass, written.where));
+    addQualifiers(built,
+                  buildQualifiers(
+                      written.qualifiers,
+                      _nameSpace.qualifiers(),
+                      {words("parameter", methodName + "." + written.name), CIMScope::PARAMETER}));
+    return built;
+}
+
+CIMMethod MemberBuilder::method(const mof::Method& written) const {
+    const std::string methodWords = words("method", written.name);
+    const CIMConstMethod inherited = overridden(written, methodWords);
+    const bool overrides = !inherited.isUninitialized();
+    CIMMethod built(cimNameAt(written.name, written.where),
+                    cimTypeAt(written.returnType, written.where),
+                    overrides ? inherited.getClassOrigin()
+                              : cimNameAt(_declaration.name, _declaration.where));
+    addQualifiers(built,
+                  buildQualifiers(written.qualifiers,
+                                  _nameSpace.qualifiers(),
+                                  {methodWords, CIMScope::METHOD},
+                                  overrides ? qualifiersOf(inherited) : QualifierList()));
+    for (const mof::Parameter& each : written.parameters) {
+        if (built.findParameter(cimNameAt(each.name, each.where)) != nowhere) {
+            throw mof::MofError(each.where, methodWords + " has two parameters named " + each.name);
+        }
+        built.addParameter(parameter(each, written.name));
+    }
+    return built;
+}
+
+} // namespace embedded::repository

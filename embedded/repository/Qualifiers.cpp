@@ -1,0 +1,198 @@
+#include "repository/Qualifiers.h"
+
+#include "repository/Types.h"
+
+#include <Pegasus/Common/CIMFlavor.h>
+#include <Pegasus/Common/Exception.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace embedded::repository {
+
+namespace {
+
+using Pegasus::CIMFlavor;
+using Pegasus::CIMQualifier;
+using Pegasus::CIMQualifierDecl;
+using Pegasus::CIMScope;
+
+struct FlavorRow {
+    const char* word;
+    const CIMFlavor& flavor;
+    const CIMFlavor& opposite; ///< NONE where there is none
+};
+
+const FlavorRow flavors[] = {
+    {"enableoverride", CIMFlavor::ENABLEOVERRIDE, CIMFlavor::DISABLEOVERRIDE},
+    {"disableoverride", CIMFlavor::DISABLEOVERRIDE, CIMFlavor::ENABLEOVERRIDE},
+    {"tosubclass", CIMFlavor::TOSUBCLASS, CIMFlavor::RESTRICTED},
+    {"restricted", CIMFlavor::RESTRICTED, CIMFlavor::TOSUBCLASS},
+    {"toinstance", CIMFlavor::TOINSTANCE, CIMFlavor::NONE},
+    {"translatable", CIMFlavor::TRANSLATABLE, CIMFlavor::NONE},
+};
+
+const std::pair<const char*, const CIMScope&> scopes[] = {
+    {"class", CIMScope::CLASS},
+    {"association", CIMScope::ASSOCIATION},
+    {"indication", CIMScope::INDICATION},
+    {"property", CIMScope::PROPERTY},
+    {"reference", CIMScope::REFERENCE},
+    {"method", CIMScope::METHOD},
+    {"parameter", CIMScope::PARAMETER},
+    {"any", CIMScope::ANY},
+};
+
+CIMFlavor
+withWords(CIMFlavor flavor, const std::vector<std::string>& words, const mof::Location& where) {
+    for (const std::string& word : words) {
+        const auto* row = std::find_if(std::begin(flavors),
+                                       std::end(flavors),
+                                       [&](const FlavorRow& each) { return word == each.word; });
+        if (row == std::end(flavors)) {
+            throw mof::MofError(where, "\"" + word + "\" is not a flavor");
+        }
+        flavor.removeFlavor(row->opposite);
+        flavor.addFlavor(row->flavor);
+    }
+    return flavor;
+}
+
+CIMScope scopeOf(const mof::QualifierDeclaration& declaration) {
+    CIMScope scope;
+    for (const std::string& word : declaration.scopes) {
+        const auto* row = std::find_if(std::begin(scopes), std::end(scopes), [&](const auto& each) {
+            return word == each.first;
+        });
+        if (row == std::end(scopes)) {
+            throw mof::MofError(declaration.where, "\"" + word + "\" is not a scope");
+        }
+        scope.addScope(row->second);
+    }
+    return scope;
+}
+
+ValueTarget targetOf(const CIMQualifierDecl& declaration, const std::string& words) {
+    return {words, declaration.getType(), declaration.isArray(), declaration.getArraySize()};
+}
+
+CIMQualifierDecl build(const mof::QualifierDeclaration& declaration) {
+    const ValueTarget target{"qualifier " + declaration.name,
+                             cimTypeAt(declaration.type, declaration.where),
+                             declaration.isArray,
+                             declaration.arraySize};
+    return CIMQualifierDecl(cimNameAt(declaration.name, declaration.where),
+                            declaration.value ? buildValue(*declaration.value, target)
+                                              : nullValue(target),
+                            scopeOf(declaration),
+                            withWords(CIMFlavor::DEFAULTS, declaration.flavors, declaration.where),
+                            declaration.arraySize);
+}
+
+bool sameDeclaration(const CIMQualifierDecl& a, const CIMQualifierDecl& b) {
+    return a.getType() == b.getType() && a.isArray() == b.isArray() &&
+           a.getArraySize() == b.getArraySize() && a.getValue() == b.getValue() &&
+           a.getScope().equal(b.getScope()) && a.getFlavor().equal(b.getFlavor());
+}
+
+/// Boolean qualifiers are switched on by their name alone; others are NULL then.
+Pegasus::CIMValue valueOf(const mof::Qualifier& used, const ValueTarget& target) {
+    if (used.value) {
+        return buildValue(*used.value, target);
+    }
+    if (target.type == Pegasus::CIMTYPE_BOOLEAN && !target.isArray) {
+        return Pegasus::CIMValue(Pegasus::Boolean(true));
+    }
+    return nullValue(target);
+}
+
+QualifierList::iterator findIn(QualifierList& list, const Pegasus::CIMName& name) {
+    return std::find_if(list.begin(), list.end(), [&](const CIMQualifier& each) {
+        return each.getName().equal(name);
+    });
+}
+
+/// `handedDown` is null where the element's superclass says nothing.
+CIMQualifier build(const mof::Qualifier& used,
+                   const QualifierTable& table,
+                   const Element& element,
+                   const CIMQualifier* handedDown) {
+    const std::string words = "qualifier " + used.name + " of " + element.words;
+    const auto declaration = table.find(cimNameAt(used.name, used.where));
+    if (!declaration) {
+        throw mof::MofError(used.where, words + " is not declared");
+    }
+    if (!declaration->getScope().hasScope(element.scope)) {
+        throw mof::MofError(used.where,
+                            words + " is out of its scope (" +
+                                toText(declaration->getScope().toString()) + ")");
+    }
+    const Pegasus::CIMValue value = valueOf(used, targetOf(*declaration, words));
+    const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
+    if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
+        handedDown->getValue() != value) {
+        throw mof::MofError(used.where,
+                            words + " cannot be overridden: a superclass sets it to " +
+                                toText(handedDown->getValue().toString()) +
+                                " with DISABLEOVERRIDE");
+    }
+    return CIMQualifier(declaration->getName(), value, withWords(base, used.flavors, used.where));
+}
+
+} // namespace
+
+std::optional<CIMQualifierDecl> QualifierTable::find(const Pegasus::CIMName& name) const {
+    const auto found =
+        std::find_if(_declarations.begin(), _declarations.end(), [&](const CIMQualifierDecl& each) {
+            return each.getName().equal(name);
+        });
+    if (found == _declarations.end()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+void QualifierTable::declare(const mof::QualifierDeclaration& declaration) {
+    const CIMQualifierDecl built = build(declaration);
+    const auto known = find(built.getName());
+    if (!known) {
+        _declarations.push_back(built);
+    } else if (!sameDeclaration(*known, built)) {
+        throw mof::MofError(declaration.where,
+                            "qualifier " + declaration.name +
+                                " is declared already, in other words");
+    }
+}
+
+QualifierList inheritedQualifiers(const QualifierList& qualifiers) {
+    QualifierList list;
+    for (const CIMQualifier& qualifier : qualifiers) {
+        if (!qualifier.getFlavor().hasFlavor(CIMFlavor::RESTRICTED)) {
+            list.push_back(qualifier.clone());
+            list.back().setPropagated(true);
+        }
+    }
+    return list;
+}
+
+QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used,
+                              const QualifierTable& table,
+                              const Element& element,
+                              const QualifierList& inherited) {
+    QualifierList list = inheritedQualifiers(inherited);
+    for (const mof::Qualifier& each : used) {
+        const auto present = findIn(list, cimNameAt(each.name, each.where));
+        if (present == list.end()) {
+            list.push_back(build(each, table, element, nullptr));
+        } else if (present->getPropagated()) {
+            *present = build(each, table, element, &*present);
+        } else {
+            throw mof::MofError(
+                each.where, "qualifier " + each.name + " of " + element.words + " is given twice");
+        }
+    }
+    return list;
+}
+
+} // namespace embedded::repository

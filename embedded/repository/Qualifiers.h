@@ -1,0 +1,89 @@
+// Qualifiers: their declarations, their use on an element, and what a subclass inherits of them
+// (DSP0004 clause 5.6, "Qualifiers").
+#pragma once
+
+#include "mof/Mof.h"
+#include "repository/Types.h"
+#include "repository/ValueBuilder.h"
+
+#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMQualifierDecl.h>
+#include <Pegasus/Common/CIMScope.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace embedded::repository {
+
+using QualifierList = std::vector<Pegasus::CIMQualifier>;
+
+/// The qualifier declarations of a namespace, in the order in which they were declared.
+class QualifierTable {
+  public:
+    /// None if `name` is not declared.
+    std::optional<Pegasus::CIMQualifierDecl> find(const Pegasus::CIMName& name) const;
+    const std::vector<Pegasus::CIMQualifierDecl>& all() const { return _declarations; }
+
+    /// One that is declared again in the same words is left alone.
+    /// Throws MofError for a declaration without meaning, or in other words than before.
+    void declare(const mof::QualifierDeclaration& declaration);
+
+  private:
+    std::vector<Pegasus::CIMQualifierDecl> _declarations;
+};
+
+/// An element that carries qualifiers.
+struct Element {
+    std::string words; ///< for errors: "property Speed"
+    Pegasus::CIMScope scope;
+};
+
+/// What an inherited element hands down: those that are not RESTRICTED, marked as propagated.
+QualifierList inheritedQualifiers(const QualifierList& qualifiers);
+
+/// The qualifiers of an element that is written with `used` and overrides one with `inherited`
+/// (empty if it overrides none): those handed down, in their place the ones given anew, then the
+/// others. Throws MofError at a qualifier that is not declared in `table`, is out of scope, used
+/// twice, of the wrong type, or that gives a DISABLEOVERRIDE one another value.
+QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used,
+                              const QualifierTable& table,
+                              const Element& element,
+                              const QualifierList& inherited = {});
+
+/// Copies of the qualifiers of a class, property, method or parameter.
+template <class Holder>
+QualifierList qualifiersOf(const Holder& holder) {
+    QualifierList list;
+    for (Pegasus::Uint32 i = 0; i < holder.getQualifierCount(); ++i) {
+        list.push_back(holder.getQualifier(i).clone());
+    }
+    return list;
+}
+
+/// Whether `holder` has the boolean qualifier `name`, and it is TRUE.
+template <class Holder>
+bool isSet(const Holder& holder, const char* name) {
+    const Pegasus::Uint32 index = holder.findQualifier(Pegasus::CIMName(name));
+    return index != nowhere &&
+           holder.getQualifier(index).getValue() == Pegasus::CIMValue(Pegasus::Boolean(true));
+}
+
+template <class Holder>
+void addQualifiers(Holder& holder, const QualifierList& list) {
+    for (const Pegasus::CIMQualifier& qualifier : list) {
+        holder.addQualifier(qualifier);
+    }
+}
+
+/// Removes those that `unwanted` holds for.
+template <class Holder, class Predicate>
+void removeQualifiers(Holder& holder, Predicate unwanted) {
+    for (Pegasus::Uint32 i = holder.getQualifierCount(); i > 0; --i) {
+        if (unwanted(holder.getQualifier(i - 1))) {
+            holder.removeQualifier(i - 1);
+        }
+    }
+}
+
+} // namespace embedded::repository

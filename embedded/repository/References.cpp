@@ -1,0 +1,140 @@
+#include "repository/References.h"
+
+#include "repository/Types.h"
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/Exception.h>
+
+namespace embedded::repository {
+
+namespace {
+
+using Pegasus::CIMConstClass;
+using Pegasus::CIMKeyBinding;
+using Pegasus::CIMName;
+using Pegasus::CIMObjectPath;
+
+/// The namespace that `path` points into; null if it is not served here.
+const NameSpace* targetNameSpace(const CIMObjectPath& path,
+                                 const NameSpaceList& nameSpaces,
+                                 const Pegasus::CIMNamespaceName& home) {
+    return nameSpaces.find(path.getNameSpace().isNull() ? home : path.getNameSpace());
+}
+
+CIMKeyBinding::Type bindingType(Pegasus::CIMType type) {
+    switch (type) {
+    case Pegasus::CIMTYPE_BOOLEAN:
+        return CIMKeyBinding::BOOLEAN;
+    case Pegasus::CIMTYPE_CHAR16:
+    case Pegasus::CIMTYPE_STRING:
+    case Pegasus::CIMTYPE_DATETIME:
+        return CIMKeyBinding::STRING;
+    case Pegasus::CIMTYPE_REFERENCE:
+        return CIMKeyBinding::REFERENCE;
+    default:
+        return CIMKeyBinding::NUMERIC;
+    }
+}
+
+bool contains(const Pegasus::Array<CIMName>& names, const CIMName& name) {
+    for (Pegasus::Uint32 i = 0; i < names.size(); ++i) {
+        if (names[i].equal(name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool quoted(CIMKeyBinding::Type type) {
+    return type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE;
+}
+
+CIMKeyBinding asDeclared(CIMKeyBinding binding,
+                         const CIMConstClass& cimClass,
+                         const Pegasus::Array<CIMName>& keyNames,
+                         const std::string& words,
+                         const mof::Location& where) {
+    const std::string key = toText(cimClass.getClassName()) + "." + toText(binding.getName());
+    if (!contains(keyNames, binding.getName())) {
+        throw mof::MofError(where, words + ": " + key + " is not a key property");
+    }
+    const auto property = cimClass.getProperty(cimClass.findProperty(binding.getName()));
+    const CIMKeyBinding::Type declared = bindingType(property.getType());
+    // Of the types, only those written in quotes can be taken for each other.
+    if (declared != binding.getType() &&
+        !(declared == CIMKeyBinding::STRING && quoted(binding.getType()))) {
+        throw mof::MofError(where,
+                            words + ": key " + key + " takes a " +
+                                Pegasus::cimTypeToString(property.getType()) + ", not " +
+                                toText(binding.getValue()));
+    }
+    binding.setName(property.getName());
+    binding.setType(declared);
+    return binding;
+}
+
+} // namespace
+
+CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words) {
+    try {
+        return CIMObjectPath(Pegasus::String(literal.text.c_str()));
+    } catch (const Pegasus::Exception& reason) {
+        throw mof::MofError(literal.where,
+                            words + ": \"" + literal.text +
+                                "\" is not an object path: " + toText(reason.getMessage()));
+    }
+}
+
+void checkTarget(const CIMObjectPath& path,
+                 const CIMName& referenceClass,
+                 const std::string& words,
+                 const mof::Location& where,
+                 const NameSpaceList& nameSpaces,
+                 const Pegasus::CIMNamespaceName& home) {
+    const NameSpace* target = targetNameSpace(path, nameSpaces, home);
+    if (!target) {
+        return;
+    }
+    const std::string pointed = toText(path.getClassName());
+    if (!target->find(path.getClassName())) {
+        throw mof::MofError(where,
+                            words + " points to class " + pointed +
+                                ", which is not declared in namespace " +
+                                toText(target->name().getString()));
+    }
+    if (!target->isA(path.getClassName(), referenceClass)) {
+        throw mof::MofError(where,
+                            words + " takes a " + toText(referenceClass) + ", and " + pointed +
+                                " is not derived from it");
+    }
+}
+
+CIMObjectPath withDeclaredKeys(const CIMObjectPath& path,
+                               const std::string& words,
+                               const mof::Location& where,
+                               const NameSpaceList& nameSpaces,
+                               const Pegasus::CIMNamespaceName& home) {
+    const NameSpace* target = targetNameSpace(path, nameSpaces, home);
+    const NameSpace::ClassEntry* entry = target ? target->find(path.getClassName()) : nullptr;
+    const Pegasus::Array<CIMKeyBinding>& given = path.getKeyBindings();
+    if (!entry || given.size() == 0) {
+        return path;
+    }
+    const CIMConstClass cimClass = entry->resolved;
+    Pegasus::Array<CIMName> keyNames;
+    cimClass.getKeyNames(keyNames);
+
+    Pegasus::Array<CIMKeyBinding> bindings;
+    for (Pegasus::Uint32 i = 0; i < given.size(); ++i) {
+        bindings.append(asDeclared(given[i], cimClass, keyNames, words, where));
+    }
+    if (bindings.size() != keyNames.size()) {
+        throw mof::MofError(where,
+                            words + ": the path has " + std::to_string(bindings.size()) +
+                                " of the " + std::to_string(keyNames.size()) + " keys of " +
+                                toText(cimClass.getClassName()));
+    }
+    return CIMObjectPath(path.getHost(), path.getNameSpace(), cimClass.getClassName(), bindings);
+}
+
+} // namespace embedded::repository

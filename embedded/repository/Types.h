@@ -1,0 +1,34 @@
+// MOF's type names against CIM types, and the small conversions that every file here needs.
+#pragma once
+
+#include "mof/Mof.h"
+
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMType.h>
+
+#include <optional>
+#include <string>
+
+namespace embedded::repository {
+
+/// What the find...() members of classes and instances answer for a name that is not there.
+/// PEG_NOT_FOUND says the same, but only within namespace Pegasus.
+constexpr auto nowhere = static_cast<Pegasus::Uint32>(-1);
+
+/// The UTF-8 text of `value`.
+std::string toText(const Pegasus::String& value);
+std::string toText(const Pegasus::CIMName& name);
+
+/// Names of CIM differ only by more than case (DSP0004 clause 4.9): the form to look them up by.
+std::string folded(const std::string& name);
+std::string folded(const Pegasus::CIMName& name);
+
+/// The CIM type that MOF spells `name` in lower case ("ref" for references); none if unknown.
+std::optional<Pegasus::CIMType> cimType(const std::string& name);
+/// As cimType; throws MofError at `where` for an unknown name.
+Pegasus::CIMType cimTypeAt(const std::string& name, const mof::Location& where);
+
+/// The CIM name that `text` spells; throws MofError at `where` if it is not a legal one.
+Pegasus::CIMName cimNameAt(const std::string& text, const mof::Location& where);
+
+} // namespace embedded::repository

@@ -1,0 +1,278 @@
+#include "repository/ValueBuilder.h"
+
+#include "repository/Integers.h"
+#include "repository/Types.h"
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMDateTime.h>
+#include <Pegasus/Common/Char16.h>
+#include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/String.h>
+
+#include <charconv>
+#include <limits>
+
+namespace embedded::repository {
+
+namespace {
+
+using Kind = mof::Literal::Kind;
+
+struct Context {
+    const ValueTarget& target;
+    const ReferenceReader& readReference;
+};
+
+std::string shown(const mof::Literal& literal) {
+    switch (literal.kind) {
+    case Kind::Null:
+        return "NULL";
+    case Kind::Boolean:
+        return literal.boolean ? "TRUE" : "FALSE";
+    case Kind::Character:
+        return "the character '" + literal.text + "'";
+    case Kind::String:
+        return "the string \"" + literal.text + "\"";
+    case Kind::Alias:
+        return "the alias " + literal.text;
+    case Kind::Integer:
+    case Kind::Real:
+        break;
+    }
+    return literal.text;
+}
+
+std::string typeName(const Context& context) {
+    return context.target.type == Pegasus::CIMTYPE_REFERENCE
+               ? "reference"
+               : Pegasus::cimTypeToString(context.target.type);
+}
+
+[[noreturn]] void refuse(const Context& context, const mof::Literal& literal) {
+    throw mof::MofError(literal.where,
+                        context.target.words + ": a " + typeName(context) +
+                            " value is expected, not " + shown(literal));
+}
+
+[[noreturn]] void
+refuseRange(const Context& context, const mof::Literal& literal, const std::string& range) {
+    throw mof::MofError(literal.where,
+                        context.target.words + ": " + shown(literal) + " does not fit into " +
+                            typeName(context) + " (" + range + ")");
+}
+
+[[noreturn]] void refuseBecause(const Context& context,
+                                const mof::Literal& literal,
+                                const Pegasus::Exception& reason) {
+    throw mof::MofError(literal.where,
+                        context.target.words + ": " + shown(literal) + " is no " +
+                            typeName(context) + " value: " + toText(reason.getMessage()));
+}
+
+template <class T>
+struct Reader;
+
+template <class T>
+struct IntegerReader {
+    static T read(const Context& context, const mof::Literal& literal) {
+        if (literal.kind != Kind::Integer) {
+            refuse(context, literal);
+        }
+        const auto integer = parseInteger(literal.text);
+        const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
+        if (!value) {
+            refuseRange(context,
+                        literal,
+                        std::to_string(std::numeric_limits<T>::min()) + " to " +
+                            std::to_string(std::numeric_limits<T>::max()));
+        }
+        return *value;
+    }
+};
+
+template <class T>
+struct RealReader {
+    static T read(const Context& context, const mof::Literal& literal) {
+        if (literal.kind != Kind::Real && literal.kind != Kind::Integer) {
+            refuse(context, literal);
+        }
+        // from_chars knows no plus sign, and unlike strtod no locale either.
+        const std::string& text = literal.text;
+        const char* begin = text.data() + (text.front() == '+' ? 1 : 0);
+        T value{};
+        const auto [stopped, error] = std::from_chars(begin, text.data() + text.size(), value);
+        if (error == std::errc::result_out_of_range) {
+            refuseRange(context, literal, "its exponent is too large or too small");
+        }
+        if (error != std::errc() || stopped != text.data() + text.size()) {
+            refuse(context, literal);
+        }
+        return value;
+    }
+};
+
+template <>
+struct Reader<Pegasus::Uint8> : IntegerReader<Pegasus::Uint8> {};
+template <>
+struct Reader<Pegasus::Sint8> : IntegerReader<Pegasus::Sint8> {};
+template <>
+struct Reader<Pegasus::Uint16> : IntegerReader<Pegasus::Uint16> {};
+template <>
+struct Reader<Pegasus::Sint16> : IntegerReader<Pegasus::Sint16> {};
+template <>
+struct Reader<Pegasus::Uint32> : IntegerReader<Pegasus::Uint32> {};
+template <>
+struct Reader<Pegasus::Sint32> : IntegerReader<Pegasus::Sint32> {};
+template <>
+struct Reader<Pegasus::Uint64> : IntegerReader<Pegasus::Uint64> {};
+template <>
+struct Reader<Pegasus::Sint64> : IntegerReader<Pegasus::Sint64> {};
+template <>
+struct Reader<Pegasus::Real32> : RealReader<Pegasus::Real32> {};
+template <>
+struct Reader<Pegasus::Real64> : RealReader<Pegasus::Real64> {};
+
+template <>
+struct Reader<Pegasus::Boolean> {
+    static Pegasus::Boolean read(const Context& context, const mof::Literal& literal) {
+        if (literal.kind != Kind::Boolean) {
+            refuse(context, literal);
+        }
+        return literal.boolean;
+    }
+};
+
+Pegasus::String utf16(const Context& context, const mof::Literal& literal) {
+    try {
+        // With its size: '\x0' is a character that a C string would end before.
+        return Pegasus::String(literal.text.data(),
+                               static_cast<Pegasus::Uint32>(literal.text.size()));
+    } catch (const Pegasus::Exception& notUtf8) {
+        refuseBecause(context, literal, notUtf8);
+    }
+}
+
+template <>
+struct Reader<Pegasus::String> {
+    static Pegasus::String read(const Context& context, const mof::Literal& literal) {
+        if (literal.kind != Kind::String) {
+            refuse(context, literal);
+        }
+        return utf16(context, literal);
+    }
+};
+
+template <>
+struct Reader<Pegasus::Char16> {
+    static Pegasus::Char16 read(const Context& context, const mof::Literal& literal) {
+        if (literal.kind == Kind::Integer) {
+            return Pegasus::Char16(IntegerReader<Pegasus::Uint16>::read(context, literal));
+        }
+        if (literal.kind != Kind::Character) {
+            refuse(context, literal);
+        }
+        const Pegasus::String text = utf16(context, literal);
+        if (text.size() != 1) {
+            refuseRange(context, literal, "one UTF-16 code unit");
+        }
+        return text[0];
+    }
+};
+
+template <>
+struct Reader<Pegasus::CIMDateTime> {
+    static Pegasus::CIMDateTime read(const Context& context, const mof::Literal& literal) {
+        const Pegasus::String text = Reader<Pegasus::String>::read(context, literal);
+        try {
+            return Pegasus::CIMDateTime(text);
+        } catch (const Pegasus::Exception& reason) {
+            refuseBecause(context, literal, reason);
+        }
+    }
+};
+
+template <>
+struct Reader<Pegasus::CIMObjectPath> {
+    static Pegasus::CIMObjectPath read(const Context& context, const mof::Literal& literal) {
+        if ((literal.kind != Kind::Alias && literal.kind != Kind::String) ||
+            !context.readReference) {
+            refuse(context, literal);
+        }
+        return context.readReference(literal);
+    }
+};
+
+template <class T>
+Pegasus::CIMValue valueOf(const Context& context, const mof::Value& value) {
+    if (!context.target.isArray) {
+        return Pegasus::CIMValue(Reader<T>::read(context, value.items.front()));
+    }
+    Pegasus::Array<T> elements;
+    for (const mof::Literal& literal : value.items) {
+        elements.append(Reader<T>::read(context, literal));
+    }
+    return Pegasus::CIMValue(elements);
+}
+
+using Builder = Pegasus::CIMValue (*)(const Context&, const mof::Value&);
+
+/// By CIMType, whose values count from 0 in this order (CIMType.h).
+const Builder builders[] = {
+    valueOf<Pegasus::Boolean>,
+    valueOf<Pegasus::Uint8>,
+    valueOf<Pegasus::Sint8>,
+    valueOf<Pegasus::Uint16>,
+    valueOf<Pegasus::Sint16>,
+    valueOf<Pegasus::Uint32>,
+    valueOf<Pegasus::Sint32>,
+    valueOf<Pegasus::Uint64>,
+    valueOf<Pegasus::Sint64>,
+    valueOf<Pegasus::Real32>,
+    valueOf<Pegasus::Real64>,
+    valueOf<Pegasus::Char16>,
+    valueOf<Pegasus::String>,
+    valueOf<Pegasus::CIMDateTime>,
+    valueOf<Pegasus::CIMObjectPath>,
+};
+
+bool isNull(const mof::Value& value) {
+    return !value.isArray && value.items.front().kind == Kind::Null;
+}
+
+void checkShape(const mof::Value& value, const ValueTarget& target) {
+    if (value.isArray && !target.isArray) {
+        throw mof::MofError(value.where,
+                            target.words + " is no array: one value without braces is expected");
+    }
+    if (!value.isArray && target.isArray) {
+        throw mof::MofError(value.where, target.words + " is an array: its values stand in braces");
+    }
+    if (target.arraySize != 0 && value.items.size() != target.arraySize) {
+        throw mof::MofError(value.where,
+                            target.words + " has " + std::to_string(target.arraySize) +
+                                " elements, not " + std::to_string(value.items.size()));
+    }
+    for (const mof::Literal& literal : value.items) {
+        if (literal.kind == Kind::Null) {
+            throw mof::MofError(literal.where, target.words + ": NULL cannot stand in an array");
+        }
+    }
+}
+
+} // namespace
+
+Pegasus::CIMValue nullValue(const ValueTarget& target) {
+    return Pegasus::CIMValue(target.type, target.isArray, target.arraySize);
+}
+
+Pegasus::CIMValue buildValue(const mof::Value& value,
+                             const ValueTarget& target,
+                             const ReferenceReader& readReference) {
+    if (isNull(value)) {
+        return nullValue(target);
+    }
+    checkShape(value, target);
+    return builders[target.type](Context{target, readReference}, value);
+}
+
+} // namespace embedded::repository

@@ -1,0 +1,59 @@
+// A repository with the qualifiers that the tests use, filled from MOF texts.
+#pragma once
+
+#include "mof/Mof.h"
+#include "repository/Repository.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace embedded::repository {
+
+std::string text(const Pegasus::String& value);
+std::string text(const Pegasus::CIMName& name);
+std::vector<std::string> texts(const std::vector<Pegasus::CIMName>& names);
+
+/// Status and message of a CIMException; a code of -1 if `action` throws none.
+struct Status {
+    int code = -1;
+    std::string message;
+
+    bool operator==(const Status& other) const {
+        return code == other.code && message == other.message;
+    }
+};
+std::ostream& operator<<(std::ostream& out, const Status& status);
+Status statusOf(const std::function<void()>& action);
+
+class RepositoryTest : public testing::Test {
+  protected:
+    RepositoryTest();
+
+    void load(const std::string& mof) { load(mof, home); }
+    void load(const std::string& mof, const Pegasus::CIMNamespaceName& nameSpace);
+    /// What load() complains of, "test.mof:line:column: message"; empty if it does not.
+    std::string errorOf(const std::string& mof);
+
+    Pegasus::CIMClass classNamed(const char* name) const { return repository.getClass(home, name); }
+    Pegasus::CIMInstance instanceAt(const char* path) const;
+    /// The value of a property as text.
+    std::string valueOf(const char* path, const char* property) const;
+
+    const Pegasus::CIMNamespaceName home{"root/test"};
+    Repository repository;
+};
+
+/// A MOF text, and what load() has to say about it ("line:column: message"); empty: nothing.
+struct MofCase {
+    const char* rule;
+    const char* mof;
+    const char* complaint;
+};
+std::ostream& operator<<(std::ostream& out, const MofCase& mofCase);
+std::string ruleOf(const testing::TestParamInfo<MofCase>& info);
+
+} // namespace embedded::repository
