@@ -105,6 +105,10 @@ class PEGASUS_COMMON_LINKAGE CIMDateTime {
 #endif
 
   private:
+    int _compare(const CIMDateTime& x) const;
+    /// Of this kind, with this offset and these asterisks.
+    CIMDateTime _withMicroseconds(Uint64 microseconds) const;
+
     Uint64 _microseconds; // local time for a point in time; insignificant fields at their least
     Sint32 _utcOffset;    // minutes east of UTC; 0 for an interval
     Uint16 _wildcards;    // characters that are asterisks, counted from the right, '.' left out

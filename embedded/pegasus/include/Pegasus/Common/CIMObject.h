@@ -74,6 +74,8 @@ class PEGASUS_COMMON_LINKAGE CIMObject {
     Boolean isUninitialized() const;
     Boolean isClass() const;
     Boolean isInstance() const;
+    /// The object as CIM-XML, for people.
+    String toString() const;
 
     /// As CIMInstance::instanceFilter; a class is filtered in the same way.
     void instanceFilter(Boolean includeQualifiers,
@@ -113,6 +115,7 @@ class PEGASUS_COMMON_LINKAGE CIMConstObject {
     Boolean isUninitialized() const;
     Boolean isClass() const;
     Boolean isInstance() const;
+    String toString() const;
 
   private:
     friend class RepAccess;

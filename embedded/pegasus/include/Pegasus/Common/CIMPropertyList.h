@@ -36,7 +36,7 @@ class PEGASUS_COMMON_LINKAGE CIMPropertyList {
     Boolean useThisProperty(const CIMName& name) const;
     String toString() const;
 
-    /// Adds the names that are not yet in the list.
+    /// Makes it the list of these names, each once. Throws InvalidNameException.
     void append(Array<String>& propertyListArray);
     /// A number for a name, kept in step with the list by whoever uses it.
     Uint32 getCIMNameTag(Uint32 index) const;

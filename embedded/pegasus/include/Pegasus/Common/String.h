@@ -44,7 +44,7 @@ class PEGASUS_COMMON_LINKAGE String {
 
     String();
     String(const String& str);
-    /// The first `n` code units of `str`, or all of it when it is shorter.
+    /// The first `n` code units of `str`. Throws IndexOutOfBoundsException when it is shorter.
     String(const String& str, Uint32 n);
     /// Up to the first code unit 0.
     String(const Char16* str);
@@ -129,7 +129,8 @@ PEGASUS_COMMON_LINKAGE Boolean operator<=(const String& str1, const String& str2
 PEGASUS_COMMON_LINKAGE Boolean operator>(const String& str1, const String& str2);
 PEGASUS_COMMON_LINKAGE Boolean operator>=(const String& str1, const String& str2);
 PEGASUS_COMMON_LINKAGE String operator+(const String& str1, const String& str2);
-/// Writes the text as UTF-8.
+/// For diagnostics: characters up to U+00FF as one byte, others as \xHHHH. For UTF-8 write
+/// getCString().
 PEGASUS_COMMON_LINKAGE std::ostream& operator<<(std::ostream& os, const String& str);
 
 } // namespace Pegasus

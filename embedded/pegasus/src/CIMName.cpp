@@ -1,0 +1,152 @@
+#include "Ascii.h"
+
+#include <Pegasus/Common/CIMName.h>
+
+namespace Pegasus {
+
+namespace {
+
+// DSP0004, "Identifiers": beside '_' and ASCII letters, U+0080 to U+FFEF may begin a name. The
+// code units of surrogate pairs lie in this range.
+bool mayBeginName(Uint16 unit) {
+    return ascii::isLetter(unit) || unit == '_' || (unit >= 0x0080 && unit <= 0xFFEF);
+}
+
+bool isName(const Char16* units, Uint32 size) {
+    if (size == 0 || !mayBeginName(units[0]))
+        return false;
+    for (Uint32 i = 1; i < size; ++i) {
+        if (!mayBeginName(units[i]) && !ascii::isDigit(units[i]))
+            return false;
+    }
+    return true;
+}
+
+const String& legalName(const String& name) {
+    if (!CIMName::legal(name))
+        throw InvalidNameException(name);
+    return name;
+}
+
+String legalNamespaceName(const String& name) {
+    if (!CIMNamespaceName::legal(name))
+        throw InvalidNamespaceNameException(name);
+    return name[0] == '/' ? name.subString(1) : name;
+}
+
+} // namespace
+
+CIMName::CIMName() = default;
+
+CIMName::CIMName(const String& name) : _name(legalName(name)) {
+}
+
+CIMName::CIMName(const char* name) : CIMName(String(name)) {
+}
+
+CIMName& CIMName::operator=(const CIMName& name) = default;
+
+CIMName& CIMName::operator=(const String& name) {
+    _name = legalName(name);
+    return *this;
+}
+
+CIMName& CIMName::operator=(const char* name) {
+    return *this = String(name);
+}
+
+const String& CIMName::getString() const {
+    return _name;
+}
+
+Boolean CIMName::isNull() const {
+    return _name.size() == 0;
+}
+
+void CIMName::clear() {
+    _name.clear();
+}
+
+Boolean CIMName::equal(const CIMName& name) const {
+    return String::equalNoCase(_name, name._name);
+}
+
+Boolean CIMName::equal(const char* name) const {
+    return String::equalNoCase(_name, name);
+}
+
+Boolean CIMName::legal(const String& name) {
+    return isName(name.getChar16Data(), name.size());
+}
+
+Boolean operator==(const CIMName& name1, const CIMName& name2) {
+    return name1.equal(name2);
+}
+
+Boolean operator!=(const CIMName& name1, const CIMName& name2) {
+    return !name1.equal(name2);
+}
+
+CIMNamespaceName::CIMNamespaceName() = default;
+
+CIMNamespaceName::CIMNamespaceName(const String& name) : _name(legalNamespaceName(name)) {
+}
+
+CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {
+}
+
+CIMNamespaceName& CIMNamespaceName::operator=(const CIMNamespaceName& name) = default;
+
+CIMNamespaceName& CIMNamespaceName::operator=(const String& name) {
+    _name = legalNamespaceName(name);
+    return *this;
+}
+
+CIMNamespaceName& CIMNamespaceName::operator=(const char* name) {
+    return *this = String(name);
+}
+
+const String& CIMNamespaceName::getString() const {
+    return _name;
+}
+
+Boolean CIMNamespaceName::isNull() const {
+    return _name.size() == 0;
+}
+
+void CIMNamespaceName::clear() {
+    _name.clear();
+}
+
+Boolean CIMNamespaceName::equal(const CIMNamespaceName& name) const {
+    return String::equalNoCase(_name, name._name);
+}
+
+Boolean CIMNamespaceName::equal(const char* name) const {
+    return String::equalNoCase(_name, name);
+}
+
+Boolean CIMNamespaceName::legal(const String& name) {
+    const Char16* const units = name.getChar16Data();
+    const Char16* const end = units + name.size();
+    const Char16* element = units != end && *units == '/' ? units + 1 : units;
+    for (const Char16* at = element;; ++at) {
+        if (at != end && *at != '/')
+            continue;
+        if (!isName(element, static_cast<Uint32>(at - element)))
+            return false;
+        if (at == end)
+            return true;
+        element = at + 1;
+    }
+}
+
+Boolean operator==(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
+    return name1.equal(name2);
+}
+
+Boolean operator!=(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
+    return !name1.equal(name2);
+}
+
+} // namespace Pegasus

@@ -1,0 +1,20 @@
+// The proleptic Gregorian calendar of the years 0 to 9999, in days since the year 0 began.
+#pragma once
+
+#include <Pegasus/Common/Config.h>
+
+namespace Pegasus {
+namespace calendar {
+
+struct Date {
+    Uint32 year;
+    Uint32 month; // from 1
+    Uint32 day;   // from 1
+};
+
+Uint32 daysInMonth(Uint32 year, Uint32 month);
+Uint64 daysSinceYear0(const Date& date);
+Date dateOf(Uint64 daysSinceYear0);
+
+} // namespace calendar
+} // namespace Pegasus
