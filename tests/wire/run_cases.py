@@ -16,7 +16,7 @@ Placeholders in all files:
                     included; in a reply: the length of the body that came, in any notation
     {HEX 0d0a}      these bytes
 In replies also:
-    {ANY}           any bytes, as few as possible
+    {ANY}           any bytes of one line
     {CLOSED}        at the end: the server closes the connection
 """
 
@@ -176,7 +176,7 @@ def with_length(expected, actual):
 
 
 def pattern(expected):
-    return re.compile(b".*?".join(re.escape(part) for part in expected.split(b"{ANY}")), re.DOTALL)
+    return re.compile(b".*".join(re.escape(part) for part in expected.split(b"{ANY}")))
 
 
 def lines(text):

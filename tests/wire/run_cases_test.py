@@ -100,6 +100,7 @@ class RunCases(unittest.TestCase):
         request = b"POST / HTTP/1.1\n\n"
         self.passes({"request": request, "reply": expected}, [OK])
         self.fails({"request": request, "reply": expected}, [OK.replace(b"abc", b"abd")])
+        self.fails({"request": request, "reply": expected}, [OK.replace(b"abc", b"a\nc")])
 
     def test_closed_wants_the_connection_closed(self):
         files = {"request": b"POST / HTTP/1.1\n\n", "reply": EXPECTED + b"{CLOSED}"}

@@ -1,0 +1,149 @@
+#include "cimhost/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <Pegasus/Common/Exception.h>
+
+namespace embedded::cimhost {
+namespace {
+
+constexpr const char* description =
+    "A CIM server that hosts provider modules: CIM-XML over HTTP, classes and registration from\n"
+    "MOF files, providers from shared libraries. Standard output is left to the providers.";
+
+constexpr const char* footer =
+    "Exit codes:\n"
+    "  0  ended as asked, or the check found nothing wrong\n"
+    "  1  failure while running\n"
+    "  2  wrong command line\n"
+    "  3  a MOF file cannot be read or has no meaning\n"
+    "  4  the check found a problem\n"
+    "  5  cannot listen on the address and port\n"
+    "  6  a provider did not return within the grace time\n"
+    "  7  ended by a second signal\n"
+    "\n"
+    "Example:\n"
+    "  cimhost --mof root/PG_InterOp=registration.mof --mof root/cimv2=schema.mof \\\n"
+    "          --mof-include schema --provider-dir /usr/lib64/Pegasus/providers";
+
+Pegasus::CIMNamespaceName nameSpace(const std::string& option, const std::string& text) {
+    try {
+        return Pegasus::CIMNamespaceName(Pegasus::String(text.c_str()));
+    } catch (const Pegasus::Exception&) {
+        throw CLI::ValidationError(option, "not a namespace: '" + text + "'");
+    }
+}
+
+MofFile mofFile(const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals + 1 == text.size())
+        throw CLI::ValidationError("--mof", "NAMESPACE=FILE is expected, not '" + text + "'");
+    return {nameSpace("--mof", text.substr(0, equals)), text.substr(equals + 1)};
+}
+
+// The options whose values are more than CLI11 can convert, as they were written.
+struct Raw {
+    std::string interop = "root/PG_InterOp";
+    std::vector<std::string> nameSpaces;
+    std::vector<std::string> mofFiles;
+    unsigned grace = 10;
+};
+
+void convert(const Raw& raw, Settings& settings) {
+    settings.interop = nameSpace("--interop", raw.interop);
+    for (const std::string& text : raw.nameSpaces)
+        settings.nameSpaces.push_back(nameSpace("--namespace", text));
+    for (const std::string& text : raw.mofFiles)
+        settings.mofFiles.push_back(mofFile(text));
+    settings.grace = std::chrono::seconds(raw.grace);
+}
+
+void declareServing(CLI::App& app, Settings& settings) {
+    app.add_option("--address", settings.address, "Address or host name to listen on")
+        ->type_name("ADDRESS")
+        ->capture_default_str();
+    app.add_option("--port", settings.port, "Port to listen on; 0 takes any free one")
+        ->type_name("PORT")
+        ->capture_default_str();
+    app.add_option(
+           "--port-file", settings.portFile, "Write the port to FILE once it is listened to")
+        ->type_name("FILE");
+}
+
+void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
+    CLI::Validator directory = CLI::ExistingDirectory;
+    directory.description(""); // it would be part of the help's first column
+    app.add_option("--namespace", raw.nameSpaces, "A namespace to serve (repeatable)")
+        ->type_name("NAMESPACE")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--interop", raw.interop, "The interop namespace, with the registrations")
+        ->type_name("NAMESPACE")
+        ->capture_default_str();
+    app.add_option("--mof",
+                   raw.mofFiles,
+                   "Load FILE into NAMESPACE, which is created as needed (repeatable, in order)")
+        ->type_name("NAMESPACE=FILE")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--mof-include",
+                   settings.mofIncludes,
+                   "Where included MOF files are looked for (repeatable)")
+        ->type_name("DIR")
+        ->expected(1)
+        ->take_all()
+        ->check(directory);
+    app.add_option("--provider-dir",
+                   settings.providerDirectories,
+                   "Where provider libraries are looked for (repeatable, in order)")
+        ->type_name("DIR")
+        ->expected(1)
+        ->take_all()
+        ->check(directory);
+}
+
+void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
+    app.add_flag("--check",
+                 settings.checkOnly,
+                 "Say what is registered and what is missing, and end without serving");
+    app.add_option("--trace-wire",
+                   settings.wireTrace,
+                   "Write every request and reply to files in DIR, or with - to standard error")
+        ->type_name("DIR");
+    app.add_option("--log-level", settings.logLevel, "How much goes to standard error")
+        ->type_name("LEVEL")
+        ->check(CLI::IsMember({"trace", "debug", "info", "warning", "error", "off"}))
+        ->capture_default_str();
+    app.add_option("--grace", raw.grace, "Time for requests and providers to finish at the end")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0U, 3600U))
+        ->capture_default_str();
+    app.add_flag("--keep-libraries",
+                 settings.keepLibraries,
+                 "Leave provider libraries mapped to the end, for leak and race reports");
+}
+
+} // namespace
+
+CommandLine readCommandLine(int argc, const char* const* argv) {
+    CLI::App app(description, "cimhost");
+    app.footer(footer);
+    app.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
+    Settings settings;
+    Raw raw;
+    declareServing(app, settings);
+    declareContent(app, settings, raw);
+    declareWatching(app, settings, raw);
+    try {
+        app.parse(argc, argv);
+        convert(raw, settings);
+    } catch (const CLI::Success& done) {
+        app.exit(done);
+        return {};
+    } catch (const CLI::Error& error) {
+        app.exit(error);
+        return {std::nullopt, ExitCode::Usage};
+    }
+    return {std::move(settings), ExitCode::Ok};
+}
+
+} // namespace embedded::cimhost

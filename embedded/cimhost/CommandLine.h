@@ -1,0 +1,47 @@
+// The command line of cimhost.
+#pragma once
+
+#include "cimhost/ExitCode.h"
+
+#include <Pegasus/Common/CIMName.h>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace embedded::cimhost {
+
+/// A MOF file and the namespace that its declarations go into.
+struct MofFile {
+    Pegasus::CIMNamespaceName nameSpace;
+    std::filesystem::path file;
+};
+
+struct Settings {
+    std::string address = "127.0.0.1";
+    std::uint16_t port = 5988;
+    std::optional<std::filesystem::path> portFile;
+    Pegasus::CIMNamespaceName interop;
+    std::vector<Pegasus::CIMNamespaceName> nameSpaces; ///< without `interop`
+    std::vector<MofFile> mofFiles;                     ///< in the order of loading
+    std::vector<std::filesystem::path> mofIncludes;
+    std::vector<std::filesystem::path> providerDirectories;
+    std::chrono::seconds grace{10};
+    bool keepLibraries = false;
+    bool checkOnly = false;
+    std::string logLevel = "info"; ///< a name that spdlog knows
+    std::string wireTrace;         ///< empty: none; "-": standard error; else a directory
+};
+
+/// The settings that `argc` and `argv` ask for, or, when there is nothing more to be done, the
+/// exit code: help and version have been printed to standard output, errors to standard error.
+struct CommandLine {
+    std::optional<Settings> settings;
+    ExitCode exitCode = ExitCode::Ok;
+};
+CommandLine readCommandLine(int argc, const char* const* argv);
+
+} // namespace embedded::cimhost

@@ -1,0 +1,159 @@
+#include "cimhost/Serving.h"
+
+#include "cimhost/SignalWatch.h"
+#include "cimhost/Summary.h"
+#include "cimhost/WireTrace.h"
+#include "host/ProviderHandle.h"
+#include "host/ProviderModule.h"
+#include "host/Router.h"
+#include "host/ServerObjects.h"
+#include "http/CimExchange.h"
+#include "http/Server.h"
+
+#include <spdlog/spdlog.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace embedded::cimhost {
+namespace {
+
+void warn(const std::string& line) {
+    spdlog::warn(line);
+}
+
+// Leaves at once: providers are still at work, so nothing that they use may be taken apart.
+[[noreturn]] void leave(ExitCode code) {
+    // Their trace is to be kept, unless one of them is stuck in the middle of writing it.
+    if (ftrylockfile(stdout) == 0) {
+        std::fflush(stdout);
+        funlockfile(stdout);
+    }
+    std::_Exit(static_cast<int>(code));
+}
+
+std::string url(const std::string& address, std::uint16_t port) {
+    const bool v6 = address.find(':') != std::string::npos;
+    return "http://" + (v6 ? "[" + address + "]" : address) + ":" + std::to_string(port) + "/cimom";
+}
+
+// Scripts wait for the file to be there, so it is there only when it is complete.
+void writePortFile(const std::filesystem::path& file, std::uint16_t port) {
+    std::filesystem::path unfinished = file;
+    unfinished += ".new";
+    std::ofstream out(unfinished);
+    out << port << std::endl;
+    out.close();
+    if (!out)
+        throw std::runtime_error("cannot write the port file " + file.string());
+    std::filesystem::rename(unfinished, file);
+}
+
+http::Options options(const Settings& settings) {
+    http::Options result;
+    result.address = settings.address;
+    result.port = settings.port;
+    result.log = warn;
+    return result;
+}
+
+http::Handler handler(const Settings& settings, host::CimOperations*& operations) {
+    http::Handler answer = [&operations](const http::Request& request) {
+        http::Reply reply = http::exchange(request, *operations);
+        const auto field = [&](const char* name) {
+            const std::string* value = http::findField(request.fields, name);
+            return value ? *value : std::string("-");
+        };
+        spdlog::debug("{} {} {}: {} {}",
+                      request.verb,
+                      field("CIMMethod"),
+                      field("CIMObject"),
+                      reply.status,
+                      reply.reason);
+        return reply;
+    };
+    return settings.wireTrace.empty() ? answer : traced(answer, settings.wireTrace, warn);
+}
+
+std::unique_ptr<http::Server> listen(const Settings& settings, const http::Handler& answer) {
+    try {
+        return std::make_unique<http::Server>(options(settings), answer);
+    } catch (const std::runtime_error& error) {
+        spdlog::error("{}; choose another address or port with --address and --port, or let "
+                      "--port 0 take any free one",
+                      error.what());
+        return nullptr;
+    }
+}
+
+void unload(host::ProviderModules& modules, std::chrono::seconds grace) {
+    std::promise<void> unloaded;
+    std::thread unloading([&] {
+        modules.unloadAll();
+        unloaded.set_value();
+    });
+    if (unloaded.get_future().wait_for(grace) == std::future_status::timeout) {
+        spdlog::error("a provider's terminate() has not returned within {} s; ending without it",
+                      grace.count());
+        leave(ExitCode::ProviderStuck);
+    }
+    unloading.join();
+}
+
+} // namespace
+
+std::vector<host::BuiltIn> ownObjects(const repository::Repository& repository,
+                                      std::uint16_t port) {
+    host::ServerIdentity identity;
+    identity.hostName = host::localHostName();
+    identity.name = Pegasus::String(("cimhost:" + std::to_string(port)).c_str());
+    identity.elementName = "cimhost";
+    identity.version = CIMHOST_VERSION;
+    return host::serverObjects(repository, identity);
+}
+
+ExitCode serve(const Settings& settings,
+               repository::Repository& repository,
+               const host::Registration& registration) {
+    if (settings.portFile)
+        std::filesystem::remove(*settings.portFile); // an old one would be taken for ours
+    host::CimOperations* operations = nullptr;       // set before the first request
+    const std::unique_ptr<http::Server> server = listen(settings, handler(settings, operations));
+    if (!server)
+        return ExitCode::CannotListen;
+
+    host::ProviderModules modules(registration,
+                                  {settings.providerDirectories, settings.keepLibraries, warn});
+    host::Router router(
+        repository, modules, ownObjects(repository, server->port()), host::localHostName());
+    const host::ProviderHandles handles(router);
+    operations = &router;
+
+    const SignalWatch watch([&](unsigned count) {
+        if (count > 1) {
+            spdlog::error("second signal: ending at once");
+            leave(ExitCode::Interrupted);
+        }
+        spdlog::info("ending: requests in progress have {} s", settings.grace.count());
+        server->stop(settings.grace);
+    });
+    if (settings.portFile)
+        writePortFile(*settings.portFile, server->port());
+    spdlog::info("serving {}", url(settings.address, server->port()));
+    server->run();
+    if (!server->drained()) {
+        spdlog::error("a provider has not returned within {} s; ending without it",
+                      settings.grace.count());
+        leave(ExitCode::ProviderStuck);
+    }
+    unload(modules, settings.grace);
+    spdlog::info("ended");
+    return ExitCode::Ok;
+}
+
+} // namespace embedded::cimhost

@@ -1,0 +1,21 @@
+// The server as a process: listens, answers, and comes to an end in order.
+#pragma once
+
+#include "cimhost/CommandLine.h"
+#include "cimhost/ExitCode.h"
+#include "host/Registration.h"
+#include "repository/Repository.h"
+
+namespace embedded::cimhost {
+
+/// Serves until SIGINT or SIGTERM. Requests in progress are finished and providers terminated,
+/// for each of which there is the grace time; when it is over, or at a second signal, the process
+/// ends here. REQUIRES: takeSignals() has been called.
+ExitCode serve(const Settings& settings,
+               repository::Repository& repository,
+               const host::Registration& registration);
+
+/// What clients and --check are told of this server's own.
+std::vector<host::BuiltIn> ownObjects(const repository::Repository& repository, std::uint16_t port);
+
+} // namespace embedded::cimhost

@@ -1,0 +1,42 @@
+#include "cimhost/SignalWatch.h"
+
+#include <csignal>
+#include <pthread.h>
+#include <utility>
+
+namespace embedded::cimhost {
+namespace {
+
+sigset_t watched() {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    return set;
+}
+
+} // namespace
+
+void takeSignals() {
+    const sigset_t set = watched();
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+SignalWatch::SignalWatch(std::function<void(unsigned)> arrived)
+    : _thread([this, arrived = std::move(arrived)] {
+          const sigset_t set = watched();
+          unsigned count = 0;
+          int signal = 0;
+          while (sigwait(&set, &signal) == 0 && !_ending)
+              arrived(++count);
+      }) {
+}
+
+SignalWatch::~SignalWatch() {
+    _ending = true;
+    pthread_kill(_thread.native_handle(), SIGTERM); // ends the waiting
+    _thread.join();
+}
+
+} // namespace embedded::cimhost

@@ -1,0 +1,113 @@
+#include "cimhost/Summary.h"
+
+#include "host/ProviderLibrary.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace embedded::cimhost {
+namespace {
+
+using repository::Repository;
+
+std::string count(std::size_t number, const std::string& what) {
+    return std::to_string(number) + " " + what;
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string result;
+    for (const std::string& word : words)
+        result += (result.empty() ? "" : ", ") + word;
+    return result;
+}
+
+void addOnce(std::vector<std::string>& words, const std::string& word) {
+    if (std::find(words.begin(), words.end(), word) == words.end())
+        words.push_back(word);
+}
+
+const char* name(host::ProviderType type) {
+    switch (type) {
+    case host::ProviderType::Instance:
+        return "instance";
+    case host::ProviderType::Association:
+        return "association";
+    case host::ProviderType::Method:
+        return "method";
+    }
+    return "?";
+}
+
+std::string nameSpaceLine(const Repository& repository,
+                          const Pegasus::CIMNamespaceName& nameSpace,
+                          bool isInterop) {
+    const auto classes = repository.subClassNames(nameSpace, Pegasus::CIMName(), true);
+    std::size_t instances = 0;
+    for (const Pegasus::CIMName& className : classes)
+        instances += repository.enumerateInstances(nameSpace, className).size();
+    return "namespace " + text(nameSpace.getString()) + (isInterop ? " (interop): " : ": ") +
+           count(classes.size(), "classes, ") + count(instances, "instances");
+}
+
+// What one provider answers for: by class, in the order of registration.
+class Offers {
+  public:
+    void add(const host::Capability& capability) {
+        const std::string className = text(capability.className.getString());
+        const auto found = std::find_if(_classes.begin(), _classes.end(), [&](const auto& offer) {
+            return offer.className == className;
+        });
+        if (found == _classes.end())
+            _classes.push_back({className, {}, {}});
+        Offer& offer = found == _classes.end() ? _classes.back() : *found;
+        addOnce(offer.types, name(capability.type));
+        addOnce(offer.nameSpaces, text(capability.nameSpace.getString()));
+    }
+
+    std::vector<std::string> lines(const std::string& provider) const {
+        std::vector<std::string> result;
+        for (const Offer& offer : _classes)
+            result.push_back(provider + ": " + offer.className + " (" + joined(offer.types) +
+                             ") in " + joined(offer.nameSpaces));
+        if (result.empty())
+            result.push_back(provider + ": no classes");
+        return result;
+    }
+
+  private:
+    struct Offer {
+        std::string className;
+        std::vector<std::string> types;
+        std::vector<std::string> nameSpaces;
+    };
+    std::vector<Offer> _classes;
+};
+
+} // namespace
+
+std::string text(const Pegasus::String& string) {
+    return static_cast<const char*>(string.getCString());
+}
+
+std::vector<std::string> summary(const Repository& repository,
+                                 const host::Registration& registration,
+                                 const Pegasus::CIMNamespaceName& interop) {
+    std::vector<std::string> lines;
+    for (const Pegasus::CIMNamespaceName& nameSpace : repository.nameSpaces())
+        lines.push_back(nameSpaceLine(repository, nameSpace, nameSpace.equal(interop)));
+    for (const auto& [moduleName, module] : registration.modules())
+        lines.push_back("module " + text(moduleName) + ": " +
+                        host::libraryFileName(module.location) +
+                        (module.stopped ? ", stopped" : ""));
+    std::map<host::ProviderName, Offers> offers;
+    for (const host::Capability& capability : registration.capabilities())
+        offers[capability.provider].add(capability);
+    for (const host::ProviderName& provider : registration.providers())
+        for (std::string& line : offers[provider].lines("provider " + text(provider.module) + "/" +
+                                                        text(provider.name)))
+            lines.push_back(std::move(line));
+    return lines;
+}
+
+} // namespace embedded::cimhost

@@ -1,0 +1,23 @@
+// What a server has and offers, as lines for the person who started it.
+#pragma once
+
+#include "host/Registration.h"
+#include "repository/Repository.h"
+
+#include <Pegasus/Common/CIMName.h>
+
+#include <string>
+#include <vector>
+
+namespace embedded::cimhost {
+
+/// UTF-8.
+std::string text(const Pegasus::String& string);
+
+/// A line for each namespace with its numbers of classes and instances, for each module with its
+/// library, and for each provider with the classes, types and namespaces that it answers for.
+std::vector<std::string> summary(const repository::Repository& repository,
+                                 const host::Registration& registration,
+                                 const Pegasus::CIMNamespaceName& interop);
+
+} // namespace embedded::cimhost

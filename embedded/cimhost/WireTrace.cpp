@@ -1,0 +1,89 @@
+#include "cimhost/WireTrace.h"
+
+#include "http/Wire.h"
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <mutex>
+
+namespace embedded::cimhost {
+namespace {
+
+std::string requestText(const http::Request& request) {
+    std::string text = request.verb + " " + request.target +
+                       (request.version >= 11 ? " HTTP/1.1\n" : " HTTP/1.0\n");
+    for (const auto& [name, value] : request.fields) {
+        const bool secret = http::equalIgnoringCase(name, "Authorization");
+        text += name + ": " + (secret ? "(not shown)" : value) + "\n";
+    }
+    return text + "\n" + request.body;
+}
+
+std::string replyText(const http::Reply& reply) {
+    std::string text = "HTTP/1.1 " + std::to_string(reply.status) + " " + reply.reason + "\n";
+    for (const auto& [name, value] : reply.fields)
+        text += name + (value.empty() ? ":" : ": ") + value + "\n";
+    return text + "\n" + reply.body;
+}
+
+class Trace {
+  public:
+    Trace(const std::string& where, std::function<void(const std::string&)> log)
+        : _directory(where == "-" ? "" : where), _log(std::move(log)) {
+        if (!_directory.empty())
+            std::filesystem::create_directories(_directory);
+    }
+
+    unsigned next() {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        return ++_number;
+    }
+
+    void write(unsigned number, const char* what, const std::string& text) {
+        if (_directory.empty())
+            print(number, what, text);
+        else
+            store(number, what, text);
+    }
+
+  private:
+    void print(unsigned number, const char* what, const std::string& text) {
+        const std::string all =
+            "---- " + std::string(what) + " " + std::to_string(number) + "\n" + text + "\n";
+        const std::lock_guard<std::mutex> lock(_mutex);
+        std::fwrite(all.data(), 1, all.size(), stderr);
+    }
+
+    void store(unsigned number, const char* what, const std::string& text) {
+        const std::string digits = std::to_string(number);
+        const std::string padding(digits.size() < 6 ? 6 - digits.size() : 0, '0');
+        const std::filesystem::path file = _directory / (padding + digits + "-" + what);
+        std::ofstream out(file, std::ios::binary);
+        out << text << std::flush;
+        if (!out)
+            _log("cannot write " + file.string() + " of the wire trace");
+    }
+
+    const std::filesystem::path _directory;
+    const std::function<void(const std::string&)> _log;
+    std::mutex _mutex;
+    unsigned _number = 0;
+};
+
+} // namespace
+
+http::Handler traced(http::Handler handler,
+                     const std::string& where,
+                     const std::function<void(const std::string&)>& log) {
+    const auto trace = std::make_shared<Trace>(where, log);
+    return [trace, handler = std::move(handler)](const http::Request& request) {
+        const unsigned number = trace->next();
+        trace->write(number, "request", requestText(request));
+        http::Reply reply = handler(request);
+        trace->write(number, "reply", replyText(reply));
+        return reply;
+    };
+}
+
+} // namespace embedded::cimhost

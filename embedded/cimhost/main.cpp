@@ -1,0 +1,86 @@
+#include "cimhost/CommandLine.h"
+#include "cimhost/Content.h"
+#include "cimhost/Serving.h"
+#include "cimhost/SignalWatch.h"
+#include "cimhost/Summary.h"
+#include "host/RegistrationCheck.h"
+#include "mof/Mof.h"
+
+#include <Pegasus/Common/Exception.h>
+#include <spdlog/sinks/stdout_sinks.h>
+#include <spdlog/spdlog.h>
+
+#include <algorithm>
+#include <iostream>
+
+namespace embedded::cimhost {
+namespace {
+
+void setUpLog(const std::string& level) {
+    spdlog::set_default_logger(spdlog::stderr_logger_mt("cimhost"));
+    spdlog::set_pattern("%Y-%m-%dT%H:%M:%S.%e %l: %v");
+    spdlog::set_level(spdlog::level::from_str(level));
+}
+
+// The findings are the result that was asked for, so they go to standard output.
+ExitCode check(const Settings& settings,
+               const repository::Repository& repository,
+               const host::Registration& registration) {
+    for (const std::string& line : summary(repository, registration, settings.interop))
+        std::cout << line << "\n";
+    const std::vector<host::Finding> findings =
+        host::checkRegistration(registration,
+                                repository,
+                                settings.providerDirectories,
+                                ownObjects(repository, settings.port));
+    for (const host::Finding& finding : findings)
+        std::cout << (finding.severity == host::Finding::Severity::Problem ? "PROBLEM " : "ok ")
+                  << finding.text << "\n";
+    const auto problems =
+        std::count_if(findings.begin(), findings.end(), [](const host::Finding& finding) {
+            return finding.severity == host::Finding::Severity::Problem;
+        });
+    std::cout << problems << (problems == 1 ? " problem" : " problems") << std::endl;
+    return problems == 0 ? ExitCode::Ok : ExitCode::Check;
+}
+
+ExitCode run(const Settings& settings) {
+    repository::Repository repository;
+    try {
+        load(settings, repository);
+    } catch (const mof::MofError& error) {
+        spdlog::error(error.what());
+        return ExitCode::Mof;
+    }
+    const host::Registration registration(repository, settings.interop);
+    if (settings.checkOnly)
+        return check(settings, repository, registration);
+    for (const std::string& line : summary(repository, registration, settings.interop))
+        spdlog::info(line);
+    for (const host::Finding& finding : registration.findings())
+        spdlog::warn("{} (--check tells more)", finding.text);
+    return serve(settings, repository, registration);
+}
+
+int main(int argc, const char* const* argv) {
+    const CommandLine commandLine = readCommandLine(argc, argv);
+    if (!commandLine.settings)
+        return static_cast<int>(commandLine.exitCode);
+    takeSignals();
+    setUpLog(commandLine.settings->logLevel);
+    try {
+        return static_cast<int>(run(*commandLine.settings));
+    } catch (const std::exception& error) {
+        spdlog::error(error.what());
+    } catch (const Pegasus::Exception& error) {
+        spdlog::error(text(error.getMessage()));
+    }
+    return static_cast<int>(ExitCode::RuntimeFailure);
+}
+
+} // namespace
+} // namespace embedded::cimhost
+
+int main(int argc, char** argv) {
+    return embedded::cimhost::main(argc, argv);
+}
