@@ -57,17 +57,6 @@ InstanceFilter filterOf(const Arguments& arguments) {
     return {arguments.includeQualifiers, arguments.includeClassOrigin, arguments.propertyList};
 }
 
-// Associations between classes are not served: an ObjectName must name an instance.
-const CIMObjectPath& sourceOf(const Arguments& arguments) {
-    if (arguments.objectIsClass) {
-        throw CIMException(CIM_ERR_NOT_SUPPORTED,
-                           String("Associations of a class are not supported, only those of an "
-                                  "instance; ObjectName is the class ") +
-                               arguments.objectName.getClassName().getString() + String("."));
-    }
-    return arguments.objectName;
-}
-
 void appendObjectWithPath(std::string& out, const CIMObject& object, const InstanceFilter& filter) {
     appendElement(out, "VALUE.OBJECTWITHPATH", [&] {
         (object.isClass() ? appendClassPath : appendInstancePath)(out, object.getPath());
@@ -75,8 +64,12 @@ void appendObjectWithPath(std::string& out, const CIMObject& object, const Insta
     });
 }
 
-void appendObjectPath(std::string& out, const CIMObjectPath& path) {
-    appendElement(out, "OBJECTPATH", [&] { appendInstancePath(out, path); });
+// Names of classes answer a question about a class.
+Returned allObjectPaths(const Call& call, const host::Answer<CIMObjectPath>& answer) {
+    const auto append = call.arguments.objectIsClass ? appendClassPath : appendInstancePath;
+    return all(answer, [&](std::string& out, const CIMObjectPath& path) {
+        appendElement(out, "OBJECTPATH", [&] { append(out, path); });
+    });
 }
 
 void appendNamedInstance(std::string& out,
@@ -183,7 +176,7 @@ Returned associators(const Call& call) {
     const InstanceFilter filter = filterOf(a);
     return all(call.operations.associators(call.caller,
                                            call.nameSpace,
-                                           sourceOf(a),
+                                           a.objectName,
                                            a.assocClass,
                                            a.resultClass,
                                            a.role,
@@ -198,14 +191,14 @@ Returned associators(const Call& call) {
 
 Returned associatorNames(const Call& call) {
     const Arguments& a = call.arguments;
-    return all(call.operations.associatorNames(call.caller,
-                                               call.nameSpace,
-                                               sourceOf(a),
-                                               a.assocClass,
-                                               a.resultClass,
-                                               a.role,
-                                               a.resultRole),
-               appendObjectPath);
+    return allObjectPaths(call,
+                          call.operations.associatorNames(call.caller,
+                                                          call.nameSpace,
+                                                          a.objectName,
+                                                          a.assocClass,
+                                                          a.resultClass,
+                                                          a.role,
+                                                          a.resultRole));
 }
 
 Returned references(const Call& call) {
@@ -213,7 +206,7 @@ Returned references(const Call& call) {
     const InstanceFilter filter = filterOf(a);
     return all(call.operations.references(call.caller,
                                           call.nameSpace,
-                                          sourceOf(a),
+                                          a.objectName,
                                           a.resultClass,
                                           a.role,
                                           a.includeQualifiers,
@@ -226,9 +219,9 @@ Returned references(const Call& call) {
 
 Returned referenceNames(const Call& call) {
     const Arguments& a = call.arguments;
-    return all(call.operations.referenceNames(
-                   call.caller, call.nameSpace, sourceOf(a), a.resultClass, a.role),
-               appendObjectPath);
+    return allObjectPaths(call,
+                          call.operations.referenceNames(
+                              call.caller, call.nameSpace, a.objectName, a.resultClass, a.role));
 }
 
 Returned getQualifier(const Call& call) {
@@ -340,8 +333,10 @@ std::string answerIntrinsic(const Request& request,
         return keys[0];
     };
     const Arguments arguments = readArguments(request.call, operation.parameters, soleKey);
+    host::Caller asking = caller;
+    asking.objectIsClass = arguments.objectIsClass;
     const Returned returned =
-        operation.answer(Call{caller, request.nameSpace, arguments, operations});
+        operation.answer(Call{asking, request.nameSpace, arguments, operations});
 
     std::string content;
     if (!returned.content.empty() || returned.legs > 1) {

@@ -56,7 +56,9 @@ std::string toUtf8(const Pegasus::String& text) {
 }
 
 Pegasus::String fromUtf8(std::string_view text) {
-    return Pegasus::String(text.data(), static_cast<Pegasus::Uint32>(text.size()));
+    return text.empty() // whose data() may be null, which String does not take
+               ? Pegasus::String()
+               : Pegasus::String(text.data(), static_cast<Pegasus::Uint32>(text.size()));
 }
 
 void appendEscaped(std::string& out, std::string_view text) {
