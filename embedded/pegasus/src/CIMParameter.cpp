@@ -15,7 +15,7 @@ CIMParameterRep::CIMParameterRep(const CIMName& name,
 }
 
 bool CIMParameterRep::identical(const CIMParameterRep& x) const {
-    return name().equal(x.name()) && type == x.type && isArray == x.isArray &&
+    return name().equal(x.name()) && type == x.type &&
            referenceClassName.equal(x.referenceClassName) && qualifiers.identical(x.qualifiers);
 }
 

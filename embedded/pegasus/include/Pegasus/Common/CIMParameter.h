@@ -61,8 +61,8 @@ class PEGASUS_COMMON_LINKAGE CIMParameter {
     Uint32 getQualifierCount() const;
 
     Boolean isUninitialized() const;
-    /// Same name (ignoring case), type, reference class and qualifiers; the array size does not
-    /// count.
+    /// Same name (ignoring case), type, reference class and qualifiers; whether it is an array, and
+    /// of which size, does not count.
     Boolean identical(const CIMConstParameter& x) const;
     /// A deep copy, qualifiers included.
     CIMParameter clone() const;

@@ -1,0 +1,323 @@
+// Providers, handlers and exceptions, as a module uses them.
+#include "Throws.h"
+
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+#include <Pegasus/Provider/CIMMethodProvider.h>
+#include <Pegasus/Provider/ProviderException.h>
+
+#include <memory>
+#include <type_traits>
+
+using namespace Pegasus;
+using namespace apitest;
+
+namespace {
+
+/// Keeps what is delivered.
+class InstanceSink : public InstanceResponseHandler {
+  public:
+    void processing() override { events += "p"; }
+    void complete() override { events += "c"; }
+    void deliver(const CIMInstance& instance) override {
+        events += "1";
+        delivered.append(instance);
+    }
+    void deliver(const Array<CIMInstance>& instances) override {
+        events += "n";
+        delivered.appendArray(instances);
+    }
+    using ResponseHandler::getContext;
+
+    std::string events;
+    Array<CIMInstance> delivered;
+};
+
+class PathSink : public ObjectPathResponseHandler {
+  public:
+    void processing() override { events += "p"; }
+    void complete() override { events += "c"; }
+    void deliver(const CIMObjectPath& path) override {
+        events += "1";
+        delivered.append(path);
+    }
+    void deliver(const Array<CIMObjectPath>& paths) override {
+        events += "n";
+        delivered.appendArray(paths);
+    }
+
+    std::string events;
+    Array<CIMObjectPath> delivered;
+};
+
+class ObjectSink : public ObjectResponseHandler {
+  public:
+    void processing() override { events += "p"; }
+    void complete() override { events += "c"; }
+    void deliver(const CIMObject& object) override {
+        events += "1";
+        delivered.append(object);
+    }
+    void deliver(const Array<CIMObject>& objects) override {
+        events += "n";
+        delivered.appendArray(objects);
+    }
+
+    std::string events;
+    Array<CIMObject> delivered;
+};
+
+class MethodSink : public MethodResultResponseHandler {
+  public:
+    void processing() override {}
+    void complete() override {}
+    void deliverParamValue(const CIMParamValue& value) override { parameters.append(value); }
+    void deliverParamValue(const Array<CIMParamValue>& values) override {
+        parameters.appendArray(values);
+    }
+    void deliver(const CIMValue& value) override { result = value; }
+
+    Array<CIMParamValue> parameters;
+    CIMValue result;
+};
+
+/// A provider of one instance, which is associated with itself.
+class SelfProvider : public CIMInstanceProvider, public CIMAssociationProvider {
+  public:
+    explicit SelfProvider(bool& terminated) : _terminated(terminated) {}
+
+    void initialize(CIMOMHandle&) override {}
+    void terminate() override {
+        _terminated = true;
+        delete this;
+    }
+
+    void getInstance(const OperationContext&,
+                     const CIMObjectPath& path,
+                     const Boolean,
+                     const Boolean,
+                     const CIMPropertyList&,
+                     InstanceResponseHandler& handler) override {
+        handler.processing();
+        handler.deliver(CIMInstance(path.getClassName()));
+        handler.complete();
+    }
+    void enumerateInstances(const OperationContext&,
+                            const CIMObjectPath& path,
+                            const Boolean,
+                            const Boolean,
+                            const CIMPropertyList&,
+                            InstanceResponseHandler& handler) override {
+        handler.deliver(Array<CIMInstance>(2, CIMInstance(path.getClassName())));
+        handler.complete();
+    }
+    void enumerateInstanceNames(const OperationContext&,
+                                const CIMObjectPath& path,
+                                ObjectPathResponseHandler& handler) override {
+        handler.deliver(path);
+        handler.deliver(Array<CIMObjectPath>(2, path));
+    }
+    void modifyInstance(const OperationContext&,
+                        const CIMObjectPath&,
+                        const CIMInstance&,
+                        const Boolean,
+                        const CIMPropertyList&,
+                        ResponseHandler& handler) override {
+        handler.complete();
+    }
+    void createInstance(const OperationContext&,
+                        const CIMObjectPath& path,
+                        const CIMInstance&,
+                        ObjectPathResponseHandler& handler) override {
+        handler.deliver(path);
+    }
+    void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {
+        throw CIMNotSupportedException("");
+    }
+    void associators(const OperationContext&,
+                     const CIMObjectPath& path,
+                     const CIMName&,
+                     const CIMName&,
+                     const String&,
+                     const String&,
+                     const Boolean,
+                     const Boolean,
+                     const CIMPropertyList&,
+                     ObjectResponseHandler& handler) override {
+        handler.deliver(CIMInstance(path.getClassName()));
+    }
+    void associatorNames(const OperationContext&,
+                         const CIMObjectPath& path,
+                         const CIMName&,
+                         const CIMName&,
+                         const String&,
+                         const String&,
+                         ObjectPathResponseHandler& handler) override {
+        handler.deliver(path);
+    }
+    void references(const OperationContext&,
+                    const CIMObjectPath& path,
+                    const CIMName&,
+                    const String&,
+                    const Boolean,
+                    const Boolean,
+                    const CIMPropertyList&,
+                    ObjectResponseHandler& handler) override {
+        handler.deliver(CIMInstance(path.getClassName()));
+        handler.deliver(Array<CIMObject>(1, CIMClass(path.getClassName())));
+    }
+    void referenceNames(const OperationContext&,
+                        const CIMObjectPath& path,
+                        const CIMName&,
+                        const String&,
+                        ObjectPathResponseHandler& handler) override {
+        handler.deliver(path);
+    }
+
+  private:
+    bool& _terminated;
+};
+
+class EchoProvider : public CIMMethodProvider {
+  public:
+    void initialize(CIMOMHandle&) override {}
+    void terminate() override {}
+    void invokeMethod(const OperationContext&,
+                      const CIMObjectPath&,
+                      const CIMName& name,
+                      const Array<CIMParamValue>& in,
+                      MethodResultResponseHandler& handler) override {
+        handler.deliverParamValue(in);
+        handler.deliverParamValue(CIMParamValue("Name", CIMValue(name.getString())));
+        handler.deliver(CIMValue(Uint32(0)));
+    }
+};
+
+const CIMObjectPath path("//host/root/cimv2:Disk.Id=1");
+
+struct TheProvider {
+    bool terminated = false;
+    CIMProvider* base = new SelfProvider(terminated);
+    OperationContext context;
+
+    ~TheProvider() { base->terminate(); }
+    CIMInstanceProvider& instances() { return dynamic_cast<CIMInstanceProvider&>(*base); }
+    CIMAssociationProvider& associations() { return dynamic_cast<CIMAssociationProvider&>(*base); }
+};
+
+TEST(Providers, AreReachedFromTheirCommonBase) {
+    TheProvider provider;
+    EXPECT_NE(dynamic_cast<CIMInstanceProvider*>(provider.base), nullptr);
+    EXPECT_NE(dynamic_cast<CIMAssociationProvider*>(provider.base), nullptr);
+    EXPECT_EQ(dynamic_cast<CIMMethodProvider*>(provider.base), nullptr);
+    // One base for both, so that the interfaces lead to each other and back.
+    CIMAssociationProvider& other = dynamic_cast<CIMAssociationProvider&>(provider.instances());
+    EXPECT_EQ(static_cast<CIMProvider*>(&other), provider.base);
+}
+
+TEST(Providers, MayDeleteThemselvesInTerminate) {
+    bool terminated = false;
+    CIMProvider* provider = new SelfProvider(terminated);
+    provider->terminate();
+    EXPECT_TRUE(terminated);
+}
+
+TEST(Providers, ImplementExactlyTheOperationsOfTheirInterface) {
+    EXPECT_TRUE(std::is_abstract<CIMProvider>::value);
+    EXPECT_TRUE(std::is_abstract<CIMInstanceProvider>::value);
+    EXPECT_TRUE(std::is_abstract<CIMAssociationProvider>::value);
+    EXPECT_TRUE(std::is_abstract<CIMMethodProvider>::value);
+    EXPECT_FALSE(std::is_abstract<SelfProvider>::value);
+    EXPECT_FALSE(std::is_abstract<EchoProvider>::value);
+}
+
+TEST(Providers, DeliverInstances) {
+    TheProvider provider;
+    InstanceSink sink;
+    provider.instances().getInstance(provider.context, path, true, true, CIMPropertyList(), sink);
+    EXPECT_EQ(sink.events, "p1c");
+    provider.instances().enumerateInstances(
+        provider.context, path, true, true, CIMPropertyList(), sink);
+    EXPECT_EQ(sink.events, "p1cnc");
+    EXPECT_EQ(sink.delivered.size(), 3U);
+    provider.instances().modifyInstance(
+        provider.context, path, CIMInstance("Disk"), true, CIMPropertyList(), sink);
+    EXPECT_EQ(sink.events, "p1cncc");
+}
+
+TEST(Providers, DeliverPaths) {
+    TheProvider provider;
+    PathSink sink;
+    provider.instances().enumerateInstanceNames(provider.context, path, sink);
+    provider.instances().createInstance(provider.context, path, CIMInstance("Disk"), sink);
+    provider.associations().associatorNames(
+        provider.context, path, CIMName(), CIMName(), "", "", sink);
+    provider.associations().referenceNames(provider.context, path, CIMName(), "", sink);
+    EXPECT_EQ(sink.events, "1n111");
+    ASSERT_EQ(sink.delivered.size(), 6U);
+    EXPECT_TRUE(sink.delivered[5] == path);
+}
+
+TEST(Providers, DeliverInstancesAndClassesAsObjects) {
+    TheProvider provider;
+    ObjectSink sink;
+    const CIMPropertyList all;
+    provider.associations().associators(
+        provider.context, path, CIMName(), CIMName(), "", "", true, true, all, sink);
+    provider.associations().references(
+        provider.context, path, CIMName(), "", true, true, all, sink);
+    EXPECT_EQ(sink.events, "11n");
+    ASSERT_EQ(sink.delivered.size(), 3U);
+    EXPECT_TRUE(sink.delivered[0].isInstance());
+    EXPECT_TRUE(sink.delivered[2].isClass());
+}
+
+TEST(Providers, DeliverTheResultsOfMethods) {
+    EchoProvider provider;
+    MethodSink sink;
+    const Array<CIMParamValue> in(2, CIMParamValue("Force", CIMValue(Boolean(true))));
+    provider.invokeMethod(OperationContext(), path, "Reset", in, sink);
+    ASSERT_EQ(sink.parameters.size(), 3U);
+    EXPECT_EQ(text(sink.parameters[2].getValue().toString()), "Reset");
+    EXPECT_TRUE(sink.result.equal(CIMValue(Uint32(0))));
+}
+
+TEST(ResponseHandler, KeepsTheContextOfTheResponse) {
+    InstanceSink sink;
+    EXPECT_FALSE(sink.getContext().contains(TimeoutContainer::NAME));
+    OperationContext context;
+    context.insert(TimeoutContainer(5));
+    ResponseHandler& handler = sink;
+    handler.setContext(context);
+    EXPECT_TRUE(sink.getContext().contains(TimeoutContainer::NAME));
+}
+
+template <class Thrown>
+void expectStatus(CIMStatusCode code) {
+    EXPECT_TRUE((std::is_base_of<CIMOperationFailedException, Thrown>::value));
+    for (const std::string message : {"", "what went wrong"}) {
+        try {
+            throw Thrown(String(message.c_str()));
+        } catch (const CIMException& exception) {
+            EXPECT_EQ(exception.getCode(), code);
+            EXPECT_EQ(text(exception.getMessage()), message);
+        }
+    }
+}
+
+TEST(ProviderExceptions, AreCIMExceptionsWithTheirCodeAndTheMessageAsGiven) {
+    expectStatus<CIMOperationFailedException>(CIM_ERR_FAILED);
+    expectStatus<CIMAccessDeniedException>(CIM_ERR_ACCESS_DENIED);
+    expectStatus<CIMInvalidParameterException>(CIM_ERR_INVALID_PARAMETER);
+    expectStatus<CIMObjectNotFoundException>(CIM_ERR_NOT_FOUND);
+    expectStatus<CIMNotSupportedException>(CIM_ERR_NOT_SUPPORTED);
+    expectStatus<CIMObjectAlreadyExistsException>(CIM_ERR_ALREADY_EXISTS);
+    expectStatus<CIMPropertyNotFoundException>(CIM_ERR_NO_SUCH_PROPERTY);
+    expectStatus<CIMMethodNotFoundException>(CIM_ERR_METHOD_NOT_FOUND);
+}
+
+TEST(ProviderExceptions, AreNoStandardExceptions) {
+    EXPECT_FALSE((std::is_base_of<std::exception, CIMException>::value));
+}
+
+} // namespace
