@@ -4,8 +4,9 @@
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Exception.h>
 
-#include <cstdlib>
+#include <charconv>
 #include <limits>
+#include <string>
 
 namespace Pegasus {
 
@@ -37,10 +38,12 @@ bool isReal(CIMType type) {
 
 /// NaN, which equals nothing, for what is no number from end to end.
 Real64 realOf(const String& text) {
-    const CString characters = text.getCString();
-    char* end = nullptr;
-    const Real64 value = std::strtod(characters, &end);
-    return text.size() != 0 && *end == '\0' ? value : std::numeric_limits<Real64>::quiet_NaN();
+    const std::string characters(text.getCString());
+    const char* const end = characters.data() + characters.size();
+    Real64 value = 0;
+    const std::from_chars_result result = std::from_chars(characters.data(), end, value);
+    const bool isNumber = result.ec == std::errc() && result.ptr == end;
+    return isNumber ? value : std::numeric_limits<Real64>::quiet_NaN();
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "CIMValueHeld.h"
 
-#include <cstdio>
+#include <charconv>
 #include <string>
 
 namespace Pegasus {
@@ -31,11 +31,12 @@ struct Plain {
     static String textOf(const CIMObjectPath& x) { return x.toString(); }
     static String textOf(Real32 x) { return textOf(Real64(x)); }
 
-    /// With all the digits that tell two real64 apart.
+    /// With all the digits that tell two real64 apart, whatever the locale.
     static String textOf(Real64 x) {
         char text[32];
-        std::snprintf(text, sizeof text, "%.16e", x);
-        return String(text);
+        const std::to_chars_result result =
+            std::to_chars(text, text + sizeof text, x, std::chars_format::scientific, 16);
+        return String(text, static_cast<Uint32>(result.ptr - text));
     }
 
     template <class Integer>

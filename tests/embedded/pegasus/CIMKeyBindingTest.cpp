@@ -1,0 +1,146 @@
+#include "Throws.h"
+
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMValue.h>
+
+using namespace Pegasus;
+using apitest::text;
+using apitest::throwsTypeMismatch;
+
+namespace {
+
+CIMKeyBinding key(const char* name, const char* value, CIMKeyBinding::Type type) {
+    return CIMKeyBinding(CIMName(name), String(value), type);
+}
+
+TEST(CIMKeyBinding, HasWhatItIsGiven) {
+    const CIMKeyBinding original = key("a", "1", CIMKeyBinding::NUMERIC);
+    CIMKeyBinding copy(original);
+    copy.setName(CIMName("b"));
+    copy.setValue("2");
+    copy.setType(CIMKeyBinding::STRING);
+    EXPECT_EQ(text(copy.getName().getString()), "b");
+    EXPECT_EQ(text(copy.getValue()), "2");
+    EXPECT_EQ(copy.getType(), CIMKeyBinding::STRING);
+    EXPECT_EQ(text(original.getName().getString()), "a");
+    EXPECT_EQ(text(original.getValue()), "1");
+    EXPECT_EQ(original.getType(), CIMKeyBinding::NUMERIC);
+    copy = original;
+    EXPECT_EQ(text(copy.getValue()), "1");
+}
+
+TEST(CIMKeyBinding, NumbersItsTypes) {
+    EXPECT_EQ(CIMKeyBinding::BOOLEAN, 0);
+    EXPECT_EQ(CIMKeyBinding::STRING, 1);
+    EXPECT_EQ(CIMKeyBinding::NUMERIC, 2);
+    EXPECT_EQ(CIMKeyBinding::REFERENCE, 3);
+}
+
+TEST(CIMKeyBinding, IsMadeOfAValue) {
+    const struct {
+        CIMValue value;
+        const char* text;
+        CIMKeyBinding::Type type;
+    } cases[] = {
+        {CIMValue(Boolean(true)), "TRUE", CIMKeyBinding::BOOLEAN},
+        {CIMValue(Boolean(false)), "FALSE", CIMKeyBinding::BOOLEAN},
+        {CIMValue(Uint8(5)), "5", CIMKeyBinding::NUMERIC},
+        {CIMValue(Sint8(-5)), "-5", CIMKeyBinding::NUMERIC},
+        {CIMValue(Uint16(5)), "5", CIMKeyBinding::NUMERIC},
+        {CIMValue(Sint16(-5)), "-5", CIMKeyBinding::NUMERIC},
+        {CIMValue(Uint32(5)), "5", CIMKeyBinding::NUMERIC},
+        {CIMValue(Sint32(-5)), "-5", CIMKeyBinding::NUMERIC},
+        {CIMValue(~Uint64(0)), "18446744073709551615", CIMKeyBinding::NUMERIC},
+        {CIMValue(Sint64(-5)), "-5", CIMKeyBinding::NUMERIC},
+        {CIMValue(Real32(1.5)), "1.5000000000000000e+00", CIMKeyBinding::NUMERIC},
+        {CIMValue(Real64(1.5)), "1.5000000000000000e+00", CIMKeyBinding::NUMERIC},
+        {CIMValue(Char16('c')), "c", CIMKeyBinding::STRING},
+        {CIMValue(String("s\"t")), "s\"t", CIMKeyBinding::STRING},
+        {CIMValue(CIMDateTime()), "00000000000000.000000:000", CIMKeyBinding::STRING},
+        {CIMValue(CIMObjectPath("//h/n:A.b=2,a=\"q\"")),
+         "//h/n:A.a=\"q\",b=2",
+         CIMKeyBinding::REFERENCE},
+        {CIMValue(CIMObjectPath()), "", CIMKeyBinding::REFERENCE},
+        {CIMValue(CIMTYPE_STRING, false), "", CIMKeyBinding::STRING},
+        {CIMValue(CIMTYPE_DATETIME, false), "", CIMKeyBinding::STRING},
+        {CIMValue(CIMTYPE_REFERENCE, false), "", CIMKeyBinding::REFERENCE},
+        {CIMValue(CIMTYPE_UINT8, false), "", CIMKeyBinding::NUMERIC},
+        {CIMValue(), "", CIMKeyBinding::BOOLEAN},
+    };
+    for (const auto& c : cases) {
+        const CIMKeyBinding made(CIMName("k"), c.value);
+        EXPECT_EQ(text(made.getValue()), c.text);
+        EXPECT_EQ(made.getType(), c.type) << c.text;
+    }
+}
+
+TEST(CIMKeyBinding, IsNotMadeOfArraysAndObjects) {
+    const CIMName name("k");
+    const CIMInstance instance(CIMName("A"));
+    for (const CIMValue& value : {CIMValue(Array<Uint8>()),
+                                  CIMValue(CIMTYPE_STRING, true),
+                                  CIMValue(CIMTYPE_OBJECT, false),
+                                  CIMValue(CIMTYPE_INSTANCE, false),
+                                  CIMValue(instance),
+                                  CIMValue(CIMObject(instance))})
+        EXPECT_TRUE(throwsTypeMismatch([&] { CIMKeyBinding made(name, value); }));
+}
+
+TEST(CIMKeyBinding, ComparesByItsType) {
+    using K = CIMKeyBinding;
+    const struct {
+        K::Type type;
+        const char* x;
+        const char* y;
+        bool equal;
+    } cases[] = {
+        {K::NUMERIC, "1", "0x1", true},
+        {K::NUMERIC, "10", "0XA", true},
+        {K::NUMERIC, "-0", "0", true},
+        {K::NUMERIC, "1", "+1", true},
+        {K::NUMERIC, "1", "01", false},
+        {K::NUMERIC, "01", "01", true},
+        {K::NUMERIC, "8", "010", false},
+        {K::NUMERIC, "-1", "18446744073709551615", false},
+        {K::NUMERIC, "18446744073709551615", "0xFFFFFFFFFFFFFFFF", true},
+        {K::NUMERIC, "1.5", "1.50", false},
+        {K::NUMERIC, "x", "x", true},
+        {K::BOOLEAN, "TRUE", "true", true},
+        {K::BOOLEAN, "TRUE", "FALSE", false},
+        {K::STRING, "s", "s", true},
+        {K::STRING, "s", "S", false},
+        {K::REFERENCE, "A.b=1,c=2", "a.C=2,B=0x1", true},
+        {K::REFERENCE, "A.b=1", "n:A.b=1", false},
+        {K::REFERENCE, "no path", "no path", true},
+        {K::REFERENCE, "A", "", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.x) + " " + c.y);
+        EXPECT_EQ(key("a", c.x, c.type) == key("A", c.y, c.type), c.equal);
+        EXPECT_EQ(key("a", c.y, c.type) == key("A", c.x, c.type), c.equal);
+        EXPECT_FALSE(key("a", c.x, c.type) == key("b", c.x, c.type));
+    }
+    EXPECT_FALSE(key("a", "5", K::NUMERIC) == key("a", "5", K::STRING));
+}
+
+TEST(CIMKeyBinding, ComparesWithAValue) {
+    using K = CIMKeyBinding;
+    const auto equal = [](K::Type type, const char* given, const CIMValue& value) {
+        return key("a", given, type).equal(value);
+    };
+    EXPECT_TRUE(equal(K::NUMERIC, "0x1", CIMValue(Uint8(1))));
+    EXPECT_TRUE(equal(K::NUMERIC, "1", CIMValue(Sint64(1))));
+    EXPECT_TRUE(equal(K::NUMERIC, "1.5", CIMValue(Real32(1.5))));
+    EXPECT_FALSE(equal(K::NUMERIC, "1.5", CIMValue(Real32(2.5))));
+    EXPECT_TRUE(equal(K::STRING, "s", CIMValue(String("s"))));
+    EXPECT_TRUE(equal(K::STRING, "c", CIMValue(Char16('c'))));
+    EXPECT_TRUE(equal(K::BOOLEAN, "true", CIMValue(Boolean(true))));
+    EXPECT_TRUE(equal(K::REFERENCE, "A.b=1", CIMValue(CIMObjectPath("a.B=1"))));
+    EXPECT_FALSE(equal(K::STRING, "1", CIMValue(Uint8(1))));
+    EXPECT_FALSE(equal(K::STRING, "", CIMValue(CIMTYPE_STRING, false)));
+    EXPECT_FALSE(equal(K::STRING, "s", CIMValue(Array<String>())));
+    EXPECT_FALSE(equal(K::STRING, "s", CIMValue(CIMInstance(CIMName("A")))));
+}
+
+} // namespace
