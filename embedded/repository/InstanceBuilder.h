@@ -24,7 +24,7 @@ struct MissingKey {
 /// Class and keys, without host and namespace. Asks `source` for the keys only.
 Pegasus::CIMObjectPath buildPath(const Pegasus::CIMConstClass& cimClass, const ValueSource& source);
 
-/// Properties that come from the class are marked as propagated. Qualifiers stay with the class.
+/// Properties that come from the class are marked as propagated. Its qualifiers stay with it.
 Pegasus::CIMInstance buildInstance(const Pegasus::CIMConstClass& cimClass,
                                    const ValueSource& source);
 

@@ -1,5 +1,6 @@
 #include "repository/InstanceLoader.h"
 
+#include "repository/Qualifiers.h"
 #include "repository/References.h"
 #include "repository/Types.h"
 #include "repository/ValueBuilder.h"
@@ -12,6 +13,7 @@ using Pegasus::CIMConstClass;
 using Pegasus::CIMConstProperty;
 using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
+using Pegasus::CIMScope;
 
 std::string words(const mof::InstanceDeclaration& declaration) {
     return "instance of " + declaration.className;
@@ -134,11 +136,34 @@ CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal,
     return path;
 }
 
+void InstanceLoader::qualify(Pegasus::CIMInstance& built,
+                             const Announced& instance,
+                             const NameSpace& home) {
+    const CIMScope& scope =
+        instance.cimClass.isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
+    addQualifiers(built,
+                  buildQualifiers(instance.declaration->qualifiers,
+                                  home.qualifiers(),
+                                  {words(*instance.declaration), scope}));
+    for (const mof::PropertyInitializer& each : instance.declaration->properties) {
+        Pegasus::CIMProperty property =
+            built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
+        const bool isReference = property.getType() == Pegasus::CIMTYPE_REFERENCE;
+        addQualifiers(property,
+                      buildQualifiers(each.qualifiers,
+                                      home.qualifiers(),
+                                      {"property " + each.name,
+                                       isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY}));
+    }
+}
+
 void InstanceLoader::add(Announced& instance) {
     const CIMObjectPath path = pathOf(instance);
     NameSpace::ClassEntry* entry =
         _nameSpaces.change(instance.nameSpace).find(instance.cimClass.getClassName());
-    if (!entry->instances.add(buildInstance(instance.cimClass, valuesOf(instance)))) {
+    Pegasus::CIMInstance built = buildInstance(instance.cimClass, valuesOf(instance));
+    qualify(built, instance, *_nameSpaces.find(instance.nameSpace));
+    if (!entry->instances.add(built)) {
         throw mof::MofError(instance.declaration->where,
                             words(*instance.declaration) +
                                 ": there is one with these keys: " + toText(path.toString()));

@@ -61,6 +61,7 @@ std::vector<CIMName> NameSpace::superClassNames(const CIMName& className) const 
 
 std::vector<CIMName> NameSpace::associationClassNames(const CIMName& sourceClass,
                                                       const CIMName& filter) const {
+    // That it is an association goes without asking: no other class has references.
     const auto takesSource = [&](const CIMConstClass& association) {
         for (Pegasus::Uint32 i = 0; i < association.getPropertyCount(); ++i) {
             const Pegasus::CIMConstProperty property = association.getProperty(i);
@@ -74,8 +75,7 @@ std::vector<CIMName> NameSpace::associationClassNames(const CIMName& sourceClass
     std::vector<CIMName> names;
     for (const std::string& key : _order) {
         const CIMConstClass each = _classes.at(key).resolved;
-        if (each.isAssociation() && (filter.isNull() || isA(each.getClassName(), filter)) &&
-            takesSource(each)) {
+        if ((filter.isNull() || isA(each.getClassName(), filter)) && takesSource(each)) {
             names.push_back(each.getClassName());
         }
     }

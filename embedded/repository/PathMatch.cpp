@@ -7,7 +7,6 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace embedded::repository {
 
@@ -38,18 +37,13 @@ PathKey::PathKey(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespace
 }
 
 void PathKey::add(const Pegasus::CIMObjectPath& path) {
-    const Pegasus::Array<CIMKeyBinding>& bindings = path.getKeyBindings();
-    std::vector<std::pair<std::string, Pegasus::Uint32>> order;
-    for (Pegasus::Uint32 i = 0; i < bindings.size(); ++i) {
-        order.emplace_back(folded(bindings[i].getName()), i);
-    }
-    std::sort(order.begin(), order.end());
-
     _text += delimited(folded(path.getClassName()));
-    for (const auto& [name, index] : order) {
-        const CIMKeyBinding& binding = bindings[index];
+    // A path keeps its keys sorted by name, whatever their case.
+    const Pegasus::Array<CIMKeyBinding>& bindings = path.getKeyBindings();
+    for (Pegasus::Uint32 i = 0; i < bindings.size(); ++i) {
+        const CIMKeyBinding& binding = bindings[i];
         const std::string value = toText(binding.getValue());
-        _text += delimited(name);
+        _text += delimited(folded(binding.getName()));
         switch (binding.getType()) {
         case CIMKeyBinding::BOOLEAN:
             _text += 'b' + delimited(folded(value));

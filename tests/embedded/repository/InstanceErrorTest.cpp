@@ -51,6 +51,12 @@ const MofCase cases[] = {
      "instance of Gadget { Id = \"a\"; Number = 31; };\n"
      "instance of Gadget { Id = \"a\"; Number = 0x1F; };",
      "2:13: instance of Gadget: there is one with these keys: Gadget.Id=\"a\",Number=31"},
+    {"QualifierUnknown",
+     "[Nonsense] instance of Thing { Id = \"a\"; };",
+     "1:2: qualifier Nonsense of instance of Thing is not declared"},
+    {"QualifierOfAPropertyOutOfScope",
+     "instance of Thing {\n  [Version(\"1\")] Id = \"a\"; };",
+     "2:4: qualifier Version of property Id is out of its scope (CLASS ASSOCIATION INDICATION)"},
     {"AliasUnknown",
      "instance of Link { From = \"Thing.Id=\\\"taken\\\"\";\n  To = $Nobody; };",
      "2:8: property Link.To: no instance has the alias $Nobody"},

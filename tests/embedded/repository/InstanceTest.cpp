@@ -157,6 +157,16 @@ TEST_F(InstanceTest, QualifiersStayWithTheClass) {
     EXPECT_EQ(all("Thing").at(0).getProperty(0).getQualifierCount(), 0U);
 }
 
+TEST_F(InstanceTest, HasTheQualifiersThatItIsWrittenWith) {
+    load("[Description(\"one\")] instance of Thing { [Description(\"two\")] Id = \"a\"; };");
+    const CIMInstance thing = all("Thing").at(0);
+    ASSERT_EQ(thing.getQualifierCount(), 1U);
+    ASSERT_EQ(thing.getProperty(0).getQualifierCount(), 1U);
+    EXPECT_EQ(
+        text(Pegasus::CIMConstProperty(thing.getProperty(0)).getQualifier(0).getValue().toString()),
+        "two");
+}
+
 TEST_F(InstanceTest, IsFoundWhateverHostNamespaceCaseAndOrderSay) {
     load("instance of Gadget { Id = \"a\"; Number = 16; };");
     for (const char* path : {"Gadget.Id=\"a\",Number=16",
@@ -165,6 +175,19 @@ TEST_F(InstanceTest, IsFoundWhateverHostNamespaceCaseAndOrderSay) {
                              "//host:5988/root/test:Gadget.Id=\"a\",Number=16"}) {
         EXPECT_EQ(pathOf(instanceAt(path)), "Gadget.Id=\"a\",Number=16") << path;
     }
+}
+
+TEST_F(InstanceTest, AnExactReferenceKeyGoesBeforeOneThatLeavesItsNamespaceOpen) {
+    load(R"(
+instance of Link { From = "Thing.Id=\"a\""; To = "Thing.Id=\"a\""; Note = "here"; };
+instance of Link { From = "root/far:Thing.Id=\"a\""; To = "Thing.Id=\"a\""; Note = "far"; };
+)");
+    const char* far = R"(Link.From="root/far:Thing.Id=\"a\"",To="Thing.Id=\"a\"")";
+    const char* here = R"(Link.From="Thing.Id=\"a\"",To="Thing.Id=\"a\"")";
+    const char* elsewhere = R"(Link.From="root/elsewhere:Thing.Id=\"a\"",To="Thing.Id=\"a\"")";
+    EXPECT_EQ(valueOf(far, "Note"), "far");
+    EXPECT_EQ(valueOf(here, "Note"), "here");
+    EXPECT_EQ(valueOf(elsewhere, "Note"), "here");
 }
 
 TEST_F(InstanceTest, ThatIsMissingIsNamedWithoutHostAndNamespace) {
