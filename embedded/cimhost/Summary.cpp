@@ -55,12 +55,12 @@ class Offers {
   public:
     void add(const host::Capability& capability) {
         const std::string className = text(capability.className.getString());
-        const auto found = std::find_if(_classes.begin(), _classes.end(), [&](const auto& offer) {
+        auto found = std::find_if(_classes.begin(), _classes.end(), [&](const auto& offer) {
             return offer.className == className;
         });
         if (found == _classes.end())
-            _classes.push_back({className, {}, {}});
-        Offer& offer = found == _classes.end() ? _classes.back() : *found;
+            found = _classes.insert(found, {className, {}, {}});
+        Offer& offer = *found;
         addOnce(offer.types, name(capability.type));
         addOnce(offer.nameSpaces, text(capability.nameSpace.getString()));
     }

@@ -1,0 +1,96 @@
+// A provider module for the program's tests. A provider behaves as its name says:
+//   Good    delivers one instance, and says on standard output what happens to it
+//   Slow    takes a second to do so
+//   Stuck   does not return from a request
+//   Endless does not return from terminate()
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+
+#include <chrono>
+#include <iostream>
+#include <string>
+#include <thread>
+
+namespace {
+
+using namespace Pegasus;
+
+[[noreturn]] void forEver() {
+    for (;;)
+        std::this_thread::sleep_for(std::chrono::hours(1));
+}
+
+class Provider : public CIMInstanceProvider {
+  public:
+    explicit Provider(const String& name) : _name(name.getCString()) {}
+
+    void initialize(CIMOMHandle&) override { say("initialize"); }
+    void terminate() override {
+        say("terminate");
+        if (_name == "Endless")
+            forEver();
+        delete this;
+    }
+
+    void getInstance(const OperationContext&,
+                     const CIMObjectPath&,
+                     const Boolean,
+                     const Boolean,
+                     const CIMPropertyList&,
+                     InstanceResponseHandler&) override {
+        throw CIMObjectNotFoundException("");
+    }
+    void enumerateInstances(const OperationContext&,
+                            const CIMObjectPath&,
+                            const Boolean,
+                            const Boolean,
+                            const CIMPropertyList&,
+                            InstanceResponseHandler&) override {
+        throw CIMNotSupportedException("");
+    }
+    void enumerateInstanceNames(const OperationContext&,
+                                const CIMObjectPath& reference,
+                                ObjectPathResponseHandler& handler) override {
+        say("enumerateInstanceNames");
+        if (_name == "Stuck")
+            forEver();
+        if (_name == "Slow")
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+        Array<CIMKeyBinding> keys;
+        keys.append(CIMKeyBinding(CIMName("Id"), String("one"), CIMKeyBinding::STRING));
+        handler.processing();
+        handler.deliver(
+            CIMObjectPath(String(), CIMNamespaceName(), reference.getClassName(), keys));
+        handler.complete();
+        say("enumerated");
+    }
+    void modifyInstance(const OperationContext&,
+                        const CIMObjectPath&,
+                        const CIMInstance&,
+                        const Boolean,
+                        const CIMPropertyList&,
+                        ResponseHandler&) override {
+        throw CIMNotSupportedException("");
+    }
+    void createInstance(const OperationContext&,
+                        const CIMObjectPath&,
+                        const CIMInstance&,
+                        ObjectPathResponseHandler&) override {
+        throw CIMNotSupportedException("");
+    }
+    void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {
+        throw CIMNotSupportedException("");
+    }
+
+  private:
+    void say(const char* what) { std::cout << _name << " " << what << std::endl; }
+
+    const std::string _name;
+};
+
+} // namespace
+
+extern "C" PEGASUS_EXPORT PEGASUS_NAMESPACE(CIMProvider) *
+    PegasusCreateProvider(const PEGASUS_NAMESPACE(String) & providerName) {
+    return new Provider(providerName);
+}
