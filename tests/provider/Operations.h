@@ -17,7 +17,7 @@ struct Filters {
     std::string resultRole; ///< associators only
     bool includeQualifiers = false;
     bool includeClassOrigin = false;
-    Pegasus::CIMPropertyList propertyList;
+    Pegasus::CIMPropertyList propertyList{};
 };
 
 /// What an operation answered and traced. It delivers paths or objects; for an object, its path.
