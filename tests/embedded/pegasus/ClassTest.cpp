@@ -239,7 +239,7 @@ TEST(CIMClassBuildInstance, IsIndependentOfTheClass) {
     CIMInstance instance = cls.buildInstance(true, true, CIMPropertyList());
     instance.getProperty(1).setValue(CIMValue(Uint16(8)));
     instance.getProperty(0).removeQualifier(0);
-    instance.removeQualifier(0);
+    instance.getQualifier(0).setPropagated(true);
     EXPECT_TRUE(cls.identical(diskClass()));
 }
 
