@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""Asks the served sample switch with wbemcli and compares every word that it prints.
+
+A file of cases holds, for each case, the rule that it guards, the command, its exit code and its
+output (standard error after standard output):
+
+    # a rule in words
+    $ gi -nl {URL}:ORVEX_SoftwareIdentity.InstanceID="OrvexSI1"
+    exit 0
+    ...
+
+Placeholders: {URL} the server with the namespace, {SERVER} without; {ADDRESS} host and port as the
+client spells it, {NAMESPACE}, {PORT}, {HOST} the name of the machine. A case that names {URL} or
+{NAMESPACE} is run in every namespace; all others once.
+"""
+
+import argparse
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+from served import NAMESPACES, Served
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+
+class Case:
+    def __init__(self, rule, command):
+        self.rule = rule
+        self.command = command
+        self.exit_code = None
+        self.output = []
+
+    def namespaces(self):
+        return NAMESPACES if re.search(r"\{(URL|NAMESPACE)\}", self.command) else NAMESPACES[:1]
+
+
+def read(path):
+    cases = []
+    rule = []
+    for line in path.read_text(encoding="utf-8").splitlines():
+        if line.startswith("# "):
+            rule.append(line[2:])
+        elif line.startswith("$ "):
+            cases.append(Case(" ".join(rule), line[2:]))
+            rule = []
+        elif cases and cases[-1].exit_code is None:
+            cases[-1].exit_code = int(line.removeprefix("exit "))
+        elif cases and not rule:
+            cases[-1].output.append(line)
+    for case in cases:
+        while case.output and not case.output[-1].strip():
+            case.output.pop()
+    return cases
+
+
+def host_name(address):
+    """The machine's name as the server says it."""
+    answer = subprocess.run(
+        ["wbemcli", "ein", f"http://{address}/root/cimv2:ORVEX_ObjectManagerHost"],
+        check=True, capture_output=True, text=True).stdout
+    return re.search(r'Name="([^"]*)"\s*$', answer)[1]
+
+
+def fill(text, values):
+    return re.sub(r"\{([A-Z]+)\}", lambda m: values[m[1]], text)
+
+
+def ask(command, values):
+    answer = subprocess.run(["wbemcli", *shlex.split(fill(command, values))],
+                            capture_output=True, text=True, timeout=60, check=False)
+    lines = (answer.stdout + answer.stderr).rstrip("\n").splitlines()
+    return answer.returncode, lines
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--build", required=True, help="the build directory")
+    parser.add_argument("--show", action="store_true",
+                        help="print the cases with what is answered now, to be read by a person")
+    parser.add_argument("cases", nargs="*", type=pathlib.Path,
+                        default=sorted(HERE.glob("wbemcli*.cases")))
+    arguments = parser.parse_args()
+
+    passed = failed = 0
+    with Served(arguments.build) as served:
+        host = host_name(served.address)
+        for case in (case for path in arguments.cases for case in read(path)):
+            for namespace in case.namespaces():
+                server = f"http://{served.address}"
+                values = {"URL": f"{server}/{namespace}", "SERVER": server, "HOST": host,
+                          "ADDRESS": served.address, "NAMESPACE": namespace,
+                          "PORT": str(served.port)}
+                code, lines = ask(case.command, values)
+                if arguments.show:
+                    print(f"# {case.rule}\n$ {case.command}\nexit {code}")
+                    print("\n".join(unfill(line, values) for line in lines) + "\n")
+                    break
+                expected = [fill(line, values) for line in case.output]
+                if (code, lines) == (case.exit_code, expected):
+                    passed += 1
+                    continue
+                failed += 1
+                print(f"FAILED: {case.rule}\n  wbemcli {fill(case.command, values)}")
+                print(f"  exit code {code}, expected {case.exit_code}")
+                print("\n".join(["  expected:"] + ["    " + line for line in expected] +
+                                ["  answered:"] + ["    " + line for line in lines]))
+    if not arguments.show:
+        print(f"{passed} passed, {failed} failed")
+    return 0 if failed == 0 and (passed or arguments.show) else 1
+
+
+def unfill(line, values):
+    for name in ("ADDRESS", "NAMESPACE", "PORT"):
+        line = line.replace(values[name], "{" + name + "}")
+    return re.sub(rf'(?<![\w.]){re.escape(values["HOST"])}(?=["/])', "{HOST}", line)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,73 @@
+"""A cimhost that serves the module and the sample switch, for as long as a test needs it."""
+
+import pathlib
+import re
+import signal
+import subprocess
+import tempfile
+import time
+
+SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
+NAMESPACES = ("root/cimv2", "root/PG_InterOp")
+PATIENCE = 60.0  # seconds for a start or an end; the sanitizers are slow
+
+
+class Served:
+    """Starts cimhost from the build directory `build` on a free port; a context manager.
+
+    `address` is "127.0.0.1:PORT". At the end the server is asked to stop, and anything but exit
+    code 0 is an error, which is how a sanitizer's report fails a test.
+    """
+
+    def __init__(self, build, options=()):
+        self.build = pathlib.Path(build).resolve()
+        self.options = list(options)
+        self.trace = ""
+        self.log = ""
+
+    def __enter__(self):
+        arguments = subprocess.run(
+            [SOURCE / "scripts" / "cimhost_arguments.sh", SOURCE, self.build / "lib"],
+            check=True, capture_output=True, text=True).stdout.splitlines()
+        self._directory = tempfile.TemporaryDirectory()
+        place = pathlib.Path(self._directory.name)
+        self._trace_file = open(place / "trace", "w+b")
+        self._log_file = open(place / "log", "w+b")
+        port_file = place / "port"
+        self._process = subprocess.Popen(
+            [self.build / "bin" / "cimhost", "--port", "0", "--port-file", port_file,
+             "--keep-libraries", *self.options, *arguments],
+            stdin=subprocess.DEVNULL, stdout=self._trace_file, stderr=self._log_file)
+        end = time.monotonic() + PATIENCE
+        while not (port_file.exists() and port_file.read_text().strip()):
+            if self._process.poll() is not None or time.monotonic() > end:
+                self._read()
+                raise RuntimeError("cimhost did not start:\n" + self.log)
+            time.sleep(0.05)
+        self.port = int(port_file.read_text())
+        self.address = f"127.0.0.1:{self.port}"
+        return self
+
+    def __exit__(self, kind, value, traceback):
+        self._process.send_signal(signal.SIGTERM)
+        try:
+            code = self._process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+            code = self._process.wait()
+        self._read()
+        self._directory.cleanup()
+        if code != 0 and kind is None:
+            raise RuntimeError(f"cimhost ended with {code}:\n{self.log}")
+
+    def _read(self):
+        for name in ("trace", "log"):
+            stream = getattr(self, f"_{name}_file")
+            stream.seek(0)
+            setattr(self, name, stream.read().decode())
+            stream.close()
+
+
+def expand(text, served):
+    """`text` with {ADDRESS} replaced."""
+    return re.sub(r"\{ADDRESS\}", served.address, text)
