@@ -1,0 +1,31 @@
+// The sample switch has what the provider reads back from other providers.
+#include "LoadedSchema.h"
+
+using Pegasus::CIMName;
+using Pegasus::CIMObjectPath;
+
+TEST_F(LoadedSchema, HasTheLocalSwitchUnderItsOneKey) {
+    for (const auto& nameSpace : {home, interop}) {
+        const auto box = repository.getInstance(
+            nameSpace, CIMObjectPath("ORVEX_PhysicalComputerSystem.Name=\"localswitch\""));
+        EXPECT_EQ(value(box, "Name"), "localswitch");
+        EXPECT_EQ(value(box, "Dedicated"), "5 ");
+    }
+}
+
+TEST_F(LoadedSchema, HasTwoVsansAndOneSwitchThatAreWell) {
+    for (const auto& nameSpace : {home, interop}) {
+        EXPECT_EQ(repository.enumerateInstances(nameSpace, CIMName("ORVEX_Vsan")).size(), 2U);
+        EXPECT_EQ(repository.enumerateInstances(nameSpace, CIMName("ORVEX_ComputerSystem")).size(),
+                  1U);
+        for (const char* className :
+             {"ORVEX_Vsan", "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem"}) {
+            for (const auto& instance :
+                 repository.enumerateInstances(nameSpace, CIMName(className))) {
+                EXPECT_EQ(value(instance, "CreationClassName"), className);
+                EXPECT_EQ(value(instance, "OperationalStatus"), "2 ");
+                EXPECT_NE(value(instance, "ElementName"), "");
+            }
+        }
+    }
+}
