@@ -212,7 +212,7 @@ TEST(LifeCycle, TheFirstDirectoryThatHasTheLibraryIsTaken) {
     toy::reset();
     fill(repository, servedBy("P", {"TST_Base"}));
     ProviderModules modules(Registration(repository, interop),
-                            {{"/nowhere", modulesDirectory(), "/elsewhere"}, true, {}});
+                            {{"/nowhere", modulesDirectory(), "/elsewhere"}, false, {}});
     Router router(repository, modules, {}, "testhost");
     const ProviderHandles handles(router);
     router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base"));
@@ -266,7 +266,7 @@ TEST(LifeCycle, ALibraryThatCannotBeLoadedIsToldWithTheReason) {
     std::ofstream(directory / "libgarbage.so") << "no library\n";
     repository::Repository repository;
     fill(repository, register1("P", "garbage"));
-    ProviderModules modules(Registration(repository, interop), {{directory}, true, {}});
+    ProviderModules modules(Registration(repository, interop), {{directory}, false, {}});
     Router router(repository, modules, {}, "testhost");
     const std::string error = errorOf(
         [&] { router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base")); });
