@@ -146,14 +146,15 @@ void checkAttributes(const pugi::xml_node& element, std::string_view attributes)
         name.remove_suffix(required ? 1 : 0);
         known.push_back(name);
         if (required && !element.attribute(std::string(name).c_str())) {
-            rejectNotValid(std::string(element.name()) + " without " + std::string(name));
+            rejectNotValid(std::string(element.name()) + " without attribute " + std::string(name));
         }
     }
     for (const pugi::xml_attribute& attribute : element.attributes()) {
         const std::string_view name = attribute.name();
         if (std::find(known.begin(), known.end(), name) == known.end() &&
             name.substr(0, 3) != "xml") {
-            rejectNotValid(std::string(element.name()) + " with " + std::string(name));
+            rejectNotValid(std::string(element.name()) + " with unknown attribute " +
+                           std::string(name));
         }
     }
 }
@@ -181,7 +182,7 @@ void checkElement(const pugi::xml_node& element) {
         }
     }
     if (holdsText ? !children.empty() : !matchesOne(rule->second.content, children)) {
-        rejectNotValid("children of " + std::string(element.name()));
+        rejectNotValid("missing or misplaced elements in " + std::string(element.name()));
     }
     for (const pugi::xml_node& child : element.children()) {
         if (child.type() == pugi::node_element) {

@@ -53,6 +53,7 @@ Uint32 readArraySize(const pugi::xml_attribute& attribute) {
 
 // PROPERTY, PROPERTY.ARRAY or PROPERTY.REFERENCE.
 CIMProperty readProperty(const pugi::xml_node& element, const SoleKey& soleKey) {
+    checkMembers(element);
     const std::string_view kind = element.name();
     const bool isReference = kind == "PROPERTY.REFERENCE";
     const CIMType type = isReference ? CIMTYPE_REFERENCE : readType(element.attribute("TYPE"));
@@ -71,6 +72,7 @@ CIMProperty readProperty(const pugi::xml_node& element, const SoleKey& soleKey) 
 } // namespace
 
 CIMInstance readInstance(const pugi::xml_node& instance, const SoleKey& soleKey) {
+    checkMembers(instance);
     CIMInstance result(readName(instance.attribute("CLASSNAME")));
     for (const pugi::xml_node& member : instance.children()) {
         if (std::string_view(member.name()) == "QUALIFIER") {

@@ -14,6 +14,10 @@ using namespace Pegasus;
 
 namespace {
 
+[[noreturn]] void throwInvalid(const std::string& message) {
+    throw CIMException(CIM_ERR_INVALID_PARAMETER, fromUtf8(message));
+}
+
 // VALUETYPE names the kind; a TYPE without it implies one.
 CIMKeyBinding::Type keyType(const pugi::xml_node& keyValue) {
     if (const pugi::xml_attribute kind = keyValue.attribute("VALUETYPE")) {
@@ -61,15 +65,31 @@ readKey(const CIMName& name, const pugi::xml_node& holder, const SoleKey& soleKe
     if (const pugi::xml_node keyValue = holder.child("KEYVALUE")) {
         return readKeyValue(name, keyValue);
     }
-    return CIMKeyBinding(
-        name, CIMValue(readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1)));
+    const CIMObjectPath path = readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1);
+    if (path.toString().size() > maximumReferenceLength) {
+        throwInvalid("A reference in a key is longer than " +
+                     std::to_string(maximumReferenceLength) + " characters.");
+    }
+    return CIMKeyBinding(name, CIMValue(path));
 }
 
 } // namespace
 
+void checkMembers(const pugi::xml_node& element) {
+    std::size_t count = 0;
+    for (const pugi::xml_node& child : element.children()) {
+        count += child.type() == pugi::node_element ? 1 : 0;
+    }
+    if (count > maximumMembers) {
+        throwInvalid("More than " + std::to_string(maximumMembers) + " elements in " +
+                     element.name() + ".");
+    }
+}
+
 CIMObjectPath
 readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey, unsigned depth) {
     const CIMName className = readName(instanceName.attribute("CLASSNAME"));
+    checkMembers(instanceName);
     Array<CIMKeyBinding> keys;
     for (const pugi::xml_node& key : instanceName.children("KEYBINDING")) {
         keys.append(readKey(readName(key.attribute("NAME")), key, soleKey, depth));
@@ -83,8 +103,8 @@ readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey, uns
 CIMObjectPath
 readReference(const pugi::xml_node& reference, const SoleKey& soleKey, unsigned depth) {
     if (depth > maximumReferenceDepth) {
-        throw CIMException(CIM_ERR_INVALID_PARAMETER,
-                           "References are nested too deeply in the keys of references.");
+        throwInvalid("References in keys are nested deeper than " +
+                     std::to_string(maximumReferenceDepth) + ".");
     }
     // VALUE.REFERENCE / [..PATH /] [NAMESPACEPATH / HOST, LOCALNAMESPACEPATH], ..NAME
     pugi::xml_node object = reference.find_child(

@@ -13,12 +13,21 @@ namespace embedded::cimxml {
 /// its name. Throws Pegasus::CIMException when the class is unknown or has not exactly one key.
 using SoleKey = std::function<Pegasus::CIMName(const Pegasus::CIMName& className)>;
 
-/// How deep references may be nested in the keys of references. Each level doubles the quoting of
-/// the levels within, so this also bounds what a small request can blow up to.
-constexpr unsigned maximumReferenceDepth = 4;
+// A request may be large, but what it costs must not grow beyond its size: the object model looks
+// at all members of an object to add one, and quotes a reference within a key again at each level.
+
+/// How many properties and qualifiers an element may have, or keys a path.
+constexpr std::size_t maximumMembers = 1000;
+/// How deep references may be nested in the keys of references.
+constexpr unsigned maximumReferenceDepth = 3;
+/// How many characters a reference within a key may come to.
+constexpr Pegasus::Uint32 maximumReferenceLength = 16384;
+
+/// Throws Pegasus::CIMException CIM_ERR_INVALID_PARAMETER when `element` has too many children.
+void checkMembers(const pugi::xml_node& element);
 
 // Both throw RequestRejected for an illegal name, and Pegasus::CIMException
-// CIM_ERR_INVALID_PARAMETER for an illegal key value or host or too deep a reference.
+// CIM_ERR_INVALID_PARAMETER for an illegal key value or host, or for more than the limits allow.
 
 /// The path of an INSTANCENAME: class and keys.
 Pegasus::CIMObjectPath

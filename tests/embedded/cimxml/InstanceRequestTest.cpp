@@ -1,6 +1,8 @@
 // Instances in requests: CreateInstance and ModifyInstance.
 #include "Requests.h"
 
+#include "cimxml/Paths.h"
+
 #include <gtest/gtest.h>
 
 namespace embedded::cimxml::test {
@@ -144,6 +146,19 @@ TEST(NewInstance, WithAnIllegalValueIsInvalid) {
 TEST(NewInstance, WithAPropertyTwiceIsInvalid) {
     EXPECT_EQ(failure("<PROPERTY NAME=\"p\" TYPE=\"uint8\"/><PROPERTY NAME=\"P\" TYPE=\"uint8\"/>"),
               invalid("already exists: property &quot;P&quot;"));
+}
+
+TEST(NewInstance, WithTooManyMembersIsInvalid) {
+    std::string properties;
+    std::string qualifiers;
+    for (std::size_t i = 0; i <= maximumMembers; ++i) {
+        const std::string name = " NAME=\"n" + std::to_string(i) + "\" TYPE=\"string\"/>";
+        properties += "<PROPERTY" + name;
+        qualifiers += "<QUALIFIER" + name;
+    }
+    EXPECT_EQ(failure(properties), invalid("More than 1000 elements in INSTANCE."));
+    EXPECT_EQ(failure("<PROPERTY NAME=\"p\" TYPE=\"string\">" + qualifiers + "</PROPERTY>"),
+              invalid("More than 1000 elements in PROPERTY."));
 }
 
 TEST(NewInstance, WithAnArrayOfAnotherSizeThanDeclaredIsInvalid) {

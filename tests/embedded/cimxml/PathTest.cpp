@@ -47,6 +47,10 @@ TEST(KeyValue, KeepsEveryCharacterOfAString) {
               deleted + "X.k=\" a<& \\\"\xC3\xA9 \"");
 }
 
+TEST(KeyValue, MayBeNothingButBlanks) {
+    EXPECT_EQ(withKey("<KEYVALUE>  </KEYVALUE>"), deleted + "X.k=\"  \"");
+}
+
 TEST(KeyValue, ThatIsNoneOfItsTypeIsInvalid) {
     EXPECT_EQ(withKey("<KEYVALUE VALUETYPE=\"numeric\">one</KEYVALUE>"),
               invalid("Invalid numeric value &quot;one&quot;."));
@@ -176,7 +180,30 @@ TEST(ReferenceKey, MayBeNestedToALimit) {
     EXPECT_EQ(withKey(nestedReference(2)), deleted + "X.k=\"Y.b=\\\"Y.b=2\\\"\"");
     EXPECT_EQ(withKey(nestedReference(maximumNesting)).find(deleted), 0U);
     EXPECT_EQ(withKey(nestedReference(maximumNesting + 1)),
-              invalid("References are nested too deeply in the keys of references."));
+              invalid("References in keys are nested deeper than 3."));
+}
+
+TEST(ReferenceKey, MayHaveSoManyCharacters) {
+    const auto withLength = [](std::size_t length) {
+        return withKey(reference("<INSTANCENAME CLASSNAME=\"Y\"><KEYBINDING NAME=\"b\"><KEYVALUE>" +
+                                 std::string(length - std::string("Y.b=\"\"").size(), 'x') +
+                                 "</KEYVALUE></KEYBINDING></INSTANCENAME>"));
+    };
+    EXPECT_EQ(withLength(maximumReferenceLength).find(deleted), 0U);
+    EXPECT_EQ(withLength(maximumReferenceLength + 1),
+              invalid("A reference in a key is longer than 16384 characters."));
+}
+
+TEST(InstanceName, MayHaveSoManyKeys) {
+    const auto withKeys = [](std::size_t count) {
+        std::string keys;
+        for (std::size_t i = 0; i < count; ++i) {
+            keys += "<KEYBINDING NAME=\"k" + std::to_string(i) + "\"><KEYVALUE/></KEYBINDING>";
+        }
+        return got("<INSTANCENAME CLASSNAME=\"X\">" + keys + "</INSTANCENAME>");
+    };
+    EXPECT_EQ(withKeys(maximumMembers).find(deleted), 0U);
+    EXPECT_EQ(withKeys(maximumMembers + 1), invalid("More than 1000 elements in INSTANCENAME."));
 }
 
 // Replies

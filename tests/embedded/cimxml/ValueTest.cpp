@@ -178,6 +178,8 @@ TEST(Values, OutsideTheirTypeAreInvalid) {
         {CIMTYPE_SINT8, "-129"},
         {CIMTYPE_SINT8, "128"},
         {CIMTYPE_SINT8, "-0x-1"},
+        {CIMTYPE_SINT8, "0x-1"},
+        {CIMTYPE_SINT8, "+-1"},
         {CIMTYPE_UINT16, "65536"},
         {CIMTYPE_SINT16, "32768"},
         {CIMTYPE_UINT32, "4294967296"},
