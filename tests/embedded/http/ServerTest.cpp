@@ -51,6 +51,7 @@ TEST(Server, LeavesOutTheBodyInReplyToHead) {
 }
 
 struct PersistenceCase {
+    const char* name;
     const char* version;
     const char* field;
     const char* answered;
@@ -78,12 +79,17 @@ INSTANTIATE_TEST_SUITE_P(
     Server,
     Persistent,
     testing::Values(
-        PersistenceCase{"HTTP/1.1", "", "", true},
-        PersistenceCase{"HTTP/1.1", "Connection: Keep-Alive, TE\r\n", "", true},
-        PersistenceCase{"HTTP/1.1", "Connection: close\r\n", "Connection: close\r\n", false},
-        PersistenceCase{"HTTP/1.0", "", "Connection: close\r\n", false},
+        PersistenceCase{"New", "HTTP/1.1", "", "", true},
+        PersistenceCase{"NewKept", "HTTP/1.1", "Connection: Keep-Alive, TE\r\n", "", true},
         PersistenceCase{
-            "HTTP/1.0", "Connection: keep-alive\r\n", "Connection: keep-alive\r\n", true}));
+            "NewClosed", "HTTP/1.1", "Connection: close\r\n", "Connection: close\r\n", false},
+        PersistenceCase{"Old", "HTTP/1.0", "", "Connection: close\r\n", false},
+        PersistenceCase{"OldKept",
+                        "HTTP/1.0",
+                        "Connection: keep-alive\r\n",
+                        "Connection: keep-alive\r\n",
+                        true}),
+    [](const auto& rule) { return rule.param.name; });
 
 TEST(Server, AnswersPipelinedRequestsInOrder) {
     RunningServer running;
