@@ -16,13 +16,13 @@ namespace Pegasus {
 
 namespace {
 
-constexpr Uint64 second = 1000000;
-constexpr Uint64 minute = 60 * second;
-constexpr Uint64 hour = 60 * minute;
-constexpr Uint64 day = 24 * hour;
+constexpr Uint64 perSecond = 1000000;
+constexpr Uint64 perMinute = 60 * perSecond;
+constexpr Uint64 perHour = 60 * perMinute;
+constexpr Uint64 perDay = 24 * perHour;
 
-constexpr Uint64 intervalLimit = 100000000 * day; // eight digits of days
-constexpr Uint64 timestampLimit = 3652425 * day;  // the year 10000
+constexpr Uint64 intervalLimit = 100000000 * perDay; // eight digits of days
+constexpr Uint64 timestampLimit = 3652425 * perDay;  // the year 10000
 
 // Asterisks are counted over the 20 digits of either form, from the right: any number of
 // microsecond digits, then whole fields.
@@ -31,7 +31,6 @@ constexpr Uint16 microsecondDigits = 6;
 constexpr Uint16 toSeconds = 8;
 constexpr Uint16 toMinutes = 10;
 constexpr Uint16 toHours = 12;
-constexpr Uint16 toDay = 14;
 constexpr Uint16 toMonth = 16;
 
 [[noreturn]] void outOfRange(const char* message) {
@@ -63,7 +62,7 @@ Uint64 microsecondsOfDay(const Fields& fields) {
         outOfRange("illegal minutes number ");
     if (fields.seconds > 59)
         outOfRange("illegal seconds number ");
-    return fields.hours * hour + fields.minutes * minute + fields.seconds * second +
+    return fields.hours * perHour + fields.minutes * perMinute + fields.seconds * perSecond +
            fields.microseconds;
 }
 
@@ -72,12 +71,12 @@ Uint64 timestampOf(const Fields& fields) {
         outOfRange("illegal month number");
     if (fields.day < 1 || fields.day > calendar::daysInMonth(fields.year, fields.month))
         outOfRange("illegal day number");
-    return calendar::daysSinceYear0({fields.year, fields.month, fields.day}) * day +
+    return calendar::daysSinceYear0({fields.year, fields.month, fields.day}) * perDay +
            microsecondsOfDay(fields);
 }
 
 Uint64 intervalOf(const Fields& fields) {
-    return fields.day * day + microsecondsOfDay(fields);
+    return fields.day * perDay + microsecondsOfDay(fields);
 }
 
 /// The microseconds with the fields that asterisks cover at their least.
@@ -85,19 +84,19 @@ Uint64 significant(Uint64 microseconds, Uint16 wildcards, bool isInterval) {
     if (wildcards == allDigits)
         return 0;
     if (wildcards > toHours && !isInterval) {
-        calendar::Date date = calendar::dateOf(microseconds / day);
+        calendar::Date date = calendar::dateOf(microseconds / perDay);
         date.day = 1;
         if (wildcards >= toMonth)
             date.month = 1;
-        return calendar::daysSinceYear0(date) * day;
+        return calendar::daysSinceYear0(date) * perDay;
     }
     Uint64 unit = 1;
     if (wildcards >= toHours) {
-        unit = day;
+        unit = perDay;
     } else if (wildcards >= toMinutes) {
-        unit = hour;
+        unit = perHour;
     } else if (wildcards >= toSeconds) {
-        unit = minute;
+        unit = perMinute;
     } else {
         for (Uint16 i = 0; i < wildcards; ++i)
             unit *= 10;
@@ -175,7 +174,7 @@ class Reader {
 
 /// UTC, which may lie before the year 0.
 Sint64 inUtc(Uint64 microseconds, Sint32 utcOffset) {
-    return static_cast<Sint64>(microseconds) - utcOffset * static_cast<Sint64>(minute);
+    return static_cast<Sint64>(microseconds) - utcOffset * static_cast<Sint64>(perMinute);
 }
 
 Uint64 difference(Uint64 x, Uint64 y) {
@@ -263,17 +262,17 @@ CIMDateTime::CIMDateTime(Uint32 days,
 
 String CIMDateTime::toString() const {
     char text[40];
-    const Uint64 days = _microseconds / day;
+    const Uint64 days = _microseconds / perDay;
     const calendar::Date date = _isInterval ? calendar::Date{0, 0, 0} : calendar::dateOf(days);
     const Uint64 leading = _isInterval ? days : date.year * 10000ull + date.month * 100 + date.day;
     std::snprintf(text,
                   sizeof text,
                   "%08llu%02llu%02llu%02llu.%06llu%c%03d",
                   leading,
-                  _microseconds % day / hour,
-                  _microseconds % hour / minute,
-                  _microseconds % minute / second,
-                  _microseconds % second,
+                  _microseconds % perDay / perHour,
+                  _microseconds % perHour / perMinute,
+                  _microseconds % perMinute / perSecond,
+                  _microseconds % perSecond,
                   _isInterval ? ':' : (_utcOffset < 0 ? '-' : '+'),
                   std::abs(_utcOffset));
     char* at = text + 20;
@@ -353,13 +352,13 @@ CIMDateTime CIMDateTime::getCurrentDateTime() {
     using namespace std::chrono;
     const Uint64 sinceEpoch = static_cast<Uint64>(
         duration_cast<std::chrono::microseconds>(system_clock::now().time_since_epoch()).count());
-    const std::time_t seconds = static_cast<std::time_t>(sinceEpoch / second);
+    const std::time_t seconds = static_cast<std::time_t>(sinceEpoch / perSecond);
     std::tm local = {};
     localtime_r(&seconds, &local);
     const Sint64 offset = local.tm_gmtoff / 60;
-    const Sint64 epoch = static_cast<Sint64>(calendar::daysSinceYear0({1970, 1, 1}) * day);
+    const Sint64 epoch = static_cast<Sint64>(calendar::daysSinceYear0({1970, 1, 1}) * perDay);
     CIMDateTime now(static_cast<Uint64>(epoch + static_cast<Sint64>(sinceEpoch) +
-                                        offset * static_cast<Sint64>(minute)),
+                                        offset * static_cast<Sint64>(perMinute)),
                     false);
     now._utcOffset = static_cast<Sint32>(offset);
     return now;
