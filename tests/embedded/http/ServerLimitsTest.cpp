@@ -97,7 +97,8 @@ TEST(ServerLimits, ALargeBodyThatKeepsComingDoesNotHideTheAnswer) {
     RunningServer running(options);
     RawClient client(running.port());
     client.send("POST /echo HTTP/1.1\r\nContent-Length: 9000000\r\n\r\n");
-    client.send(std::string(9000000, 'x'));
+    // A reset instead would make some systems drop the answer.
+    EXPECT_TRUE(client.send(std::string(9000000, 'x')));
     client.closeSending();
     EXPECT_EQ(client.rest(), closing("413 Request Entity Too Large"));
 }
