@@ -423,6 +423,20 @@ TEST_P(GetTest, GoesToTheFunctionOfTheClassInAnyLetterCase) {
     }
 }
 
+TEST_P(GetTest, DeliversTheSameWhateverThePropertyListAndTheFlags) {
+    const Get& row = GetParam();
+    const CIMObjectPath path = pathOf(row.className, {{row.keyName, row.keyValue}}, other);
+    const Answer plain = ask(provider, "getInstance", path);
+    Filters filters;
+    filters.propertyList = CIMPropertyList(Array<CIMName>());
+    filters.includeQualifiers = filters.includeClassOrigin = true;
+    const Answer filtered = ask(provider, "getInstance", path, filters);
+    ASSERT_EQ(filtered.objects.size(), plain.objects.size());
+    for (std::size_t i = 0; i < plain.objects.size(); ++i) {
+        EXPECT_TRUE(filtered.objects[i].identical(plain.objects[i]));
+    }
+}
+
 TEST_F(InstanceOperationsTest, GetWithoutAnAcceptedKeyIsTracedAndNeverCompleted) {
     const struct {
         const char* className;

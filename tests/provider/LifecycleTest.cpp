@@ -1,5 +1,6 @@
 // From the entry point to termination.
 #include "support/ModuleTest.h"
+#include "support/MutexProbe.h"
 #include "support/RecordingHandlers.h"
 #include "support/Resolver.h"
 
@@ -136,6 +137,16 @@ TEST_F(LifecycleTest, HostNameIsGivenAsACopy) {
     String copy = _getHostName();
     copy.append(Char16('x'));
     EXPECT_EQ(text(_getHostName()), "switch1.example.net");
+}
+
+TEST_F(LifecycleTest, ModuleMutexKeepsOthersOutUntilItIsUnlockedAsOftenAsItWasLocked) {
+    _mutex_lock();
+    _mutex_lock();
+    EXPECT_FALSE(moduleMutexIsFree(std::chrono::milliseconds(100)));
+    _mutex_unlock();
+    EXPECT_FALSE(moduleMutexIsFree(std::chrono::milliseconds(100)));
+    _mutex_unlock();
+    EXPECT_TRUE(moduleMutexIsFree());
 }
 
 TEST_F(LifecycleTest, WriteOperationsAreRefusedWithoutGateOrTrace) {
