@@ -1,5 +1,5 @@
-#include "Ascii.h"
 #include "Calendar.h"
+#include "DateTimeForm.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
 #include <Pegasus/Common/Exception.h>
@@ -9,168 +9,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <initializer_list>
 #include <limits>
-#include <string>
 
 namespace Pegasus {
 
+using namespace datetime;
+
 namespace {
-
-constexpr Uint64 perSecond = 1000000;
-constexpr Uint64 perMinute = 60 * perSecond;
-constexpr Uint64 perHour = 60 * perMinute;
-constexpr Uint64 perDay = 24 * perHour;
-
-constexpr Uint64 intervalLimit = 100000000 * perDay; // eight digits of days
-constexpr Uint64 timestampLimit = 3652425 * perDay;  // the year 10000
-
-// Asterisks are counted over the 20 digits of either form, from the right: any number of
-// microsecond digits, then whole fields.
-constexpr Uint16 allDigits = 20;
-constexpr Uint16 microsecondDigits = 6;
-constexpr Uint16 toSeconds = 8;
-constexpr Uint16 toMinutes = 10;
-constexpr Uint16 toHours = 12;
-constexpr Uint16 toMonth = 16;
-
-[[noreturn]] void outOfRange(const char* message) {
-    throw DateTimeOutOfRangeException(String(message));
-}
-
-bool endsFields(Uint16 wildcards, bool isInterval) {
-    if (wildcards <= microsecondDigits || wildcards == allDigits)
-        return true;
-    const bool wholeFields = wildcards % 2 == 0;
-    return wholeFields && wildcards <= (isInterval ? toHours : toMonth);
-}
-
-/// The fields of either form as numbers. Days stand in `day` of an interval.
-struct Fields {
-    Uint32 year = 0;
-    Uint32 month = 1;
-    Uint32 day = 0;
-    Uint32 hours = 0;
-    Uint32 minutes = 0;
-    Uint32 seconds = 0;
-    Uint32 microseconds = 0;
-};
-
-Uint64 microsecondsOfDay(const Fields& fields) {
-    if (fields.hours > 23)
-        outOfRange("illegal hours number ");
-    if (fields.minutes > 59)
-        outOfRange("illegal minutes number ");
-    if (fields.seconds > 59)
-        outOfRange("illegal seconds number ");
-    return fields.hours * perHour + fields.minutes * perMinute + fields.seconds * perSecond +
-           fields.microseconds;
-}
-
-Uint64 timestampOf(const Fields& fields) {
-    if (fields.month < 1 || fields.month > 12)
-        outOfRange("illegal month number");
-    if (fields.day < 1 || fields.day > calendar::daysInMonth(fields.year, fields.month))
-        outOfRange("illegal day number");
-    return calendar::daysSinceYear0({fields.year, fields.month, fields.day}) * perDay +
-           microsecondsOfDay(fields);
-}
-
-Uint64 intervalOf(const Fields& fields) {
-    return fields.day * perDay + microsecondsOfDay(fields);
-}
-
-/// The microseconds with the fields that asterisks cover at their least.
-Uint64 significant(Uint64 microseconds, Uint16 wildcards, bool isInterval) {
-    if (wildcards == allDigits)
-        return 0;
-    if (wildcards > toHours && !isInterval) {
-        calendar::Date date = calendar::dateOf(microseconds / perDay);
-        date.day = 1;
-        if (wildcards >= toMonth)
-            date.month = 1;
-        return calendar::daysSinceYear0(date) * perDay;
-    }
-    Uint64 unit = 1;
-    if (wildcards >= toHours) {
-        unit = perDay;
-    } else if (wildcards >= toMinutes) {
-        unit = perHour;
-    } else if (wildcards >= toSeconds) {
-        unit = perMinute;
-    } else {
-        for (Uint16 i = 0; i < wildcards; ++i)
-            unit *= 10;
-    }
-    return microseconds - microseconds % unit;
-}
-
-/// Reads the 25 characters; see CIMDateTime.
-class Reader {
-  public:
-    explicit Reader(const String& text) {
-        const Char16* const units = text.getChar16Data();
-        require(text.size() == 25 && units[14] == '.');
-        const Uint16 sign = units[21];
-        require(sign == '+' || sign == '-' || sign == ':');
-        isInterval = sign == ':';
-        for (Uint32 i = 0; i < 21; ++i) {
-            if (i != 14)
-                _digits += readDigit(units[i]);
-        }
-        for (Uint32 i = 22; i < 25; ++i) {
-            require(ascii::isDigit(units[i]));
-            utcOffset = utcOffset * 10 + (units[i] - '0');
-        }
-        require(!isInterval || utcOffset == 0);
-        if (sign == '-')
-            utcOffset = -utcOffset;
-        require(endsFields(wildcards, isInterval));
-    }
-
-    Uint64 microseconds() const {
-        Fields fields;
-        if (isInterval) {
-            fields.day = number(0, 8, 0);
-        } else {
-            fields.year = number(0, 4, 0);
-            fields.month = number(4, 2, 1);
-            fields.day = number(6, 2, 1);
-        }
-        fields.hours = number(8, 2, 0);
-        fields.minutes = number(10, 2, 0);
-        fields.seconds = number(12, 2, 0);
-        for (Uint32 i = 14; i < 20; ++i)
-            fields.microseconds = fields.microseconds * 10 + number(i, 1, 0);
-        return isInterval ? intervalOf(fields) : timestampOf(fields);
-    }
-
-    bool isInterval = false;
-    Uint16 wildcards = 0;
-    Sint32 utcOffset = 0;
-
-  private:
-    static void require(bool condition) {
-        if (!condition)
-            throw InvalidDateTimeFormatException();
-    }
-
-    char readDigit(Uint16 unit) {
-        if (unit == '*') {
-            ++wildcards;
-            return '*';
-        }
-        require(ascii::isDigit(unit) && wildcards == 0);
-        return static_cast<char>(unit);
-    }
-
-    Uint32 number(Uint32 index, Uint32 size, Uint32 leastValue) const {
-        if (_digits[index] == '*')
-            return leastValue;
-        return static_cast<Uint32>(std::stoul(_digits.substr(index, size)));
-    }
-
-    std::string _digits;
-};
 
 /// UTC, which may lie before the year 0.
 Sint64 inUtc(Uint64 microseconds, Sint32 utcOffset) {
@@ -183,13 +29,14 @@ Uint64 difference(Uint64 x, Uint64 y) {
     return x - y;
 }
 
-/// Of what numSignificantMicrosecondDigits and WILDCARD say to setTimeStamp() and setInterval().
+/// How many asterisks setTimeStamp() and setInterval() ask for: a field that is WILDCARD makes all
+/// behind it insignificant. Only the first field has not two digits.
 Uint16 wildcardsFor(std::initializer_list<Uint32> fieldsFromTheLeft,
-                    Uint32 lastDigits,
+                    Uint32 digitsOfTheFirst,
                     Uint32 significantMicrosecondDigits) {
     if (significantMicrosecondDigits > microsecondDigits)
         outOfRange("bad numSignificantMicrosecondDigits (must fall between 0 and 6)");
-    Uint16 left = static_cast<Uint16>(allDigits - lastDigits);
+    Uint16 left = static_cast<Uint16>(allDigits - digitsOfTheFirst);
     Uint16 fromHere = allDigits;
     for (const Uint32 field : fieldsFromTheLeft) {
         if (field == CIMDateTime::WILDCARD)
@@ -286,11 +133,11 @@ String CIMDateTime::toString() const {
 }
 
 void CIMDateTime::set(const String& str) {
-    const Reader reader(str);
-    _microseconds = reader.microseconds();
-    _utcOffset = reader.utcOffset;
-    _wildcards = reader.wildcards;
-    _isInterval = reader.isInterval;
+    const Form form = read(str);
+    _microseconds = form.microseconds;
+    _utcOffset = form.utcOffset;
+    _wildcards = form.wildcards;
+    _isInterval = form.isInterval;
 }
 
 void CIMDateTime::setTimeStamp(Uint32 year,

@@ -102,13 +102,12 @@ class Parser {
     }
 
     /// The text does not say which: a value that reads as the path of an instance is taken for
-    /// one.
+    /// one. Where there is an equal sign, what can be read has a key.
     static CIMKeyBinding referenceOrString(const CIMName& name, const String& value) {
         if (value.find(Char16('=')) != PEG_NOT_FOUND) {
             try {
-                const CIMObjectPath path(value);
-                if (path.getKeyBindings().size() != 0)
-                    return CIMKeyBinding(name, path.toString(), CIMKeyBinding::REFERENCE);
+                return CIMKeyBinding(
+                    name, CIMObjectPath(value).toString(), CIMKeyBinding::REFERENCE);
             } catch (const MalformedObjectNameException&) {
                 // A string then.
             }
