@@ -262,6 +262,42 @@ class AssociationTest : public ModuleTest {
         return all;
     }
 
+    /// An enumeration that delivers instances or, without them, names.
+    using Helper = void (ServerProfileProvider::*)(Pegasus::String,
+                                                   Pegasus::ResponseHandler&,
+                                                   const Pegasus::String&,
+                                                   bool instances);
+
+    Outcome enumerate(Helper helper, bool names, std::size_t accepted = ~std::size_t(0)) {
+        const auto call = [&](Pegasus::ResponseHandler& handler) {
+            (provider.*helper)("ignored", handler, requestNameSpace.c_str(), !names);
+        };
+        return names ? observe<PathRecorder>(call, accepted)
+                     : observe<InstanceRecorder>(call, accepted);
+    }
+
+    /// Does the same with a handler of another kind.
+    template <class Recorder>
+    Outcome enumerateInto(Helper helper, bool names) {
+        return observe<Recorder>([&](Recorder& handler) {
+            (provider.*helper)("ignored", handler, requestNameSpace.c_str(), !names);
+        });
+    }
+
+    /// Expects std::bad_cast from every kind of handler that does not take what is delivered, after
+    /// the lines and calls before the first delivery.
+    void expectOnlyItsKindOfHandler(Helper helper, const Lines& messages, std::size_t calls) {
+        for (const Outcome& outcome : {enumerateInto<InstanceRecorder>(helper, true),
+                                       enumerateInto<ObjectRecorder>(helper, true),
+                                       enumerateInto<PathRecorder>(helper, false),
+                                       enumerateInto<ObjectRecorder>(helper, false)}) {
+            EXPECT_EQ(outcome.thrown, "std::bad_cast");
+            EXPECT_EQ(outcome.delivered, Lines());
+            EXPECT_EQ(outcome.trace, traceLines(messages));
+            EXPECT_EQ(outcome.calls.size(), calls);
+        }
+    }
+
     /// What `call(handler)` does; delivered things beyond `accepted` are refused with an exception.
     template <class Recorder, class Call>
     Outcome observe(Call call, std::size_t accepted = ~std::size_t(0)) {
@@ -282,7 +318,7 @@ class AssociationTest : public ModuleTest {
     }
 };
 
-/// What `refusing()` handlers let out.
+/// What leaves a handler that refuses a delivery.
 inline const std::string refusal = "CIMException 1 enough";
 
 /// Expects the results, the trace and no more of `outcome`.
