@@ -99,7 +99,7 @@ TEST_F(ManagerMembershipTest, NameIsWrittenOutWithTheEndsAsTheServerGaveThem) {
 
 TEST_F(ManagerMembershipTest, FailingQueryOfTheManagersEndsTheOperation) {
     for (const Membership& membership : memberships) {
-        for (const Failure& failure : swallowedFailures()) {
+        for (const Failure& failure : joined(serverFailures(), libraryFailures())) {
             SCOPED_TRACE(membership.name + failure.thrown);
             server->fail("enumerateInstanceNames", "CIM_ObjectManager", failure.raise);
             for (const bool names : {true, false}) {
@@ -118,7 +118,7 @@ TEST_F(ManagerMembershipTest, FailingQueryOfTheManagersEndsTheOperation) {
 
 TEST_F(ManagerMembershipTest, FailingQueryOfTheMembersPairsTheManagersWithTheFirst) {
     for (const Membership& membership : memberships) {
-        for (const Failure& failure : swallowedFailures()) {
+        for (const Failure& failure : joined(serverFailures(), libraryFailures())) {
             SCOPED_TRACE(membership.name + failure.thrown);
             server->fail("enumerateInstanceNames", membership.queried, failure.raise);
             for (const bool names : {true, false}) {
@@ -162,7 +162,7 @@ TEST_F(ManagerMembershipTest, WithoutMembersThereIsNoAssociation) {
 
 TEST_F(ManagerMembershipTest, ExceptionOfAnotherTypePasses) {
     for (const Membership& membership : memberships) {
-        for (const Failure& failure : passingFailures()) {
+        for (const Failure& failure : otherFailures()) {
             for (const char* failing : {"CIM_ObjectManager", membership.queried}) {
                 server->fail("enumerateInstanceNames", failing, failure.raise);
                 const Outcome outcome = enumerate(membership.helper, true);

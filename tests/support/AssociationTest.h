@@ -4,6 +4,8 @@
 #include "support/ModuleTest.h"
 #include "support/RecordingHandlers.h"
 
+#include <Pegasus/Provider/ProviderException.h>
+
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -191,20 +193,34 @@ struct Failure {
     std::string message; ///< of a Pegasus::Exception
 };
 
-/// The exceptions that a guarded read-back swallows ...
-inline const std::vector<Failure>& swallowedFailures() {
+inline std::vector<Failure> joined(std::vector<Failure> one, const std::vector<Failure>& other) {
+    one.insert(one.end(), other.begin(), other.end());
+    return one;
+}
+
+/// How a server refuses ...
+inline const std::vector<Failure>& serverFailures() {
     static const std::vector<Failure> all = {
         {"CIMException 7 no provider",
          [] { throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "no provider"); },
          "no provider"},
+        {"CIMException 2 not yours",
+         [] { throw Pegasus::CIMAccessDeniedException("not yours"); },
+         "not yours"}};
+    return all;
+}
+
+/// ... what else the provider library throws ...
+inline const std::vector<Failure>& libraryFailures() {
+    static const std::vector<Failure> all = {
         {"Exception connection lost",
          [] { throw Pegasus::Exception(Pegasus::String("connection lost")); },
          "connection lost"}};
     return all;
 }
 
-/// ... and those that it lets pass.
-inline const std::vector<Failure>& passingFailures() {
+/// ... and what passes through every read-back.
+inline const std::vector<Failure>& otherFailures() {
     static const std::vector<Failure> all = {
         {"std::exception out of range", [] { throw std::out_of_range("out of range"); }, ""},
         {"std::exception std::bad_alloc", [] { throw std::bad_alloc(); }, ""}};
