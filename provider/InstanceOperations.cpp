@@ -83,24 +83,34 @@ constexpr GetRow gets[] = {
 
 } // namespace
 
-void ServerProfileProvider::enumerateInstanceNames(const OperationContext&,
-                                                   const CIMObjectPath& classReference,
-                                                   PathHandler& handler) {
-    trace("Quil enumerateInstanceNames(): className is ", classReference.getClassName());
-    serve("enumerateInstanceNames", handler, [&] {
+template <class ItemHandler, class Row, class Member>
+void ServerProfileProvider::enumerate(const char* name,
+                                      const CIMObjectPath& classReference,
+                                      ItemHandler& handler,
+                                      Member Row::*member,
+                                      bool instances) {
+    serve(name, handler, [&] {
         CIMName className = classReference.getClassName();
         _checkClass(className);
-        const EnumerationRow* row = serverprofile::findRow(enumerations, className);
+        const Row* row = serverprofile::findRow(enumerations, className);
         if (row == nullptr) {
             return;
         }
         const String nameSpace = classReference.getNameSpace().getString();
-        if (row->names != nullptr) {
-            (this->*row->names)(row->className, handler, nameSpace);
+        if (row->*member != nullptr) {
+            (this->*(row->*member))(row->className, handler, nameSpace);
         } else if (row->helper != nullptr) {
-            (this->*row->helper)(row->className, handler, nameSpace, false);
+            (this->*row->helper)(row->className, handler, nameSpace, instances);
         }
     });
+}
+
+void ServerProfileProvider::enumerateInstanceNames(const OperationContext&,
+                                                   const CIMObjectPath& classReference,
+                                                   PathHandler& handler) {
+    trace("Quil enumerateInstanceNames(): className is ", classReference.getClassName());
+    enumerate(
+        "enumerateInstanceNames", classReference, handler, &EnumerationRow::names, false);
 }
 
 void ServerProfileProvider::enumerateInstances(const OperationContext&,
@@ -110,20 +120,8 @@ void ServerProfileProvider::enumerateInstances(const OperationContext&,
                                                const CIMPropertyList&,
                                                InstanceHandler& handler) {
     trace("Quil enumerateInstances(): Start ", classReference.getClassName());
-    serve("enumerateInstances", handler, [&] {
-        CIMName className = classReference.getClassName();
-        _checkClass(className);
-        const EnumerationRow* row = serverprofile::findRow(enumerations, className);
-        if (row == nullptr) {
-            return;
-        }
-        const String nameSpace = classReference.getNameSpace().getString();
-        if (row->instances != nullptr) {
-            (this->*row->instances)(row->className, handler, nameSpace);
-        } else if (row->helper != nullptr) {
-            (this->*row->helper)(row->className, handler, nameSpace, true);
-        }
-    });
+    enumerate(
+        "enumerateInstances", classReference, handler, &EnumerationRow::instances, true);
 }
 
 void ServerProfileProvider::getInstance(const OperationContext&,

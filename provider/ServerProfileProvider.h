@@ -434,6 +434,11 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     /// complete() at its end, and with its Pegasus exceptions traced and swallowed.
     template <class Work>
     void serve(const char* name, Handler& handler, Work work);
+    /// The same for the enumeration `name` of `classReference`: its class's row is served by
+    /// `member` of the row, or by the row's helper, which is told whether it is `instances`.
+    template <class ItemHandler, class Row, class Member>
+    void enumerate(const char* name, const CIMObjectPath& classReference, ItemHandler& handler,
+                   Member Row::*member, bool instances);
     /// The same for the association operation `name` on `objectName`, whose class and key it checks
     /// before it calls work(request). `flagTrace`, if any, is traced with initFlag on the way.
     template <class Work>
