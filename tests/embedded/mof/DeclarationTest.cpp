@@ -42,7 +42,7 @@ TEST(MofDeclarations, ComeInTheOrderOfTheText) {
 }
 
 TEST(MofDeclarations, AnEmptyTextDeclaresNothing) {
-    for (const char* text : {"", " \t\r\n", "// only this", "/**/", "\xEF\xBB\xBF"})
+    for (const char* text : {"", " \t\r\n", "// only this", "/**/", "/***x**y*/", "\xEF\xBB\xBF"})
         EXPECT_TRUE(readText(text, "t.mof").empty()) << text;
 }
 

@@ -72,8 +72,8 @@ TEST(MofErrors, SyntaxErrorsNameTheTokenAndWhatWasExpected) {
         {"class A_B {};;",
          "t.mof:1:14: unexpected ';', expected end of file, '[', '#pragma', 'class', 'instance' or "
          "'qualifier'"},
-        {"instance of A_B { P = \"" + std::string(38, 'x') + "\xC3\xB6yz\" 1; };",
-         "t.mof:1:68: unexpected '1', expected ';' or a string"},
+        {"instance of A_B { P = 1 \"" + std::string(38, 'x') + "\xC3\xB6yz\"; };",
+         "t.mof:1:25: unexpected \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx..., expected ';'"},
         {"instance of A_B { P = 1\n\"a\tb\"; };",
          "t.mof:2:1: unexpected \"a\\x09b\", expected ';'"},
     });
@@ -161,6 +161,9 @@ TEST(MofErrors, BytesThatAreNoTextAreNamed) {
         {"\xC0\xAF", "t.mof:1:1: unexpected byte 0xC0, expected UTF-8 text"},
         {"\xED\xA0\x80", "t.mof:1:1: unexpected byte 0xED, expected UTF-8 text"},
         {"\xF4\x90\x80\x80", "t.mof:1:1: unexpected byte 0xF4, expected UTF-8 text"},
+        {"class A_\xEF\xBF\xAF\xEF\xBF\xB0 {};",
+         "t.mof:1:12: unexpected '\xEF\xBF\xB0', expected '{', ':' or 'as'"},
+        {"\rclass\r;", "t.mof:1:8: unexpected ';', expected a name"},
         {"class\x01", "t.mof:1:6: unexpected '\\x01', expected a name"},
     });
 }

@@ -43,6 +43,7 @@ TEST(MofLiterals, NumbersKeepTheirDigits) {
                 {"1.5", Kind::Real, "1.5"},
                 {".5", Kind::Real, ".5"},
                 {"-1.5E+10", Kind::Real, "-1.5E+10"},
+                {"1.5e3", Kind::Real, "1.5e3"},
                 {"0.5e-3", Kind::Real, "0.5e-3"}});
 }
 
