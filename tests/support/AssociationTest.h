@@ -112,7 +112,8 @@ template <class Object>
 Lines describeAll(const std::vector<Object>& objects) {
     Lines all;
     for (const Object& object : objects) {
-        all.push_back(describeObject(Pegasus::CIMInstance(object)));
+        all.push_back(object.isUninitialized() ? "uninitialised"
+                                               : describeObject(Pegasus::CIMInstance(object)));
     }
     return all;
 }

@@ -250,6 +250,17 @@ class TraversalTest : public AssociationTest {
         }
     }
 
+    /// Lets both ways of enumerating `className` fail.
+    void setFailing(const std::string& className, const std::function<void()>& how) {
+        server->fail("enumerateInstanceNames", className, how);
+        server->fail("enumerateInstances", className, how);
+    }
+
+    /// The far ends as associators deliver them.
+    static Lines asFarEnds(const std::string& operation, const Lines& ends) {
+        return deliversNames(operation) ? ends : serverObjects(ends);
+    }
+
     /// The module's instances, as its builders make them now.
     std::string hostObject() {
         return built([&] {
@@ -287,6 +298,29 @@ inline const Lines identityInstanceLines = {
     "_getClassFromCIMOM(): className ORVEX_SoftwareIdentity", "Quil: temp msg 23"};
 inline const std::string destructorLine = "OrvexOMHost - destructor(): Start ";
 inline const std::string profileReferenceLine = "Quil regProfRef() Start";
+
+/// The first lines of most traversals; `startOf` tells by what name each operation goes in them.
+inline Lines openingLines(const std::map<std::string, std::string>& startOf,
+                          const std::string& operation,
+                          const Question& question) {
+    const std::string start = " Quil " + startOf.at(operation) + "(): ";
+    if (isAssociators(operation)) {
+        return {start + "assoc class is " + question.filter.value_or(""),
+                start + "result class is " + question.resultClass.value_or("")};
+    }
+    return {start + "result class is " + question.filter.value_or("")};
+}
+
+/// The lines of most traversals once the associations are chosen.
+inline Lines chosenLines(int mask, const Question& question) {
+    return {" Quil flag is " + std::to_string(mask), " Quil keyValue is " + question.key};
+}
+
+/// How the far ends of `className` are read for `operation`.
+inline std::string enumeration(const std::string& operation, const std::string& className) {
+    return operation == "associators" ? "enumerateInstances root/request " + className + readFlags
+                                      : "enumerateInstanceNames root/request " + className;
+}
 
 /// The read of a class of the module's own.
 inline std::string classCall(const std::string& name) {

@@ -22,21 +22,7 @@ const std::map<std::string, std::string> startOf = {{"associatorNames", "ObjMgrA
                                                     {"references", "ObjMgrReferences"}};
 
 Lines opening(const std::string& operation, const Question& question) {
-    const std::string start = " Quil " + startOf.at(operation) + "(): ";
-    if (isAssociators(operation)) {
-        return {start + "assoc class is " + question.filter.value_or(""),
-                start + "result class is " + question.resultClass.value_or("")};
-    }
-    return {start + "result class is " + question.filter.value_or("")};
-}
-
-Lines chosen(int mask, const Question& question) {
-    return {" Quil flag is " + std::to_string(mask), " Quil keyValue is " + question.key};
-}
-
-std::string enumeration(const std::string& operation, const std::string& className) {
-    return operation == "associators" ? "enumerateInstances root/request " + className + readFlags
-                                      : "enumerateInstanceNames root/request " + className;
+    return openingLines(startOf, operation, question);
 }
 
 class ObjectManagerTraversalTest : public TraversalTest {
@@ -44,7 +30,7 @@ class ObjectManagerTraversalTest : public TraversalTest {
     /// What stands at the other end of bits 2 and 4: the far ends themselves, or associations.
     Lines far(const std::string& operation, int bit, const Lines& ends) {
         if (isAssociators(operation)) {
-            return deliversNames(operation) ? ends : serverObjects(ends);
+            return asFarEnds(operation, ends);
         }
         std::vector<Association> all;
         for (const std::string& end : ends) {
@@ -114,7 +100,7 @@ class ObjectManagerTraversalTest : public TraversalTest {
 
     /// The lines and calls before the bits.
     Block before(const std::string& operation, const Question& question, int mask) {
-        Block block = {joined({opening(operation, question), chosen(mask, question)}), {}, {}};
+        Block block = {joined({opening(operation, question), chosenLines(mask, question)}), {}, {}};
         if (!isAssociators(operation)) {
             block.calls = {"enumerateInstanceNames root/request CIM_ObjectManager"};
         }
@@ -137,11 +123,6 @@ class ObjectManagerTraversalTest : public TraversalTest {
             lines.push_back("ObjMgrAssoc:(): Exception - ei CIM_Namespace " + failure.message);
         }
         return lines;
-    }
-
-    void setFailing(const std::string& className, const std::function<void()>& how) {
-        server->fail("enumerateInstanceNames", className, how);
-        server->fail("enumerateInstances", className, how);
     }
 
     std::string managerEnd = objectManagers[0];
