@@ -3,12 +3,18 @@
 #include <CLI/CLI.hpp>
 #include <Pegasus/Common/Exception.h>
 
+#include <stdexcept>
+
 namespace embedded::cimhost {
 namespace {
 
 constexpr const char* description =
     "A CIM server that hosts provider modules: CIM-XML over HTTP, classes and registration from\n"
     "MOF files, providers from shared libraries. Standard output is left to the providers.";
+
+constexpr const char* faultsHeading =
+    "Faults, of what providers ask the server (what clients ask is not touched):\n"
+    "  OPERATION:CLASS=WHAT, such as getInstance:*=6 or enumerateInstances:CIM_Namespace=hang:3\n";
 
 constexpr const char* footer =
     "Exit codes:\n"
@@ -40,11 +46,20 @@ MofFile mofFile(const std::string& text) {
     return {nameSpace("--mof", text.substr(0, equals)), text.substr(equals + 1)};
 }
 
+host::Fault fault(const std::string& text) {
+    try {
+        return host::readFault(text);
+    } catch (const std::invalid_argument& error) {
+        throw CLI::ValidationError("--fault", error.what());
+    }
+}
+
 // The options whose values are more than CLI11 can convert, as they were written.
 struct Raw {
     std::string interop = "root/PG_InterOp";
     std::vector<std::string> nameSpaces;
     std::vector<std::string> mofFiles;
+    std::vector<std::string> faults;
     unsigned grace = 10;
 };
 
@@ -54,6 +69,8 @@ void convert(const Raw& raw, Settings& settings) {
         settings.nameSpaces.push_back(nameSpace("--namespace", text));
     for (const std::string& text : raw.mofFiles)
         settings.mofFiles.push_back(mofFile(text));
+    for (const std::string& text : raw.faults)
+        settings.faults.push_back(fault(text));
     settings.grace = std::chrono::seconds(raw.grace);
 }
 
@@ -117,6 +134,13 @@ void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
         ->type_name("SECONDS")
         ->check(CLI::Range(0U, 3600U))
         ->capture_default_str();
+    app.add_option("--fault",
+                   raw.faults,
+                   "Let what providers ask the server go wrong, to see what they make of it "
+                   "(repeatable, in order; see below)")
+        ->type_name("OPERATION:CLASS=WHAT")
+        ->expected(1)
+        ->take_all();
     app.add_flag("--keep-libraries",
                  settings.keepLibraries,
                  "Leave provider libraries mapped to the end, for leak and race reports");
@@ -126,7 +150,7 @@ void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
 
 CommandLine readCommandLine(int argc, const char* const* argv) {
     CLI::App app(description, "cimhost");
-    app.footer(footer);
+    app.footer(faultsHeading + host::faultHelp() + "\n" + footer);
     app.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
     Settings settings;
     Raw raw;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cimhost/ExitCode.h"
+#include "host/Faults.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -29,6 +30,7 @@ struct Settings {
     std::vector<MofFile> mofFiles;                     ///< in the order of loading
     std::vector<std::filesystem::path> mofIncludes;
     std::vector<std::filesystem::path> providerDirectories;
+    std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
     bool keepLibraries = false;
     bool checkOnly = false;

@@ -3,6 +3,7 @@
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
 #include "cimhost/WireTrace.h"
+#include "host/FaultyReadBacks.h"
 #include "host/ProviderHandle.h"
 #include "host/ProviderModule.h"
 #include "host/Router.h"
@@ -131,7 +132,9 @@ ExitCode serve(const Settings& settings,
                                   {settings.providerDirectories, settings.keepLibraries, warn});
     host::Router router(
         repository, modules, ownObjects(repository, server->port()), host::localHostName());
-    const host::ProviderHandles handles(router);
+    host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
+    const host::ProviderHandles handles(
+        settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
     operations = &router;
 
     const SignalWatch watch([&](unsigned count) {

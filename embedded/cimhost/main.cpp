@@ -59,6 +59,8 @@ ExitCode run(const Settings& settings) {
         spdlog::info(line);
     for (const host::Finding& finding : registration.findings())
         spdlog::warn("{} (--check tells more)", finding.text);
+    for (const host::Fault& fault : settings.faults)
+        spdlog::warn("fault asked for: a provider's {}", describe(fault));
     return serve(settings, repository, registration);
 }
 

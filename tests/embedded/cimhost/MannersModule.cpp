@@ -3,8 +3,11 @@
 //   Slow    takes a second to do so
 //   Stuck   does not return from a request
 //   Endless does not return from terminate()
+//   Asking  asks the server first which providers there are, and says what it hears
 #include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/Exception.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
+#include <Pegasus/Provider/CIMOMHandle.h>
 
 #include <chrono>
 #include <iostream>
@@ -54,6 +57,8 @@ class Provider : public CIMInstanceProvider {
         say("enumerateInstanceNames");
         if (_name == "Stuck")
             forEver();
+        if (_name == "Asking")
+            askBack();
         if (_name == "Slow")
             std::this_thread::sleep_for(std::chrono::seconds(1));
         Array<CIMKeyBinding> keys;
@@ -83,7 +88,20 @@ class Provider : public CIMInstanceProvider {
     }
 
   private:
-    void say(const char* what) { std::cout << _name << " " << what << std::endl; }
+    void say(const std::string& what) { std::cout << _name << " " << what << std::endl; }
+
+    void askBack() {
+        try {
+            CIMOMHandle handle;
+            const Array<CIMObjectPath> found = handle.enumerateInstanceNames(
+                OperationContext(), CIMNamespaceName("root/PG_InterOp"), CIMName("PG_Provider"));
+            say("hears of " + std::to_string(found.size()));
+        } catch (const CIMException& error) {
+            const CString message = error.getMessage().getCString();
+            say("hears " + std::to_string(error.getCode()) + " " +
+                static_cast<const char*>(message));
+        }
+    }
 
     const std::string _name;
 };

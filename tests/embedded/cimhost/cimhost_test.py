@@ -168,6 +168,11 @@ class CommandLine(Case):
         for code in range(8):
             self.assertRegex(done.stdout, rf"(?m)^  {code}  \w")
 
+    def test_help_says_how_faults_are_spelt(self):
+        told = self.run_to_end("--help").stdout
+        for part in ("getInstance:*=6", "getClass, ", "referenceNames\n", "hang:SECONDS", "empty"):
+            self.assertIn(part, told)
+
     def test_version(self):
         done = self.run_to_end("--version")
         self.assertEqual(done.returncode, 0)
@@ -188,6 +193,9 @@ class CommandLine(Case):
             "--mof-include=/nonesuch": "/nonesuch",
             "--log-level=loud": "loud",
             "--grace=-1": "-1",
+            "--fault=getClass": "OPERATION:CLASS=WHAT is expected, not 'getClass'",
+            "--fault=getStuff:A=1": "'getStuff'; possible: *, getClass, enumerateClasses",
+            "--fault=getClass:A=boom": "'boom' cannot happen; possible: empty, hang:SECONDS",
         }.items():
             with self.subTest(argument):
                 done = self.run_to_end(argument)
@@ -338,6 +346,51 @@ class Serving(Case):
             running.errors.read_text(), r"(?s)^---- request 1\nPOST .*\n---- reply 1\nHTTP/1.1 200"
         )
         self.assertIn(reply, running.errors.read_text())
+
+
+class Faults(Case):
+    """What goes wrong when a provider asks the server, because the options say so."""
+
+    def heard(self, *faults):
+        """What the provider hears, what the client is told, and the server's log."""
+        (self.folder / "port").unlink(missing_ok=True)
+        running = self.start(
+            *self.content(provider="Asking"), *(f"--fault={fault}" for fault in faults)
+        )
+        reply = ask(running.port)
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        heard = re.findall(r"(?m)^Asking hears (.*)$", running.output.read_text())
+        return heard, reply, running.errors.read_text()
+
+    def test_reach_the_provider_and_stand_in_the_log_as_warnings(self):
+        for fault, heard, warning in (
+            ("*:pg_provider=2:keep out", "2 keep out",
+             "everything of pg_provider fails with CIM_ERR_ACCESS_DENIED: keep out"),
+            ("enumerateInstanceNames:*=empty", "of 0",
+             "enumerateInstanceNames of any class answers nothing"),
+            ("enumerateInstanceNames:PG_Provider=hang:0.2", "of 1",
+             "enumerateInstanceNames of PG_Provider hangs for 200 ms"),
+            ("getInstance:PG_Provider=1", "of 1",
+             "getInstance of PG_Provider fails with CIM_ERR_FAILED"),
+            ("*:TST_Thing=1", "of 1", "everything of TST_Thing fails with CIM_ERR_FAILED"),
+        ):
+            with self.subTest(fault):
+                told, reply, log = self.heard(fault)
+                self.assertEqual(told, [heard])
+                self.assertIn(">one</KEYVALUE>", reply)  # the client's own question is untouched
+                self.assertRegex(
+                    log, rf"(?m)warning: fault asked for: a provider's {re.escape(warning)}$"
+                )
+
+    def test_are_met_in_the_order_of_the_options(self):
+        told, _, _ = self.heard("*:*=hang:0.1", "*:PG_Provider=3", "*:*=4")
+        self.assertEqual(told, ["3 "])
+
+    def test_nobody_is_warned_of_faults_that_were_not_asked_for(self):
+        told, _, log = self.heard()
+        self.assertEqual(told, ["of 1"])
+        self.assertNotIn("fault", log)
 
 
 class End(Case):
