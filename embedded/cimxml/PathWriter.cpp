@@ -48,7 +48,7 @@ void appendInstanceName(std::string& out, const CIMObjectPath& path) {
     out += "<INSTANCENAME";
     appendAttribute(out, "CLASSNAME", path.getClassName().getString());
     out += ">\n";
-    const Array<CIMKeyBinding> keys = path.getKeyBindings();
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); ++i) {
         out += "<KEYBINDING";
         appendAttribute(out, "NAME", keys[i].getName().getString());

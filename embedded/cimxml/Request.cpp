@@ -10,7 +10,6 @@
 
 namespace embedded::cimxml {
 
-using Pegasus::CIMName;
 using Pegasus::String;
 
 namespace {

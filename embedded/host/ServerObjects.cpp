@@ -37,7 +37,7 @@ const std::vector<Uint16> functionalProfiles{2, 5, 6};
 constexpr Uint16 statusOk = 2;
 constexpr Uint16 communicationCimXml = 2;
 constexpr Uint16 cimXmlVersion1 = 1;
-constexpr Uint16 authenticationNone = 1;
+constexpr Uint16 authenticationNone = 2;
 constexpr Uint16 authenticationBasic = 3;
 constexpr Uint16 classTypeCim = 2;
 constexpr Uint16 classInfoOther = 1;
@@ -94,6 +94,7 @@ Builder communicationMechanism(const ServerIdentity& identity) {
     object.add("Description", CIMValue(String("CIM operations in XML over HTTP")));
     object.add("CommunicationMechanism", CIMValue(communicationCimXml));
     object.add("CIMXMLProtocolVersion", CIMValue(cimXmlVersion1));
+    object.add("Version", CIMValue(String("1.0")));
     object.add("FunctionalProfilesSupported", list(functionalProfiles));
     object.add("MultipleOperationsSupported", CIMValue(Boolean(false)));
     object.add("AuthenticationMechanismsSupported",

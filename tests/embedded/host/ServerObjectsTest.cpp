@@ -103,7 +103,7 @@ TEST_F(ServerObjectsTest, TheCommunicationMechanismSaysWhatIsServed) {
     EXPECT_EQ(Uint16(2), numberOf(mechanism, "CommunicationMechanism"));
     EXPECT_EQ(Uint16(1), numberOf(mechanism, "CIMXMLProtocolVersion"));
     EXPECT_EQ((std::vector<Uint16>{2, 5, 6}), numbersOf(mechanism, "FunctionalProfilesSupported"));
-    EXPECT_EQ(std::vector<Uint16>{1}, numbersOf(mechanism, "AuthenticationMechanismsSupported"));
+    EXPECT_EQ(std::vector<Uint16>{2}, numbersOf(mechanism, "AuthenticationMechanismsSupported"));
     Pegasus::Boolean several = true;
     mechanism.getProperty(mechanism.findProperty(CIMName("MultipleOperationsSupported")))
         .getValue()
