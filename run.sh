@@ -7,6 +7,7 @@ usage() {
   cat <<'END'
 usage: run.sh [--once] [--port PORT] [--build DIRECTORY]
   --once             end after the walk, with 0 if every answer was right
+                     (without it: serve on until interrupted)
   --port PORT        the port to serve on (default 5988; if that is taken, any free one)
   --build DIRECTORY  a build directory that is configured already (default: build/run, made here)
   --help             this text
@@ -30,6 +31,10 @@ done
 
 say() { printf '\n== %s\n' "$*"; }
 
+# Interrupted before there is anything to show: no success.
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
 "$here/scripts/setup.sh" run
 
 if [ -z "$build" ]; then
@@ -44,7 +49,7 @@ state=$(mktemp -d)
 trace=$build/trace.log
 log=$build/cimhost.log
 server=""
-# shellcheck disable=SC2329  # called by the trap
+# shellcheck disable=SC2317,SC2329  # called by the trap
 end() {
   if [ -n "$server" ]; then
     kill -TERM "$server" 2>/dev/null || true
@@ -53,7 +58,6 @@ end() {
   rm -rf "$state"
 }
 trap end EXIT
-trap 'exit 0' INT TERM
 
 mapfile -t arguments < <("$here/scripts/cimhost_arguments.sh" "$here" "$build/lib")
 
@@ -92,8 +96,9 @@ fi
 port=$(cat "$state/port")
 say "serving on http://127.0.0.1:$port (log: ${log#"$here"/}, the module's trace: ${trace#"$here"/})"
 
+# -B: leave no compiled Python in the source tree.
 wrong=0
-"$here/scripts/walk.sh" "127.0.0.1:$port" || wrong=$?
+python3 -B "$here/scripts/walk.py" "127.0.0.1:$port" --draw "$build/walk" || wrong=$?
 
 if $once; then
   kill -TERM "$server"
@@ -107,7 +112,13 @@ if $once; then
   fi
   exit "$wrong"
 fi
-[ "$wrong" -eq 0 ] || echo "run.sh: some answers were wrong, see above" >&2
-say "serving until interrupted (Ctrl-C); try for example"
+[ "$wrong" -eq 0 ] || echo "run.sh: the walk failed, see above" >&2
+trap 'exit 0' INT TERM
+say "serving until interrupted (Ctrl-C); try the commands above, or for example"
 echo "  wbemcli ei -nl 'http://127.0.0.1:$port/root/cimv2:CIM_RegisteredProfile'"
-wait "$server"
+code=0
+wait "$server" || code=$?
+server=""
+cat "$log" >&2
+echo "run.sh: the server ended by itself, with $code; its log is above" >&2
+exit 1
