@@ -12,7 +12,7 @@ import subprocess
 import sys
 import unittest
 
-from run_wbemcli import host_name
+from run_wbemcli import module_host, published_name, system_name
 from served import NAMESPACES, Served
 
 SERVED = None
@@ -47,7 +47,7 @@ class End:
 class World:
     """The objects of the sample as a request in `namespace` sees them."""
 
-    def __init__(self, namespace, host, server_host, port):
+    def __init__(self, namespace, host, host_name, server_host, port):
         self.namespace = namespace
         request = (host, namespace)
         fixed = (host, "root/cimv2")
@@ -68,7 +68,7 @@ class World:
         self.profiles = {n: profile("Profile", n) for n in (1, 2, 6)}
         self.subprofiles = {n: profile("SubProfile", n) for n in (3, 4, 5)}
         self.host = End('ORVEX_ObjectManagerHost.CreationClassName="ORVEX_ObjectManagerHost",'
-                        f'Name="{host}"', fixed)
+                        f'Name="{host_name}"', fixed)
         self.firmware = End('ORVEX_SoftwareIdentity.InstanceID="OrvexSI1"', fixed)
         self.manager = own("PG_ObjectManager", brand)
         self.mechanism = own("PG_CIMXMLCommunicationMechanism", brand)
@@ -265,14 +265,15 @@ class Associations(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.host = host_name(SERVED.address)
-        manager = ask("ein", f"http://{SERVED.address}/root/cimv2:CIM_ObjectManager")[1][0]
-        cls.server_host = manager.rsplit('SystemName="', 1)[1].rstrip('"')
+        cls.host = module_host(SERVED.address)
+        cls.host_name = published_name(SERVED.address)
+        cls.server_host = system_name(SERVED.address)
 
     def each(self):
         for namespace in NAMESPACES:
-            world = World(namespace, self.host, self.server_host, SERVED.port)
-            for source in sources(world, self.host):
+            world = World(namespace, self.host, self.host_name, self.server_host,
+                          SERVED.port)
+            for source in sources(world, self.host_name):
                 yield world, source
 
     def answer(self, operation, world, source, *options):

@@ -12,7 +12,9 @@ output (standard error after standard output):
 The command's words are separated by blanks and quoted by nothing but what wbemcli itself reads.
 
 Placeholders: {URL} the server with the namespace, {SERVER} without; {ADDRESS} host and port as the
-client spells it, {NAMESPACE}, {PORT}, {HOST} the name of the machine. A case that names {URL} or
+client spells it, {NAMESPACE}, {PORT}, {HOST} the name of the machine; {NAME} and {FORMAT} the host's
+name and its format as the module publishes them, which depend on whether the machine's name can be
+resolved. A case that names {URL} or
 {NAMESPACE} is run in every namespace; all others once.
 """
 
@@ -57,11 +59,27 @@ def read(path):
     return cases
 
 
-def host_name(address):
+def wbemcli(*arguments):
+    return subprocess.run(["wbemcli", *arguments], check=True, capture_output=True,
+                          text=True).stdout
+
+
+def system_name(address):
     """The machine's name as the server says it."""
-    answer = subprocess.run(
-        ["wbemcli", "ein", f"http://{address}/root/cimv2:ORVEX_ObjectManagerHost"],
-        check=True, capture_output=True, text=True).stdout
+    answer = wbemcli("ein", f"http://{address}/root/cimv2:CIM_ObjectManager")
+    return re.search(r'SystemName="([^"]*)"\s*$', answer)[1]
+
+
+def module_host(address):
+    """The host in the paths that the module makes."""
+    firmware = f'http://{address}/root/cimv2:ORVEX_SoftwareIdentity.InstanceID="OrvexSI1"'
+    return wbemcli("ain", firmware).split("/", 1)[0]
+
+
+def published_name(address):
+    """The name of the host of the object manager: empty when the machine's name is unknown to its
+    resolver, else the canonical one."""
+    answer = wbemcli("ein", f"http://{address}/root/cimv2:ORVEX_ObjectManagerHost")
     return re.search(r'Name="([^"]*)"\s*$', answer)[1]
 
 
@@ -88,13 +106,15 @@ def main():
 
     passed = failed = 0
     with Served(arguments.build) as served:
-        host = host_name(served.address)
+        host = system_name(served.address)
+        name = published_name(served.address)
         for case in (case for path in arguments.cases for case in read(path)):
             for namespace in case.namespaces():
                 server = f"http://{served.address}"
                 values = {"URL": f"{server}/{namespace}", "SERVER": server, "HOST": host,
                           "ADDRESS": served.address, "NAMESPACE": namespace,
-                          "PORT": str(served.port)}
+                          "PORT": str(served.port), "NAME": name,
+                          "FORMAT": "Other" if name else "IP"}
                 code, lines = ask(case.command, values)
                 if arguments.show:
                     print(f"# {case.rule}\n$ {case.command}\nexit {code}")
