@@ -50,7 +50,7 @@ CIMScope scopeOf(const mof::ClassDeclaration& declaration, const CIMConstClass& 
     return CIMScope::CLASS;
 }
 
-/// DSP0004 clause 5.6.3.3 (Association): references are for associations, and an association is
+/// DSP0004, qualifier Association: references are for associations, and an association is
 /// derived from associations only.
 void checkAssociation(const mof::ClassDeclaration& declaration,
                       const CIMClass& built,

@@ -1,5 +1,5 @@
 // Qualifiers: their declarations, their use on an element, and what a subclass inherits of them
-// (DSP0004 clause 5.6, "Qualifiers").
+// (DSP0004, "Qualifiers").
 #pragma once
 
 #include "mof/Mof.h"

@@ -10,8 +10,8 @@
 
 namespace embedded::repository {
 
-/// The path that the string `literal` spells (DSP0004 clause 8.2); `words` name what it is for.
-/// Throws MofError if it spells none.
+/// The path that the string `literal` spells (DSP0004, "Object paths"); `words` name what it is
+/// for. Throws MofError if it spells none.
 Pegasus::CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words);
 
 /// Throws MofError at `where` unless an instance of `path`'s class may stand for `referenceClass`:

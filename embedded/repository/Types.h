@@ -19,7 +19,7 @@ constexpr auto nowhere = static_cast<Pegasus::Uint32>(-1);
 std::string toText(const Pegasus::String& value);
 std::string toText(const Pegasus::CIMName& name);
 
-/// Names of CIM differ only by more than case (DSP0004 clause 4.9): the form to look them up by.
+/// CIM does not tell names apart by case (DSP0004): the form in which to look them up.
 std::string folded(const std::string& name);
 std::string folded(const Pegasus::CIMName& name);
 
