@@ -19,9 +19,6 @@ struct EchoClass {
         get;
 };
 
-/// "Name" and "value" of the keys that a client sends.
-using WantedKeys = Keys;
-
 class EchoTest : public AssociationTest {
   protected:
     struct Got {
@@ -29,8 +26,7 @@ class EchoTest : public AssociationTest {
         Pegasus::CIMInstance result;
     };
 
-    Got
-    get(const EchoClass& wanted, const WantedKeys& keys, std::size_t accepted = ~std::size_t(0)) {
+    Got get(const EchoClass& wanted, const Keys& keys, std::size_t accepted = ~std::size_t(0)) {
         Got got;
         got.outcome = observe<InstanceRecorder>(
             [&](InstanceRecorder& handler) {
@@ -43,7 +39,7 @@ class EchoTest : public AssociationTest {
 
     /// Expects the ends `first` and `second` (empty: no end) back for `keys`, from nowhere else.
     void expectBack(const EchoClass& wanted,
-                    const WantedKeys& keys,
+                    const Keys& keys,
                     const std::string& first,
                     const std::string& second) {
         const Got got = get(wanted, keys);
@@ -118,8 +114,8 @@ class EchoTest : public AssociationTest {
         }
         {
             SCOPED_TRACE("what is no path is an error of the parser");
-            for (const WantedKeys& keys : {WantedKeys{{one, "no path"}, {two, second}},
-                                           WantedKeys{{one, first}, {two, ""}}}) {
+            for (const Keys& keys :
+                 {Keys{{one, "no path"}, {two, second}}, Keys{{one, first}, {two, ""}}}) {
                 const Got got = get(wanted, keys);
                 EXPECT_NE(got.outcome.thrown.find("Exception malformed object name: "),
                           std::string::npos)

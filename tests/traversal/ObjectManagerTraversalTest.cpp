@@ -130,7 +130,7 @@ class ObjectManagerTraversalTest : public TraversalTest {
 
 } // namespace
 
-TEST_F(ObjectManagerTraversalTest, EmptyOrNullFilterChoosesAllFourInOrder) {
+TEST_F(ObjectManagerTraversalTest, EmptyFilterChoosesAllFourInOrder) {
     const Question question = {"manager1"};
     expectAnswers(
         manager, question, [&](const std::string& operation) { return all(operation, question); });
