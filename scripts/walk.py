@@ -253,11 +253,13 @@ class Walk:
             if each is None:
                 continue
             self.graph.title(each.what, each.properties)
-            for name, value in OBJECTS[label][2].items():
+            keys = {name: f'"{value}"' for name, value in each.what.keys}
+            for name in filter(None, step.properties.split(",")):
                 have = each.properties.get(name)
-                if name in step.properties.split(",") and have != value:
-                    self.is_wrong(f"{typed(command)}: {name} of {each.what} is {have}, "
-                                  f"not {value}")
+                value = OBJECTS[label][2].get(name, keys.get(name, have))
+                if have is None or have != value:
+                    self.is_wrong(f"{typed(command)}: {name} of {each.what} is {have}"
+                                  + (f", not {value}" if value is not None else ""))
 
     def is_wrong(self, text):
         self.wrong += 1

@@ -1,0 +1,233 @@
+#!/usr/bin/env python3
+"""Prints docs/associations.md: what the four association operations answer from each source of the
+served sample switch, by association class. Asked with wbemcli; host and port are replaced.
+
+usage: association_tables.py HOST:PORT
+"""
+
+import re
+import sys
+
+import wbem
+
+# In the order in which the server asks for them.
+ASSOCIATIONS = (
+    "CIM_HostedService", "CIM_HostedAccessPoint", "CIM_NamespaceInManager",
+    "CIM_CommMechanismForManager", "CIM_ReferencedProfile", "CIM_SubProfileRequiresProfile",
+    "CIM_ElementConformsToProfile", "ORVEX_ElementSoftwareIdentity")
+
+# wbemcli's operation, its option for the association class, and what the page calls it.
+OPERATIONS = (("ain", "-ac", "associator names"), ("ai", "-ac", "associators"),
+              ("rin", "-arc", "reference names"), ("ri", "-arc", "references"))
+
+# The classes of the sources, and under which class their objects are asked for.
+SOURCES = (("CIM_RegisteredProfile", "CIM_RegisteredProfile"),
+           ("CIM_RegisteredSubProfile", "CIM_RegisteredSubProfile"),
+           ("ORVEX_ObjectManagerHost", "ORVEX_ObjectManagerHost"),
+           ("CIM_ObjectManager", "PG_ObjectManager"),
+           ("PG_CIMXMLCommunicationMechanism", "PG_CIMXMLCommunicationMechanism"),
+           ("PG_Namespace", "PG_Namespace"),
+           ("ORVEX_SoftwareIdentity", "ORVEX_SoftwareIdentity"))
+
+# Sources with a key that names nothing, or whose key is not looked at: path and title.
+STRANGERS = (('CIM_RegisteredProfile.InstanceID="Orvex9"', "no such profile"),
+             ('CIM_RegisteredSubProfile.InstanceID="Orvex9"', "no such subprofile"),
+             ('ORVEX_ObjectManagerHost.Name="elsewhere"', "another host"),
+             ('CIM_ObjectManager.Name="any"', "any key"),
+             ('PG_CIMXMLCommunicationMechanism.Name="any"', "any key"),
+             ('PG_Namespace.Name="any"', "any key"),
+             ('ORVEX_SoftwareIdentity.InstanceID="OrvexSI9"', "no such firmware"))
+
+# Classes of objects that stand at far ends, or are as good, and from which nothing leads on.
+DEAD_ENDS = ("PG_ObjectManager", "CIM_CIMXMLCommunicationMechanism", "CIM_Namespace", "ORVEX_Vsan",
+             "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem")
+
+INTEROP, OTHER = "root/PG_InterOp", "root/cimv2"
+
+HEAD = f"""# What follows from what
+
+<!-- Made by scripts/association_tables.py from a running server; tests/clients/documents_test.py
+     BUILD-DIRECTORY --update writes it anew. Do not edit. -->
+
+From each object that the module serves as a source: what the four association operations answer, by
+association class. `cimhost` serves the sample switch; it is asked in `{INTEROP}` with `wbemcli`
+(`ain`, `ai`, `rin`, `ri`). The host is called `switch`, the port 5988.
+
+* An object is given by its class and its telling key (InstanceID or Name). It is in the namespace
+  that was asked unless another is named in brackets; "nowhere" is a path without host and namespace.
+* An association is given by its ends in the order of its properties.
+* Asked in `{OTHER}`, every table is the same, with `{OTHER}` for `{INTEROP}`.
+
+## Odd on purpose
+
+What looks like a mistake in the tables and is none; clients count on it.
+
+* **The switch is two objects.** Following CIM_ElementConformsToProfile from the profile "Switch"
+  leads to the box (ORVEX_PhysicalComputerSystem). The association itself names the switch as a member
+  of its fabrics (ORVEX_ComputerSystem).
+* **Names and objects differ in their namespace.** The names of profiles and subprofiles are in the
+  namespace that was asked; the whole objects say `{OTHER}`. The host and the firmware always
+  say `{OTHER}`.
+* **What conforms to "Fabric" and "Switch" is nowhere in the associations**: its path is handed on as
+  it was read. At a far end the server fills in host and namespace.
+* **The firmware is at the far end of every profile and subprofile**, even of one that is not
+  there. The associations themselves are told only of those that are.
+* **The object manager is a source as CIM_ObjectManager only**, though its path says PG_ObjectManager;
+  the communication mechanism and the namespaces as the server's own PG_ classes only.
+* **The keys of the object manager, the mechanism, the namespaces and the firmware are not looked
+  at.** There is one object manager with one mechanism and one firmware, and every namespace is in
+  it. References name a mechanism or namespace as it was asked for, the others as they are.
+* **The order of the properties depends on the source.** From the mechanism to the object manager,
+  and from a namespace, Dependent stands before Antecedent; from the object manager to the profile,
+  ManagedElement before ConformantStandard.
+* **Role and result role never filter.** A result class narrows only the subprofiles, the profiles
+  of a subprofile, and what the firmware implements.
+* **CIM_ReferencedProfile** has no instances but those of its subclass CIM_SubProfileRequiresProfile,
+  which a server asks too when it is asked for the superclass.
+"""
+
+
+class Tables:
+    """Asks in one namespace, and keeps in `seen` what each source answered by association class.
+    Answers are texts for people; associations are (class, ((role, text), (role, text)))."""
+
+    def __init__(self, server, namespace):
+        self.server = server
+        self.namespace = namespace
+        self.seen = {}
+        host = self.names("ORVEX_ObjectManagerHost")[0].telling[1]
+        manager = dict(self.names("CIM_ObjectManager")[0].keys)
+        self.hosts = {host, manager["SystemName"]}
+        self.port = server.rpartition(":")[2]
+
+    def ask(self, operation, target, *options):
+        url = f"http://{self.server}/{self.namespace}:{target}"
+        return wbem.read(wbem.run([operation, "-nl", *options, url]))
+
+    def names(self, class_name):
+        """The paths of the instances of just that class."""
+        found = [each.what for each in self.ask("ein", class_name)]
+        return [path for path in found if path.class_name == class_name] or found
+
+    def place(self, path):
+        namespace = path.namespace or "nowhere"
+        if path.host and path.host not in self.hosts:
+            namespace = f"{path.host}/{namespace}"
+        return "" if namespace == self.namespace else f" ({namespace})"
+
+    def object(self, path):
+        value = path.telling[1]
+        value = "switch" if value in self.hosts else re.sub(f":{self.port}$", ":5988", value)
+        return f'{path.class_name} "{value}"{self.place(path)}'
+
+    def answer(self, operation, option, source, association):
+        """The answer of one operation, as a list."""
+        found = self.ask(operation, source, *((option, association) if association else ()))
+        if operation in ("ain", "ai"):
+            return [self.object(each.what) for each in found]
+        answers = []
+        for each in found:
+            # wbemcli sorts the ends in a path, but leaves properties in their order.
+            ends = each.what.ends if operation == "rin" else tuple(
+                (role, wbem.path(text)) for role, text in each.properties.items())
+            answers.append((each.what.class_name,
+                            tuple((role, self.object(end)) for role, end in ends)))
+        return answers
+
+    def answers(self, source, association):
+        """The answers of the four operations. That of the reference names takes the order of the
+        ends from the references where they name the same."""
+        ain, ai, rin, ri = (self.answer(operation, option, source, association)
+                            for operation, option, _ in OPERATIONS)
+        if [(name, sorted(ends)) for name, ends in rin] == [
+                (name, sorted(ends)) for name, ends in ri]:
+            rin = ri
+        self.seen[source, association] = ain, ai, rin, ri
+        return ain, ai, rin, ri
+
+    def tables(self):
+        """The sections of the page, in `namespace`."""
+        lines = []
+        for class_name, named in SOURCES:
+            lines += ["", f"## From {class_name}"]
+            for path in self.names(named):
+                title = self.object(path).removesuffix(self.place(path)).partition(" ")[2]
+                lines += self.table(path.text(class_name), f"{class_name} {title}")
+            for source, title in STRANGERS:
+                if source.startswith(class_name + "."):
+                    key = source.partition(".")[2].partition("=")[2]
+                    lines += self.table(source, f"{class_name} {key}: {title}")
+        lines += ["", "## Sources from which nothing leads on", ""]
+        for class_name in DEAD_ENDS:
+            path = self.names(class_name)[0]
+            if any(self.answers(path.text(class_name), "")):
+                raise SystemExit(f"association_tables: {class_name} leads on, see DEAD_ENDS")
+            lines.append(f"* {class_name}")
+        return lines
+
+    def table(self, source, title):
+        by_answers = {}  # the answers -> the association classes that gave them
+        for association in ASSOCIATIONS:
+            answers = self.answers(source, association)
+            by_answers.setdefault(repr(answers), (answers, []))[1].append(association)
+        rows, nothing, together = [], [], ([], [], [], [])
+        for answers, associations in by_answers.values():
+            if not any(answers):
+                nothing += associations
+                continue
+            rows += self.rows("<br>".join(associations), answers)
+            for whole, part in zip(together, answers):
+                whole += part
+        lines = ["", f"### {title}", ""]
+        if rows:
+            lines += ["| association class | operation | answer |", "| --- | --- | --- |", *rows, ""]
+            every = self.answers(source, "")
+            if list(every) == list(together):
+                lines.append("Without an association class: all of these, in this order.")
+            else:
+                lines += ["Without an association class:", "", "| | operation | answer |",
+                          "| --- | --- | --- |", *self.rows("", every)]
+        else:
+            lines.append("Nothing, whatever the association class.")
+        if rows and nothing:
+            lines += ["", "Nothing by " + ", ".join(nothing) + "."]
+        return lines
+
+    @staticmethod
+    def rows(first, answers):
+        rows = []
+        previous = None
+        for (_, _, operation), answer in zip(OPERATIONS, answers):
+            text = "<br>".join(
+                item if isinstance(item, str) else
+                ", ".join(f"*{role}* {end}" for role, end in item[1]) for item in answer)
+            if rows and text == previous:
+                rows[-1][1] += f", {operation}"
+            else:
+                rows.append([first if not rows else "", operation, text or "nothing"])
+            previous = text
+        return [f"| {' | '.join(row)} |" for row in rows]
+
+
+def page(server):
+    """The page as a text. Ends the program if the two namespaces tell different stories."""
+    interop, other = Tables(server, INTEROP), Tables(server, OTHER)
+    lines = interop.tables()
+    other.tables()
+    for asked, answers in interop.seen.items():
+        # What is bracketed in the one namespace is the very namespace that is asked in the other.
+        if repr(answers).replace(f" ({OTHER})", "") != repr(other.seen.get(asked)):
+            raise SystemExit(f"association_tables: {' '.join(asked)} answers differently in {OTHER}")
+    return HEAD + "\n".join(lines) + "\n"
+
+
+def main():
+    if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
+        print(__doc__)
+        return 0 if sys.argv[1:] in (["--help"], ["-h"]) else 2
+    sys.stdout.write(page(sys.argv[1]))
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

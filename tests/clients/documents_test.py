@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+"""Compares docs/walk.dot and docs/associations.md with what a walk sees and what is answered now.
+
+usage: documents_test.py BUILD-DIRECTORY            compares, and shows what differs
+       documents_test.py BUILD-DIRECTORY --update   writes them, and docs/walk.svg, anew
+"""
+
+import difflib
+import html
+import re
+import sys
+
+from served import SOURCE, Served
+
+sys.path.insert(0, str(SOURCE / "scripts"))
+import association_tables  # noqa: E402  pylint: disable=wrong-import-position
+import walk  # noqa: E402  pylint: disable=wrong-import-position
+import walk_graph  # noqa: E402  pylint: disable=wrong-import-position
+
+DOCS = SOURCE / "docs"
+PAGE, DOT, SVG = DOCS / "associations.md", DOCS / "walk.dot", DOCS / "walk.svg"
+
+
+def answered(build):
+    """What the documents have to say: the dot text and the page."""
+    with Served(build) as served:
+        seen = walk.walk(served.address, say=lambda _: None)
+        if any(each.wrong for each in seen):
+            sys.exit("documents_test: the walk meets wrong answers, see scripts/walk.py")
+        dot = seen[0].graph.dot(walk.stable(served.address, seen[0].learnt))
+        return dot, association_tables.page(served.address)
+
+
+def differences(path, text):
+    committed = path.read_text(encoding="utf-8") if path.exists() else ""
+    return list(difflib.unified_diff(committed.splitlines(), text.splitlines(),
+                                     f"{path.relative_to(SOURCE)}", "answered now", lineterm=""))
+
+
+def drawn(svg):
+    """The names of the boxes and edges of a picture; how they are laid out differs by version."""
+    return sorted(html.unescape(title) for title in re.findall("<title>(.*?)</title>", svg))
+
+
+def described(dot):
+    """The same of a text in the dot language."""
+    return sorted(re.findall(r"^ +(\w+) \[(?!shape=box)", dot, re.MULTILINE) +
+                  re.findall(r"^ +(\w+ -> \w+) ", dot, re.MULTILINE) +
+                  re.findall(r"subgraph (\w+)", dot) + re.findall(r"digraph (\w+)", dot))
+
+
+def main():
+    if len(sys.argv) not in (2, 3) or sys.argv[2:] not in ([], ["--update"]):
+        print(__doc__)
+        return 2
+    dot, page = answered(sys.argv[1])
+    if sys.argv[2:]:
+        PAGE.write_text(page, encoding="utf-8")
+        walk_graph.write(dot, DOCS / "walk")
+        return 0
+
+    wrong = differences(DOT, dot) + differences(PAGE, page)
+    edges = [name.replace(" -> ", "->") for name in described(dot)
+             if name not in ("node", "edge")]
+    if sorted(edges) != drawn(SVG.read_text(encoding="utf-8")):
+        wrong.append(f"{SVG.relative_to(SOURCE)} is not the picture of {DOT.relative_to(SOURCE)}")
+    if wrong:
+        print("\n".join(wrong))
+        print("If the new answers are meant: tests/clients/documents_test.py BUILD-DIRECTORY --update")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
