@@ -150,52 +150,45 @@ class Answers(unittest.TestCase):
             return self.answers[tuple(arguments)]
         return sum(each.wrong for each in walk.walk(self.address, run=run, say=lambda _: None))
 
-    def each(self):
-        self.assertGreater(len(self.answers), 100)
-        for command, lines in self.answers.items():
-            with self.subTest(command=command):
-                yield command, lines
+    def must_be_wrong(self, command, lines):
+        with self.subTest(command=command, lines=lines):
+            self.assertGreater(self.wrong(command, lines), 0)
 
     def test_the_recorded_answers_are_right(self):
+        self.assertGreater(len(self.answers), 100)
         self.assertEqual(self.wrong((), []), 0)
 
     def test_no_answer_is_wrong(self):
-        for command, _ in self.each():
-            self.assertGreater(self.wrong(command, None), 0)
+        for command in self.answers:
+            self.must_be_wrong(command, None)
 
     def test_a_missing_object_is_wrong(self):
-        for command, lines in self.each():
+        for command, lines in self.answers.items():
             starts = [n for n, line in enumerate(lines) if line and not line.startswith("-")]
             for start, end in zip(starts, starts[1:] + [len(lines)]):
-                self.assertGreater(self.wrong(command, lines[:start] + lines[end:]), 0)
+                self.must_be_wrong(command, lines[:start] + lines[end:])
 
     def test_an_object_too_much_is_wrong(self):
-        for command, lines in self.each():
+        for command, lines in self.answers.items():
             more = [line for line in lines if line and not line.startswith("-")][:1] or \
                 ['vm/root/cimv2:ORVEX_Vsan.Name="x"']
-            self.assertGreater(self.wrong(command, more + lines), 0)
+            self.must_be_wrong(command, more + lines)
 
     def test_another_object_is_wrong(self):
-        for command, lines in self.each():
+        for command, lines in self.answers.items():
             for number, line in enumerate(lines):
                 if line and not line.startswith("-"):
                     other = line.replace("ORVEX_", "OTHER_").replace("PG_", "OTHER_") \
                         .replace("CIM_Registered", "OTHER_Registered")
-                    self.assertNotEqual(line, other)
-                    self.assertGreater(
-                        self.wrong(command, lines[:number] + [other] + lines[number + 1:]), 0)
+                    self.must_be_wrong(command, lines[:number] + [other] + lines[number + 1:])
 
-    def test_another_value_of_a_property_is_wrong(self):
-        spoilt = 0
-        for command, lines in self.each():
+    def test_another_value_of_a_property_or_none_is_wrong(self):
+        for command, lines in self.answers.items():
             for number, line in enumerate(lines):
                 name = line[1:].partition("=")[0]
                 if line.startswith("-") and name not in NOT_CHECKED:
                     for other in ([f'-{name}="other"'], []):
-                        self.assertGreater(
-                            self.wrong(command, lines[:number] + other + lines[number + 1:]), 0)
-                        spoilt += 1
-        self.assertGreater(spoilt, 100)
+                        self.must_be_wrong(command, lines[:number] + other + lines[number + 1:])
 
 
 if __name__ == "__main__":
