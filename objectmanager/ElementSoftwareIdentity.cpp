@@ -7,9 +7,7 @@
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
 
-void ServerProfileProvider::_getOrvexSPESIHelper(String,
-                                                 Handler& handler,
-                                                 const String& nameSpace,
+void ServerProfileProvider::_getOrvexSPESIHelper(String, Handler& handler, const String& nameSpace,
                                                  bool instances) {
     trace(" Quil OrvexSPESIHelper - Start ");
     forEachImplemented(*this, nameSpace, [&](const Association& association) {
@@ -19,9 +17,6 @@ void ServerProfileProvider::_getOrvexSPESIHelper(String,
 
 CIMInstance ServerProfileProvider::_getOrvexSPESIInstance(const CIMObjectPath& path,
                                                           InstanceHandler& handler) {
-    return echo(elementSoftwareIdentity,
-                path,
-                handler,
-                "getOrvexSPESIInstance(): Start ",
+    return echo(elementSoftwareIdentity, path, handler, "getOrvexSPESIInstance(): Start ",
                 "getOrvexSpESI () - Exit ");
 }

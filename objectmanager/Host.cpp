@@ -14,8 +14,8 @@ constexpr Uint16 statusOk = 2; // ValueMap of OperationalStatus, CIM 2.41
 
 CIMObjectPath hostPath(const String& className, const OrvexOMHost& host) {
     Array<CIMKeyBinding> keys;
-    keys.append(CIMKeyBinding(
-        CIMName("CreationClassName"), host.getCreationClassName(), CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding(CIMName("CreationClassName"), host.getCreationClassName(),
+                              CIMKeyBinding::STRING));
     keys.append(CIMKeyBinding(CIMName("Name"), host.getName(), CIMKeyBinding::STRING));
     return CIMObjectPath(_getHostName(), CIMNamespaceName("root/cimv2"), CIMName(className), keys);
 }
@@ -53,8 +53,7 @@ CIMInstance ServerProfileProvider::buildOrvexOMHostInstance(String className, Or
     return instance;
 }
 
-CIMObjectPath ServerProfileProvider::buildOrvexOMHostReference(String className,
-                                                               OrvexOMHost host,
+CIMObjectPath ServerProfileProvider::buildOrvexOMHostReference(String className, OrvexOMHost host,
                                                                String /*nameSpace*/) {
     return hostPath(className, host);
 }
@@ -70,16 +69,14 @@ CIMInstance ServerProfileProvider::_getOrvexOMHostInstance(String key, InstanceH
     return result;
 }
 
-void ServerProfileProvider::_getOrvexOMHostInstances(String,
-                                                     InstanceHandler& handler,
+void ServerProfileProvider::_getOrvexOMHostInstances(String, InstanceHandler& handler,
                                                      const String&) {
     trace("Quil orvexOMHostInstances() Start");
     handler.deliver(buildOrvexOMHostInstance(hostClass, OrvexOMHost()));
     trace("Quil orvexOMHostInstances(): Exit");
 }
 
-void ServerProfileProvider::_getOrvexOHostInstanceNames(String className,
-                                                        PathHandler& handler,
+void ServerProfileProvider::_getOrvexOHostInstanceNames(String className, PathHandler& handler,
                                                         const String& nameSpace) {
     trace("Quil orvexOMHostInstNames() Start");
     handler.deliver(buildOrvexOMHostReference(className, OrvexOMHost(), nameSpace));

@@ -26,21 +26,15 @@ struct Branch {
 };
 constexpr Branch branches[] = {
     {hostedServices, " Quil HostedService assoc - 1 ", hostedService, objectManagerClass},
-    {hostedAccessPoints,
-     " Quil HostedAccessPoint - 1 ",
-     hostedAccessPoint,
+    {hostedAccessPoints, " Quil HostedAccessPoint - 1 ", hostedAccessPoint,
      communicationMechanismClass},
 };
 
 /// Reads the far ends of each selected branch into one list and calls visit(branch, list). A branch
 /// whose read-back fails is visited with what the list held before: on purpose.
 template <class List, class Visit>
-void forEachBranch(ServerProfileProvider& provider,
-                   const String& keyValue,
-                   int bits,
-                   const String& nameSpace,
-                   List list,
-                   Visit visit) {
+void forEachBranch(ServerProfileProvider& provider, const String& keyValue, int bits,
+                   const String& nameSpace, List list, Visit visit) {
     const ReadBack readBack(provider.cimomHandle(), nameSpace);
     for (const Branch& branch : branches) {
         if ((bits & branch.bit) == 0) {
@@ -60,26 +54,16 @@ void forEachBranch(ServerProfileProvider& provider,
 }
 
 template <class Handler>
-void deliverFarEnds(ServerProfileProvider& provider,
-                    const String& keyValue,
-                    const char* filter,
-                    Handler& handler,
-                    const String& nameSpace) {
+void deliverFarEnds(ServerProfileProvider& provider, const String& keyValue, const char* filter,
+                    Handler& handler, const String& nameSpace) {
     using List = typename FarEnds<Handler>::List;
-    forEachBranch(provider,
-                  keyValue,
-                  selectTraced(selection, filter, both, keyValue),
-                  nameSpace,
-                  List(),
-                  [&](const Branch&, const List& list) { deliverAll(handler, list); });
+    forEachBranch(provider, keyValue, selectTraced(selection, filter, both, keyValue), nameSpace,
+                  List(), [&](const Branch&, const List& list) { deliverAll(handler, list); });
 }
 
 template <class Handler>
-void deliverAssociations(ServerProfileProvider& provider,
-                         const String& keyValue,
-                         const char* filter,
-                         Handler& handler,
-                         const String& nameSpace) {
+void deliverAssociations(ServerProfileProvider& provider, const String& keyValue,
+                         const char* filter, Handler& handler, const String& nameSpace) {
     const int bits = selectTraced(selection, filter, both, keyValue);
     if (bits == 0) {
         return;
@@ -96,47 +80,32 @@ void deliverAssociations(ServerProfileProvider& provider,
 
 } // namespace
 
-void ServerProfileProvider::_getOrvexOMHostAssociatorNames(String keyValue,
-                                                           const char* assocClass,
-                                                           const char* resultClass,
-                                                           const char*,
-                                                           const char*,
-                                                           PathHandler& handler,
+void ServerProfileProvider::_getOrvexOMHostAssociatorNames(String keyValue, const char* assocClass,
+                                                           const char* resultClass, const char*,
+                                                           const char*, PathHandler& handler,
                                                            const String& nameSpace) {
     trace(" Quil orvexOMHostAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil orvexOMHostAssociatorNames(): result class is ", resultClass);
     deliverFarEnds(*this, keyValue, assocClass, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getOrvexOMHostAssociators(String keyValue,
-                                                       const char* assocClass,
-                                                       const char* resultClass,
-                                                       const char*,
-                                                       const char*,
-                                                       bool,
-                                                       bool,
-                                                       const CIMPropertyList&,
-                                                       ObjectHandler& handler,
-                                                       const String& nameSpace) {
+void ServerProfileProvider::_getOrvexOMHostAssociators(
+    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
+    bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil orvexOMHostAssociators(): assoc class is ", assocClass);
     trace(" Quil orvexOMHostAssociators(): result class is ", resultClass);
     deliverFarEnds(*this, keyValue, assocClass, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getOrvexOMHostReferenceNames(String keyValue,
-                                                          const char* resultClass,
-                                                          const char*,
-                                                          PathHandler& handler,
+void ServerProfileProvider::_getOrvexOMHostReferenceNames(String keyValue, const char* resultClass,
+                                                          const char*, PathHandler& handler,
                                                           const String& nameSpace) {
     trace(" Quil orvexOMHostReferenceNames(): result class is ", resultClass);
     deliverAssociations(*this, keyValue, resultClass, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getOrvexOMHostReferences(String keyValue,
-                                                      const char* resultClass,
-                                                      const char*,
-                                                      bool,
-                                                      bool,
+void ServerProfileProvider::_getOrvexOMHostReferences(String keyValue, const char* resultClass,
+                                                      const char*, bool, bool,
                                                       const CIMPropertyList&,
                                                       ObjectHandler& handler,
                                                       const String& nameSpace) {

@@ -7,16 +7,13 @@
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
 
-void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String,
-                                                               Handler& handler,
+void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String, Handler& handler,
                                                                const String& nameSpace,
                                                                bool instances) {
     trace(" Quil OrvexSPHostedAccessPointHelper - Start ");
     const CIMObjectPath host = hostPath(*this, nameSpace);
     Array<CIMObjectPath> mechanisms;
-    guarded(ReadBack(_cimomHandle, nameSpace),
-            mechanisms,
-            communicationMechanismClass,
+    guarded(ReadBack(_cimomHandle, nameSpace), mechanisms, communicationMechanismClass,
             {" Quil ni OrvexSPHostedAccessPointHelper:EXCEPTION for "
              "CIM_CIMXMLCommunicationMechanism "});
     for (Uint32 i = 0; i < mechanisms.size(); ++i) {
@@ -26,15 +23,12 @@ void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String,
 
 // Unlike the access points, there is always one hosted service: without an object manager its
 // dependent end is empty.
-void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String,
-                                                           Handler& handler,
+void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String, Handler& handler,
                                                            const String& nameSpace,
                                                            bool instances) {
     trace(" Quil OrvexSPHostedServiceHelper - Start ");
     Array<CIMObjectPath> managers;
-    guarded(ReadBack(_cimomHandle, nameSpace),
-            managers,
-            objectManagerClass,
+    guarded(ReadBack(_cimomHandle, nameSpace), managers, objectManagerClass,
             {" Quil ni OrvexSPHostedServiceHelper:EXCEPTION for CIM_ObjectManager "});
     const CIMObjectPath manager = firstOf(managers);
     const CIMObjectPath host = hostPath(*this, nameSpace);
@@ -45,18 +39,12 @@ void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String,
 
 CIMInstance ServerProfileProvider::_getOrvexSPHostedAccessPointInstance(const CIMObjectPath& path,
                                                                         InstanceHandler& handler) {
-    return echo(hostedAccessPoint,
-                path,
-                handler,
-                "getOrvexSPHostedAccessPointInstance(): Start ",
+    return echo(hostedAccessPoint, path, handler, "getOrvexSPHostedAccessPointInstance(): Start ",
                 "getOrvexSpHostedAccessPointInstance () - Exit ");
 }
 
 CIMInstance ServerProfileProvider::_getOrvexSPHostedServiceInstance(const CIMObjectPath& path,
                                                                     InstanceHandler& handler) {
-    return echo(hostedService,
-                path,
-                handler,
-                "getOrvexSPHostedServiceInstance(): Start ",
+    return echo(hostedService, path, handler, "getOrvexSPHostedServiceInstance(): Start ",
                 "getOrvexSpHostedServiceInstance () - Exit ");
 }

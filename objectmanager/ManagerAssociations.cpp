@@ -10,11 +10,8 @@ CIMObjectPath hostPath(ServerProfileProvider& provider, const String& nameSpace)
     return provider.buildOrvexOMHostReference("ORVEX_ObjectManagerHost", OrvexOMHost(), nameSpace);
 }
 
-CIMInstance echo(const AssociationClass& cimClass,
-                 const CIMObjectPath& path,
-                 InstanceResponseHandler& handler,
-                 const char* startTrace,
-                 const char* exitTrace) {
+CIMInstance echo(const AssociationClass& cimClass, const CIMObjectPath& path,
+                 InstanceResponseHandler& handler, const char* startTrace, const char* exitTrace) {
     trace(startTrace);
     Association named = namedAssociation(cimClass, path);
     if (cimClass.second.referenceClass == nullptr) {

@@ -26,10 +26,8 @@ Pegasus::CIMObjectPath hostPath(ServerProfileProvider& provider, const Pegasus::
 /// Delivers the association of `cimClass` that `path` names, with `path` as its own path, between
 /// the two traces. Where the association class leaves the second reference's class open, it is that
 /// of the end that the client named.
-Pegasus::CIMInstance echo(const AssociationClass& cimClass,
-                          const Pegasus::CIMObjectPath& path,
-                          Pegasus::InstanceResponseHandler& handler,
-                          const char* startTrace,
+Pegasus::CIMInstance echo(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
+                          Pegasus::InstanceResponseHandler& handler, const char* startTrace,
                           const char* exitTrace);
 
 } // namespace serverprofile

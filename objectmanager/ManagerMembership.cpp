@@ -10,26 +10,21 @@ using namespace serverprofile;
 namespace {
 
 /// Both classes write the same traces, whichever is asked for and whatever fails: on purpose.
-void enumerateMembers(CIMOMHandle& handle,
-                      const AssociationClass& cimClass,
-                      const char* memberClass,
-                      ResponseHandler& handler,
-                      const String& nameSpace,
+void enumerateMembers(CIMOMHandle& handle, const AssociationClass& cimClass,
+                      const char* memberClass, ResponseHandler& handler, const String& nameSpace,
                       bool instances) {
     trace(" Quil NSInMgrHelper - Start ");
     const ReadBack readBack(handle, nameSpace);
     Array<CIMObjectPath> list;
-    if (!guarded(readBack,
-                 list,
-                 objectManagerClass,
+    if (!guarded(readBack, list, objectManagerClass,
                  {" Quil exception ni for CIM_Namespace -Exiting "})) {
         return;
     }
     const CIMObjectPath manager = firstOf(list);
     // One list serves both read-backs: when the second fails, the object managers stand for the
     // members. On purpose.
-    guarded(
-        readBack, list, memberClass, {" Quil exception ei for CIM_CIMXMLCommunicationMechanism "});
+    guarded(readBack, list, memberClass,
+            {" Quil exception ei for CIM_CIMXMLCommunicationMechanism "});
     for (Uint32 i = 0; i < list.size(); ++i) {
         deliver(handler, instances, Association(cimClass, manager, list[i]), nameSpace);
     }
@@ -37,40 +32,26 @@ void enumerateMembers(CIMOMHandle& handle,
 
 } // namespace
 
-void ServerProfileProvider::_getCommMechForMgrHelper(String,
-                                                     Handler& handler,
-                                                     const String& nameSpace,
-                                                     bool instances) {
-    enumerateMembers(_cimomHandle,
-                     commMechanismForManager,
-                     communicationMechanismClass,
-                     handler,
-                     nameSpace,
-                     instances);
+void ServerProfileProvider::_getCommMechForMgrHelper(String, Handler& handler,
+                                                     const String& nameSpace, bool instances) {
+    enumerateMembers(_cimomHandle, commMechanismForManager, communicationMechanismClass, handler,
+                     nameSpace, instances);
 }
 
-void ServerProfileProvider::_getNSInMgrHelper(String,
-                                              Handler& handler,
-                                              const String& nameSpace,
+void ServerProfileProvider::_getNSInMgrHelper(String, Handler& handler, const String& nameSpace,
                                               bool instances) {
-    enumerateMembers(
-        _cimomHandle, namespaceInManager, namespaceClass, handler, nameSpace, instances);
+    enumerateMembers(_cimomHandle, namespaceInManager, namespaceClass, handler, nameSpace,
+                     instances);
 }
 
 CIMInstance ServerProfileProvider::_getCommMechForMgrInstance(const CIMObjectPath& path,
                                                               InstanceHandler& handler) {
-    return echo(commMechanismForManager,
-                path,
-                handler,
-                "getCommMechForMgrInstance(): Start ",
+    return echo(commMechanismForManager, path, handler, "getCommMechForMgrInstance(): Start ",
                 "getCommMechForMgrInstance () - Exit ");
 }
 
 CIMInstance ServerProfileProvider::_getNSInMgrInstance(const CIMObjectPath& path,
                                                        InstanceHandler& handler) {
-    return echo(namespaceInManager,
-                path,
-                handler,
-                "getNSInMgrInstance(): Start ",
+    return echo(namespaceInManager, path, handler, "getNSInMgrInstance(): Start ",
                 "getNSInMgrInstance () - Exit ");
 }

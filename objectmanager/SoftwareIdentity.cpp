@@ -31,8 +31,8 @@ CIMInstance ServerProfileProvider::buildOrvexSIInstance(String className, OrvexS
     return instance;
 }
 
-CIMObjectPath
-ServerProfileProvider::buildOrvexSIReference(String className, OrvexSI si, String /*nameSpace*/) {
+CIMObjectPath ServerProfileProvider::buildOrvexSIReference(String className, OrvexSI si,
+                                                           String /*nameSpace*/) {
     return softwareIdentityPath(className, si);
 }
 
@@ -54,8 +54,7 @@ void ServerProfileProvider::_getOrvexSIInstances(String, InstanceHandler& handle
     trace("Quil orvexSIInstances(): Exit");
 }
 
-void ServerProfileProvider::_getOrvexSIInstanceNames(String className,
-                                                     PathHandler& handler,
+void ServerProfileProvider::_getOrvexSIInstanceNames(String className, PathHandler& handler,
                                                      const String& nameSpace) {
     trace("Quil orvexSIInstNames() Start");
     handler.deliver(buildOrvexSIReference(className, OrvexSI(), nameSpace));

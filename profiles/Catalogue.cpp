@@ -71,10 +71,8 @@ CIMInstance ServerProfileProvider::buildRegisteredProfileInstance(String classNa
     setIfDefined(instance, "RegisteredVersion", CIMValue(String("1.1.0")));
     setIfDefined(instance, "AdvertiseTypes", CIMValue(advertiseTypes));
 
-    instance.setPath(CIMObjectPath(_getHostName(),
-                                   CIMNamespaceName("root/cimv2"),
-                                   CIMName(className),
-                                   instanceIdKey(profile.getInstanceId())));
+    instance.setPath(CIMObjectPath(_getHostName(), CIMNamespaceName("root/cimv2"),
+                                   CIMName(className), instanceIdKey(profile.getInstanceId())));
     return instance;
 }
 
@@ -82,9 +80,7 @@ CIMObjectPath ServerProfileProvider::buildRegisteredProfileReference(String clas
                                                                      CIMInstance instance,
                                                                      String nameSpace) {
     trace("Quil regProfRef() Start");
-    return CIMObjectPath(_getHostName(),
-                         CIMNamespaceName(nameSpace),
-                         CIMName(className),
+    return CIMObjectPath(_getHostName(), CIMNamespaceName(nameSpace), CIMName(className),
                          instanceIdKey(instanceIdOf(instance)));
 }
 

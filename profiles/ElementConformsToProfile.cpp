@@ -15,8 +15,8 @@ struct Conformance {
     CIMObjectPath profile;
 };
 
-Conformance
-readRow(ServerProfileProvider& provider, const ConformanceRow& row, const String& nameSpace) {
+Conformance readRow(ServerProfileProvider& provider, const ConformanceRow& row,
+                    const String& nameSpace) {
     Conformance read;
     read.elementClass = row.elementClass;
     const ReadBack readBack(provider.cimomHandle(), nameSpace);
@@ -46,14 +46,12 @@ void deliverRows(ServerProfileProvider& provider, Handler& handler, const String
 
 } // namespace
 
-void ServerProfileProvider::_getElementConformstoProfileInstanceNames(String,
-                                                                      PathHandler& handler,
+void ServerProfileProvider::_getElementConformstoProfileInstanceNames(String, PathHandler& handler,
                                                                       const String& nameSpace) {
     deliverRows(*this, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getElementConformstoProfileInstances(String,
-                                                                  InstanceHandler& handler,
+void ServerProfileProvider::_getElementConformstoProfileInstances(String, InstanceHandler& handler,
                                                                   const String& nameSpace) {
     deliverRows(*this, handler, nameSpace);
 }

@@ -13,8 +13,7 @@ Pegasus::Uint32 instanceIdPosition(const Pegasus::CIMInstance& entry,
 
 /// The text of the property at `position`. When it is not a string or has no value, traces
 /// `complaint` if one is given and throws CIMInvalidParameterException.
-Pegasus::String instanceIdAt(const Pegasus::CIMInstance& entry,
-                             Pegasus::Uint32 position,
+Pegasus::String instanceIdAt(const Pegasus::CIMInstance& entry, Pegasus::Uint32 position,
                              const char* complaint = nullptr);
 
 /// Both in one, without complaints.

@@ -4,14 +4,14 @@ PEGASUS_USING_PEGASUS;
 
 namespace serverprofile {
 
-CIMObjectPath
-profilePath(ServerProfileProvider& provider, Uint32 profile, const String& nameSpace) {
+CIMObjectPath profilePath(ServerProfileProvider& provider, Uint32 profile,
+                          const String& nameSpace) {
     return provider.buildRegisteredProfileReference(
         "CIM_RegisteredProfile", provider.registeredProfiles()[profile], nameSpace);
 }
 
-CIMObjectPath
-subProfilePath(ServerProfileProvider& provider, Uint32 subProfile, const String& nameSpace) {
+CIMObjectPath subProfilePath(ServerProfileProvider& provider, Uint32 subProfile,
+                             const String& nameSpace) {
     return provider.buildRegisteredProfileReference(
         "CIM_RegisteredSubProfile", provider.registeredSubProfiles()[subProfile], nameSpace);
 }
@@ -20,20 +20,19 @@ CIMObjectPath softwareIdentityPath(ServerProfileProvider& provider, const String
     return provider.buildOrvexSIReference("ORVEX_SoftwareIdentity", OrvexSI(), nameSpace);
 }
 
-Association
-requirement(ServerProfileProvider& provider, const SubProfilePair& pair, const String& nameSpace) {
+Association requirement(ServerProfileProvider& provider, const SubProfilePair& pair,
+                        const String& nameSpace) {
     const CIMObjectPath profile = profilePath(provider, pair.profile, nameSpace);
     const CIMObjectPath subProfile = subProfilePath(provider, pair.subProfile, nameSpace);
     return Association(subProfileRequiresProfile, profile, subProfile);
 }
 
-Association
-conforming(const CIMObjectPath& profile, const CIMObjectPath& element, const char* elementClass) {
+Association conforming(const CIMObjectPath& profile, const CIMObjectPath& element,
+                       const char* elementClass) {
     return Association(elementConformsToProfile, profile, element).secondIs(CIMName(elementClass));
 }
 
-Association implementedBy(const CIMObjectPath& softwareIdentity,
-                          const CIMObjectPath& element,
+Association implementedBy(const CIMObjectPath& softwareIdentity, const CIMObjectPath& element,
                           const char* elementClass) {
     return Association(elementSoftwareIdentity, softwareIdentity, element)
         .secondIs(CIMName(elementClass));

@@ -32,34 +32,28 @@ constexpr ConformanceRow conformance[] = {
 
 // Paths for a request: they carry its namespace. Errors as buildRegisteredProfileReference.
 
-Pegasus::CIMObjectPath profilePath(ServerProfileProvider& provider,
-                                   Pegasus::Uint32 profile,
+Pegasus::CIMObjectPath profilePath(ServerProfileProvider& provider, Pegasus::Uint32 profile,
                                    const Pegasus::String& nameSpace);
-Pegasus::CIMObjectPath subProfilePath(ServerProfileProvider& provider,
-                                      Pegasus::Uint32 subProfile,
+Pegasus::CIMObjectPath subProfilePath(ServerProfileProvider& provider, Pegasus::Uint32 subProfile,
                                       const Pegasus::String& nameSpace);
 /// In "root/cimv2" whatever the request's namespace.
 Pegasus::CIMObjectPath softwareIdentityPath(ServerProfileProvider& provider,
                                             const Pegasus::String& nameSpace);
 
 /// CIM_SubProfileRequiresProfile for one pair.
-Association requirement(ServerProfileProvider& provider,
-                        const SubProfilePair& pair,
+Association requirement(ServerProfileProvider& provider, const SubProfilePair& pair,
                         const Pegasus::String& nameSpace);
 /// CIM_ElementConformsToProfile between `profile` and `element`, one of `elementClass`.
-Association conforming(const Pegasus::CIMObjectPath& profile,
-                       const Pegasus::CIMObjectPath& element,
+Association conforming(const Pegasus::CIMObjectPath& profile, const Pegasus::CIMObjectPath& element,
                        const char* elementClass);
 /// ORVEX_ElementSoftwareIdentity between the firmware and `element`, one of `elementClass`.
 Association implementedBy(const Pegasus::CIMObjectPath& softwareIdentity,
-                          const Pegasus::CIMObjectPath& element,
-                          const char* elementClass);
+                          const Pegasus::CIMObjectPath& element, const char* elementClass);
 
 /// Calls visit(association) for each ORVEX_ElementSoftwareIdentity: all registered profiles, then
 /// all subprofiles, each in the order of the catalogue.
 template <class Visit>
-void forEachImplemented(ServerProfileProvider& provider,
-                        const Pegasus::String& nameSpace,
+void forEachImplemented(ServerProfileProvider& provider, const Pegasus::String& nameSpace,
                         Visit visit) {
     const Pegasus::CIMObjectPath software = softwareIdentityPath(provider, nameSpace);
     for (Pegasus::Uint32 i = 0; i < provider.registeredProfiles().size(); ++i) {
@@ -67,8 +61,8 @@ void forEachImplemented(ServerProfileProvider& provider,
             implementedBy(software, profilePath(provider, i, nameSpace), "CIM_RegisteredProfile"));
     }
     for (Pegasus::Uint32 i = 0; i < provider.registeredSubProfiles().size(); ++i) {
-        visit(implementedBy(
-            software, subProfilePath(provider, i, nameSpace), "CIM_RegisteredSubProfile"));
+        visit(implementedBy(software, subProfilePath(provider, i, nameSpace),
+                            "CIM_RegisteredSubProfile"));
     }
 }
 

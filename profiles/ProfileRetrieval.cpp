@@ -19,14 +19,12 @@ void deliverClones(const ServerProfileProvider::Instances& entries,
 
 } // namespace
 
-void ServerProfileProvider::_getRegisteredProfileInstances(String,
-                                                           InstanceHandler& handler,
+void ServerProfileProvider::_getRegisteredProfileInstances(String, InstanceHandler& handler,
                                                            const String&) {
     deliverClones(_registeredProfiles, handler);
 }
 
-void ServerProfileProvider::_getRegisteredSubProfileInstances(String,
-                                                              InstanceHandler& handler,
+void ServerProfileProvider::_getRegisteredSubProfileInstances(String, InstanceHandler& handler,
                                                               const String&) {
     deliverClones(_registeredSubProfiles, handler);
 }
@@ -60,9 +58,7 @@ CIMInstance ServerProfileProvider::_getRegisteredProfileInstance(String keyValue
     const Instances& entries = _registeredProfiles;
     bool found = false;
     CIMInstance result;
-    trace("Quil getRegisteredProfileInstance(): Start keyValue is ",
-          keyValue,
-          " found flag is ",
+    trace("Quil getRegisteredProfileInstance(): Start keyValue is ", keyValue, " found flag is ",
           found);
     trace("Quil getRegisteredProfileInstance(): Start regprofiles size is ", entries.size());
 
@@ -71,8 +67,7 @@ CIMInstance ServerProfileProvider::_getRegisteredProfileInstance(String keyValue
             entries[i],
             "Quil getRegisteredProfileInstance() - Exception - Property InstanceId not found");
         const String instanceId = instanceIdAt(
-            entries[i],
-            position,
+            entries[i], position,
             "Quil getRegisteredProfileInstance() - Exception - InstanceId value is Null");
         trace("Quil getRegisteredProfileInstance() - InstanceId is ", instanceId);
         if (String::equalNoCase(keyValue, instanceId)) {
@@ -90,8 +85,8 @@ CIMInstance ServerProfileProvider::_getRegisteredProfileInstance(String keyValue
     trace("Quil _getRegProfInst(): onj path is ", delivered.getPath());
     Array<CIMKeyBinding> keys;
     keys.append(CIMKeyBinding(CIMName("InstanceID"), keyValue, CIMKeyBinding::STRING));
-    delivered.setPath(CIMObjectPath(
-        _getHostName(), CIMNamespaceName("root/cimv2"), CIMName("CIM_RegisteredProfile"), keys));
+    delivered.setPath(CIMObjectPath(_getHostName(), CIMNamespaceName("root/cimv2"),
+                                    CIMName("CIM_RegisteredProfile"), keys));
     trace("Quil _getRegProfInst(): AFTER onj path is ", delivered.getPath());
     handler.deliver(delivered);
     return result;

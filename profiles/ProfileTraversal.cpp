@@ -29,21 +29,13 @@ struct ElementSource {
     const char* objectsFailure;
 };
 constexpr ElementSource elementSources[] = {
-    {"Orvex1",
-     " Quil ElementConformsToProfile assoc - Fabric ",
-     "ORVEX_Vsan",
-     " Quil ni for ORVEX_AdminDomain exception ",
-     " Quil ei for ORVEX_AdminDomain exception "},
-    {"Orvex2",
-     " Quil ElementConformsToProfile assoc - Switch ",
-     nullptr,
+    {"Orvex1", " Quil ElementConformsToProfile assoc - Fabric ", "ORVEX_Vsan",
+     " Quil ni for ORVEX_AdminDomain exception ", " Quil ei for ORVEX_AdminDomain exception "},
+    {"Orvex2", " Quil ElementConformsToProfile assoc - Switch ", nullptr,
      " Quil ni for ORVEX_ComputerSystem exception ",
      " Quil gi for ORVEX_ComputerSystem exception "},
-    {"Orvex6",
-     " Quil ElementConformsToProfile assoc - Server ",
-     "CIM_ObjectManager",
-     " Quil ni for CIM_ObjectManager ",
-     " Quil ei for CIM_ObjectManager "},
+    {"Orvex6", " Quil ElementConformsToProfile assoc - Server ", "CIM_ObjectManager",
+     " Quil ni for CIM_ObjectManager ", " Quil ei for CIM_ObjectManager "},
 };
 
 const char* failureOf(const ElementSource& source, const Array<CIMObjectPath>&) {
@@ -65,8 +57,8 @@ void append(Array<CIMInstance>& list, const CIMInstance& instance) {
 CIMObjectPath localSwitchPath(const String& nameSpace) {
     Array<CIMKeyBinding> keys;
     keys.append(CIMKeyBinding(CIMName("Name"), String("localswitch"), CIMKeyBinding::STRING));
-    return CIMObjectPath(
-        _getHostName(), CIMNamespaceName(nameSpace), CIMName("ORVEX_PhysicalComputerSystem"), keys);
+    return CIMObjectPath(_getHostName(), CIMNamespaceName(nameSpace),
+                         CIMName("ORVEX_PhysicalComputerSystem"), keys);
 }
 
 template <class List>
@@ -84,8 +76,8 @@ void readConformingElements(const Request& request, const String& keyValue, List
         // A switch that could not be read is appended all the same, and the use of its
         // uninitialised instance ends the operation with the library's exception: on purpose.
         CIMInstance localSwitch;
-        guarded(
-            readBack, localSwitch, localSwitchPath(request.nameSpace), {failureOf(source, list)});
+        guarded(readBack, localSwitch, localSwitchPath(request.nameSpace),
+                {failureOf(source, list)});
         trace("Quil - append localSwInst");
         append(list, localSwitch);
         return;
@@ -93,11 +85,8 @@ void readConformingElements(const Request& request, const String& keyValue, List
 }
 
 template <class Handler>
-void deliverFarEnds(const Request& request,
-                    const String& keyValue,
-                    int bits,
-                    const char* resultClass,
-                    Handler& handler) {
+void deliverFarEnds(const Request& request, const String& keyValue, int bits,
+                    const char* resultClass, Handler& handler) {
     if ((bits & selected::subProfiles) != 0) {
         trace(" Quil SubProfileRequiresProfile assoc ");
         if (takes(resultClass, "CIM_RegisteredSubProfile")) {
@@ -167,11 +156,8 @@ void deliverConforming(const Request& request, Sint32 index, Handler& handler) {
 }
 
 template <class Handler>
-void deliverAssociations(const Request& request,
-                         const ReferenceTexts& texts,
-                         const String& keyValue,
-                         int bits,
-                         Handler& handler) {
+void deliverAssociations(const Request& request, const ReferenceTexts& texts,
+                         const String& keyValue, int bits, Handler& handler) {
     if ((bits & selected::subProfiles) != 0) {
         trace(texts.subProfiles);
         const Sint32 index = sourceIndex(request, keyValue);
@@ -184,8 +170,7 @@ void deliverAssociations(const Request& request,
         }
         for (const SubProfilePair& pair : subProfilePairs) {
             if (static_cast<Sint32>(pair.profile) == index) {
-                deliver(handler,
-                        requirement(request.provider, pair, request.nameSpace),
+                deliver(handler, requirement(request.provider, pair, request.nameSpace),
                         request.nameSpace);
             }
         }
@@ -205,8 +190,7 @@ void deliverAssociations(const Request& request,
                 profilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
             deliver(handler,
                     implementedBy(softwareIdentityPath(request.provider, request.nameSpace),
-                                  profile,
-                                  "CIM_RegisteredProfile"),
+                                  profile, "CIM_RegisteredProfile"),
                     request.nameSpace);
         }
     }
@@ -214,64 +198,37 @@ void deliverAssociations(const Request& request,
 
 } // namespace
 
-void ServerProfileProvider::_getRegisteredProfileAssociatorNames(String keyValue,
-                                                                 const char* assocClass,
-                                                                 const char* resultClass,
-                                                                 const char*,
-                                                                 const char*,
-                                                                 PathHandler& handler,
-                                                                 const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredProfileAssociatorNames(
+    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
+    PathHandler& handler, const String& nameSpace) {
     trace(" Quil regProfAssociatorNames(): assoc class is ", assocClass);
-    deliverFarEnds({*this, nameSpace},
-                   keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all),
-                   resultClass,
-                   handler);
+    deliverFarEnds({*this, nameSpace}, keyValue,
+                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
 }
 
-void ServerProfileProvider::_getRegisteredProfileAssociators(String keyValue,
-                                                             const char* assocClass,
-                                                             const char* resultClass,
-                                                             const char*,
-                                                             const char*,
-                                                             bool,
-                                                             bool,
-                                                             const CIMPropertyList&,
-                                                             ObjectHandler& handler,
-                                                             const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredProfileAssociators(
+    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
+    bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil regprofAssociators(): assoc class is ", assocClass, " keyValue is ", keyValue);
-    deliverFarEnds({*this, nameSpace},
-                   keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all),
-                   resultClass,
-                   handler);
+    deliverFarEnds({*this, nameSpace}, keyValue,
+                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredProfileReferenceNames(String keyValue,
                                                                 const char* resultClass,
-                                                                const char*,
-                                                                PathHandler& handler,
+                                                                const char*, PathHandler& handler,
                                                                 const String& nameSpace) {
     trace(" Quil regProfReferenceNames(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace},
-                        referenceNamesTexts,
-                        keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all),
-                        handler);
+    deliverAssociations({*this, nameSpace}, referenceNamesTexts, keyValue,
+                        selectTraced(selected::rows, resultClass, selected::all), handler);
 }
 
 void ServerProfileProvider::_getRegisteredProfileReferences(String keyValue,
-                                                            const char* resultClass,
-                                                            const char*,
-                                                            bool,
-                                                            bool,
-                                                            const CIMPropertyList&,
+                                                            const char* resultClass, const char*,
+                                                            bool, bool, const CIMPropertyList&,
                                                             ObjectHandler& handler,
                                                             const String& nameSpace) {
     trace(" Quil regProfReferences(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace},
-                        referencesTexts,
-                        keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all),
-                        handler);
+    deliverAssociations({*this, nameSpace}, referencesTexts, keyValue,
+                        selectTraced(selected::rows, resultClass, selected::all), handler);
 }

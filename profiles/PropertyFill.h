@@ -7,8 +7,8 @@ namespace serverprofile {
 
 /// Makes `property` the property `name` with `value`: no array size, no reference class, no class
 /// of origin, not propagated. Returns true, as the records' getters do.
-inline bool
-fillProperty(Pegasus::CIMProperty& property, const char* name, const Pegasus::CIMValue& value) {
+inline bool fillProperty(Pegasus::CIMProperty& property, const char* name,
+                         const Pegasus::CIMValue& value) {
     property = Pegasus::CIMProperty(Pegasus::CIMName(name), value);
     return true;
 }

@@ -4,16 +4,14 @@
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
 
-void ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames(String,
-                                                                       PathHandler& handler,
+void ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames(String, PathHandler& handler,
                                                                        const String& nameSpace) {
     for (const SubProfilePair& pair : subProfilePairs) {
         deliver(handler, requirement(*this, pair, nameSpace), nameSpace);
     }
 }
 
-void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String,
-                                                                   InstanceHandler& handler,
+void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String, InstanceHandler& handler,
                                                                    const String& nameSpace) {
     for (const SubProfilePair& pair : subProfilePairs) {
         deliver(handler, requirement(*this, pair, nameSpace), nameSpace);

@@ -27,11 +27,8 @@ void forEachPair(Sint32 index, Visit visit) {
 }
 
 template <class Handler>
-void deliverFarEnds(const Request& request,
-                    const String& keyValue,
-                    int bits,
-                    const char* resultClass,
-                    Handler& handler) {
+void deliverFarEnds(const Request& request, const String& keyValue, int bits,
+                    const char* resultClass, Handler& handler) {
     if ((bits & selected::subProfiles) != 0) {
         trace(" Quil SubProfileRequiresProfile assoc ");
         if (takes(resultClass, "CIM_RegisteredProfile")) {
@@ -69,11 +66,8 @@ constexpr ReferenceTexts referencesTexts = {
 };
 
 template <class Handler>
-void deliverAssociations(const Request& request,
-                         const ReferenceTexts& texts,
-                         const String& keyValue,
-                         int bits,
-                         Handler& handler) {
+void deliverAssociations(const Request& request, const ReferenceTexts& texts,
+                         const String& keyValue, int bits, Handler& handler) {
     if ((bits & selected::subProfiles) != 0) {
         trace(texts.profiles);
         const Sint32 index = sourceIndex(request, keyValue);
@@ -83,8 +77,8 @@ void deliverAssociations(const Request& request,
             return;
         }
         forEachPair(index, [&](const SubProfilePair& pair) {
-            deliver(
-                handler, requirement(request.provider, pair, request.nameSpace), request.nameSpace);
+            deliver(handler, requirement(request.provider, pair, request.nameSpace),
+                    request.nameSpace);
         });
     }
     if ((bits & selected::softwareIdentity) != 0) {
@@ -97,8 +91,7 @@ void deliverAssociations(const Request& request,
         const CIMObjectPath subProfile =
             subProfilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
         deliver(handler,
-                implementedBy(softwareIdentityPath(request.provider, request.nameSpace),
-                              subProfile,
+                implementedBy(softwareIdentityPath(request.provider, request.nameSpace), subProfile,
                               "CIM_RegisteredSubProfile"),
                 request.nameSpace);
     }
@@ -106,37 +99,20 @@ void deliverAssociations(const Request& request,
 
 } // namespace
 
-void ServerProfileProvider::_getRegisteredSubProfileAssociatorNames(String keyValue,
-                                                                    const char* assocClass,
-                                                                    const char* resultClass,
-                                                                    const char*,
-                                                                    const char*,
-                                                                    PathHandler& handler,
-                                                                    const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredSubProfileAssociatorNames(
+    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
+    PathHandler& handler, const String& nameSpace) {
     trace(" Quil regSubProfAssociatorNames(): assoc class is ", assocClass);
-    deliverFarEnds({*this, nameSpace},
-                   keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all),
-                   resultClass,
-                   handler);
+    deliverFarEnds({*this, nameSpace}, keyValue,
+                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
 }
 
-void ServerProfileProvider::_getRegisteredSubProfileAssociators(String keyValue,
-                                                                const char* assocClass,
-                                                                const char* resultClass,
-                                                                const char*,
-                                                                const char*,
-                                                                bool,
-                                                                bool,
-                                                                const CIMPropertyList&,
-                                                                ObjectHandler& handler,
-                                                                const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredSubProfileAssociators(
+    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
+    bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil regSubProfAssociators(): assoc class is ", assocClass);
-    deliverFarEnds({*this, nameSpace},
-                   keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all),
-                   resultClass,
-                   handler);
+    deliverFarEnds({*this, nameSpace}, keyValue,
+                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyValue,
@@ -145,25 +121,16 @@ void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyVal
                                                                    PathHandler& handler,
                                                                    const String& nameSpace) {
     trace(" Quil regSubProfRefNames(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace},
-                        referenceNamesTexts,
-                        keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all),
-                        handler);
+    deliverAssociations({*this, nameSpace}, referenceNamesTexts, keyValue,
+                        selectTraced(selected::rows, resultClass, selected::all), handler);
 }
 
 void ServerProfileProvider::_getRegisteredSubProfileReferences(String keyValue,
-                                                               const char* resultClass,
-                                                               const char*,
-                                                               bool,
-                                                               bool,
-                                                               const CIMPropertyList&,
+                                                               const char* resultClass, const char*,
+                                                               bool, bool, const CIMPropertyList&,
                                                                ObjectHandler& handler,
                                                                const String& nameSpace) {
     trace(" Quil regSubProfReferences(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace},
-                        referencesTexts,
-                        keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all),
-                        handler);
+    deliverAssociations({*this, nameSpace}, referencesTexts, keyValue,
+                        selectTraced(selected::rows, resultClass, selected::all), handler);
 }

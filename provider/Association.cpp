@@ -15,8 +15,7 @@ CIMName classOf(const ReferenceRole& role) {
     return role.referenceClass != nullptr ? CIMName(role.referenceClass) : CIMName();
 }
 
-CIMProperty referenceProperty(const ReferenceRole& role,
-                              const CIMName& referenceClass,
+CIMProperty referenceProperty(const ReferenceRole& role, const CIMName& referenceClass,
                               const CIMObjectPath& end) {
     const Uint32 noArray = 0;
     return CIMProperty(CIMName(role.name), CIMValue(end), noArray, referenceClass);
@@ -31,8 +30,7 @@ CIMKeyBinding referenceKey(const ReferenceRole& role, const CIMObjectPath& end) 
 
 } // namespace
 
-Association::Association(const AssociationClass& cimClass,
-                         const CIMObjectPath& first,
+Association::Association(const AssociationClass& cimClass, const CIMObjectPath& first,
                          const CIMObjectPath& second)
     : _class(cimClass), _first(first), _second(second), _secondClass(classOf(cimClass.second)) {
 }
@@ -87,27 +85,22 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
     return Association(cimClass, first, second);
 }
 
-void deliver(ObjectPathResponseHandler& handler,
-             const Association& association,
+void deliver(ObjectPathResponseHandler& handler, const Association& association,
              const String& nameSpace) {
     handler.deliver(association.path(nameSpace));
 }
 
-void deliver(InstanceResponseHandler& handler,
-             const Association& association,
+void deliver(InstanceResponseHandler& handler, const Association& association,
              const String& nameSpace) {
     handler.deliver(association.instance(nameSpace));
 }
 
-void deliver(ObjectResponseHandler& handler,
-             const Association& association,
+void deliver(ObjectResponseHandler& handler, const Association& association,
              const String& nameSpace) {
     handler.deliver(CIMObject(association.instance(nameSpace)));
 }
 
-void deliver(ResponseHandler& handler,
-             bool instances,
-             const Association& association,
+void deliver(ResponseHandler& handler, bool instances, const Association& association,
              const String& nameSpace) {
     if (instances) {
         deliver(dynamic_cast<InstanceResponseHandler&>(handler), association, nameSpace);

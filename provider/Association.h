@@ -62,8 +62,7 @@ constexpr AssociationClass elementSoftwareIdentity = {
 /// One association between two objects.
 class Association {
   public:
-    Association(const AssociationClass& cimClass,
-                const Pegasus::CIMObjectPath& first,
+    Association(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& first,
                 const Pegasus::CIMObjectPath& second);
 
     const Pegasus::CIMObjectPath& second() const { return _second; }
@@ -99,19 +98,14 @@ Association namedAssociation(const AssociationClass& cimClass, const Pegasus::CI
 
 // Delivery, in the form that the handler takes: the path, the instance, the instance as an object.
 
-void deliver(Pegasus::ObjectPathResponseHandler& handler,
-             const Association& association,
+void deliver(Pegasus::ObjectPathResponseHandler& handler, const Association& association,
              const Pegasus::String& nameSpace);
-void deliver(Pegasus::InstanceResponseHandler& handler,
-             const Association& association,
+void deliver(Pegasus::InstanceResponseHandler& handler, const Association& association,
              const Pegasus::String& nameSpace);
-void deliver(Pegasus::ObjectResponseHandler& handler,
-             const Association& association,
+void deliver(Pegasus::ObjectResponseHandler& handler, const Association& association,
              const Pegasus::String& nameSpace);
 /// The instance when `instances`, else the path. A handler of the other kind: std::bad_cast.
-void deliver(Pegasus::ResponseHandler& handler,
-             bool instances,
-             const Association& association,
+void deliver(Pegasus::ResponseHandler& handler, bool instances, const Association& association,
              const Pegasus::String& nameSpace);
 
 } // namespace serverprofile

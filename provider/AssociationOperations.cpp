@@ -10,32 +10,19 @@ namespace {
 using Provider = ServerProfileProvider;
 using Text = const char*;
 
-using AssociatorNames =
-    void (Provider::*)(String, Text, Text, Text, Text, ObjectPathResponseHandler&, const String&);
-using Associators = void (Provider::*)(String,
-                                       Text,
-                                       Text,
-                                       Text,
-                                       Text,
-                                       bool,
-                                       bool,
-                                       const CIMPropertyList&,
-                                       ObjectResponseHandler&,
+using AssociatorNames = void (Provider::*)(String, Text, Text, Text, Text,
+                                           ObjectPathResponseHandler&, const String&);
+using Associators = void (Provider::*)(String, Text, Text, Text, Text, bool, bool,
+                                       const CIMPropertyList&, ObjectResponseHandler&,
                                        const String&);
-using ReferenceNames =
-    void (Provider::*)(String, Text, Text, ObjectPathResponseHandler&, const String&);
-using References = void (Provider::*)(
-    String, Text, Text, bool, bool, const CIMPropertyList&, ObjectResponseHandler&, const String&);
-using ReferenceNamesOf = void (Provider::*)(
-    String, Text, Text, ObjectPathResponseHandler&, const String&, const CIMObjectPath&);
-using ReferencesOf = void (Provider::*)(String,
-                                        Text,
-                                        Text,
-                                        bool,
-                                        bool,
-                                        const CIMPropertyList&,
-                                        ObjectResponseHandler&,
-                                        const String&,
+using ReferenceNames = void (Provider::*)(String, Text, Text, ObjectPathResponseHandler&,
+                                          const String&);
+using References = void (Provider::*)(String, Text, Text, bool, bool, const CIMPropertyList&,
+                                      ObjectResponseHandler&, const String&);
+using ReferenceNamesOf = void (Provider::*)(String, Text, Text, ObjectPathResponseHandler&,
+                                            const String&, const CIMObjectPath&);
+using ReferencesOf = void (Provider::*)(String, Text, Text, bool, bool, const CIMPropertyList&,
+                                        ObjectResponseHandler&, const String&,
                                         const CIMObjectPath&);
 
 /// Who traverses from a source class. The reference members come in two kinds: those of some
@@ -54,40 +41,23 @@ struct SourceRow {
 /// without a row has an empty answer: CIM_CIMXMLCommunicationMechanism and CIM_Namespace are
 /// traversed only under their PG_ names.
 constexpr SourceRow sources[] = {
-    {"CIM_RegisteredProfile",
-     &Provider::_getRegisteredProfileAssociatorNames,
-     &Provider::_getRegisteredProfileAssociators,
-     &Provider::_getRegisteredProfileReferenceNames,
+    {"CIM_RegisteredProfile", &Provider::_getRegisteredProfileAssociatorNames,
+     &Provider::_getRegisteredProfileAssociators, &Provider::_getRegisteredProfileReferenceNames,
      &Provider::_getRegisteredProfileReferences},
-    {"CIM_RegisteredSubProfile",
-     &Provider::_getRegisteredSubProfileAssociatorNames,
+    {"CIM_RegisteredSubProfile", &Provider::_getRegisteredSubProfileAssociatorNames,
      &Provider::_getRegisteredSubProfileAssociators,
      &Provider::_getRegisteredSubProfileReferenceNames,
      &Provider::_getRegisteredSubProfileReferences},
-    {"ORVEX_ObjectManagerHost",
-     &Provider::_getOrvexOMHostAssociatorNames,
-     &Provider::_getOrvexOMHostAssociators,
-     &Provider::_getOrvexOMHostReferenceNames,
+    {"ORVEX_ObjectManagerHost", &Provider::_getOrvexOMHostAssociatorNames,
+     &Provider::_getOrvexOMHostAssociators, &Provider::_getOrvexOMHostReferenceNames,
      &Provider::_getOrvexOMHostReferences},
-    {"CIM_ObjectManager",
-     &Provider::_getObjMgrAssociatorNames,
-     &Provider::_getObjMgrAssociators,
-     &Provider::_getObjMgrReferenceNames,
-     &Provider::_getObjMgrReferences},
-    {"PG_CIMXMLCommunicationMechanism",
-     &Provider::_getCimXmlCMAssociatorNames,
-     &Provider::_getCimXmlCMAssociators,
-     nullptr,
-     nullptr,
-     &Provider::_getCimXmlCMReferenceNames,
+    {"CIM_ObjectManager", &Provider::_getObjMgrAssociatorNames, &Provider::_getObjMgrAssociators,
+     &Provider::_getObjMgrReferenceNames, &Provider::_getObjMgrReferences},
+    {"PG_CIMXMLCommunicationMechanism", &Provider::_getCimXmlCMAssociatorNames,
+     &Provider::_getCimXmlCMAssociators, nullptr, nullptr, &Provider::_getCimXmlCMReferenceNames,
      &Provider::_getCimXmlCMReferences},
-    {"PG_Namespace",
-     &Provider::_getNamespaceAssociatorNames,
-     &Provider::_getNamespaceAssociators,
-     nullptr,
-     nullptr,
-     &Provider::_getNamespaceReferenceNames,
-     &Provider::_getNamespaceReferences},
+    {"PG_Namespace", &Provider::_getNamespaceAssociatorNames, &Provider::_getNamespaceAssociators,
+     nullptr, nullptr, &Provider::_getNamespaceReferenceNames, &Provider::_getNamespaceReferences},
 };
 
 /// A request as plain texts, as the families take it. The texts live as long as the object.
@@ -115,11 +85,8 @@ CString plain(const String& text) {
 } // namespace
 
 template <class Work>
-void ServerProfileProvider::serveFrom(const char* name,
-                                      const CIMObjectPath& objectName,
-                                      Handler& handler,
-                                      Work work,
-                                      const char* flagTrace) {
+void ServerProfileProvider::serveFrom(const char* name, const CIMObjectPath& objectName,
+                                      Handler& handler, Work work, const char* flagTrace) {
     const std::string who = std::string("Quil ") + name + "(): ";
     trace((who + "Start ").c_str(), objectName.getClassName());
     serve(name, handler, [&] {
@@ -139,113 +106,72 @@ void ServerProfileProvider::serveFrom(const char* name,
 void ServerProfileProvider::associatorNames(const OperationContext&,
                                             const CIMObjectPath& objectName,
                                             const CIMName& associationClass,
-                                            const CIMName& resultClass,
-                                            const String& role,
-                                            const String& resultRole,
-                                            PathHandler& handler) {
+                                            const CIMName& resultClass, const String& role,
+                                            const String& resultRole, PathHandler& handler) {
     serveFrom("associatorNames", objectName, handler, [&](const PlainRequest& request) {
         const CString assoc = plain(associationClass);
         const CString result = plain(resultClass);
         const CString nearRole = plain(role);
         const CString farRole = plain(resultRole);
         if (request.row != nullptr) {
-            (this->*request.row->associatorNames)(
-                request.keyValue, assoc, result, nearRole, farRole, handler, request.nameSpace);
+            (this->*request.row->associatorNames)(request.keyValue, assoc, result, nearRole,
+                                                  farRole, handler, request.nameSpace);
         } else if (request.isSoftwareIdentity) {
-            _getOrvexSIAssociatorReferenceHelper(request.keyValue,
-                                                 assoc,
-                                                 result,
-                                                 nearRole,
-                                                 farRole,
-                                                 false,
-                                                 false,
-                                                 handler,
-                                                 request.nameSpace,
-                                                 0);
+            _getOrvexSIAssociatorReferenceHelper(request.keyValue, assoc, result, nearRole, farRole,
+                                                 false, false, handler, request.nameSpace, 0);
         }
     });
 }
 
-void ServerProfileProvider::associators(const OperationContext&,
-                                        const CIMObjectPath& objectName,
-                                        const CIMName& associationClass,
-                                        const CIMName& resultClass,
-                                        const String& role,
-                                        const String& resultRole,
+void ServerProfileProvider::associators(const OperationContext&, const CIMObjectPath& objectName,
+                                        const CIMName& associationClass, const CIMName& resultClass,
+                                        const String& role, const String& resultRole,
                                         const Boolean includeQualifiers,
                                         const Boolean includeClassOrigin,
                                         const CIMPropertyList& propertyList,
                                         ObjectHandler& handler) {
     serveFrom(
-        "associators",
-        objectName,
-        handler,
+        "associators", objectName, handler,
         [&](const PlainRequest& request) {
             const CString assoc = plain(associationClass);
             const CString result = plain(resultClass);
             const CString nearRole = plain(role);
             const CString farRole = plain(resultRole);
             if (request.row != nullptr) {
-                (this->*request.row->associators)(request.keyValue,
-                                                  assoc,
-                                                  result,
-                                                  nearRole,
-                                                  farRole,
-                                                  includeQualifiers,
-                                                  includeClassOrigin,
-                                                  propertyList,
-                                                  handler,
-                                                  request.nameSpace);
+                (this->*request.row->associators)(request.keyValue, assoc, result, nearRole,
+                                                  farRole, includeQualifiers, includeClassOrigin,
+                                                  propertyList, handler, request.nameSpace);
             } else if (request.isSoftwareIdentity) {
-                _getOrvexSIAssociatorReferenceHelper(request.keyValue,
-                                                     assoc,
-                                                     result,
-                                                     nearRole,
-                                                     farRole,
-                                                     includeQualifiers,
-                                                     includeClassOrigin,
-                                                     handler,
-                                                     request.nameSpace,
-                                                     1);
+                _getOrvexSIAssociatorReferenceHelper(request.keyValue, assoc, result, nearRole,
+                                                     farRole, includeQualifiers, includeClassOrigin,
+                                                     handler, request.nameSpace, 1);
             }
         },
         "Quil - associators() initFlag is ");
 }
 
-void ServerProfileProvider::referenceNames(const OperationContext&,
-                                           const CIMObjectPath& objectName,
-                                           const CIMName& resultClass,
-                                           const String& role,
+void ServerProfileProvider::referenceNames(const OperationContext&, const CIMObjectPath& objectName,
+                                           const CIMName& resultClass, const String& role,
                                            PathHandler& handler) {
     serveFrom("referenceNames", objectName, handler, [&](const PlainRequest& request) {
         const CString result = plain(resultClass);
         const CString nearRole = plain(role);
         if (request.row != nullptr && request.row->referenceNamesOf != nullptr) {
-            (this->*request.row->referenceNamesOf)(
-                request.keyValue, result, nearRole, handler, request.nameSpace, objectName);
+            (this->*request.row->referenceNamesOf)(request.keyValue, result, nearRole, handler,
+                                                   request.nameSpace, objectName);
         } else if (request.row != nullptr) {
-            (this->*request.row->referenceNames)(
-                request.keyValue, result, nearRole, handler, request.nameSpace);
+            (this->*request.row->referenceNames)(request.keyValue, result, nearRole, handler,
+                                                 request.nameSpace);
         } else if (request.isSoftwareIdentity) {
             // The result class stands in the place of the association class too: on purpose.
-            _getOrvexSIAssociatorReferenceHelper(request.keyValue,
-                                                 result,
-                                                 result,
-                                                 nearRole,
-                                                 "",
-                                                 false,
-                                                 false,
-                                                 handler,
-                                                 request.nameSpace,
-                                                 2);
+            _getOrvexSIAssociatorReferenceHelper(request.keyValue, result, result, nearRole, "",
+                                                 false, false, handler, request.nameSpace, 2);
         }
     });
 }
 
-void ServerProfileProvider::references(const OperationContext&,
-                                       const CIMObjectPath& objectName,
-                                       const CIMName& resultClass,
-                                       const String& role,
+void ServerProfileProvider::references(const OperationContext&, const CIMObjectPath& objectName,
+                                       const CIMName& resultClass, const String& role,
                                        const Boolean includeQualifiers,
                                        const Boolean includeClassOrigin,
                                        const CIMPropertyList& propertyList,
@@ -254,36 +180,18 @@ void ServerProfileProvider::references(const OperationContext&,
         const CString result = plain(resultClass);
         const CString nearRole = plain(role);
         if (request.row != nullptr && request.row->referencesOf != nullptr) {
-            (this->*request.row->referencesOf)(request.keyValue,
-                                               result,
-                                               nearRole,
-                                               includeQualifiers,
-                                               includeClassOrigin,
-                                               propertyList,
-                                               handler,
-                                               request.nameSpace,
-                                               objectName);
+            (this->*request.row->referencesOf)(request.keyValue, result, nearRole,
+                                               includeQualifiers, includeClassOrigin, propertyList,
+                                               handler, request.nameSpace, objectName);
         } else if (request.row != nullptr) {
-            (this->*request.row->references)(request.keyValue,
-                                             result,
-                                             nearRole,
-                                             includeQualifiers,
-                                             includeClassOrigin,
-                                             propertyList,
-                                             handler,
+            (this->*request.row->references)(request.keyValue, result, nearRole, includeQualifiers,
+                                             includeClassOrigin, propertyList, handler,
                                              request.nameSpace);
         } else if (request.isSoftwareIdentity) {
             // The result class stands in the place of the association class too: on purpose.
-            _getOrvexSIAssociatorReferenceHelper(request.keyValue,
-                                                 result,
-                                                 result,
-                                                 nearRole,
-                                                 "",
-                                                 includeQualifiers,
-                                                 includeClassOrigin,
-                                                 handler,
-                                                 request.nameSpace,
-                                                 3);
+            _getOrvexSIAssociatorReferenceHelper(request.keyValue, result, result, nearRole, "",
+                                                 includeQualifiers, includeClassOrigin, handler,
+                                                 request.nameSpace, 3);
         }
     });
 }

@@ -11,21 +11,14 @@
 PEGASUS_USING_PEGASUS;
 using serverprofile::trace;
 
-CIMClass _getClassFromCIMOM(CIMOMHandle& cimom,
-                            CIMNamespaceName& nameSpace,
-                            CIMName& className,
+CIMClass _getClassFromCIMOM(CIMOMHandle& cimom, CIMNamespaceName& nameSpace, CIMName& className,
                             bool includeQualifiers) {
     trace("_getClassFromCIMOM(): className ", className);
     try {
         const bool localOnly = false;
         const bool includeClassOrigin = false;
-        return cimom.getClass(OperationContext(),
-                              nameSpace,
-                              className,
-                              localOnly,
-                              includeQualifiers,
-                              includeClassOrigin,
-                              CIMPropertyList());
+        return cimom.getClass(OperationContext(), nameSpace, className, localOnly,
+                              includeQualifiers, includeClassOrigin, CIMPropertyList());
     } catch (const CIMException&) {
         trace("_getClassFromCIMOM(): Exception hit ");
         trace("_getClassFromCIMOM(): Ecxeption className ", className);
@@ -37,17 +30,13 @@ namespace {
 
 using Names = std::initializer_list<const char*>;
 
-constexpr Names registeredProfileProperties = {"InstanceID",
-                                               "RegisteredOrganization",
-                                               "OtherRegisteredOrganization",
-                                               "RegisteredName",
-                                               "RegisteredVersion",
-                                               "AdvertiseTypes",
-                                               "AdvertiseTypeDescriptions"};
-constexpr Names softwareIdentityProperties = {
-    "InstanceID", "VersionString", "Manufacturer", "Classifications", "Name"};
-constexpr Names hostProperties = {
-    "Name", "NameFormat", "Description", "ElementName", "OperationalStatus", "CreationClassName"};
+constexpr Names registeredProfileProperties = {
+    "InstanceID",        "RegisteredOrganization", "OtherRegisteredOrganization", "RegisteredName",
+    "RegisteredVersion", "AdvertiseTypes",         "AdvertiseTypeDescriptions"};
+constexpr Names softwareIdentityProperties = {"InstanceID", "VersionString", "Manufacturer",
+                                              "Classifications", "Name"};
+constexpr Names hostProperties = {"Name",        "NameFormat",        "Description",
+                                  "ElementName", "OperationalStatus", "CreationClassName"};
 
 /// The properties that an instance of a class of the module's own carries.
 const struct {
@@ -63,9 +52,8 @@ const struct {
 bool isCarried(const CIMName& className, const CIMName& property) {
     for (const auto& set : propertySets) {
         if (className == set.className) {
-            return std::any_of(set.properties.begin(), set.properties.end(), [&](const char* name) {
-                return property == name;
-            });
+            return std::any_of(set.properties.begin(), set.properties.end(),
+                               [&](const char* name) { return property == name; });
         }
     }
     return false;

@@ -12,8 +12,7 @@
 /// CIMException; other exceptions of the handle pass.
 Pegasus::CIMClass _getClassFromCIMOM(Pegasus::CIMOMHandle& cimom,
                                      Pegasus::CIMNamespaceName& nameSpace,
-                                     Pegasus::CIMName& className,
-                                     bool includeQualifiers);
+                                     Pegasus::CIMName& className, bool includeQualifiers);
 
 /// An instance of `className` as "root/cimv2" defines it: all qualifiers of the class, and those of
 /// its properties that the module sets, with the class's defaults as values. A property that the

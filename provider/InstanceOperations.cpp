@@ -27,30 +27,18 @@ struct EnumerationRow {
 /// The classes that have no row here (the object manager, its mechanism and its namespaces) are
 /// published by other providers of the server: for them the answer is empty.
 constexpr EnumerationRow enumerations[] = {
-    {"CIM_RegisteredProfile",
-     &Provider::_getRegisteredProfileInstanceNames,
-     &Provider::_getRegisteredProfileInstances,
-     nullptr},
-    {"CIM_RegisteredSubProfile",
-     &Provider::_getRegisteredSubProfileInstanceNames,
-     &Provider::_getRegisteredSubProfileInstances,
-     nullptr},
+    {"CIM_RegisteredProfile", &Provider::_getRegisteredProfileInstanceNames,
+     &Provider::_getRegisteredProfileInstances, nullptr},
+    {"CIM_RegisteredSubProfile", &Provider::_getRegisteredSubProfileInstanceNames,
+     &Provider::_getRegisteredSubProfileInstances, nullptr},
     {"CIM_ReferencedProfile", nullptr, nullptr, nullptr},
-    {"CIM_SubProfileRequiresProfile",
-     &Provider::_getSubprofileRequiresProfileInstanceNames,
-     &Provider::_getSubprofileRequiresProfileInstances,
-     nullptr},
-    {"CIM_ElementConformsToProfile",
-     &Provider::_getElementConformstoProfileInstanceNames,
-     &Provider::_getElementConformstoProfileInstances,
-     nullptr},
-    {"ORVEX_ObjectManagerHost",
-     &Provider::_getOrvexOHostInstanceNames,
-     &Provider::_getOrvexOMHostInstances,
-     nullptr},
-    {"ORVEX_SoftwareIdentity",
-     &Provider::_getOrvexSIInstanceNames,
-     &Provider::_getOrvexSIInstances,
+    {"CIM_SubProfileRequiresProfile", &Provider::_getSubprofileRequiresProfileInstanceNames,
+     &Provider::_getSubprofileRequiresProfileInstances, nullptr},
+    {"CIM_ElementConformsToProfile", &Provider::_getElementConformstoProfileInstanceNames,
+     &Provider::_getElementConformstoProfileInstances, nullptr},
+    {"ORVEX_ObjectManagerHost", &Provider::_getOrvexOHostInstanceNames,
+     &Provider::_getOrvexOMHostInstances, nullptr},
+    {"ORVEX_SoftwareIdentity", &Provider::_getOrvexSIInstanceNames, &Provider::_getOrvexSIInstances,
      nullptr},
     {"CIM_HostedService", nullptr, nullptr, &Provider::_getOrvexSPHostedServiceHelper},
     {"CIM_HostedAccessPoint", nullptr, nullptr, &Provider::_getOrvexSPHostedAccessPointHelper},
@@ -84,11 +72,8 @@ constexpr GetRow gets[] = {
 } // namespace
 
 template <class ItemHandler, class Row, class Member>
-void ServerProfileProvider::enumerate(const char* name,
-                                      const CIMObjectPath& classReference,
-                                      ItemHandler& handler,
-                                      Member Row::*member,
-                                      bool instances) {
+void ServerProfileProvider::enumerate(const char* name, const CIMObjectPath& classReference,
+                                      ItemHandler& handler, Member Row::*member, bool instances) {
     serve(name, handler, [&] {
         CIMName className = classReference.getClassName();
         _checkClass(className);
@@ -109,26 +94,20 @@ void ServerProfileProvider::enumerateInstanceNames(const OperationContext&,
                                                    const CIMObjectPath& classReference,
                                                    PathHandler& handler) {
     trace("Quil enumerateInstanceNames(): className is ", classReference.getClassName());
-    enumerate(
-        "enumerateInstanceNames", classReference, handler, &EnumerationRow::names, false);
+    enumerate("enumerateInstanceNames", classReference, handler, &EnumerationRow::names, false);
 }
 
 void ServerProfileProvider::enumerateInstances(const OperationContext&,
-                                               const CIMObjectPath& classReference,
-                                               const Boolean,
-                                               const Boolean,
-                                               const CIMPropertyList&,
+                                               const CIMObjectPath& classReference, const Boolean,
+                                               const Boolean, const CIMPropertyList&,
                                                InstanceHandler& handler) {
     trace("Quil enumerateInstances(): Start ", classReference.getClassName());
-    enumerate(
-        "enumerateInstances", classReference, handler, &EnumerationRow::instances, true);
+    enumerate("enumerateInstances", classReference, handler, &EnumerationRow::instances, true);
 }
 
 void ServerProfileProvider::getInstance(const OperationContext&,
-                                        const CIMObjectPath& instanceReference,
-                                        const Boolean,
-                                        const Boolean,
-                                        const CIMPropertyList&,
+                                        const CIMObjectPath& instanceReference, const Boolean,
+                                        const Boolean, const CIMPropertyList&,
                                         InstanceHandler& handler) {
     trace("Quil getInstance() Start: className ", instanceReference.getClassName());
     serve("getInstance", handler, [&] {
@@ -150,24 +129,18 @@ void ServerProfileProvider::getInstance(const OperationContext&,
     });
 }
 
-void ServerProfileProvider::createInstance(const OperationContext&,
-                                           const CIMObjectPath&,
-                                           const CIMInstance&,
-                                           PathHandler&) {
+void ServerProfileProvider::createInstance(const OperationContext&, const CIMObjectPath&,
+                                           const CIMInstance&, PathHandler&) {
     throw CIMNotSupportedException(String());
 }
 
-void ServerProfileProvider::modifyInstance(const OperationContext&,
-                                           const CIMObjectPath&,
-                                           const CIMInstance&,
-                                           const Boolean,
-                                           const CIMPropertyList&,
-                                           Handler&) {
+void ServerProfileProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
+                                           const CIMInstance&, const Boolean,
+                                           const CIMPropertyList&, Handler&) {
     throw CIMNotSupportedException(String());
 }
 
-void ServerProfileProvider::deleteInstance(const OperationContext&,
-                                           const CIMObjectPath&,
+void ServerProfileProvider::deleteInstance(const OperationContext&, const CIMObjectPath&,
                                            Handler&) {
     throw CIMNotSupportedException(String());
 }

@@ -17,8 +17,7 @@ void deliverProfile(ObjectResponseHandler& handler, const Request& request, Uint
     handler.deliver(CIMObject(request.provider.registeredProfiles()[profile].clone()));
 }
 
-void deliverSubProfile(ObjectPathResponseHandler& handler,
-                       const Request& request,
+void deliverSubProfile(ObjectPathResponseHandler& handler, const Request& request,
                        Uint32 subProfile) {
     handler.deliver(subProfilePath(request.provider, subProfile, request.nameSpace));
 }

@@ -16,29 +16,20 @@ constexpr bool includeClassOrigin = true;
 } // namespace
 
 void ReadBack::into(Array<CIMObjectPath>& list, const char* className) const {
-    list = _handle.enumerateInstanceNames(
-        OperationContext(), CIMNamespaceName(_nameSpace), CIMName(className));
+    list = _handle.enumerateInstanceNames(OperationContext(), CIMNamespaceName(_nameSpace),
+                                          CIMName(className));
 }
 
 void ReadBack::into(Array<CIMInstance>& list, const char* className) const {
-    list = _handle.enumerateInstances(OperationContext(),
-                                      CIMNamespaceName(_nameSpace),
-                                      CIMName(className),
-                                      deepInheritance,
-                                      localOnly,
-                                      includeQualifiers,
-                                      includeClassOrigin,
-                                      CIMPropertyList());
+    list = _handle.enumerateInstances(OperationContext(), CIMNamespaceName(_nameSpace),
+                                      CIMName(className), deepInheritance, localOnly,
+                                      includeQualifiers, includeClassOrigin, CIMPropertyList());
 }
 
 void ReadBack::into(CIMInstance& instance, const CIMObjectPath& path) const {
-    instance = _handle.getInstance(OperationContext(),
-                                   CIMNamespaceName(_nameSpace),
-                                   path,
-                                   localOnly,
-                                   includeQualifiers,
-                                   includeClassOrigin,
-                                   CIMPropertyList());
+    instance =
+        _handle.getInstance(OperationContext(), CIMNamespaceName(_nameSpace), path, localOnly,
+                            includeQualifiers, includeClassOrigin, CIMPropertyList());
 }
 
 CIMObjectPath firstOf(const Array<CIMObjectPath>& list) {

@@ -41,9 +41,7 @@ int selectTraced(const SelectionRow (&rows)[count], const char* filter, int all)
 
 /// The same, tracing the source's key value too.
 template <std::size_t count>
-int selectTraced(const SelectionRow (&rows)[count],
-                 const char* filter,
-                 int all,
+int selectTraced(const SelectionRow (&rows)[count], const char* filter, int all,
                  const Pegasus::String& keyValue) {
     const int bits = selectTraced(rows, filter, all);
     if (bits != 0) {

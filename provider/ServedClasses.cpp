@@ -73,8 +73,8 @@ bool ServerProfileProvider::_checkClass(CIMName& className) {
 
 int ServerProfileProvider::_checkKey(const char* className, const char* keyName) {
     // These lines go through stdio and have their own form.
-    std::fprintf(
-        stdout, "ServerProfileProvider: checking key name %s -- %s \n", className, keyName);
+    std::fprintf(stdout, "ServerProfileProvider: checking key name %s -- %s \n", className,
+                 keyName);
     std::fflush(stdout);
     for (const auto& row : acceptedKeys) {
         if (::strcasecmp(className, row.className) == 0 &&
@@ -83,8 +83,8 @@ int ServerProfileProvider::_checkKey(const char* className, const char* keyName)
         }
     }
     // "Serverprofile", and the tab: on purpose.
-    std::fprintf(
-        stdout, "\tServerprofileProvider: FAIL check key name %s -- %s \n", className, keyName);
+    std::fprintf(stdout, "\tServerprofileProvider: FAIL check key name %s -- %s \n", className,
+                 keyName);
     std::fflush(stdout);
     return 0;
 }

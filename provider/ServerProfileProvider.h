@@ -58,64 +58,41 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
 
     // The operations of CIMInstanceProvider and CIMAssociationProvider
 
-    void getInstance(const OperationContext& context,
-                     const CIMObjectPath& instanceReference,
+    void getInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
                      const Pegasus::Boolean includeQualifiers,
-                     const Pegasus::Boolean includeClassOrigin,
-                     const CIMPropertyList& propertyList,
+                     const Pegasus::Boolean includeClassOrigin, const CIMPropertyList& propertyList,
                      InstanceHandler& handler) override;
-    void enumerateInstances(const OperationContext& context,
-                            const CIMObjectPath& classReference,
+    void enumerateInstances(const OperationContext& context, const CIMObjectPath& classReference,
                             const Pegasus::Boolean includeQualifiers,
                             const Pegasus::Boolean includeClassOrigin,
-                            const CIMPropertyList& propertyList,
-                            InstanceHandler& handler) override;
+                            const CIMPropertyList& propertyList, InstanceHandler& handler) override;
     void enumerateInstanceNames(const OperationContext& context,
-                                const CIMObjectPath& classReference,
-                                PathHandler& handler) override;
+                                const CIMObjectPath& classReference, PathHandler& handler) override;
     /// The three write operations throw CIMNotSupportedException with an empty message.
-    void modifyInstance(const OperationContext& context,
-                        const CIMObjectPath& instanceReference,
-                        const CIMInstance& instanceObject,
-                        const Pegasus::Boolean includeQualifiers,
-                        const CIMPropertyList& propertyList,
+    void modifyInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
+                        const CIMInstance& instanceObject, const Pegasus::Boolean includeQualifiers,
+                        const CIMPropertyList& propertyList, Handler& handler) override;
+    void createInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
+                        const CIMInstance& instanceObject, PathHandler& handler) override;
+    void deleteInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
                         Handler& handler) override;
-    void createInstance(const OperationContext& context,
-                        const CIMObjectPath& instanceReference,
-                        const CIMInstance& instanceObject,
-                        PathHandler& handler) override;
-    void deleteInstance(const OperationContext& context,
-                        const CIMObjectPath& instanceReference,
-                        Handler& handler) override;
-    void associators(const OperationContext& context,
-                     const CIMObjectPath& objectName,
-                     const CIMName& associationClass,
-                     const CIMName& resultClass,
-                     const String& role,
-                     const String& resultRole,
+    void associators(const OperationContext& context, const CIMObjectPath& objectName,
+                     const CIMName& associationClass, const CIMName& resultClass,
+                     const String& role, const String& resultRole,
                      const Pegasus::Boolean includeQualifiers,
-                     const Pegasus::Boolean includeClassOrigin,
-                     const CIMPropertyList& propertyList,
+                     const Pegasus::Boolean includeClassOrigin, const CIMPropertyList& propertyList,
                      ObjectHandler& handler) override;
-    void associatorNames(const OperationContext& context,
-                         const CIMObjectPath& objectName,
-                         const CIMName& associationClass,
-                         const CIMName& resultClass,
-                         const String& role,
-                         const String& resultRole,
+    void associatorNames(const OperationContext& context, const CIMObjectPath& objectName,
+                         const CIMName& associationClass, const CIMName& resultClass,
+                         const String& role, const String& resultRole,
                          PathHandler& handler) override;
-    void references(const OperationContext& context,
-                    const CIMObjectPath& objectName,
-                    const CIMName& resultClass,
-                    const String& role,
+    void references(const OperationContext& context, const CIMObjectPath& objectName,
+                    const CIMName& resultClass, const String& role,
                     const Pegasus::Boolean includeQualifiers,
-                    const Pegasus::Boolean includeClassOrigin,
-                    const CIMPropertyList& propertyList,
+                    const Pegasus::Boolean includeClassOrigin, const CIMPropertyList& propertyList,
                     ObjectHandler& handler) override;
-    void referenceNames(const OperationContext& context,
-                        const CIMObjectPath& objectName,
-                        const CIMName& resultClass,
-                        const String& role,
+    void referenceNames(const OperationContext& context, const CIMObjectPath& objectName,
+                        const CIMName& resultClass, const String& role,
                         PathHandler& handler) override;
 
     /// True for one of the 17 served classes; else traces and throws CIMNotSupportedException.
@@ -131,8 +108,8 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     CIMInstance buildRegisteredProfileInstance(String className, RegisteredProfile profile);
     /// The path of `instance` as one of `className` in `nameSpace`. Throws
     /// CIMInvalidParameterException when it has no InstanceID of type string with a value.
-    CIMObjectPath
-    buildRegisteredProfileReference(String className, CIMInstance instance, String nameSpace);
+    CIMObjectPath buildRegisteredProfileReference(String className, CIMInstance instance,
+                                                  String nameSpace);
     /// The index of the first of `profiles` with that InstanceID (case ignored), or PEG_NOT_FOUND.
     /// Throws as buildRegisteredProfileReference for an entry on the way.
     Pegasus::Uint32 findRegProfIndex(String instanceId, Instances profiles);
@@ -148,11 +125,9 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
 
     void _getRegisteredProfileInstances(String, InstanceHandler& handler, const String&);
     void _getRegisteredSubProfileInstances(String, InstanceHandler& handler, const String&);
-    void _getRegisteredProfileInstanceNames(String className,
-                                            PathHandler& handler,
+    void _getRegisteredProfileInstanceNames(String className, PathHandler& handler,
                                             const String& nameSpace);
-    void _getRegisteredSubProfileInstanceNames(String className,
-                                               PathHandler& handler,
+    void _getRegisteredSubProfileInstanceNames(String className, PathHandler& handler,
                                                const String& nameSpace);
     CIMInstance _getRegisteredProfileInstance(String keyValue, InstanceHandler& handler);
     CIMInstance _getRegisteredSubProfileInstance(String keyValue, InstanceHandler& handler);
@@ -163,8 +138,8 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     CIMObjectPath buildOrvexOMHostReference(String className, OrvexOMHost host, String nameSpace);
     CIMInstance _getOrvexOMHostInstance(String key, InstanceHandler& handler);
     void _getOrvexOMHostInstances(String className, InstanceHandler& handler, const String&);
-    void
-    _getOrvexOHostInstanceNames(String className, PathHandler& handler, const String& nameSpace);
+    void _getOrvexOHostInstanceNames(String className, PathHandler& handler,
+                                     const String& nameSpace);
 
     // The software identity. Its path is in "root/cimv2" whatever the request says.
 
@@ -180,36 +155,28 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     // ObjectPathResponseHandler; a handler of the other kind is a std::bad_cast at the first
     // delivery.
 
-    void _getSubprofileRequiresProfileInstanceNames(String,
-                                                    PathHandler& handler,
+    void _getSubprofileRequiresProfileInstanceNames(String, PathHandler& handler,
                                                     const String& nameSpace);
-    void _getSubprofileRequiresProfileInstances(String,
-                                                InstanceHandler& handler,
+    void _getSubprofileRequiresProfileInstances(String, InstanceHandler& handler,
                                                 const String& nameSpace);
     CIMInstance _getSubprofileRequiresProfileInstance(const CIMObjectPath& instanceName,
                                                       InstanceHandler& handler);
-    void _getElementConformstoProfileInstanceNames(String,
-                                                   PathHandler& handler,
+    void _getElementConformstoProfileInstanceNames(String, PathHandler& handler,
                                                    const String& nameSpace);
-    void _getElementConformstoProfileInstances(String,
-                                               InstanceHandler& handler,
+    void _getElementConformstoProfileInstances(String, InstanceHandler& handler,
                                                const String& nameSpace);
     CIMInstance _getElementConformstoProfileInstance(const CIMObjectPath& instanceName,
                                                      InstanceHandler& handler);
-    void
-    _getCommMechForMgrHelper(String, Handler& handler, const String& nameSpace, bool instances);
+    void _getCommMechForMgrHelper(String, Handler& handler, const String& nameSpace,
+                                  bool instances);
     CIMInstance _getCommMechForMgrInstance(const CIMObjectPath& path, InstanceHandler& handler);
     void _getNSInMgrHelper(String, Handler& handler, const String& nameSpace, bool instances);
     CIMInstance _getNSInMgrInstance(const CIMObjectPath& path, InstanceHandler& handler);
-    void _getOrvexSPHostedAccessPointHelper(String,
-                                            Handler& handler,
-                                            const String& nameSpace,
+    void _getOrvexSPHostedAccessPointHelper(String, Handler& handler, const String& nameSpace,
                                             bool instances);
     CIMInstance _getOrvexSPHostedAccessPointInstance(const CIMObjectPath& path,
                                                      InstanceHandler& handler);
-    void _getOrvexSPHostedServiceHelper(String,
-                                        Handler& handler,
-                                        const String& nameSpace,
+    void _getOrvexSPHostedServiceHelper(String, Handler& handler, const String& nameSpace,
                                         bool instances);
     CIMInstance _getOrvexSPHostedServiceInstance(const CIMObjectPath& path,
                                                  InstanceHandler& handler);
@@ -220,214 +187,118 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     // reference operations by `resultClass`; an unknown one selects nothing and is no error.
 
     // From a registered profile.
-    void _getRegisteredProfileAssociatorNames(String keyValue,
-                                              const char* assocClass,
-                                              const char* resultClass,
-                                              const char* role,
-                                              const char* resultRole,
-                                              PathHandler& handler,
+    void _getRegisteredProfileAssociatorNames(String keyValue, const char* assocClass,
+                                              const char* resultClass, const char* role,
+                                              const char* resultRole, PathHandler& handler,
                                               const String& nameSpace);
-    void _getRegisteredProfileAssociators(String keyValue,
-                                          const char* assocClass,
-                                          const char* resultClass,
-                                          const char* role,
-                                          const char* resultRole,
-                                          bool includeQualifiers,
+    void _getRegisteredProfileAssociators(String keyValue, const char* assocClass,
+                                          const char* resultClass, const char* role,
+                                          const char* resultRole, bool includeQualifiers,
                                           bool includeClassOrigin,
                                           const CIMPropertyList& propertyList,
-                                          ObjectHandler& handler,
-                                          const String& nameSpace);
-    void _getRegisteredProfileReferenceNames(String keyValue,
-                                             const char* resultClass,
-                                             const char* role,
-                                             PathHandler& handler,
+                                          ObjectHandler& handler, const String& nameSpace);
+    void _getRegisteredProfileReferenceNames(String keyValue, const char* resultClass,
+                                             const char* role, PathHandler& handler,
                                              const String& nameSpace);
-    void _getRegisteredProfileReferences(String keyValue,
-                                         const char* resultClass,
-                                         const char* role,
-                                         bool includeQualifiers,
-                                         bool includeClassOrigin,
+    void _getRegisteredProfileReferences(String keyValue, const char* resultClass, const char* role,
+                                         bool includeQualifiers, bool includeClassOrigin,
                                          const CIMPropertyList& propertyList,
-                                         ObjectHandler& handler,
-                                         const String& nameSpace);
+                                         ObjectHandler& handler, const String& nameSpace);
 
     // From a registered subprofile.
-    void _getRegisteredSubProfileAssociatorNames(String keyValue,
-                                                 const char* assocClass,
-                                                 const char* resultClass,
-                                                 const char* role,
-                                                 const char* resultRole,
-                                                 PathHandler& handler,
+    void _getRegisteredSubProfileAssociatorNames(String keyValue, const char* assocClass,
+                                                 const char* resultClass, const char* role,
+                                                 const char* resultRole, PathHandler& handler,
                                                  const String& nameSpace);
-    void _getRegisteredSubProfileAssociators(String keyValue,
-                                             const char* assocClass,
-                                             const char* resultClass,
-                                             const char* role,
-                                             const char* resultRole,
-                                             bool includeQualifiers,
+    void _getRegisteredSubProfileAssociators(String keyValue, const char* assocClass,
+                                             const char* resultClass, const char* role,
+                                             const char* resultRole, bool includeQualifiers,
                                              bool includeClassOrigin,
                                              const CIMPropertyList& propertyList,
-                                             ObjectHandler& handler,
-                                             const String& nameSpace);
-    void _getRegisteredSubProfileReferenceNames(String keyValue,
-                                                const char* resultClass,
-                                                const char* role,
-                                                PathHandler& handler,
+                                             ObjectHandler& handler, const String& nameSpace);
+    void _getRegisteredSubProfileReferenceNames(String keyValue, const char* resultClass,
+                                                const char* role, PathHandler& handler,
                                                 const String& nameSpace);
-    void _getRegisteredSubProfileReferences(String keyValue,
-                                            const char* resultClass,
-                                            const char* role,
-                                            bool includeQualifiers,
+    void _getRegisteredSubProfileReferences(String keyValue, const char* resultClass,
+                                            const char* role, bool includeQualifiers,
                                             bool includeClassOrigin,
                                             const CIMPropertyList& propertyList,
-                                            ObjectHandler& handler,
-                                            const String& nameSpace);
+                                            ObjectHandler& handler, const String& nameSpace);
 
     // From the host of the object manager.
-    void _getOrvexOMHostAssociatorNames(String keyValue,
-                                        const char* assocClass,
-                                        const char* resultClass,
-                                        const char* role,
-                                        const char* resultRole,
-                                        PathHandler& handler,
+    void _getOrvexOMHostAssociatorNames(String keyValue, const char* assocClass,
+                                        const char* resultClass, const char* role,
+                                        const char* resultRole, PathHandler& handler,
                                         const String& nameSpace);
-    void _getOrvexOMHostAssociators(String keyValue,
-                                    const char* assocClass,
-                                    const char* resultClass,
-                                    const char* role,
-                                    const char* resultRole,
-                                    bool includeQualifiers,
-                                    bool includeClassOrigin,
-                                    const CIMPropertyList& propertyList,
-                                    ObjectHandler& handler,
-                                    const String& nameSpace);
-    void _getOrvexOMHostReferenceNames(String keyValue,
-                                       const char* resultClass,
-                                       const char* role,
-                                       PathHandler& handler,
-                                       const String& nameSpace);
-    void _getOrvexOMHostReferences(String keyValue,
-                                   const char* resultClass,
-                                   const char* role,
-                                   bool includeQualifiers,
-                                   bool includeClassOrigin,
-                                   const CIMPropertyList& propertyList,
-                                   ObjectHandler& handler,
+    void _getOrvexOMHostAssociators(String keyValue, const char* assocClass,
+                                    const char* resultClass, const char* role,
+                                    const char* resultRole, bool includeQualifiers,
+                                    bool includeClassOrigin, const CIMPropertyList& propertyList,
+                                    ObjectHandler& handler, const String& nameSpace);
+    void _getOrvexOMHostReferenceNames(String keyValue, const char* resultClass, const char* role,
+                                       PathHandler& handler, const String& nameSpace);
+    void _getOrvexOMHostReferences(String keyValue, const char* resultClass, const char* role,
+                                   bool includeQualifiers, bool includeClassOrigin,
+                                   const CIMPropertyList& propertyList, ObjectHandler& handler,
                                    const String& nameSpace);
 
     // From the object manager.
-    void _getObjMgrAssociatorNames(String keyValue,
-                                   const char* assocClass,
-                                   const char* resultClass,
-                                   const char* role,
-                                   const char* resultRole,
-                                   PathHandler& handler,
+    void _getObjMgrAssociatorNames(String keyValue, const char* assocClass, const char* resultClass,
+                                   const char* role, const char* resultRole, PathHandler& handler,
                                    const String& nameSpace);
-    void _getObjMgrAssociators(String keyValue,
-                               const char* assocClass,
-                               const char* resultClass,
-                               const char* role,
-                               const char* resultRole,
-                               bool includeQualifiers,
-                               bool includeClassOrigin,
-                               const CIMPropertyList& propertyList,
-                               ObjectHandler& handler,
-                               const String& nameSpace);
-    void _getObjMgrReferenceNames(String keyValue,
-                                  const char* resultClass,
-                                  const char* role,
-                                  PathHandler& handler,
-                                  const String& nameSpace);
-    void _getObjMgrReferences(String keyValue,
-                              const char* resultClass,
-                              const char* role,
-                              bool includeQualifiers,
-                              bool includeClassOrigin,
-                              const CIMPropertyList& propertyList,
-                              ObjectHandler& handler,
+    void _getObjMgrAssociators(String keyValue, const char* assocClass, const char* resultClass,
+                               const char* role, const char* resultRole, bool includeQualifiers,
+                               bool includeClassOrigin, const CIMPropertyList& propertyList,
+                               ObjectHandler& handler, const String& nameSpace);
+    void _getObjMgrReferenceNames(String keyValue, const char* resultClass, const char* role,
+                                  PathHandler& handler, const String& nameSpace);
+    void _getObjMgrReferences(String keyValue, const char* resultClass, const char* role,
+                              bool includeQualifiers, bool includeClassOrigin,
+                              const CIMPropertyList& propertyList, ObjectHandler& handler,
                               const String& nameSpace);
 
     // From a communication mechanism; `objectName` is the source itself.
-    void _getCimXmlCMAssociatorNames(String keyValue,
-                                     const char* assocClass,
-                                     const char* resultClass,
-                                     const char* role,
-                                     const char* resultRole,
-                                     PathHandler& handler,
+    void _getCimXmlCMAssociatorNames(String keyValue, const char* assocClass,
+                                     const char* resultClass, const char* role,
+                                     const char* resultRole, PathHandler& handler,
                                      const String& nameSpace);
-    void _getCimXmlCMAssociators(String keyValue,
-                                 const char* assocClass,
-                                 const char* resultClass,
-                                 const char* role,
-                                 const char* resultRole,
-                                 bool includeQualifiers,
-                                 bool includeClassOrigin,
-                                 const CIMPropertyList& propertyList,
-                                 ObjectHandler& handler,
-                                 const String& nameSpace);
-    void _getCimXmlCMReferenceNames(String keyValue,
-                                    const char* resultClass,
-                                    const char* role,
-                                    PathHandler& handler,
-                                    const String& nameSpace,
+    void _getCimXmlCMAssociators(String keyValue, const char* assocClass, const char* resultClass,
+                                 const char* role, const char* resultRole, bool includeQualifiers,
+                                 bool includeClassOrigin, const CIMPropertyList& propertyList,
+                                 ObjectHandler& handler, const String& nameSpace);
+    void _getCimXmlCMReferenceNames(String keyValue, const char* resultClass, const char* role,
+                                    PathHandler& handler, const String& nameSpace,
                                     const CIMObjectPath& objectName);
-    void _getCimXmlCMReferences(String keyValue,
-                                const char* resultClass,
-                                const char* role,
-                                bool includeQualifiers,
-                                bool includeClassOrigin,
-                                const CIMPropertyList& propertyList,
-                                ObjectHandler& handler,
-                                const String& nameSpace,
-                                const CIMObjectPath& objectName);
+    void _getCimXmlCMReferences(String keyValue, const char* resultClass, const char* role,
+                                bool includeQualifiers, bool includeClassOrigin,
+                                const CIMPropertyList& propertyList, ObjectHandler& handler,
+                                const String& nameSpace, const CIMObjectPath& objectName);
 
     // From a namespace; `objectName` is the source itself.
-    void _getNamespaceAssociatorNames(String keyValue,
-                                      const char* assocClass,
-                                      const char* resultClass,
-                                      const char* role,
-                                      const char* resultRole,
-                                      PathHandler& handler,
+    void _getNamespaceAssociatorNames(String keyValue, const char* assocClass,
+                                      const char* resultClass, const char* role,
+                                      const char* resultRole, PathHandler& handler,
                                       const String& nameSpace);
-    void _getNamespaceAssociators(String keyValue,
-                                  const char* assocClass,
-                                  const char* resultClass,
-                                  const char* role,
-                                  const char* resultRole,
-                                  bool includeQualifiers,
-                                  bool includeClassOrigin,
-                                  const CIMPropertyList& propertyList,
-                                  ObjectHandler& handler,
-                                  const String& nameSpace);
-    void _getNamespaceReferenceNames(String keyValue,
-                                     const char* resultClass,
-                                     const char* role,
-                                     PathHandler& handler,
-                                     const String& nameSpace,
+    void _getNamespaceAssociators(String keyValue, const char* assocClass, const char* resultClass,
+                                  const char* role, const char* resultRole, bool includeQualifiers,
+                                  bool includeClassOrigin, const CIMPropertyList& propertyList,
+                                  ObjectHandler& handler, const String& nameSpace);
+    void _getNamespaceReferenceNames(String keyValue, const char* resultClass, const char* role,
+                                     PathHandler& handler, const String& nameSpace,
                                      const CIMObjectPath& objectName);
-    void _getNamespaceReferences(String keyValue,
-                                 const char* resultClass,
-                                 const char* role,
-                                 bool includeQualifiers,
-                                 bool includeClassOrigin,
-                                 const CIMPropertyList& propertyList,
-                                 ObjectHandler& handler,
-                                 const String& nameSpace,
-                                 const CIMObjectPath& objectName);
+    void _getNamespaceReferences(String keyValue, const char* resultClass, const char* role,
+                                 bool includeQualifiers, bool includeClassOrigin,
+                                 const CIMPropertyList& propertyList, ObjectHandler& handler,
+                                 const String& nameSpace, const CIMObjectPath& objectName);
 
     // From the software identity: 0 associator names, 1 associators, 2 reference names,
     // 3 references; any other mode delivers nothing. A handler of the other kind is a std::bad_cast
     // at the first delivery.
-    void _getOrvexSIAssociatorReferenceHelper(String keyValue,
-                                              const char* assocClass,
-                                              const char* resultClass,
-                                              const char* role,
-                                              const char* resultRole,
-                                              bool includeQualifiers,
-                                              bool includeClassOrigin,
-                                              Handler& handler,
-                                              const String& nameSpace,
-                                              int mode);
+    void _getOrvexSIAssociatorReferenceHelper(String keyValue, const char* assocClass,
+                                              const char* resultClass, const char* role,
+                                              const char* resultRole, bool includeQualifiers,
+                                              bool includeClassOrigin, Handler& handler,
+                                              const String& nameSpace, int mode);
 
   private:
     /// Runs `work` as the operation `name`: through the init gate, under the module mutex, with
@@ -442,10 +313,7 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     /// The same for the association operation `name` on `objectName`, whose class and key it checks
     /// before it calls work(request). `flagTrace`, if any, is traced with initFlag on the way.
     template <class Work>
-    void serveFrom(const char* name,
-                   const CIMObjectPath& objectName,
-                   Handler& handler,
-                   Work work,
+    void serveFrom(const char* name, const CIMObjectPath& objectName, Handler& handler, Work work,
                    const char* flagTrace = nullptr);
 
     Pegasus::CIMOMHandle _cimomHandle;

@@ -32,9 +32,7 @@ void deliverFarEnds(const Request& request, int bits, Handler& handler) {
 }
 
 template <class Handler>
-void deliverAssociations(const Request& request,
-                         int bits,
-                         const CIMObjectPath& source,
+void deliverAssociations(const Request& request, int bits, const CIMObjectPath& source,
                          Handler& handler) {
     if ((bits & managers) != 0) {
         trace(managersStep);
@@ -49,26 +47,18 @@ void deliverAssociations(const Request& request,
 
 } // namespace
 
-void ServerProfileProvider::_getCimXmlCMAssociatorNames(String keyValue,
-                                                        const char* assocClass,
-                                                        const char* resultClass,
-                                                        const char*,
-                                                        const char*,
-                                                        PathHandler& handler,
+void ServerProfileProvider::_getCimXmlCMAssociatorNames(String keyValue, const char* assocClass,
+                                                        const char* resultClass, const char*,
+                                                        const char*, PathHandler& handler,
                                                         const String& nameSpace) {
     trace(" Quil CimXmlCMAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil CimXmlCMAssociatorNames(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
-void ServerProfileProvider::_getCimXmlCMAssociators(String keyValue,
-                                                    const char* assocClass,
-                                                    const char* resultClass,
-                                                    const char*,
-                                                    const char*,
-                                                    bool,
-                                                    bool,
-                                                    const CIMPropertyList&,
+void ServerProfileProvider::_getCimXmlCMAssociators(String keyValue, const char* assocClass,
+                                                    const char* resultClass, const char*,
+                                                    const char*, bool, bool, const CIMPropertyList&,
                                                     ObjectHandler& handler,
                                                     const String& nameSpace) {
     trace(" Quil CimXmlCMAssociators(): assoc class is ", assocClass);
@@ -77,31 +67,20 @@ void ServerProfileProvider::_getCimXmlCMAssociators(String keyValue,
 }
 
 // The name of the other operation in its trace is on purpose.
-void ServerProfileProvider::_getCimXmlCMReferenceNames(String keyValue,
-                                                       const char* resultClass,
-                                                       const char*,
-                                                       PathHandler& handler,
+void ServerProfileProvider::_getCimXmlCMReferenceNames(String keyValue, const char* resultClass,
+                                                       const char*, PathHandler& handler,
                                                        const String& nameSpace,
                                                        const CIMObjectPath& objectName) {
     trace(" Quil CimXmlCMReferences(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace},
-                        selectTraced(selection, resultClass, all, keyValue),
-                        objectName,
-                        handler);
+    deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
+                        objectName, handler);
 }
 
-void ServerProfileProvider::_getCimXmlCMReferences(String keyValue,
-                                                   const char* resultClass,
-                                                   const char*,
-                                                   bool,
-                                                   bool,
-                                                   const CIMPropertyList&,
-                                                   ObjectHandler& handler,
-                                                   const String& nameSpace,
+void ServerProfileProvider::_getCimXmlCMReferences(String keyValue, const char* resultClass,
+                                                   const char*, bool, bool, const CIMPropertyList&,
+                                                   ObjectHandler& handler, const String& nameSpace,
                                                    const CIMObjectPath& objectName) {
     trace(" Quil CimXmlCMReferences(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace},
-                        selectTraced(selection, resultClass, all, keyValue),
-                        objectName,
-                        handler);
+    deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
+                        objectName, handler);
 }

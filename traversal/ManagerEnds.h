@@ -13,9 +13,7 @@ template <class List>
 List readManagers(const Request& request) {
     List managers;
     guarded<Pegasus::CIMException>(ReadBack(request.provider.cimomHandle(), request.nameSpace),
-                                   managers,
-                                   objectManagerClass,
-                                   {managersUnread(managers)});
+                                   managers, objectManagerClass, {managersUnread(managers)});
     return managers;
 }
 
@@ -28,14 +26,11 @@ void deliverManagers(const Request& request, Handler& handler) {
 /// Delivers the association of `cimClass` between each object manager and `source`, which stands
 /// first among the properties: on purpose.
 template <class Handler>
-void deliverManagerAssociations(const Request& request,
-                                const AssociationClass& cimClass,
-                                const Pegasus::CIMObjectPath& source,
-                                Handler& handler) {
+void deliverManagerAssociations(const Request& request, const AssociationClass& cimClass,
+                                const Pegasus::CIMObjectPath& source, Handler& handler) {
     const auto managers = readManagers<Pegasus::Array<Pegasus::CIMObjectPath>>(request);
     for (Pegasus::Uint32 i = 0; i < managers.size(); ++i) {
-        deliver(handler,
-                Association(cimClass, managers[i], source).secondPropertyFirst(),
+        deliver(handler, Association(cimClass, managers[i], source).secondPropertyFirst(),
                 request.nameSpace);
     }
 }

@@ -27,12 +27,9 @@ constexpr const char* referencesStep = " Quil NS in Mgr - 1 ";
 
 } // namespace
 
-void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue,
-                                                         const char* assocClass,
-                                                         const char* resultClass,
-                                                         const char*,
-                                                         const char*,
-                                                         PathHandler& handler,
+void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue, const char* assocClass,
+                                                         const char* resultClass, const char*,
+                                                         const char*, PathHandler& handler,
                                                          const String& nameSpace) {
     trace(" Quil NamespaceAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil NamespaceAssociatorNames(): result class is ", resultClass);
@@ -41,15 +38,10 @@ void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue,
     }
 }
 
-void ServerProfileProvider::_getNamespaceAssociators(String keyValue,
-                                                     const char* assocClass,
-                                                     const char* resultClass,
-                                                     const char*,
-                                                     const char*,
-                                                     bool,
-                                                     bool,
-                                                     const CIMPropertyList&,
-                                                     ObjectHandler& handler,
+void ServerProfileProvider::_getNamespaceAssociators(String keyValue, const char* assocClass,
+                                                     const char* resultClass, const char*,
+                                                     const char*, bool, bool,
+                                                     const CIMPropertyList&, ObjectHandler& handler,
                                                      const String& nameSpace) {
     trace(" Quil NamespaceAssociators(): assoc class is ", assocClass);
     trace(" Quil NamespaceAssociators(): result class is ", resultClass);
@@ -58,10 +50,8 @@ void ServerProfileProvider::_getNamespaceAssociators(String keyValue,
     }
 }
 
-void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue,
-                                                        const char* resultClass,
-                                                        const char*,
-                                                        PathHandler& handler,
+void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue, const char* resultClass,
+                                                        const char*, PathHandler& handler,
                                                         const String& nameSpace,
                                                         const CIMObjectPath& objectName) {
     trace(" Quil NamespaceReferenceNames(): result class is ", resultClass);
@@ -70,14 +60,9 @@ void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue,
     }
 }
 
-void ServerProfileProvider::_getNamespaceReferences(String keyValue,
-                                                    const char* resultClass,
-                                                    const char*,
-                                                    bool,
-                                                    bool,
-                                                    const CIMPropertyList&,
-                                                    ObjectHandler& handler,
-                                                    const String& nameSpace,
+void ServerProfileProvider::_getNamespaceReferences(String keyValue, const char* resultClass,
+                                                    const char*, bool, bool, const CIMPropertyList&,
+                                                    ObjectHandler& handler, const String& nameSpace,
                                                     const CIMObjectPath& objectName) {
     trace(" Quil NamespaceReferences(): result class is ", resultClass);
     if (selectManagers(resultClass, keyValue, referencesStep)) {

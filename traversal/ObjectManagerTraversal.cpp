@@ -35,16 +35,10 @@ struct Member {
     const char* failure;
 };
 constexpr Member members[] = {
-    {namespaces,
-     " Quil NamespaceInManager - 1 ",
-     namespaceInManager,
-     namespaceClass,
+    {namespaces, " Quil NamespaceInManager - 1 ", namespaceInManager, namespaceClass,
      " Quil exception ei for CIM_Namespace "},
-    {mechanisms,
-     " Quil CommMechanismForManager - 1 ",
-     commMechanismForManager,
-     communicationMechanismClass,
-     " Quil exception ei for CIM_CIMXMLCommunicationMechanism "},
+    {mechanisms, " Quil CommMechanismForManager - 1 ", commMechanismForManager,
+     communicationMechanismClass, " Quil exception ei for CIM_CIMXMLCommunicationMechanism "},
 };
 
 // Whole instances that cannot be read write a second line, which names CIM_Namespace whatever the
@@ -64,8 +58,8 @@ void forEachMember(const Request& request, int bits, List list, Visit visit) {
     for (const Member& member : members) {
         if ((bits & member.bit) != 0) {
             trace(member.step);
-            guarded<CIMException>(
-                readBack, list, member.memberClass, {member.failure, secondFailureLine(list)});
+            guarded<CIMException>(readBack, list, member.memberClass,
+                                  {member.failure, secondFailureLine(list)});
             visit(member, list);
         }
     }
@@ -78,8 +72,8 @@ void deliverFarEnds(const Request& request, int bits, Handler& handler) {
         trace(" Quil HostedService assoc - 1 ");
         deliverHost(handler, request);
     }
-    forEachMember(
-        request, bits, List(), [&](const Member&, const List& list) { deliverAll(handler, list); });
+    forEachMember(request, bits, List(),
+                  [&](const Member&, const List& list) { deliverAll(handler, list); });
     if ((bits & profiles) != 0) {
         trace(" Quil ElementConformsToProfile - 1 ");
         deliverProfile(handler, request, serverProfile);
@@ -95,8 +89,7 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
     List managers;
     // The trace names another class than the one that is read: on purpose.
     if (!guarded<CIMException>(ReadBack(request.provider.cimomHandle(), request.nameSpace),
-                               managers,
-                               objectManagerClass,
+                               managers, objectManagerClass,
                                {" Quil exception ni for CIM_Namespace -Exiting "})) {
         return;
     }
@@ -117,61 +110,44 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
         trace(" Quil ElementConformsToProfile - 1 ");
         const CIMObjectPath profile =
             profilePath(request.provider, serverProfile, request.nameSpace);
-        deliver(handler,
-                conforming(profile, manager, objectManagerClass).secondPropertyFirst(),
+        deliver(handler, conforming(profile, manager, objectManagerClass).secondPropertyFirst(),
                 request.nameSpace);
     }
 }
 
 } // namespace
 
-void ServerProfileProvider::_getObjMgrAssociatorNames(String keyValue,
-                                                      const char* assocClass,
-                                                      const char* resultClass,
-                                                      const char*,
-                                                      const char*,
-                                                      PathHandler& handler,
+void ServerProfileProvider::_getObjMgrAssociatorNames(String keyValue, const char* assocClass,
+                                                      const char* resultClass, const char*,
+                                                      const char*, PathHandler& handler,
                                                       const String& nameSpace) {
     trace(" Quil ObjMgrAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil ObjMgrAssociatorNames(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
-void ServerProfileProvider::_getObjMgrAssociators(String keyValue,
-                                                  const char* assocClass,
-                                                  const char* resultClass,
-                                                  const char*,
-                                                  const char*,
-                                                  bool,
-                                                  bool,
-                                                  const CIMPropertyList&,
-                                                  ObjectHandler& handler,
-                                                  const String& nameSpace) {
+void ServerProfileProvider::_getObjMgrAssociators(String keyValue, const char* assocClass,
+                                                  const char* resultClass, const char*, const char*,
+                                                  bool, bool, const CIMPropertyList&,
+                                                  ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil ObjMgrAssociators(): assoc class is ", assocClass);
     trace(" Quil ObjMgrAssociators(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
 // The name of the other operation in its trace is on purpose.
-void ServerProfileProvider::_getObjMgrReferenceNames(String keyValue,
-                                                     const char* resultClass,
-                                                     const char*,
-                                                     PathHandler& handler,
+void ServerProfileProvider::_getObjMgrReferenceNames(String keyValue, const char* resultClass,
+                                                     const char*, PathHandler& handler,
                                                      const String& nameSpace) {
     trace(" Quil ObjMgrReferences(): result class is ", resultClass);
-    deliverAssociations(
-        {*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue), handler);
+    deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
+                        handler);
 }
 
-void ServerProfileProvider::_getObjMgrReferences(String keyValue,
-                                                 const char* resultClass,
-                                                 const char*,
-                                                 bool,
-                                                 bool,
-                                                 const CIMPropertyList&,
-                                                 ObjectHandler& handler,
-                                                 const String& nameSpace) {
+void ServerProfileProvider::_getObjMgrReferences(String keyValue, const char* resultClass,
+                                                 const char*, bool, bool, const CIMPropertyList&,
+                                                 ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil ObjMgrReferences(): result class is ", resultClass);
-    deliverAssociations(
-        {*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue), handler);
+    deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
+                        handler);
 }

@@ -42,25 +42,18 @@ struct Deliver {
     }
 
     void associations() const {
-        forEachImplemented(
-            request.provider, request.nameSpace, [&](const Association& association) {
-                deliver(kind(), association, request.nameSpace);
-            });
+        forEachImplemented(request.provider, request.nameSpace,
+                           [&](const Association& association) {
+                               deliver(kind(), association, request.nameSpace);
+                           });
     }
 };
 
 } // namespace
 
-void ServerProfileProvider::_getOrvexSIAssociatorReferenceHelper(String,
-                                                                 const char* assocClass,
-                                                                 const char* resultClass,
-                                                                 const char*,
-                                                                 const char*,
-                                                                 bool,
-                                                                 bool,
-                                                                 Handler& handler,
-                                                                 const String& nameSpace,
-                                                                 int mode) {
+void ServerProfileProvider::_getOrvexSIAssociatorReferenceHelper(
+    String, const char* assocClass, const char* resultClass, const char*, const char*, bool, bool,
+    Handler& handler, const String& nameSpace, int mode) {
     trace(" Quil orvexSIAssociators(): assoc class is ", assocClass);
     trace(" Quil orvexSIAssociators(): result class is ", resultClass);
     if (selectTraced(selection, assocClass, 1) == 0) {

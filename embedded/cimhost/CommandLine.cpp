@@ -81,8 +81,8 @@ void declareServing(CLI::App& app, Settings& settings) {
     app.add_option("--port", settings.port, "Port to listen on; 0 takes any free one")
         ->type_name("PORT")
         ->capture_default_str();
-    app.add_option(
-           "--port-file", settings.portFile, "Write the port to FILE once it is listened to")
+    app.add_option("--port-file", settings.portFile,
+                   "Write the port to FILE once it is listened to")
         ->type_name("FILE");
 }
 
@@ -96,21 +96,18 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
     app.add_option("--interop", raw.interop, "The interop namespace, with the registrations")
         ->type_name("NAMESPACE")
         ->capture_default_str();
-    app.add_option("--mof",
-                   raw.mofFiles,
+    app.add_option("--mof", raw.mofFiles,
                    "Load FILE into NAMESPACE, which is created as needed (repeatable, in order)")
         ->type_name("NAMESPACE=FILE")
         ->expected(1)
         ->take_all();
-    app.add_option("--mof-include",
-                   settings.mofIncludes,
+    app.add_option("--mof-include", settings.mofIncludes,
                    "Where included MOF files are looked for (repeatable)")
         ->type_name("DIR")
         ->expected(1)
         ->take_all()
         ->check(directory);
-    app.add_option("--provider-dir",
-                   settings.providerDirectories,
+    app.add_option("--provider-dir", settings.providerDirectories,
                    "Where provider libraries are looked for (repeatable, in order)")
         ->type_name("DIR")
         ->expected(1)
@@ -119,11 +116,9 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
 }
 
 void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
-    app.add_flag("--check",
-                 settings.checkOnly,
+    app.add_flag("--check", settings.checkOnly,
                  "Say what is registered and what is missing, and end without serving");
-    app.add_option("--trace-wire",
-                   settings.wireTrace,
+    app.add_option("--trace-wire", settings.wireTrace,
                    "Write every request and reply to files in DIR, or with - to standard error")
         ->type_name("DIR");
     app.add_option("--log-level", settings.logLevel, "How much goes to standard error")
@@ -134,15 +129,13 @@ void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
         ->type_name("SECONDS")
         ->check(CLI::Range(0U, 3600U))
         ->capture_default_str();
-    app.add_option("--fault",
-                   raw.faults,
+    app.add_option("--fault", raw.faults,
                    "Let what providers ask the server go wrong, to see what they make of it "
                    "(repeatable, in order; see below)")
         ->type_name("OPERATION:CLASS=WHAT")
         ->expected(1)
         ->take_all();
-    app.add_flag("--keep-libraries",
-                 settings.keepLibraries,
+    app.add_flag("--keep-libraries", settings.keepLibraries,
                  "Leave provider libraries mapped to the end, for leak and race reports");
 }
 

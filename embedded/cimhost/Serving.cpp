@@ -70,12 +70,8 @@ http::Handler handler(const Settings& settings, host::CimOperations*& operations
             const std::string* value = http::findField(request.fields, name);
             return value ? *value : std::string("-");
         };
-        spdlog::debug("{} {} {}: {} {}",
-                      request.verb,
-                      field("CIMMethod"),
-                      field("CIMObject"),
-                      reply.status,
-                      reply.reason);
+        spdlog::debug("{} {} {}: {} {}", request.verb, field("CIMMethod"), field("CIMObject"),
+                      reply.status, reply.reason);
         return reply;
     };
     return settings.wireTrace.empty() ? answer : traced(answer, settings.wireTrace, warn);
@@ -118,8 +114,7 @@ std::vector<host::BuiltIn> ownObjects(const repository::Repository& repository,
     return host::serverObjects(repository, identity);
 }
 
-ExitCode serve(const Settings& settings,
-               repository::Repository& repository,
+ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration) {
     if (settings.portFile)
         std::filesystem::remove(*settings.portFile); // an old one would be taken for ours
@@ -130,8 +125,8 @@ ExitCode serve(const Settings& settings,
 
     host::ProviderModules modules(registration,
                                   {settings.providerDirectories, settings.keepLibraries, warn});
-    host::Router router(
-        repository, modules, ownObjects(repository, server->port()), host::localHostName());
+    host::Router router(repository, modules, ownObjects(repository, server->port()),
+                        host::localHostName());
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);

@@ -11,8 +11,7 @@ namespace embedded::cimhost {
 /// Serves until SIGINT or SIGTERM. Requests in progress are finished and providers terminated,
 /// for each of which there is the grace time; when it is over, or at a second signal, the process
 /// ends here. REQUIRES: takeSignals() has been called.
-ExitCode serve(const Settings& settings,
-               repository::Repository& repository,
+ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration);
 
 /// What clients and --check are told of this server's own.

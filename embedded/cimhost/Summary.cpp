@@ -39,8 +39,7 @@ const char* name(host::ProviderType type) {
     return "?";
 }
 
-std::string nameSpaceLine(const Repository& repository,
-                          const Pegasus::CIMNamespaceName& nameSpace,
+std::string nameSpaceLine(const Repository& repository, const Pegasus::CIMNamespaceName& nameSpace,
                           bool isInterop) {
     const auto classes = repository.subClassNames(nameSpace, Pegasus::CIMName(), true);
     std::size_t instances = 0;
@@ -55,9 +54,8 @@ class Offers {
   public:
     void add(const host::Capability& capability) {
         const std::string className = text(capability.className.getString());
-        auto found = std::find_if(_classes.begin(), _classes.end(), [&](const auto& offer) {
-            return offer.className == className;
-        });
+        auto found = std::find_if(_classes.begin(), _classes.end(),
+                                  [&](const auto& offer) { return offer.className == className; });
         if (found == _classes.end())
             found = _classes.insert(found, {className, {}, {}});
         Offer& offer = *found;

@@ -73,8 +73,7 @@ class Trace {
 
 } // namespace
 
-http::Handler traced(http::Handler handler,
-                     const std::string& where,
+http::Handler traced(http::Handler handler, const std::string& where,
                      const std::function<void(const std::string&)>& log) {
     const auto trace = std::make_shared<Trace>(where, log);
     return [trace, handler = std::move(handler)](const http::Request& request) {

@@ -16,8 +16,7 @@ namespace embedded::cimhost {
 /// Throws std::filesystem::filesystem_error when the directory cannot be made. A file that cannot
 /// be written is told to `log` and the request served all the same.
 /// Thread-safety: as `handler`.
-http::Handler traced(http::Handler handler,
-                     const std::string& where,
+http::Handler traced(http::Handler handler, const std::string& where,
                      const std::function<void(const std::string&)>& log);
 
 } // namespace embedded::cimhost

@@ -23,15 +23,12 @@ void setUpLog(const std::string& level) {
 }
 
 // The findings are the result that was asked for, so they go to standard output.
-ExitCode check(const Settings& settings,
-               const repository::Repository& repository,
+ExitCode check(const Settings& settings, const repository::Repository& repository,
                const host::Registration& registration) {
     for (const std::string& line : summary(repository, registration, settings.interop))
         std::cout << line << "\n";
     const std::vector<host::Finding> findings =
-        host::checkRegistration(registration,
-                                repository,
-                                settings.providerDirectories,
+        host::checkRegistration(registration, repository, settings.providerDirectories,
                                 ownObjects(repository, settings.port));
     for (const host::Finding& finding : findings)
         std::cout << (finding.severity == host::Finding::Severity::Problem ? "PROBLEM " : "ok ")

@@ -164,9 +164,7 @@ pugi::xml_node elementIn(const pugi::xml_node& node) {
         [](const pugi::xml_node& child) { return child.type() == pugi::node_element; });
 }
 
-void readOne(const pugi::xml_node& given,
-             std::vector<Expected>& expected,
-             const SoleKey& soleKey,
+void readOne(const pugi::xml_node& given, std::vector<Expected>& expected, const SoleKey& soleKey,
              Arguments& arguments) {
     const std::string name = given.attribute("NAME").value();
     for (Expected& candidate : expected) {
@@ -196,8 +194,8 @@ void readOne(const pugi::xml_node& given,
 
 } // namespace
 
-Arguments
-readArguments(const pugi::xml_node& call, std::string_view parameters, const SoleKey& soleKey) {
+Arguments readArguments(const pugi::xml_node& call, std::string_view parameters,
+                        const SoleKey& soleKey) {
     Arguments arguments;
     std::vector<Expected> expected = expectedOf(parameters, arguments);
     try {

@@ -37,7 +37,7 @@ struct Arguments {
 ///
 /// Throws Pegasus::CIMException for a parameter that is missing, unknown, there twice or of an
 /// illegal value, and RequestRejected for one that is of the wrong kind.
-Arguments
-readArguments(const pugi::xml_node& call, std::string_view parameters, const SoleKey& soleKey);
+Arguments readArguments(const pugi::xml_node& call, std::string_view parameters,
+                        const SoleKey& soleKey);
 
 } // namespace embedded::cimxml

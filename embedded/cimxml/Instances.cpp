@@ -37,8 +37,7 @@ CIMFlavor readFlavor(const pugi::xml_node& element) {
 CIMQualifier readQualifier(const pugi::xml_node& element, const SoleKey& soleKey) {
     return CIMQualifier(readName(element.attribute("NAME")),
                         readValue(element, readType(element.attribute("TYPE")), false, soleKey),
-                        readFlavor(element),
-                        readFlag(element.attribute("PROPAGATED"), false));
+                        readFlavor(element), readFlag(element.attribute("PROPAGATED"), false));
 }
 
 Uint32 readArraySize(const pugi::xml_attribute& attribute) {

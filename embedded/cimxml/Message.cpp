@@ -39,8 +39,8 @@ std::string reply(const Request& request, const std::string& content) {
     return out;
 }
 
-std::string
-contentFor(const Request& request, const host::Caller& caller, host::CimOperations& operations) {
+std::string contentFor(const Request& request, const host::Caller& caller,
+                       host::CimOperations& operations) {
     try {
         if (!request.isIntrinsic()) {
             answerExtrinsic(request, caller, operations);
@@ -55,9 +55,7 @@ contentFor(const Request& request, const host::Caller& caller, host::CimOperatio
 
 } // namespace
 
-std::string answer(const std::string& body,
-                   const Headers& headers,
-                   const host::Caller& caller,
+std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
                    host::CimOperations& operations) {
     Request request;
     readRequest(body, headers, request);

@@ -35,9 +35,7 @@ class RequestRejected : public std::runtime_error {
 
 /// Reads the request document `body`, has `operations` answer it, and returns the reply document.
 /// A CIM error is a reply like any other. Throws RequestRejected, nothing else of this module's.
-std::string answer(const std::string& body,
-                   const Headers& headers,
-                   const host::Caller& caller,
+std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
                    host::CimOperations& operations);
 
 } // namespace embedded::cimxml

@@ -35,20 +35,10 @@ CIMName readOptionalName(const pugi::xml_attribute& attribute) {
 
 CIMType readType(const pugi::xml_attribute& attribute) {
     using namespace Pegasus;
-    constexpr std::array<CIMType, 14> types = {CIMTYPE_BOOLEAN,
-                                               CIMTYPE_UINT8,
-                                               CIMTYPE_SINT8,
-                                               CIMTYPE_UINT16,
-                                               CIMTYPE_SINT16,
-                                               CIMTYPE_UINT32,
-                                               CIMTYPE_SINT32,
-                                               CIMTYPE_UINT64,
-                                               CIMTYPE_SINT64,
-                                               CIMTYPE_REAL32,
-                                               CIMTYPE_REAL64,
-                                               CIMTYPE_CHAR16,
-                                               CIMTYPE_STRING,
-                                               CIMTYPE_DATETIME};
+    constexpr std::array<CIMType, 14> types = {
+        CIMTYPE_BOOLEAN, CIMTYPE_UINT8,  CIMTYPE_SINT8,  CIMTYPE_UINT16,  CIMTYPE_SINT16,
+        CIMTYPE_UINT32,  CIMTYPE_SINT32, CIMTYPE_UINT64, CIMTYPE_SINT64,  CIMTYPE_REAL32,
+        CIMTYPE_REAL64,  CIMTYPE_CHAR16, CIMTYPE_STRING, CIMTYPE_DATETIME};
     for (const CIMType type : types) {
         if (std::string_view(attribute.value()) == cimTypeToString(type)) {
             return type;

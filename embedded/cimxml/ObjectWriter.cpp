@@ -72,8 +72,8 @@ void appendQualifiers(std::string& out, const Qualified& element) {
 template <class Holder>
 void appendListedProperties(std::string& out, const Holder& holder, const InstanceFilter& filter) {
     const auto append = [&](Uint32 index) {
-        appendProperty(
-            out, holder.getProperty(index), filter.includeQualifiers, filter.includeClassOrigin);
+        appendProperty(out, holder.getProperty(index), filter.includeQualifiers,
+                       filter.includeClassOrigin);
     };
     if (filter.propertyList.isNull()) {
         for (Uint32 i = 0; i < holder.getPropertyCount(); ++i) {
@@ -135,9 +135,7 @@ void appendQualifier(std::string& out, const CIMConstQualifier& qualifier) {
     out += "</QUALIFIER>\n";
 }
 
-void appendProperty(std::string& out,
-                    const CIMConstProperty& property,
-                    bool includeQualifiers,
+void appendProperty(std::string& out, const CIMConstProperty& property, bool includeQualifiers,
                     bool includeClassOrigin) {
     const CIMType type = property.getType();
     const bool isReference = type == CIMTYPE_REFERENCE;
@@ -162,8 +160,7 @@ void appendProperty(std::string& out,
     out += "</" + name + ">\n";
 }
 
-void appendInstance(std::string& out,
-                    const CIMConstInstance& instance,
+void appendInstance(std::string& out, const CIMConstInstance& instance,
                     const InstanceFilter& filter) {
     out += "<INSTANCE";
     appendAttribute(out, "CLASSNAME", instance.getClassName().getString());
@@ -205,13 +202,11 @@ void appendQualifierDeclaration(std::string& out, const CIMQualifierDecl& declar
         const char* name;
         const CIMScope& scope;
     };
-    const ScopeAttribute scopes[] = {{"CLASS", CIMScope::CLASS},
-                                     {"ASSOCIATION", CIMScope::ASSOCIATION},
-                                     {"REFERENCE", CIMScope::REFERENCE},
-                                     {"PROPERTY", CIMScope::PROPERTY},
-                                     {"METHOD", CIMScope::METHOD},
-                                     {"PARAMETER", CIMScope::PARAMETER},
-                                     {"INDICATION", CIMScope::INDICATION}};
+    const ScopeAttribute scopes[] = {
+        {"CLASS", CIMScope::CLASS},          {"ASSOCIATION", CIMScope::ASSOCIATION},
+        {"REFERENCE", CIMScope::REFERENCE},  {"PROPERTY", CIMScope::PROPERTY},
+        {"METHOD", CIMScope::METHOD},        {"PARAMETER", CIMScope::PARAMETER},
+        {"INDICATION", CIMScope::INDICATION}};
     out += "<QUALIFIER.DECLARATION";
     appendAttribute(out, "NAME", declaration.getName().getString());
     appendTypeName(out, wireType(declaration.getType()));

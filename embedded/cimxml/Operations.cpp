@@ -72,8 +72,7 @@ Returned allObjectPaths(const Call& call, const host::Answer<CIMObjectPath>& ans
     });
 }
 
-void appendNamedInstance(std::string& out,
-                         const CIMInstance& instance,
+void appendNamedInstance(std::string& out, const CIMInstance& instance,
                          const InstanceFilter& filter) {
     appendElement(out, "VALUE.NAMEDINSTANCE", [&] {
         appendInstanceName(out, instance.getPath());
@@ -83,66 +82,49 @@ void appendNamedInstance(std::string& out,
 
 Returned getClass(const Call& call) {
     const Arguments& a = call.arguments;
-    const CIMClass found = call.operations.getClass(call.caller,
-                                                    call.nameSpace,
-                                                    a.className,
-                                                    a.localOnly,
-                                                    a.includeQualifiers,
-                                                    a.includeClassOrigin,
-                                                    a.propertyList);
+    const CIMClass found =
+        call.operations.getClass(call.caller, call.nameSpace, a.className, a.localOnly,
+                                 a.includeQualifiers, a.includeClassOrigin, a.propertyList);
     return one([&](std::string& out) { appendClass(out, found); });
 }
 
 Returned enumerateClasses(const Call& call) {
     const Arguments& a = call.arguments;
-    return all(call.operations.enumerateClasses(call.caller,
-                                                call.nameSpace,
-                                                a.className,
-                                                a.deepInheritance,
-                                                a.localOnly,
-                                                a.includeQualifiers,
+    return all(call.operations.enumerateClasses(call.caller, call.nameSpace, a.className,
+                                                a.deepInheritance, a.localOnly, a.includeQualifiers,
                                                 a.includeClassOrigin),
-               1,
-               [](std::string& out, const CIMClass& found) { appendClass(out, found); });
+               1, [](std::string& out, const CIMClass& found) { appendClass(out, found); });
 }
 
 Returned enumerateClassNames(const Call& call) {
     const Arguments& a = call.arguments;
-    return all(call.operations.enumerateClassNames(
-                   call.caller, call.nameSpace, a.className, a.deepInheritance),
-               1,
-               appendClassName);
+    return all(call.operations.enumerateClassNames(call.caller, call.nameSpace, a.className,
+                                                   a.deepInheritance),
+               1, appendClassName);
 }
 
 Returned getInstance(const Call& call) {
     const Arguments& a = call.arguments;
-    const CIMInstance found = call.operations.getInstance(call.caller,
-                                                          call.nameSpace,
-                                                          a.instanceName,
-                                                          a.includeQualifiers,
-                                                          a.includeClassOrigin,
-                                                          a.propertyList);
+    const CIMInstance found =
+        call.operations.getInstance(call.caller, call.nameSpace, a.instanceName,
+                                    a.includeQualifiers, a.includeClassOrigin, a.propertyList);
     return one([&](std::string& out) { appendInstance(out, found, filterOf(a)); });
 }
 
 Returned enumerateInstances(const Call& call) {
     const Arguments& a = call.arguments;
     const InstanceFilter filter = filterOf(a);
-    return all(call.operations.enumerateInstances(call.caller,
-                                                  call.nameSpace,
-                                                  a.className,
-                                                  a.deepInheritance,
-                                                  a.includeQualifiers,
-                                                  a.includeClassOrigin,
-                                                  a.propertyList),
+    return all(call.operations.enumerateInstances(call.caller, call.nameSpace, a.className,
+                                                  a.deepInheritance, a.includeQualifiers,
+                                                  a.includeClassOrigin, a.propertyList),
                [&](std::string& out, const CIMInstance& found) {
                    appendNamedInstance(out, found, filter);
                });
 }
 
 Returned enumerateInstanceNames(const Call& call) {
-    return all(call.operations.enumerateInstanceNames(
-                   call.caller, call.nameSpace, call.arguments.className),
+    return all(call.operations.enumerateInstanceNames(call.caller, call.nameSpace,
+                                                      call.arguments.className),
                appendInstanceName);
 }
 
@@ -154,8 +136,8 @@ Returned createInstance(const Call& call) {
 
 Returned modifyInstance(const Call& call) {
     const Arguments& a = call.arguments;
-    call.operations.modifyInstance(
-        call.caller, call.nameSpace, a.instance, a.includeQualifiers, a.propertyList);
+    call.operations.modifyInstance(call.caller, call.nameSpace, a.instance, a.includeQualifiers,
+                                   a.propertyList);
     return {};
 }
 
@@ -174,16 +156,9 @@ Returned getProperty(const Call& call) {
 Returned associators(const Call& call) {
     const Arguments& a = call.arguments;
     const InstanceFilter filter = filterOf(a);
-    return all(call.operations.associators(call.caller,
-                                           call.nameSpace,
-                                           a.objectName,
-                                           a.assocClass,
-                                           a.resultClass,
-                                           a.role,
-                                           a.resultRole,
-                                           a.includeQualifiers,
-                                           a.includeClassOrigin,
-                                           a.propertyList),
+    return all(call.operations.associators(call.caller, call.nameSpace, a.objectName, a.assocClass,
+                                           a.resultClass, a.role, a.resultRole, a.includeQualifiers,
+                                           a.includeClassOrigin, a.propertyList),
                [&](std::string& out, const CIMObject& found) {
                    appendObjectWithPath(out, found, filter);
                });
@@ -191,26 +166,16 @@ Returned associators(const Call& call) {
 
 Returned associatorNames(const Call& call) {
     const Arguments& a = call.arguments;
-    return allObjectPaths(call,
-                          call.operations.associatorNames(call.caller,
-                                                          call.nameSpace,
-                                                          a.objectName,
-                                                          a.assocClass,
-                                                          a.resultClass,
-                                                          a.role,
-                                                          a.resultRole));
+    return allObjectPaths(
+        call, call.operations.associatorNames(call.caller, call.nameSpace, a.objectName,
+                                              a.assocClass, a.resultClass, a.role, a.resultRole));
 }
 
 Returned references(const Call& call) {
     const Arguments& a = call.arguments;
     const InstanceFilter filter = filterOf(a);
-    return all(call.operations.references(call.caller,
-                                          call.nameSpace,
-                                          a.objectName,
-                                          a.resultClass,
-                                          a.role,
-                                          a.includeQualifiers,
-                                          a.includeClassOrigin,
+    return all(call.operations.references(call.caller, call.nameSpace, a.objectName, a.resultClass,
+                                          a.role, a.includeQualifiers, a.includeClassOrigin,
                                           a.propertyList),
                [&](std::string& out, const CIMObject& found) {
                    appendObjectWithPath(out, found, filter);
@@ -220,8 +185,8 @@ Returned references(const Call& call) {
 Returned referenceNames(const Call& call) {
     const Arguments& a = call.arguments;
     return allObjectPaths(call,
-                          call.operations.referenceNames(
-                              call.caller, call.nameSpace, a.objectName, a.resultClass, a.role));
+                          call.operations.referenceNames(call.caller, call.nameSpace, a.objectName,
+                                                         a.resultClass, a.role));
 }
 
 Returned getQualifier(const Call& call) {
@@ -231,24 +196,21 @@ Returned getQualifier(const Call& call) {
 }
 
 Returned enumerateQualifiers(const Call& call) {
-    return all(call.operations.enumerateQualifiers(call.caller, call.nameSpace),
-               1,
+    return all(call.operations.enumerateQualifiers(call.caller, call.nameSpace), 1,
                appendQualifierDeclaration);
 }
 
 // DSP0200 clause 5.3.2, the defaults included. LocalOnly of the instance operations is deprecated
 // there and has no effect here, but clients send it.
 constexpr Operation served[] = {
-    {"GetClass",
-     "ClassName! LocalOnly=TRUE IncludeQualifiers=TRUE IncludeClassOrigin PropertyList",
+    {"GetClass", "ClassName! LocalOnly=TRUE IncludeQualifiers=TRUE IncludeClassOrigin PropertyList",
      getClass},
     {"EnumerateClasses",
      "ClassName DeepInheritance LocalOnly=TRUE IncludeQualifiers=TRUE IncludeClassOrigin",
      enumerateClasses},
     {"EnumerateClassNames", "ClassName DeepInheritance", enumerateClassNames},
     {"GetInstance",
-     "InstanceName! LocalOnly=TRUE IncludeQualifiers IncludeClassOrigin PropertyList",
-     getInstance},
+     "InstanceName! LocalOnly=TRUE IncludeQualifiers IncludeClassOrigin PropertyList", getInstance},
     {"EnumerateInstances",
      "ClassName! LocalOnly=TRUE DeepInheritance=TRUE IncludeQualifiers IncludeClassOrigin "
      "PropertyList",
@@ -263,8 +225,7 @@ constexpr Operation served[] = {
      "PropertyList",
      associators},
     {"AssociatorNames", "ObjectName! AssocClass ResultClass Role ResultRole", associatorNames},
-    {"References",
-     "ObjectName! ResultClass Role IncludeQualifiers IncludeClassOrigin PropertyList",
+    {"References", "ObjectName! ResultClass Role IncludeQualifiers IncludeClassOrigin PropertyList",
      references},
     {"ReferenceNames", "ObjectName! ResultClass Role", referenceNames},
     {"GetQualifier", "QualifierName!", getQualifier},
@@ -316,13 +277,12 @@ const Operation& operationOf(const Request& request) {
 
 } // namespace
 
-std::string answerIntrinsic(const Request& request,
-                            const host::Caller& caller,
+std::string answerIntrinsic(const Request& request, const host::Caller& caller,
                             host::CimOperations& operations) {
     const Operation& operation = operationOf(request);
     const SoleKey soleKey = [&](const CIMName& className) {
-        const CIMClass found = operations.getClass(
-            caller, request.nameSpace, className, false, true, false, CIMPropertyList());
+        const CIMClass found = operations.getClass(caller, request.nameSpace, className, false,
+                                                   true, false, CIMPropertyList());
         Array<CIMName> keys;
         found.getKeyNames(keys);
         if (keys.size() != 1) {
@@ -345,11 +305,10 @@ std::string answerIntrinsic(const Request& request,
     return content;
 }
 
-void answerExtrinsic(const Request& request,
-                     const host::Caller& caller,
+void answerExtrinsic(const Request& request, const host::Caller& caller,
                      host::CimOperations& operations) {
-    const CIMClass found = operations.getClass(
-        caller, request.nameSpace, request.className, false, false, false, CIMPropertyList());
+    const CIMClass found = operations.getClass(caller, request.nameSpace, request.className, false,
+                                               false, false, CIMPropertyList());
     const String method = fromUtf8(request.method);
     if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND) {
         throw CIMException(CIM_ERR_METHOD_NOT_FOUND, method);

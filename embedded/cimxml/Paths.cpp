@@ -60,8 +60,8 @@ CIMKeyBinding readKeyValue(const CIMName& name, const pugi::xml_node& keyValue) 
 }
 
 // `holder` has one KEYVALUE or VALUE.REFERENCE.
-CIMKeyBinding
-readKey(const CIMName& name, const pugi::xml_node& holder, const SoleKey& soleKey, unsigned depth) {
+CIMKeyBinding readKey(const CIMName& name, const pugi::xml_node& holder, const SoleKey& soleKey,
+                      unsigned depth) {
     if (const pugi::xml_node keyValue = holder.child("KEYVALUE")) {
         return readKeyValue(name, keyValue);
     }
@@ -86,8 +86,8 @@ void checkMembers(const pugi::xml_node& element) {
     }
 }
 
-CIMObjectPath
-readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey, unsigned depth) {
+CIMObjectPath readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey,
+                               unsigned depth) {
     const CIMName className = readName(instanceName.attribute("CLASSNAME"));
     checkMembers(instanceName);
     Array<CIMKeyBinding> keys;
@@ -100,8 +100,8 @@ readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey, uns
     return CIMObjectPath(String(), CIMNamespaceName(), className, keys);
 }
 
-CIMObjectPath
-readReference(const pugi::xml_node& reference, const SoleKey& soleKey, unsigned depth) {
+CIMObjectPath readReference(const pugi::xml_node& reference, const SoleKey& soleKey,
+                            unsigned depth) {
     if (depth > maximumReferenceDepth) {
         throwInvalid("References in keys are nested deeper than " +
                      std::to_string(maximumReferenceDepth) + ".");

@@ -30,10 +30,10 @@ void checkMembers(const pugi::xml_node& element);
 // CIM_ERR_INVALID_PARAMETER for an illegal key value or host, or for more than the limits allow.
 
 /// The path of an INSTANCENAME: class and keys.
-Pegasus::CIMObjectPath
-readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey, unsigned depth = 0);
+Pegasus::CIMObjectPath readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey,
+                                        unsigned depth = 0);
 /// The path in a VALUE.REFERENCE, of whichever form; a class's path has no keys.
-Pegasus::CIMObjectPath
-readReference(const pugi::xml_node& reference, const SoleKey& soleKey, unsigned depth = 0);
+Pegasus::CIMObjectPath readReference(const pugi::xml_node& reference, const SoleKey& soleKey,
+                                     unsigned depth = 0);
 
 } // namespace embedded::cimxml

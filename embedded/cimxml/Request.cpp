@@ -100,8 +100,7 @@ void readTarget(Request& request) {
 void readRequest(const std::string& body, const Headers& headers, Request& request) {
     checkWellFormed(body);
     const pugi::xml_parse_result parsed =
-        request.document.load_buffer(body.data(),
-                                     body.size(),
+        request.document.load_buffer(body.data(), body.size(),
                                      pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
                                          pugi::parse_ws_pcdata | pugi::parse_wconv_attribute,
                                      pugi::encoding_utf8);

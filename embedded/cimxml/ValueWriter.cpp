@@ -19,8 +19,8 @@ template <class Real>
 void appendReal(std::string& out, Real number) {
     constexpr int digits = std::is_same_v<Real, Real32> ? 7 : 16;
     std::array<char, 32> text{};
-    const auto [end, error] = std::to_chars(
-        text.data(), text.data() + text.size(), number, std::chars_format::scientific, digits);
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number,
+                                            std::chars_format::scientific, digits);
     static_cast<void>(error); // 32 characters are enough for either type
     out.append(text.data(), end);
 }

@@ -141,8 +141,8 @@ String readNumberText(const std::string& text) {
     return fromUtf8(number);
 }
 
-CIMValue
-readValue(const pugi::xml_node& holder, CIMType type, bool isArray, const SoleKey& soleKey) {
+CIMValue readValue(const pugi::xml_node& holder, CIMType type, bool isArray,
+                   const SoleKey& soleKey) {
     if (const pugi::xml_node value = holder.child("VALUE")) {
         return readScalarValue(value, type);
     }

@@ -23,9 +23,7 @@ Pegasus::String readNumberText(const std::string& text);
 /// `type` when there is none), of which DSP0203 lets it have at most one. `isArray` is what
 /// `holder` declares. A VALUE.NULL in an array is CIM_ERR_NOT_SUPPORTED: our arrays have no null
 /// elements.
-Pegasus::CIMValue readValue(const pugi::xml_node& holder,
-                            Pegasus::CIMType type,
-                            bool isArray,
+Pegasus::CIMValue readValue(const pugi::xml_node& holder, Pegasus::CIMType type, bool isArray,
                             const SoleKey& soleKey);
 
 } // namespace embedded::cimxml

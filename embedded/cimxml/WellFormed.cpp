@@ -37,9 +37,8 @@ bool equalNoCase(std::string_view a, std::string_view b) {
     const auto lower = [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) {
-        return lower(x) == lower(y);
-    });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 // Takes one character off the front of `rest`; false when that is not UTF-8 (RFC 3629: no

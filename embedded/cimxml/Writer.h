@@ -51,12 +51,9 @@ void appendValue(std::string& out, const Pegasus::CIMValue& value);
 
 // Objects
 
-void appendProperty(std::string& out,
-                    const Pegasus::CIMConstProperty& property,
-                    bool includeQualifiers,
-                    bool includeClassOrigin);
-void appendInstance(std::string& out,
-                    const Pegasus::CIMConstInstance& instance,
+void appendProperty(std::string& out, const Pegasus::CIMConstProperty& property,
+                    bool includeQualifiers, bool includeClassOrigin);
+void appendInstance(std::string& out, const Pegasus::CIMConstInstance& instance,
                     const InstanceFilter& filter);
 /// All of it.
 void appendClass(std::string& out, const Pegasus::CIMConstClass& cimClass);

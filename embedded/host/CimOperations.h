@@ -43,54 +43,39 @@ class CimOperations {
     /// Applies localOnly, includeQualifiers, includeClassOrigin and propertyList.
     virtual Pegasus::CIMClass getClass(const Caller& caller,
                                        const Pegasus::CIMNamespaceName& nameSpace,
-                                       const Pegasus::CIMName& className,
-                                       bool localOnly,
-                                       bool includeQualifiers,
-                                       bool includeClassOrigin,
+                                       const Pegasus::CIMName& className, bool localOnly,
+                                       bool includeQualifiers, bool includeClassOrigin,
                                        const Pegasus::CIMPropertyList& propertyList) = 0;
     /// `className` null: from the root of the inheritance trees. Applies its flags.
     virtual Pegasus::Array<Pegasus::CIMClass>
-    enumerateClasses(const Caller& caller,
-                     const Pegasus::CIMNamespaceName& nameSpace,
-                     const Pegasus::CIMName& className,
-                     bool deepInheritance,
-                     bool localOnly,
-                     bool includeQualifiers,
-                     bool includeClassOrigin) = 0;
+    enumerateClasses(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                     const Pegasus::CIMName& className, bool deepInheritance, bool localOnly,
+                     bool includeQualifiers, bool includeClassOrigin) = 0;
     virtual Pegasus::Array<Pegasus::CIMName>
-    enumerateClassNames(const Caller& caller,
-                        const Pegasus::CIMNamespaceName& nameSpace,
-                        const Pegasus::CIMName& className,
-                        bool deepInheritance) = 0;
+    enumerateClassNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                        const Pegasus::CIMName& className, bool deepInheritance) = 0;
 
     virtual Pegasus::CIMInstance getInstance(const Caller& caller,
                                              const Pegasus::CIMNamespaceName& nameSpace,
                                              const Pegasus::CIMObjectPath& instanceName,
-                                             bool includeQualifiers,
-                                             bool includeClassOrigin,
+                                             bool includeQualifiers, bool includeClassOrigin,
                                              const Pegasus::CIMPropertyList& propertyList) = 0;
     virtual Answer<Pegasus::CIMInstance>
-    enumerateInstances(const Caller& caller,
-                       const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className,
-                       bool deepInheritance,
-                       bool includeQualifiers,
-                       bool includeClassOrigin,
+    enumerateInstances(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                       const Pegasus::CIMName& className, bool deepInheritance,
+                       bool includeQualifiers, bool includeClassOrigin,
                        const Pegasus::CIMPropertyList& propertyList) = 0;
     virtual Answer<Pegasus::CIMObjectPath>
-    enumerateInstanceNames(const Caller& caller,
-                           const Pegasus::CIMNamespaceName& nameSpace,
+    enumerateInstanceNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                            const Pegasus::CIMName& className) = 0;
     virtual Pegasus::CIMObjectPath createInstance(const Caller& caller,
                                                   const Pegasus::CIMNamespaceName& nameSpace,
                                                   const Pegasus::CIMInstance& newInstance) = 0;
-    virtual void modifyInstance(const Caller& caller,
-                                const Pegasus::CIMNamespaceName& nameSpace,
+    virtual void modifyInstance(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                                 const Pegasus::CIMInstance& modifiedInstance,
                                 bool includeQualifiers,
                                 const Pegasus::CIMPropertyList& propertyList) = 0;
-    virtual void deleteInstance(const Caller& caller,
-                                const Pegasus::CIMNamespaceName& nameSpace,
+    virtual void deleteInstance(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                                 const Pegasus::CIMObjectPath& instanceName) = 0;
     virtual Pegasus::CIMValue getProperty(const Caller& caller,
                                           const Pegasus::CIMNamespaceName& nameSpace,
@@ -98,37 +83,24 @@ class CimOperations {
                                           const Pegasus::CIMName& propertyName) = 0;
 
     virtual Answer<Pegasus::CIMObject>
-    associators(const Caller& caller,
-                const Pegasus::CIMNamespaceName& nameSpace,
-                const Pegasus::CIMObjectPath& objectName,
-                const Pegasus::CIMName& assocClass,
-                const Pegasus::CIMName& resultClass,
-                const Pegasus::String& role,
-                const Pegasus::String& resultRole,
-                bool includeQualifiers,
-                bool includeClassOrigin,
+    associators(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                const Pegasus::String& resultRole, bool includeQualifiers, bool includeClassOrigin,
                 const Pegasus::CIMPropertyList& propertyList) = 0;
     virtual Answer<Pegasus::CIMObjectPath>
-    associatorNames(const Caller& caller,
-                    const Pegasus::CIMNamespaceName& nameSpace,
-                    const Pegasus::CIMObjectPath& objectName,
-                    const Pegasus::CIMName& assocClass,
-                    const Pegasus::CIMName& resultClass,
-                    const Pegasus::String& role,
+    associatorNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                    const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                    const Pegasus::CIMName& resultClass, const Pegasus::String& role,
                     const Pegasus::String& resultRole) = 0;
-    virtual Answer<Pegasus::CIMObject> references(const Caller& caller,
-                                                  const Pegasus::CIMNamespaceName& nameSpace,
-                                                  const Pegasus::CIMObjectPath& objectName,
-                                                  const Pegasus::CIMName& resultClass,
-                                                  const Pegasus::String& role,
-                                                  bool includeQualifiers,
-                                                  bool includeClassOrigin,
-                                                  const Pegasus::CIMPropertyList& propertyList) = 0;
+    virtual Answer<Pegasus::CIMObject>
+    references(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+               const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& resultClass,
+               const Pegasus::String& role, bool includeQualifiers, bool includeClassOrigin,
+               const Pegasus::CIMPropertyList& propertyList) = 0;
     virtual Answer<Pegasus::CIMObjectPath>
-    referenceNames(const Caller& caller,
-                   const Pegasus::CIMNamespaceName& nameSpace,
-                   const Pegasus::CIMObjectPath& objectName,
-                   const Pegasus::CIMName& resultClass,
+    referenceNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                   const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& resultClass,
                    const Pegasus::String& role) = 0;
 
     virtual Pegasus::CIMQualifierDecl getQualifier(const Caller& caller,

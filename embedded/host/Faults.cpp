@@ -20,20 +20,11 @@ using Pegasus::String;
 
 // In the order of ReadBackOperation.
 constexpr const char* operationNames[] = {
-    "getClass",
-    "enumerateClasses",
-    "enumerateClassNames",
-    "getInstance",
-    "enumerateInstances",
-    "enumerateInstanceNames",
-    "createInstance",
-    "modifyInstance",
-    "deleteInstance",
-    "getProperty",
-    "associators",
-    "associatorNames",
-    "references",
-    "referenceNames",
+    "getClass",       "enumerateClasses",   "enumerateClassNames",
+    "getInstance",    "enumerateInstances", "enumerateInstanceNames",
+    "createInstance", "modifyInstance",     "deleteInstance",
+    "getProperty",    "associators",        "associatorNames",
+    "references",     "referenceNames",
 };
 
 constexpr const char* any = "*";

@@ -16,20 +16,14 @@ class FaultyReadBacks : public CimOperations {
     FaultyReadBacks(CimOperations& server, Faults faults)
         : _server(server), _faults(std::move(faults)) {}
 
-    Pegasus::CIMClass getClass(const Caller& caller,
-                               const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className,
-                               bool localOnly,
-                               bool includeQualifiers,
-                               bool includeClassOrigin,
+    Pegasus::CIMClass getClass(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                               const Pegasus::CIMName& className, bool localOnly,
+                               bool includeQualifiers, bool includeClassOrigin,
                                const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const Caller& caller,
-                                                       const Pegasus::CIMNamespaceName& nameSpace,
-                                                       const Pegasus::CIMName& className,
-                                                       bool deepInheritance,
-                                                       bool localOnly,
-                                                       bool includeQualifiers,
-                                                       bool includeClassOrigin) override;
+    Pegasus::Array<Pegasus::CIMClass>
+    enumerateClasses(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                     const Pegasus::CIMName& className, bool deepInheritance, bool localOnly,
+                     bool includeQualifiers, bool includeClassOrigin) override;
     Pegasus::Array<Pegasus::CIMName> enumerateClassNames(const Caller& caller,
                                                          const Pegasus::CIMNamespaceName& nameSpace,
                                                          const Pegasus::CIMName& className,
@@ -37,61 +31,43 @@ class FaultyReadBacks : public CimOperations {
     Pegasus::CIMInstance getInstance(const Caller& caller,
                                      const Pegasus::CIMNamespaceName& nameSpace,
                                      const Pegasus::CIMObjectPath& instanceName,
-                                     bool includeQualifiers,
-                                     bool includeClassOrigin,
+                                     bool includeQualifiers, bool includeClassOrigin,
                                      const Pegasus::CIMPropertyList& propertyList) override;
     Answer<Pegasus::CIMInstance>
-    enumerateInstances(const Caller& caller,
-                       const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className,
-                       bool deepInheritance,
-                       bool includeQualifiers,
-                       bool includeClassOrigin,
+    enumerateInstances(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                       const Pegasus::CIMName& className, bool deepInheritance,
+                       bool includeQualifiers, bool includeClassOrigin,
                        const Pegasus::CIMPropertyList& propertyList) override;
     Answer<Pegasus::CIMObjectPath>
-    enumerateInstanceNames(const Caller& caller,
-                           const Pegasus::CIMNamespaceName& nameSpace,
+    enumerateInstanceNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                            const Pegasus::CIMName& className) override;
     Pegasus::CIMObjectPath createInstance(const Caller& caller,
                                           const Pegasus::CIMNamespaceName& nameSpace,
                                           const Pegasus::CIMInstance& newInstance) override;
-    void modifyInstance(const Caller& caller,
-                        const Pegasus::CIMNamespaceName& nameSpace,
-                        const Pegasus::CIMInstance& modifiedInstance,
-                        bool includeQualifiers,
+    void modifyInstance(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                        const Pegasus::CIMInstance& modifiedInstance, bool includeQualifiers,
                         const Pegasus::CIMPropertyList& propertyList) override;
-    void deleteInstance(const Caller& caller,
-                        const Pegasus::CIMNamespaceName& nameSpace,
+    void deleteInstance(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                         const Pegasus::CIMObjectPath& instanceName) override;
-    Pegasus::CIMValue getProperty(const Caller& caller,
-                                  const Pegasus::CIMNamespaceName& nameSpace,
+    Pegasus::CIMValue getProperty(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                                   const Pegasus::CIMObjectPath& instanceName,
                                   const Pegasus::CIMName& propertyName) override;
-    Answer<Pegasus::CIMObject> associators(const Caller& caller,
-                                           const Pegasus::CIMNamespaceName& nameSpace,
-                                           const Pegasus::CIMObjectPath& objectName,
-                                           const Pegasus::CIMName& assocClass,
-                                           const Pegasus::CIMName& resultClass,
-                                           const Pegasus::String& role,
-                                           const Pegasus::String& resultRole,
-                                           bool includeQualifiers,
-                                           bool includeClassOrigin,
-                                           const Pegasus::CIMPropertyList& propertyList) override;
-    Answer<Pegasus::CIMObjectPath> associatorNames(const Caller& caller,
-                                                   const Pegasus::CIMNamespaceName& nameSpace,
-                                                   const Pegasus::CIMObjectPath& objectName,
-                                                   const Pegasus::CIMName& assocClass,
-                                                   const Pegasus::CIMName& resultClass,
-                                                   const Pegasus::String& role,
-                                                   const Pegasus::String& resultRole) override;
-    Answer<Pegasus::CIMObject> references(const Caller& caller,
-                                          const Pegasus::CIMNamespaceName& nameSpace,
-                                          const Pegasus::CIMObjectPath& objectName,
-                                          const Pegasus::CIMName& resultClass,
-                                          const Pegasus::String& role,
-                                          bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObject>
+    associators(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                const Pegasus::String& resultRole, bool includeQualifiers, bool includeClassOrigin,
+                const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObjectPath>
+    associatorNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                    const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                    const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                    const Pegasus::String& resultRole) override;
+    Answer<Pegasus::CIMObject>
+    references(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+               const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& resultClass,
+               const Pegasus::String& role, bool includeQualifiers, bool includeClassOrigin,
+               const Pegasus::CIMPropertyList& propertyList) override;
     Answer<Pegasus::CIMObjectPath> referenceNames(const Caller& caller,
                                                   const Pegasus::CIMNamespaceName& nameSpace,
                                                   const Pegasus::CIMObjectPath& objectName,
@@ -105,10 +81,8 @@ class FaultyReadBacks : public CimOperations {
 
   private:
     template <class Result, class... Parameters, class... Arguments>
-    Result ask(ReadBackOperation operation,
-               const Pegasus::CIMName& className,
-               Result (CimOperations::*answer)(Parameters...),
-               const Arguments&... arguments);
+    Result ask(ReadBackOperation operation, const Pegasus::CIMName& className,
+               Result (CimOperations::*answer)(Parameters...), const Arguments&... arguments);
 
     CimOperations& _server;
     const Faults _faults;

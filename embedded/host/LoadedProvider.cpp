@@ -19,8 +19,7 @@ CIMException failed(const std::string& text) {
 
 } // namespace
 
-LoadedProvider::LoadedProvider(const RegisteredModule& module,
-                               const ProviderName& name,
+LoadedProvider::LoadedProvider(const RegisteredModule& module, const ProviderName& name,
                                const ModuleSettings& settings)
     : _name(name), _settings(settings) {
     create(module);

@@ -15,8 +15,7 @@ class LoadedProvider {
   public:
     /// Opens the library, has it create the provider `name` and initialises that. Throws
     /// CIMException CIM_ERR_FAILED, with everything undone again.
-    LoadedProvider(const RegisteredModule& module,
-                   const ProviderName& name,
+    LoadedProvider(const RegisteredModule& module, const ProviderName& name,
                    const ModuleSettings& settings);
     /// Calls terminate(), then closes the library.
     ~LoadedProvider();

@@ -29,78 +29,48 @@ Caller callerOf(const OperationContext& context) {
 } // namespace
 
 CIMClass ProviderHandle::getClass(const OperationContext& context,
-                                  const CIMNamespaceName& nameSpace,
-                                  const CIMName& className,
-                                  Boolean localOnly,
-                                  Boolean includeQualifiers,
-                                  Boolean includeClassOrigin,
-                                  const CIMPropertyList& propertyList) {
-    return _operations.getClass(callerOf(context),
-                                nameSpace,
-                                className,
-                                localOnly,
-                                includeQualifiers,
-                                includeClassOrigin,
-                                propertyList);
+                                  const CIMNamespaceName& nameSpace, const CIMName& className,
+                                  Boolean localOnly, Boolean includeQualifiers,
+                                  Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
+    return _operations.getClass(callerOf(context), nameSpace, className, localOnly,
+                                includeQualifiers, includeClassOrigin, propertyList);
 }
 
 Array<CIMClass> ProviderHandle::enumerateClasses(const OperationContext& context,
                                                  const CIMNamespaceName& nameSpace,
-                                                 const CIMName& className,
-                                                 Boolean deepInheritance,
-                                                 Boolean localOnly,
-                                                 Boolean includeQualifiers,
+                                                 const CIMName& className, Boolean deepInheritance,
+                                                 Boolean localOnly, Boolean includeQualifiers,
                                                  Boolean includeClassOrigin) {
-    return _operations.enumerateClasses(callerOf(context),
-                                        nameSpace,
-                                        className,
-                                        deepInheritance,
-                                        localOnly,
-                                        includeQualifiers,
-                                        includeClassOrigin);
+    return _operations.enumerateClasses(callerOf(context), nameSpace, className, deepInheritance,
+                                        localOnly, includeQualifiers, includeClassOrigin);
 }
 
 Array<CIMName> ProviderHandle::enumerateClassNames(const OperationContext& context,
                                                    const CIMNamespaceName& nameSpace,
                                                    const CIMName& className,
                                                    Boolean deepInheritance) {
-    return _operations.enumerateClassNames(
-        callerOf(context), nameSpace, className, deepInheritance);
+    return _operations.enumerateClassNames(callerOf(context), nameSpace, className,
+                                           deepInheritance);
 }
 
 // LocalOnly is deprecated for instances (DSP0200 clause 5.3.2.2) and has no effect.
 
 CIMInstance ProviderHandle::getInstance(const OperationContext& context,
                                         const CIMNamespaceName& nameSpace,
-                                        const CIMObjectPath& instanceName,
-                                        Boolean /*localOnly*/,
-                                        Boolean includeQualifiers,
-                                        Boolean includeClassOrigin,
+                                        const CIMObjectPath& instanceName, Boolean /*localOnly*/,
+                                        Boolean includeQualifiers, Boolean includeClassOrigin,
                                         const CIMPropertyList& propertyList) {
-    return _operations.getInstance(callerOf(context),
-                                   nameSpace,
-                                   instanceName,
-                                   includeQualifiers,
-                                   includeClassOrigin,
-                                   propertyList);
+    return _operations.getInstance(callerOf(context), nameSpace, instanceName, includeQualifiers,
+                                   includeClassOrigin, propertyList);
 }
 
-Array<CIMInstance> ProviderHandle::enumerateInstances(const OperationContext& context,
-                                                      const CIMNamespaceName& nameSpace,
-                                                      const CIMName& className,
-                                                      Boolean deepInheritance,
-                                                      Boolean /*localOnly*/,
-                                                      Boolean includeQualifiers,
-                                                      Boolean includeClassOrigin,
-                                                      const CIMPropertyList& propertyList) {
+Array<CIMInstance> ProviderHandle::enumerateInstances(
+    const OperationContext& context, const CIMNamespaceName& nameSpace, const CIMName& className,
+    Boolean deepInheritance, Boolean /*localOnly*/, Boolean includeQualifiers,
+    Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
     return _operations
-        .enumerateInstances(callerOf(context),
-                            nameSpace,
-                            className,
-                            deepInheritance,
-                            includeQualifiers,
-                            includeClassOrigin,
-                            propertyList)
+        .enumerateInstances(callerOf(context), nameSpace, className, deepInheritance,
+                            includeQualifiers, includeClassOrigin, propertyList)
         .objects;
 }
 
@@ -118,11 +88,10 @@ CIMObjectPath ProviderHandle::createInstance(const OperationContext& context,
 
 void ProviderHandle::modifyInstance(const OperationContext& context,
                                     const CIMNamespaceName& nameSpace,
-                                    const CIMInstance& modifiedInstance,
-                                    Boolean includeQualifiers,
+                                    const CIMInstance& modifiedInstance, Boolean includeQualifiers,
                                     const CIMPropertyList& propertyList) {
-    _operations.modifyInstance(
-        callerOf(context), nameSpace, modifiedInstance, includeQualifiers, propertyList);
+    _operations.modifyInstance(callerOf(context), nameSpace, modifiedInstance, includeQualifiers,
+                               propertyList);
 }
 
 void ProviderHandle::deleteInstance(const OperationContext& context,
@@ -134,24 +103,13 @@ void ProviderHandle::deleteInstance(const OperationContext& context,
 Array<CIMObject> ProviderHandle::associators(const OperationContext& context,
                                              const CIMNamespaceName& nameSpace,
                                              const CIMObjectPath& objectName,
-                                             const CIMName& assocClass,
-                                             const CIMName& resultClass,
-                                             const String& role,
-                                             const String& resultRole,
-                                             Boolean includeQualifiers,
-                                             Boolean includeClassOrigin,
+                                             const CIMName& assocClass, const CIMName& resultClass,
+                                             const String& role, const String& resultRole,
+                                             Boolean includeQualifiers, Boolean includeClassOrigin,
                                              const CIMPropertyList& propertyList) {
     return _operations
-        .associators(callerOf(context),
-                     nameSpace,
-                     objectName,
-                     assocClass,
-                     resultClass,
-                     role,
-                     resultRole,
-                     includeQualifiers,
-                     includeClassOrigin,
-                     propertyList)
+        .associators(callerOf(context), nameSpace, objectName, assocClass, resultClass, role,
+                     resultRole, includeQualifiers, includeClassOrigin, propertyList)
         .objects;
 }
 
@@ -159,32 +117,23 @@ Array<CIMObjectPath> ProviderHandle::associatorNames(const OperationContext& con
                                                      const CIMNamespaceName& nameSpace,
                                                      const CIMObjectPath& objectName,
                                                      const CIMName& assocClass,
-                                                     const CIMName& resultClass,
-                                                     const String& role,
+                                                     const CIMName& resultClass, const String& role,
                                                      const String& resultRole) {
     return _operations
-        .associatorNames(
-            callerOf(context), nameSpace, objectName, assocClass, resultClass, role, resultRole)
+        .associatorNames(callerOf(context), nameSpace, objectName, assocClass, resultClass, role,
+                         resultRole)
         .objects;
 }
 
 Array<CIMObject> ProviderHandle::references(const OperationContext& context,
                                             const CIMNamespaceName& nameSpace,
                                             const CIMObjectPath& objectName,
-                                            const CIMName& resultClass,
-                                            const String& role,
-                                            Boolean includeQualifiers,
-                                            Boolean includeClassOrigin,
+                                            const CIMName& resultClass, const String& role,
+                                            Boolean includeQualifiers, Boolean includeClassOrigin,
                                             const CIMPropertyList& propertyList) {
     return _operations
-        .references(callerOf(context),
-                    nameSpace,
-                    objectName,
-                    resultClass,
-                    role,
-                    includeQualifiers,
-                    includeClassOrigin,
-                    propertyList)
+        .references(callerOf(context), nameSpace, objectName, resultClass, role, includeQualifiers,
+                    includeClassOrigin, propertyList)
         .objects;
 }
 

@@ -22,17 +22,14 @@ class ProviderHandle : public Pegasus::CIMOMHandleRep {
 
     Pegasus::CIMClass getClass(const Pegasus::OperationContext& context,
                                const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className,
-                               Pegasus::Boolean localOnly,
+                               const Pegasus::CIMName& className, Pegasus::Boolean localOnly,
                                Pegasus::Boolean includeQualifiers,
                                Pegasus::Boolean includeClassOrigin,
                                const Pegasus::CIMPropertyList& propertyList) override;
     Pegasus::Array<Pegasus::CIMClass>
     enumerateClasses(const Pegasus::OperationContext& context,
-                     const Pegasus::CIMNamespaceName& nameSpace,
-                     const Pegasus::CIMName& className,
-                     Pegasus::Boolean deepInheritance,
-                     Pegasus::Boolean localOnly,
+                     const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
+                     Pegasus::Boolean deepInheritance, Pegasus::Boolean localOnly,
                      Pegasus::Boolean includeQualifiers,
                      Pegasus::Boolean includeClassOrigin) override;
     Pegasus::Array<Pegasus::CIMName> enumerateClassNames(const Pegasus::OperationContext& context,
@@ -42,19 +39,14 @@ class ProviderHandle : public Pegasus::CIMOMHandleRep {
     Pegasus::CIMInstance getInstance(const Pegasus::OperationContext& context,
                                      const Pegasus::CIMNamespaceName& nameSpace,
                                      const Pegasus::CIMObjectPath& instanceName,
-                                     Pegasus::Boolean localOnly,
-                                     Pegasus::Boolean includeQualifiers,
+                                     Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
                                      Pegasus::Boolean includeClassOrigin,
                                      const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::Array<Pegasus::CIMInstance>
-    enumerateInstances(const Pegasus::OperationContext& context,
-                       const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className,
-                       Pegasus::Boolean deepInheritance,
-                       Pegasus::Boolean localOnly,
-                       Pegasus::Boolean includeQualifiers,
-                       Pegasus::Boolean includeClassOrigin,
-                       const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::Array<Pegasus::CIMInstance> enumerateInstances(
+        const Pegasus::OperationContext& context, const Pegasus::CIMNamespaceName& nameSpace,
+        const Pegasus::CIMName& className, Pegasus::Boolean deepInheritance,
+        Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
+        Pegasus::Boolean includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) override;
     Pegasus::Array<Pegasus::CIMObjectPath>
     enumerateInstanceNames(const Pegasus::OperationContext& context,
                            const Pegasus::CIMNamespaceName& nameSpace,
@@ -70,39 +62,28 @@ class ProviderHandle : public Pegasus::CIMOMHandleRep {
     void deleteInstance(const Pegasus::OperationContext& context,
                         const Pegasus::CIMNamespaceName& nameSpace,
                         const Pegasus::CIMObjectPath& instanceName) override;
-    Pegasus::Array<Pegasus::CIMObject>
-    associators(const Pegasus::OperationContext& context,
-                const Pegasus::CIMNamespaceName& nameSpace,
-                const Pegasus::CIMObjectPath& objectName,
-                const Pegasus::CIMName& assocClass,
-                const Pegasus::CIMName& resultClass,
-                const Pegasus::String& role,
-                const Pegasus::String& resultRole,
-                Pegasus::Boolean includeQualifiers,
-                Pegasus::Boolean includeClassOrigin,
-                const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::Array<Pegasus::CIMObject> associators(
+        const Pegasus::OperationContext& context, const Pegasus::CIMNamespaceName& nameSpace,
+        const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+        const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+        const Pegasus::String& resultRole, Pegasus::Boolean includeQualifiers,
+        Pegasus::Boolean includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) override;
     Pegasus::Array<Pegasus::CIMObjectPath>
     associatorNames(const Pegasus::OperationContext& context,
                     const Pegasus::CIMNamespaceName& nameSpace,
-                    const Pegasus::CIMObjectPath& objectName,
-                    const Pegasus::CIMName& assocClass,
-                    const Pegasus::CIMName& resultClass,
-                    const Pegasus::String& role,
+                    const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                    const Pegasus::CIMName& resultClass, const Pegasus::String& role,
                     const Pegasus::String& resultRole) override;
     Pegasus::Array<Pegasus::CIMObject>
-    references(const Pegasus::OperationContext& context,
-               const Pegasus::CIMNamespaceName& nameSpace,
-               const Pegasus::CIMObjectPath& objectName,
-               const Pegasus::CIMName& resultClass,
-               const Pegasus::String& role,
-               Pegasus::Boolean includeQualifiers,
+    references(const Pegasus::OperationContext& context, const Pegasus::CIMNamespaceName& nameSpace,
+               const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& resultClass,
+               const Pegasus::String& role, Pegasus::Boolean includeQualifiers,
                Pegasus::Boolean includeClassOrigin,
                const Pegasus::CIMPropertyList& propertyList) override;
     Pegasus::Array<Pegasus::CIMObjectPath>
     referenceNames(const Pegasus::OperationContext& context,
                    const Pegasus::CIMNamespaceName& nameSpace,
-                   const Pegasus::CIMObjectPath& objectName,
-                   const Pegasus::CIMName& resultClass,
+                   const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& resultClass,
                    const Pegasus::String& role) override;
     Pegasus::CIMValue getProperty(const Pegasus::OperationContext& context,
                                   const Pegasus::CIMNamespaceName& nameSpace,

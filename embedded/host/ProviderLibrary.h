@@ -30,8 +30,7 @@ class ProviderLibrary {
     /// Symbols become visible to other modules, as CIM servers do it. With `keepOpen` the library
     /// stays mapped for the rest of the process. Throws std::runtime_error
     /// "Cannot load library, error: <dlerror>".
-    explicit ProviderLibrary(const std::filesystem::path& file,
-                             bool keepOpen = false,
+    explicit ProviderLibrary(const std::filesystem::path& file, bool keepOpen = false,
                              Binding binding = Binding::Lazy);
     ~ProviderLibrary();
     ProviderLibrary(const ProviderLibrary&) = delete;

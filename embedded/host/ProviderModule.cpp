@@ -31,10 +31,8 @@ class LoadingOrder {
 
 class ModuleProvider : public Provider {
   public:
-    ModuleProvider(ProviderName name,
-                   const RegisteredModule& module,
-                   const ModuleSettings& settings,
-                   LoadingOrder& order)
+    ModuleProvider(ProviderName name, const RegisteredModule& module,
+                   const ModuleSettings& settings, LoadingOrder& order)
         : _name(std::move(name)), _module(module), _settings(settings), _order(order) {}
 
     void call(const CIMName& className,
@@ -154,9 +152,9 @@ ProviderModules::ProviderModules(Registration registration, ModuleSettings setti
     : _registration(std::move(registration)), _settings(std::move(settings)),
       _order(std::make_unique<LoadingOrder>()) {
     for (const ProviderName& name : _registration.providers()) {
-        _providers.emplace(name,
-                           std::make_unique<ModuleProvider>(
-                               name, _registration.modules().at(name.module), _settings, *_order));
+        _providers.emplace(
+            name, std::make_unique<ModuleProvider>(name, _registration.modules().at(name.module),
+                                                   _settings, *_order));
     }
 }
 
@@ -165,8 +163,7 @@ ProviderModules::~ProviderModules() {
 }
 
 Provider* ProviderModules::find(const Pegasus::CIMNamespaceName& nameSpace,
-                                const CIMName& className,
-                                ProviderType type) const {
+                                const CIMName& className, ProviderType type) const {
     const ProviderName* const name = _registration.find(nameSpace, className, type);
     return name == nullptr ? nullptr : _providers.at(*name).get();
 }

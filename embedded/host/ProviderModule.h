@@ -41,8 +41,7 @@ class ProviderModules {
     ProviderModules& operator=(const ProviderModules&) = delete;
 
     /// The provider registered for exactly that class, or null. Lives as long as this object.
-    Provider* find(const Pegasus::CIMNamespaceName& nameSpace,
-                   const Pegasus::CIMName& className,
+    Provider* find(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
                    ProviderType type) const;
 
     /// For good: waits for the requests in progress, calls terminate() on every loaded provider,

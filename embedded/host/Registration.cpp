@@ -69,8 +69,7 @@ ProviderType routedType(Uint16 value) {
 /// Fills one Registration; modules first, since providers name them, and capabilities last.
 class Registration::Reader {
   public:
-    Reader(Registration& registration,
-           const repository::Repository& repository,
+    Reader(Registration& registration, const repository::Repository& repository,
            const CIMNamespaceName& interop)
         : _registration(registration), _repository(repository), _interop(interop) {}
 
@@ -113,8 +112,7 @@ class Registration::Reader {
                         "\"; \"C++Default\" is supported.");
         }
         const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
-        if (std::find(supportedInterfaceVersions.begin(),
-                      supportedInterfaceVersions.end(),
+        if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(),
                       version) == supportedInterfaceVersions.end()) {
             throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
                         joined(supportedInterfaceVersions) + ".");
@@ -122,8 +120,8 @@ class Registration::Reader {
         if (numberOf(instance, "UserContext") == designatedUser) {
             require(instance, {"DesignatedUserContext"});
         }
-        RegisteredModule module{
-            stringOf(instance, "Name"), utf8(stringOf(instance, "Location")), false};
+        RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location")),
+                                false};
         for (const Uint16 status : numbersOf(instance, "OperationalStatus")) {
             module.stopped = module.stopped || status == statusStopped;
         }
@@ -142,13 +140,8 @@ class Registration::Reader {
     }
 
     void readCapabilities(const CIMInstance& instance) {
-        require(instance,
-                {"ProviderModuleName",
-                 "ProviderName",
-                 "CapabilityID",
-                 "ProviderType",
-                 "ClassName",
-                 "Namespaces"});
+        require(instance, {"ProviderModuleName", "ProviderName", "CapabilityID", "ProviderType",
+                           "ClassName", "Namespaces"});
         const ProviderName provider{stringOf(instance, "ProviderModuleName"),
                                     stringOf(instance, "ProviderName")};
         if (_known.count(provider) == 0) {
@@ -212,22 +205,20 @@ class Registration::Reader {
 Registration::Registration(const repository::Repository& repository,
                            const CIMNamespaceName& interop) {
     if (!repository.hasNameSpace(interop)) {
-        _findings.push_back({Finding::Severity::Problem,
-                             "The interop namespace " + utf8(interop.getString()) +
-                                 " does not exist, so nothing is registered."});
+        _findings.push_back(
+            {Finding::Severity::Problem, "The interop namespace " + utf8(interop.getString()) +
+                                             " does not exist, so nothing is registered."});
         return;
     }
     Reader(*this, repository, interop).read();
 }
 
-Registration::Key Registration::keyOf(const CIMNamespaceName& nameSpace,
-                                      const CIMName& className,
+Registration::Key Registration::keyOf(const CIMNamespaceName& nameSpace, const CIMName& className,
                                       ProviderType type) {
     return {lowerCase(nameSpace.getString()), lowerCase(className.getString()), type};
 }
 
-const ProviderName* Registration::find(const CIMNamespaceName& nameSpace,
-                                       const CIMName& className,
+const ProviderName* Registration::find(const CIMNamespaceName& nameSpace, const CIMName& className,
                                        ProviderType type) const {
     const auto found = _index.find(keyOf(nameSpace, className, type));
     return found == _index.end() ? nullptr : &_capabilities[found->second].provider;

@@ -55,8 +55,7 @@ class Registration {
 
     /// The provider that is registered for exactly this class, or null.
     const ProviderName* find(const Pegasus::CIMNamespaceName& nameSpace,
-                             const Pegasus::CIMName& className,
-                             ProviderType type) const;
+                             const Pegasus::CIMName& className, ProviderType type) const;
 
     const std::map<Pegasus::String, RegisteredModule>& modules() const { return _modules; }
     /// Every provider of a registered module, whether or not it has capabilities.
@@ -69,8 +68,7 @@ class Registration {
   private:
     class Reader;
     using Key = std::tuple<std::string, std::string, ProviderType>;
-    static Key keyOf(const Pegasus::CIMNamespaceName& nameSpace,
-                     const Pegasus::CIMName& className,
+    static Key keyOf(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
                      ProviderType type);
 
     std::map<Pegasus::String, RegisteredModule> _modules;

@@ -37,8 +37,7 @@ const char* kindOf(ProviderType type) {
 
 class Check {
   public:
-    Check(const Registration& registration,
-          const repository::Repository& repository,
+    Check(const Registration& registration, const repository::Repository& repository,
           const std::vector<std::filesystem::path>& directories,
           const std::vector<BuiltIn>& builtIns)
         : _registration(registration), _repository(repository), _directories(directories),

@@ -63,18 +63,15 @@ bool isNearEnd(const End<Target>& end, const String& role, IsNear isNear) {
 
 template <class Target, class IsNear>
 bool hasNearEnd(const std::vector<End<Target>>& ends, const String& role, IsNear isNear) {
-    return std::any_of(
-        ends.begin(), ends.end(), [&](const auto& end) { return isNearEnd(end, role, isNear); });
+    return std::any_of(ends.begin(), ends.end(),
+                       [&](const auto& end) { return isNearEnd(end, role, isNear); });
 }
 
 /// Adds to `targets` what one association links to its near end. The ends are told apart by
 /// position: an association may link an object to itself.
 template <class Target, class IsNear, class IsResult>
-void addFarTargets(const std::vector<End<Target>>& ends,
-                   const TraversalFilters& filters,
-                   IsNear isNear,
-                   IsResult isResult,
-                   std::vector<Target>& targets) {
+void addFarTargets(const std::vector<End<Target>>& ends, const TraversalFilters& filters,
+                   IsNear isNear, IsResult isResult, std::vector<Target>& targets) {
     for (std::size_t near = 0; near < ends.size(); ++near) {
         if (!isNearEnd(ends[near], filters.role, isNear)) {
             continue;
@@ -104,9 +101,8 @@ std::vector<CIMInstance> RepositoryAssociations::instances(const Names& classes)
     std::vector<CIMInstance> found;
     for (const CIMName& className : classes) {
         for (const CIMInstance& instance : _repository.enumerateInstances(_nameSpace, className)) {
-            if (hasNearEnd(endsOf(instance), _filters.role, [&](const CIMObjectPath& target) {
-                    return isSource(target);
-                })) {
+            if (hasNearEnd(endsOf(instance), _filters.role,
+                           [&](const CIMObjectPath& target) { return isSource(target); })) {
                 found.push_back(instance);
             }
         }
@@ -118,11 +114,9 @@ std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& cla
     std::vector<CIMObjectPath> targets;
     for (const CIMInstance& association : instances(classes)) {
         addFarTargets(
-            endsOf(association),
-            _filters,
+            endsOf(association), _filters,
             [&](const CIMObjectPath& target) { return isSource(target); },
-            [&](const CIMObjectPath& target) { return isResult(target); },
-            targets);
+            [&](const CIMObjectPath& target) { return isResult(target); }, targets);
     }
     return targets;
 }
@@ -132,8 +126,7 @@ RepositoryAssociations::associationClasses(const Names& classes) const {
     Names found;
     std::copy_if(
         classes.begin(), classes.end(), std::back_inserter(found), [&](const CIMName& className) {
-            return hasNearEnd(endsOf(_repository.getClass(_nameSpace, className)),
-                              _filters.role,
+            return hasNearEnd(endsOf(_repository.getClass(_nameSpace, className)), _filters.role,
                               [&](const CIMName& target) { return takesSource(target); });
         });
     return found;
@@ -143,11 +136,9 @@ RepositoryAssociations::Names RepositoryAssociations::farClasses(const Names& cl
     Names targets;
     for (const CIMName& className : classes) {
         addFarTargets(
-            endsOf(_repository.getClass(_nameSpace, className)),
-            _filters,
+            endsOf(_repository.getClass(_nameSpace, className)), _filters,
             [&](const CIMName& target) { return takesSource(target); },
-            [&](const CIMName& target) { return isResultClass(_nameSpace, target); },
-            targets);
+            [&](const CIMName& target) { return isResultClass(_nameSpace, target); }, targets);
     }
     return targets;
 }

@@ -29,8 +29,7 @@ class RepositoryAssociations {
     /// The repository must outlive this object.
     RepositoryAssociations(const repository::Repository& repository,
                            const Pegasus::CIMNamespaceName& nameSpace,
-                           const Pegasus::CIMObjectPath& source,
-                           TraversalFilters filters);
+                           const Pegasus::CIMObjectPath& source, TraversalFilters filters);
 
     /// The association instances that refer to the source instance.
     std::vector<Pegasus::CIMInstance> instances(const Names& classes) const;

@@ -69,10 +69,8 @@ class Router::BuiltInProvider : public Provider {
     const std::shared_ptr<Pegasus::CIMProvider> _object;
 };
 
-Router::Router(repository::Repository& repository,
-               const ProviderModules& modules,
-               const std::vector<BuiltIn>& builtIns,
-               const String& hostName)
+Router::Router(repository::Repository& repository, const ProviderModules& modules,
+               const std::vector<BuiltIn>& builtIns, const String& hostName)
     : _repository(repository), _modules(modules), _hostName(hostName) {
     for (const BuiltIn& builtIn : builtIns) {
         _builtIns.emplace(std::pair(lowerCase(builtIn.className.getString()), builtIn.type),
@@ -82,8 +80,8 @@ Router::Router(repository::Repository& repository,
 
 Router::~Router() = default;
 
-Provider*
-Router::find(const CIMNamespaceName& nameSpace, const CIMName& className, ProviderType type) const {
+Provider* Router::find(const CIMNamespaceName& nameSpace, const CIMName& className,
+                       ProviderType type) const {
     const auto builtIn = _builtIns.find({lowerCase(className.getString()), type});
     return builtIn != _builtIns.end() ? builtIn->second.get()
                                       : _modules.find(nameSpace, className, type);
@@ -101,53 +99,43 @@ void Router::requireClass(const CIMNamespaceName& nameSpace, const CIMName& clas
 /// The path as a provider gets it: class and keys as the client spelled them.
 CIMObjectPath Router::requestPath(const CIMNamespaceName& nameSpace,
                                   const CIMObjectPath& objectName) const {
-    return CIMObjectPath(
-        _hostName, nameSpace, objectName.getClassName(), objectName.getKeyBindings());
+    return CIMObjectPath(_hostName, nameSpace, objectName.getClassName(),
+                         objectName.getKeyBindings());
 }
 
 // Classes and qualifiers: the repository's alone.
 
-CIMClass Router::getClass(const Caller&,
-                          const CIMNamespaceName& nameSpace,
-                          const CIMName& className,
-                          bool localOnly,
-                          bool includeQualifiers,
-                          bool includeClassOrigin,
-                          const CIMPropertyList& propertyList) {
+CIMClass Router::getClass(const Caller&, const CIMNamespaceName& nameSpace,
+                          const CIMName& className, bool localOnly, bool includeQualifiers,
+                          bool includeClassOrigin, const CIMPropertyList& propertyList) {
     return asCimErrors([&] {
-        return _repository.getClass(
-            nameSpace, className, localOnly, includeQualifiers, includeClassOrigin, propertyList);
+        return _repository.getClass(nameSpace, className, localOnly, includeQualifiers,
+                                    includeClassOrigin, propertyList);
     });
 }
 
-Array<CIMClass> Router::enumerateClasses(const Caller&,
-                                         const CIMNamespaceName& nameSpace,
-                                         const CIMName& className,
-                                         bool deepInheritance,
-                                         bool localOnly,
-                                         bool includeQualifiers,
+Array<CIMClass> Router::enumerateClasses(const Caller&, const CIMNamespaceName& nameSpace,
+                                         const CIMName& className, bool deepInheritance,
+                                         bool localOnly, bool includeQualifiers,
                                          bool includeClassOrigin) {
     return asCimErrors([&] {
         Array<CIMClass> classes;
         for (const CIMName& name :
              _repository.subClassNames(nameSpace, className, deepInheritance)) {
-            classes.append(_repository.getClass(
-                nameSpace, name, localOnly, includeQualifiers, includeClassOrigin));
+            classes.append(_repository.getClass(nameSpace, name, localOnly, includeQualifiers,
+                                                includeClassOrigin));
         }
         return classes;
     });
 }
 
-Array<CIMName> Router::enumerateClassNames(const Caller&,
-                                           const CIMNamespaceName& nameSpace,
-                                           const CIMName& className,
-                                           bool deepInheritance) {
+Array<CIMName> Router::enumerateClassNames(const Caller&, const CIMNamespaceName& nameSpace,
+                                           const CIMName& className, bool deepInheritance) {
     return asCimErrors(
         [&] { return arrayOf(_repository.subClassNames(nameSpace, className, deepInheritance)); });
 }
 
-Pegasus::CIMQualifierDecl Router::getQualifier(const Caller&,
-                                               const CIMNamespaceName& nameSpace,
+Pegasus::CIMQualifierDecl Router::getQualifier(const Caller&, const CIMNamespaceName& nameSpace,
                                                const CIMName& qualifierName) {
     return asCimErrors([&] { return _repository.getQualifier(nameSpace, qualifierName); });
 }
@@ -161,10 +149,8 @@ Array<Pegasus::CIMQualifierDecl> Router::enumerateQualifiers(const Caller&,
 
 /// `askProvider` gets the provider's interface and the path; `askRepository` nothing.
 template <class AskProvider, class AskRepository>
-auto Router::atInstance(const CIMNamespaceName& nameSpace,
-                        const CIMObjectPath& instanceName,
-                        AskProvider askProvider,
-                        AskRepository askRepository) const {
+auto Router::atInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                        AskProvider askProvider, AskRepository askRepository) const {
     return asCimErrors([&] {
         const CIMName className = instanceName.getClassName();
         requireClass(nameSpace, className);
@@ -176,33 +162,24 @@ auto Router::atInstance(const CIMNamespaceName& nameSpace,
     });
 }
 
-CIMInstance Router::getInstance(const Caller& caller,
-                                const CIMNamespaceName& nameSpace,
-                                const CIMObjectPath& instanceName,
-                                bool includeQualifiers,
-                                bool includeClassOrigin,
-                                const CIMPropertyList& propertyList) {
+CIMInstance Router::getInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                const CIMObjectPath& instanceName, bool includeQualifiers,
+                                bool includeClassOrigin, const CIMPropertyList& propertyList) {
     return atInstance(
-        nameSpace,
-        instanceName,
+        nameSpace, instanceName,
         [&](Provider& provider, const CIMObjectPath& path) {
             InstanceCollector collector(Expected::One);
             callProvider<CIMInstanceProvider>(
                 provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                    asked.getInstance(contextFor(caller),
-                                      path,
-                                      includeQualifiers,
-                                      includeClassOrigin,
-                                      propertyList,
-                                      collector);
+                    asked.getInstance(contextFor(caller), path, includeQualifiers,
+                                      includeClassOrigin, propertyList, collector);
                 });
             return oneInstance(collector, path);
         },
         [&] { return _repository.getInstance(nameSpace, instanceName); });
 }
 
-Pegasus::CIMValue Router::getProperty(const Caller& caller,
-                                      const CIMNamespaceName& nameSpace,
+Pegasus::CIMValue Router::getProperty(const Caller& caller, const CIMNamespaceName& nameSpace,
                                       const CIMObjectPath& instanceName,
                                       const CIMName& propertyName) {
     return asCimErrors([&] {
@@ -218,13 +195,11 @@ Pegasus::CIMValue Router::getProperty(const Caller& caller,
     });
 }
 
-CIMObjectPath Router::createInstance(const Caller& caller,
-                                     const CIMNamespaceName& nameSpace,
+CIMObjectPath Router::createInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
                                      const CIMInstance& newInstance) {
     return asCimErrors([&] {
         return atInstance(
-            nameSpace,
-            newInstance.getPath(),
+            nameSpace, newInstance.getPath(),
             [&](Provider& provider, const CIMObjectPath& path) {
                 PathCollector collector(Expected::One);
                 callProvider<CIMInstanceProvider>(
@@ -238,37 +213,28 @@ CIMObjectPath Router::createInstance(const Caller& caller,
     });
 }
 
-void Router::modifyInstance(const Caller& caller,
-                            const CIMNamespaceName& nameSpace,
-                            const CIMInstance& modifiedInstance,
-                            bool includeQualifiers,
+void Router::modifyInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
+                            const CIMInstance& modifiedInstance, bool includeQualifiers,
                             const CIMPropertyList& propertyList) {
     asCimErrors([&] {
         atInstance(
-            nameSpace,
-            modifiedInstance.getPath(),
+            nameSpace, modifiedInstance.getPath(),
             [&](Provider& provider, const CIMObjectPath& path) {
                 Acknowledgement acknowledgement;
                 callProvider<CIMInstanceProvider>(
                     provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                        asked.modifyInstance(contextFor(caller),
-                                             path,
-                                             modifiedInstance,
-                                             includeQualifiers,
-                                             propertyList,
-                                             acknowledgement);
+                        asked.modifyInstance(contextFor(caller), path, modifiedInstance,
+                                             includeQualifiers, propertyList, acknowledgement);
                     });
             },
             [&] { _repository.modifyInstance(nameSpace, modifiedInstance, propertyList); });
     });
 }
 
-void Router::deleteInstance(const Caller& caller,
-                            const CIMNamespaceName& nameSpace,
+void Router::deleteInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
                             const CIMObjectPath& instanceName) {
     atInstance(
-        nameSpace,
-        instanceName,
+        nameSpace, instanceName,
         [&](Provider& provider, const CIMObjectPath& path) {
             Acknowledgement acknowledgement;
             callProvider<CIMInstanceProvider>(
@@ -284,10 +250,8 @@ void Router::deleteInstance(const Caller& caller,
 /// `askProvider` gets the provider's interface, the path of the leg's class and the collector,
 /// `askRepository` the leg's class.
 template <class Collector, class AskProvider, class AskRepository>
-auto Router::enumerate(const CIMNamespaceName& nameSpace,
-                       const CIMName& className,
-                       AskProvider askProvider,
-                       AskRepository askRepository) const {
+auto Router::enumerate(const CIMNamespaceName& nameSpace, const CIMName& className,
+                       AskProvider askProvider, AskRepository askRepository) const {
     using Objects = std::decay_t<decltype(std::declval<Collector>().objects())>;
     requireClass(nameSpace, className);
     std::vector<CIMName> classNames = _repository.subClassNames(nameSpace, className, true);
@@ -311,10 +275,8 @@ auto Router::enumerate(const CIMNamespaceName& nameSpace,
 
 Answer<CIMInstance> Router::enumerateInstances(const Caller& caller,
                                                const CIMNamespaceName& nameSpace,
-                                               const CIMName& className,
-                                               bool deepInheritance,
-                                               bool includeQualifiers,
-                                               bool includeClassOrigin,
+                                               const CIMName& className, bool deepInheritance,
+                                               bool includeQualifiers, bool includeClassOrigin,
                                                const CIMPropertyList& propertyList) {
     return asCimErrors([&] {
         requireClass(nameSpace, className);
@@ -324,17 +286,11 @@ Answer<CIMInstance> Router::enumerateInstances(const Caller& caller,
         const CIMPropertyList asked =
             ofThisClass ? allProperties(_repository.getClass(nameSpace, className)) : propertyList;
         Answer<CIMInstance> answer = enumerate<InstanceCollector>(
-            nameSpace,
-            className,
-            [&](CIMInstanceProvider& provider,
-                const CIMObjectPath& path,
+            nameSpace, className,
+            [&](CIMInstanceProvider& provider, const CIMObjectPath& path,
                 InstanceCollector& collector) {
-                provider.enumerateInstances(contextFor(caller),
-                                            path,
-                                            includeQualifiers,
-                                            includeClassOrigin,
-                                            asked,
-                                            collector);
+                provider.enumerateInstances(contextFor(caller), path, includeQualifiers,
+                                            includeClassOrigin, asked, collector);
             },
             [&](const CIMName& name) { return _repository.enumerateInstances(nameSpace, name); });
         for (Uint32 i = 0; ofThisClass && i < answer.objects.size(); ++i) {
@@ -349,10 +305,8 @@ Answer<CIMObjectPath> Router::enumerateInstanceNames(const Caller& caller,
                                                      const CIMName& className) {
     return asCimErrors([&] {
         return enumerate<PathCollector>(
-            nameSpace,
-            className,
-            [&](CIMInstanceProvider& provider,
-                const CIMObjectPath& path,
+            nameSpace, className,
+            [&](CIMInstanceProvider& provider, const CIMObjectPath& path,
                 PathCollector& collector) {
                 provider.enumerateInstanceNames(contextFor(caller), path, collector);
             },

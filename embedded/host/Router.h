@@ -30,26 +30,18 @@ class Router : public CimOperations {
   public:
     /// `repository` and `modules` must outlive this object. `hostName` stands in the paths that
     /// providers are given, and completes those that they return.
-    Router(repository::Repository& repository,
-           const ProviderModules& modules,
-           const std::vector<BuiltIn>& builtIns,
-           const Pegasus::String& hostName);
+    Router(repository::Repository& repository, const ProviderModules& modules,
+           const std::vector<BuiltIn>& builtIns, const Pegasus::String& hostName);
     ~Router() override;
 
-    Pegasus::CIMClass getClass(const Caller& caller,
-                               const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className,
-                               bool localOnly,
-                               bool includeQualifiers,
-                               bool includeClassOrigin,
+    Pegasus::CIMClass getClass(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                               const Pegasus::CIMName& className, bool localOnly,
+                               bool includeQualifiers, bool includeClassOrigin,
                                const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const Caller& caller,
-                                                       const Pegasus::CIMNamespaceName& nameSpace,
-                                                       const Pegasus::CIMName& className,
-                                                       bool deepInheritance,
-                                                       bool localOnly,
-                                                       bool includeQualifiers,
-                                                       bool includeClassOrigin) override;
+    Pegasus::Array<Pegasus::CIMClass>
+    enumerateClasses(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                     const Pegasus::CIMName& className, bool deepInheritance, bool localOnly,
+                     bool includeQualifiers, bool includeClassOrigin) override;
     Pegasus::Array<Pegasus::CIMName> enumerateClassNames(const Caller& caller,
                                                          const Pegasus::CIMNamespaceName& nameSpace,
                                                          const Pegasus::CIMName& className,
@@ -58,62 +50,44 @@ class Router : public CimOperations {
     Pegasus::CIMInstance getInstance(const Caller& caller,
                                      const Pegasus::CIMNamespaceName& nameSpace,
                                      const Pegasus::CIMObjectPath& instanceName,
-                                     bool includeQualifiers,
-                                     bool includeClassOrigin,
+                                     bool includeQualifiers, bool includeClassOrigin,
                                      const Pegasus::CIMPropertyList& propertyList) override;
     Answer<Pegasus::CIMInstance>
-    enumerateInstances(const Caller& caller,
-                       const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className,
-                       bool deepInheritance,
-                       bool includeQualifiers,
-                       bool includeClassOrigin,
+    enumerateInstances(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                       const Pegasus::CIMName& className, bool deepInheritance,
+                       bool includeQualifiers, bool includeClassOrigin,
                        const Pegasus::CIMPropertyList& propertyList) override;
     Answer<Pegasus::CIMObjectPath>
-    enumerateInstanceNames(const Caller& caller,
-                           const Pegasus::CIMNamespaceName& nameSpace,
+    enumerateInstanceNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                            const Pegasus::CIMName& className) override;
     Pegasus::CIMObjectPath createInstance(const Caller& caller,
                                           const Pegasus::CIMNamespaceName& nameSpace,
                                           const Pegasus::CIMInstance& newInstance) override;
-    void modifyInstance(const Caller& caller,
-                        const Pegasus::CIMNamespaceName& nameSpace,
-                        const Pegasus::CIMInstance& modifiedInstance,
-                        bool includeQualifiers,
+    void modifyInstance(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                        const Pegasus::CIMInstance& modifiedInstance, bool includeQualifiers,
                         const Pegasus::CIMPropertyList& propertyList) override;
-    void deleteInstance(const Caller& caller,
-                        const Pegasus::CIMNamespaceName& nameSpace,
+    void deleteInstance(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                         const Pegasus::CIMObjectPath& instanceName) override;
-    Pegasus::CIMValue getProperty(const Caller& caller,
-                                  const Pegasus::CIMNamespaceName& nameSpace,
+    Pegasus::CIMValue getProperty(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                                   const Pegasus::CIMObjectPath& instanceName,
                                   const Pegasus::CIMName& propertyName) override;
 
-    Answer<Pegasus::CIMObject> associators(const Caller& caller,
-                                           const Pegasus::CIMNamespaceName& nameSpace,
-                                           const Pegasus::CIMObjectPath& objectName,
-                                           const Pegasus::CIMName& assocClass,
-                                           const Pegasus::CIMName& resultClass,
-                                           const Pegasus::String& role,
-                                           const Pegasus::String& resultRole,
-                                           bool includeQualifiers,
-                                           bool includeClassOrigin,
-                                           const Pegasus::CIMPropertyList& propertyList) override;
-    Answer<Pegasus::CIMObjectPath> associatorNames(const Caller& caller,
-                                                   const Pegasus::CIMNamespaceName& nameSpace,
-                                                   const Pegasus::CIMObjectPath& objectName,
-                                                   const Pegasus::CIMName& assocClass,
-                                                   const Pegasus::CIMName& resultClass,
-                                                   const Pegasus::String& role,
-                                                   const Pegasus::String& resultRole) override;
-    Answer<Pegasus::CIMObject> references(const Caller& caller,
-                                          const Pegasus::CIMNamespaceName& nameSpace,
-                                          const Pegasus::CIMObjectPath& objectName,
-                                          const Pegasus::CIMName& resultClass,
-                                          const Pegasus::String& role,
-                                          bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObject>
+    associators(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                const Pegasus::String& resultRole, bool includeQualifiers, bool includeClassOrigin,
+                const Pegasus::CIMPropertyList& propertyList) override;
+    Answer<Pegasus::CIMObjectPath>
+    associatorNames(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+                    const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& assocClass,
+                    const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                    const Pegasus::String& resultRole) override;
+    Answer<Pegasus::CIMObject>
+    references(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
+               const Pegasus::CIMObjectPath& objectName, const Pegasus::CIMName& resultClass,
+               const Pegasus::String& role, bool includeQualifiers, bool includeClassOrigin,
+               const Pegasus::CIMPropertyList& propertyList) override;
     Answer<Pegasus::CIMObjectPath> referenceNames(const Caller& caller,
                                                   const Pegasus::CIMNamespaceName& nameSpace,
                                                   const Pegasus::CIMObjectPath& objectName,
@@ -130,8 +104,7 @@ class Router : public CimOperations {
     struct Traversal;
     class BuiltInProvider;
 
-    Provider* find(const Pegasus::CIMNamespaceName& nameSpace,
-                   const Pegasus::CIMName& className,
+    Provider* find(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
                    ProviderType type) const;
     void requireClass(const Pegasus::CIMNamespaceName& nameSpace,
                       const Pegasus::CIMName& className) const;
@@ -139,29 +112,22 @@ class Router : public CimOperations {
                                        const Pegasus::CIMObjectPath& objectName) const;
 
     template <class Collector, class AskProvider, class AskRepository>
-    auto enumerate(const Pegasus::CIMNamespaceName& nameSpace,
-                   const Pegasus::CIMName& className,
-                   AskProvider askProvider,
-                   AskRepository askRepository) const;
+    auto enumerate(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
+                   AskProvider askProvider, AskRepository askRepository) const;
     template <class AskProvider, class AskRepository>
     auto atInstance(const Pegasus::CIMNamespaceName& nameSpace,
-                    const Pegasus::CIMObjectPath& instanceName,
-                    AskProvider askProvider,
+                    const Pegasus::CIMObjectPath& instanceName, AskProvider askProvider,
                     AskRepository askRepository) const;
     template <class Collector, class AskProvider, class AskRepository, class AskSchema>
-    auto traverse(const Traversal& traversal,
-                  AskProvider askProvider,
-                  AskRepository askRepository,
+    auto traverse(const Traversal& traversal, AskProvider askProvider, AskRepository askRepository,
                   AskSchema askSchema) const;
 
     Pegasus::Array<Pegasus::CIMObject>
     classObjects(const Pegasus::CIMNamespaceName& nameSpace,
                  const std::vector<Pegasus::CIMName>& classNames) const;
     Pegasus::Array<Pegasus::CIMObject>
-    instanceObjects(const Traversal& traversal,
-                    const std::vector<Pegasus::CIMObjectPath>& paths,
-                    bool includeQualifiers,
-                    bool includeClassOrigin,
+    instanceObjects(const Traversal& traversal, const std::vector<Pegasus::CIMObjectPath>& paths,
+                    bool includeQualifiers, bool includeClassOrigin,
                     const Pegasus::CIMPropertyList& propertyList);
     void complete(const Pegasus::CIMNamespaceName& nameSpace, Pegasus::CIMObjectPath& path) const;
     void complete(const Pegasus::CIMNamespaceName& nameSpace, Pegasus::CIMObject& object) const;

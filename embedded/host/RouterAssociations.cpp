@@ -56,10 +56,8 @@ Array<CIMObjectPath> classPaths(const Names& classNames) {
 /// `askSchema`, for a source that is a class, the associations and all candidates; both return
 /// Array<object>.
 template <class Collector, class AskProvider, class AskRepository, class AskSchema>
-auto Router::traverse(const Traversal& traversal,
-                      AskProvider askProvider,
-                      AskRepository askRepository,
-                      AskSchema askSchema) const {
+auto Router::traverse(const Traversal& traversal, AskProvider askProvider,
+                      AskRepository askRepository, AskSchema askSchema) const {
     using Objects = std::decay_t<decltype(std::declval<Collector>().objects())>;
     return asCimErrors([&] {
         const CIMNamespaceName& nameSpace = traversal.nameSpace;
@@ -79,8 +77,8 @@ auto Router::traverse(const Traversal& traversal,
                 unserved.push_back(candidate);
             }
         }
-        const RepositoryAssociations associations(
-            _repository, nameSpace, traversal.objectName, traversal.filters);
+        const RepositoryAssociations associations(_repository, nameSpace, traversal.objectName,
+                                                  traversal.filters);
         Legs<std::decay_t<decltype(std::declval<Objects>()[0])>> legs;
         if (traversal.caller.objectIsClass) {
             legs.add([&] { return askSchema(associations, candidates); });
@@ -93,9 +91,7 @@ auto Router::traverse(const Traversal& traversal,
                 Collector collector(Expected::Any);
                 callProvider<CIMAssociationProvider>(
                     *provider, candidate, [&](CIMAssociationProvider& asked) {
-                        askProvider(asked,
-                                    requestPath(nameSpace, traversal.objectName),
-                                    candidate,
+                        askProvider(asked, requestPath(nameSpace, traversal.objectName), candidate,
                                     collector);
                     });
                 return Objects(collector.objects());
@@ -139,19 +135,15 @@ Array<CIMObject> Router::classObjects(const CIMNamespaceName& nameSpace,
 /// associatorNames tells it, but there is no object to show.
 Array<CIMObject> Router::instanceObjects(const Traversal& traversal,
                                          const std::vector<CIMObjectPath>& paths,
-                                         bool includeQualifiers,
-                                         bool includeClassOrigin,
+                                         bool includeQualifiers, bool includeClassOrigin,
                                          const CIMPropertyList& propertyList) {
     Array<CIMObject> objects;
     for (CIMObjectPath path : paths) {
         complete(traversal.nameSpace, path);
         try {
-            Pegasus::CIMInstance instance = getInstance(traversal.caller,
-                                                        path.getNameSpace(),
-                                                        path,
-                                                        includeQualifiers,
-                                                        includeClassOrigin,
-                                                        propertyList);
+            Pegasus::CIMInstance instance =
+                getInstance(traversal.caller, path.getNameSpace(), path, includeQualifiers,
+                            includeClassOrigin, propertyList);
             instance.setPath(path);
             objects.append(CIMObject(instance));
         } catch (const CIMException& error) {
@@ -163,41 +155,25 @@ Array<CIMObject> Router::instanceObjects(const Traversal& traversal,
     return objects;
 }
 
-Answer<CIMObject> Router::associators(const Caller& caller,
-                                      const CIMNamespaceName& nameSpace,
-                                      const CIMObjectPath& objectName,
-                                      const CIMName& assocClass,
-                                      const CIMName& resultClass,
-                                      const String& role,
-                                      const String& resultRole,
-                                      bool includeQualifiers,
+Answer<CIMObject> Router::associators(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                      const CIMObjectPath& objectName, const CIMName& assocClass,
+                                      const CIMName& resultClass, const String& role,
+                                      const String& resultRole, bool includeQualifiers,
                                       bool includeClassOrigin,
                                       const CIMPropertyList& propertyList) {
     const Traversal traversal{
         caller, nameSpace, objectName, assocClass, {resultClass, role, resultRole}};
     return traverse<ObjectCollector>(
         traversal,
-        [&](CIMAssociationProvider& provider,
-            const CIMObjectPath& source,
-            const CIMName& candidate,
+        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
             ObjectCollector& collector) {
-            provider.associators(contextFor(caller),
-                                 source,
-                                 candidate,
-                                 resultClass,
-                                 role,
-                                 resultRole,
-                                 includeQualifiers,
-                                 includeClassOrigin,
-                                 propertyList,
+            provider.associators(contextFor(caller), source, candidate, resultClass, role,
+                                 resultRole, includeQualifiers, includeClassOrigin, propertyList,
                                  collector);
         },
         [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return instanceObjects(traversal,
-                                   associations.farInstances(classNames),
-                                   includeQualifiers,
-                                   includeClassOrigin,
-                                   propertyList);
+            return instanceObjects(traversal, associations.farInstances(classNames),
+                                   includeQualifiers, includeClassOrigin, propertyList);
         },
         [&](const RepositoryAssociations& associations, const Names& classNames) {
             return classObjects(nameSpace, associations.farClasses(classNames));
@@ -207,18 +183,14 @@ Answer<CIMObject> Router::associators(const Caller& caller,
 Answer<CIMObjectPath> Router::associatorNames(const Caller& caller,
                                               const CIMNamespaceName& nameSpace,
                                               const CIMObjectPath& objectName,
-                                              const CIMName& assocClass,
-                                              const CIMName& resultClass,
-                                              const String& role,
-                                              const String& resultRole) {
+                                              const CIMName& assocClass, const CIMName& resultClass,
+                                              const String& role, const String& resultRole) {
     return traverse<PathCollector>(
         {caller, nameSpace, objectName, assocClass, {resultClass, role, resultRole}},
-        [&](CIMAssociationProvider& provider,
-            const CIMObjectPath& source,
-            const CIMName& candidate,
+        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
             PathCollector& collector) {
-            provider.associatorNames(
-                contextFor(caller), source, candidate, resultClass, role, resultRole, collector);
+            provider.associatorNames(contextFor(caller), source, candidate, resultClass, role,
+                                     resultRole, collector);
         },
         [&](const RepositoryAssociations& associations, const Names& classNames) {
             return arrayOf(associations.farInstances(classNames));
@@ -230,28 +202,16 @@ Answer<CIMObjectPath> Router::associatorNames(const Caller& caller,
 
 // For references the result class is the filter on the association classes.
 
-Answer<CIMObject> Router::references(const Caller& caller,
-                                     const CIMNamespaceName& nameSpace,
-                                     const CIMObjectPath& objectName,
-                                     const CIMName& resultClass,
-                                     const String& role,
-                                     bool includeQualifiers,
-                                     bool includeClassOrigin,
-                                     const CIMPropertyList& propertyList) {
+Answer<CIMObject> Router::references(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                     const CIMObjectPath& objectName, const CIMName& resultClass,
+                                     const String& role, bool includeQualifiers,
+                                     bool includeClassOrigin, const CIMPropertyList& propertyList) {
     return traverse<ObjectCollector>(
         {caller, nameSpace, objectName, resultClass, {CIMName(), role, String()}},
-        [&](CIMAssociationProvider& provider,
-            const CIMObjectPath& source,
-            const CIMName& candidate,
+        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
             ObjectCollector& collector) {
-            provider.references(contextFor(caller),
-                                source,
-                                candidate,
-                                role,
-                                includeQualifiers,
-                                includeClassOrigin,
-                                propertyList,
-                                collector);
+            provider.references(contextFor(caller), source, candidate, role, includeQualifiers,
+                                includeClassOrigin, propertyList, collector);
         },
         [&](const RepositoryAssociations& associations, const Names& classNames) {
             Array<CIMObject> objects;
@@ -268,13 +228,10 @@ Answer<CIMObject> Router::references(const Caller& caller,
 Answer<CIMObjectPath> Router::referenceNames(const Caller& caller,
                                              const CIMNamespaceName& nameSpace,
                                              const CIMObjectPath& objectName,
-                                             const CIMName& resultClass,
-                                             const String& role) {
+                                             const CIMName& resultClass, const String& role) {
     return traverse<PathCollector>(
         {caller, nameSpace, objectName, resultClass, {CIMName(), role, String()}},
-        [&](CIMAssociationProvider& provider,
-            const CIMObjectPath& source,
-            const CIMName& candidate,
+        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
             PathCollector& collector) {
             provider.referenceNames(contextFor(caller), source, candidate, role, collector);
         },

@@ -130,11 +130,8 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
     void initialize(Pegasus::CIMOMHandle&) override {}
     void terminate() override {}
 
-    void getInstance(const OperationContext&,
-                     const CIMObjectPath& instanceReference,
-                     const Boolean,
-                     const Boolean,
-                     const CIMPropertyList& propertyList,
+    void getInstance(const OperationContext&, const CIMObjectPath& instanceReference, const Boolean,
+                     const Boolean, const CIMPropertyList& propertyList,
                      Pegasus::InstanceResponseHandler& handler) override {
         for (const CIMInstance& instance : at(instanceReference)) {
             if (localPath(instance.getPath()) == localPath(instanceReference)) {
@@ -147,11 +144,8 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
         throw Pegasus::CIMObjectNotFoundException(localPath(instanceReference).toString());
     }
 
-    void enumerateInstances(const OperationContext&,
-                            const CIMObjectPath& classReference,
-                            const Boolean,
-                            const Boolean,
-                            const CIMPropertyList& propertyList,
+    void enumerateInstances(const OperationContext&, const CIMObjectPath& classReference,
+                            const Boolean, const Boolean, const CIMPropertyList& propertyList,
                             Pegasus::InstanceResponseHandler& handler) override {
         handler.processing();
         for (const CIMInstance& instance : at(classReference)) {
@@ -160,8 +154,7 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
         handler.complete();
     }
 
-    void enumerateInstanceNames(const OperationContext&,
-                                const CIMObjectPath& classReference,
+    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath& classReference,
                                 Pegasus::ObjectPathResponseHandler& handler) override {
         handler.processing();
         for (const CIMInstance& instance : at(classReference)) {
@@ -170,24 +163,17 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
         handler.complete();
     }
 
-    void modifyInstance(const OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
-                        const Boolean,
-                        const CIMPropertyList&,
-                        Pegasus::ResponseHandler&) override {
+    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                        const Boolean, const CIMPropertyList&, Pegasus::ResponseHandler&) override {
         refuse();
     }
 
-    void createInstance(const OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
+    void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
                         Pegasus::ObjectPathResponseHandler&) override {
         refuse();
     }
 
-    void deleteInstance(const OperationContext&,
-                        const CIMObjectPath&,
+    void deleteInstance(const OperationContext&, const CIMObjectPath&,
                         Pegasus::ResponseHandler&) override {
         refuse();
     }
@@ -218,8 +204,7 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
 std::vector<BuiltIn> serverObjects(const repository::Repository& repository,
                                    const ServerIdentity& identity) {
     const auto builtIn = [&](const char* className, ServerObjects::Objects objects) {
-        return BuiltIn{CIMName(className),
-                       ProviderType::Instance,
+        return BuiltIn{CIMName(className), ProviderType::Instance,
                        std::make_shared<ServerObjects>(identity.hostName, std::move(objects))};
     };
     return {

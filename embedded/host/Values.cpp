@@ -99,8 +99,8 @@ CIMInstance withProperties(const CIMInstance& instance,
 }
 
 Pegasus::CIMObjectPath localPath(const Pegasus::CIMObjectPath& path) {
-    return Pegasus::CIMObjectPath(
-        String(), Pegasus::CIMNamespaceName(), path.getClassName(), path.getKeyBindings());
+    return Pegasus::CIMObjectPath(String(), Pegasus::CIMNamespaceName(), path.getClassName(),
+                                  path.getKeyBindings());
 }
 
 } // namespace embedded::host

@@ -67,8 +67,8 @@ Reply otherVerbReply(const std::string& verb) {
         reply.body = "This is a CIM server. It answers CIM-XML requests, sent with POST.\n";
         return reply;
     }
-    static const std::array<const char*, 6> known{
-        "PUT", "DELETE", "CONNECT", "OPTIONS", "TRACE", "PATCH"};
+    static const std::array<const char*, 6> known{"PUT",     "DELETE", "CONNECT",
+                                                  "OPTIONS", "TRACE",  "PATCH"};
     if (std::find(known.begin(), known.end(), verb) != known.end())
         return emptyReply(405, "Method Not Allowed", {{"Allow", "POST, M-POST"}});
     return emptyReply(501, reason(501));

@@ -79,8 +79,8 @@ void checkContentType(const Request& request) {
     const Parametrized type = parametrized(*field);
     if (!equalIgnoringCase(type.value, "application/xml") &&
         !equalIgnoringCase(type.value, "text/xml"))
-        throw RequestRejected(
-            400, "", "Content-Type is not application/xml or text/xml: " + *field);
+        throw RequestRejected(400, "",
+                              "Content-Type is not application/xml or text/xml: " + *field);
     const std::string* charset = findField(type.parameters, "charset");
     if (charset && !equalIgnoringCase(*charset, "utf-8"))
         throw RequestRejected(400, "", "charset is not utf-8: " + *charset);

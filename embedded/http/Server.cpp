@@ -105,8 +105,7 @@ class Server::Implementation : public ConnectionOwner,
 
     void handle(Request request, std::function<void(Reply)> done) override {
         ++_handling;
-        _workers.submit([self = shared_from_this(),
-                         request = std::move(request),
+        _workers.submit([self = shared_from_this(), request = std::move(request),
                          done = std::move(done)]() mutable {
             Reply reply = self->answer(request);
             // Not `self`: what is queued in _io must not own it.

@@ -40,13 +40,13 @@ using Handler = std::function<Reply(const Request&)>;
 
 struct Options {
     std::string address = "127.0.0.1";
-    std::uint16_t port = 5988;                 ///< 0: any free one, see Server::port()
-    unsigned workers = 16;                     ///< threads that run the handler
-    unsigned connectionLimit = 512;            ///< beyond it the reply is 503
+    std::uint16_t port = 5988;      ///< 0: any free one, see Server::port()
+    unsigned workers = 16;          ///< threads that run the handler
+    unsigned connectionLimit = 512; ///< beyond it the reply is 503
     std::uint64_t bodyLimit = std::uint64_t{8} * 1024 * 1024; ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = std::uint32_t{64} * 1024;     ///< bytes; beyond it the reply is 431
-    std::chrono::seconds idleTimeout{300};     ///< for the next request on a connection
-    std::chrono::seconds requestTimeout{30};   ///< for the rest of a request that has begun
+    std::chrono::seconds idleTimeout{300};   ///< for the next request on a connection
+    std::chrono::seconds requestTimeout{30}; ///< for the rest of a request that has begun
     /// Takes a line for whoever runs the server. Called on any thread, one call at a time.
     std::function<void(const std::string&)> log;
 };

@@ -20,9 +20,8 @@ const std::string& singleLine(const std::string& text) {
 } // namespace
 
 bool equalIgnoringCase(const std::string& left, const std::string& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](char a, char b) {
-        return lower(a) == lower(b);
-    });
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return lower(a) == lower(b); });
 }
 
 const std::string* findField(const Fields& fields, const std::string& name) {

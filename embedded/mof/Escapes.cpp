@@ -16,14 +16,8 @@ struct SimpleEscape {
 };
 
 constexpr SimpleEscape simpleEscapes[] = {
-    {'b', '\b'},
-    {'t', '\t'},
-    {'n', '\n'},
-    {'f', '\f'},
-    {'r', '\r'},
-    {'"', '"'},
-    {'\'', '\''},
-    {'\\', '\\'},
+    {'b', '\b'}, {'t', '\t'}, {'n', '\n'},  {'f', '\f'},
+    {'r', '\r'}, {'"', '"'},  {'\'', '\''}, {'\\', '\\'},
 };
 
 constexpr const char* expectedEscape =
@@ -56,8 +50,7 @@ class Decoder {
             appendUtf8(out, decodeHex());
             return;
         }
-        const auto* found = std::find_if(std::begin(simpleEscapes),
-                                         std::end(simpleEscapes),
+        const auto* found = std::find_if(std::begin(simpleEscapes), std::end(simpleEscapes),
                                          [&](const auto& e) { return e.letter == letter; });
         if (found == std::end(simpleEscapes))
             fail(begin, lengthOfEscape(begin), expectedEscape);

@@ -15,17 +15,8 @@ struct Group {
 const std::vector<Group>& groups() {
     static const std::vector<Group> table = {
         // Where a name may be a keyword, each keyword is expected, too.
-        {{"a name",
-          "'class'",
-          "'instance'",
-          "'of'",
-          "'as'",
-          "'qualifier'",
-          "'scope'",
-          "'flavor'",
-          "a type",
-          "a scope",
-          "a flavor"},
+        {{"a name", "'class'", "'instance'", "'of'", "'as'", "'qualifier'", "'scope'", "'flavor'",
+          "a type", "a scope", "a flavor"},
          "a name"},
         {{"an integer", "a real number", "a character", "a string", "a boolean", "'null'"},
          "a value"},

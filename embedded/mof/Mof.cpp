@@ -20,8 +20,7 @@ Specification readFile(const std::filesystem::path& file,
     return reading.take();
 }
 
-Specification readText(const std::string& text,
-                       const std::string& name,
+Specification readText(const std::string& text, const std::string& name,
                        const std::vector<std::filesystem::path>& includeDirectories) {
     Reading reading(includeDirectories);
     reading.readText(text, name);

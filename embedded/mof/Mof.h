@@ -146,8 +146,7 @@ Specification readFile(const std::filesystem::path& file,
 
 /// Reads `text`; `name` stands for the file in locations. Includes as in readFile, looked for in
 /// `includeDirectories` only. Throws MofError.
-Specification readText(const std::string& text,
-                       const std::string& name,
+Specification readText(const std::string& text, const std::string& name,
                        const std::vector<std::filesystem::path>& includeDirectories = {});
 
 } // namespace embedded::mof

@@ -81,8 +81,8 @@ bool isNamespaceName(std::string_view text) {
     return !first;
 }
 
-[[noreturn]] void
-refuseInclude(const std::string& value, const std::string& why, const Location& where) {
+[[noreturn]] void refuseInclude(const std::string& value, const std::string& why,
+                                const Location& where) {
     throw MofError(where, "cannot include \"" + visible(value) + "\": " + why);
 }
 

@@ -27,10 +27,10 @@ CIMConstClass superclassOf(const mof::ClassDeclaration& declaration, const NameS
     }
     const auto* entry = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
     if (!entry) {
-        throw mof::MofError(declaration.where,
-                            words(declaration) + ": its superclass " + declaration.superclass +
-                                " is not declared in namespace " +
-                                toText(nameSpace.name().getString()));
+        throw mof::MofError(declaration.where, words(declaration) + ": its superclass " +
+                                                   declaration.superclass +
+                                                   " is not declared in namespace " +
+                                                   toText(nameSpace.name().getString()));
     }
     return entry->resolved;
 }
@@ -52,8 +52,7 @@ CIMScope scopeOf(const mof::ClassDeclaration& declaration, const CIMConstClass& 
 
 /// DSP0004, qualifier Association: references are for associations, and an association is
 /// derived from associations only.
-void checkAssociation(const mof::ClassDeclaration& declaration,
-                      const CIMClass& built,
+void checkAssociation(const mof::ClassDeclaration& declaration, const CIMClass& built,
                       const CIMConstClass& superclass) {
     if (!built.isAssociation()) {
         for (const mof::Property& written : declaration.properties) {
@@ -100,10 +99,8 @@ const Written* findMember(const std::vector<Written>& members, const CIMName& na
     return nullptr;
 }
 
-void addProperties(CIMClass& built,
-                   const mof::ClassDeclaration& declaration,
-                   const CIMConstClass& superclass,
-                   const MemberBuilder& members) {
+void addProperties(CIMClass& built, const mof::ClassDeclaration& declaration,
+                   const CIMConstClass& superclass, const MemberBuilder& members) {
     const Uint32 inherited = superclass.isUninitialized() ? 0 : superclass.getPropertyCount();
     for (Uint32 i = 0; i < inherited; ++i) {
         const CIMProperty above = superclass.getProperty(i).clone();
@@ -117,10 +114,8 @@ void addProperties(CIMClass& built,
     }
 }
 
-void addMethods(CIMClass& built,
-                const mof::ClassDeclaration& declaration,
-                const CIMConstClass& superclass,
-                const MemberBuilder& members) {
+void addMethods(CIMClass& built, const mof::ClassDeclaration& declaration,
+                const CIMConstClass& superclass, const MemberBuilder& members) {
     const Uint32 inherited = superclass.isUninitialized() ? 0 : superclass.getMethodCount();
     for (Uint32 i = 0; i < inherited; ++i) {
         const CIMMethod above = superclass.getMethod(i).clone();
@@ -134,33 +129,27 @@ void addMethods(CIMClass& built,
     }
 }
 
-void checkKnown(const std::string& type,
-                const std::string& referenceClass,
-                const std::string& member,
-                const mof::Location& where,
-                const NameSpace& nameSpace) {
+void checkKnown(const std::string& type, const std::string& referenceClass,
+                const std::string& member, const mof::Location& where, const NameSpace& nameSpace) {
     if (type == "ref" && !nameSpace.find(cimNameAt(referenceClass, where))) {
-        throw mof::MofError(where,
-                            member + " refers to class " + referenceClass +
-                                ", which is not declared in namespace " +
-                                toText(nameSpace.name().getString()));
+        throw mof::MofError(where, member + " refers to class " + referenceClass +
+                                       ", which is not declared in namespace " +
+                                       toText(nameSpace.name().getString()));
     }
 }
 
 /// A reference may take fewer classes than the one that it overrides, not others.
-void checkNarrowed(const mof::Property& written,
-                   const std::string& member,
-                   const CIMConstClass& superclass,
-                   const NameSpace& nameSpace) {
+void checkNarrowed(const mof::Property& written, const std::string& member,
+                   const CIMConstClass& superclass, const NameSpace& nameSpace) {
     const Uint32 position = superclass.findProperty(cimNameAt(written.name, written.where));
     if (written.type != "ref" || position == nowhere) {
         return;
     }
     const CIMName& wide = superclass.getProperty(position).getReferenceClassName();
     if (!nameSpace.isA(cimNameAt(written.referenceClass, written.where), wide)) {
-        throw mof::MofError(written.where,
-                            member + " overrides a reference to " + toText(wide) + ", and " +
-                                written.referenceClass + " is not derived from it");
+        throw mof::MofError(written.where, member + " overrides a reference to " + toText(wide) +
+                                               ", and " + written.referenceClass +
+                                               " is not derived from it");
     }
 }
 
@@ -173,11 +162,9 @@ CIMClass buildClass(const mof::ClassDeclaration& declaration, const NameSpace& n
     const bool derived = !superclass.isUninitialized();
     CIMClass built(cimNameAt(declaration.name, declaration.where),
                    derived ? superclass.getClassName() : CIMName());
-    addQualifiers(built,
-                  buildQualifiers(declaration.qualifiers,
-                                  nameSpace.qualifiers(),
-                                  {words(declaration), scopeOf(declaration, superclass)},
-                                  derived ? qualifiersOf(superclass) : QualifierList()));
+    addQualifiers(built, buildQualifiers(declaration.qualifiers, nameSpace.qualifiers(),
+                                         {words(declaration), scopeOf(declaration, superclass)},
+                                         derived ? qualifiersOf(superclass) : QualifierList()));
     checkAssociation(declaration, built, superclass);
     const MemberBuilder members(declaration, nameSpace, superclass);
     addProperties(built, declaration, superclass, members);
@@ -196,11 +183,9 @@ void checkReferenceClasses(const mof::ClassDeclaration& declaration, const NameS
     }
     for (const mof::Method& method : declaration.methods) {
         for (const mof::Parameter& each : method.parameters) {
-            checkKnown(each.type,
-                       each.referenceClass,
+            checkKnown(each.type, each.referenceClass,
                        "parameter " + declaration.name + "." + method.name + "." + each.name,
-                       each.where,
-                       nameSpace);
+                       each.where, nameSpace);
         }
     }
 }

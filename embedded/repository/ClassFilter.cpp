@@ -47,10 +47,8 @@ void filterMember(Member& member, const Flags& flags) {
 
 } // namespace
 
-CIMClass filteredClass(const Pegasus::CIMConstClass& resolved,
-                       bool localOnly,
-                       bool includeQualifiers,
-                       bool includeClassOrigin,
+CIMClass filteredClass(const Pegasus::CIMConstClass& resolved, bool localOnly,
+                       bool includeQualifiers, bool includeClassOrigin,
                        const Pegasus::CIMPropertyList& propertyList) {
     const Flags flags{localOnly, includeQualifiers, includeClassOrigin};
     CIMClass shown = resolved.clone();

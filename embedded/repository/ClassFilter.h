@@ -8,10 +8,8 @@ namespace embedded::repository {
 
 /// A copy of `resolved` that shows what is asked for. `localOnly` leaves out what is propagated:
 /// properties, methods and qualifiers; `propertyList` narrows the properties further.
-Pegasus::CIMClass filteredClass(const Pegasus::CIMConstClass& resolved,
-                                bool localOnly,
-                                bool includeQualifiers,
-                                bool includeClassOrigin,
+Pegasus::CIMClass filteredClass(const Pegasus::CIMConstClass& resolved, bool localOnly,
+                                bool includeQualifiers, bool includeClassOrigin,
                                 const Pegasus::CIMPropertyList& propertyList);
 
 } // namespace embedded::repository

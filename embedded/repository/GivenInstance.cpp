@@ -87,16 +87,14 @@ CIMInstance completedInstance(const CIMConstClass& cimClass, const CIMConstInsta
     try {
         return buildInstance(cimClass, valuesOf(given));
     } catch (const MissingKey& missing) {
-        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
-                           String("key property ") + missing.property.getString() +
-                               " has no value");
+        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String("key property ") +
+                                                                   missing.property.getString() +
+                                                                   " has no value");
     }
 }
 
-CIMInstance modifiedInstance(const CIMConstInstance& kept,
-                             const CIMConstInstance& given,
-                             const CIMPropertyList& list,
-                             const CIMConstClass& cimClass) {
+CIMInstance modifiedInstance(const CIMConstInstance& kept, const CIMConstInstance& given,
+                             const CIMPropertyList& list, const CIMConstClass& cimClass) {
     for (Uint32 i = 0; !list.isNull() && i < list.size(); ++i) {
         if (cimClass.findProperty(list[i]) == nowhere) {
             throw noSuchProperty(list[i]);

@@ -41,8 +41,8 @@ CIMObjectPath buildPath(const CIMConstClass& cimClass, const ValueSource& source
         }
         keys.append(Pegasus::CIMKeyBinding(declared.getName(), value));
     }
-    return CIMObjectPath(
-        Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(), cimClass.getClassName(), keys);
+    return CIMObjectPath(Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(),
+                         cimClass.getClassName(), keys);
 }
 
 Pegasus::CIMInstance buildInstance(const CIMConstClass& cimClass, const ValueSource& source) {
@@ -50,12 +50,9 @@ Pegasus::CIMInstance buildInstance(const CIMConstClass& cimClass, const ValueSou
     for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
         const CIMConstProperty declared = cimClass.getProperty(i);
         const std::optional<CIMValue> given = source(declared);
-        instance.addProperty(Pegasus::CIMProperty(declared.getName(),
-                                                  given.value_or(declared.getValue()),
-                                                  declared.getArraySize(),
-                                                  declared.getReferenceClassName(),
-                                                  declared.getClassOrigin(),
-                                                  !given));
+        instance.addProperty(Pegasus::CIMProperty(
+            declared.getName(), given.value_or(declared.getValue()), declared.getArraySize(),
+            declared.getReferenceClassName(), declared.getClassOrigin(), !given));
     }
     instance.setPath(buildPath(cimClass, source));
     return instance;

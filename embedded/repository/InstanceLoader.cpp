@@ -22,9 +22,9 @@ std::string words(const mof::InstanceDeclaration& declaration) {
 CIMConstClass classOf(const mof::InstanceDeclaration& declaration, const NameSpace& nameSpace) {
     const auto* entry = nameSpace.find(cimNameAt(declaration.className, declaration.where));
     if (!entry) {
-        throw mof::MofError(declaration.where,
-                            words(declaration) + ": the class is not declared in namespace " +
-                                toText(nameSpace.name().getString()));
+        throw mof::MofError(declaration.where, words(declaration) +
+                                                   ": the class is not declared in namespace " +
+                                                   toText(nameSpace.name().getString()));
     }
     if (entry->resolved.isAbstract()) {
         throw mof::MofError(declaration.where,
@@ -71,19 +71,13 @@ ValueSource InstanceLoader::valuesOf(const Announced& instance) {
             return std::nullopt;
         }
         const mof::PropertyInitializer& initializer = *found->second;
-        const ValueTarget target{"property " + instance.declaration->className + "." +
-                                     initializer.name,
-                                 declared.getType(),
-                                 static_cast<bool>(declared.isArray()),
-                                 declared.getArraySize()};
+        const ValueTarget target{
+            "property " + instance.declaration->className + "." + initializer.name,
+            declared.getType(), static_cast<bool>(declared.isArray()), declared.getArraySize()};
         return buildValue(initializer.value, target, [&](const mof::Literal& literal) {
             const CIMObjectPath path = readReference(literal, target.words, instance);
-            checkTarget(path,
-                        declared.getReferenceClassName(),
-                        target.words,
-                        literal.where,
-                        _nameSpaces,
-                        instance.nameSpace);
+            checkTarget(path, declared.getReferenceClassName(), target.words, literal.where,
+                        _nameSpaces, instance.nameSpace);
             return path;
         });
     };
@@ -106,18 +100,16 @@ const CIMObjectPath& InstanceLoader::pathOf(Announced& instance) {
     return *instance.path;
 }
 
-CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal,
-                                            const std::string& words,
+CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal, const std::string& words,
                                             const Announced& instance) {
     if (literal.kind == mof::Literal::Kind::Alias) {
         return followAlias(literal, words, instance);
     }
-    return withDeclaredKeys(
-        parsePath(literal, words), words, literal.where, _nameSpaces, instance.nameSpace);
+    return withDeclaredKeys(parsePath(literal, words), words, literal.where, _nameSpaces,
+                            instance.nameSpace);
 }
 
-CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal,
-                                          const std::string& words,
+CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal, const std::string& words,
                                           const Announced& instance) {
     const auto found = _aliases.find(folded(literal.text));
     if (found == _aliases.end()) {
@@ -136,22 +128,18 @@ CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal,
     return path;
 }
 
-void InstanceLoader::qualify(Pegasus::CIMInstance& built,
-                             const Announced& instance,
+void InstanceLoader::qualify(Pegasus::CIMInstance& built, const Announced& instance,
                              const NameSpace& home) {
     const CIMScope& scope =
         instance.cimClass.isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
-    addQualifiers(built,
-                  buildQualifiers(instance.declaration->qualifiers,
-                                  home.qualifiers(),
-                                  {words(*instance.declaration), scope}));
+    addQualifiers(built, buildQualifiers(instance.declaration->qualifiers, home.qualifiers(),
+                                         {words(*instance.declaration), scope}));
     for (const mof::PropertyInitializer& each : instance.declaration->properties) {
         Pegasus::CIMProperty property =
             built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
         const bool isReference = property.getType() == Pegasus::CIMTYPE_REFERENCE;
         addQualifiers(property,
-                      buildQualifiers(each.qualifiers,
-                                      home.qualifiers(),
+                      buildQualifiers(each.qualifiers, home.qualifiers(),
                                       {"property " + each.name,
                                        isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY}));
     }

@@ -37,13 +37,13 @@ class InstanceLoader {
 
     ValueSource valuesOf(const Announced& instance);
     const Pegasus::CIMObjectPath& pathOf(Announced& instance);
-    Pegasus::CIMObjectPath
-    readReference(const mof::Literal& literal, const std::string& words, const Announced& instance);
-    Pegasus::CIMObjectPath
-    followAlias(const mof::Literal& literal, const std::string& words, const Announced& instance);
+    Pegasus::CIMObjectPath readReference(const mof::Literal& literal, const std::string& words,
+                                         const Announced& instance);
+    Pegasus::CIMObjectPath followAlias(const mof::Literal& literal, const std::string& words,
+                                       const Announced& instance);
     /// Adds the qualifiers that the instance and its properties are written with.
-    static void
-    qualify(Pegasus::CIMInstance& built, const Announced& instance, const NameSpace& home);
+    static void qualify(Pegasus::CIMInstance& built, const Announced& instance,
+                        const NameSpace& home);
     void add(Announced& instance);
 
     NameSpaceList& _nameSpaces;

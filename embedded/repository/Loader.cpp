@@ -53,9 +53,8 @@ class Loader {
         if (!known) {
             home.add(built);
         } else if (!sameClass(known->resolved, built)) {
-            throw mof::MofError(declaration.where,
-                                "class " + declaration.name +
-                                    " is declared already, in other words");
+            throw mof::MofError(declaration.where, "class " + declaration.name +
+                                                       " is declared already, in other words");
         }
         _classes.push_back({&declaration, nameSpace});
     }
@@ -84,8 +83,7 @@ class Loader {
 
 } // namespace
 
-void loadInto(NameSpaceList& nameSpaces,
-              const mof::Specification& specification,
+void loadInto(NameSpaceList& nameSpaces, const mof::Specification& specification,
               const CIMNamespaceName& nameSpace) {
     Loader loader(nameSpaces);
     nameSpaces.change(nameSpace);

@@ -10,8 +10,7 @@ namespace embedded::repository {
 /// classes are known, the references between them and the instances. Instances may therefore use
 /// aliases that are declared further down, and in circles, as long as no key depends on itself.
 /// Throws MofError, and leaves `nameSpaces` half filled then.
-void loadInto(NameSpaceList& nameSpaces,
-              const mof::Specification& specification,
+void loadInto(NameSpaceList& nameSpaces, const mof::Specification& specification,
               const Pegasus::CIMNamespaceName& nameSpace);
 
 } // namespace embedded::repository

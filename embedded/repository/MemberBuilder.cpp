@@ -32,8 +32,7 @@ void checkOverridesNothing(const std::vector<mof::Qualifier>& qualifiers,
     }
 }
 
-CIMName referenceClassOf(const std::string& type,
-                         const std::string& referenceClass,
+CIMName referenceClassOf(const std::string& type, const std::string& referenceClass,
                          const mof::Location& where) {
     return type == "ref" ? cimNameAt(referenceClass, where) : CIMName();
 }
@@ -84,8 +83,7 @@ CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
 CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const bool isReference = written.type == "ref";
     const ValueTarget target{words(isReference ? "reference" : "property", written.name),
-                             cimTypeAt(written.type, written.where),
-                             written.isArray,
+                             cimTypeAt(written.type, written.where), written.isArray,
                              written.arraySize};
     if (isReference && written.isArray) {
         throw mof::MofError(written.where, target.words + " cannot be an array");
@@ -99,18 +97,14 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const Pegasus::CIMValue value = written.value ? buildValue(*written.value, target, readPath)
                                     : overrides   ? inherited.getValue()
                                                   : nullValue(target);
-    CIMProperty built(cimNameAt(written.name, written.where),
-                      value,
-                      written.arraySize,
+    CIMProperty built(cimNameAt(written.name, written.where), value, written.arraySize,
                       referenceClassOf(written.type, written.referenceClass, written.where),
                       overrides ? inherited.getClassOrigin()
                                 : cimNameAt(_declaration.name, _declaration.where));
     const CIMScope& scope = isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY;
-    addQualifiers(built,
-                  buildQualifiers(written.qualifiers,
-                                  _nameSpace.qualifiers(),
-                                  {target.words, scope},
-                                  overrides ? qualifiersOf(inherited) : QualifierList()));
+    addQualifiers(built, buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
+                                         {target.words, scope},
+                                         overrides ? qualifiersOf(inherited) : QualifierList()));
     if (written.isArray && isSet(built, "Key")) {
         throw mof::MofError(written.where, target.words + " is an array and cannot be a key");
     }
@@ -128,10 +122,9 @@ CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
     }
     const CIMConstMethod inherited = _superclass.getMethod(position);
     if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
-        throw mof::MofError(written.where,
-                            words + " overrides one that returns " +
-                                Pegasus::cimTypeToString(inherited.getType()) +
-                                " with one that returns " + written.returnType);
+        throw mof::MofError(written.where, words + " overrides one that returns " +
+                                               Pegasus::cimTypeToString(inherited.getType()) +
+                                               " with one that returns " + written.returnType);
     }
     return inherited;
 }
@@ -139,15 +132,11 @@ CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
 CIMParameter MemberBuilder::parameter(const mof::Parameter& written,
                                       const std::string& methodName) const {
     CIMParameter built(cimNameAt(written.name, written.where),
-                       cimTypeAt(written.type, written.where),
-                       written.isArray,
-                       written.arraySize,
+                       cimTypeAt(written.type, written.where), written.isArray, written.arraySize,
                        referenceClassOf(written.type, written.referenceClass, written.where));
-    addQualifiers(built,
-                  buildQualifiers(
-                      written.qualifiers,
-                      _nameSpace.qualifiers(),
-                      {words("parameter", methodName + "." + written.name), CIMScope::PARAMETER}));
+    addQualifiers(built, buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
+                                         {words("parameter", methodName + "." + written.name),
+                                          CIMScope::PARAMETER}));
     return built;
 }
 
@@ -155,15 +144,12 @@ CIMMethod MemberBuilder::method(const mof::Method& written) const {
     const std::string methodWords = words("method", written.name);
     const CIMConstMethod inherited = overridden(written, methodWords);
     const bool overrides = !inherited.isUninitialized();
-    CIMMethod built(cimNameAt(written.name, written.where),
-                    cimTypeAt(written.returnType, written.where),
-                    overrides ? inherited.getClassOrigin()
-                              : cimNameAt(_declaration.name, _declaration.where));
-    addQualifiers(built,
-                  buildQualifiers(written.qualifiers,
-                                  _nameSpace.qualifiers(),
-                                  {methodWords, CIMScope::METHOD},
-                                  overrides ? qualifiersOf(inherited) : QualifierList()));
+    CIMMethod built(
+        cimNameAt(written.name, written.where), cimTypeAt(written.returnType, written.where),
+        overrides ? inherited.getClassOrigin() : cimNameAt(_declaration.name, _declaration.where));
+    addQualifiers(built, buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
+                                         {methodWords, CIMScope::METHOD},
+                                         overrides ? qualifiersOf(inherited) : QualifierList()));
     for (const mof::Parameter& each : written.parameters) {
         if (built.findParameter(cimNameAt(each.name, each.where)) != nowhere) {
             throw mof::MofError(each.where, methodWords + " has two parameters named " + each.name);

@@ -22,8 +22,7 @@ bool isSwitchedOn(const std::vector<mof::Qualifier>& qualifiers, const std::stri
 class MemberBuilder {
   public:
     /// `superclass` is resolved, or uninitialized for a root. All arguments must outlive this.
-    MemberBuilder(const mof::ClassDeclaration& declaration,
-                  const NameSpace& nameSpace,
+    MemberBuilder(const mof::ClassDeclaration& declaration, const NameSpace& nameSpace,
                   const Pegasus::CIMConstClass& superclass)
         : _declaration(declaration), _nameSpace(nameSpace), _superclass(superclass) {}
 

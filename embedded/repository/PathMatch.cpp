@@ -85,11 +85,8 @@ bool PathKey::matches(const PathKey& asked, bool loosely) const {
         return (kept.nameSpace.empty() ? _home : kept.nameSpace) ==
                (other.nameSpace.empty() ? asked._home : other.nameSpace);
     };
-    return _text == asked._text && std::equal(_places.begin(),
-                                              _places.end(),
-                                              asked._places.begin(),
-                                              asked._places.end(),
-                                              samePlace);
+    return _text == asked._text && std::equal(_places.begin(), _places.end(), asked._places.begin(),
+                                              asked._places.end(), samePlace);
 }
 
 bool PathKey::matches(const PathKey& asked) const {
@@ -101,10 +98,8 @@ bool PathKey::matchesLoosely(const PathKey& asked) const {
 }
 
 Pegasus::CIMObjectPath withoutPlace(const Pegasus::CIMObjectPath& path) {
-    return Pegasus::CIMObjectPath(Pegasus::String::EMPTY,
-                                  Pegasus::CIMNamespaceName(),
-                                  path.getClassName(),
-                                  path.getKeyBindings());
+    return Pegasus::CIMObjectPath(Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(),
+                                  path.getClassName(), path.getKeyBindings());
 }
 
 } // namespace embedded::repository

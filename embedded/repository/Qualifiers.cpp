@@ -34,21 +34,16 @@ const FlavorRow flavors[] = {
 };
 
 const std::pair<const char*, const CIMScope&> scopes[] = {
-    {"class", CIMScope::CLASS},
-    {"association", CIMScope::ASSOCIATION},
-    {"indication", CIMScope::INDICATION},
-    {"property", CIMScope::PROPERTY},
-    {"reference", CIMScope::REFERENCE},
-    {"method", CIMScope::METHOD},
-    {"parameter", CIMScope::PARAMETER},
-    {"any", CIMScope::ANY},
+    {"class", CIMScope::CLASS},           {"association", CIMScope::ASSOCIATION},
+    {"indication", CIMScope::INDICATION}, {"property", CIMScope::PROPERTY},
+    {"reference", CIMScope::REFERENCE},   {"method", CIMScope::METHOD},
+    {"parameter", CIMScope::PARAMETER},   {"any", CIMScope::ANY},
 };
 
-CIMFlavor
-withWords(CIMFlavor flavor, const std::vector<std::string>& words, const mof::Location& where) {
+CIMFlavor withWords(CIMFlavor flavor, const std::vector<std::string>& words,
+                    const mof::Location& where) {
     for (const std::string& word : words) {
-        const auto* row = std::find_if(std::begin(flavors),
-                                       std::end(flavors),
+        const auto* row = std::find_if(std::begin(flavors), std::end(flavors),
                                        [&](const FlavorRow& each) { return word == each.word; });
         if (row == std::end(flavors)) {
             throw mof::MofError(where, "\"" + word + "\" is not a flavor");
@@ -62,9 +57,8 @@ withWords(CIMFlavor flavor, const std::vector<std::string>& words, const mof::Lo
 CIMScope scopeOf(const mof::QualifierDeclaration& declaration) {
     CIMScope scope;
     for (const std::string& word : declaration.scopes) {
-        const auto* row = std::find_if(std::begin(scopes), std::end(scopes), [&](const auto& each) {
-            return word == each.first;
-        });
+        const auto* row = std::find_if(std::begin(scopes), std::end(scopes),
+                                       [&](const auto& each) { return word == each.first; });
         if (row == std::end(scopes)) {
             throw mof::MofError(declaration.where, "\"" + word + "\" is not a scope");
         }
@@ -79,8 +73,7 @@ ValueTarget targetOf(const CIMQualifierDecl& declaration, const std::string& wor
 
 CIMQualifierDecl build(const mof::QualifierDeclaration& declaration) {
     const ValueTarget target{"qualifier " + declaration.name,
-                             cimTypeAt(declaration.type, declaration.where),
-                             declaration.isArray,
+                             cimTypeAt(declaration.type, declaration.where), declaration.isArray,
                              declaration.arraySize};
     return CIMQualifierDecl(cimNameAt(declaration.name, declaration.where),
                             declaration.value ? buildValue(*declaration.value, target)
@@ -108,15 +101,12 @@ Pegasus::CIMValue valueOf(const mof::Qualifier& used, const ValueTarget& target)
 }
 
 QualifierList::iterator findIn(QualifierList& list, const Pegasus::CIMName& name) {
-    return std::find_if(list.begin(), list.end(), [&](const CIMQualifier& each) {
-        return each.getName().equal(name);
-    });
+    return std::find_if(list.begin(), list.end(),
+                        [&](const CIMQualifier& each) { return each.getName().equal(name); });
 }
 
 /// `handedDown` is null where the element's superclass says nothing.
-CIMQualifier build(const mof::Qualifier& used,
-                   const QualifierTable& table,
-                   const Element& element,
+CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, const Element& element,
                    const CIMQualifier* handedDown) {
     const std::string words = "qualifier " + used.name + " of " + element.words;
     const auto declaration = table.find(cimNameAt(used.name, used.where));
@@ -124,18 +114,16 @@ CIMQualifier build(const mof::Qualifier& used,
         throw mof::MofError(used.where, words + " is not declared");
     }
     if (!declaration->getScope().hasScope(element.scope)) {
-        throw mof::MofError(used.where,
-                            words + " is out of its scope (" +
-                                toText(declaration->getScope().toString()) + ")");
+        throw mof::MofError(used.where, words + " is out of its scope (" +
+                                            toText(declaration->getScope().toString()) + ")");
     }
     const Pegasus::CIMValue value = valueOf(used, targetOf(*declaration, words));
     const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
     if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
         handedDown->getValue() != value) {
-        throw mof::MofError(used.where,
-                            words + " cannot be overridden: a superclass sets it to " +
-                                toText(handedDown->getValue().toString()) +
-                                " with DISABLEOVERRIDE");
+        throw mof::MofError(used.where, words + " cannot be overridden: a superclass sets it to " +
+                                            toText(handedDown->getValue().toString()) +
+                                            " with DISABLEOVERRIDE");
     }
     return CIMQualifier(declaration->getName(), value, withWords(base, used.flavors, used.where));
 }
@@ -144,9 +132,8 @@ CIMQualifier build(const mof::Qualifier& used,
 
 std::optional<CIMQualifierDecl> QualifierTable::find(const Pegasus::CIMName& name) const {
     const auto found =
-        std::find_if(_declarations.begin(), _declarations.end(), [&](const CIMQualifierDecl& each) {
-            return each.getName().equal(name);
-        });
+        std::find_if(_declarations.begin(), _declarations.end(),
+                     [&](const CIMQualifierDecl& each) { return each.getName().equal(name); });
     if (found == _declarations.end()) {
         return std::nullopt;
     }
@@ -159,9 +146,8 @@ void QualifierTable::declare(const mof::QualifierDeclaration& declaration) {
     if (!known) {
         _declarations.push_back(built);
     } else if (!sameDeclaration(*known, built)) {
-        throw mof::MofError(declaration.where,
-                            "qualifier " + declaration.name +
-                                " is declared already, in other words");
+        throw mof::MofError(declaration.where, "qualifier " + declaration.name +
+                                                   " is declared already, in other words");
     }
 }
 
@@ -176,10 +162,8 @@ QualifierList inheritedQualifiers(const QualifierList& qualifiers) {
     return list;
 }
 
-QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used,
-                              const QualifierTable& table,
-                              const Element& element,
-                              const QualifierList& inherited) {
+QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const QualifierTable& table,
+                              const Element& element, const QualifierList& inherited) {
     QualifierList list = inheritedQualifiers(inherited);
     for (const mof::Qualifier& each : used) {
         const auto present = findIn(list, cimNameAt(each.name, each.where));
@@ -188,8 +172,8 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used,
         } else if (present->getPropagated()) {
             *present = build(each, table, element, &*present);
         } else {
-            throw mof::MofError(
-                each.where, "qualifier " + each.name + " of " + element.words + " is given twice");
+            throw mof::MofError(each.where, "qualifier " + each.name + " of " + element.words +
+                                                " is given twice");
         }
     }
     return list;

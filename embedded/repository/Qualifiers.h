@@ -46,10 +46,8 @@ QualifierList inheritedQualifiers(const QualifierList& qualifiers);
 /// (empty if it overrides none): those handed down, in their place the ones given anew, then the
 /// others. Throws MofError at a qualifier that is not declared in `table`, is out of scope, used
 /// twice, of the wrong type, or that gives a DISABLEOVERRIDE one another value.
-QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used,
-                              const QualifierTable& table,
-                              const Element& element,
-                              const QualifierList& inherited = {});
+QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const QualifierTable& table,
+                              const Element& element, const QualifierList& inherited = {});
 
 /// Copies of the qualifiers of a class, property, method or parameter.
 template <class Holder>

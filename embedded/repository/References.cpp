@@ -15,8 +15,7 @@ using Pegasus::CIMName;
 using Pegasus::CIMObjectPath;
 
 /// The namespace that `path` points into; null if it is not served here.
-const NameSpace* targetNameSpace(const CIMObjectPath& path,
-                                 const NameSpaceList& nameSpaces,
+const NameSpace* targetNameSpace(const CIMObjectPath& path, const NameSpaceList& nameSpaces,
                                  const Pegasus::CIMNamespaceName& home) {
     return nameSpaces.find(path.getNameSpace().isNull() ? home : path.getNameSpace());
 }
@@ -49,10 +48,8 @@ bool quoted(CIMKeyBinding::Type type) {
     return type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE;
 }
 
-CIMKeyBinding asDeclared(CIMKeyBinding binding,
-                         const CIMConstClass& cimClass,
-                         const Pegasus::Array<CIMName>& keyNames,
-                         const std::string& words,
+CIMKeyBinding asDeclared(CIMKeyBinding binding, const CIMConstClass& cimClass,
+                         const Pegasus::Array<CIMName>& keyNames, const std::string& words,
                          const mof::Location& where) {
     const std::string key = toText(cimClass.getClassName()) + "." + toText(binding.getName());
     if (!contains(keyNames, binding.getName())) {
@@ -63,10 +60,9 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding,
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
         !(declared == CIMKeyBinding::STRING && quoted(binding.getType()))) {
-        throw mof::MofError(where,
-                            words + ": key " + key + " takes a " +
-                                Pegasus::cimTypeToString(property.getType()) + ", not " +
-                                toText(binding.getValue()));
+        throw mof::MofError(where, words + ": key " + key + " takes a " +
+                                       Pegasus::cimTypeToString(property.getType()) + ", not " +
+                                       toText(binding.getValue()));
     }
     binding.setName(property.getName());
     binding.setType(declared);
@@ -85,11 +81,8 @@ CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words) {
     }
 }
 
-void checkTarget(const CIMObjectPath& path,
-                 const CIMName& referenceClass,
-                 const std::string& words,
-                 const mof::Location& where,
-                 const NameSpaceList& nameSpaces,
+void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass, const std::string& words,
+                 const mof::Location& where, const NameSpaceList& nameSpaces,
                  const Pegasus::CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
     if (!target) {
@@ -97,22 +90,18 @@ void checkTarget(const CIMObjectPath& path,
     }
     const std::string pointed = toText(path.getClassName());
     if (!target->find(path.getClassName())) {
-        throw mof::MofError(where,
-                            words + " points to class " + pointed +
-                                ", which is not declared in namespace " +
-                                toText(target->name().getString()));
+        throw mof::MofError(where, words + " points to class " + pointed +
+                                       ", which is not declared in namespace " +
+                                       toText(target->name().getString()));
     }
     if (!target->isA(path.getClassName(), referenceClass)) {
-        throw mof::MofError(where,
-                            words + " takes a " + toText(referenceClass) + ", and " + pointed +
-                                " is not derived from it");
+        throw mof::MofError(where, words + " takes a " + toText(referenceClass) + ", and " +
+                                       pointed + " is not derived from it");
     }
 }
 
-CIMObjectPath withDeclaredKeys(const CIMObjectPath& path,
-                               const std::string& words,
-                               const mof::Location& where,
-                               const NameSpaceList& nameSpaces,
+CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& words,
+                               const mof::Location& where, const NameSpaceList& nameSpaces,
                                const Pegasus::CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
     const NameSpace::ClassEntry* entry = target ? target->find(path.getClassName()) : nullptr;
@@ -129,10 +118,9 @@ CIMObjectPath withDeclaredKeys(const CIMObjectPath& path,
         bindings.append(asDeclared(given[i], cimClass, keyNames, words, where));
     }
     if (bindings.size() != keyNames.size()) {
-        throw mof::MofError(where,
-                            words + ": the path has " + std::to_string(bindings.size()) +
-                                " of the " + std::to_string(keyNames.size()) + " keys of " +
-                                toText(cimClass.getClassName()));
+        throw mof::MofError(where, words + ": the path has " + std::to_string(bindings.size()) +
+                                       " of the " + std::to_string(keyNames.size()) + " keys of " +
+                                       toText(cimClass.getClassName()));
     }
     return CIMObjectPath(path.getHost(), path.getNameSpace(), cimClass.getClassName(), bindings);
 }

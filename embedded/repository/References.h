@@ -17,20 +17,16 @@ Pegasus::CIMObjectPath parsePath(const mof::Literal& literal, const std::string&
 /// Throws MofError at `where` unless an instance of `path`'s class may stand for `referenceClass`:
 /// both are known and the one is derived from the other. A path into a namespace that is not
 /// served here cannot be judged and is let through.
-void checkTarget(const Pegasus::CIMObjectPath& path,
-                 const Pegasus::CIMName& referenceClass,
-                 const std::string& words,
-                 const mof::Location& where,
-                 const NameSpaceList& nameSpaces,
-                 const Pegasus::CIMNamespaceName& home);
+void checkTarget(const Pegasus::CIMObjectPath& path, const Pegasus::CIMName& referenceClass,
+                 const std::string& words, const mof::Location& where,
+                 const NameSpaceList& nameSpaces, const Pegasus::CIMNamespaceName& home);
 
 /// `path` with its keys typed as its class declares them. The text of a path leaves open whether
 /// a quoted key is a string or a reference, and the class knows.
 /// Throws MofError at `where` for keys that the class does not have or that are missing. A path
 /// without any keys names the class itself and stays as it is, as does one of an unknown class.
 Pegasus::CIMObjectPath withDeclaredKeys(const Pegasus::CIMObjectPath& path,
-                                        const std::string& words,
-                                        const mof::Location& where,
+                                        const std::string& words, const mof::Location& where,
                                         const NameSpaceList& nameSpaces,
                                         const Pegasus::CIMNamespaceName& home);
 

@@ -106,24 +106,17 @@ bool Repository::hasClass(const CIMNamespaceName& nameSpace, const CIMName& clas
     return _implementation->nameSpace(nameSpace).find(className) != nullptr;
 }
 
-CIMClass Repository::getClass(const CIMNamespaceName& nameSpace,
-                              const CIMName& className,
-                              bool localOnly,
-                              bool includeQualifiers,
-                              bool includeClassOrigin,
+CIMClass Repository::getClass(const CIMNamespaceName& nameSpace, const CIMName& className,
+                              bool localOnly, bool includeQualifiers, bool includeClassOrigin,
                               const CIMPropertyList& propertyList) const {
     const Read lock(_implementation->mutex);
     return filteredClass(
         _implementation->entry(nameSpace, className, Pegasus::CIM_ERR_NOT_FOUND).resolved,
-        localOnly,
-        includeQualifiers,
-        includeClassOrigin,
-        propertyList);
+        localOnly, includeQualifiers, includeClassOrigin, propertyList);
 }
 
 std::vector<CIMName> Repository::subClassNames(const CIMNamespaceName& nameSpace,
-                                               const CIMName& className,
-                                               bool deep) const {
+                                               const CIMName& className, bool deep) const {
     const Read lock(_implementation->mutex);
     if (!className.isNull()) {
         _implementation->entry(nameSpace, className, Pegasus::CIM_ERR_INVALID_CLASS);
@@ -176,9 +169,9 @@ CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
     const Write lock(_implementation->mutex);
     auto& entry = _implementation->changeInstancesOf(nameSpace, instance.getClassName());
     if (entry.resolved.isAbstract()) {
-        throw CIMException(Pegasus::CIM_ERR_FAILED,
-                           String("class ") + entry.resolved.getClassName().getString() +
-                               " is abstract and has no instances");
+        throw CIMException(Pegasus::CIM_ERR_FAILED, String("class ") +
+                                                        entry.resolved.getClassName().getString() +
+                                                        " is abstract and has no instances");
     }
     const CIMInstance created = completedInstance(entry.resolved, instance);
     if (!entry.instances.add(created)) {
@@ -187,8 +180,7 @@ CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
     return created.getPath();
 }
 
-void Repository::modifyInstance(const CIMNamespaceName& nameSpace,
-                                const CIMInstance& instance,
+void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance,
                                 const CIMPropertyList& propertyList) {
     const Write lock(_implementation->mutex);
     auto& entry = _implementation->changeInstancesOf(nameSpace, instance.getClassName());

@@ -50,16 +50,13 @@ class Repository {
                   const Pegasus::CIMName& className) const;
     /// The flags as in GetClass (DSP0200 clause 5.3.2.1). Unknown class: CIM_ERR_NOT_FOUND.
     Pegasus::CIMClass getClass(const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className,
-                               bool localOnly = false,
-                               bool includeQualifiers = true,
-                               bool includeClassOrigin = true,
+                               const Pegasus::CIMName& className, bool localOnly = false,
+                               bool includeQualifiers = true, bool includeClassOrigin = true,
                                const Pegasus::CIMPropertyList& propertyList = {}) const;
     /// Direct subclasses, or all below with `deep`, in the order of declaration, parents before
     /// children; `className` null: from the roots. Unknown class: CIM_ERR_INVALID_CLASS.
     std::vector<Pegasus::CIMName> subClassNames(const Pegasus::CIMNamespaceName& nameSpace,
-                                                const Pegasus::CIMName& className,
-                                                bool deep) const;
+                                                const Pegasus::CIMName& className, bool deep) const;
     /// The superclasses, nearest first. Unknown class: CIM_ERR_INVALID_CLASS.
     std::vector<Pegasus::CIMName> superClassNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                   const Pegasus::CIMName& className) const;

@@ -49,24 +49,22 @@ std::string typeName(const Context& context) {
 }
 
 [[noreturn]] void refuse(const Context& context, const mof::Literal& literal) {
-    throw mof::MofError(literal.where,
-                        context.target.words + ": a " + typeName(context) +
-                            " value is expected, not " + shown(literal));
+    throw mof::MofError(literal.where, context.target.words + ": a " + typeName(context) +
+                                           " value is expected, not " + shown(literal));
 }
 
-[[noreturn]] void
-refuseRange(const Context& context, const mof::Literal& literal, const std::string& range) {
-    throw mof::MofError(literal.where,
-                        context.target.words + ": " + shown(literal) + " does not fit into " +
-                            typeName(context) + " (" + range + ")");
+[[noreturn]] void refuseRange(const Context& context, const mof::Literal& literal,
+                              const std::string& range) {
+    throw mof::MofError(literal.where, context.target.words + ": " + shown(literal) +
+                                           " does not fit into " + typeName(context) + " (" +
+                                           range + ")");
 }
 
-[[noreturn]] void refuseBecause(const Context& context,
-                                const mof::Literal& literal,
+[[noreturn]] void refuseBecause(const Context& context, const mof::Literal& literal,
                                 const Pegasus::Exception& reason) {
-    throw mof::MofError(literal.where,
-                        context.target.words + ": " + shown(literal) + " is no " +
-                            typeName(context) + " value: " + toText(reason.getMessage()));
+    throw mof::MofError(literal.where, context.target.words + ": " + shown(literal) + " is no " +
+                                           typeName(context) +
+                                           " value: " + toText(reason.getMessage()));
 }
 
 template <class T>
@@ -81,8 +79,7 @@ struct IntegerReader {
         const auto integer = parseInteger(literal.text);
         const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
         if (!value) {
-            refuseRange(context,
-                        literal,
+            refuseRange(context, literal,
                         std::to_string(std::numeric_limits<T>::min()) + " to " +
                             std::to_string(std::numeric_limits<T>::max()));
         }
@@ -218,21 +215,11 @@ using Builder = Pegasus::CIMValue (*)(const Context&, const mof::Value&);
 
 /// By CIMType, whose values count from 0 in this order (CIMType.h).
 const Builder builders[] = {
-    valueOf<Pegasus::Boolean>,
-    valueOf<Pegasus::Uint8>,
-    valueOf<Pegasus::Sint8>,
-    valueOf<Pegasus::Uint16>,
-    valueOf<Pegasus::Sint16>,
-    valueOf<Pegasus::Uint32>,
-    valueOf<Pegasus::Sint32>,
-    valueOf<Pegasus::Uint64>,
-    valueOf<Pegasus::Sint64>,
-    valueOf<Pegasus::Real32>,
-    valueOf<Pegasus::Real64>,
-    valueOf<Pegasus::Char16>,
-    valueOf<Pegasus::String>,
-    valueOf<Pegasus::CIMDateTime>,
-    valueOf<Pegasus::CIMObjectPath>,
+    valueOf<Pegasus::Boolean>, valueOf<Pegasus::Uint8>,       valueOf<Pegasus::Sint8>,
+    valueOf<Pegasus::Uint16>,  valueOf<Pegasus::Sint16>,      valueOf<Pegasus::Uint32>,
+    valueOf<Pegasus::Sint32>,  valueOf<Pegasus::Uint64>,      valueOf<Pegasus::Sint64>,
+    valueOf<Pegasus::Real32>,  valueOf<Pegasus::Real64>,      valueOf<Pegasus::Char16>,
+    valueOf<Pegasus::String>,  valueOf<Pegasus::CIMDateTime>, valueOf<Pegasus::CIMObjectPath>,
 };
 
 bool isNull(const mof::Value& value) {
@@ -248,9 +235,9 @@ void checkShape(const mof::Value& value, const ValueTarget& target) {
         throw mof::MofError(value.where, target.words + " is an array: its values stand in braces");
     }
     if (target.arraySize != 0 && value.items.size() != target.arraySize) {
-        throw mof::MofError(value.where,
-                            target.words + " has " + std::to_string(target.arraySize) +
-                                " elements, not " + std::to_string(value.items.size()));
+        throw mof::MofError(value.where, target.words + " has " + std::to_string(target.arraySize) +
+                                             " elements, not " +
+                                             std::to_string(value.items.size()));
     }
     for (const mof::Literal& literal : value.items) {
         if (literal.kind == Kind::Null) {
@@ -265,8 +252,7 @@ Pegasus::CIMValue nullValue(const ValueTarget& target) {
     return Pegasus::CIMValue(target.type, target.isArray, target.arraySize);
 }
 
-Pegasus::CIMValue buildValue(const mof::Value& value,
-                             const ValueTarget& target,
+Pegasus::CIMValue buildValue(const mof::Value& value, const ValueTarget& target,
                              const ReferenceReader& readReference) {
     if (isNull(value)) {
         return nullValue(target);

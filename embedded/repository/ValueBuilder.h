@@ -29,8 +29,7 @@ Pegasus::CIMValue nullValue(const ValueTarget& target);
 /// `value` as the target's type. `readReference` is called for references only; without it a
 /// reference other than NULL is refused.
 /// Throws MofError at the constant that does not fit.
-Pegasus::CIMValue buildValue(const mof::Value& value,
-                             const ValueTarget& target,
+Pegasus::CIMValue buildValue(const mof::Value& value, const ValueTarget& target,
                              const ReferenceReader& readReference = {});
 
 } // namespace embedded::repository

@@ -39,8 +39,7 @@ EchoClass echoClassWith(const char* dependent) {
         {"getOrvexSPESIInstance(): Start "},
         {"getOrvexSpESI () - Exit "},
         true,
-        [](ServerProfileProvider& provider,
-           const CIMObjectPath& path,
+        [](ServerProfileProvider& provider, const CIMObjectPath& path,
            InstanceResponseHandler& to) { return provider._getOrvexSPESIInstance(path, to); }};
 }
 
@@ -49,8 +48,8 @@ EchoClass echoClassWith(const char* dependent) {
 TEST_F(ElementSoftwareIdentityTest, PairsTheIdentityInRootCimv2WithTheWholeCatalogue) {
     for (const bool names : {true, false}) {
         const Outcome outcome = enumerate(helper, names);
-        expectOutcome(
-            outcome, asNamesOr(names, allImplemented()), joined({{start}, repeated(6, reference)}));
+        expectOutcome(outcome, asNamesOr(names, allImplemented()),
+                      joined({{start}, repeated(6, reference)}));
         EXPECT_EQ(outcome.calls, Lines());
     }
 }

@@ -21,8 +21,7 @@ const Lines hostProperties = {"CreationClassName: string ORVEX_ObjectManagerHost
 
 /// The messages of the instance being built; 3 is the code of uint16.
 const Lines buildLines = {"_getClassFromCIMOM(): className ORVEX_ObjectManagerHost",
-                          "Quil - temp msg",
-                          "Quil: temp msg 23"};
+                          "Quil - temp msg", "Quil: temp msg 23"};
 const Lines destructorLine = {"OrvexOMHost - destructor(): Start "};
 
 class HostTest : public ModuleTest {

@@ -32,16 +32,10 @@ struct Part {
     std::string dependentClass; ///< as the association declares it
 };
 
-const Part service = {1,
-                      "CIM_HostedService",
-                      " Quil HostedService assoc - 1 ",
-                      "CIM_ObjectManager",
+const Part service = {1, "CIM_HostedService", " Quil HostedService assoc - 1 ", "CIM_ObjectManager",
                       "CIM_ObjectManager"};
-const Part accessPoint = {2,
-                          "CIM_HostedAccessPoint",
-                          " Quil HostedAccessPoint - 1 ",
-                          "CIM_CIMXMLCommunicationMechanism",
-                          "PG_CIMXMLCommunicationMechanism"};
+const Part accessPoint = {2, "CIM_HostedAccessPoint", " Quil HostedAccessPoint - 1 ",
+                          "CIM_CIMXMLCommunicationMechanism", "PG_CIMXMLCommunicationMechanism"};
 
 class HostTraversalTest : public TraversalTest {
   protected:
@@ -54,8 +48,8 @@ class HostTraversalTest : public TraversalTest {
     }
 
     /// What the part delivers when it has these far ends.
-    static Block
-    farEnds(const std::string& operation, const Part& part, const Lines& ends, bool failed) {
+    static Block farEnds(const std::string& operation, const Part& part, const Lines& ends,
+                         bool failed) {
         Block block = {
             {part.line, " Quil key value matched "}, {}, {enumeration(operation, part.farClass)}};
         if (failed) {
@@ -96,18 +90,17 @@ TEST_F(HostTraversalTest, FilterChoosesOneInAnyCase) {
         for (const std::string& filter : {part->filter, mixedCase(part->filter)}) {
             const Question question = {hostKey, filter};
             expectAnswers(host, question, [&](const std::string& operation) {
-                return joined(
-                    {before(operation, question, part->bit),
-                     farEnds(
-                         operation, *part, part->bit == 1 ? objectManagers : mechanisms, false)});
+                return joined({before(operation, question, part->bit),
+                               farEnds(operation, *part,
+                                       part->bit == 1 ? objectManagers : mechanisms, false)});
             });
         }
     }
 }
 
 TEST_F(HostTraversalTest, AnyOtherFilterEndsItAtOnce) {
-    expectNothingForOthers(
-        host, {hostKey}, {"CIM_HostedService", "CIM_HostedAccessPoint"}, opening);
+    expectNothingForOthers(host, {hostKey}, {"CIM_HostedService", "CIM_HostedAccessPoint"},
+                           opening);
 }
 
 TEST_F(HostTraversalTest, ResultClassDoesNotNarrow) {
@@ -151,9 +144,7 @@ TEST_F(HostTraversalTest, FailingReadLeavesWhatWasReadBefore) {
             const Question one = {hostKey, "CIM_HostedAccessPoint"};
             expectAnswers(host, one, [&](const std::string& operation) {
                 return joined({before(operation, one, 2),
-                               farEnds(operation,
-                                       accessPoint,
-                                       noMechanisms ? Lines() : mechanisms,
+                               farEnds(operation, accessPoint, noMechanisms ? Lines() : mechanisms,
                                        noMechanisms)});
             });
         }

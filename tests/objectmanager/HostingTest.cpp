@@ -18,8 +18,7 @@ constexpr const char* accessPointFailure =
 const Lines serviceLines = {" Quil OrvexSPHostedServiceHelper - Start ", destructor};
 const Lines serviceFailureLines = {
     " Quil OrvexSPHostedServiceHelper - Start ",
-    " Quil ni OrvexSPHostedServiceHelper:EXCEPTION for CIM_ObjectManager ",
-    destructor};
+    " Quil ni OrvexSPHostedServiceHelper:EXCEPTION for CIM_ObjectManager ", destructor};
 
 Association hosted(const char* name, const char* dependentClass, const std::string& dependent) {
     return {name,
@@ -42,11 +41,9 @@ std::vector<Association> hostedService(const std::string& manager) {
 
 const std::vector<EchoClass> echoClasses = {
     {"CIM_HostedAccessPoint",
-     {"Antecedent",
-      "ORVEX_ObjectManagerHost",
+     {"Antecedent", "ORVEX_ObjectManagerHost",
       "ORVEX_ObjectManagerHost.CreationClassName=\"ORVEX_ObjectManagerHost\",Name=\"any\""},
-     {"Dependent",
-      "PG_CIMXMLCommunicationMechanism",
+     {"Dependent", "PG_CIMXMLCommunicationMechanism",
       "PG_CIMXMLCommunicationMechanism.Name=\"mechanism\""},
      {"getOrvexSPHostedAccessPointInstance(): Start "},
      {"getOrvexSpHostedAccessPointInstance () - Exit "},
@@ -55,8 +52,7 @@ const std::vector<EchoClass> echoClasses = {
          return provider._getOrvexSPHostedAccessPointInstance(path, to);
      }},
     {"CIM_HostedService",
-     {"Antecedent",
-      "ORVEX_ObjectManagerHost",
+     {"Antecedent", "ORVEX_ObjectManagerHost",
       "ORVEX_ObjectManagerHost.CreationClassName=\"ORVEX_ObjectManagerHost\",Name=\"any\""},
      {"Dependent", "CIM_ObjectManager", "CIM_ObjectManager.Name=\"manager\""},
      {"getOrvexSPHostedServiceInstance(): Start "},
@@ -105,13 +101,11 @@ TEST_F(HostingTest, WithoutMechanismsThereIsNoAccessPoint) {
         SCOPED_TRACE(failure.thrown);
         server->fail("enumerateInstanceNames", "CIM_CIMXMLCommunicationMechanism", failure.raise);
         for (const bool names : {true, false}) {
-            expectOutcome(enumerate(accessPoints, names),
-                          {},
+            expectOutcome(enumerate(accessPoints, names), {},
                           joined({accessPointLines, {accessPointFailure}}));
             // The other class of associations does not ask for them.
             expectOutcome(enumerate(service, names),
-                          asNamesOr(names, hostedService(objectManagers[0])),
-                          serviceLines);
+                          asNamesOr(names, hostedService(objectManagers[0])), serviceLines);
         }
     }
 }
@@ -126,8 +120,7 @@ TEST_F(HostingTest, WithoutAManagerTheServiceIsHostedAllTheSameWithAnEmptyEnd) {
         SCOPED_TRACE(failure.thrown);
         server->fail("enumerateInstanceNames", "CIM_ObjectManager", failure.raise);
         for (const bool names : {true, false}) {
-            expectOutcome(enumerate(service, names),
-                          asNamesOr(names, hostedService("")),
+            expectOutcome(enumerate(service, names), asNamesOr(names, hostedService("")),
                           serviceFailureLines);
         }
     }

@@ -17,16 +17,10 @@ struct Membership {
 };
 
 const std::vector<Membership> memberships = {
-    {&ServerProfileProvider::_getCommMechForMgrHelper,
-     "CIM_CommMechanismForManager",
-     "PG_CIMXMLCommunicationMechanism",
-     "CIM_CIMXMLCommunicationMechanism",
-     mechanisms},
-    {&ServerProfileProvider::_getNSInMgrHelper,
-     "CIM_NamespaceInManager",
-     "PG_Namespace",
-     "CIM_Namespace",
-     nameSpaces},
+    {&ServerProfileProvider::_getCommMechForMgrHelper, "CIM_CommMechanismForManager",
+     "PG_CIMXMLCommunicationMechanism", "CIM_CIMXMLCommunicationMechanism", mechanisms},
+    {&ServerProfileProvider::_getNSInMgrHelper, "CIM_NamespaceInManager", "PG_Namespace",
+     "CIM_Namespace", nameSpaces},
 };
 
 // The same three lines for both.
@@ -34,8 +28,8 @@ constexpr const char* start = " Quil NSInMgrHelper - Start ";
 constexpr const char* managersFailed = " Quil exception ni for CIM_Namespace -Exiting ";
 constexpr const char* membersFailed = " Quil exception ei for CIM_CIMXMLCommunicationMechanism ";
 
-std::vector<Association>
-associations(const Membership& membership, const std::string& manager, const Lines& members) {
+std::vector<Association> associations(const Membership& membership, const std::string& manager,
+                                      const Lines& members) {
     std::vector<Association> all;
     for (const std::string& member : members) {
         all.push_back({membership.name,
@@ -53,8 +47,7 @@ Lines calls(const Membership& membership) {
 const std::vector<EchoClass> echoClasses = {
     {"CIM_CommMechanismForManager",
      {"Antecedent", "CIM_ObjectManager", "CIM_ObjectManager.Name=\"manager\""},
-     {"Dependent",
-      "PG_CIMXMLCommunicationMechanism",
+     {"Dependent", "PG_CIMXMLCommunicationMechanism",
       "PG_CIMXMLCommunicationMechanism.Name=\"mechanism\""},
      {"getCommMechForMgrInstance(): Start "},
      {"getCommMechForMgrInstance () - Exit "},
@@ -104,8 +97,7 @@ TEST_F(ManagerMembershipTest, FailingQueryOfTheManagersEndsTheOperation) {
             server->fail("enumerateInstanceNames", "CIM_ObjectManager", failure.raise);
             for (const bool names : {true, false}) {
                 for (const bool membersFail : {false, true}) {
-                    server->fail("enumerateInstanceNames",
-                                 membership.queried,
+                    server->fail("enumerateInstanceNames", membership.queried,
                                  membersFail ? failure.raise : std::function<void()>());
                     const Outcome outcome = enumerate(membership.helper, names);
                     expectOutcome(outcome, {}, {start, managersFailed});
@@ -188,10 +180,9 @@ TEST_F(ManagerMembershipTest, ExceptionOfTheHandlerPassesAfterWhatWasDelivered) 
         for (const bool names : {true, false}) {
             const Outcome outcome = enumerate(membership.helper, names, 1);
             EXPECT_EQ(outcome.thrown, refusal);
-            EXPECT_EQ(
-                outcome.delivered,
-                asNamesOr(names,
-                          associations(membership, objectManagers[0], {membership.members[0]})));
+            EXPECT_EQ(outcome.delivered,
+                      asNamesOr(names, associations(membership, objectManagers[0],
+                                                    {membership.members[0]})));
             EXPECT_EQ(outcome.trace, traceLines({start}));
         }
     }

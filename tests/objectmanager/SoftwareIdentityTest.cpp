@@ -11,10 +11,8 @@ constexpr const char* identityClass = "ORVEX_SoftwareIdentity";
 const std::string identityPath =
     "//switch1.example.net/root/cimv2:ORVEX_SoftwareIdentity.InstanceID=\"OrvexSI1\"";
 
-const Lines identityProperties = {"InstanceID: string OrvexSI1",
-                                  "Name: string Kelmar",
-                                  "VersionString: string 3.0",
-                                  "Manufacturer: string Orvex Systems",
+const Lines identityProperties = {"InstanceID: string OrvexSI1", "Name: string Kelmar",
+                                  "VersionString: string 3.0", "Manufacturer: string Orvex Systems",
                                   "Classifications: uint16[] 10 "};
 
 /// The messages of the instance being built; 3 is the code of uint16.

@@ -56,14 +56,13 @@ class CatalogueTest : public ModuleTest {
         for (Uint32 i = 0; i < instances.size(); ++i) {
             const Entry& entry = entries[i];
             SCOPED_TRACE(entry.instanceId);
-            EXPECT_EQ(describe(instances[i]),
-                      (Lines{std::string("InstanceID: string ") + entry.instanceId,
-                             "RegisteredOrganization: uint16 11",
-                             "OtherRegisteredOrganization: string ",
-                             std::string("RegisteredName: string ") + entry.registeredName,
-                             "RegisteredVersion: string 1.1.0",
-                             "AdvertiseTypes: uint16[] 3 ",
-                             "AdvertiseTypeDescriptions: string[] null"}));
+            EXPECT_EQ(
+                describe(instances[i]),
+                (Lines{std::string("InstanceID: string ") + entry.instanceId,
+                       "RegisteredOrganization: uint16 11", "OtherRegisteredOrganization: string ",
+                       std::string("RegisteredName: string ") + entry.registeredName,
+                       "RegisteredVersion: string 1.1.0", "AdvertiseTypes: uint16[] 3 ",
+                       "AdvertiseTypeDescriptions: string[] null"}));
             EXPECT_EQ(text(instances[i].getClassName().getString()), entry.className);
             EXPECT_EQ(text(instances[i].getPath()),
                       std::string("//switch1.example.net/root/cimv2:") + entry.className +
@@ -101,13 +100,9 @@ TEST_F(CatalogueTest, ReadsEachClassFromRootCimv2WithItsQualifiers) {
 }
 
 TEST_F(CatalogueTest, CarriesTheQualifiersOfItsClassAndLeavesTheClassAlone) {
-    const CIMClass known = server->getClass(OperationContext(),
-                                            CIMNamespaceName("root/cimv2"),
-                                            CIMName("CIM_RegisteredProfile"),
-                                            false,
-                                            true,
-                                            false,
-                                            CIMPropertyList());
+    const CIMClass known =
+        server->getClass(OperationContext(), CIMNamespaceName("root/cimv2"),
+                         CIMName("CIM_RegisteredProfile"), false, true, false, CIMPropertyList());
     provider.initData();
     const CIMInstance instance = provider.registeredProfiles()[2];
     ASSERT_EQ(instance.getQualifierCount(), 2U);
@@ -128,12 +123,9 @@ TEST_F(CatalogueTest, IsAppendedToBySecondCall) {
 }
 
 TEST_F(CatalogueTest, LeavesOutAPropertyThatTheClassDoesNotDefine) {
-    for (const char* missing : {"AdvertiseTypes",
-                                "RegisteredOrganization",
-                                "OtherRegisteredOrganization",
-                                "RegisteredName",
-                                "RegisteredVersion",
-                                "InstanceID"}) {
+    for (const char* missing :
+         {"AdvertiseTypes", "RegisteredOrganization", "OtherRegisteredOrganization",
+          "RegisteredName", "RegisteredVersion", "InstanceID"}) {
         SCOPED_TRACE(missing);
         Lines expected;
         Lines defined;
@@ -168,8 +160,7 @@ TEST_F(CatalogueTest, KeepsTheClassDefaultOfAPropertyThatItDoesNotSet) {
     server->define(cimClass);
     EXPECT_EQ(describe(provider.buildRegisteredProfileInstance("CIM_RegisteredProfile",
                                                                RegisteredProfile("X1", "A name"))),
-              (Lines{"InstanceID: string X1",
-                     "AdvertiseTypeDescriptions: string[] by default ",
+              (Lines{"InstanceID: string X1", "AdvertiseTypeDescriptions: string[] by default ",
                      "RegisteredName: string A name"}));
 }
 
@@ -217,8 +208,8 @@ TEST_F(CatalogueTest, ReferenceNamesAnInstanceAsTheCallerSays) {
     const CIMInstance instance = withInstanceId(CIMValue(String("Orvex3")));
     CIMObjectPath path;
     EXPECT_EQ(tracedBy([&] {
-                  path = provider.buildRegisteredProfileReference(
-                      "CIM_RegisteredSubProfile", instance, "root/other");
+                  path = provider.buildRegisteredProfileReference("CIM_RegisteredSubProfile",
+                                                                  instance, "root/other");
               }),
               traceLines({"Quil regProfRef() Start"}));
     EXPECT_EQ(text(path),
@@ -260,16 +251,9 @@ TEST_F(CatalogueTest, FindsAnEntryByItsInstanceIdWithoutRegardToCase) {
         Uint32 profile;
         Uint32 subProfile;
     } rows[] = {
-        {"Orvex1", 0, none},
-        {"orvex2", 1, none},
-        {"ORVEX6", 2, none},
-        {"Orvex3", none, 0},
-        {"oRVEX4", none, 1},
-        {"Orvex5", none, 2},
-        {"Orvex7", none, none},
-        {"Orvex", none, none},
-        {"Orvex11", none, none},
-        {"", none, none},
+        {"Orvex1", 0, none},     {"orvex2", 1, none}, {"ORVEX6", 2, none},    {"Orvex3", none, 0},
+        {"oRVEX4", none, 1},     {"Orvex5", none, 2}, {"Orvex7", none, none}, {"Orvex", none, none},
+        {"Orvex11", none, none}, {"", none, none},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(provider.findRegProfIndex(row.instanceId, provider.registeredProfiles()),

@@ -44,8 +44,8 @@ class ElementConformsToProfileTest : public EchoTest {
                            accepted)
                      : observe<InstanceRecorder>(
                            [&](InstanceRecorder& handler) {
-                               provider._getElementConformstoProfileInstances(
-                                   "ignored", handler, nameSpace);
+                               provider._getElementConformstoProfileInstances("ignored", handler,
+                                                                              nameSpace);
                            },
                            accepted);
     }
@@ -79,8 +79,7 @@ class ElementConformsToProfileTest : public EchoTest {
 
     void setFailing(unsigned failed, const std::function<void()>& how) {
         for (std::size_t row = 0; row < rows.size(); ++row) {
-            server->fail("enumerateInstanceNames",
-                         rows[row].elementClass,
+            server->fail("enumerateInstanceNames", rows[row].elementClass,
                          (failed & (1U << row)) != 0 ? how : std::function<void()>());
         }
     }
@@ -127,11 +126,8 @@ TEST_F(ElementConformsToProfileTest, RowWithoutElementsContributesNothing) {
         expectOutcome(
             enumerate(names),
             joined({asNamesOr(names, conforming(rows[0])), asNamesOr(names, conforming(rows[2]))}),
-            {" Quil ElementConformsToProfile Instances ",
-             reference,
-             " Quil ElementConformsToProfile ei - Switch ",
-             reference,
-             reference});
+            {" Quil ElementConformsToProfile Instances ", reference,
+             " Quil ElementConformsToProfile ei - Switch ", reference, reference});
     }
 }
 
@@ -143,10 +139,10 @@ TEST_F(ElementConformsToProfileTest, ExceptionOfAnotherTypePasses) {
                 const Outcome outcome = enumerate(names);
                 EXPECT_EQ(outcome.thrown, failure.thrown);
                 // The third is asked only after the elements of the first two were delivered.
-                EXPECT_EQ(outcome.delivered,
-                          row < 2 ? Lines()
-                                  : joined({asNamesOr(names, conforming(rows[0])),
-                                            asNamesOr(names, conforming(rows[1]))}));
+                EXPECT_EQ(outcome.delivered, row < 2
+                                                 ? Lines()
+                                                 : joined({asNamesOr(names, conforming(rows[0])),
+                                                           asNamesOr(names, conforming(rows[1]))}));
                 EXPECT_EQ(outcome.calls.size(), row + 1);
             }
         }
@@ -159,10 +155,8 @@ TEST_F(ElementConformsToProfileTest, ExceptionOfTheHandlerPassesBeforeTheThirdQu
         EXPECT_EQ(outcome.thrown, refusal);
         EXPECT_EQ(outcome.delivered, Lines{conforming(rows[0])[0].as(names)});
         EXPECT_EQ(outcome.trace,
-                  traceLines({" Quil ElementConformsToProfile Instances ",
-                              reference,
-                              " Quil ElementConformsToProfile ei - Switch ",
-                              reference}));
+                  traceLines({" Quil ElementConformsToProfile Instances ", reference,
+                              " Quil ElementConformsToProfile ei - Switch ", reference}));
         EXPECT_EQ(outcome.calls.size(), 2U);
         // An exception of the handler is none of the query of the row.
         EXPECT_EQ(enumerate(names, 3).thrown, refusal);

@@ -90,29 +90,23 @@ TEST_F(ProfileRetrievalTest, EnumeratesNamesInTheRequestsNamespaceWithTheHostOfT
               traceLines(joined({{"Quil regProfInstNames() Start"},
                                  repeated(3, "Quil regProfRef() Start"),
                                  {"Quil regProfInstNames() Exit"}})));
-    EXPECT_EQ(
-        pathTexts(paths.delivered),
-        entryPaths("//renamed.example.net/root/other:CIM_AsAsked", {"Orvex1", "Orvex2", "Orvex6"}));
+    EXPECT_EQ(pathTexts(paths.delivered), entryPaths("//renamed.example.net/root/other:CIM_AsAsked",
+                                                     {"Orvex1", "Orvex2", "Orvex6"}));
     expectOnlyDelivered(paths);
 }
 
 TEST_F(ProfileRetrievalTest, EnumeratesNamesOfSubProfilesTracingEachIndex) {
     _hostName = "renamed.example.net";
     EXPECT_EQ(tracedBy([&] {
-                  provider._getRegisteredSubProfileInstanceNames(
-                      "CIM_AsAsked", paths, "root/other");
+                  provider._getRegisteredSubProfileInstanceNames("CIM_AsAsked", paths,
+                                                                 "root/other");
               }),
-              traceLines({"Quil regSubProfInstNames() Start",
-                          "Quil regSubProfInstNames() i = 0",
-                          "Quil regProfRef() Start",
-                          "Quil regSubProfInstNames() i = 1",
-                          "Quil regProfRef() Start",
-                          "Quil regSubProfInstNames() i = 2",
-                          "Quil regProfRef() Start",
-                          "Quil regSubProfInstNames() Exit"}));
-    EXPECT_EQ(
-        pathTexts(paths.delivered),
-        entryPaths("//renamed.example.net/root/other:CIM_AsAsked", {"Orvex3", "Orvex4", "Orvex5"}));
+              traceLines({"Quil regSubProfInstNames() Start", "Quil regSubProfInstNames() i = 0",
+                          "Quil regProfRef() Start", "Quil regSubProfInstNames() i = 1",
+                          "Quil regProfRef() Start", "Quil regSubProfInstNames() i = 2",
+                          "Quil regProfRef() Start", "Quil regSubProfInstNames() Exit"}));
+    EXPECT_EQ(pathTexts(paths.delivered), entryPaths("//renamed.example.net/root/other:CIM_AsAsked",
+                                                     {"Orvex3", "Orvex4", "Orvex5"}));
     expectOnlyDelivered(paths);
 }
 

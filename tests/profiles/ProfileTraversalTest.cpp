@@ -117,8 +117,7 @@ class ProfileTraversalTest : public TraversalTest {
                 block.delivered.push_back(Association{
                     "CIM_SubProfileRequiresProfile",
                     {"Antecedent", "CIM_RegisteredProfile", profilePath(row.id)},
-                    {"Dependent",
-                     "CIM_RegisteredSubProfile",
+                    {"Dependent", "CIM_RegisteredSubProfile",
                      subProfilePath(id)}}.as(deliversNames(operation)));
             }
         }
@@ -192,8 +191,8 @@ class ProfileTraversalTest : public TraversalTest {
                        (mask & 8) != 0 ? implementing(operation, row) : Block()});
     }
 
-    void
-    setFailingRead(const std::string& operation, const Row& row, const std::function<void()>& how) {
+    void setFailingRead(const std::string& operation, const Row& row,
+                        const std::function<void()>& how) {
         const std::string& name = isAssociators(operation) ? row.readClass : row.elementClass;
         setFailing(name, how);
         server->fail("getInstance", name, how);
@@ -220,12 +219,9 @@ TEST_F(ProfileTraversalTest, FilterInAnyCaseChoosesInTheOrderOfTheBits) {
 }
 
 TEST_F(ProfileTraversalTest, AnyOtherFilterEndsItAfterOneLine) {
-    expectNothingForOthers(profile,
-                           {"Orvex1"},
-                           {"CIM_SubProfileRequiresProfile",
-                            "CIM_ReferencedProfile",
-                            "CIM_ElementConformsToProfile",
-                            "ORVEX_ElementSoftwareIdentity"},
+    expectNothingForOthers(profile, {"Orvex1"},
+                           {"CIM_SubProfileRequiresProfile", "CIM_ReferencedProfile",
+                            "CIM_ElementConformsToProfile", "ORVEX_ElementSoftwareIdentity"},
                            opening);
 }
 
@@ -248,10 +244,9 @@ TEST_F(ProfileTraversalTest, ResultClassNarrowsTheSubProfilesOnly) {
 TEST_F(ProfileTraversalTest, NullResultClassNamesNoClass) {
     const Question question = {"Orvex1", "", std::nullopt};
     for (const char* operation : {"associatorNames", "associators"}) {
-        expectBlock(ask(profile, operation, question),
-                    joined({before(operation, question, 15),
-                            {{requiresLine(operation)}, {}, {}},
-                            chosen(operation, rows[0], 14)}));
+        expectBlock(ask(profile, operation, question), joined({before(operation, question, 15),
+                                                               {{requiresLine(operation)}, {}, {}},
+                                                               chosen(operation, rows[0], 14)}));
     }
 }
 
@@ -304,10 +299,8 @@ TEST_F(ProfileTraversalTest, FailingReadLeavesNoElementsAndTheRestFollows) {
                 setFailingRead(operation, row, failure.raise);
                 const Question question = {row.id};
                 expectBlock(ask(profile, operation, question),
-                            joined({before(operation, question, 15),
-                                    requiring(operation, row),
-                                    referenced(),
-                                    conforming(operation, row, true),
+                            joined({before(operation, question, 15), requiring(operation, row),
+                                    referenced(), conforming(operation, row, true),
                                     implementing(operation, row)}));
                 setFailingRead(operation, row, {});
             }
@@ -324,8 +317,7 @@ TEST_F(ProfileTraversalTest, FailingReadOfTheLocalSwitchEndsAssociatorNamesWithA
         EXPECT_EQ(outcome.delivered, Lines{subProfilePath("Orvex5")});
         EXPECT_EQ(outcome.trace,
                   traceLines(joined({before("associatorNames", question, 15),
-                                     requiring("associatorNames", rows[1]),
-                                     referenced(),
+                                     requiring("associatorNames", rows[1]), referenced(),
                                      conforming("associatorNames", rows[1], true)})
                                  .messages));
     }
@@ -338,11 +330,8 @@ TEST_F(ProfileTraversalTest, FailingReadOfTheLocalSwitchIsDeliveredByAssociators
         Block elements = conforming("associators", rows[1], true);
         elements.delivered = {"uninitialised"};
         expectBlock(ask(profile, "associators", question),
-                    joined({before("associators", question, 15),
-                            requiring("associators", rows[1]),
-                            referenced(),
-                            elements,
-                            implementing("associators", rows[1])}));
+                    joined({before("associators", question, 15), requiring("associators", rows[1]),
+                            referenced(), elements, implementing("associators", rows[1])}));
     }
 }
 

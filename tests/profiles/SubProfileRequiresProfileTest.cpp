@@ -40,11 +40,10 @@ const EchoClass echoClass = {
 TEST_F(SubProfileRequiresProfileTest, NamesOneForEachPairInTheRequestsNamespace) {
     for (const std::string nameSpace : {"root/request", "root/cimv2"}) {
         const Outcome outcome = observe<PathRecorder>([&](PathRecorder& handler) {
-            provider._getSubprofileRequiresProfileInstanceNames(
-                "ignored", handler, nameSpace.c_str());
+            provider._getSubprofileRequiresProfileInstanceNames("ignored", handler,
+                                                                nameSpace.c_str());
         });
-        expectOutcome(outcome,
-                      asNamesOr(true, associations(nameSpace)),
+        expectOutcome(outcome, asNamesOr(true, associations(nameSpace)),
                       repeated(6, "Quil regProfRef() Start"));
         EXPECT_EQ(outcome.calls, Lines());
     }
@@ -69,8 +68,7 @@ TEST_F(SubProfileRequiresProfileTest, EnumeratesInstancesWithTheSamePathsAndBoth
     const Outcome outcome = observe<InstanceRecorder>([&](InstanceRecorder& handler) {
         provider._getSubprofileRequiresProfileInstances("ignored", handler, "root/request");
     });
-    expectOutcome(outcome,
-                  asNamesOr(false, associations("root/request")),
+    expectOutcome(outcome, asNamesOr(false, associations("root/request")),
                   repeated(6, "Quil regProfRef() Start"));
     EXPECT_EQ(outcome.calls, Lines());
 }

@@ -38,28 +38,19 @@ struct Texts {
 const std::map<std::string, Texts> textsOf = {
     {"associatorNames",
      {" Quil regSubProfAssociatorNames(): assoc class is ",
-      " Quil SubProfileRequiresProfile assoc ",
-      "",
-      "Quil index of RegSubProfile is -1",
+      " Quil SubProfileRequiresProfile assoc ", "", "Quil index of RegSubProfile is -1",
       " Quil ESI assoc "}},
     {"associators",
-     {" Quil regSubProfAssociators(): assoc class is ",
-      " Quil SubProfileRequiresProfile assoc ",
-      "",
-      "Quil index of RegSubProfile is -1",
-      " Quil ESI assoc "}},
+     {" Quil regSubProfAssociators(): assoc class is ", " Quil SubProfileRequiresProfile assoc ",
+      "", "Quil index of RegSubProfile is -1", " Quil ESI assoc "}},
     {"referenceNames",
      {" Quil regSubProfRefNames(): result class is ",
-      " Quil SubProfileRequiresProfile referenceNames ",
-      " Quil Index of SubProf is ",
-      "Quil index of Sub Profile is -1",
-      " Quil ESI references "}},
+      " Quil SubProfileRequiresProfile referenceNames ", " Quil Index of SubProf is ",
+      "Quil index of Sub Profile is -1", " Quil ESI references "}},
     {"references",
      {" Quil regSubProfReferences(): result class is ",
-      " Quil SubProfileRequiresProfile reference ",
-      " Quil Index of RegProf is ",
-      "Quil index of RegSubProfile is -1",
-      " Quil ESI references "}},
+      " Quil SubProfileRequiresProfile reference ", " Quil Index of RegProf is ",
+      "Quil index of RegSubProfile is -1", " Quil ESI references "}},
 };
 
 Lines opening(const std::string& operation, const Question& question) {
@@ -86,9 +77,7 @@ class SubProfileTraversalTest : public TraversalTest {
         if (operation == "associators") {
             return {{texts.requires}, {profileObject(row.profileIndex)}, {}};
         }
-        return {{texts.requires,
-                 texts.index + std::to_string(row.index),
-                 profileReferenceLine,
+        return {{texts.requires, texts.index + std::to_string(row.index), profileReferenceLine,
                  profileReferenceLine},
                 asNamesOr(deliversNames(operation),
                           {{"CIM_SubProfileRequiresProfile",
@@ -145,12 +134,9 @@ TEST_F(SubProfileTraversalTest, FilterInAnyCaseChoosesAndEachPairAnswersOnce) {
 }
 
 TEST_F(SubProfileTraversalTest, AnyOtherFilterEndsItAtOnce) {
-    expectNothingForOthers(subProfile,
-                           {"Orvex3"},
-                           {"CIM_SubProfileRequiresProfile",
-                            "CIM_ReferencedProfile",
-                            "CIM_ElementConformsToProfile",
-                            "ORVEX_ElementSoftwareIdentity"},
+    expectNothingForOthers(subProfile, {"Orvex3"},
+                           {"CIM_SubProfileRequiresProfile", "CIM_ReferencedProfile",
+                            "CIM_ElementConformsToProfile", "ORVEX_ElementSoftwareIdentity"},
                            opening);
 }
 

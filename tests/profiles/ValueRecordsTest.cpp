@@ -19,8 +19,8 @@ const std::string nameFormatAtLoad = text(OrvexOMHost::getNameFormat());
 
 /// A property that shares nothing with those that the getters make.
 CIMProperty somethingElse() {
-    CIMProperty property(
-        CIMName("Other"), CIMValue(CIMTYPE_UINT8, true, 3), 3, CIMName(), CIMName("Origin"), true);
+    CIMProperty property(CIMName("Other"), CIMValue(CIMTYPE_UINT8, true, 3), 3, CIMName(),
+                         CIMName("Origin"), true);
     property.addQualifier(CIMQualifier(CIMName("Key"), CIMValue(Boolean(true))));
     return property;
 }
@@ -196,8 +196,7 @@ TEST(OrvexOMHostTest, GettersReplaceWhateverThePropertyHeld) {
         int flag;
         const char* filled;
     } rows[] = {
-        {&OrvexOMHost::getCreationClassName,
-         0,
+        {&OrvexOMHost::getCreationClassName, 0,
          "CreationClassName: string ORVEX_ObjectManagerHost"},
         {&OrvexOMHost::getName, 0, "Name: string switch1.example.net"},
         {&OrvexOMHost::getNameFormat, 0, "NameFormat: string Other"},

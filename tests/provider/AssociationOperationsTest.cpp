@@ -26,16 +26,12 @@ const std::vector<Source> sources = {
      false},
     {"CIM_RegisteredSubProfile",
      "InstanceID",
-     {"regSubProfAssociatorNames",
-      "regSubProfAssociators",
-      "regSubProfRefNames",
+     {"regSubProfAssociatorNames", "regSubProfAssociators", "regSubProfRefNames",
       "regSubProfReferences"},
      false},
     {"ORVEX_ObjectManagerHost",
      "Name",
-     {"orvexOMHostAssociatorNames",
-      "orvexOMHostAssociators",
-      "orvexOMHostReferenceNames",
+     {"orvexOMHostAssociatorNames", "orvexOMHostAssociators", "orvexOMHostReferenceNames",
       "orvexOMHostReferences"},
      true},
     {"CIM_ObjectManager",
@@ -48,9 +44,7 @@ const std::vector<Source> sources = {
      true},
     {"PG_Namespace",
      "Name",
-     {"NamespaceAssociatorNames",
-      "NamespaceAssociators",
-      "NamespaceReferenceNames",
+     {"NamespaceAssociatorNames", "NamespaceAssociators", "NamespaceReferenceNames",
       "NamespaceReferences"},
      true},
 };
@@ -147,8 +141,7 @@ TEST_P(SourceTest, FiltersThatTheClientLeftOutArriveEmpty) {
 TEST_F(AssociationOperationsTest, KeyValueFiltersAndNamespaceArePassedOn) {
     server->publish("ORVEX_Vsan", Lines{"root/third:ORVEX_Vsan.Name=\"vsan1\""});
     const Answer answer =
-        ask(provider,
-            "associatorNames",
+        ask(provider, "associatorNames",
             pathOf("CIM_RegisteredProfile", {{"InstanceID", "orvex1"}}, "root/third"),
             {"", "CIM_RegisteredSubProfile", "", ""});
     EXPECT_EQ(
@@ -159,8 +152,7 @@ TEST_F(AssociationOperationsTest, KeyValueFiltersAndNamespaceArePassedOn) {
                "//switch1.example.net/root/cimv2:ORVEX_SoftwareIdentity.InstanceID=\"OrvexSI1\""}));
     EXPECT_EQ(server->calls, (Lines{"enumerateInstanceNames root/third ORVEX_Vsan"}));
     // A result class that names no subprofile.
-    EXPECT_EQ(ask(provider,
-                  "associatorNames",
+    EXPECT_EQ(ask(provider, "associatorNames",
                   pathOf("CIM_RegisteredProfile", {{"InstanceID", "Orvex1"}}),
                   {"CIM_SubProfileRequiresProfile", "CIM_RegisteredProfile", "", ""})
                   .paths,
@@ -180,10 +172,9 @@ TEST_F(AssociationOperationsTest, MechanismsAndNamespacesGetTheWholeSourcePathFo
         Array<CIMKeyBinding> keys;
         keys.append(CIMKeyBinding(CIMName("Antecedent"), CIMValue(CIMObjectPath(manager.c_str()))));
         keys.append(CIMKeyBinding(CIMName("Dependent"), CIMValue(source)));
-        const std::string expected = text(CIMObjectPath(String("switch1.example.net"),
-                                                        CIMNamespaceName("root/cimv2"),
-                                                        CIMName(row.association),
-                                                        keys));
+        const std::string expected =
+            text(CIMObjectPath(String("switch1.example.net"), CIMNamespaceName("root/cimv2"),
+                               CIMName(row.association), keys));
         for (const char* operation : {"referenceNames", "references"}) {
             EXPECT_EQ(ask(provider, operation, source, {"", row.association, "", ""}).paths,
                       (Lines{expected}))
@@ -203,8 +194,8 @@ TEST_F(AssociationOperationsTest, SoftwareIdentityGoesToOneFunctionWithTheModeOf
 
             // The two reference operations pass the result class twice.
             const std::string selected = isReference ? "CIM_NoResult" : "CIM_NoAssociation";
-            const Answer refused = ask(
-                provider, operation, source, {"CIM_NoAssociation", "CIM_NoResult", "role", "far"});
+            const Answer refused = ask(provider, operation, source,
+                                       {"CIM_NoAssociation", "CIM_NoResult", "role", "far"});
             EXPECT_EQ(
                 refused.trace,
                 traceLines(joined({frame,
@@ -213,12 +204,11 @@ TEST_F(AssociationOperationsTest, SoftwareIdentityGoesToOneFunctionWithTheModeOf
             EXPECT_EQ(refused.completeCalls, 1U);
 
             const Answer all = ask(provider, operation, source);
-            const Lines begun =
-                traceLines(joined({frame,
-                                   {" Quil orvexSIAssociators(): assoc class is ",
-                                    " Quil orvexSIAssociators(): result class is ",
-                                    " Quil flag is 1",
-                                    " Quil assoc flag is " + std::to_string(mode)}}));
+            const Lines begun = traceLines(
+                joined({frame,
+                        {" Quil orvexSIAssociators(): assoc class is ",
+                         " Quil orvexSIAssociators(): result class is ", " Quil flag is 1",
+                         " Quil assoc flag is " + std::to_string(mode)}}));
             ASSERT_GE(all.trace.size(), begun.size());
             EXPECT_EQ(Lines(all.trace.begin(),
                             all.trace.begin() + static_cast<std::ptrdiff_t>(begun.size())),
@@ -283,8 +273,7 @@ TEST_F(AssociationOperationsTest, PathWithSeveralKeysUsesTheFirstAcceptedOne) {
     for (const std::string& operation : associationOperations()) {
         SCOPED_TRACE(operation);
         const Answer answer = ask(
-            provider,
-            operation,
+            provider, operation,
             pathOf("CIM_ObjectManager",
                    {{"CreationClassName", "first"}, {"Name", "second"}, {"SystemName", "third"}}));
         const Lines frame =
@@ -299,8 +288,7 @@ TEST_F(AssociationOperationsTest, PathWithSeveralKeysUsesTheFirstAcceptedOne) {
         EXPECT_EQ(Lines(answer.trace.begin(),
                         answer.trace.begin() + static_cast<std::ptrdiff_t>(frame.size())),
                   frame);
-        EXPECT_NE(std::find(answer.trace.begin(),
-                            answer.trace.end(),
+        EXPECT_NE(std::find(answer.trace.begin(), answer.trace.end(),
                             "ServerProfileProvider  Quil keyValue is second"),
                   answer.trace.end());
     }

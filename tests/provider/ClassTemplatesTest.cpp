@@ -85,22 +85,16 @@ TEST_F(ClassTemplatesTest, InstanceCarriesThePropertySetOfItsClassInTheOrderOfTh
                            "OtherRegisteredOrganization",
                            "RegisteredOrganization",
                            "InstanceID"};
-    const Lines identity = {
-        "Name", "Classifications", "Manufacturer", "VersionString", "InstanceID"};
-    const Lines host = {"CreationClassName",
-                        "OperationalStatus",
-                        "ElementName",
-                        "Description",
-                        "NameFormat",
-                        "Name"};
+    const Lines identity = {"Name", "Classifications", "Manufacturer", "VersionString",
+                            "InstanceID"};
+    const Lines host = {"CreationClassName", "OperationalStatus", "ElementName",
+                        "Description",       "NameFormat",        "Name"};
     const struct {
         const char* className;
         Lines properties;
     } rows[] = {
-        {"CIM_RegisteredProfile", profile},
-        {"CIM_RegisteredSubProfile", profile},
-        {"ORVEX_SoftwareIdentity", identity},
-        {"ORVEX_ObjectManagerHost", host},
+        {"CIM_RegisteredProfile", profile},   {"CIM_RegisteredSubProfile", profile},
+        {"ORVEX_SoftwareIdentity", identity}, {"ORVEX_ObjectManagerHost", host},
         {"orvex_objectmanagerhost", host},
     };
     for (const auto& row : rows) {

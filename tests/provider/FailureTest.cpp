@@ -19,8 +19,7 @@ class FailureTest : public ModuleTest {
     }
 
     /// Calls `operation` with handlers that call these functions.
-    Lines callWith(const std::string& operation,
-                   const std::function<void(std::size_t)>& onDeliver,
+    Lines callWith(const std::string& operation, const std::function<void(std::size_t)>& onDeliver,
                    const std::function<void()>& onComplete) {
         paths = PathRecorder();
         instances = InstanceRecorder();
@@ -28,13 +27,9 @@ class FailureTest : public ModuleTest {
         paths.onDeliver = instances.onDeliver = objects.onDeliver = onDeliver;
         paths.onComplete = instances.onComplete = objects.onComplete = onComplete;
         return tracedBy([&] {
-            call(provider,
-                 operation,
-                 pathOf("CIM_RegisteredSubProfile", {{"InstanceID", "Orvex3"}}),
-                 Filters(),
-                 paths,
-                 instances,
-                 objects);
+            call(provider, operation,
+                 pathOf("CIM_RegisteredSubProfile", {{"InstanceID", "Orvex3"}}), Filters(), paths,
+                 instances, objects);
         });
     }
     std::size_t delivered() const {
@@ -81,9 +76,8 @@ TEST_F(FailureTest, PegasusExceptionOfCompletionIsTracedAndSwallowed) {
         const Lines trace = callWith(operation, nullptr, [] {
             throw CIMException(CIM_ERR_FAILED, String("Too few objects delivered."));
         });
-        EXPECT_EQ(trace.back(),
-                  "ServerProfileProvider Quil " + operation +
-                      "(): Exception - Too few objects delivered.");
+        EXPECT_EQ(trace.back(), "ServerProfileProvider Quil " + operation +
+                                    "(): Exception - Too few objects delivered.");
         EXPECT_EQ(completed(), 1U);
         EXPECT_TRUE(moduleMutexIsFree());
     }
@@ -135,12 +129,9 @@ TEST_F(FailureTest, ClassThatTheServerDoesNotKnowEndsTheRequestWithoutAnError) {
 }
 
 TEST_F(FailureTest, ReferenceThatIsNoPathEndsTheRequestWithoutAnError) {
-    for (const char* className : {"CIM_SubProfileRequiresProfile",
-                                  "CIM_HostedService",
-                                  "CIM_HostedAccessPoint",
-                                  "CIM_NamespaceInManager",
-                                  "CIM_CommMechanismForManager",
-                                  "ORVEX_ElementSoftwareIdentity"}) {
+    for (const char* className : {"CIM_SubProfileRequiresProfile", "CIM_HostedService",
+                                  "CIM_HostedAccessPoint", "CIM_NamespaceInManager",
+                                  "CIM_CommMechanismForManager", "ORVEX_ElementSoftwareIdentity"}) {
         const Answer answer =
             ask(provider, "getInstance", pathOf(className, {{"Antecedent", "no path at all"}}));
         EXPECT_EQ(answer.trace.back().find("ServerProfileProvider Quil getInstance(): Exception - "
@@ -154,9 +145,8 @@ TEST_F(FailureTest, ReferenceThatIsNoPathEndsTheRequestWithoutAnError) {
 }
 
 TEST_F(FailureTest, ReadBackThatFailsOtherwiseThanByPegasusPasses) {
-    server->fail("enumerateInstanceNames", "CIM_ObjectManager", [] {
-        throw std::runtime_error("of another type");
-    });
+    server->fail("enumerateInstanceNames", "CIM_ObjectManager",
+                 [] { throw std::runtime_error("of another type"); });
     EXPECT_THROW(ask(provider, "enumerateInstanceNames", pathOf("CIM_NamespaceInManager")),
                  std::runtime_error);
     EXPECT_TRUE(moduleMutexIsFree());

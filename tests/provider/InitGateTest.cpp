@@ -54,10 +54,9 @@ TEST_F(InitGateTest, RequestThatFindsNoCatalogueBuildsIt) {
         SCOPED_TRACE(operation);
         ServerProfileProvider fresh;
         const Answer answer = ask(fresh, operation, anyProfile());
-        const Lines begun = traceLines(joined({startLines(operation, "CIM_RegisteredProfile"),
-                                               gateLines(operation),
-                                               catalogueLines(),
-                                               classLines(operation, "CIM_RegisteredProfile")}));
+        const Lines begun =
+            traceLines(joined({startLines(operation, "CIM_RegisteredProfile"), gateLines(operation),
+                               catalogueLines(), classLines(operation, "CIM_RegisteredProfile")}));
         ASSERT_GE(answer.trace.size(), begun.size());
         EXPECT_EQ(Lines(answer.trace.begin(),
                         answer.trace.begin() + static_cast<std::ptrdiff_t>(begun.size())),
@@ -104,12 +103,8 @@ TEST_F(InitGateTest, CatalogueIsAppendedToWhatAFailedAttemptLeft) {
     const Answer answer =
         ask(provider, "enumerateInstances", pathOf("CIM_RegisteredProfile", {}, "root/cimv2"));
     const std::string path = "//switch1.example.net/root/cimv2:CIM_RegisteredProfile.InstanceID=";
-    EXPECT_EQ(answer.paths,
-              (Lines{path + "\"Orvex1\"",
-                     path + "\"Orvex2\"",
-                     path + "\"Orvex1\"",
-                     path + "\"Orvex2\"",
-                     path + "\"Orvex6\""}));
+    EXPECT_EQ(answer.paths, (Lines{path + "\"Orvex1\"", path + "\"Orvex2\"", path + "\"Orvex1\"",
+                                   path + "\"Orvex2\"", path + "\"Orvex6\""}));
     EXPECT_EQ(answer.completeCalls, 1U);
     EXPECT_EQ(provider.registeredSubProfiles().size(), 3U);
 }
@@ -130,9 +125,8 @@ TEST_F(InitGateTest, FailedInitializeReturnsNormallyAndLeavesTheGateClosed) {
 }
 
 TEST_F(InitGateTest, FailedInitializeTracesTheMessage) {
-    server->fail("getClass", "CIM_RegisteredProfile", [] {
-        throw Exception(String("connection timed out"));
-    });
+    server->fail("getClass", "CIM_RegisteredProfile",
+                 [] { throw Exception(String("connection timed out")); });
     const Lines lines = tracedBy([&] { provider.initialize(handle); });
     ASSERT_GE(lines.size(), 2U);
     EXPECT_EQ(lines[lines.size() - 2],
@@ -174,8 +168,8 @@ TEST_F(InitGateTest, RequestThatWaitsHoldsTheMutex) {
     ChildProcess child([this] {
         std::thread first([this] {
             InstanceRecorder handler;
-            provider.enumerateInstances(
-                OperationContext(), anyProfile(), false, false, CIMPropertyList(), handler);
+            provider.enumerateInstances(OperationContext(), anyProfile(), false, false,
+                                        CIMPropertyList(), handler);
         });
         ::sleep(1);
         PathRecorder handler;
@@ -204,15 +198,14 @@ TEST_F(InitGateTest, RequestThatWaitsGoesOnWhenTheGateOpens) {
               traceLines({"Quil enumerateInstanceNames(): className is CIM_RegisteredProfile",
                           "Quil enumerateInstanceNames(): Start BEFoRE MUTEX _initInProgress 1",
                           "Quil enumerateInstanceNames(): Start AFTER MUTEX _initInProgress 1",
-                          waiting,
-                          "Quil enumerateInstanceNames(): Start _initInProgress 0"}));
+                          waiting, "Quil enumerateInstanceNames(): Start _initInProgress 0"}));
     EXPECT_EQ(handler.delivered.size(), 3U);
     EXPECT_EQ(handler.completeCalls, 1U);
 }
 
 TEST_F(InitGateTest, OtherExceptionLeavesInitializeWithTheMutexLocked) {
-    server->fail(
-        "getClass", "CIM_RegisteredProfile", [] { throw std::runtime_error("of another type"); });
+    server->fail("getClass", "CIM_RegisteredProfile",
+                 [] { throw std::runtime_error("of another type"); });
     ChildProcess child([this] {
         try {
             provider.initialize(handle);

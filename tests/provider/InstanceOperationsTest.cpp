@@ -33,10 +33,8 @@ std::string profile(const std::string& nameSpace, const std::string& id) {
 }
 
 /// The path of an association in the request's namespace.
-std::string association(const std::string& className,
-                        const std::string& firstRole,
-                        const std::string& first,
-                        const std::string& secondRole,
+std::string association(const std::string& className, const std::string& firstRole,
+                        const std::string& first, const std::string& secondRole,
                         const std::string& second) {
     const auto end = [](const std::string& path) {
         return String(path.c_str()).size() == 0 ? CIMObjectPath()
@@ -45,21 +43,18 @@ std::string association(const std::string& className,
     Array<CIMKeyBinding> keys;
     keys.append(CIMKeyBinding(CIMName(firstRole.c_str()), CIMValue(end(first))));
     keys.append(CIMKeyBinding(CIMName(secondRole.c_str()), CIMValue(end(second))));
-    return text(CIMObjectPath(String("switch1.example.net"),
-                              CIMNamespaceName(other.c_str()),
-                              CIMName(className.c_str()),
-                              keys));
+    return text(CIMObjectPath(String("switch1.example.net"), CIMNamespaceName(other.c_str()),
+                              CIMName(className.c_str()), keys));
 }
 
-std::string dependency(const std::string& className,
-                       const std::string& antecedent,
+std::string dependency(const std::string& className, const std::string& antecedent,
                        const std::string& dependent) {
     return association(className, "Antecedent", antecedent, "Dependent", dependent);
 }
 
 std::string conformance(const std::string& standard, const std::string& element) {
-    return association(
-        "CIM_ElementConformsToProfile", "ConformantStandard", standard, "ManagedElement", element);
+    return association("CIM_ElementConformsToProfile", "ConformantStandard", standard,
+                       "ManagedElement", element);
 }
 
 /// What an enumeration of a served class traces behind its frame and delivers.
@@ -75,22 +70,17 @@ const Lines destroyed = {"OrvexOMHost - destructor(): Start "};
 const std::string reference = "Quil regProfRef() Start";
 
 std::vector<Enumeration> enumerations() {
-    const Lines pairs = {dependency("CIM_SubProfileRequiresProfile",
-                                    profile(inRequest, "Orvex1"),
+    const Lines pairs = {dependency("CIM_SubProfileRequiresProfile", profile(inRequest, "Orvex1"),
                                     profile(inRequest, "Orvex3")),
-                         dependency("CIM_SubProfileRequiresProfile",
-                                    profile(inRequest, "Orvex1"),
+                         dependency("CIM_SubProfileRequiresProfile", profile(inRequest, "Orvex1"),
                                     profile(inRequest, "Orvex4")),
-                         dependency("CIM_SubProfileRequiresProfile",
-                                    profile(inRequest, "Orvex2"),
+                         dependency("CIM_SubProfileRequiresProfile", profile(inRequest, "Orvex2"),
                                     profile(inRequest, "Orvex5"))};
     const Lines conforming = {conformance(profile(inRequest, "Orvex1"), vsan),
                               conformance(profile(inRequest, "Orvex2"), computer),
                               conformance(profile(inRequest, "Orvex6"), manager)};
-    const Lines conformingTrace = {" Quil ElementConformsToProfile Instances ",
-                                   reference,
-                                   " Quil ElementConformsToProfile ei - Switch ",
-                                   reference,
+    const Lines conformingTrace = {" Quil ElementConformsToProfile Instances ", reference,
+                                   " Quil ElementConformsToProfile ei - Switch ", reference,
                                    reference};
     Lines identities;
     for (const char* id : {"Orvex1", "Orvex2", "Orvex6", "Orvex3", "Orvex4", "Orvex5"}) {
@@ -116,21 +106,13 @@ std::vector<Enumeration> enumerations() {
          {},
          {profile(inOwn, "Orvex1"), profile(inOwn, "Orvex2"), profile(inOwn, "Orvex6")}},
         {"CIM_RegisteredSubProfile",
-         {"Quil regSubProfInstNames() Start",
-          "Quil regSubProfInstNames() i = 0",
-          reference,
-          "Quil regSubProfInstNames() i = 1",
-          reference,
-          "Quil regSubProfInstNames() i = 2",
-          reference,
-          "Quil regSubProfInstNames() Exit"},
+         {"Quil regSubProfInstNames() Start", "Quil regSubProfInstNames() i = 0", reference,
+          "Quil regSubProfInstNames() i = 1", reference, "Quil regSubProfInstNames() i = 2",
+          reference, "Quil regSubProfInstNames() Exit"},
          {profile(inRequest, "Orvex3"), profile(inRequest, "Orvex4"), profile(inRequest, "Orvex5")},
          {},
          {profile(inOwn, "Orvex3"), profile(inOwn, "Orvex4"), profile(inOwn, "Orvex5")}},
-        {"CIM_SubProfileRequiresProfile",
-         repeated(6, reference),
-         pairs,
-         repeated(6, reference),
+        {"CIM_SubProfileRequiresProfile", repeated(6, reference), pairs, repeated(6, reference),
          pairs},
         {"CIM_ElementConformsToProfile", conformingTrace, conforming, conformingTrace, conforming},
         {"ORVEX_ObjectManagerHost",
@@ -139,8 +121,7 @@ std::vector<Enumeration> enumerations() {
                  {"Quil orvexOMHostInstNames(): Exit"}}),
          {host},
          joined({{"Quil orvexOMHostInstances() Start",
-                  "_getClassFromCIMOM(): className ORVEX_ObjectManagerHost",
-                  "Quil - temp msg",
+                  "_getClassFromCIMOM(): className ORVEX_ObjectManagerHost", "Quil - temp msg",
                   "Quil: temp msg 23"},
                  destroyed,
                  {"Quil orvexOMHostInstances(): Exit"}}),
@@ -148,10 +129,8 @@ std::vector<Enumeration> enumerations() {
         {"ORVEX_SoftwareIdentity",
          {"Quil orvexSIInstNames() Start", "Quil orvexSIInstNames(): Exit"},
          {identity},
-         {"Quil orvexSIInstances() Start",
-          "_getClassFromCIMOM(): className ORVEX_SoftwareIdentity",
-          "Quil: temp msg 23",
-          "Quil orvexSIInstances(): Exit"},
+         {"Quil orvexSIInstances() Start", "_getClassFromCIMOM(): className ORVEX_SoftwareIdentity",
+          "Quil: temp msg 23", "Quil orvexSIInstances(): Exit"},
          {identity}},
         {"CIM_HostedService", hosted, service, hosted, service},
         {"CIM_HostedAccessPoint", accessed, accessPoint, accessed, accessPoint},
@@ -160,12 +139,9 @@ std::vector<Enumeration> enumerations() {
         {"CIM_CommMechanismForManager", member, mechanisms, member, mechanisms},
     };
     // Nobody here enumerates these: the answer is empty, and complete.
-    for (const char* className : {"CIM_ReferencedProfile",
-                                  "CIM_ObjectManager",
-                                  "CIM_CIMXMLCommunicationMechanism",
-                                  "PG_CIMXMLCommunicationMechanism",
-                                  "CIM_Namespace",
-                                  "PG_Namespace"}) {
+    for (const char* className :
+         {"CIM_ReferencedProfile", "CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism",
+          "PG_CIMXMLCommunicationMechanism", "CIM_Namespace", "PG_Namespace"}) {
         rows.push_back({className, {}, {}, {}, {}});
     }
     return rows;
@@ -192,9 +168,7 @@ class InstanceOperationsTest : public ModuleTest {
 class EnumerationTest : public InstanceOperationsTest,
                         public testing::WithParamInterface<Enumeration> {
   protected:
-    void expectAnswer(const std::string& operation,
-                      const std::string& spelling,
-                      const Lines& trace,
+    void expectAnswer(const std::string& operation, const std::string& spelling, const Lines& trace,
                       const Lines& paths) {
         SCOPED_TRACE(operation + " " + spelling);
         const Answer answer = ask(provider, operation, pathOf(spelling, {}, other));
@@ -251,9 +225,8 @@ TEST_P(EnumerationTest, InstancesAreTheSameWhateverThePropertyListAndTheFlags) {
 
 TEST_F(InstanceOperationsTest, ReadBacksGoToTheNamespaceOfTheRequest) {
     ask(provider, "enumerateInstanceNames", pathOf("CIM_NamespaceInManager", {}, "root/third"));
-    EXPECT_EQ(server->calls,
-              (Lines{"enumerateInstanceNames root/third CIM_ObjectManager",
-                     "enumerateInstanceNames root/third CIM_Namespace"}));
+    EXPECT_EQ(server->calls, (Lines{"enumerateInstanceNames root/third CIM_ObjectManager",
+                                    "enumerateInstanceNames root/third CIM_Namespace"}));
 }
 
 namespace {
@@ -328,31 +301,22 @@ std::vector<Get> gets() {
          "Name",
          "Switch1.example.net",
          joined({{"Quil getOrvexOHostInstance(): Start - key is Switch1.example.net",
-                  "_getClassFromCIMOM(): className ORVEX_ObjectManagerHost",
-                  "Quil - temp msg",
+                  "_getClassFromCIMOM(): className ORVEX_ObjectManagerHost", "Quil - temp msg",
                   "Quil: temp msg 23"},
                  destroyed,
                  {"Quil getOrvexOHostInstance(): Exit "}}),
-         {"CreationClassName: string ORVEX_ObjectManagerHost",
-          "Name: string switch1.example.net",
-          "NameFormat: string Other",
-          "Description: string ",
-          "ElementName: string ",
+         {"CreationClassName: string ORVEX_ObjectManagerHost", "Name: string switch1.example.net",
+          "NameFormat: string Other", "Description: string ", "ElementName: string ",
           "OperationalStatus: uint16[] 2 "},
          host},
         {"ORVEX_SoftwareIdentity",
          "InstanceID",
          "orvexSI1",
-         {"Quil getOrvexSIInstance(): Start - key is orvexSI1",
-          "Quil getOrvexSIInstance():In loop",
-          "_getClassFromCIMOM(): className ORVEX_SoftwareIdentity",
-          "Quil: temp msg 23",
+         {"Quil getOrvexSIInstance(): Start - key is orvexSI1", "Quil getOrvexSIInstance():In loop",
+          "_getClassFromCIMOM(): className ORVEX_SoftwareIdentity", "Quil: temp msg 23",
           "Quil getOrvexSIInstance(): Exit "},
-         {"InstanceID: string OrvexSI1",
-          "Name: string Kelmar",
-          "VersionString: string 3.0",
-          "Manufacturer: string Orvex Systems",
-          "Classifications: uint16[] 10 "},
+         {"InstanceID: string OrvexSI1", "Name: string Kelmar", "VersionString: string 3.0",
+          "Manufacturer: string Orvex Systems", "Classifications: uint16[] 10 "},
          identity},
     };
     const struct {
@@ -360,18 +324,14 @@ std::vector<Get> gets() {
         const char* start;
         const char* exit;
     } echoes[] = {
-        {"CIM_HostedService",
-         "getOrvexSPHostedServiceInstance(): Start ",
+        {"CIM_HostedService", "getOrvexSPHostedServiceInstance(): Start ",
          "getOrvexSpHostedServiceInstance () - Exit "},
-        {"CIM_HostedAccessPoint",
-         "getOrvexSPHostedAccessPointInstance(): Start ",
+        {"CIM_HostedAccessPoint", "getOrvexSPHostedAccessPointInstance(): Start ",
          "getOrvexSpHostedAccessPointInstance () - Exit "},
         {"CIM_NamespaceInManager", "getNSInMgrInstance(): Start ", "getNSInMgrInstance () - Exit "},
-        {"CIM_CommMechanismForManager",
-         "getCommMechForMgrInstance(): Start ",
+        {"CIM_CommMechanismForManager", "getCommMechForMgrInstance(): Start ",
          "getCommMechForMgrInstance () - Exit "},
-        {"ORVEX_ElementSoftwareIdentity",
-         "getOrvexSPESIInstance(): Start ",
+        {"ORVEX_ElementSoftwareIdentity", "getOrvexSPESIInstance(): Start ",
          "getOrvexSpESI () - Exit "},
     };
     for (const auto& row : echoes) {
@@ -382,11 +342,9 @@ std::vector<Get> gets() {
                         echoed,
                         requested(row.className)});
     }
-    for (const char* className : {"CIM_ObjectManager",
-                                  "CIM_CIMXMLCommunicationMechanism",
-                                  "PG_CIMXMLCommunicationMechanism",
-                                  "CIM_Namespace",
-                                  "PG_Namespace"}) {
+    for (const char* className :
+         {"CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism",
+          "PG_CIMXMLCommunicationMechanism", "CIM_Namespace", "PG_Namespace"}) {
         rows.push_back({className, "Name", "any", {}, {}, ""});
     }
     return rows;
@@ -473,8 +431,7 @@ TEST_F(InstanceOperationsTest, GetWithoutAnAcceptedKeyIsTracedAndNeverCompleted)
 
 TEST_F(InstanceOperationsTest, GetTakesTheFirstAcceptedKeyAndLooksNoFurther) {
     const Answer answer =
-        ask(provider,
-            "getInstance",
+        ask(provider, "getInstance",
             pathOf("CIM_RegisteredSubProfile",
                    {{"Aaa", "Orvex3"}, {"InstanceID", "Orvex4"}, {"Zzz", "Orvex5"}}));
     EXPECT_EQ(answer.trace,
@@ -489,8 +446,7 @@ TEST_F(InstanceOperationsTest, GetTakesTheFirstAcceptedKeyAndLooksNoFurther) {
 
 TEST_F(InstanceOperationsTest, GetOfAnAssociationAcceptsItsFirstKeyAndUsesTheWholePath) {
     const Answer answer = ask(
-        provider,
-        "getInstance",
+        provider, "getInstance",
         pathOf(
             "CIM_HostedService",
             {{"Aaa", "any"}, {"Antecedent", "CIM_X.Name=\"x\""}, {"Dependent", "CIM_Y.Name=\"y\""}},

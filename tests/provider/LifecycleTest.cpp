@@ -160,8 +160,8 @@ TEST_F(LifecycleTest, WriteOperationsAreRefusedWithoutGateOrTrace) {
     const std::function<void()> operations[] = {
         [&] { instanceProvider.createInstance(context, path, instance, paths); },
         [&] {
-            instanceProvider.modifyInstance(
-                context, path, instance, true, CIMPropertyList(), instances);
+            instanceProvider.modifyInstance(context, path, instance, true, CIMPropertyList(),
+                                            instances);
         },
         [&] { instanceProvider.deleteInstance(context, path, instances); },
     };

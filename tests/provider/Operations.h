@@ -49,13 +49,9 @@ inline Pegasus::CIMName nameOrNull(const std::string& name) {
 }
 
 /// Calls `operation` of `provider` as a server does, through its interfaces.
-inline void call(ServerProfileProvider& provider,
-                 const std::string& operation,
-                 const Pegasus::CIMObjectPath& path,
-                 const Filters& filters,
-                 PathRecorder& paths,
-                 InstanceRecorder& instances,
-                 ObjectRecorder& objects) {
+inline void call(ServerProfileProvider& provider, const std::string& operation,
+                 const Pegasus::CIMObjectPath& path, const Filters& filters, PathRecorder& paths,
+                 InstanceRecorder& instances, ObjectRecorder& objects) {
     const Pegasus::OperationContext context;
     Pegasus::CIMInstanceProvider& instanceProvider = provider;
     Pegasus::CIMAssociationProvider& associationProvider = provider;
@@ -66,53 +62,31 @@ inline void call(ServerProfileProvider& provider,
     if (operation == "enumerateInstanceNames") {
         instanceProvider.enumerateInstanceNames(context, path, paths);
     } else if (operation == "enumerateInstances") {
-        instanceProvider.enumerateInstances(context,
-                                            path,
-                                            filters.includeQualifiers,
-                                            filters.includeClassOrigin,
-                                            filters.propertyList,
+        instanceProvider.enumerateInstances(context, path, filters.includeQualifiers,
+                                            filters.includeClassOrigin, filters.propertyList,
                                             instances);
     } else if (operation == "getInstance") {
-        instanceProvider.getInstance(context,
-                                     path,
-                                     filters.includeQualifiers,
-                                     filters.includeClassOrigin,
-                                     filters.propertyList,
-                                     instances);
+        instanceProvider.getInstance(context, path, filters.includeQualifiers,
+                                     filters.includeClassOrigin, filters.propertyList, instances);
     } else if (operation == "associatorNames") {
-        associationProvider.associatorNames(
-            context, path, associationClass, resultClass, role, resultRole, paths);
+        associationProvider.associatorNames(context, path, associationClass, resultClass, role,
+                                            resultRole, paths);
     } else if (operation == "associators") {
-        associationProvider.associators(context,
-                                        path,
-                                        associationClass,
-                                        resultClass,
-                                        role,
-                                        resultRole,
-                                        filters.includeQualifiers,
-                                        filters.includeClassOrigin,
-                                        filters.propertyList,
-                                        objects);
+        associationProvider.associators(context, path, associationClass, resultClass, role,
+                                        resultRole, filters.includeQualifiers,
+                                        filters.includeClassOrigin, filters.propertyList, objects);
     } else if (operation == "referenceNames") {
         associationProvider.referenceNames(context, path, resultClass, role, paths);
     } else if (operation == "references") {
-        associationProvider.references(context,
-                                       path,
-                                       resultClass,
-                                       role,
-                                       filters.includeQualifiers,
-                                       filters.includeClassOrigin,
-                                       filters.propertyList,
-                                       objects);
+        associationProvider.references(context, path, resultClass, role, filters.includeQualifiers,
+                                       filters.includeClassOrigin, filters.propertyList, objects);
     } else {
         throw std::invalid_argument("no such operation: " + operation);
     }
 }
 
-inline Answer ask(ServerProfileProvider& provider,
-                  const std::string& operation,
-                  const Pegasus::CIMObjectPath& path,
-                  const Filters& filters = Filters()) {
+inline Answer ask(ServerProfileProvider& provider, const std::string& operation,
+                  const Pegasus::CIMObjectPath& path, const Filters& filters = Filters()) {
     PathRecorder paths;
     InstanceRecorder instances;
     ObjectRecorder objects;
@@ -171,10 +145,8 @@ inline std::string keyFailLine(const std::string& className, const std::string& 
 }
 
 /// All messages of `operation` up to and with the acceptance of the key `keyName` of value `value`.
-inline Lines frameLines(const std::string& operation,
-                        const std::string& className,
-                        const std::string& keyName = "",
-                        const std::string& value = "",
+inline Lines frameLines(const std::string& operation, const std::string& className,
+                        const std::string& keyName = "", const std::string& value = "",
                         unsigned keys = 1) {
     Lines lines = joined(
         {startLines(operation, className), gateLines(operation), classLines(operation, className)});

@@ -44,8 +44,7 @@ class SerialisationTest : public ModuleTest {
     }
 
     /// While `first` stands still at `stop`, `second` must not return; afterwards both do.
-    void expectSecondWaits(Stop& stop,
-                           const std::function<void()>& first,
+    void expectSecondWaits(Stop& stop, const std::function<void()>& first,
                            const std::function<void()>& second) {
         tracedBy([&] {
             auto firstDone = std::async(std::launch::async, first);
@@ -60,21 +59,15 @@ class SerialisationTest : public ModuleTest {
     }
 
     /// A request for `operation`, whose handler calls these functions.
-    void request(const std::string& operation,
-                 const std::function<void(std::size_t)>& onDeliver,
+    void request(const std::string& operation, const std::function<void(std::size_t)>& onDeliver,
                  const std::function<void()>& onComplete) {
         PathRecorder paths;
         InstanceRecorder instances;
         ObjectRecorder objects;
         paths.onDeliver = instances.onDeliver = objects.onDeliver = onDeliver;
         paths.onComplete = instances.onComplete = objects.onComplete = onComplete;
-        call(provider,
-             operation,
-             pathOf("CIM_RegisteredProfile", {{"InstanceID", "Orvex1"}}),
-             Filters(),
-             paths,
-             instances,
-             objects);
+        call(provider, operation, pathOf("CIM_RegisteredProfile", {{"InstanceID", "Orvex1"}}),
+             Filters(), paths, instances, objects);
         EXPECT_EQ(paths.completeCalls + instances.completeCalls + objects.completeCalls, 1U);
     }
 };
@@ -104,8 +97,7 @@ TEST_F(SerialisationTest, CompletionBelongsToTheRequest) {
         SCOPED_TRACE(first);
         Stop stop;
         expectSecondWaits(
-            stop,
-            [&] { request(first, nullptr, [&] { stop.here(); }); },
+            stop, [&] { request(first, nullptr, [&] { stop.here(); }); },
             [&] { request("enumerateInstanceNames", nullptr, nullptr); });
     }
 }
@@ -118,8 +110,8 @@ TEST_F(SerialisationTest, RequestWaitsForOneThatReadsBack) {
         stop,
         [&] {
             PathRecorder paths;
-            provider.enumerateInstanceNames(
-                OperationContext(), pathOf("CIM_NamespaceInManager"), paths);
+            provider.enumerateInstanceNames(OperationContext(), pathOf("CIM_NamespaceInManager"),
+                                            paths);
         },
         [&] { request("getInstance", nullptr, nullptr); });
 }
@@ -128,8 +120,7 @@ TEST_F(SerialisationTest, RequestWaitsForOneThatBuildsTheCatalogueAndFindsIt) {
     Stop stop;
     server->fail("getClass", "CIM_RegisteredSubProfile", [&] { stop.here(); });
     expectSecondWaits(
-        stop,
-        [&] { request("enumerateInstanceNames", nullptr, nullptr); },
+        stop, [&] { request("enumerateInstanceNames", nullptr, nullptr); },
         [&] { request("references", nullptr, nullptr); });
     EXPECT_EQ(provider.registeredProfiles().size(), 3U);
 }
@@ -142,8 +133,8 @@ TEST_F(SerialisationTest, RequestWhileInitializeRunsWaitsForTheMutexAndNotInTheL
         auto initialized = std::async(std::launch::async, [&] { provider.initialize(handle); });
         EXPECT_TRUE(stop.reached());
         auto answered = std::async(std::launch::async, [&] {
-            provider.enumerateInstanceNames(
-                OperationContext(), pathOf("CIM_RegisteredProfile"), paths);
+            provider.enumerateInstanceNames(OperationContext(), pathOf("CIM_RegisteredProfile"),
+                                            paths);
         });
         EXPECT_EQ(answered.wait_for(milliseconds(200)), std::future_status::timeout);
         stop.goOn();

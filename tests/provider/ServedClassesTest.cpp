@@ -104,14 +104,10 @@ TEST_P(ServedClassTest, RefusesOtherKeysAndSaysSo) {
 }
 
 TEST_F(UnservedClassTest, IsTracedAndNotSupported) {
-    for (const char* name : {"CIM_ManagedElement",
-                             "PG_ObjectManager",
-                             "ORVEX_Vsan",
-                             "CIM_RegisteredProfiles",
-                             "CIM_RegisteredProfil",
-                             "ORVEX_RegisteredProfile",
-                             "CIM_SoftwareIdentity",
-                             "CIM_ElementSoftwareIdentity"}) {
+    for (const char* name :
+         {"CIM_ManagedElement", "PG_ObjectManager", "ORVEX_Vsan", "CIM_RegisteredProfiles",
+          "CIM_RegisteredProfil", "ORVEX_RegisteredProfile", "CIM_SoftwareIdentity",
+          "CIM_ElementSoftwareIdentity"}) {
         CIMName className(name);
         std::string thrown;
         EXPECT_EQ(tracedBy([&] {
@@ -143,12 +139,11 @@ TEST_F(UnservedClassTest, IsAnsweredByNothingAndNeverCompleted) {
     provider.initialize(handle);
     for (const std::string& operation : readOperations()) {
         const Answer answer = ask(provider, operation, path);
-        EXPECT_EQ(answer.trace,
-                  traceLines(joined({startLines(operation, "CIM_ManagedElement"),
-                                     gateLines(operation),
-                                     classLines(operation, "CIM_ManagedElement"),
-                                     {"Quil _checkClass(): failed ",
-                                      "Quil " + operation + "(): Exception - "}})));
+        EXPECT_EQ(answer.trace, traceLines(joined({startLines(operation, "CIM_ManagedElement"),
+                                                   gateLines(operation),
+                                                   classLines(operation, "CIM_ManagedElement"),
+                                                   {"Quil _checkClass(): failed ",
+                                                    "Quil " + operation + "(): Exception - "}})));
         EXPECT_TRUE(answer.paths.empty()) << operation;
         EXPECT_EQ(answer.completeCalls + answer.processingCalls, 0U) << operation;
     }

@@ -20,20 +20,18 @@ class TraceTest : public ModuleTest {};
 } // namespace
 
 TEST_F(TraceTest, LineIsThePrefixTheMessageAndTheValues) {
-    EXPECT_EQ(tracedBy([] {
-                  trace("message ");
-                  trace("");
-                  trace("flags ", true, false);
-                  trace("numbers ", Sint32(-1), Uint32(4294967295U), Sint32(0));
-                  trace("names ", CIMName("CIM_X"), " ", String("text"), CIMName());
-                  trace("none ", static_cast<const char*>(nullptr));
-              }),
-              (Lines{"ServerProfileProvider message ",
-                     "ServerProfileProvider ",
-                     "ServerProfileProvider flags 10",
-                     "ServerProfileProvider numbers -142949672950",
-                     "ServerProfileProvider names CIM_X text",
-                     "ServerProfileProvider none "}));
+    EXPECT_EQ(
+        tracedBy([] {
+            trace("message ");
+            trace("");
+            trace("flags ", true, false);
+            trace("numbers ", Sint32(-1), Uint32(4294967295U), Sint32(0));
+            trace("names ", CIMName("CIM_X"), " ", String("text"), CIMName());
+            trace("none ", static_cast<const char*>(nullptr));
+        }),
+        (Lines{"ServerProfileProvider message ", "ServerProfileProvider ",
+               "ServerProfileProvider flags 10", "ServerProfileProvider numbers -142949672950",
+               "ServerProfileProvider names CIM_X text", "ServerProfileProvider none "}));
 }
 
 TEST_F(TraceTest, TextsAreUtf8) {

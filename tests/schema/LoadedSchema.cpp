@@ -3,11 +3,9 @@
 using Pegasus::CIMName;
 using Pegasus::Uint32;
 
-const std::vector<std::string> commonFiles = {"schema/cim_schema.mof",
-                                              "schema/pg_server.mof",
-                                              "schema/orvex_switch.mof",
-                                              "schema/orvex_serverprofile.mof",
-                                              "samples/sample_switch.mof"};
+const std::vector<std::string> commonFiles = {
+    "schema/cim_schema.mof", "schema/pg_server.mof", "schema/orvex_switch.mof",
+    "schema/orvex_serverprofile.mof", "samples/sample_switch.mof"};
 const std::vector<std::string> interopFiles = {"schema/pg_registration.mof",
                                                "schema/serverprofile_registration.mof"};
 

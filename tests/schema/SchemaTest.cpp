@@ -95,12 +95,8 @@ TEST_F(LoadedSchema, GivesClassesTheKeysOfCim) {
         {"CIM_ObjectManager", inSystem},
         {"CIM_CIMXMLCommunicationMechanism", inSystem},
         {"CIM_Namespace",
-         {"CreationClassName",
-          "Name",
-          "ObjectManagerCreationClassName",
-          "ObjectManagerName",
-          "SystemCreationClassName",
-          "SystemName"}},
+         {"CreationClassName", "Name", "ObjectManagerCreationClassName", "ObjectManagerName",
+          "SystemCreationClassName", "SystemName"}},
         {"CIM_ComputerSystem", {"CreationClassName", "Name"}},
         {"CIM_AdminDomain", {"CreationClassName", "Name"}},
         {"ORVEX_ObjectManagerHost", {"CreationClassName", "Name"}},
@@ -137,8 +133,7 @@ TEST_F(LoadedSchema, LetsAssociationsReferToTheClassesOfCim) {
              {"CIM_NamespaceInManager", "Antecedent", "CIM_ObjectManager"},
              {"CIM_NamespaceInManager", "Dependent", "CIM_Namespace"},
              {"CIM_CommMechanismForManager", "Antecedent", "CIM_ObjectManager"},
-             {"CIM_CommMechanismForManager",
-              "Dependent",
+             {"CIM_CommMechanismForManager", "Dependent",
               "CIM_ObjectManagerCommunicationMechanism"},
              {"CIM_HostedService", "Antecedent", "CIM_System"},
              {"CIM_HostedService", "Dependent", "CIM_Service"},
@@ -236,13 +231,9 @@ TEST_F(LoadedSchema, NamesTheValuesThatTheProfileUses) {
                            {"CIM_Namespace", "ClassType", "2", "CIM"},
                            {"CIM_Namespace", "ClassInfo", "200", "DMI Recast"},
                            {"CIM_ObjectManagerCommunicationMechanism",
-                            "AuthenticationMechanismsSupported",
-                            "3",
-                            "Basic"},
+                            "AuthenticationMechanismsSupported", "3", "Basic"},
                            {"CIM_ObjectManagerCommunicationMechanism",
-                            "FunctionalProfilesSupported",
-                            "6",
-                            "Association Traversal"}}) {
+                            "FunctionalProfilesSupported", "6", "Association Traversal"}}) {
         const Words map = listQualifier(c.className, c.property, "ValueMap");
         const Words values = listQualifier(c.className, c.property, "Values");
         const auto at = std::find(map.begin(), map.end(), c.number) - map.begin();

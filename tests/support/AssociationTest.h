@@ -37,9 +37,8 @@ inline std::string subProfilePath(const std::string& id,
 inline const std::string identityPath =
     ownPath("root/cimv2", "ORVEX_SoftwareIdentity.InstanceID=\"OrvexSI1\"");
 inline const std::string hostPath =
-    ownPath("root/cimv2",
-            "ORVEX_ObjectManagerHost.CreationClassName=\"ORVEX_ObjectManagerHost\","
-            "Name=\"switch1.example.net\"");
+    ownPath("root/cimv2", "ORVEX_ObjectManagerHost.CreationClassName=\"ORVEX_ObjectManagerHost\","
+                          "Name=\"switch1.example.net\"");
 
 // What the server holds, as it names it: hosts and namespaces differ from the request's, and may be
 // missing.
@@ -205,8 +204,7 @@ inline const std::vector<Failure>& serverFailures() {
         {"CIMException 7 no provider",
          [] { throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "no provider"); },
          "no provider"},
-        {"CIMException 2 not yours",
-         [] { throw Pegasus::CIMAccessDeniedException("not yours"); },
+        {"CIMException 2 not yours", [] { throw Pegasus::CIMAccessDeniedException("not yours"); },
          "not yours"}};
     return all;
 }
@@ -215,8 +213,7 @@ inline const std::vector<Failure>& serverFailures() {
 inline const std::vector<Failure>& libraryFailures() {
     static const std::vector<Failure> all = {
         {"Exception connection lost",
-         [] { throw Pegasus::Exception(Pegasus::String("connection lost")); },
-         "connection lost"}};
+         [] { throw Pegasus::Exception(Pegasus::String("connection lost")); }, "connection lost"}};
     return all;
 }
 
@@ -280,10 +277,8 @@ class AssociationTest : public ModuleTest {
     }
 
     /// An enumeration that delivers instances or, without them, names.
-    using Helper = void (ServerProfileProvider::*)(Pegasus::String,
-                                                   Pegasus::ResponseHandler&,
-                                                   const Pegasus::String&,
-                                                   bool instances);
+    using Helper = void (ServerProfileProvider::*)(Pegasus::String, Pegasus::ResponseHandler&,
+                                                   const Pegasus::String&, bool instances);
 
     Outcome enumerate(Helper helper, bool names, std::size_t accepted = ~std::size_t(0)) {
         const auto call = [&](Pegasus::ResponseHandler& handler) {

@@ -49,8 +49,7 @@ ChildProcess::~ChildProcess() {
     ::close(_output);
 }
 
-const std::string& ChildProcess::outputUntil(const std::string& text,
-                                             unsigned times,
+const std::string& ChildProcess::outputUntil(const std::string& text, unsigned times,
                                              std::chrono::milliseconds atMost) {
     const Clock::time_point end = Clock::now() + atMost;
     while (!_ended && occurrences(_written, text) < times) {

@@ -20,8 +20,8 @@ class ChildProcess {
 
     /// Everything written so far, after waiting until `text` was written `times` times, the process
     /// has ended, or `atMost` has passed.
-    const std::string&
-    outputUntil(const std::string& text, unsigned times, std::chrono::milliseconds atMost);
+    const std::string& outputUntil(const std::string& text, unsigned times,
+                                   std::chrono::milliseconds atMost);
     /// Everything written so far, after `time`, or after the end of the process.
     const std::string& outputFor(std::chrono::milliseconds time);
     /// Whether the process has closed its output, as its end does.

@@ -14,8 +14,8 @@ struct EchoClass {
     Lines startLines;
     Lines exitLines;
     bool keepsPath; ///< else the instance has the path that its class gives it
-    std::function<Pegasus::CIMInstance(
-        ServerProfileProvider&, const Pegasus::CIMObjectPath&, Pegasus::InstanceResponseHandler&)>
+    std::function<Pegasus::CIMInstance(ServerProfileProvider&, const Pegasus::CIMObjectPath&,
+                                       Pegasus::InstanceResponseHandler&)>
         get;
 };
 
@@ -38,9 +38,7 @@ class EchoTest : public AssociationTest {
     }
 
     /// Expects the ends `first` and `second` (empty: no end) back for `keys`, from nowhere else.
-    void expectBack(const EchoClass& wanted,
-                    const Keys& keys,
-                    const std::string& first,
+    void expectBack(const EchoClass& wanted, const Keys& keys, const std::string& first,
                     const std::string& second) {
         const Got got = get(wanted, keys);
         const std::string path =
@@ -76,13 +74,9 @@ class EchoTest : public AssociationTest {
         }
         {
             SCOPED_TRACE("names of keys in any case");
-            expectBack(wanted,
-                       {{inCase(one, false), first}, {inCase(two, true), second}},
-                       ownFirst,
+            expectBack(wanted, {{inCase(one, false), first}, {inCase(two, true), second}}, ownFirst,
                        ownSecond);
-            expectBack(wanted,
-                       {{inCase(one, true), first}, {inCase(two, false), second}},
-                       ownFirst,
+            expectBack(wanted, {{inCase(one, true), first}, {inCase(two, false), second}}, ownFirst,
                        ownSecond);
         }
         {
@@ -95,20 +89,17 @@ class EchoTest : public AssociationTest {
             SCOPED_TRACE("other keys are ignored, whatever they hold");
             expectBack(wanted,
                        {{one + "s", "no path"}, {one, first}, {two, second}, {"Zone", "no path"}},
-                       ownFirst,
-                       ownSecond);
+                       ownFirst, ownSecond);
         }
         {
             SCOPED_TRACE("the later of two keys of one name counts");
             expectBack(wanted,
                        {{one, second}, {inCase(one, true), first}, {two, first}, {two, second}},
-                       ownFirst,
-                       ownSecond);
+                       ownFirst, ownSecond);
         }
         {
             SCOPED_TRACE("ends that no server holds");
-            expectBack(wanted,
-                       {{one, "CIM_Any.Id=\"1\""}, {two, "Other_Thing.A=\"x\",B=2"}},
+            expectBack(wanted, {{one, "CIM_Any.Id=\"1\""}, {two, "Other_Thing.A=\"x\",B=2"}},
                        ownPath(requestNameSpace, "CIM_Any.Id=\"1\""),
                        ownPath(requestNameSpace, "Other_Thing.A=\"x\",B=2"));
         }

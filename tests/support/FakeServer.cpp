@@ -14,9 +14,8 @@ namespace testsupport {
 namespace {
 
 std::string lower(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) {
-        return static_cast<char>(std::tolower(c));
-    });
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return name;
 }
 
@@ -70,35 +69,24 @@ CIMClass makeClass(const std::string& name, const std::vector<std::string>& prop
 std::shared_ptr<FakeServer> FakeServer::withSchema() {
     auto server = std::make_shared<FakeServer>();
     for (const char* name : {"CIM_RegisteredProfile", "CIM_RegisteredSubProfile"}) {
-        CIMClass profile = makeClass(name,
-                                     {"string InstanceID",
-                                      "string Caption",
-                                      "uint16 RegisteredOrganization",
-                                      "string OtherRegisteredOrganization",
-                                      "string RegisteredName",
-                                      "string RegisteredVersion",
-                                      "uint16[] AdvertiseTypes",
-                                      "string[] AdvertiseTypeDescriptions"});
+        CIMClass profile =
+            makeClass(name, {"string InstanceID", "string Caption", "uint16 RegisteredOrganization",
+                             "string OtherRegisteredOrganization", "string RegisteredName",
+                             "string RegisteredVersion", "uint16[] AdvertiseTypes",
+                             "string[] AdvertiseTypeDescriptions"});
         profile.addQualifier(CIMQualifier(CIMName("Version"), CIMValue(String("2.41.0"))));
         profile.addQualifier(
             CIMQualifier(CIMName("Description"), CIMValue(String("A profile of the tests."))));
         server->define(profile);
     }
     server->define(makeClass("ORVEX_ObjectManagerHost",
-                             {"string CreationClassName",
-                              "string Name",
-                              "string NameFormat",
-                              "string Description",
-                              "string ElementName",
-                              "uint16[] OperationalStatus",
-                              "string PrimaryOwnerName"}));
-    server->define(makeClass("ORVEX_SoftwareIdentity",
-                             {"string InstanceID",
-                              "string Name",
-                              "string VersionString",
-                              "string Manufacturer",
-                              "uint16[] Classifications",
-                              "string SerialNumber"}));
+                             {"string CreationClassName", "string Name", "string NameFormat",
+                              "string Description", "string ElementName",
+                              "uint16[] OperationalStatus", "string PrimaryOwnerName"}));
+    server->define(
+        makeClass("ORVEX_SoftwareIdentity",
+                  {"string InstanceID", "string Name", "string VersionString",
+                   "string Manufacturer", "uint16[] Classifications", "string SerialNumber"}));
     return server;
 }
 
@@ -130,19 +118,15 @@ void FakeServer::publish(const std::string& className, const std::vector<std::st
     publish(className, objects);
 }
 
-void FakeServer::fail(const std::string& operation,
-                      const std::string& className,
+void FakeServer::fail(const std::string& operation, const std::string& className,
                       const std::function<void()>& how) {
     _failures[lower(operation + " " + className)] = how;
 }
 
-void FakeServer::fail(const std::string& operation,
-                      const std::string& className,
-                      CIMStatusCode status,
-                      const std::string& message) {
-    fail(operation, className, [status, message] {
-        throw CIMException(status, String(message.c_str()));
-    });
+void FakeServer::fail(const std::string& operation, const std::string& className,
+                      CIMStatusCode status, const std::string& message) {
+    fail(operation, className,
+         [status, message] { throw CIMException(status, String(message.c_str())); });
 }
 
 void FakeServer::failIfTold(const std::string& operation, const std::string& className) const {
@@ -158,12 +142,9 @@ const std::vector<CIMInstance>& FakeServer::objectsOf(const std::string& classNa
     return found != _objects.end() ? found->second : none;
 }
 
-CIMClass FakeServer::getClass(const OperationContext&,
-                              const CIMNamespaceName& nameSpace,
-                              const CIMName& className,
-                              Boolean localOnly,
-                              Boolean includeQualifiers,
-                              Boolean includeClassOrigin,
+CIMClass FakeServer::getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
+                              const CIMName& className, Boolean localOnly,
+                              Boolean includeQualifiers, Boolean includeClassOrigin,
                               const CIMPropertyList& propertyList) {
     const std::string name = text(className.getString());
     const std::string space = text(nameSpace.getString());
@@ -178,12 +159,9 @@ CIMClass FakeServer::getClass(const OperationContext&,
     return found->second;
 }
 
-CIMInstance FakeServer::getInstance(const OperationContext&,
-                                    const CIMNamespaceName& nameSpace,
-                                    const CIMObjectPath& instanceName,
-                                    Boolean localOnly,
-                                    Boolean includeQualifiers,
-                                    Boolean includeClassOrigin,
+CIMInstance FakeServer::getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
+                                    const CIMObjectPath& instanceName, Boolean localOnly,
+                                    Boolean includeQualifiers, Boolean includeClassOrigin,
                                     const CIMPropertyList& propertyList) {
     const std::string name = text(instanceName.getClassName().getString());
     calls.push_back("getInstance " + text(nameSpace.getString()) + " " + text(instanceName) +
@@ -203,10 +181,8 @@ CIMInstance FakeServer::getInstance(const OperationContext&,
 
 Array<CIMInstance> FakeServer::enumerateInstances(const OperationContext&,
                                                   const CIMNamespaceName& nameSpace,
-                                                  const CIMName& className,
-                                                  Boolean deepInheritance,
-                                                  Boolean localOnly,
-                                                  Boolean includeQualifiers,
+                                                  const CIMName& className, Boolean deepInheritance,
+                                                  Boolean localOnly, Boolean includeQualifiers,
                                                   Boolean includeClassOrigin,
                                                   const CIMPropertyList& propertyList) {
     const std::string name = text(className.getString());

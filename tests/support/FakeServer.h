@@ -36,41 +36,32 @@ class FakeServer : public Pegasus::CIMOMHandleRep {
 
     /// What `operation` ("getClass", "enumerateInstanceNames", ...) on `className` does instead of
     /// answering, from now on; an empty function takes it back.
-    void fail(const std::string& operation,
-              const std::string& className,
+    void fail(const std::string& operation, const std::string& className,
               const std::function<void()>& how);
     /// Throws CIMException with that status and message.
-    void fail(const std::string& operation,
-              const std::string& className,
-              Pegasus::CIMStatusCode status,
-              const std::string& message = "");
+    void fail(const std::string& operation, const std::string& className,
+              Pegasus::CIMStatusCode status, const std::string& message = "");
 
     /// One line for each call: "operation nameSpace class-or-path flags", flags as "name=0|1".
     std::vector<std::string> calls;
 
     Pegasus::CIMClass getClass(const Pegasus::OperationContext& context,
                                const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className,
-                               Pegasus::Boolean localOnly,
+                               const Pegasus::CIMName& className, Pegasus::Boolean localOnly,
                                Pegasus::Boolean includeQualifiers,
                                Pegasus::Boolean includeClassOrigin,
                                const Pegasus::CIMPropertyList& propertyList) override;
     Pegasus::CIMInstance getInstance(const Pegasus::OperationContext& context,
                                      const Pegasus::CIMNamespaceName& nameSpace,
                                      const Pegasus::CIMObjectPath& instanceName,
-                                     Pegasus::Boolean localOnly,
-                                     Pegasus::Boolean includeQualifiers,
+                                     Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
                                      Pegasus::Boolean includeClassOrigin,
                                      const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::Array<Pegasus::CIMInstance>
-    enumerateInstances(const Pegasus::OperationContext& context,
-                       const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className,
-                       Pegasus::Boolean deepInheritance,
-                       Pegasus::Boolean localOnly,
-                       Pegasus::Boolean includeQualifiers,
-                       Pegasus::Boolean includeClassOrigin,
-                       const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::Array<Pegasus::CIMInstance> enumerateInstances(
+        const Pegasus::OperationContext& context, const Pegasus::CIMNamespaceName& nameSpace,
+        const Pegasus::CIMName& className, Pegasus::Boolean deepInheritance,
+        Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
+        Pegasus::Boolean includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) override;
     Pegasus::Array<Pegasus::CIMObjectPath>
     enumerateInstanceNames(const Pegasus::OperationContext& context,
                            const Pegasus::CIMNamespaceName& nameSpace,

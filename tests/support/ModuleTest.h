@@ -49,12 +49,9 @@ inline Lines entryLines(const std::string& className) {
 /// The messages of the catalogue being built.
 inline Lines catalogueLines() {
     Lines all = {"Quil initData(): Start InitInProgress 1"};
-    for (const char* className : {"CIM_RegisteredProfile",
-                                  "CIM_RegisteredProfile",
-                                  "CIM_RegisteredSubProfile",
-                                  "CIM_RegisteredSubProfile",
-                                  "CIM_RegisteredSubProfile",
-                                  "CIM_RegisteredProfile"}) {
+    for (const char* className :
+         {"CIM_RegisteredProfile", "CIM_RegisteredProfile", "CIM_RegisteredSubProfile",
+          "CIM_RegisteredSubProfile", "CIM_RegisteredSubProfile", "CIM_RegisteredProfile"}) {
         all = joined({all, entryLines(className)});
     }
     return joined({all, {"OrvexOMHost - destructor(): Start ", "Quil initData(): Exit "}});
@@ -63,8 +60,7 @@ inline Lines catalogueLines() {
 using Keys = std::vector<std::pair<std::string, std::string>>;
 
 /// A path as a server hands it to a provider; the keys are strings.
-inline Pegasus::CIMObjectPath pathOf(const std::string& className,
-                                     const Keys& keys = {},
+inline Pegasus::CIMObjectPath pathOf(const std::string& className, const Keys& keys = {},
                                      const std::string& nameSpace = "root/cimv2") {
     Pegasus::Array<Pegasus::CIMKeyBinding> bindings;
     for (const auto& [name, value] : keys) {
@@ -74,8 +70,7 @@ inline Pegasus::CIMObjectPath pathOf(const std::string& className,
     }
     return Pegasus::CIMObjectPath(Pegasus::String("client.example.net"),
                                   Pegasus::CIMNamespaceName(nameSpace.c_str()),
-                                  Pegasus::CIMName(className.c_str()),
-                                  bindings);
+                                  Pegasus::CIMName(className.c_str()), bindings);
 }
 
 /// "Name: type value" ("null" for none); arrays as "type[]".

@@ -53,79 +53,43 @@ struct Source {
 /// `source...` of the functions of references is the path of the source, for the classes that take
 /// it.
 template <class AssociatorNames, class Associators, class... SourcePath>
-Source sourceOf(AssociatorNames associatorNames,
-                Associators associators,
-                void (ServerProfileProvider::*referenceNames)(Pegasus::String,
-                                                              const char*,
-                                                              const char*,
-                                                              Pegasus::ObjectPathResponseHandler&,
-                                                              const Pegasus::String&,
-                                                              SourcePath...),
-                void (ServerProfileProvider::*references)(Pegasus::String,
-                                                          const char*,
-                                                          const char*,
-                                                          bool,
-                                                          bool,
-                                                          const Pegasus::CIMPropertyList&,
-                                                          Pegasus::ObjectResponseHandler&,
-                                                          const Pegasus::String&,
-                                                          SourcePath...)) {
+Source
+sourceOf(AssociatorNames associatorNames, Associators associators,
+         void (ServerProfileProvider::*referenceNames)(Pegasus::String, const char*, const char*,
+                                                       Pegasus::ObjectPathResponseHandler&,
+                                                       const Pegasus::String&, SourcePath...),
+         void (ServerProfileProvider::*references)(Pegasus::String, const char*, const char*, bool,
+                                                   bool, const Pegasus::CIMPropertyList&,
+                                                   Pegasus::ObjectResponseHandler&,
+                                                   const Pegasus::String&, SourcePath...)) {
     using Provider = ServerProfileProvider;
     Source source;
     source.associatorNames = [associatorNames](Provider& provider, const Question& q, auto& to) {
-        (provider.*associatorNames)(q.key.c_str(),
-                                    pointer(q.filter),
-                                    pointer(q.resultClass),
-                                    q.role.c_str(),
-                                    q.resultRole.c_str(),
-                                    to,
+        (provider.*associatorNames)(q.key.c_str(), pointer(q.filter), pointer(q.resultClass),
+                                    q.role.c_str(), q.resultRole.c_str(), to,
                                     requestNameSpace.c_str());
     };
     source.associators = [associators](Provider& provider, const Question& q, auto& to) {
-        (provider.*associators)(q.key.c_str(),
-                                pointer(q.filter),
-                                pointer(q.resultClass),
-                                q.role.c_str(),
-                                q.resultRole.c_str(),
-                                q.flags,
-                                q.flags,
-                                q.propertyList,
-                                to,
-                                requestNameSpace.c_str());
+        (provider.*associators)(q.key.c_str(), pointer(q.filter), pointer(q.resultClass),
+                                q.role.c_str(), q.resultRole.c_str(), q.flags, q.flags,
+                                q.propertyList, to, requestNameSpace.c_str());
     };
     source.referenceNames = [referenceNames](Provider& provider, const Question& q, auto& to) {
         if constexpr (sizeof...(SourcePath) == 0) {
-            (provider.*referenceNames)(
-                q.key.c_str(), pointer(q.filter), q.role.c_str(), to, requestNameSpace.c_str());
+            (provider.*referenceNames)(q.key.c_str(), pointer(q.filter), q.role.c_str(), to,
+                                       requestNameSpace.c_str());
         } else {
-            (provider.*referenceNames)(q.key.c_str(),
-                                       pointer(q.filter),
-                                       q.role.c_str(),
-                                       to,
-                                       requestNameSpace.c_str(),
-                                       q.source);
+            (provider.*referenceNames)(q.key.c_str(), pointer(q.filter), q.role.c_str(), to,
+                                       requestNameSpace.c_str(), q.source);
         }
     };
     source.references = [references](Provider& provider, const Question& q, auto& to) {
         if constexpr (sizeof...(SourcePath) == 0) {
-            (provider.*references)(q.key.c_str(),
-                                   pointer(q.filter),
-                                   q.role.c_str(),
-                                   q.flags,
-                                   q.flags,
-                                   q.propertyList,
-                                   to,
-                                   requestNameSpace.c_str());
+            (provider.*references)(q.key.c_str(), pointer(q.filter), q.role.c_str(), q.flags,
+                                   q.flags, q.propertyList, to, requestNameSpace.c_str());
         } else {
-            (provider.*references)(q.key.c_str(),
-                                   pointer(q.filter),
-                                   q.role.c_str(),
-                                   q.flags,
-                                   q.flags,
-                                   q.propertyList,
-                                   to,
-                                   requestNameSpace.c_str(),
-                                   q.source);
+            (provider.*references)(q.key.c_str(), pointer(q.filter), q.role.c_str(), q.flags,
+                                   q.flags, q.propertyList, to, requestNameSpace.c_str(), q.source);
         }
     };
     return source;
@@ -142,8 +106,7 @@ struct Block {
 inline Block joined(const std::vector<Block>& blocks) {
     Block all;
     for (const Block& block : blocks) {
-        all = {joined({all.messages, block.messages}),
-               joined({all.delivered, block.delivered}),
+        all = {joined({all.messages, block.messages}), joined({all.delivered, block.delivered}),
                joined({all.calls, block.calls})};
     }
     return all;
@@ -187,9 +150,7 @@ inline const Lines& anyClass() {
 
 class TraversalTest : public AssociationTest {
   protected:
-    Outcome ask(const Source& source,
-                const std::string& operation,
-                const Question& question,
+    Outcome ask(const Source& source, const std::string& operation, const Question& question,
                 std::size_t accepted = ~std::size_t(0)) {
         const auto names = [&](const auto& function) {
             return observe<PathRecorder>(
@@ -215,8 +176,7 @@ class TraversalTest : public AssociationTest {
 
     /// Expects every operation to answer `question` with `expected(operation)`, whatever the
     /// role, the flags and the property list say.
-    void expectAnswers(const Source& source,
-                       const Question& question,
+    void expectAnswers(const Source& source, const Question& question,
                        const std::function<Block(const std::string& operation)>& expected) {
         for (const std::string& operation : traversalOperations()) {
             SCOPED_TRACE(operation + " from " + question.key + ", filter " +
@@ -235,8 +195,7 @@ class TraversalTest : public AssociationTest {
 
     /// Expects every operation to deliver nothing for every filter but `known`, after its opening
     /// lines.
-    void expectNothingForOthers(const Source& source,
-                                Question question,
+    void expectNothingForOthers(const Source& source, Question question,
                                 const std::set<std::string>& known,
                                 const std::function<Lines(const std::string& operation,
                                                           const Question& question)>& opening) {
@@ -291,8 +250,7 @@ class TraversalTest : public AssociationTest {
 inline const std::string readFlags = " deep=1 localOnly=0 qualifiers=1 origin=1 properties=all";
 
 inline const Lines hostInstanceLines = {"_getClassFromCIMOM(): className ORVEX_ObjectManagerHost",
-                                        "Quil - temp msg",
-                                        "Quil: temp msg 23",
+                                        "Quil - temp msg", "Quil: temp msg 23",
                                         "OrvexOMHost - destructor(): Start "};
 inline const Lines identityInstanceLines = {
     "_getClassFromCIMOM(): className ORVEX_SoftwareIdentity", "Quil: temp msg 23"};
@@ -301,8 +259,7 @@ inline const std::string profileReferenceLine = "Quil regProfRef() Start";
 
 /// The first lines of most traversals; `startOf` tells by what name each operation goes in them.
 inline Lines openingLines(const std::map<std::string, std::string>& startOf,
-                          const std::string& operation,
-                          const Question& question) {
+                          const std::string& operation, const Question& question) {
     const std::string start = " Quil " + startOf.at(operation) + "(): ";
     if (isAssociators(operation)) {
         return {start + "assoc class is " + question.filter.value_or(""),

@@ -36,8 +36,7 @@ class CommunicationMechanismTraversalTest : public TraversalTest {
         return {joined({opening(operation, question), chosenLines(mask, question)}), {}, {}};
     }
 
-    static Block managersOf(const std::string& operation,
-                            const Lines& managers = objectManagers,
+    static Block managersOf(const std::string& operation, const Lines& managers = objectManagers,
                             const Lines& failure = {}) {
         Block block = {joined({{" Quil CommMech ForMgr - 1 "}, failure}),
                        {},
@@ -108,8 +107,8 @@ TEST_F(CommunicationMechanismTraversalTest, FilterChoosesOneInAnyCase) {
 }
 
 TEST_F(CommunicationMechanismTraversalTest, AnyOtherFilterEndsItAtOnce) {
-    expectNothingForOthers(
-        mechanism, asking(""), {"CIM_CommMechanismForManager", "CIM_HostedAccessPoint"}, opening);
+    expectNothingForOthers(mechanism, asking(""),
+                           {"CIM_CommMechanismForManager", "CIM_HostedAccessPoint"}, opening);
 }
 
 TEST_F(CommunicationMechanismTraversalTest, NullFilterCountsAsEmpty) {
@@ -149,8 +148,7 @@ TEST_F(CommunicationMechanismTraversalTest, FailingReadDeliversNothingAndTheHost
         const Question question = asking("");
         expectAnswers(mechanism, question, [&](const std::string& operation) {
             return joined({before(operation, question, 7),
-                           managersOf(operation, {}, failureLine(operation)),
-                           hosted(operation)});
+                           managersOf(operation, {}, failureLine(operation)), hosted(operation)});
         });
         const Question one = asking("CIM_CommMechanismForManager");
         expectAnswers(mechanism, one, [&](const std::string& operation) {

@@ -37,8 +37,8 @@ const std::vector<Row> rows = {
      3},
     {"associator names of a profile",
      [](ServerProfileProvider& provider, PathRecorder& to) {
-         provider._getRegisteredProfileAssociatorNames(
-             "Orvex1", "", "", "", "", to, "root/request");
+         provider._getRegisteredProfileAssociatorNames("Orvex1", "", "", "", "", to,
+                                                       "root/request");
      },
      0},
     {"reference names of a profile",
@@ -48,26 +48,26 @@ const std::vector<Row> rows = {
      0},
     {"associator names of a subprofile",
      [](ServerProfileProvider& provider, PathRecorder& to) {
-         provider._getRegisteredSubProfileAssociatorNames(
-             "Orvex3", "", "", "", "", to, "root/request");
+         provider._getRegisteredSubProfileAssociatorNames("Orvex3", "", "", "", "", to,
+                                                          "root/request");
      },
      0},
     {"reference names of a subprofile",
      [](ServerProfileProvider& provider, PathRecorder& to) {
-         provider._getRegisteredSubProfileReferenceNames(
-             "Orvex3", "ORVEX_ElementSoftwareIdentity", "", to, "root/request");
+         provider._getRegisteredSubProfileReferenceNames("Orvex3", "ORVEX_ElementSoftwareIdentity",
+                                                         "", to, "root/request");
      },
      0},
     {"associator names of the software identity",
      [](ServerProfileProvider& provider, PathRecorder& to) {
-         provider._getOrvexSIAssociatorReferenceHelper(
-             "OrvexSI1", "", "", "", "", false, false, to, "root/request", 0);
+         provider._getOrvexSIAssociatorReferenceHelper("OrvexSI1", "", "", "", "", false, false, to,
+                                                       "root/request", 0);
      },
      3},
     {"reference names of the software identity",
      [](ServerProfileProvider& provider, PathRecorder& to) {
-         provider._getOrvexSIAssociatorReferenceHelper(
-             "OrvexSI1", "", "", "", "", false, false, to, "root/request", 2);
+         provider._getOrvexSIAssociatorReferenceHelper("OrvexSI1", "", "", "", "", false, false, to,
+                                                       "root/request", 2);
      },
      3},
 };
@@ -92,8 +92,8 @@ TEST_F(MalformedEntryTest, WhatDoesNotReadTheEntryIsServed) {
     EXPECT_EQ(elements.delivered.size(), 5U);
     const Outcome none = observe<PathRecorder>([&](PathRecorder& handler) {
         // The server's profile has no subprofile.
-        broken._getRegisteredProfileAssociatorNames(
-            "Orvex6", "CIM_SubProfileRequiresProfile", "", "", "", handler, "root/request");
+        broken._getRegisteredProfileAssociatorNames("Orvex6", "CIM_SubProfileRequiresProfile", "",
+                                                    "", "", handler, "root/request");
     });
     EXPECT_EQ(none.thrown, "");
 }

@@ -32,11 +32,8 @@ Question asking(const std::string& filter, const std::string& resultClass = "") 
 
 class NamespaceTraversalTest : public TraversalTest {
   protected:
-    static Block answer(const std::string& operation,
-                        const Question& question,
-                        int mask,
-                        const Lines& managers = objectManagers,
-                        const Lines& failure = {}) {
+    static Block answer(const std::string& operation, const Question& question, int mask,
+                        const Lines& managers = objectManagers, const Lines& failure = {}) {
         Block block = {
             joined({opening(operation, question),
                     chosenLines(mask, question),
@@ -64,17 +61,15 @@ class NamespaceTraversalTest : public TraversalTest {
 
 TEST_F(NamespaceTraversalTest, EmptyFilterChoosesItAsSeven) {
     const Question question = asking("");
-    expectAnswers(nameSpaceSource, question, [&](const std::string& operation) {
-        return answer(operation, question, 7);
-    });
+    expectAnswers(nameSpaceSource, question,
+                  [&](const std::string& operation) { return answer(operation, question, 7); });
 }
 
 TEST_F(NamespaceTraversalTest, FilterChoosesItInAnyCase) {
     for (const std::string filter : {"CIM_NamespaceInManager", "cim_nameSPACEinMANAGER"}) {
         const Question question = asking(filter);
-        expectAnswers(nameSpaceSource, question, [&](const std::string& operation) {
-            return answer(operation, question, 1);
-        });
+        expectAnswers(nameSpaceSource, question,
+                      [&](const std::string& operation) { return answer(operation, question, 1); });
     }
 }
 
@@ -97,9 +92,8 @@ TEST_F(NamespaceTraversalTest, ResultClassAndKeyOfTheSourceDoNotNarrow) {
     for (const std::string& resultClass : anyClass()) {
         Question question = asking("", resultClass);
         question.key = "no namespace";
-        expectAnswers(nameSpaceSource, question, [&](const std::string& operation) {
-            return answer(operation, question, 7);
-        });
+        expectAnswers(nameSpaceSource, question,
+                      [&](const std::string& operation) { return answer(operation, question, 7); });
     }
 }
 
@@ -108,10 +102,7 @@ TEST_F(NamespaceTraversalTest, WithoutAManagerOrItsReadThereIsNothing) {
     for (const Failure& failure : serverFailures()) {
         setFailing("CIM_ObjectManager", failure.raise);
         expectAnswers(nameSpaceSource, question, [&](const std::string& operation) {
-            return answer(operation,
-                          question,
-                          7,
-                          {},
+            return answer(operation, question, 7, {},
                           {operation == "associators"
                                ? " Quil exception ei for CIM_ObjectManager "
                                : " Quil exception ni for CIM_ObjectManager "});
@@ -119,9 +110,8 @@ TEST_F(NamespaceTraversalTest, WithoutAManagerOrItsReadThereIsNothing) {
     }
     setFailing("CIM_ObjectManager", {});
     publish("CIM_ObjectManager", {});
-    expectAnswers(nameSpaceSource, question, [&](const std::string& operation) {
-        return answer(operation, question, 7, {});
-    });
+    expectAnswers(nameSpaceSource, question,
+                  [&](const std::string& operation) { return answer(operation, question, 7, {}); });
 }
 
 TEST_F(NamespaceTraversalTest, ExceptionOfAnotherTypeOrOfTheHandlerPasses) {

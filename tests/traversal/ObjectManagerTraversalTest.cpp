@@ -37,8 +37,7 @@ class ObjectManagerTraversalTest : public TraversalTest {
             all.push_back({associationOf.at(bit),
                            {"Antecedent", "CIM_ObjectManager", managerEnd},
                            {"Dependent",
-                            bit == 2 ? "PG_Namespace" : "PG_CIMXMLCommunicationMechanism",
-                            end}});
+                            bit == 2 ? "PG_Namespace" : "PG_CIMXMLCommunicationMechanism", end}});
         }
         return asNamesOr(deliversNames(operation), all);
     }
@@ -108,11 +107,8 @@ class ObjectManagerTraversalTest : public TraversalTest {
     }
 
     Block all(const std::string& operation, const Question& question) {
-        return joined({before(operation, question, 15),
-                       hosted(operation),
-                       nameSpacesOf(operation),
-                       mechanismsOf(operation),
-                       conforming(operation)});
+        return joined({before(operation, question, 15), hosted(operation), nameSpacesOf(operation),
+                       mechanismsOf(operation), conforming(operation)});
     }
 
     /// The failure lines of bit 2 or 4.
@@ -132,8 +128,8 @@ class ObjectManagerTraversalTest : public TraversalTest {
 
 TEST_F(ObjectManagerTraversalTest, EmptyFilterChoosesAllFourInOrder) {
     const Question question = {"manager1"};
-    expectAnswers(
-        manager, question, [&](const std::string& operation) { return all(operation, question); });
+    expectAnswers(manager, question,
+                  [&](const std::string& operation) { return all(operation, question); });
 }
 
 TEST_F(ObjectManagerTraversalTest, FilterChoosesOneInAnyCase) {
@@ -150,8 +146,7 @@ TEST_F(ObjectManagerTraversalTest, FilterChoosesOneInAnyCase) {
 
 TEST_F(ObjectManagerTraversalTest, AnyOtherFilterEndsItAtOnce) {
     expectNothingForOthers(
-        manager,
-        {"manager1"},
+        manager, {"manager1"},
         {associationOf.at(1), associationOf.at(2), associationOf.at(4), associationOf.at(8)},
         opening);
 }
@@ -159,9 +154,8 @@ TEST_F(ObjectManagerTraversalTest, AnyOtherFilterEndsItAtOnce) {
 TEST_F(ObjectManagerTraversalTest, ResultClassAndKeyOfTheSourceDoNotNarrow) {
     for (const std::string& resultClass : anyClass()) {
         const Question question = {"no manager", "", resultClass};
-        expectAnswers(manager, question, [&](const std::string& operation) {
-            return all(operation, question);
-        });
+        expectAnswers(manager, question,
+                      [&](const std::string& operation) { return all(operation, question); });
     }
 }
 
@@ -183,8 +177,8 @@ TEST_F(ObjectManagerTraversalTest, WithoutAManagerItsEndIsEmpty) {
     publish("CIM_ObjectManager", {});
     managerEnd = "";
     const Question question = {"manager1"};
-    expectAnswers(
-        manager, question, [&](const std::string& operation) { return all(operation, question); });
+    expectAnswers(manager, question,
+                  [&](const std::string& operation) { return all(operation, question); });
     PathRecorder handler;
     tracedBy([&] { manager.referenceNames(provider, {"", "CIM_HostedService"}, handler); });
     EXPECT_EQ(describeKeys(handler.delivered.at(0)),
@@ -204,11 +198,8 @@ TEST_F(ObjectManagerTraversalTest, FailingReadOfNamespacesLeavesWhatWasReadBefor
         };
         const Question question = {"manager1"};
         expectAnswers(manager, question, [&](const std::string& operation) {
-            return joined({before(operation, question, 15),
-                           hosted(operation),
-                           failed(operation),
-                           mechanismsOf(operation),
-                           conforming(operation)});
+            return joined({before(operation, question, 15), hosted(operation), failed(operation),
+                           mechanismsOf(operation), conforming(operation)});
         });
         const Question one = {"manager1", "CIM_NamespaceInManager"};
         expectAnswers(manager, one, [&](const std::string& operation) {
@@ -228,10 +219,8 @@ TEST_F(ObjectManagerTraversalTest, FailingReadOfMechanismsLeavesWhatWasReadBefor
         };
         const Question question = {"manager1"};
         expectAnswers(manager, question, [&](const std::string& operation) {
-            return joined({before(operation, question, 15),
-                           hosted(operation),
-                           nameSpacesOf(operation),
-                           failed(operation, nameSpaces),
+            return joined({before(operation, question, 15), hosted(operation),
+                           nameSpacesOf(operation), failed(operation, nameSpaces),
                            conforming(operation)});
         });
         const Question one = {"manager1", "CIM_CommMechanismForManager"};
@@ -288,10 +277,9 @@ TEST_F(ObjectManagerTraversalTest, ExceptionOfAnotherTypePassesAfterWhatWasDeliv
                     continue;
                 }
                 EXPECT_EQ(outcome.thrown, failure.thrown);
-                EXPECT_EQ(outcome.delivered.size(),
-                          isManager                                 ? 0U
-                          : failing == std::string("CIM_Namespace") ? 1U
-                                                                    : 3U);
+                EXPECT_EQ(outcome.delivered.size(), isManager                                 ? 0U
+                                                    : failing == std::string("CIM_Namespace") ? 1U
+                                                                                              : 3U);
             }
         }
     }

@@ -13,23 +13,15 @@ int modeOf(const std::string& operation) {
                                            : 3;
 }
 
-void askHelper(ServerProfileProvider& provider,
-               const Question& question,
-               ResponseHandler& handler,
+void askHelper(ServerProfileProvider& provider, const Question& question, ResponseHandler& handler,
                int mode) {
     const bool associators = mode < 2;
     provider._getOrvexSIAssociatorReferenceHelper(
-        question.key.c_str(),
-        pointer(question.filter),
+        question.key.c_str(), pointer(question.filter),
         // References put the result class into both places.
-        pointer(associators ? question.resultClass : question.filter),
-        question.role.c_str(),
-        associators ? question.resultRole.c_str() : "",
-        question.flags,
-        question.flags,
-        handler,
-        requestNameSpace.c_str(),
-        mode);
+        pointer(associators ? question.resultClass : question.filter), question.role.c_str(),
+        associators ? question.resultRole.c_str() : "", question.flags, question.flags, handler,
+        requestNameSpace.c_str(), mode);
 }
 
 Source identitySource() {
@@ -54,29 +46,27 @@ Lines opening(const std::string& operation, const Question& question) {
 
 class SoftwareIdentityTraversalTest : public TraversalTest {
   protected:
-    Block answer(const std::string& operation,
-                 const Question& question,
-                 bool profiles = true,
+    Block answer(const std::string& operation, const Question& question, bool profiles = true,
                  bool subProfiles = true) {
         Block block = {joined({opening(operation, question),
                                {" Quil flag is 1",
                                 " Quil assoc flag is " + std::to_string(modeOf(operation))}}),
                        {},
                        {}};
-        const auto add =
-            [&](const std::string& className, const std::string& path, const std::string& object) {
-                if (operation != "associators") {
-                    block.messages.push_back(profileReferenceLine);
-                }
-                block.delivered.push_back(
-                    operation == "associatorNames" ? path
-                    : operation == "associators"
-                        ? object
-                        : Association{association,
-                                      {"Antecedent", "ORVEX_SoftwareIdentity", identityPath},
-                                      {"Dependent", className, path}}
-                              .as(deliversNames(operation)));
-            };
+        const auto add = [&](const std::string& className, const std::string& path,
+                             const std::string& object) {
+            if (operation != "associators") {
+                block.messages.push_back(profileReferenceLine);
+            }
+            block.delivered.push_back(
+                operation == "associatorNames" ? path
+                : operation == "associators"
+                    ? object
+                    : Association{association,
+                                  {"Antecedent", "ORVEX_SoftwareIdentity", identityPath},
+                                  {"Dependent", className, path}}
+                          .as(deliversNames(operation)));
+        };
         const Lines profileIds = {"Orvex1", "Orvex2", "Orvex6"};
         const Lines subProfileIds = {"Orvex3", "Orvex4", "Orvex5"};
         for (Uint32 i = 0; i < 3; ++i) {
@@ -86,8 +76,7 @@ class SoftwareIdentityTraversalTest : public TraversalTest {
         }
         for (Uint32 i = 0; i < 3; ++i) {
             if (subProfiles) {
-                add("CIM_RegisteredSubProfile",
-                    subProfilePath(subProfileIds[i]),
+                add("CIM_RegisteredSubProfile", subProfilePath(subProfileIds[i]),
                     subProfileObject(i));
             }
         }
@@ -118,9 +107,7 @@ TEST_F(SoftwareIdentityTraversalTest, ResultClassNarrowsAssociatorsOnly) {
             const Question question = {"OrvexSI1", association, written};
             expectAnswers(identity, question, [&](const std::string& operation) {
                 const bool all = !isAssociators(operation);
-                return answer(operation,
-                              question,
-                              all || resultClass == "CIM_RegisteredProfile",
+                return answer(operation, question, all || resultClass == "CIM_RegisteredProfile",
                               all || resultClass == "CIM_RegisteredSubProfile");
             });
         }

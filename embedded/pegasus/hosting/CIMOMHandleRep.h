@@ -26,46 +26,33 @@ class CIMOMHandleRep {
   public:
     virtual ~CIMOMHandleRep() = default;
 
-    virtual CIMClass getClass(const OperationContext& context,
-                              const CIMNamespaceName& nameSpace,
-                              const CIMName& className,
-                              Boolean localOnly,
-                              Boolean includeQualifiers,
-                              Boolean includeClassOrigin,
+    virtual CIMClass getClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                              const CIMName& className, Boolean localOnly,
+                              Boolean includeQualifiers, Boolean includeClassOrigin,
                               const CIMPropertyList& propertyList);
     virtual Array<CIMClass> enumerateClasses(const OperationContext& context,
                                              const CIMNamespaceName& nameSpace,
-                                             const CIMName& className,
-                                             Boolean deepInheritance,
-                                             Boolean localOnly,
-                                             Boolean includeQualifiers,
+                                             const CIMName& className, Boolean deepInheritance,
+                                             Boolean localOnly, Boolean includeQualifiers,
                                              Boolean includeClassOrigin);
     virtual Array<CIMName> enumerateClassNames(const OperationContext& context,
                                                const CIMNamespaceName& nameSpace,
-                                               const CIMName& className,
-                                               Boolean deepInheritance);
-    virtual void createClass(const OperationContext& context,
-                             const CIMNamespaceName& nameSpace,
+                                               const CIMName& className, Boolean deepInheritance);
+    virtual void createClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                              const CIMClass& newClass);
-    virtual void modifyClass(const OperationContext& context,
-                             const CIMNamespaceName& nameSpace,
+    virtual void modifyClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                              const CIMClass& modifiedClass);
-    virtual void deleteClass(const OperationContext& context,
-                             const CIMNamespaceName& nameSpace,
+    virtual void deleteClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                              const CIMName& className);
     virtual CIMInstance getInstance(const OperationContext& context,
                                     const CIMNamespaceName& nameSpace,
-                                    const CIMObjectPath& instanceName,
-                                    Boolean localOnly,
-                                    Boolean includeQualifiers,
-                                    Boolean includeClassOrigin,
+                                    const CIMObjectPath& instanceName, Boolean localOnly,
+                                    Boolean includeQualifiers, Boolean includeClassOrigin,
                                     const CIMPropertyList& propertyList);
     virtual Array<CIMInstance> enumerateInstances(const OperationContext& context,
                                                   const CIMNamespaceName& nameSpace,
-                                                  const CIMName& className,
-                                                  Boolean deepInheritance,
-                                                  Boolean localOnly,
-                                                  Boolean includeQualifiers,
+                                                  const CIMName& className, Boolean deepInheritance,
+                                                  Boolean localOnly, Boolean includeQualifiers,
                                                   Boolean includeClassOrigin,
                                                   const CIMPropertyList& propertyList);
     virtual Array<CIMObjectPath> enumerateInstanceNames(const OperationContext& context,
@@ -74,61 +61,43 @@ class CIMOMHandleRep {
     virtual CIMObjectPath createInstance(const OperationContext& context,
                                          const CIMNamespaceName& nameSpace,
                                          const CIMInstance& newInstance);
-    virtual void modifyInstance(const OperationContext& context,
-                                const CIMNamespaceName& nameSpace,
-                                const CIMInstance& modifiedInstance,
-                                Boolean includeQualifiers,
+    virtual void modifyInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                                const CIMInstance& modifiedInstance, Boolean includeQualifiers,
                                 const CIMPropertyList& propertyList);
-    virtual void deleteInstance(const OperationContext& context,
-                                const CIMNamespaceName& nameSpace,
+    virtual void deleteInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                 const CIMObjectPath& instanceName);
     virtual Array<CIMObject> execQuery(const OperationContext& context,
                                        const CIMNamespaceName& nameSpace,
-                                       const String& queryLanguage,
-                                       const String& query);
+                                       const String& queryLanguage, const String& query);
     virtual Array<CIMObject> associators(const OperationContext& context,
                                          const CIMNamespaceName& nameSpace,
-                                         const CIMObjectPath& objectName,
-                                         const CIMName& assocClass,
-                                         const CIMName& resultClass,
-                                         const String& role,
-                                         const String& resultRole,
-                                         Boolean includeQualifiers,
+                                         const CIMObjectPath& objectName, const CIMName& assocClass,
+                                         const CIMName& resultClass, const String& role,
+                                         const String& resultRole, Boolean includeQualifiers,
                                          Boolean includeClassOrigin,
                                          const CIMPropertyList& propertyList);
-    virtual Array<CIMObjectPath> associatorNames(const OperationContext& context,
-                                                 const CIMNamespaceName& nameSpace,
-                                                 const CIMObjectPath& objectName,
-                                                 const CIMName& assocClass,
-                                                 const CIMName& resultClass,
-                                                 const String& role,
-                                                 const String& resultRole);
+    virtual Array<CIMObjectPath>
+    associatorNames(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                    const CIMObjectPath& objectName, const CIMName& assocClass,
+                    const CIMName& resultClass, const String& role, const String& resultRole);
     virtual Array<CIMObject> references(const OperationContext& context,
                                         const CIMNamespaceName& nameSpace,
-                                        const CIMObjectPath& objectName,
-                                        const CIMName& resultClass,
-                                        const String& role,
-                                        Boolean includeQualifiers,
+                                        const CIMObjectPath& objectName, const CIMName& resultClass,
+                                        const String& role, Boolean includeQualifiers,
                                         Boolean includeClassOrigin,
                                         const CIMPropertyList& propertyList);
     virtual Array<CIMObjectPath> referenceNames(const OperationContext& context,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMObjectPath& objectName,
-                                                const CIMName& resultClass,
-                                                const String& role);
-    virtual CIMValue getProperty(const OperationContext& context,
-                                 const CIMNamespaceName& nameSpace,
-                                 const CIMObjectPath& instanceName,
-                                 const CIMName& propertyName);
-    virtual void setProperty(const OperationContext& context,
-                             const CIMNamespaceName& nameSpace,
-                             const CIMObjectPath& instanceName,
-                             const CIMName& propertyName,
+                                                const CIMName& resultClass, const String& role);
+    virtual CIMValue getProperty(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                                 const CIMObjectPath& instanceName, const CIMName& propertyName);
+    virtual void setProperty(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                             const CIMObjectPath& instanceName, const CIMName& propertyName,
                              const CIMValue& newValue);
     virtual CIMValue invokeMethod(const OperationContext& context,
                                   const CIMNamespaceName& nameSpace,
-                                  const CIMObjectPath& instanceName,
-                                  const CIMName& methodName,
+                                  const CIMObjectPath& instanceName, const CIMName& methodName,
                                   const Array<CIMParamValue>& inParameters,
                                   Array<CIMParamValue>& outParameters);
     /// For a host that unloads providers; these definitions do nothing.

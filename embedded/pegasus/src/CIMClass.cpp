@@ -164,8 +164,7 @@ Boolean CIMClass::isUninitialized() const {
     return !_rep;
 }
 
-CIMInstance CIMClass::buildInstance(Boolean includeQualifiers,
-                                    Boolean includeClassOrigin,
+CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeClassOrigin,
                                     const CIMPropertyList& propertyList) const {
     const CIMClassRep& rep = initialized(_rep);
     CIMInstance instance(rep.className());

@@ -31,8 +31,7 @@ Uint64 difference(Uint64 x, Uint64 y) {
 
 /// How many asterisks setTimeStamp() and setInterval() ask for: a field that is WILDCARD makes all
 /// behind it insignificant. Only the first field has not two digits.
-Uint16 wildcardsFor(std::initializer_list<Uint32> fieldsFromTheLeft,
-                    Uint32 digitsOfTheFirst,
+Uint16 wildcardsFor(std::initializer_list<Uint32> fieldsFromTheLeft, Uint32 digitsOfTheFirst,
                     Uint32 significantMicrosecondDigits) {
     if (significantMicrosecondDigits > microsecondDigits)
         outOfRange("bad numSignificantMicrosecondDigits (must fall between 0 and 6)");
@@ -76,33 +75,16 @@ CIMDateTime::CIMDateTime(Uint64 usec, Boolean isInterval)
         outOfRange("Cannot create a CIMDateTime time stamp beyond the year 10,000");
 }
 
-CIMDateTime::CIMDateTime(Uint32 year,
-                         Uint32 month,
-                         Uint32 day,
-                         Uint32 hours,
-                         Uint32 minutes,
-                         Uint32 seconds,
-                         Uint32 microseconds,
-                         Uint32 numSignificantMicrosecondDigits,
-                         Sint32 utcOffset)
+CIMDateTime::CIMDateTime(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes,
+                         Uint32 seconds, Uint32 microseconds,
+                         Uint32 numSignificantMicrosecondDigits, Sint32 utcOffset)
     : CIMDateTime() {
-    setTimeStamp(year,
-                 month,
-                 day,
-                 hours,
-                 minutes,
-                 seconds,
-                 microseconds,
-                 numSignificantMicrosecondDigits,
-                 utcOffset);
+    setTimeStamp(year, month, day, hours, minutes, seconds, microseconds,
+                 numSignificantMicrosecondDigits, utcOffset);
 }
 
-CIMDateTime::CIMDateTime(Uint32 days,
-                         Uint32 hours,
-                         Uint32 minutes,
-                         Uint32 seconds,
-                         Uint32 microseconds,
-                         Uint32 numSignificantMicrosecondDigits)
+CIMDateTime::CIMDateTime(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds,
+                         Uint32 microseconds, Uint32 numSignificantMicrosecondDigits)
     : CIMDateTime() {
     setInterval(days, hours, minutes, seconds, microseconds, numSignificantMicrosecondDigits);
 }
@@ -112,16 +94,10 @@ String CIMDateTime::toString() const {
     const Uint64 days = _microseconds / perDay;
     const calendar::Date date = _isInterval ? calendar::Date{0, 0, 0} : calendar::dateOf(days);
     const Uint64 leading = _isInterval ? days : date.year * 10000ull + date.month * 100 + date.day;
-    std::snprintf(text,
-                  sizeof text,
-                  "%08llu%02llu%02llu%02llu.%06llu%c%03d",
-                  leading,
-                  _microseconds % perDay / perHour,
-                  _microseconds % perHour / perMinute,
-                  _microseconds % perMinute / perSecond,
-                  _microseconds % perSecond,
-                  _isInterval ? ':' : (_utcOffset < 0 ? '-' : '+'),
-                  std::abs(_utcOffset));
+    std::snprintf(text, sizeof text, "%08llu%02llu%02llu%02llu.%06llu%c%03d", leading,
+                  _microseconds % perDay / perHour, _microseconds % perHour / perMinute,
+                  _microseconds % perMinute / perSecond, _microseconds % perSecond,
+                  _isInterval ? ':' : (_utcOffset < 0 ? '-' : '+'), std::abs(_utcOffset));
     char* at = text + 20;
     for (Uint16 wild = _wildcards; wild > 0; --at) {
         if (*at != '.') {
@@ -140,21 +116,15 @@ void CIMDateTime::set(const String& str) {
     _isInterval = form.isInterval;
 }
 
-void CIMDateTime::setTimeStamp(Uint32 year,
-                               Uint32 month,
-                               Uint32 day,
-                               Uint32 hours,
-                               Uint32 minutes,
-                               Uint32 seconds,
-                               Uint32 microseconds,
-                               Uint32 numSignificantMicrosecondDigits,
-                               Sint32 utcOffset) {
+void CIMDateTime::setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes,
+                               Uint32 seconds, Uint32 microseconds,
+                               Uint32 numSignificantMicrosecondDigits, Sint32 utcOffset) {
     if (year != WILDCARD && year > 9999)
         outOfRange("year is greater than 9999");
     if (std::abs(static_cast<long long>(utcOffset)) > 999)
         outOfRange("illegal utcOffset");
-    const Uint16 wildcards = wildcardsFor(
-        {year, month, day, hours, minutes, seconds}, 4, numSignificantMicrosecondDigits);
+    const Uint16 wildcards = wildcardsFor({year, month, day, hours, minutes, seconds}, 4,
+                                          numSignificantMicrosecondDigits);
     Fields fields;
     fields.year = orLeast(year, 0);
     fields.month = orLeast(month, 1);
@@ -169,12 +139,8 @@ void CIMDateTime::setTimeStamp(Uint32 year,
     _isInterval = false;
 }
 
-void CIMDateTime::setInterval(Uint32 days,
-                              Uint32 hours,
-                              Uint32 minutes,
-                              Uint32 seconds,
-                              Uint32 microseconds,
-                              Uint32 numSignificantMicrosecondDigits) {
+void CIMDateTime::setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds,
+                              Uint32 microseconds, Uint32 numSignificantMicrosecondDigits) {
     if (days != WILDCARD && days > 99999999)
         outOfRange("illegal days number (must be less than 100000000");
     const Uint16 wildcards =

@@ -14,8 +14,7 @@ CIMException::CIMException(CIMStatusCode code, const String& message, const CIMI
     addError(instance);
 }
 
-CIMException::CIMException(CIMStatusCode code,
-                           const String& message,
+CIMException::CIMException(CIMStatusCode code, const String& message,
                            const Array<CIMInstance>& instances)
     : Exception(message), _code(code), _errors(instances) {
 }

@@ -13,12 +13,9 @@ constexpr Uint32 translatable = 8;
 constexpr Uint32 disableOverride = 16;
 constexpr Uint32 restricted = 32;
 
-constexpr FlagName names[] = {{overridable, "OVERRIDABLE"},
-                              {toSubclass, "TOSUBCLASS"},
-                              {toInstance, "TOINSTANCE"},
-                              {translatable, "TRANSLATABLE"},
-                              {disableOverride, "DISABLEOVERRIDE"},
-                              {restricted, "RESTRICTED"}};
+constexpr FlagName names[] = {{overridable, "OVERRIDABLE"},         {toSubclass, "TOSUBCLASS"},
+                              {toInstance, "TOINSTANCE"},           {translatable, "TRANSLATABLE"},
+                              {disableOverride, "DISABLEOVERRIDE"}, {restricted, "RESTRICTED"}};
 
 } // namespace
 

@@ -107,8 +107,7 @@ Boolean CIMInstance::isUninitialized() const {
     return !_rep;
 }
 
-void CIMInstance::instanceFilter(Boolean includeQualifiers,
-                                 Boolean includeClassOrigin,
+void CIMInstance::instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                                  const CIMPropertyList& propertyList) {
     initialized(_rep).filter(includeQualifiers, includeClassOrigin, propertyList);
 }

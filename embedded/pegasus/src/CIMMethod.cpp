@@ -2,9 +2,7 @@
 
 namespace Pegasus {
 
-CIMMethod::CIMMethod(const CIMName& name,
-                     CIMType type,
-                     const CIMName& classOrigin,
+CIMMethod::CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
                      Boolean propagated)
     : _rep(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {
 }
@@ -109,9 +107,7 @@ CIMMethod CIMMethod::clone() const {
 CIMConstMethod::CIMConstMethod(const CIMMethod& x) : _rep(RepAccess::rep(x)) {
 }
 
-CIMConstMethod::CIMConstMethod(const CIMName& name,
-                               CIMType type,
-                               const CIMName& classOrigin,
+CIMConstMethod::CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
                                Boolean propagated)
     : CIMConstMethod(CIMMethod(name, type, classOrigin, propagated)) {
 }

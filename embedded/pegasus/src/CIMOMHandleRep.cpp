@@ -19,41 +19,28 @@ std::function<std::shared_ptr<CIMOMHandleRep>()>& handleFactory() {
 
 } // namespace
 
-CIMClass CIMOMHandleRep::getClass(const OperationContext&,
-                                  const CIMNamespaceName&,
-                                  const CIMName&,
-                                  Boolean,
-                                  Boolean,
-                                  Boolean,
-                                  const CIMPropertyList&) {
+CIMClass CIMOMHandleRep::getClass(const OperationContext&, const CIMNamespaceName&, const CIMName&,
+                                  Boolean, Boolean, Boolean, const CIMPropertyList&) {
     notOffered("getClass");
 }
 
-Array<CIMClass> CIMOMHandleRep::enumerateClasses(const OperationContext&,
-                                                 const CIMNamespaceName&,
-                                                 const CIMName&,
-                                                 Boolean,
-                                                 Boolean,
-                                                 Boolean,
+Array<CIMClass> CIMOMHandleRep::enumerateClasses(const OperationContext&, const CIMNamespaceName&,
+                                                 const CIMName&, Boolean, Boolean, Boolean,
                                                  Boolean) {
     notOffered("enumerateClasses");
 }
 
-Array<CIMName> CIMOMHandleRep::enumerateClassNames(const OperationContext&,
-                                                   const CIMNamespaceName&,
-                                                   const CIMName&,
-                                                   Boolean) {
+Array<CIMName> CIMOMHandleRep::enumerateClassNames(const OperationContext&, const CIMNamespaceName&,
+                                                   const CIMName&, Boolean) {
     notOffered("enumerateClassNames");
 }
 
-void CIMOMHandleRep::createClass(const OperationContext&,
-                                 const CIMNamespaceName&,
+void CIMOMHandleRep::createClass(const OperationContext&, const CIMNamespaceName&,
                                  const CIMClass&) {
     notOffered("createClass");
 }
 
-void CIMOMHandleRep::modifyClass(const OperationContext&,
-                                 const CIMNamespaceName&,
+void CIMOMHandleRep::modifyClass(const OperationContext&, const CIMNamespaceName&,
                                  const CIMClass&) {
     notOffered("modifyClass");
 }
@@ -62,23 +49,15 @@ void CIMOMHandleRep::deleteClass(const OperationContext&, const CIMNamespaceName
     notOffered("deleteClass");
 }
 
-CIMInstance CIMOMHandleRep::getInstance(const OperationContext&,
-                                        const CIMNamespaceName&,
-                                        const CIMObjectPath&,
-                                        Boolean,
-                                        Boolean,
-                                        Boolean,
+CIMInstance CIMOMHandleRep::getInstance(const OperationContext&, const CIMNamespaceName&,
+                                        const CIMObjectPath&, Boolean, Boolean, Boolean,
                                         const CIMPropertyList&) {
     notOffered("getInstance");
 }
 
 Array<CIMInstance> CIMOMHandleRep::enumerateInstances(const OperationContext&,
-                                                      const CIMNamespaceName&,
-                                                      const CIMName&,
-                                                      Boolean,
-                                                      Boolean,
-                                                      Boolean,
-                                                      Boolean,
+                                                      const CIMNamespaceName&, const CIMName&,
+                                                      Boolean, Boolean, Boolean, Boolean,
                                                       const CIMPropertyList&) {
     notOffered("enumerateInstances");
 }
@@ -89,96 +68,65 @@ Array<CIMObjectPath> CIMOMHandleRep::enumerateInstanceNames(const OperationConte
     notOffered("enumerateInstanceNames");
 }
 
-CIMObjectPath CIMOMHandleRep::createInstance(const OperationContext&,
-                                             const CIMNamespaceName&,
+CIMObjectPath CIMOMHandleRep::createInstance(const OperationContext&, const CIMNamespaceName&,
                                              const CIMInstance&) {
     notOffered("createInstance");
 }
 
-void CIMOMHandleRep::modifyInstance(const OperationContext&,
-                                    const CIMNamespaceName&,
-                                    const CIMInstance&,
-                                    Boolean,
-                                    const CIMPropertyList&) {
+void CIMOMHandleRep::modifyInstance(const OperationContext&, const CIMNamespaceName&,
+                                    const CIMInstance&, Boolean, const CIMPropertyList&) {
     notOffered("modifyInstance");
 }
 
-void CIMOMHandleRep::deleteInstance(const OperationContext&,
-                                    const CIMNamespaceName&,
+void CIMOMHandleRep::deleteInstance(const OperationContext&, const CIMNamespaceName&,
                                     const CIMObjectPath&) {
     notOffered("deleteInstance");
 }
 
-Array<CIMObject> CIMOMHandleRep::execQuery(const OperationContext&,
-                                           const CIMNamespaceName&,
-                                           const String&,
-                                           const String&) {
+Array<CIMObject> CIMOMHandleRep::execQuery(const OperationContext&, const CIMNamespaceName&,
+                                           const String&, const String&) {
     notOffered("execQuery");
 }
 
-Array<CIMObject> CIMOMHandleRep::associators(const OperationContext&,
-                                             const CIMNamespaceName&,
-                                             const CIMObjectPath&,
-                                             const CIMName&,
-                                             const CIMName&,
-                                             const String&,
-                                             const String&,
-                                             Boolean,
-                                             Boolean,
+Array<CIMObject> CIMOMHandleRep::associators(const OperationContext&, const CIMNamespaceName&,
+                                             const CIMObjectPath&, const CIMName&, const CIMName&,
+                                             const String&, const String&, Boolean, Boolean,
                                              const CIMPropertyList&) {
     notOffered("associators");
 }
 
 Array<CIMObjectPath> CIMOMHandleRep::associatorNames(const OperationContext&,
-                                                     const CIMNamespaceName&,
-                                                     const CIMObjectPath&,
-                                                     const CIMName&,
-                                                     const CIMName&,
-                                                     const String&,
+                                                     const CIMNamespaceName&, const CIMObjectPath&,
+                                                     const CIMName&, const CIMName&, const String&,
                                                      const String&) {
     notOffered("associatorNames");
 }
 
-Array<CIMObject> CIMOMHandleRep::references(const OperationContext&,
-                                            const CIMNamespaceName&,
-                                            const CIMObjectPath&,
-                                            const CIMName&,
-                                            const String&,
-                                            Boolean,
-                                            Boolean,
-                                            const CIMPropertyList&) {
+Array<CIMObject> CIMOMHandleRep::references(const OperationContext&, const CIMNamespaceName&,
+                                            const CIMObjectPath&, const CIMName&, const String&,
+                                            Boolean, Boolean, const CIMPropertyList&) {
     notOffered("references");
 }
 
 Array<CIMObjectPath> CIMOMHandleRep::referenceNames(const OperationContext&,
-                                                    const CIMNamespaceName&,
-                                                    const CIMObjectPath&,
-                                                    const CIMName&,
-                                                    const String&) {
+                                                    const CIMNamespaceName&, const CIMObjectPath&,
+                                                    const CIMName&, const String&) {
     notOffered("referenceNames");
 }
 
-CIMValue CIMOMHandleRep::getProperty(const OperationContext&,
-                                     const CIMNamespaceName&,
-                                     const CIMObjectPath&,
-                                     const CIMName&) {
+CIMValue CIMOMHandleRep::getProperty(const OperationContext&, const CIMNamespaceName&,
+                                     const CIMObjectPath&, const CIMName&) {
     notOffered("getProperty");
 }
 
-void CIMOMHandleRep::setProperty(const OperationContext&,
-                                 const CIMNamespaceName&,
-                                 const CIMObjectPath&,
-                                 const CIMName&,
-                                 const CIMValue&) {
+void CIMOMHandleRep::setProperty(const OperationContext&, const CIMNamespaceName&,
+                                 const CIMObjectPath&, const CIMName&, const CIMValue&) {
     notOffered("setProperty");
 }
 
-CIMValue CIMOMHandleRep::invokeMethod(const OperationContext&,
-                                      const CIMNamespaceName&,
-                                      const CIMObjectPath&,
-                                      const CIMName&,
-                                      const Array<CIMParamValue>&,
-                                      Array<CIMParamValue>&) {
+CIMValue CIMOMHandleRep::invokeMethod(const OperationContext&, const CIMNamespaceName&,
+                                      const CIMObjectPath&, const CIMName&,
+                                      const Array<CIMParamValue>&, Array<CIMParamValue>&) {
     notOffered("invokeMethod");
 }
 

@@ -25,8 +25,7 @@ void CIMObjectRep::setPath(const CIMObjectPath& path) {
     _path = path;
 }
 
-void CIMObjectRep::filter(bool includeQualifiers,
-                          bool includeClassOrigin,
+void CIMObjectRep::filter(bool includeQualifiers, bool includeClassOrigin,
                           const CIMPropertyList& propertyList) {
     if (!includeQualifiers)
         qualifiers.clear();
@@ -134,8 +133,7 @@ Boolean CIMObject::isInstance() const {
     return _rep && !_rep->isClass();
 }
 
-void CIMObject::instanceFilter(Boolean includeQualifiers,
-                               Boolean includeClassOrigin,
+void CIMObject::instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                                const CIMPropertyList& propertyList) {
     initialized(_rep).filter(includeQualifiers, includeClassOrigin, propertyList);
 }

@@ -108,10 +108,8 @@ CIMObjectPath::CIMObjectPath(const String& objectName) : CIMObjectPath() {
     set(objectName);
 }
 
-CIMObjectPath::CIMObjectPath(const String& host,
-                             const CIMNamespaceName& nameSpace,
-                             const CIMName& className,
-                             const Array<CIMKeyBinding>& keyBindings)
+CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace,
+                             const CIMName& className, const Array<CIMKeyBinding>& keyBindings)
     : CIMObjectPath() {
     set(host, nameSpace, className, keyBindings);
 }
@@ -134,10 +132,8 @@ void CIMObjectPath::clear() {
     *this = CIMObjectPath();
 }
 
-void CIMObjectPath::set(const String& host,
-                        const CIMNamespaceName& nameSpace,
-                        const CIMName& className,
-                        const Array<CIMKeyBinding>& keyBindings) {
+void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
+                        const CIMName& className, const Array<CIMKeyBinding>& keyBindings) {
     CIMObjectPath path;
     path._rep->host = checkedHost(host);
     path._rep->nameSpace = nameSpace;

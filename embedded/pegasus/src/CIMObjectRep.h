@@ -30,8 +30,8 @@ struct CIMObjectRep {
     /// Throws as CIMInstance::setPath.
     void setPath(const CIMObjectPath& path);
     /// As CIMInstance::instanceFilter.
-    void
-    filter(bool includeQualifiers, bool includeClassOrigin, const CIMPropertyList& propertyList);
+    void filter(bool includeQualifiers, bool includeClassOrigin,
+                const CIMPropertyList& propertyList);
 
     Qualifiers qualifiers;
     NamedElements<CIMProperty> properties;

@@ -2,11 +2,8 @@
 
 namespace Pegasus {
 
-CIMParameterRep::CIMParameterRep(const CIMName& name,
-                                 CIMType valueType,
-                                 bool takesArray,
-                                 Uint32 fixedArraySize,
-                                 const CIMName& referenceClass)
+CIMParameterRep::CIMParameterRep(const CIMName& name, CIMType valueType, bool takesArray,
+                                 Uint32 fixedArraySize, const CIMName& referenceClass)
     : NamedElement(name), type(valueType), isArray(takesArray), arraySize(fixedArraySize),
       referenceClassName(referenceClass) {
     const bool isReference = type == CIMTYPE_REFERENCE;
@@ -19,10 +16,7 @@ bool CIMParameterRep::identical(const CIMParameterRep& x) const {
            referenceClassName.equal(x.referenceClassName) && qualifiers.identical(x.qualifiers);
 }
 
-CIMParameter::CIMParameter(const CIMName& name,
-                           CIMType type,
-                           Boolean isArray,
-                           Uint32 arraySize,
+CIMParameter::CIMParameter(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                            const CIMName& referenceClassName)
     : _rep(std::make_shared<CIMParameterRep>(name, type, isArray, arraySize, referenceClassName)) {
 }
@@ -94,11 +88,8 @@ CIMParameter CIMParameter::clone() const {
 CIMConstParameter::CIMConstParameter(const CIMParameter& x) : _rep(RepAccess::rep(x)) {
 }
 
-CIMConstParameter::CIMConstParameter(const CIMName& name,
-                                     CIMType type,
-                                     Boolean isArray,
-                                     Uint32 arraySize,
-                                     const CIMName& referenceClassName)
+CIMConstParameter::CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray,
+                                     Uint32 arraySize, const CIMName& referenceClassName)
     : CIMConstParameter(CIMParameter(name, type, isArray, arraySize, referenceClassName)) {
 }
 

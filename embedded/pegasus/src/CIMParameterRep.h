@@ -8,10 +8,7 @@ namespace Pegasus {
 
 struct CIMParameterRep : NamedElement {
     /// Throws as the constructor of CIMParameter.
-    CIMParameterRep(const CIMName& name,
-                    CIMType valueType,
-                    bool takesArray,
-                    Uint32 fixedArraySize,
+    CIMParameterRep(const CIMName& name, CIMType valueType, bool takesArray, Uint32 fixedArraySize,
                     const CIMName& referenceClass);
 
     bool identical(const CIMParameterRep& x) const;

@@ -2,12 +2,9 @@
 
 namespace Pegasus {
 
-CIMPropertyRep::CIMPropertyRep(const CIMName& name,
-                               const CIMValue& initialValue,
-                               Uint32 fixedArraySize,
-                               const CIMName& referenceClass,
-                               const CIMName& origin,
-                               bool isPropagated)
+CIMPropertyRep::CIMPropertyRep(const CIMName& name, const CIMValue& initialValue,
+                               Uint32 fixedArraySize, const CIMName& referenceClass,
+                               const CIMName& origin, bool isPropagated)
     : NamedElement(name), value(initialValue), arraySize(fixedArraySize),
       referenceClassName(referenceClass), classOrigin(origin), propagated(isPropagated) {
     checkSizeOf(value);
@@ -34,14 +31,11 @@ void CIMPropertyRep::checkSizeOf(const CIMValue& x) const {
         throw TypeMismatchException();
 }
 
-CIMProperty::CIMProperty(const CIMName& name,
-                         const CIMValue& value,
-                         Uint32 arraySize,
-                         const CIMName& referenceClassName,
-                         const CIMName& classOrigin,
+CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
+                         const CIMName& referenceClassName, const CIMName& classOrigin,
                          Boolean propagated)
-    : _rep(std::make_shared<CIMPropertyRep>(
-          name, value, arraySize, referenceClassName, classOrigin, propagated)) {
+    : _rep(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName, classOrigin,
+                                            propagated)) {
 }
 
 CIMProperty::CIMProperty(std::shared_ptr<CIMPropertyRep> rep) : _rep(std::move(rep)) {
@@ -135,11 +129,8 @@ Boolean CIMProperty::isUninitialized() const {
 CIMConstProperty::CIMConstProperty(const CIMProperty& x) : _rep(RepAccess::rep(x)) {
 }
 
-CIMConstProperty::CIMConstProperty(const CIMName& name,
-                                   const CIMValue& value,
-                                   Uint32 arraySize,
-                                   const CIMName& referenceClassName,
-                                   const CIMName& classOrigin,
+CIMConstProperty::CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
+                                   const CIMName& referenceClassName, const CIMName& classOrigin,
                                    Boolean propagated)
     : CIMConstProperty(
           CIMProperty(name, value, arraySize, referenceClassName, classOrigin, propagated)) {

@@ -8,12 +8,8 @@ namespace Pegasus {
 
 struct CIMPropertyRep : NamedElement {
     /// Throws as the constructor of CIMProperty.
-    CIMPropertyRep(const CIMName& name,
-                   const CIMValue& initialValue,
-                   Uint32 fixedArraySize,
-                   const CIMName& referenceClass,
-                   const CIMName& origin,
-                   bool isPropagated);
+    CIMPropertyRep(const CIMName& name, const CIMValue& initialValue, Uint32 fixedArraySize,
+                   const CIMName& referenceClass, const CIMName& origin, bool isPropagated);
 
     bool identical(const CIMPropertyRep& x) const;
 

@@ -2,9 +2,7 @@
 
 namespace Pegasus {
 
-CIMQualifier::CIMQualifier(const CIMName& name,
-                           const CIMValue& value,
-                           const CIMFlavor& flavor,
+CIMQualifier::CIMQualifier(const CIMName& name, const CIMValue& value, const CIMFlavor& flavor,
                            Boolean propagated)
     : _rep(std::make_shared<CIMQualifierRep>(name, value, flavor, propagated)) {
 }
@@ -71,10 +69,8 @@ CIMQualifier CIMQualifier::clone() const {
 CIMConstQualifier::CIMConstQualifier(const CIMQualifier& x) : _rep(RepAccess::rep(x)) {
 }
 
-CIMConstQualifier::CIMConstQualifier(const CIMName& name,
-                                     const CIMValue& value,
-                                     const CIMFlavor& flavor,
-                                     Boolean propagated)
+CIMConstQualifier::CIMConstQualifier(const CIMName& name, const CIMValue& value,
+                                     const CIMFlavor& flavor, Boolean propagated)
     : CIMConstQualifier(CIMQualifier(name, value, flavor, propagated)) {
 }
 

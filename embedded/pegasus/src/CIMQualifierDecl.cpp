@@ -5,10 +5,8 @@
 namespace Pegasus {
 
 struct CIMQualifierDeclRep : NamedElement {
-    CIMQualifierDeclRep(const CIMName& name,
-                        const CIMValue& initialValue,
-                        const CIMScope& initialScope,
-                        const CIMFlavor& initialFlavor,
+    CIMQualifierDeclRep(const CIMName& name, const CIMValue& initialValue,
+                        const CIMScope& initialScope, const CIMFlavor& initialFlavor,
                         Uint32 fixedArraySize)
         : NamedElement(name), value(initialValue), scope(initialScope), flavor(initialFlavor),
           arraySize(fixedArraySize) {}
@@ -24,11 +22,8 @@ struct CIMQualifierDeclRep : NamedElement {
     Uint32 arraySize;
 };
 
-CIMQualifierDecl::CIMQualifierDecl(const CIMName& name,
-                                   const CIMValue& value,
-                                   const CIMScope& scope,
-                                   const CIMFlavor& flavor,
-                                   Uint32 arraySize)
+CIMQualifierDecl::CIMQualifierDecl(const CIMName& name, const CIMValue& value,
+                                   const CIMScope& scope, const CIMFlavor& flavor, Uint32 arraySize)
     : _rep(std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {
 }
 
@@ -87,10 +82,8 @@ CIMQualifierDecl CIMQualifierDecl::clone() const {
 CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMQualifierDecl& x) : _rep(RepAccess::rep(x)) {
 }
 
-CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMName& name,
-                                             const CIMValue& value,
-                                             const CIMScope& scope,
-                                             const CIMFlavor& flavor,
+CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMName& name, const CIMValue& value,
+                                             const CIMScope& scope, const CIMFlavor& flavor,
                                              Uint32 arraySize)
     : CIMConstQualifierDecl(CIMQualifierDecl(name, value, scope, flavor, arraySize)) {
 }

@@ -7,10 +7,8 @@
 namespace Pegasus {
 
 struct CIMQualifierRep : NamedElement {
-    CIMQualifierRep(const CIMName& name,
-                    const CIMValue& initialValue,
-                    const CIMFlavor& initialFlavor,
-                    bool isPropagated)
+    CIMQualifierRep(const CIMName& name, const CIMValue& initialValue,
+                    const CIMFlavor& initialFlavor, bool isPropagated)
         : NamedElement(name), value(initialValue), flavor(initialFlavor), propagated(isPropagated) {
     }
 

@@ -16,12 +16,9 @@ constexpr Uint32 parameter = 64;
 constexpr Uint32 any =
     class_ | association | indication | property | reference | method | parameter;
 
-constexpr FlagName names[] = {{class_, "CLASS"},
-                              {association, "ASSOCIATION"},
-                              {indication, "INDICATION"},
-                              {property, "PROPERTY"},
-                              {reference, "REFERENCE"},
-                              {method, "METHOD"},
+constexpr FlagName names[] = {{class_, "CLASS"},          {association, "ASSOCIATION"},
+                              {indication, "INDICATION"}, {property, "PROPERTY"},
+                              {reference, "REFERENCE"},   {method, "METHOD"},
                               {parameter, "PARAMETER"}};
 
 } // namespace

@@ -83,9 +83,7 @@ class HeldArray final : public Held {
 
 /// Never changed once it is made, so that it can be shared.
 struct CIMValueRep : Shared {
-    CIMValueRep(CIMType cimType,
-                bool array,
-                Uint32 size,
+    CIMValueRep(CIMType cimType, bool array, Uint32 size,
                 std::unique_ptr<const values::Held> value = nullptr)
         : type(cimType), isArray(array), arraySize(size), held(std::move(value)) {}
 

@@ -68,23 +68,10 @@ const char* cimStatusCodeToString(CIMStatusCode code) {
 
 const char* cimTypeToString(const CIMType type) {
     // In the order of CIMType.
-    static const char* const names[] = {"boolean",
-                                        "uint8",
-                                        "sint8",
-                                        "uint16",
-                                        "sint16",
-                                        "uint32",
-                                        "sint32",
-                                        "uint64",
-                                        "sint64",
-                                        "real32",
-                                        "real64",
-                                        "char16",
-                                        "string",
-                                        "datetime",
-                                        "reference",
-                                        "object",
-                                        "instance"};
+    static const char* const names[] = {"boolean", "uint8",   "sint8",  "uint16",   "sint16",
+                                        "uint32",  "sint32",  "uint64", "sint64",   "real32",
+                                        "real64",  "char16",  "string", "datetime", "reference",
+                                        "object",  "instance"};
     const std::size_t index = static_cast<std::size_t>(type);
     return index < std::size(names) ? names[index] : nullptr;
 }

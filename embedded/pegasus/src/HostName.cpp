@@ -14,8 +14,7 @@ namespace {
 
 bool isNumber(const std::string& text, std::size_t maximumSize, unsigned long maximum) {
     return !text.empty() && text.size() <= maximumSize &&
-           std::all_of(text.begin(),
-                       text.end(),
+           std::all_of(text.begin(), text.end(),
                        [](char c) { return ascii::isDigit(static_cast<Uint16>(c)); }) &&
            std::stoul(text) <= maximum;
 }

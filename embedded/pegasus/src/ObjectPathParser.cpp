@@ -106,8 +106,8 @@ class Parser {
     static CIMKeyBinding referenceOrString(const CIMName& name, const String& value) {
         if (value.find(Char16('=')) != PEG_NOT_FOUND) {
             try {
-                return CIMKeyBinding(
-                    name, CIMObjectPath(value).toString(), CIMKeyBinding::REFERENCE);
+                return CIMKeyBinding(name, CIMObjectPath(value).toString(),
+                                     CIMKeyBinding::REFERENCE);
             } catch (const MalformedObjectNameException&) {
                 // A string then.
             }
@@ -150,11 +150,8 @@ void rejectObjectPath(const String& text, const String& reason) {
     throw MalformedObjectNameException(text + ", reason:\"" + reason + "\"");
 }
 
-void parseObjectPath(const String& text,
-                     String& host,
-                     CIMNamespaceName& nameSpace,
-                     CIMName& className,
-                     Array<CIMKeyBinding>& keyBindings) {
+void parseObjectPath(const String& text, String& host, CIMNamespaceName& nameSpace,
+                     CIMName& className, Array<CIMKeyBinding>& keyBindings) {
     Parser parser(text);
     host = parser.host();
     nameSpace = parser.nameSpace(host.size() != 0);

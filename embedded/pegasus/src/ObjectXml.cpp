@@ -78,8 +78,7 @@ class Writer {
 
     void close(const std::string& element) { text += "</" + element + ">\n"; }
 
-    void leaf(const std::string& element,
-              const String& content,
+    void leaf(const std::string& element, const String& content,
               const Attributes& attributes = Attributes()) {
         text += "<" + element + attributes.text + ">" + escaped(content) + "</" + element + ">\n";
     }
@@ -159,12 +158,11 @@ class Writer {
     }
 
     void method(const CIMConstMethod& method) {
-        open("METHOD",
-             Attributes()
-                 .add("NAME", method.getName().getString())
-                 .add("TYPE", String(cimTypeToString(method.getType())))
-                 .addName("CLASSORIGIN", method.getClassOrigin())
-                 .addIf(method.getPropagated(), "PROPAGATED", "true"));
+        open("METHOD", Attributes()
+                           .add("NAME", method.getName().getString())
+                           .add("TYPE", String(cimTypeToString(method.getType())))
+                           .addName("CLASSORIGIN", method.getClassOrigin())
+                           .addIf(method.getPropagated(), "PROPAGATED", "true"));
         qualifiers(method);
         for (Uint32 i = 0; i < method.getParameterCount(); ++i)
             parameter(method.getParameter(i));
@@ -293,8 +291,7 @@ class Writer {
             if (keys[i].getType() == CIMKeyBinding::REFERENCE)
                 element(CIMObjectPath(keys[i].getValue()));
             else
-                leaf("KEYVALUE",
-                     keys[i].getValue(),
+                leaf("KEYVALUE", keys[i].getValue(),
                      Attributes().add("VALUETYPE", valueType(keys[i])));
             close("KEYBINDING");
         }

@@ -383,8 +383,8 @@ std::ostream& operator<<(std::ostream& os, const String& str) {
             os << static_cast<char>(static_cast<unsigned char>(units[i]));
         } else {
             char hexadecimal[8];
-            std::snprintf(
-                hexadecimal, sizeof hexadecimal, "\\x%04X", static_cast<unsigned>(units[i]));
+            std::snprintf(hexadecimal, sizeof hexadecimal, "\\x%04X",
+                          static_cast<unsigned>(units[i]));
             os << hexadecimal;
         }
     }

@@ -59,9 +59,7 @@ bool readCodePoint(const unsigned char* bytes, Uint32 size, Uint32& at, Uint32& 
                           " is not valid UTF-8 encoding: " + std::string(bytes + begin, bytes + at);
     for (Uint32 i = at; i < std::min(size, at + shownFrom); ++i) {
         char hexadecimal[8];
-        std::snprintf(hexadecimal,
-                      sizeof hexadecimal,
-                      " 0x%02X",
+        std::snprintf(hexadecimal, sizeof hexadecimal, " 0x%02X",
                       static_cast<unsigned>(static_cast<unsigned char>(bytes[i])));
         message += hexadecimal;
     }

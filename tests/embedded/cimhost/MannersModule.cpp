@@ -35,24 +35,16 @@ class Provider : public CIMInstanceProvider {
         delete this;
     }
 
-    void getInstance(const OperationContext&,
-                     const CIMObjectPath&,
-                     const Boolean,
-                     const Boolean,
-                     const CIMPropertyList&,
-                     InstanceResponseHandler&) override {
+    void getInstance(const OperationContext&, const CIMObjectPath&, const Boolean, const Boolean,
+                     const CIMPropertyList&, InstanceResponseHandler&) override {
         throw CIMObjectNotFoundException("");
     }
-    void enumerateInstances(const OperationContext&,
-                            const CIMObjectPath&,
-                            const Boolean,
-                            const Boolean,
-                            const CIMPropertyList&,
+    void enumerateInstances(const OperationContext&, const CIMObjectPath&, const Boolean,
+                            const Boolean, const CIMPropertyList&,
                             InstanceResponseHandler&) override {
         throw CIMNotSupportedException("");
     }
-    void enumerateInstanceNames(const OperationContext&,
-                                const CIMObjectPath& reference,
+    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath& reference,
                                 ObjectPathResponseHandler& handler) override {
         say("enumerateInstanceNames");
         if (_name == "Stuck")
@@ -69,17 +61,11 @@ class Provider : public CIMInstanceProvider {
         handler.complete();
         say("enumerated");
     }
-    void modifyInstance(const OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
-                        const Boolean,
-                        const CIMPropertyList&,
-                        ResponseHandler&) override {
+    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                        const Boolean, const CIMPropertyList&, ResponseHandler&) override {
         throw CIMNotSupportedException("");
     }
-    void createInstance(const OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
+    void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
                         ObjectPathResponseHandler&) override {
         throw CIMNotSupportedException("");
     }

@@ -10,13 +10,12 @@ using namespace Pegasus;
 
 TEST(WrittenClass, HasQualifiersPropertiesAndMethods) {
     CIMClass cimClass(CIMName("C"), CIMName("S"));
-    cimClass.addQualifier(CIMQualifier(CIMName("Description"),
-                                       CIMValue(String("d")),
+    cimClass.addQualifier(CIMQualifier(CIMName("Description"), CIMValue(String("d")),
                                        CIMFlavor::DEFAULTS + CIMFlavor::TRANSLATABLE));
-    cimClass.addProperty(CIMProperty(
-        CIMName("p"), CIMValue(CIMTYPE_STRING, false), 0, CIMName(), CIMName("C"), false));
-    cimClass.addProperty(CIMProperty(
-        CIMName("r"), CIMValue(CIMTYPE_REFERENCE, false), 0, CIMName("Y"), CIMName("S"), true));
+    cimClass.addProperty(CIMProperty(CIMName("p"), CIMValue(CIMTYPE_STRING, false), 0, CIMName(),
+                                     CIMName("C"), false));
+    cimClass.addProperty(CIMProperty(CIMName("r"), CIMValue(CIMTYPE_REFERENCE, false), 0,
+                                     CIMName("Y"), CIMName("S"), true));
     CIMMethod method(CIMName("M"), CIMTYPE_UINT32, CIMName("C"), true);
     method.addQualifier(CIMQualifier(CIMName("Q"), CIMValue(Boolean(true)), CIMFlavor::DEFAULTS));
     CIMParameter in(CIMName("in"), CIMTYPE_STRING);
@@ -30,35 +29,34 @@ TEST(WrittenClass, HasQualifiersPropertiesAndMethods) {
 
     std::string out;
     appendClass(out, cimClass);
-    EXPECT_EQ(out,
-              "<CLASS NAME=\"C\"  SUPERCLASS=\"S\" >\n"
-              "<QUALIFIER NAME=\"Description\" TYPE=\"string\" TRANSLATABLE=\"true\">\n"
-              "<VALUE>d</VALUE>\n"
-              "</QUALIFIER>\n"
-              "<PROPERTY NAME=\"p\"  CLASSORIGIN=\"C\" TYPE=\"string\">\n"
-              "</PROPERTY>\n"
-              "<PROPERTY.REFERENCE NAME=\"r\"  REFERENCECLASS=\"Y\" CLASSORIGIN=\"S\" "
-              "PROPAGATED=\"true\">\n"
-              "</PROPERTY.REFERENCE>\n"
-              "<METHOD NAME=\"M\" TYPE=\"uint32\" CLASSORIGIN=\"C\" PROPAGATED=\"true\">\n"
-              "<QUALIFIER NAME=\"Q\" TYPE=\"boolean\">\n"
-              "<VALUE>TRUE</VALUE>\n"
-              "</QUALIFIER>\n"
-              "<PARAMETER NAME=\"in\" TYPE=\"string\">\n"
-              "<QUALIFIER NAME=\"In\" TYPE=\"boolean\">\n"
-              "<VALUE>TRUE</VALUE>\n"
-              "</QUALIFIER>\n"
-              "</PARAMETER>\n"
-              "<PARAMETER.ARRAY NAME=\"list\" TYPE=\"uint8\" ARRAYSIZE=\"3\">\n"
-              "</PARAMETER.ARRAY>\n"
-              "<PARAMETER.REFERENCE NAME=\"ref\" REFERENCECLASS=\"Y\">\n"
-              "</PARAMETER.REFERENCE>\n"
-              "<PARAMETER.REFARRAY NAME=\"refs\" REFERENCECLASS=\"Y\">\n"
-              "</PARAMETER.REFARRAY>\n"
-              "</METHOD>\n"
-              "<METHOD NAME=\"N\" TYPE=\"string\">\n"
-              "</METHOD>\n"
-              "</CLASS>\n");
+    EXPECT_EQ(out, "<CLASS NAME=\"C\"  SUPERCLASS=\"S\" >\n"
+                   "<QUALIFIER NAME=\"Description\" TYPE=\"string\" TRANSLATABLE=\"true\">\n"
+                   "<VALUE>d</VALUE>\n"
+                   "</QUALIFIER>\n"
+                   "<PROPERTY NAME=\"p\"  CLASSORIGIN=\"C\" TYPE=\"string\">\n"
+                   "</PROPERTY>\n"
+                   "<PROPERTY.REFERENCE NAME=\"r\"  REFERENCECLASS=\"Y\" CLASSORIGIN=\"S\" "
+                   "PROPAGATED=\"true\">\n"
+                   "</PROPERTY.REFERENCE>\n"
+                   "<METHOD NAME=\"M\" TYPE=\"uint32\" CLASSORIGIN=\"C\" PROPAGATED=\"true\">\n"
+                   "<QUALIFIER NAME=\"Q\" TYPE=\"boolean\">\n"
+                   "<VALUE>TRUE</VALUE>\n"
+                   "</QUALIFIER>\n"
+                   "<PARAMETER NAME=\"in\" TYPE=\"string\">\n"
+                   "<QUALIFIER NAME=\"In\" TYPE=\"boolean\">\n"
+                   "<VALUE>TRUE</VALUE>\n"
+                   "</QUALIFIER>\n"
+                   "</PARAMETER>\n"
+                   "<PARAMETER.ARRAY NAME=\"list\" TYPE=\"uint8\" ARRAYSIZE=\"3\">\n"
+                   "</PARAMETER.ARRAY>\n"
+                   "<PARAMETER.REFERENCE NAME=\"ref\" REFERENCECLASS=\"Y\">\n"
+                   "</PARAMETER.REFERENCE>\n"
+                   "<PARAMETER.REFARRAY NAME=\"refs\" REFERENCECLASS=\"Y\">\n"
+                   "</PARAMETER.REFARRAY>\n"
+                   "</METHOD>\n"
+                   "<METHOD NAME=\"N\" TYPE=\"string\">\n"
+                   "</METHOD>\n"
+                   "</CLASS>\n");
 }
 
 std::string written(const CIMQualifierDecl& declaration) {
@@ -68,8 +66,8 @@ std::string written(const CIMQualifierDecl& declaration) {
 }
 
 TEST(WrittenDeclaration, HasNoLineFeedAfterItsScope) {
-    EXPECT_EQ(written(CIMQualifierDecl(
-                  CIMName("Q"), CIMValue(Boolean(true)), CIMScope::ANY, CIMFlavor::DEFAULTS)),
+    EXPECT_EQ(written(CIMQualifierDecl(CIMName("Q"), CIMValue(Boolean(true)), CIMScope::ANY,
+                                       CIMFlavor::DEFAULTS)),
               "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"boolean\">\n"
               "<SCOPE CLASS=\"true\" ASSOCIATION=\"true\" REFERENCE=\"true\" PROPERTY=\"true\" "
               "METHOD=\"true\" PARAMETER=\"true\" INDICATION=\"true\"/><VALUE>TRUE</VALUE>\n"
@@ -77,8 +75,7 @@ TEST(WrittenDeclaration, HasNoLineFeedAfterItsScope) {
 }
 
 TEST(WrittenDeclaration, NamesScopesAndFlavors) {
-    EXPECT_EQ(written(CIMQualifierDecl(CIMName("Q"),
-                                       CIMValue(CIMTYPE_STRING, false),
+    EXPECT_EQ(written(CIMQualifierDecl(CIMName("Q"), CIMValue(CIMTYPE_STRING, false),
                                        CIMScope::CLASS + CIMScope::PROPERTY,
                                        CIMFlavor::DEFAULTS + CIMFlavor::TRANSLATABLE)),
               "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\" TRANSLATABLE=\"true\">\n"
@@ -88,9 +85,7 @@ TEST(WrittenDeclaration, NamesScopesAndFlavors) {
 TEST(WrittenDeclaration, SaysThatItIsAnArray) {
     Array<String> value;
     value.append("x");
-    EXPECT_EQ(written(CIMQualifierDecl(CIMName("Q"),
-                                       CIMValue(value),
-                                       CIMScope::NONE,
+    EXPECT_EQ(written(CIMQualifierDecl(CIMName("Q"), CIMValue(value), CIMScope::NONE,
                                        CIMFlavor::DISABLEOVERRIDE + CIMFlavor::RESTRICTED)),
               "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\" ISARRAY=\"true\" "
               "OVERRIDABLE=\"false\" TOSUBCLASS=\"false\">\n"

@@ -46,9 +46,8 @@ std::vector<Sample> samples() {
         intrinsic("GetInstance", parameter("InstanceName", association)),
         intrinsic("CreateInstance", parameter("NewInstance", instance)),
         intrinsic("ModifyInstance",
-                  parameter("ModifiedInstance",
-                            "<VALUE.NAMEDINSTANCE>" + instanceName() + instance +
-                                "</VALUE.NAMEDINSTANCE>")),
+                  parameter("ModifiedInstance", "<VALUE.NAMEDINSTANCE>" + instanceName() +
+                                                    instance + "</VALUE.NAMEDINSTANCE>")),
         {"\xEF\xBB\xBF<?xml version='1.0' encoding='UTF-8' standalone='yes'?>"
          "<!DOCTYPE CIM SYSTEM \"CIM_DTD_V20.dtd\"><!-- - --><?p i?>"
          "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">"

@@ -34,18 +34,14 @@ std::string in(const std::string& element, const std::string& content) {
 
 TEST(ElementRules, AcceptWhatIsDeclared) {
     for (const std::string& element :
-         {in("LOCALINSTANCEPATH", space + name),
-          in("INSTANCEPATH", fullSpace + name),
-          in("LOCALCLASSPATH", space + className),
-          in("CLASSPATH", fullSpace + className),
+         {in("LOCALINSTANCEPATH", space + name), in("INSTANCEPATH", fullSpace + name),
+          in("LOCALCLASSPATH", space + className), in("CLASSPATH", fullSpace + className),
           in("INSTANCENAME CLASSNAME='X'", "<KEYVALUE>1</KEYVALUE>"),
           in("INSTANCENAME CLASSNAME='X'", reference),
-          in("INSTANCENAME CLASSNAME='X'",
-             "<KEYBINDING NAME='a'><KEYVALUE/></KEYBINDING>"
-             "<KEYBINDING NAME='b'>" +
-                 reference + "</KEYBINDING>"),
-          in("VALUE.ARRAY", ""),
-          in("VALUE.ARRAY", "<VALUE/><VALUE.NULL/><VALUE/>"),
+          in("INSTANCENAME CLASSNAME='X'", "<KEYBINDING NAME='a'><KEYVALUE/></KEYBINDING>"
+                                           "<KEYBINDING NAME='b'>" +
+                                               reference + "</KEYBINDING>"),
+          in("VALUE.ARRAY", ""), in("VALUE.ARRAY", "<VALUE/><VALUE.NULL/><VALUE/>"),
           in("VALUE.REFARRAY", reference + "<VALUE.NULL/>"),
           in("INSTANCE CLASSNAME='X'", qualifier + qualifier + property),
           in("PROPERTY NAME='p' TYPE='string'", qualifier + "<VALUE/>"),
@@ -57,10 +53,9 @@ TEST(ElementRules, AcceptWhatIsDeclared) {
                  qualifier + "</PARAMETER.REFARRAY></METHOD>"),
           in("QUALIFIER.DECLARATION NAME='Q' TYPE='string' ISARRAY='true'",
              scope + "<VALUE.ARRAY/>"),
-          in("SIMPLEREQ",
-             "<CORRELATOR NAME='c' TYPE='string'><VALUE/></CORRELATOR>"
-             "<IMETHODCALL NAME='m'>" +
-                 space + "</IMETHODCALL>")}) {
+          in("SIMPLEREQ", "<CORRELATOR NAME='c' TYPE='string'><VALUE/></CORRELATOR>"
+                          "<IMETHODCALL NAME='m'>" +
+                              space + "</IMETHODCALL>")}) {
         EXPECT_EQ(judge(element), "good") << element;
     }
 }
@@ -97,20 +92,14 @@ TEST(ElementRules, RejectWhatHasNoPlace) {
          {in("LOCALINSTANCEPATH", name + space),
           in("INSTANCENAME CLASSNAME='X'", "<KEYVALUE/><KEYVALUE/>"),
           in("INSTANCENAME CLASSNAME='X'", "<KEYVALUE/>" + reference),
-          in("INSTANCENAME CLASSNAME='X'",
-             "<KEYBINDING NAME='a'><KEYVALUE/></KEYBINDING>"
-             "<KEYVALUE/>"),
-          in("KEYBINDING NAME='a'", "<KEYVALUE/><KEYVALUE/>"),
-          in("VALUE.REFERENCE", name + name),
-          in("VALUE", "<VALUE/>"),
-          in("VALUE.NULL", "text"),
-          in("CLASSNAME NAME='X'", name),
-          in("INSTANCE CLASSNAME='X'", property + qualifier),
-          in("VALUE.ARRAY", reference),
+          in("INSTANCENAME CLASSNAME='X'", "<KEYBINDING NAME='a'><KEYVALUE/></KEYBINDING>"
+                                           "<KEYVALUE/>"),
+          in("KEYBINDING NAME='a'", "<KEYVALUE/><KEYVALUE/>"), in("VALUE.REFERENCE", name + name),
+          in("VALUE", "<VALUE/>"), in("VALUE.NULL", "text"), in("CLASSNAME NAME='X'", name),
+          in("INSTANCE CLASSNAME='X'", property + qualifier), in("VALUE.ARRAY", reference),
           in("QUALIFIER.DECLARATION NAME='Q' TYPE='string'", "<VALUE/>" + scope),
           std::string("<SCOPE CLASS='true' EVERYTHING='true'/>"),
-          std::string("<VALUE.OBJECTWITHPATH/>"),
-          std::string("<class NAME='C'/>")}) {
+          std::string("<VALUE.OBJECTWITHPATH/>"), std::string("<class NAME='C'/>")}) {
         EXPECT_EQ(judge(element), "request-not-valid") << element;
     }
 }

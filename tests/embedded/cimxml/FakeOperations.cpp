@@ -48,8 +48,7 @@ std::string show(const CIMInstance& instance) {
 } // namespace
 
 template <class... Arguments>
-void FakeOperations::record(const Caller& caller,
-                            const char* operation,
+void FakeOperations::record(const Caller& caller, const char* operation,
                             const Arguments&... arguments) {
     std::string line = operation;
     ((line += " " + show(arguments)), ...);
@@ -60,62 +59,36 @@ void FakeOperations::record(const Caller& caller,
     }
 }
 
-CIMClass FakeOperations::getClass(const Caller& caller,
-                                  const CIMNamespaceName& nameSpace,
-                                  const CIMName& className,
-                                  bool localOnly,
-                                  bool includeQualifiers,
-                                  bool includeClassOrigin,
-                                  const CIMPropertyList& propertyList) {
-    record(caller,
-           "getClass",
-           nameSpace,
-           className,
-           localOnly,
-           includeQualifiers,
-           includeClassOrigin,
-           propertyList);
+CIMClass FakeOperations::getClass(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                  const CIMName& className, bool localOnly, bool includeQualifiers,
+                                  bool includeClassOrigin, const CIMPropertyList& propertyList) {
+    record(caller, "getClass", nameSpace, className, localOnly, includeQualifiers,
+           includeClassOrigin, propertyList);
     return cimClass;
 }
 
 Array<CIMClass> FakeOperations::enumerateClasses(const Caller& caller,
                                                  const CIMNamespaceName& nameSpace,
-                                                 const CIMName& className,
-                                                 bool deepInheritance,
-                                                 bool localOnly,
-                                                 bool includeQualifiers,
+                                                 const CIMName& className, bool deepInheritance,
+                                                 bool localOnly, bool includeQualifiers,
                                                  bool includeClassOrigin) {
-    record(caller,
-           "enumerateClasses",
-           nameSpace,
-           className,
-           deepInheritance,
-           localOnly,
-           includeQualifiers,
-           includeClassOrigin);
+    record(caller, "enumerateClasses", nameSpace, className, deepInheritance, localOnly,
+           includeQualifiers, includeClassOrigin);
     return classes;
 }
 
 Array<CIMName> FakeOperations::enumerateClassNames(const Caller& caller,
                                                    const CIMNamespaceName& nameSpace,
-                                                   const CIMName& className,
-                                                   bool deepInheritance) {
+                                                   const CIMName& className, bool deepInheritance) {
     record(caller, "enumerateClassNames", nameSpace, className, deepInheritance);
     return classNames;
 }
 
-CIMInstance FakeOperations::getInstance(const Caller& caller,
-                                        const CIMNamespaceName& nameSpace,
-                                        const CIMObjectPath& instanceName,
-                                        bool includeQualifiers,
+CIMInstance FakeOperations::getInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                        const CIMObjectPath& instanceName, bool includeQualifiers,
                                         bool includeClassOrigin,
                                         const CIMPropertyList& propertyList) {
-    record(caller,
-           "getInstance",
-           nameSpace,
-           instanceName,
-           includeQualifiers,
-           includeClassOrigin,
+    record(caller, "getInstance", nameSpace, instanceName, includeQualifiers, includeClassOrigin,
            propertyList);
     return instance;
 }
@@ -123,18 +96,11 @@ CIMInstance FakeOperations::getInstance(const Caller& caller,
 Answer<CIMInstance> FakeOperations::enumerateInstances(const Caller& caller,
                                                        const CIMNamespaceName& nameSpace,
                                                        const CIMName& className,
-                                                       bool deepInheritance,
-                                                       bool includeQualifiers,
+                                                       bool deepInheritance, bool includeQualifiers,
                                                        bool includeClassOrigin,
                                                        const CIMPropertyList& propertyList) {
-    record(caller,
-           "enumerateInstances",
-           nameSpace,
-           className,
-           deepInheritance,
-           includeQualifiers,
-           includeClassOrigin,
-           propertyList);
+    record(caller, "enumerateInstances", nameSpace, className, deepInheritance, includeQualifiers,
+           includeClassOrigin, propertyList);
     return instances;
 }
 
@@ -153,23 +119,19 @@ CIMObjectPath FakeOperations::createInstance(const Caller& caller,
     return createdPath;
 }
 
-void FakeOperations::modifyInstance(const Caller& caller,
-                                    const CIMNamespaceName& nameSpace,
-                                    const CIMInstance& modifiedInstance,
-                                    bool includeQualifiers,
+void FakeOperations::modifyInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                    const CIMInstance& modifiedInstance, bool includeQualifiers,
                                     const CIMPropertyList& propertyList) {
     lastInstance = modifiedInstance;
     record(caller, "modifyInstance", nameSpace, modifiedInstance, includeQualifiers, propertyList);
 }
 
-void FakeOperations::deleteInstance(const Caller& caller,
-                                    const CIMNamespaceName& nameSpace,
+void FakeOperations::deleteInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
                                     const CIMObjectPath& instanceName) {
     record(caller, "deleteInstance", nameSpace, instanceName);
 }
 
-CIMValue FakeOperations::getProperty(const Caller& caller,
-                                     const CIMNamespaceName& nameSpace,
+CIMValue FakeOperations::getProperty(const Caller& caller, const CIMNamespaceName& nameSpace,
                                      const CIMObjectPath& instanceName,
                                      const CIMName& propertyName) {
     record(caller, "getProperty", nameSpace, instanceName, propertyName);
@@ -179,41 +141,21 @@ CIMValue FakeOperations::getProperty(const Caller& caller,
 Answer<CIMObject> FakeOperations::associators(const Caller& caller,
                                               const CIMNamespaceName& nameSpace,
                                               const CIMObjectPath& objectName,
-                                              const CIMName& assocClass,
-                                              const CIMName& resultClass,
-                                              const String& role,
-                                              const String& resultRole,
-                                              bool includeQualifiers,
-                                              bool includeClassOrigin,
+                                              const CIMName& assocClass, const CIMName& resultClass,
+                                              const String& role, const String& resultRole,
+                                              bool includeQualifiers, bool includeClassOrigin,
                                               const CIMPropertyList& propertyList) {
-    record(caller,
-           "associators",
-           nameSpace,
-           objectName,
-           assocClass,
-           resultClass,
-           role,
-           resultRole,
-           includeQualifiers,
-           includeClassOrigin,
-           propertyList);
+    record(caller, "associators", nameSpace, objectName, assocClass, resultClass, role, resultRole,
+           includeQualifiers, includeClassOrigin, propertyList);
     return objects;
 }
 
-Answer<CIMObjectPath> FakeOperations::associatorNames(const Caller& caller,
-                                                      const CIMNamespaceName& nameSpace,
-                                                      const CIMObjectPath& objectName,
-                                                      const CIMName& assocClass,
-                                                      const CIMName& resultClass,
-                                                      const String& role,
-                                                      const String& resultRole) {
-    record(caller,
-           "associatorNames",
-           nameSpace,
-           objectName,
-           assocClass,
-           resultClass,
-           role,
+Answer<CIMObjectPath>
+FakeOperations::associatorNames(const Caller& caller, const CIMNamespaceName& nameSpace,
+                                const CIMObjectPath& objectName, const CIMName& assocClass,
+                                const CIMName& resultClass, const String& role,
+                                const String& resultRole) {
+    record(caller, "associatorNames", nameSpace, objectName, assocClass, resultClass, role,
            resultRole);
     return paths;
 }
@@ -221,20 +163,11 @@ Answer<CIMObjectPath> FakeOperations::associatorNames(const Caller& caller,
 Answer<CIMObject> FakeOperations::references(const Caller& caller,
                                              const CIMNamespaceName& nameSpace,
                                              const CIMObjectPath& objectName,
-                                             const CIMName& resultClass,
-                                             const String& role,
-                                             bool includeQualifiers,
-                                             bool includeClassOrigin,
+                                             const CIMName& resultClass, const String& role,
+                                             bool includeQualifiers, bool includeClassOrigin,
                                              const CIMPropertyList& propertyList) {
-    record(caller,
-           "references",
-           nameSpace,
-           objectName,
-           resultClass,
-           role,
-           includeQualifiers,
-           includeClassOrigin,
-           propertyList);
+    record(caller, "references", nameSpace, objectName, resultClass, role, includeQualifiers,
+           includeClassOrigin, propertyList);
     return objects;
 }
 

@@ -32,87 +32,54 @@ class FakeOperations : public host::CimOperations {
     Pegasus::CIMQualifierDecl qualifier;
     Pegasus::Array<Pegasus::CIMQualifierDecl> qualifiers;
 
-    Pegasus::CIMClass getClass(const host::Caller&,
-                               const Pegasus::CIMNamespaceName&,
-                               const Pegasus::CIMName&,
-                               bool,
-                               bool,
-                               bool,
+    Pegasus::CIMClass getClass(const host::Caller&, const Pegasus::CIMNamespaceName&,
+                               const Pegasus::CIMName&, bool, bool, bool,
                                const Pegasus::CIMPropertyList&) override;
     Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const host::Caller&,
                                                        const Pegasus::CIMNamespaceName&,
-                                                       const Pegasus::CIMName&,
-                                                       bool,
-                                                       bool,
-                                                       bool,
+                                                       const Pegasus::CIMName&, bool, bool, bool,
                                                        bool) override;
     Pegasus::Array<Pegasus::CIMName> enumerateClassNames(const host::Caller&,
                                                          const Pegasus::CIMNamespaceName&,
-                                                         const Pegasus::CIMName&,
-                                                         bool) override;
-    Pegasus::CIMInstance getInstance(const host::Caller&,
-                                     const Pegasus::CIMNamespaceName&,
-                                     const Pegasus::CIMObjectPath&,
-                                     bool,
-                                     bool,
+                                                         const Pegasus::CIMName&, bool) override;
+    Pegasus::CIMInstance getInstance(const host::Caller&, const Pegasus::CIMNamespaceName&,
+                                     const Pegasus::CIMObjectPath&, bool, bool,
                                      const Pegasus::CIMPropertyList&) override;
     host::Answer<Pegasus::CIMInstance> enumerateInstances(const host::Caller&,
                                                           const Pegasus::CIMNamespaceName&,
-                                                          const Pegasus::CIMName&,
-                                                          bool,
-                                                          bool,
-                                                          bool,
+                                                          const Pegasus::CIMName&, bool, bool, bool,
                                                           const Pegasus::CIMPropertyList&) override;
     host::Answer<Pegasus::CIMObjectPath> enumerateInstanceNames(const host::Caller&,
                                                                 const Pegasus::CIMNamespaceName&,
                                                                 const Pegasus::CIMName&) override;
-    Pegasus::CIMObjectPath createInstance(const host::Caller&,
-                                          const Pegasus::CIMNamespaceName&,
+    Pegasus::CIMObjectPath createInstance(const host::Caller&, const Pegasus::CIMNamespaceName&,
                                           const Pegasus::CIMInstance&) override;
-    void modifyInstance(const host::Caller&,
-                        const Pegasus::CIMNamespaceName&,
-                        const Pegasus::CIMInstance&,
-                        bool,
+    void modifyInstance(const host::Caller&, const Pegasus::CIMNamespaceName&,
+                        const Pegasus::CIMInstance&, bool,
                         const Pegasus::CIMPropertyList&) override;
-    void deleteInstance(const host::Caller&,
-                        const Pegasus::CIMNamespaceName&,
+    void deleteInstance(const host::Caller&, const Pegasus::CIMNamespaceName&,
                         const Pegasus::CIMObjectPath&) override;
-    Pegasus::CIMValue getProperty(const host::Caller&,
-                                  const Pegasus::CIMNamespaceName&,
-                                  const Pegasus::CIMObjectPath&,
-                                  const Pegasus::CIMName&) override;
-    host::Answer<Pegasus::CIMObject> associators(const host::Caller&,
-                                                 const Pegasus::CIMNamespaceName&,
-                                                 const Pegasus::CIMObjectPath&,
-                                                 const Pegasus::CIMName&,
-                                                 const Pegasus::CIMName&,
-                                                 const Pegasus::String&,
-                                                 const Pegasus::String&,
-                                                 bool,
-                                                 bool,
-                                                 const Pegasus::CIMPropertyList&) override;
-    host::Answer<Pegasus::CIMObjectPath> associatorNames(const host::Caller&,
-                                                         const Pegasus::CIMNamespaceName&,
-                                                         const Pegasus::CIMObjectPath&,
-                                                         const Pegasus::CIMName&,
-                                                         const Pegasus::CIMName&,
-                                                         const Pegasus::String&,
-                                                         const Pegasus::String&) override;
-    host::Answer<Pegasus::CIMObject> references(const host::Caller&,
-                                                const Pegasus::CIMNamespaceName&,
-                                                const Pegasus::CIMObjectPath&,
-                                                const Pegasus::CIMName&,
-                                                const Pegasus::String&,
-                                                bool,
-                                                bool,
-                                                const Pegasus::CIMPropertyList&) override;
+    Pegasus::CIMValue getProperty(const host::Caller&, const Pegasus::CIMNamespaceName&,
+                                  const Pegasus::CIMObjectPath&, const Pegasus::CIMName&) override;
+    host::Answer<Pegasus::CIMObject>
+    associators(const host::Caller&, const Pegasus::CIMNamespaceName&,
+                const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
+                const Pegasus::String&, const Pegasus::String&, bool, bool,
+                const Pegasus::CIMPropertyList&) override;
+    host::Answer<Pegasus::CIMObjectPath>
+    associatorNames(const host::Caller&, const Pegasus::CIMNamespaceName&,
+                    const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
+                    const Pegasus::String&, const Pegasus::String&) override;
+    host::Answer<Pegasus::CIMObject>
+    references(const host::Caller&, const Pegasus::CIMNamespaceName&, const Pegasus::CIMObjectPath&,
+               const Pegasus::CIMName&, const Pegasus::String&, bool, bool,
+               const Pegasus::CIMPropertyList&) override;
     host::Answer<Pegasus::CIMObjectPath> referenceNames(const host::Caller&,
                                                         const Pegasus::CIMNamespaceName&,
                                                         const Pegasus::CIMObjectPath&,
                                                         const Pegasus::CIMName&,
                                                         const Pegasus::String&) override;
-    Pegasus::CIMQualifierDecl getQualifier(const host::Caller&,
-                                           const Pegasus::CIMNamespaceName&,
+    Pegasus::CIMQualifierDecl getQualifier(const host::Caller&, const Pegasus::CIMNamespaceName&,
                                            const Pegasus::CIMName&) override;
     Pegasus::Array<Pegasus::CIMQualifierDecl>
     enumerateQualifiers(const host::Caller&, const Pegasus::CIMNamespaceName&) override;

@@ -170,10 +170,8 @@ TEST(NewInstance, WithAnArrayOfAnotherSizeThanDeclaredIsInvalid) {
 
 TEST(NewInstance, WithIllegalAttributesMakesTheDocumentInvalid) {
     for (const char* members :
-         {"<PROPERTY NAME=\"1\" TYPE=\"uint8\"/>",
-          "<PROPERTY NAME=\"p\"/>",
-          "<PROPERTY NAME=\"p\" TYPE=\"int\"/>",
-          "<PROPERTY NAME=\"p\" TYPE=\"reference\"/>",
+         {"<PROPERTY NAME=\"1\" TYPE=\"uint8\"/>", "<PROPERTY NAME=\"p\"/>",
+          "<PROPERTY NAME=\"p\" TYPE=\"int\"/>", "<PROPERTY NAME=\"p\" TYPE=\"reference\"/>",
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\" PROPAGATED=\"yes\"/>",
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\" CLASSORIGIN=\"\"/>",
           "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\" ARRAYSIZE=\"many\"/>",
@@ -189,8 +187,7 @@ TEST(NewInstance, WithIllegalAttributesMakesTheDocumentInvalid) {
 
 TEST(ModifiedInstance, HasThePathThatItIsNamedBy) {
     FakeOperations operations;
-    content(operations,
-            "ModifyInstance",
+    content(operations, "ModifyInstance",
             parameter("ModifiedInstance",
                       "<VALUE.NAMEDINSTANCE>" + instanceName() +
                           "<INSTANCE CLASSNAME=\"x\"><PROPERTY NAME=\"p\" TYPE=\"string\"/>"
@@ -200,11 +197,10 @@ TEST(ModifiedInstance, HasThePathThatItIsNamedBy) {
 }
 
 TEST(ModifiedInstance, OfAnotherClassThanItsPathIsInvalid) {
-    const std::string answer = recorded("ModifyInstance",
-                                        parameter("ModifiedInstance",
-                                                  "<VALUE.NAMEDINSTANCE>" + instanceName() +
-                                                      "<INSTANCE CLASSNAME=\"Y\"/>"
-                                                      "</VALUE.NAMEDINSTANCE>"));
+    const std::string answer = recorded(
+        "ModifyInstance", parameter("ModifiedInstance", "<VALUE.NAMEDINSTANCE>" + instanceName() +
+                                                            "<INSTANCE CLASSNAME=\"Y\"/>"
+                                                            "</VALUE.NAMEDINSTANCE>"));
     EXPECT_EQ(answer.find("no call, but <ERROR CODE=\"4\""), 0U) << answer;
 }
 

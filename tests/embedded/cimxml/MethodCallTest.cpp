@@ -21,10 +21,8 @@ std::string methodCall(const std::string& method, const std::string& target) {
            "</METHODCALL></SIMPLEREQ></MESSAGE></CIM>";
 }
 
-std::string answerTo(FakeOperations& operations,
-                     const std::string& method,
-                     const std::string& target,
-                     const std::string& object) {
+std::string answerTo(FakeOperations& operations, const std::string& method,
+                     const std::string& target, const std::string& object) {
     return answer(methodCall(method, target), {method, object, "1.0"}, host::Caller(), operations);
 }
 
@@ -56,8 +54,7 @@ TEST(MethodCall, OfAMethodThatTheClassHasNotIsNotFound) {
 TEST(MethodCall, OfAMethodThatTheClassHasIsNotAvailable) {
     FakeOperations operations = operationsWithMethod();
     EXPECT_EQ(answerTo(operations, "start", onInstance, "root:X.a=\"1\""),
-              errorReply("start",
-                         16,
+              errorReply("start", 16,
                          "CIM_ERR_METHOD_NOT_AVAILABLE: No provider for method start of class X."));
 }
 

@@ -50,16 +50,16 @@ TEST(WrittenProperty, ThatIsAnArrayTellsEmptyFromNull) {
 TEST(WrittenProperty, ThatIsAReferenceHasNoType) {
     EXPECT_EQ(written(CIMProperty(CIMName("r"), CIMValue(CIMTYPE_REFERENCE, false))),
               "<PROPERTY.REFERENCE NAME=\"r\" >\n</PROPERTY.REFERENCE>\n");
-    EXPECT_EQ(written(CIMProperty(
-                  CIMName("r"), CIMValue(CIMObjectPath("X")), 0, CIMName("X"), CIMName("O"), true)),
+    EXPECT_EQ(written(CIMProperty(CIMName("r"), CIMValue(CIMObjectPath("X")), 0, CIMName("X"),
+                                  CIMName("O"), true)),
               "<PROPERTY.REFERENCE NAME=\"r\"  REFERENCECLASS=\"X\" CLASSORIGIN=\"O\" "
               "PROPAGATED=\"true\">\n<VALUE.REFERENCE>\n<INSTANCENAME CLASSNAME=\"X\">\n"
               "</INSTANCENAME>\n</VALUE.REFERENCE>\n</PROPERTY.REFERENCE>\n");
 }
 
 TEST(WrittenProperty, HasItsOriginBeforeItsType) {
-    EXPECT_EQ(written(CIMProperty(
-                  CIMName("p"), CIMValue(CIMTYPE_STRING, false), 0, CIMName(), CIMName("O"), true)),
+    EXPECT_EQ(written(CIMProperty(CIMName("p"), CIMValue(CIMTYPE_STRING, false), 0, CIMName(),
+                                  CIMName("O"), true)),
               "<PROPERTY NAME=\"p\"  CLASSORIGIN=\"O\" PROPAGATED=\"true\" TYPE=\"string\">\n"
               "</PROPERTY>\n");
 }
@@ -123,8 +123,8 @@ std::string instanceElement(const std::string& members) {
 std::string got(const std::string& parameters) {
     FakeOperations operations;
     operations.instance = fullInstance();
-    return returned(
-        operations, "GetInstance", parameter("InstanceName", instanceName()) + parameters);
+    return returned(operations, "GetInstance",
+                    parameter("InstanceName", instanceName()) + parameters);
 }
 
 const std::string withQualifiers = parameter("IncludeQualifiers", "<VALUE>TRUE</VALUE>");
@@ -158,8 +158,7 @@ TEST(WrittenInstance, IsFilteredAlikeInEveryOperation) {
     FakeOperations operations;
     operations.instances.objects.append(fullInstance());
     operations.objects.objects.append(CIMObject(fullInstance()));
-    EXPECT_TRUE(has(returned(operations,
-                             "EnumerateInstances",
+    EXPECT_TRUE(has(returned(operations, "EnumerateInstances",
                              parameter("ClassName", "<CLASSNAME NAME=\"X\"/>") + list)));
     for (const char* operation : {"Associators", "References"}) {
         EXPECT_TRUE(

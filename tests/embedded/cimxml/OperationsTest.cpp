@@ -42,8 +42,7 @@ TEST_P(DecodedCall, CarriesTheParametersOrTheirDefaults) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Operations,
-    DecodedCall,
+    Operations, DecodedCall,
     testing::Values(
         Row{"GetClass", classX, "getClass root/cimv2 X 1 1 0 -"},
         Row{"GetClass",
@@ -56,8 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
                 flag("IncludeQualifiers", false) + flag("IncludeClassOrigin", true),
             "enumerateClasses root/cimv2 X 1 0 0 1"},
         Row{"EnumerateClassNames", "", "enumerateClassNames root/cimv2 - 0"},
-        Row{"EnumerateClassNames",
-            classX + flag("DeepInheritance", true),
+        Row{"EnumerateClassNames", classX + flag("DeepInheritance", true),
             "enumerateClassNames root/cimv2 X 1"},
         Row{"GetInstance", pathX, "getInstance root/cimv2 X.a=\"1\" 0 0 -"},
         Row{"GetInstance",
@@ -70,13 +68,11 @@ INSTANTIATE_TEST_SUITE_P(
                 flag("IncludeQualifiers", true) + flag("IncludeClassOrigin", true) + listAB,
             "enumerateInstances root/cimv2 X 0 1 1 [a,b]"},
         Row{"EnumerateInstanceNames", classX, "enumerateInstanceNames root/cimv2 X"},
-        Row{"CreateInstance",
-            parameter("NewInstance", "<INSTANCE CLASSNAME=\"X\"></INSTANCE>"),
+        Row{"CreateInstance", parameter("NewInstance", "<INSTANCE CLASSNAME=\"X\"></INSTANCE>"),
             "createInstance root/cimv2 X"},
         Row{"ModifyInstance",
-            parameter("ModifiedInstance",
-                      "<VALUE.NAMEDINSTANCE>" + instanceName() +
-                          "<INSTANCE CLASSNAME=\"X\"/></VALUE.NAMEDINSTANCE>"),
+            parameter("ModifiedInstance", "<VALUE.NAMEDINSTANCE>" + instanceName() +
+                                              "<INSTANCE CLASSNAME=\"X\"/></VALUE.NAMEDINSTANCE>"),
             "modifyInstance root/cimv2 X.a=\"1\" 1 -"},
         Row{"ModifyInstance",
             flag("IncludeQualifiers", false) + listAB +
@@ -103,8 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
                 flag("IncludeQualifiers", true) + flag("IncludeClassOrigin", true) + listAB,
             "references root/cimv2 X.a=\"1\" R r 1 1 [a,b]"},
         Row{"ReferenceNames", objectX, "referenceNames root/cimv2 X.a=\"1\" - -"},
-        Row{"ReferenceNames",
-            objectX + className("ResultClass", "R") + text("Role", "r"),
+        Row{"ReferenceNames", objectX + className("ResultClass", "R") + text("Role", "r"),
             "referenceNames root/cimv2 X.a=\"1\" R r"},
         Row{"GetQualifier", text("QualifierName", "Key"), "getQualifier root/cimv2 Key"},
         Row{"EnumerateQualifiers", "", "enumerateQualifiers root/cimv2"}));
@@ -117,17 +112,16 @@ TEST(Operations, PassTheCallerOn) {
     FakeOperations operations;
     host::Caller caller;
     caller.userName = "operator";
-    answer(
-        request("EnumerateClassNames", ""), headersFor("EnumerateClassNames"), caller, operations);
+    answer(request("EnumerateClassNames", ""), headersFor("EnumerateClassNames"), caller,
+           operations);
     EXPECT_TRUE(operations.lastCaller.userName == "operator");
     EXPECT_FALSE(operations.lastCaller.objectIsClass);
 }
 
 TEST(Operations, UnknownOnesAreSaidToBeSo) {
     EXPECT_EQ(recorded("Frobnicate", ""),
-              "no call, but " + errorContent(7,
-                                             "CIM_ERR_NOT_SUPPORTED: Unrecognized intrinsic "
-                                             "method: Frobnicate"));
+              "no call, but " + errorContent(7, "CIM_ERR_NOT_SUPPORTED: Unrecognized intrinsic "
+                                                "method: Frobnicate"));
 }
 
 class NotServed : public testing::TestWithParam<const char*> {};
@@ -136,31 +130,18 @@ TEST_P(NotServed, IsNotSupported) {
     // Parameters are not looked at: a client that tries pull operations first wants to hear this.
     EXPECT_EQ(recorded(GetParam(), text("MaxObjectCount", "100") + classX),
               "no call, but " +
-                  errorContent(7,
-                               "CIM_ERR_NOT_SUPPORTED: This server does not support " +
-                                   std::string(GetParam()) + "."));
+                  errorContent(7, "CIM_ERR_NOT_SUPPORTED: This server does not support " +
+                                      std::string(GetParam()) + "."));
 }
 
-INSTANTIATE_TEST_SUITE_P(Operations,
-                         NotServed,
-                         testing::Values("CreateClass",
-                                         "ModifyClass",
-                                         "DeleteClass",
-                                         "SetProperty",
-                                         "SetQualifier",
-                                         "DeleteQualifier",
-                                         "ExecQuery",
-                                         "OpenEnumerateInstances",
-                                         "OpenEnumerateInstancePaths",
-                                         "OpenReferenceInstances",
-                                         "OpenReferenceInstancePaths",
-                                         "OpenAssociatorInstances",
-                                         "OpenAssociatorInstancePaths",
-                                         "OpenQueryInstances",
-                                         "PullInstancesWithPath",
-                                         "PullInstancePaths",
-                                         "PullInstances",
-                                         "CloseEnumeration",
+INSTANTIATE_TEST_SUITE_P(Operations, NotServed,
+                         testing::Values("CreateClass", "ModifyClass", "DeleteClass", "SetProperty",
+                                         "SetQualifier", "DeleteQualifier", "ExecQuery",
+                                         "OpenEnumerateInstances", "OpenEnumerateInstancePaths",
+                                         "OpenReferenceInstances", "OpenReferenceInstancePaths",
+                                         "OpenAssociatorInstances", "OpenAssociatorInstancePaths",
+                                         "OpenQueryInstances", "PullInstancesWithPath",
+                                         "PullInstancePaths", "PullInstances", "CloseEnumeration",
                                          "EnumerationCount"));
 
 // Responses
@@ -258,8 +239,7 @@ TEST(Responses, ToEnumerateInstanceNamesHoldNamesWithoutHostAndNamespace) {
 TEST(Responses, ToCreateInstanceHoldTheName) {
     FakeOperations operations;
     operations.createdPath = pathWithHost();
-    EXPECT_EQ(returned(operations,
-                       "CreateInstance",
+    EXPECT_EQ(returned(operations, "CreateInstance",
                        parameter("NewInstance", "<INSTANCE CLASSNAME=\"X\"/>")),
               writtenName);
 }
@@ -267,8 +247,7 @@ TEST(Responses, ToCreateInstanceHoldTheName) {
 TEST(Responses, ToModifyAndDeleteAreEmpty) {
     FakeOperations operations;
     EXPECT_EQ(content(operations, "DeleteInstance", pathX), "");
-    EXPECT_EQ(content(operations,
-                      "ModifyInstance",
+    EXPECT_EQ(content(operations, "ModifyInstance",
                       parameter("ModifiedInstance",
                                 "<VALUE.NAMEDINSTANCE>" + instanceName() +
                                     "<INSTANCE CLASSNAME=\"X\"/></VALUE.NAMEDINSTANCE>")),
@@ -291,9 +270,9 @@ TEST(Responses, ToAssociationQueriesHoldFullPaths) {
     for (const char* operation : {"Associators", "References"}) {
         FakeOperations operations;
         operations.objects.objects.append(CIMObject(instanceWithPath()));
-        EXPECT_EQ(returned(operations, operation, objectX),
-                  "<VALUE.OBJECTWITHPATH>\n" + writtenPath + writtenInstance +
-                      "</VALUE.OBJECTWITHPATH>\n");
+        EXPECT_EQ(returned(operations, operation, objectX), "<VALUE.OBJECTWITHPATH>\n" +
+                                                                writtenPath + writtenInstance +
+                                                                "</VALUE.OBJECTWITHPATH>\n");
     }
     for (const char* operation : {"AssociatorNames", "ReferenceNames"}) {
         FakeOperations operations;
@@ -344,12 +323,10 @@ TEST(Responses, WithNothingOfSeveralLegsHaveAnEmptyReturnValue) {
     operations.instances.legs = 2;
     operations.paths.legs = 2;
     operations.objects.legs = 2;
-    for (const auto& [operation, parameters] : {std::pair("EnumerateInstances", classX),
-                                                std::pair("EnumerateInstanceNames", classX),
-                                                std::pair("Associators", objectX),
-                                                std::pair("AssociatorNames", objectX),
-                                                std::pair("References", objectX),
-                                                std::pair("ReferenceNames", objectX)}) {
+    for (const auto& [operation, parameters] :
+         {std::pair("EnumerateInstances", classX), std::pair("EnumerateInstanceNames", classX),
+          std::pair("Associators", objectX), std::pair("AssociatorNames", objectX),
+          std::pair("References", objectX), std::pair("ReferenceNames", objectX)}) {
         EXPECT_EQ(content(operations, operation, parameters), "<IRETURNVALUE>\n</IRETURNVALUE>\n");
     }
 }

@@ -18,31 +18,23 @@ std::string failed(int code, const std::string& description) {
 
 TEST(Parameters, ThatAreMissingAreNamed) {
     const std::pair<const char*, const char*> required[] = {
-        {"GetClass", "ClassName"},
-        {"GetInstance", "InstanceName"},
-        {"EnumerateInstances", "ClassName"},
-        {"EnumerateInstanceNames", "ClassName"},
-        {"CreateInstance", "NewInstance"},
-        {"ModifyInstance", "ModifiedInstance"},
-        {"DeleteInstance", "InstanceName"},
-        {"GetProperty", "InstanceName"},
-        {"Associators", "ObjectName"},
-        {"AssociatorNames", "ObjectName"},
-        {"References", "ObjectName"},
-        {"ReferenceNames", "ObjectName"},
+        {"GetClass", "ClassName"},           {"GetInstance", "InstanceName"},
+        {"EnumerateInstances", "ClassName"}, {"EnumerateInstanceNames", "ClassName"},
+        {"CreateInstance", "NewInstance"},   {"ModifyInstance", "ModifiedInstance"},
+        {"DeleteInstance", "InstanceName"},  {"GetProperty", "InstanceName"},
+        {"Associators", "ObjectName"},       {"AssociatorNames", "ObjectName"},
+        {"References", "ObjectName"},        {"ReferenceNames", "ObjectName"},
         {"GetQualifier", "QualifierName"},
     };
     for (const auto& [operation, name] : required) {
-        const std::string error = failed(4,
-                                         "CIM_ERR_INVALID_PARAMETER: Required parameter &quot;" +
-                                             std::string(name) + "&quot; missing from request.");
+        const std::string error = failed(4, "CIM_ERR_INVALID_PARAMETER: Required parameter &quot;" +
+                                                std::string(name) + "&quot; missing from request.");
         EXPECT_EQ(answered(operation, ""), error);
         EXPECT_EQ(answered(operation, parameter(name, "")), error) << "null";
     }
     EXPECT_EQ(answered("GetProperty", parameter("InstanceName", instanceName())),
-              failed(4,
-                     "CIM_ERR_INVALID_PARAMETER: Required parameter &quot;PropertyName&quot; "
-                     "missing from request."));
+              failed(4, "CIM_ERR_INVALID_PARAMETER: Required parameter &quot;PropertyName&quot; "
+                        "missing from request."));
 }
 
 TEST(Parameters, ThatAreThereTwiceAreAnError) {
@@ -55,14 +47,12 @@ TEST(Parameters, ThatAreThereTwiceAreAnError) {
 
 TEST(Parameters, ThatTheOperationDoesNotHaveAreAnError) {
     EXPECT_EQ(answered("GetClass", classX + parameter("Zip", "<VALUE>1</VALUE>")),
-              failed(7,
-                     "CIM_ERR_NOT_SUPPORTED: Unrecognized or invalid request input parameter "
-                     "&quot;Zip&quot;"));
+              failed(7, "CIM_ERR_NOT_SUPPORTED: Unrecognized or invalid request input parameter "
+                        "&quot;Zip&quot;"));
     EXPECT_EQ(
         answered("EnumerateInstanceNames", classX + parameter("LocalOnly", "<VALUE>TRUE</VALUE>")),
-        failed(7,
-               "CIM_ERR_NOT_SUPPORTED: Unrecognized or invalid request input parameter "
-               "&quot;LocalOnly&quot;"));
+        failed(7, "CIM_ERR_NOT_SUPPORTED: Unrecognized or invalid request input parameter "
+                  "&quot;LocalOnly&quot;"));
 }
 
 TEST(Parameters, TakeTheirNamesInAnyCase) {
@@ -71,9 +61,9 @@ TEST(Parameters, TakeTheirNamesInAnyCase) {
 }
 
 TEST(Parameters, ThatAreNullHaveTheirDefaults) {
-    EXPECT_EQ(answered("GetClass",
-                       classX + parameter("LocalOnly", "") + parameter("IncludeClassOrigin", "\n") +
-                           parameter("PropertyList", "<!-- none -->")),
+    EXPECT_EQ(answered("GetClass", classX + parameter("LocalOnly", "") +
+                                       parameter("IncludeClassOrigin", "\n") +
+                                       parameter("PropertyList", "<!-- none -->")),
               "getClass root/cimv2 X 1 1 0 -");
 }
 
@@ -85,10 +75,8 @@ TEST(Parameters, ThatAreBooleanTakeTwoWords) {
     EXPECT_EQ(deep("true"), "enumerateClassNames root/cimv2 - 1");
     EXPECT_EQ(deep(" False\n"), "enumerateClassNames root/cimv2 - 0");
     for (const char* value : {"maybe", "1", "", "TRUEFALSE"}) {
-        EXPECT_EQ(deep(value),
-                  failed(4,
-                         "CIM_ERR_INVALID_PARAMETER: Invalid boolean value &quot;" +
-                             std::string(value) + "&quot;."));
+        EXPECT_EQ(deep(value), failed(4, "CIM_ERR_INVALID_PARAMETER: Invalid boolean value &quot;" +
+                                             std::string(value) + "&quot;."));
     }
 }
 

@@ -96,19 +96,16 @@ CIMClass classWithKeys(unsigned count) {
 TEST(InstanceName, MayLeaveTheNameOfTheOneKeyToTheClass) {
     FakeOperations operations;
     operations.cimClass = classWithKeys(1);
-    content(operations,
-            "DeleteInstance",
+    content(operations, "DeleteInstance",
             parameter("InstanceName",
                       "<INSTANCENAME CLASSNAME=\"X\"><KEYVALUE>1</KEYVALUE></INSTANCENAME>"));
-    content(operations,
-            "DeleteInstance",
+    content(operations, "DeleteInstance",
             parameter("InstanceName",
                       "<INSTANCENAME CLASSNAME=\"X\"><VALUE.REFERENCE><INSTANCENAME "
                       "CLASSNAME=\"Y\"><KEYBINDING NAME=\"b\"><KEYVALUE>2</KEYVALUE></KEYBINDING>"
                       "</INSTANCENAME></VALUE.REFERENCE></INSTANCENAME>"));
     EXPECT_EQ(operations.calls,
-              (std::vector<std::string>{"getClass root/cimv2 X 0 1 0 -",
-                                        deleted + "X.first=\"1\"",
+              (std::vector<std::string>{"getClass root/cimv2 X 0 1 0 -", deleted + "X.first=\"1\"",
                                         "getClass root/cimv2 X 0 1 0 -",
                                         deleted + "X.first=\"Y.b=\\\"2\\\"\""}));
 }
@@ -117,14 +114,12 @@ TEST(InstanceName, NeedsTheKeyNameWhenTheClassHasNotExactlyOne) {
     for (const unsigned count : {0U, 2U}) {
         FakeOperations operations;
         operations.cimClass = classWithKeys(count);
-        EXPECT_EQ(content(operations,
-                          "DeleteInstance",
-                          parameter("InstanceName",
-                                    "<INSTANCENAME CLASSNAME=\"X\"><KEYVALUE>1</KEYVALUE>"
-                                    "</INSTANCENAME>")),
-                  errorContent(4,
-                               "CIM_ERR_INVALID_PARAMETER: A key value of class X needs its "
-                               "name: the class has not exactly one key."));
+        EXPECT_EQ(
+            content(operations, "DeleteInstance",
+                    parameter("InstanceName", "<INSTANCENAME CLASSNAME=\"X\"><KEYVALUE>1</KEYVALUE>"
+                                              "</INSTANCENAME>")),
+            errorContent(4, "CIM_ERR_INVALID_PARAMETER: A key value of class X needs its "
+                            "name: the class has not exactly one key."));
         EXPECT_EQ(operations.calls.size(), 1U);
     }
 }
@@ -211,8 +206,7 @@ TEST(InstanceName, MayHaveSoManyKeys) {
 CIMObjectPath pathOf(const char* host, const char* nameSpace, const Array<CIMKeyBinding>& keys) {
     return CIMObjectPath(host,
                          *nameSpace == '\0' ? CIMNamespaceName() : CIMNamespaceName(nameSpace),
-                         CIMName("X"),
-                         keys);
+                         CIMName("X"), keys);
 }
 
 std::string written(const CIMObjectPath& path) {
@@ -230,9 +224,9 @@ const std::string writtenSpace = "<LOCALNAMESPACEPATH>\n"
 TEST(WrittenReference, HasTheFormThatHostAndNamespaceCallFor) {
     EXPECT_EQ(written(pathOf("", "", {})),
               "<VALUE.REFERENCE>\n" + emptyName + "</VALUE.REFERENCE>\n");
-    EXPECT_EQ(written(pathOf("", "root/x", {})),
-              "<VALUE.REFERENCE>\n<LOCALINSTANCEPATH>\n" + writtenSpace + emptyName +
-                  "</LOCALINSTANCEPATH>\n</VALUE.REFERENCE>\n");
+    EXPECT_EQ(written(pathOf("", "root/x", {})), "<VALUE.REFERENCE>\n<LOCALINSTANCEPATH>\n" +
+                                                     writtenSpace + emptyName +
+                                                     "</LOCALINSTANCEPATH>\n</VALUE.REFERENCE>\n");
     EXPECT_EQ(written(pathOf("switch:5988", "root/x", {})),
               "<VALUE.REFERENCE>\n<INSTANCEPATH>\n<NAMESPACEPATH>\n<HOST>switch:5988</HOST>\n" +
                   writtenSpace + "</NAMESPACEPATH>\n" + emptyName +

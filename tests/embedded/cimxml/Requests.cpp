@@ -41,14 +41,14 @@ Headers headersFor(const std::string& operation) {
     return {operation, "root/cimv2", "1.0"};
 }
 
-std::string
-reply(FakeOperations& operations, const std::string& operation, const std::string& parameters) {
-    return answer(
-        request(operation, parameters), headersFor(operation), host::Caller(), operations);
+std::string reply(FakeOperations& operations, const std::string& operation,
+                  const std::string& parameters) {
+    return answer(request(operation, parameters), headersFor(operation), host::Caller(),
+                  operations);
 }
 
-std::string
-content(FakeOperations& operations, const std::string& operation, const std::string& parameters) {
+std::string content(FakeOperations& operations, const std::string& operation,
+                    const std::string& parameters) {
     return between(reply(operations, operation, parameters),
                    "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
                    "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
@@ -59,10 +59,10 @@ content(FakeOperations& operations, const std::string& operation, const std::str
                    "</IMETHODRESPONSE>\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n");
 }
 
-std::string
-returned(FakeOperations& operations, const std::string& operation, const std::string& parameters) {
-    return between(
-        content(operations, operation, parameters), "<IRETURNVALUE>\n", "</IRETURNVALUE>\n");
+std::string returned(FakeOperations& operations, const std::string& operation,
+                     const std::string& parameters) {
+    return between(content(operations, operation, parameters), "<IRETURNVALUE>\n",
+                   "</IRETURNVALUE>\n");
 }
 
 std::string recorded(const std::string& operation, const std::string& parameters) {

@@ -19,14 +19,14 @@ std::string instanceName();
 Headers headersFor(const std::string& operation);
 
 /// The whole reply document to a call of `operation` in root/cimv2.
-std::string
-reply(FakeOperations& operations, const std::string& operation, const std::string& parameters);
+std::string reply(FakeOperations& operations, const std::string& operation,
+                  const std::string& parameters);
 /// The same without the envelope: what stands in the IMETHODRESPONSE.
-std::string
-content(FakeOperations& operations, const std::string& operation, const std::string& parameters);
+std::string content(FakeOperations& operations, const std::string& operation,
+                    const std::string& parameters);
 /// What stands in the IRETURNVALUE; fails the test when there is none.
-std::string
-returned(FakeOperations& operations, const std::string& operation, const std::string& parameters);
+std::string returned(FakeOperations& operations, const std::string& operation,
+                     const std::string& parameters);
 /// The one line that the call left in the fake.
 std::string recorded(const std::string& operation, const std::string& parameters);
 /// "<status> <CIMError>" of the rejection of `body`, or "answered".

@@ -56,22 +56,16 @@ class AssociationRouting : public testing::Test {
 
     Answer<CIMObjectPath> associatorNames(const CIMObjectPath& source,
                                           const char* assocClass = nullptr,
-                                          const char* resultClass = nullptr,
-                                          const char* role = "",
+                                          const char* resultClass = nullptr, const char* role = "",
                                           const char* resultRole = "") {
-        return server.router.associatorNames({},
-                                             nameSpace,
-                                             source,
-                                             assocClass == nullptr ? CIMName() : assocClass,
-                                             resultClass == nullptr ? CIMName() : resultClass,
-                                             role,
-                                             resultRole);
+        return server.router.associatorNames(
+            {}, nameSpace, source, assocClass == nullptr ? CIMName() : assocClass,
+            resultClass == nullptr ? CIMName() : resultClass, role, resultRole);
     }
     Answer<CIMObjectPath> referenceNames(const CIMObjectPath& source,
-                                         const char* resultClass = nullptr,
-                                         const char* role = "") {
-        return server.router.referenceNames(
-            {}, nameSpace, source, resultClass == nullptr ? CIMName() : resultClass, role);
+                                         const char* resultClass = nullptr, const char* role = "") {
+        return server.router.referenceNames({}, nameSpace, source,
+                                            resultClass == nullptr ? CIMName() : resultClass, role);
     }
 
     Server server;
@@ -165,8 +159,8 @@ TEST_F(AssociationRouting, EmptyHostsAndNamespacesOfResultsAreFilledInOthersStay
         call.complete();
     };
     toy::setScript("Q", other);
-    const auto answer = server.router.associators(
-        {}, nameSpace, pathOf("TST_Other", "1"), CIMName(), CIMName(), "", "", false, false, {});
+    const auto answer = server.router.associators({}, nameSpace, pathOf("TST_Other", "1"),
+                                                  CIMName(), CIMName(), "", "", false, false, {});
     EXPECT_EQ((Texts{"//testhost/root/wrong:TST_Base.Id=\"1\"",
                      "//elsewhere/root/wrong:TST_Base.Id=\"1\""}),
               texts(answer.objects));
@@ -251,22 +245,16 @@ TEST_F(StoredAssociations, InstancesOfAServedAssociationAreLeftToItsProvider) {
 }
 
 TEST_F(StoredAssociations, AssociatorsShowsTheFarInstancesThatExist) {
-    const auto answer = server.router.associators(
-        {}, nameSpace, base, CIMName("TST_Stored"), CIMName(), "", "", false, false, {});
+    const auto answer = server.router.associators({}, nameSpace, base, CIMName("TST_Stored"),
+                                                  CIMName(), "", "", false, false, {});
     EXPECT_EQ(Texts{"//testhost/root/test:TST_Other.Id=\"2\""}, texts(answer.objects));
     EXPECT_EQ(1U, answer.legs);
 }
 
 TEST_F(StoredAssociations, ReferencesShowsTheAssociations) {
     const auto objects = server.router
-                             .references({},
-                                         nameSpace,
-                                         pathOf("TST_Other", "2"),
-                                         CIMName("TST_Stored"),
-                                         "far",
-                                         false,
-                                         false,
-                                         {})
+                             .references({}, nameSpace, pathOf("TST_Other", "2"),
+                                         CIMName("TST_Stored"), "far", false, false, {})
                              .objects;
     ASSERT_EQ(1U, objects.size());
     EXPECT_EQ("testhost", text(objects[0].getPath().getHost()));

@@ -65,8 +65,7 @@ TEST(FaultText, ThatIsWrongSaysWhatIsPossible) {
              {"getClass:A=", "'' cannot happen", "empty, hang:SECONDS"},
              {"getClass:A=0", "'0' cannot happen", "1 CIM_ERR_FAILED, 2 CIM_ERR_ACCESS_DENIED"},
              {"getClass:A=18", "'18' cannot happen", "17 CIM_ERR_METHOD_NOT_FOUND, 20 "},
-             {"getClass:A=CIM_ERR",
-              "'CIM_ERR' cannot happen",
+             {"getClass:A=CIM_ERR", "'CIM_ERR' cannot happen",
               "28 CIM_ERR_SERVER_IS_SHUTTING_DOWN"},
              {"getClass:A=hang", "'hang' cannot happen", "hang:SECONDS"},
              {"getClass:A=hang:", "'' is not a time to hang", "0 to 3600 seconds"},
@@ -116,11 +115,10 @@ TEST(Faults, FailTheOperationOnTheClassAndNothingElse) {
     Handle handle(server, {"EnumerateInstanceNames:tst_base=2:keep out"});
     EXPECT_EQ("2: keep out", errorOf([&] { names(handle, "TST_Base"); }));
     EXPECT_EQ(1U, names(handle, "TST_Other"));
-    EXPECT_EQ(1U,
-              handle
-                  ->enumerateInstances(
-                      context, nameSpace, CIMName("TST_Base"), true, false, false, false, {})
-                  .size());
+    EXPECT_EQ(1U, handle
+                      ->enumerateInstances(context, nameSpace, CIMName("TST_Base"), true, false,
+                                           false, false, {})
+                      .size());
 }
 
 TEST(Faults, LeaveClientsAlone) {
@@ -146,8 +144,8 @@ TEST(Faults, ThatHangHoldTheAnswerUpAndNothingElse) {
     const steady_clock::time_point then = steady_clock::now();
     EXPECT_LE(std::chrono::milliseconds(100), then - start);
     EXPECT_EQ("1: ", errorOf([&] {
-                  handle->getInstance(
-                      context, nameSpace, pathOf("TST_Base", "1"), false, false, false, {});
+                  handle->getInstance(context, nameSpace, pathOf("TST_Base", "1"), false, false,
+                                      false, {});
               }));
     EXPECT_LE(std::chrono::milliseconds(200), steady_clock::now() - then);
 }
@@ -169,8 +167,8 @@ TEST(Faults, MeetEveryOperationUnderItsName) {
         {"enumerateClasses",
          [&](ProviderHandle& handle) {
              return handle
-                        .enumerateClasses(
-                            context, nameSpace, CIMName("TST_Base"), true, false, true, true)
+                        .enumerateClasses(context, nameSpace, CIMName("TST_Base"), true, false,
+                                          true, true)
                         .size() == 0;
          }},
         {"enumerateClassNames",
@@ -186,8 +184,8 @@ TEST(Faults, MeetEveryOperationUnderItsName) {
         {"enumerateInstances",
          [&](ProviderHandle& handle) {
              return handle
-                        .enumerateInstances(
-                            context, nameSpace, CIMName("TST_Base"), true, false, false, false, {})
+                        .enumerateInstances(context, nameSpace, CIMName("TST_Base"), true, false,
+                                            false, false, {})
                         .size() == 0;
          }},
         {"enumerateInstanceNames",

@@ -288,41 +288,26 @@ class BuiltInProvider : public Pegasus::CIMInstanceProvider {
   public:
     void initialize(Pegasus::CIMOMHandle&) override { ADD_FAILURE(); }
     void terminate() override { ADD_FAILURE(); }
-    void getInstance(const Pegasus::OperationContext&,
-                     const CIMObjectPath&,
-                     const bool,
-                     const bool,
-                     const CIMPropertyList&,
-                     Pegasus::InstanceResponseHandler& handler) override {
+    void getInstance(const Pegasus::OperationContext&, const CIMObjectPath&, const bool, const bool,
+                     const CIMPropertyList&, Pegasus::InstanceResponseHandler& handler) override {
         handler.deliver(instanceOf("TST_Leaf", "own"));
         handler.complete();
     }
-    void enumerateInstances(const Pegasus::OperationContext&,
-                            const CIMObjectPath&,
-                            const bool,
-                            const bool,
-                            const CIMPropertyList&,
+    void enumerateInstances(const Pegasus::OperationContext&, const CIMObjectPath&, const bool,
+                            const bool, const CIMPropertyList&,
                             Pegasus::InstanceResponseHandler& handler) override {
         handler.deliver(instanceOf("TST_Leaf", "own"));
         handler.complete();
     }
-    void enumerateInstanceNames(const Pegasus::OperationContext&,
-                                const CIMObjectPath&,
+    void enumerateInstanceNames(const Pegasus::OperationContext&, const CIMObjectPath&,
                                 Pegasus::ObjectPathResponseHandler&) override {
         throw Pegasus::CIMNotSupportedException("");
     }
-    void modifyInstance(const Pegasus::OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
-                        const bool,
-                        const CIMPropertyList&,
-                        Pegasus::ResponseHandler&) override {}
-    void createInstance(const Pegasus::OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
+    void modifyInstance(const Pegasus::OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                        const bool, const CIMPropertyList&, Pegasus::ResponseHandler&) override {}
+    void createInstance(const Pegasus::OperationContext&, const CIMObjectPath&, const CIMInstance&,
                         Pegasus::ObjectPathResponseHandler&) override {}
-    void deleteInstance(const Pegasus::OperationContext&,
-                        const CIMObjectPath&,
+    void deleteInstance(const Pegasus::OperationContext&, const CIMObjectPath&,
                         Pegasus::ResponseHandler&) override {}
 };
 
@@ -340,13 +325,8 @@ TEST(BuiltIns, GoBeforeRegistrationsInEveryNamespaceForTheirClassOnly) {
               text(server.get(pathOf("TST_Leaf", "1")).getPath().toString()));
     EXPECT_EQ(Texts{"TST_Leaf.Id=\"own\""},
               texts(server.router
-                        .enumerateInstances({},
-                                            CIMNamespaceName("root/second"),
-                                            CIMName("TST_Leaf"),
-                                            true,
-                                            false,
-                                            false,
-                                            {})
+                        .enumerateInstances({}, CIMNamespaceName("root/second"),
+                                            CIMName("TST_Leaf"), true, false, false, {})
                         .objects));
 }
 
@@ -358,9 +338,8 @@ TEST(Schema, IsTheRepositorys) {
     EXPECT_EQ("6: TST_None", errorOf([&] {
                   router.getClass({}, nameSpace, CIMName("TST_None"), false, true, true, {});
               }));
-    EXPECT_EQ(1U,
-              router.getClass({}, nameSpace, CIMName("TST_Middle"), true, true, true, {})
-                  .getPropertyCount());
+    EXPECT_EQ(1U, router.getClass({}, nameSpace, CIMName("TST_Middle"), true, true, true, {})
+                      .getPropertyCount());
     const auto below = [&](bool deep) {
         Texts names;
         const Array<CIMName> found =

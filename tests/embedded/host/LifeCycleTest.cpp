@@ -117,18 +117,13 @@ TEST(LifeCycle, AnExceptionOfTheModulesOwnTypeDoesNotOutliveItsLibrary) {
 TEST(LifeCycle, TheEndTerminatesTheProvidersTheLastReadyFirst) {
     Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Other"}) +
                       servedBy("Idle", {"TST_Middle"}),
-                  {},
-                  false);
+                  {}, false);
     server.enumerate("TST_Other");
     server.enumerate("TST_Base", true);
     EXPECT_TRUE(isMapped("libtoy.so"));
     server.modules.unloadAll();
-    EXPECT_EQ((Texts{"initialize Q",
-                     "initialize P",
-                     "initialize Idle",
-                     "terminate Idle",
-                     "terminate P",
-                     "terminate Q"}),
+    EXPECT_EQ((Texts{"initialize Q", "initialize P", "initialize Idle", "terminate Idle",
+                     "terminate P", "terminate Q"}),
               toy::journal());
     EXPECT_FALSE(isMapped("libtoy.so"));
 }
@@ -241,20 +236,13 @@ std::string loadFailure(const std::string& library, const std::string& provider)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Host,
-    LoadFailure,
+    Host, LoadFailure,
     testing::Values(
-        LoadCase{"NoLibrary",
-                 "P",
-                 "gone",
+        LoadCase{"NoLibrary", "P", "gone",
                  "1: File \"libgone.so\" was not found for provider module \"M\"."},
-        LoadCase{"NoEntryPoint",
-                 "P",
-                 "noentry",
+        LoadCase{"NoEntryPoint", "P", "noentry",
                  loadFailure("libnoentry.so", "P") + "entry point not found."},
-        LoadCase{"ProviderNotKnown",
-                 "Unknown",
-                 "toy",
+        LoadCase{"ProviderNotKnown", "Unknown", "toy",
                  loadFailure("libtoy.so", "Unknown") + "provider is not a CIMProvider."},
         LoadCase{"CreationThrows", "CreationThrows", "toy", "1: of the module's own type"}),
     [](const auto& instance) { return instance.param.rule; });
@@ -270,9 +258,8 @@ TEST(LifeCycle, ALibraryThatCannotBeLoadedIsToldWithTheReason) {
     Router router(repository, modules, {}, "testhost");
     const std::string error = errorOf(
         [&] { router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base")); });
-    EXPECT_EQ(0U,
-              error.find("1: ProviderLoadFailure (" + (directory / "libgarbage.so").string() +
-                         ":P):Cannot load library, error: "))
+    EXPECT_EQ(0U, error.find("1: ProviderLoadFailure (" + (directory / "libgarbage.so").string() +
+                             ":P):Cannot load library, error: "))
         << error;
 }
 

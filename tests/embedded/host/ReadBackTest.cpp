@@ -19,8 +19,8 @@ using Pegasus::CIMOMHandle;
 using Pegasus::OperationContext;
 
 Pegasus::Array<CIMInstance> enumerate(CIMOMHandle& handle, const char* className) {
-    return handle.enumerateInstances(
-        OperationContext(), nameSpace, CIMName(className), true, false, false, false, {});
+    return handle.enumerateInstances(OperationContext(), nameSpace, CIMName(className), true, false,
+                                     false, false, {});
 }
 
 /// Reads back `className` and delivers what it finds, as instances of the class it was asked for.
@@ -106,8 +106,7 @@ TEST(ReadBack, DuringInitializeReachesOthersAndNotItself) {
     };
     toy::setScript("P", script);
     server.enumerate("TST_Base");
-    EXPECT_EQ((Texts{"initialize P",
-                     "1",
+    EXPECT_EQ((Texts{"initialize P", "1",
                      "1: Provider module \"MP\" waits for this request itself and cannot be asked "
                      "for class TST_Base."}),
               toy::journal());
@@ -191,8 +190,8 @@ TEST(ReadBack, ErrorsCarryNoStatusNameInTheirMessage) {
                   handle.getClass(context, nameSpace, CIMName("TST_None"), false, true, true, {});
               }));
     EXPECT_EQ("6: TST_Other.Id=\"1\"", errorOf([&] {
-                  handle.getInstance(
-                      context, nameSpace, pathOf("TST_Other", "1"), false, false, false, {});
+                  handle.getInstance(context, nameSpace, pathOf("TST_Other", "1"), false, false,
+                                     false, {});
               }));
 }
 

@@ -22,9 +22,7 @@ Lines check(const std::string& mof, const std::vector<std::filesystem::path>& di
     const Registration registration(repository, interop);
     Lines lines;
     for (const Finding& finding :
-         checkRegistration(registration,
-                           repository,
-                           directories,
+         checkRegistration(registration, repository, directories,
                            serverObjects(repository, {"testhost", "name", "element", "1.0"}))) {
         (finding.severity == Finding::Severity::Note ? lines.notes : lines.problems)
             .push_back(finding.text);
@@ -33,8 +31,7 @@ Lines check(const std::string& mof, const std::vector<std::filesystem::path>& di
 }
 
 /// What is told of one capability of a provider that is otherwise in order.
-Texts problemsOf(const std::string& types,
-                 const std::string& className,
+Texts problemsOf(const std::string& types, const std::string& className,
                  const std::string& nameSpaces = "\"root/test\"") {
     return check(moduleMof("M") + providerMof("M", "P") +
                      capabilityMof("M", "P", "1", types, className, nameSpaces),

@@ -28,9 +28,9 @@ Texts findingsOf(const Registration& registration) {
 const std::string registered = moduleMof("M") + providerMof("M", "P");
 
 TEST(Registration, OneCapabilityMayCarrySeveralTypesAndNamespaces) {
-    const Registration registration = registrationOf(
-        registered +
-        capabilityMof("M", "P", "1", "2, 3, 5", "TST_Base", "\"root/test\", \"root/not_there\""));
+    const Registration registration =
+        registrationOf(registered + capabilityMof("M", "P", "1", "2, 3, 5", "TST_Base",
+                                                  "\"root/test\", \"root/not_there\""));
     EXPECT_EQ(Texts{}, findingsOf(registration));
     EXPECT_EQ(6U, registration.capabilities().size());
     for (const auto type :
@@ -132,47 +132,38 @@ std::string otherModule(const std::string& type, const std::string& version) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Host,
-    FaultyRegistration,
+    Host, FaultyRegistration,
     testing::Values(
         FaultyCase{"NoVendor", moduleWithout("Vendor"), missing("Vendor")},
         FaultyCase{"NoVersion", moduleWithout("Version"), missing("Version")},
         FaultyCase{"NoInterfaceType", moduleWithout("InterfaceType"), missing("InterfaceType")},
-        FaultyCase{
-            "NoInterfaceVersion", moduleWithout("InterfaceVersion"), missing("InterfaceVersion")},
+        FaultyCase{"NoInterfaceVersion", moduleWithout("InterfaceVersion"),
+                   missing("InterfaceVersion")},
         FaultyCase{"NoLocation", moduleWithout("Location"), missing("Location")},
-        FaultyCase{"NoDesignatedUser",
-                   moduleMof("M", "toy", "UserContext = 3;"),
+        FaultyCase{"NoDesignatedUser", moduleMof("M", "toy", "UserContext = 3;"),
                    missing("DesignatedUserContext")},
-        FaultyCase{"OtherInterfaceType",
-                   otherModule("CMPI", "2.0.0"),
+        FaultyCase{"OtherInterfaceType", otherModule("CMPI", "2.0.0"),
                    "PG_ProviderModule.Name=\"M\": Unsupported InterfaceType value: \"CMPI\"; "
                    "\"C++Default\" is supported."},
-        FaultyCase{"OtherInterfaceVersion",
-                   otherModule("C++Default", "9.9.9"),
+        FaultyCase{"OtherInterfaceVersion", otherModule("C++Default", "9.9.9"),
                    "PG_ProviderModule.Name=\"M\": Unsupported InterfaceVersion value: \"9.9.9\"; "
                    "supported are 2.1.0, 2.2.0, 2.3.0, 2.5.0, 2.6.0."},
-        FaultyCase{"UnknownModule",
-                   providerMof("M", "P"),
+        FaultyCase{"UnknownModule", providerMof("M", "P"),
                    "PG_Provider.Name=\"P\",ProviderModuleName=\"M\": The provider module \"M\" is "
                    "not registered."},
         FaultyCase{"UnknownProvider",
                    moduleMof("M") + capabilityMof("M", "P", "1", "3", "TST_Leaf"),
                    capabilityPath("1") + "The provider \"P\" of module \"M\" is not registered."},
-        FaultyCase{"NoTypes",
-                   registered + capabilityMof("M", "P", "1", "", "TST_Leaf"),
+        FaultyCase{"NoTypes", registered + capabilityMof("M", "P", "1", "", "TST_Leaf"),
                    capabilityPath("1") + "Missing ProviderType which is required property in "
                                          "PG_ProviderCapabilities class."},
-        FaultyCase{"NoNamespaces",
-                   registered + capabilityMof("M", "P", "1", "3", "TST_Leaf", ""),
+        FaultyCase{"NoNamespaces", registered + capabilityMof("M", "P", "1", "3", "TST_Leaf", ""),
                    capabilityPath("1") + "Missing Namespaces which is required property in "
                                          "PG_ProviderCapabilities class."},
-        FaultyCase{"TypeNotServed",
-                   registered + capabilityMof("M", "P", "1", "3, 4", "TST_Leaf"),
+        FaultyCase{"TypeNotServed", registered + capabilityMof("M", "P", "1", "3, 4", "TST_Leaf"),
                    capabilityPath("1") + "ProviderType 4 is not served here; 2 (Instance), 3 "
                                          "(Association) and 5 (Method) are."},
-        FaultyCase{"NotAClassName",
-                   registered + capabilityMof("M", "P", "1", "3", "TST-Leaf"),
+        FaultyCase{"NotAClassName", registered + capabilityMof("M", "P", "1", "3", "TST-Leaf"),
                    capabilityPath("1") + "ClassName \"TST-Leaf\" is not a class name."},
         FaultyCase{"NotANamespace",
                    registered +

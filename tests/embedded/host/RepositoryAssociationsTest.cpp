@@ -14,16 +14,15 @@ using Pegasus::CIMObjectPath;
 class RepositoryAssociationsTest : public testing::Test {
   protected:
     RepositoryAssociationsTest() {
-        fill(repository,
-             "instance of TST_Base as $A { Id = \"a\"; };\n"
-             "instance of TST_Leaf as $B { Id = \"b\"; };\n"
-             "instance of TST_Middle as $C { Id = \"c\"; };\n"
-             "instance of TST_Link { Left = $A; Right = $B; };\n"
-             "instance of TST_Link { Left = $C; Right = $A; };\n"
-             "instance of TST_SubLink { Left = $A; Right = $B; };\n"
-             "instance of TST_Link { Left = $C; Right = $C; };\n"
-             "instance of TST_Link {"
-             " Left = \"root/elsewhere:TST_Base.Id=\\\"a\\\"\"; Right = $C; };\n");
+        fill(repository, "instance of TST_Base as $A { Id = \"a\"; };\n"
+                         "instance of TST_Leaf as $B { Id = \"b\"; };\n"
+                         "instance of TST_Middle as $C { Id = \"c\"; };\n"
+                         "instance of TST_Link { Left = $A; Right = $B; };\n"
+                         "instance of TST_Link { Left = $C; Right = $A; };\n"
+                         "instance of TST_SubLink { Left = $A; Right = $B; };\n"
+                         "instance of TST_Link { Left = $C; Right = $C; };\n"
+                         "instance of TST_Link {"
+                         " Left = \"root/elsewhere:TST_Base.Id=\\\"a\\\"\"; Right = $C; };\n");
     }
 
     Texts farInstances(const CIMObjectPath& source, const TraversalFilters& filters = {}) {
@@ -45,8 +44,8 @@ class RepositoryAssociationsTest : public testing::Test {
     Texts farClasses(const char* source, const TraversalFilters& filters = {}) {
         Texts result;
         for (const CIMName& name :
-             RepositoryAssociations(
-                 repository, nameSpace, CIMObjectPath("", {}, CIMName(source)), filters)
+             RepositoryAssociations(repository, nameSpace, CIMObjectPath("", {}, CIMName(source)),
+                                    filters)
                  .farClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")})) {
             result.push_back(text(name.getString()));
         }
@@ -71,9 +70,8 @@ TEST_F(RepositoryAssociationsTest, OnlyTheClassesGivenAreLookedAt) {
 }
 
 TEST_F(RepositoryAssociationsTest, HostNamespaceAndCaseOfTheSourceDoNotMatter) {
-    EXPECT_EQ(3U,
-              instances(CIMObjectPath(
-                  "client", nameSpace, CIMName("tst_base"), pathOf("x", "a").getKeyBindings())));
+    EXPECT_EQ(3U, instances(CIMObjectPath("client", nameSpace, CIMName("tst_base"),
+                                          pathOf("x", "a").getKeyBindings())));
     EXPECT_EQ(0U, instances(pathOf("TST_Base", "A")));
 }
 

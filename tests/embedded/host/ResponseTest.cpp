@@ -85,8 +85,8 @@ TEST_P(Response, OfEnumerations) {
 TEST_P(Response, OfAssociationOperations) {
     const CIMObjectPath other = pathOf("TST_Other", "1");
     EXPECT_EQ(GetParam().enumeration, counted([&] {
-                  return server.router.associators(
-                      {}, nameSpace, other, {}, {}, "", "", false, false, {});
+                  return server.router.associators({}, nameSpace, other, {}, {}, "", "", false,
+                                                   false, {});
               }));
     EXPECT_EQ(GetParam().enumeration, counted([&] {
                   return server.router.associatorNames({}, nameSpace, other, {}, {}, "", "");
@@ -101,86 +101,68 @@ TEST_P(Response, OfAssociationOperations) {
 const char* const notFound = "6: TST_Leaf.Id=\"0\"";
 
 INSTANTIATE_TEST_SUITE_P(
-    Host,
-    Response,
+    Host, Response,
     testing::Values(
         ResponseCase{"NoHandlerCall", [](const toy::Call&) {}, notFound, "0"},
-        ResponseCase{
-            "DeliveredNotCompleted", [](const toy::Call& call) { deliver(call); }, notFound, "0"},
+        ResponseCase{"DeliveredNotCompleted", [](const toy::Call& call) { deliver(call); },
+                     notFound, "0"},
         ResponseCase{"DeliveredAndCompleted",
                      [](const toy::Call& call) {
                          deliver(call);
                          call.complete();
                      },
-                     "found",
-                     "1"},
-        ResponseCase{"NothingDelivered",
-                     [](const toy::Call& call) { call.complete(); },
-                     "1: Too few objects delivered.",
-                     "0"},
+                     "found", "1"},
+        ResponseCase{"NothingDelivered", [](const toy::Call& call) { call.complete(); },
+                     "1: Too few objects delivered.", "0"},
         ResponseCase{"NothingDeliveredAndErrorSwallowed",
-                     [](const toy::Call& call) { swallow([&] { call.complete(); }); },
-                     notFound,
+                     [](const toy::Call& call) { swallow([&] { call.complete(); }); }, notFound,
                      "0"},
         ResponseCase{"DeliveredTwice",
                      [](const toy::Call& call) {
                          deliver(call, 2);
                          call.complete();
                      },
-                     "1: Too many objects delivered.",
-                     "2"},
+                     "1: Too many objects delivered.", "2"},
         ResponseCase{"Uninitialized",
                      [](const toy::Call& call) {
                          deliverUninitialized(call);
                          call.complete();
                      },
-                     "1: The object is not initialized.",
-                     "1: The object is not initialized."},
+                     "1: The object is not initialized.", "1: The object is not initialized."},
         ResponseCase{"UninitializedSwallowed",
                      [](const toy::Call& call) {
                          swallow([&] { deliverUninitialized(call); });
                          deliver(call);
                          call.complete();
                      },
-                     "found",
-                     "1"},
+                     "found", "1"},
         ResponseCase{"DeliveredThenThrown",
                      [](const toy::Call& call) {
                          deliver(call);
                          throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "not you");
                      },
-                     "2: not you",
-                     "2: not you"},
+                     "2: not you", "2: not you"},
         ResponseCase{"ThrownAfterComplete",
                      [](const toy::Call& call) {
                          deliver(call);
                          call.complete();
                          throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "not you");
                      },
-                     "2: not you",
-                     "2: not you"},
+                     "2: not you", "2: not you"},
         ResponseCase{"EmptyMessageStaysEmpty",
                      [](const toy::Call&) { throw Pegasus::CIMObjectNotFoundException(""); },
-                     "6: ",
-                     "6: "},
+                     "6: ", "6: "},
         ResponseCase{"SuccessThrown",
                      [](const toy::Call& call) {
                          deliver(call);
                          throw CIMException(Pegasus::CIM_ERR_SUCCESS, "all is well");
                      },
-                     notFound,
-                     "0"},
-        ResponseCase{"OtherPegasusException",
-                     [](const toy::Call&) { CIMInstance().getPath(); },
-                     "1: uninitialized object",
-                     "1: uninitialized object"},
-        ResponseCase{"StandardException",
-                     [](const toy::Call&) { throw std::bad_cast(); },
-                     "1: std::bad_cast",
-                     "1: std::bad_cast"},
-        ResponseCase{"AnyOtherThing",
-                     [](const toy::Call&) { throw 42; },
-                     "1: Unknown error.",
+                     notFound, "0"},
+        ResponseCase{"OtherPegasusException", [](const toy::Call&) { CIMInstance().getPath(); },
+                     "1: uninitialized object", "1: uninitialized object"},
+        ResponseCase{"StandardException", [](const toy::Call&) { throw std::bad_cast(); },
+                     "1: std::bad_cast", "1: std::bad_cast"},
+        ResponseCase{"AnyOtherThing", [](const toy::Call&) { throw 42; }, "1: Unknown error.",
                      "1: Unknown error."}),
     [](const auto& instance) { return instance.param.rule; });
 
@@ -267,8 +249,8 @@ TEST(Responses, OfCreateInstance) {
 TEST(Responses, ModifyAndDeleteSucceedSilently) {
     Server server(servedBy("P", {"TST_Leaf"}));
     EXPECT_EQ("no error", errorOf([&] {
-                  server.router.modifyInstance(
-                      {}, nameSpace, instanceOf("TST_Leaf", "0"), false, {});
+                  server.router.modifyInstance({}, nameSpace, instanceOf("TST_Leaf", "0"), false,
+                                               {});
                   server.router.deleteInstance({}, nameSpace, pathOf("TST_Leaf", "0"));
               }));
     toy::Script script;

@@ -81,8 +81,8 @@ void fill(repository::Repository& repository, const std::string& mof) {
     repository.load(mof::readText(mof, "test.mof"), nameSpace);
 }
 
-std::string
-moduleMof(const std::string& name, const std::string& location, const std::string& more) {
+std::string moduleMof(const std::string& name, const std::string& location,
+                      const std::string& more) {
     return inInterop("instance of PG_ProviderModule { Name = " + quoted(name) +
                      "; Vendor = \"v\"; Version = \"1\"; InterfaceType = \"C++Default\";"
                      " InterfaceVersion = \"2.6.0\"; Location = " +
@@ -94,12 +94,9 @@ std::string providerMof(const std::string& module, const std::string& name) {
                      "; Name = " + quoted(name) + "; };\n");
 }
 
-std::string capabilityMof(const std::string& module,
-                          const std::string& provider,
-                          const std::string& id,
-                          const std::string& types,
-                          const std::string& className,
-                          const std::string& nameSpaces) {
+std::string capabilityMof(const std::string& module, const std::string& provider,
+                          const std::string& id, const std::string& types,
+                          const std::string& className, const std::string& nameSpaces) {
     return inInterop(
         "instance of PG_ProviderCapabilities { ProviderModuleName = " + quoted(module) +
         "; ProviderName = " + quoted(provider) + "; CapabilityID = " + quoted(id) +
@@ -136,8 +133,8 @@ std::vector<std::string> Server::log() const {
     return _log;
 }
 
-Answer<CIMInstance>
-Server::enumerate(const char* className, bool deep, const Pegasus::CIMPropertyList& list) {
+Answer<CIMInstance> Server::enumerate(const char* className, bool deep,
+                                      const Pegasus::CIMPropertyList& list) {
     return router.enumerateInstances({}, nameSpace, CIMName(className), deep, false, false, list);
 }
 

@@ -37,15 +37,12 @@ void fill(repository::Repository& repository, const std::string& mof = {});
 
 // MOF of the registration instances, already in the interop namespace.
 
-std::string moduleMof(const std::string& name,
-                      const std::string& location = "toy",
+std::string moduleMof(const std::string& name, const std::string& location = "toy",
                       const std::string& more = {});
 std::string providerMof(const std::string& module, const std::string& name);
 /// `types` and `nameSpaces` as they stand between braces.
-std::string capabilityMof(const std::string& module,
-                          const std::string& provider,
-                          const std::string& id,
-                          const std::string& types,
+std::string capabilityMof(const std::string& module, const std::string& provider,
+                          const std::string& id, const std::string& types,
                           const std::string& className,
                           const std::string& nameSpaces = "\"root/test\"");
 /// A module "M<provider>" in the toy library with that one provider and, for each class, instance
@@ -55,8 +52,7 @@ std::string servedBy(const std::string& provider, const std::vector<std::string>
 /// One server at a time; scripts and journal are forgotten with it.
 class Server {
   public:
-    explicit Server(const std::string& mof = {},
-                    const std::vector<BuiltIn>& builtIns = {},
+    explicit Server(const std::string& mof = {}, const std::vector<BuiltIn>& builtIns = {},
                     bool keepLibraries = false);
     ~Server();
 
@@ -73,8 +69,8 @@ class Server {
     ProviderHandles handles;
 
     // The operations with what most tests leave out.
-    Answer<Pegasus::CIMInstance>
-    enumerate(const char* className, bool deep = true, const Pegasus::CIMPropertyList& list = {});
+    Answer<Pegasus::CIMInstance> enumerate(const char* className, bool deep = true,
+                                           const Pegasus::CIMPropertyList& list = {});
     Pegasus::CIMInstance get(const Pegasus::CIMObjectPath& path);
 };
 

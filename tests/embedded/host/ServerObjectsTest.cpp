@@ -123,19 +123,18 @@ TEST_F(ServerObjectsTest, GetInstanceFindsWhatEnumerationNamesAndNothingElse) {
         }
     }
     EXPECT_EQ("6: PG_ObjectManager.Id=\"1\"", errorOf([&] {
-                  router.getInstance(
-                      {}, nameSpace, pathOf("PG_ObjectManager", "1"), false, false, {});
+                  router.getInstance({}, nameSpace, pathOf("PG_ObjectManager", "1"), false, false,
+                                     {});
               }));
 }
 
 TEST_F(ServerObjectsTest, APropertyListIsHeeded) {
     Pegasus::Array<CIMName> names;
     names.append(CIMName("ElementName"));
-    const auto objects =
-        router
-            .enumerateInstances(
-                {}, nameSpace, CIMName("PG_ObjectManager"), true, false, false, names)
-            .objects;
+    const auto objects = router
+                             .enumerateInstances({}, nameSpace, CIMName("PG_ObjectManager"), true,
+                                                 false, false, names)
+                             .objects;
     EXPECT_EQ(1U, objects[0].getPropertyCount());
 }
 
@@ -159,8 +158,8 @@ TEST(ServerIdentity, BasicAuthenticationIsTold) {
     Router router(repository, modules, serverObjects(repository, guarded), "testhost");
     const auto objects =
         router
-            .enumerateInstances(
-                {}, nameSpace, CIMName("PG_CIMXMLCommunicationMechanism"), true, false, false, {})
+            .enumerateInstances({}, nameSpace, CIMName("PG_CIMXMLCommunicationMechanism"), true,
+                                false, false, {})
             .objects;
     EXPECT_EQ(std::vector<Uint16>{3}, numbersOf(objects[0], "AuthenticationMechanismsSupported"));
 }

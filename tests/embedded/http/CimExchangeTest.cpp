@@ -60,13 +60,12 @@ struct Reader {
 
 TEST(CimExchange, AnswersPostWithTheFieldsInTheirOrder) {
     Reader reader;
-    EXPECT_EQ(reader.wire(post()),
-              "HTTP/1.1 200 OK\r\n"
-              "Content-Type: application/xml; charset=utf-8\r\n"
-              "content-length: 0000000008\r\n"
-              "CIMOperation: MethodResponse\r\n"
-              "\r\n"
-              "<reply/>");
+    EXPECT_EQ(reader.wire(post()), "HTTP/1.1 200 OK\r\n"
+                                   "Content-Type: application/xml; charset=utf-8\r\n"
+                                   "content-length: 0000000008\r\n"
+                                   "CIMOperation: MethodResponse\r\n"
+                                   "\r\n"
+                                   "<reply/>");
     EXPECT_EQ(reader.body, "<request/>");
     EXPECT_EQ(reader.headers.method, "GetClass");
     EXPECT_EQ(reader.headers.object, "root/cimv2");
@@ -85,16 +84,15 @@ TEST(CimExchange, AnswersAnExtendedPostInKind) {
         Reader reader;
         Request request = post(prefixed("40-", man));
         request.verb = "M-POST";
-        EXPECT_EQ(reader.wire(request),
-                  "HTTP/1.1 200 OK\r\n"
-                  "Content-Type: application/xml; charset=utf-8\r\n"
-                  "content-length: 0000000008\r\n"
-                  "Ext:\r\n"
-                  "Cache-Control: no-cache\r\n"
-                  "Man: http://www.dmtf.org/cim/mapping/http/v1.0; ns=40\r\n"
-                  "40-CIMOperation: MethodResponse\r\n"
-                  "\r\n"
-                  "<reply/>");
+        EXPECT_EQ(reader.wire(request), "HTTP/1.1 200 OK\r\n"
+                                        "Content-Type: application/xml; charset=utf-8\r\n"
+                                        "content-length: 0000000008\r\n"
+                                        "Ext:\r\n"
+                                        "Cache-Control: no-cache\r\n"
+                                        "Man: http://www.dmtf.org/cim/mapping/http/v1.0; ns=40\r\n"
+                                        "40-CIMOperation: MethodResponse\r\n"
+                                        "\r\n"
+                                        "<reply/>");
         EXPECT_EQ(reader.headers.method, "GetClass");
     }
 }
@@ -130,9 +128,7 @@ TEST_P(RefusedExchange, GetsStatusAndCimError) {
     EXPECT_EQ(reader.calls, 0U);
 }
 
-RefusedCase refused(const char* name,
-                    const char* field,
-                    const std::optional<std::string>& value,
+RefusedCase refused(const char* name, const char* field, const std::optional<std::string>& value,
                     const std::string& reply) {
     return {name, "POST", with(complete, field, value), reply};
 }
@@ -141,66 +137,46 @@ const std::string bad = "400 Bad Request\r\n";
 const std::string mismatch = bad + "CIMError: header-mismatch\r\nPGErrorDetail: ";
 
 INSTANTIATE_TEST_SUITE_P(
-    CimExchange,
-    RefusedExchange,
+    CimExchange, RefusedExchange,
     testing::Values(
         refused("NoHost", "Host", {}, bad + "PGErrorDetail: Host%20is%20missing\r\n"),
-        refused("NoType",
-                "Content-Type",
-                {},
+        refused("NoType", "Content-Type", {},
                 bad + "PGErrorDetail: Content-Type%20is%20missing%3B%20application%2Fxml%20is%20"
                       "expected\r\n"),
-        refused("OtherType",
-                "Content-Type",
-                "text/plain",
+        refused("OtherType", "Content-Type", "text/plain",
                 bad + "PGErrorDetail: Content-Type%20is%20not%20application%2Fxml%20or%20text%2F"
                       "xml%3A%20text%2Fplain\r\n"),
-        refused("OtherCharset",
-                "Content-Type",
-                "text/xml; Charset=latin-1",
+        refused("OtherCharset", "Content-Type", "text/xml; Charset=latin-1",
                 bad + "PGErrorDetail: charset%20is%20not%20utf-8%3A%20latin-1\r\n"),
         refused("NoOperation", "CIMOperation", {}, bad),
-        refused("OtherOperation",
-                "CIMOperation",
-                "MethodResponse",
+        refused("OtherOperation", "CIMOperation", "MethodResponse",
                 bad + "CIMError: unsupported-operation\r\n"
                       "PGErrorDetail: CIMOperation%20is%20MethodResponse\r\n"),
-        refused("Batch",
-                "CIMBatch",
-                "",
+        refused("Batch", "CIMBatch", "",
                 "501 Not Implemented\r\nCIMError: multiple-requests-unsupported\r\n"),
         refused("NoMethod", "CIMMethod", {}, mismatch + "CIMMethod%20is%20missing\r\n"),
         refused("NoObject", "CIMObject", {}, mismatch + "CIMObject%20is%20missing\r\n"),
-        refused("BadEscape",
-                "CIMObject",
-                "root%2",
+        refused("BadEscape", "CIMObject", "root%2",
                 mismatch + "CIMObject%3A%20not%20two%20hexadecimal%20digits%20after%20%25%20in%20"
                            "root%252\r\n"),
-        RefusedCase{"BadPrefix",
-                    "M-POST",
+        RefusedCase{"BadPrefix", "M-POST",
                     prefixed("4x-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=4x"),
                     bad + "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
                           "http%3A%2F%2Fwww.dmtf.org%2Fcim%2Fmapping%2Fhttp%2Fv1.0%3B%20ns%3D4x"
                           "\r\n"},
-        RefusedCase{"PrefixNotUsed",
-                    "M-POST",
-                    prefixed("", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"),
-                    bad},
-        RefusedCase{"PrefixWithoutExtension",
-                    "POST",
-                    prefixed("40-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"),
-                    bad},
+        RefusedCase{"PrefixNotUsed", "M-POST",
+                    prefixed("", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"), bad},
+        RefusedCase{"PrefixWithoutExtension", "POST",
+                    prefixed("40-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"), bad},
         RefusedCase{"Put", "PUT", complete, "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},
-        RefusedCase{
-            "Options", "OPTIONS", complete, "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},
+        RefusedCase{"Options", "OPTIONS", complete,
+                    "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},
         RefusedCase{"LowerCaseVerb", "post", complete, "501 Not Implemented\r\n"},
         RefusedCase{"UnknownVerb", "FROB", complete, "501 Not Implemented\r\n"}),
     [](const auto& rule) { return rule.param.name; });
 
 TEST(CimExchange, AcceptsBothMediaTypesWithOrWithoutCharset) {
-    for (const std::string type : {"application/xml",
-                                   "text/xml",
-                                   "Text/XML;charset=UTF-8",
+    for (const std::string type : {"application/xml", "text/xml", "Text/XML;charset=UTF-8",
                                    "application/xml ; x=y; charset=\"utf-8\"; z"}) {
         Reader reader;
         reader.wire(post(with(complete, "Content-Type", type)));

@@ -76,19 +76,15 @@ TEST_P(Persistent, FollowsVersionAndConnectionField) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Server,
-    Persistent,
-    testing::Values(
-        PersistenceCase{"New", "HTTP/1.1", "", "", true},
-        PersistenceCase{"NewKept", "HTTP/1.1", "Connection: Keep-Alive, TE\r\n", "", true},
-        PersistenceCase{
-            "NewClosed", "HTTP/1.1", "Connection: close\r\n", "Connection: close\r\n", false},
-        PersistenceCase{"Old", "HTTP/1.0", "", "Connection: close\r\n", false},
-        PersistenceCase{"OldKept",
-                        "HTTP/1.0",
-                        "Connection: keep-alive\r\n",
-                        "Connection: keep-alive\r\n",
-                        true}),
+    Server, Persistent,
+    testing::Values(PersistenceCase{"New", "HTTP/1.1", "", "", true},
+                    PersistenceCase{"NewKept", "HTTP/1.1", "Connection: Keep-Alive, TE\r\n", "",
+                                    true},
+                    PersistenceCase{"NewClosed", "HTTP/1.1", "Connection: close\r\n",
+                                    "Connection: close\r\n", false},
+                    PersistenceCase{"Old", "HTTP/1.0", "", "Connection: close\r\n", false},
+                    PersistenceCase{"OldKept", "HTTP/1.0", "Connection: keep-alive\r\n",
+                                    "Connection: keep-alive\r\n", true}),
     [](const auto& rule) { return rule.param.name; });
 
 TEST(Server, AnswersPipelinedRequestsInOrder) {

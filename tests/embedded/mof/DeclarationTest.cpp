@@ -29,16 +29,9 @@ Words names(const Specification& declarations) {
 
 TEST(MofDeclarations, ComeInTheOrderOfTheText) {
     EXPECT_EQ(names(readText(sampleText, "t.mof")),
-              (Words{"qualifier Key",
-                     "qualifier Values",
-                     "qualifier Schema",
-                     "qualifier Ref",
-                     "qualifier Levels",
-                     "class TST_Base",
-                     "class TST_Derived",
-                     "instance TST_Base",
-                     "instance TST_Derived",
-                     "instance TST_Empty"}));
+              (Words{"qualifier Key", "qualifier Values", "qualifier Schema", "qualifier Ref",
+                     "qualifier Levels", "class TST_Base", "class TST_Derived", "instance TST_Base",
+                     "instance TST_Derived", "instance TST_Empty"}));
 }
 
 TEST(MofDeclarations, AnEmptyTextDeclaresNothing) {
@@ -67,26 +60,14 @@ TEST(MofDeclarations, AQualifierDeclarationHasTypeScopesAndFlavors) {
 }
 
 TEST(MofDeclarations, EveryScopeAndFlavorIsRead) {
-    for (const char* scope : {"class",
-                              "association",
-                              "indication",
-                              "qualifier",
-                              "property",
-                              "reference",
-                              "method",
-                              "parameter",
-                              "schema",
-                              "any"}) {
+    for (const char* scope : {"class", "association", "indication", "qualifier", "property",
+                              "reference", "method", "parameter", "schema", "any"}) {
         const auto read = readOne<QualifierDeclaration>(
             std::string("qualifier Q : string, scope(") + scope + ");");
         EXPECT_EQ(read.scopes, Words{scope});
     }
-    for (const char* flavor : {"enableoverride",
-                               "disableoverride",
-                               "restricted",
-                               "tosubclass",
-                               "toinstance",
-                               "translatable"}) {
+    for (const char* flavor : {"enableoverride", "disableoverride", "restricted", "tosubclass",
+                               "toinstance", "translatable"}) {
         const auto read = readOne<QualifierDeclaration>(
             std::string("qualifier Q : string, scope(any), flavor(") + flavor + ");");
         EXPECT_EQ(read.flavors, Words{flavor});
@@ -94,20 +75,9 @@ TEST(MofDeclarations, EveryScopeAndFlavorIsRead) {
 }
 
 TEST(MofDeclarations, EveryIntrinsicTypeIsRead) {
-    for (const char* type : {"boolean",
-                             "uint8",
-                             "sint8",
-                             "uint16",
-                             "sint16",
-                             "uint32",
-                             "sint32",
-                             "uint64",
-                             "sint64",
-                             "real32",
-                             "real64",
-                             "char16",
-                             "string",
-                             "datetime"}) {
+    for (const char* type :
+         {"boolean", "uint8", "sint8", "uint16", "sint16", "uint32", "sint32", "uint64", "sint64",
+          "real32", "real64", "char16", "string", "datetime"}) {
         const auto read = readOne<ClassDeclaration>(std::string("class A_B { ") + type + " P; " +
                                                     type + " M(" + type + " X); };");
         EXPECT_EQ(read.properties.at(0).type, type);
@@ -202,21 +172,9 @@ TEST(MofDeclarations, KeywordsAreReadInAnyCase) {
 }
 
 TEST(MofDeclarations, PropertiesMayBeNamedLikeKeywords) {
-    for (const char* name : {"class",
-                             "Instance",
-                             "Of",
-                             "as",
-                             "qualifier",
-                             "Scope",
-                             "flavor",
-                             "String",
-                             "datetime",
-                             "Schema",
-                             "any",
-                             "Property",
-                             "method",
-                             "Restricted",
-                             "translatable"}) {
+    for (const char* name :
+         {"class", "Instance", "Of", "as", "qualifier", "Scope", "flavor", "String", "datetime",
+          "Schema", "any", "Property", "method", "Restricted", "translatable"}) {
         const std::string word = name;
         const auto type =
             readOne<ClassDeclaration>("class A_B { string " + word + "; A_C ref " + word +

@@ -99,8 +99,8 @@ TEST_F(MofIncludes, MayComeByAbsolutePathAndTwice) {
 }
 
 TEST_F(MofIncludes, ShareTheNamespaceAsOneText) {
-    const auto main = _directory.write(
-        "main.mof", "#pragma namespace (\"root/a\")\n" + include("b.mof") + classNamed("A_C"));
+    const auto main = _directory.write("main.mof", "#pragma namespace (\"root/a\")\n" +
+                                                       include("b.mof") + classNamed("A_C"));
     _directory.write("b.mof", classNamed("A_A") + "#pragma namespace (\"root/b\")\n");
     const auto read = readFile(main);
     ASSERT_EQ(read.size(), 2U);

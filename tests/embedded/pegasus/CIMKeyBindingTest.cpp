@@ -58,8 +58,7 @@ TEST(CIMKeyBinding, IsMadeOfAValue) {
         {CIMValue(Char16('c')), "c", CIMKeyBinding::STRING},
         {CIMValue(String("s\"t")), "s\"t", CIMKeyBinding::STRING},
         {CIMValue(CIMDateTime()), "00000000000000.000000:000", CIMKeyBinding::STRING},
-        {CIMValue(CIMObjectPath("//h/n:A.b=2,a=\"q\"")),
-         "//h/n:A.a=\"q\",b=2",
+        {CIMValue(CIMObjectPath("//h/n:A.b=2,a=\"q\"")), "//h/n:A.a=\"q\",b=2",
          CIMKeyBinding::REFERENCE},
         {CIMValue(CIMObjectPath()), "", CIMKeyBinding::REFERENCE},
         {CIMValue(CIMTYPE_STRING, false), "", CIMKeyBinding::STRING},
@@ -78,12 +77,9 @@ TEST(CIMKeyBinding, IsMadeOfAValue) {
 TEST(CIMKeyBinding, IsNotMadeOfArraysAndObjects) {
     const CIMName name("k");
     const CIMInstance instance(CIMName("A"));
-    for (const CIMValue& value : {CIMValue(Array<Uint8>()),
-                                  CIMValue(CIMTYPE_STRING, true),
-                                  CIMValue(CIMTYPE_OBJECT, false),
-                                  CIMValue(CIMTYPE_INSTANCE, false),
-                                  CIMValue(instance),
-                                  CIMValue(CIMObject(instance))})
+    for (const CIMValue& value :
+         {CIMValue(Array<Uint8>()), CIMValue(CIMTYPE_STRING, true), CIMValue(CIMTYPE_OBJECT, false),
+          CIMValue(CIMTYPE_INSTANCE, false), CIMValue(instance), CIMValue(CIMObject(instance))})
         EXPECT_TRUE(throwsTypeMismatch([&] { CIMKeyBinding made(name, value); }));
 }
 

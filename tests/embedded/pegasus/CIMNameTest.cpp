@@ -15,8 +15,8 @@ const char* const legalNames[] = {"a",
                                   "a\xc3\xa4",         // U+00E4
                                   "\xef\xbf\xaf",      // U+FFEF
                                   "\xf0\x9f\x98\x80"}; // a pair of surrogates
-const char* const illegalNames[] = {
-    "", "1a", "a b", "a-b", "a.b", "a:b", "a$", "\x7f", "\xef\xbf\xb0" /* U+FFF0 */};
+const char* const illegalNames[] = {"",    "1a", "a b",  "a-b",         "a.b",
+                                    "a:b", "a$", "\x7f", "\xef\xbf\xb0" /* U+FFF0 */};
 
 TEST(CIMName, TakesIdentifiersOnly) {
     for (const char* name : legalNames) {
@@ -63,8 +63,7 @@ TEST(CIMNamespaceName, IsMadeOfNamesAndSlashes) {
         EXPECT_EQ(text(CIMNamespaceName(name).getString()), name);
     }
     for (const char* element : illegalNames) {
-        for (const std::string& name : {std::string(element),
-                                        "root/" + std::string(element),
+        for (const std::string& name : {std::string(element), "root/" + std::string(element),
                                         std::string(element) + "/root"}) {
             // The empty name with one slash in front of another is a leading slash.
             if (name == "/root")

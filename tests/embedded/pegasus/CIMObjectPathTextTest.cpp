@@ -69,22 +69,14 @@ TEST(CIMObjectPathText, TakesAQuotedInstancePathForAReference) {
         const char* quoted;
         bool isReference;
     } cases[] = {
-        {"X.y=1", true},
-        {"X.y=1,", true},
-        {"X.y=TRUE", true},
-        {"ns:X.a=1,b=2", true},
-        {"//h/ns:X.a=1", true},
-        {"X.y=\\\"z\\\"", true},
-        {"X", false},
-        {"ns:X", false},
-        {"X=", false},
-        {"=", false},
-        {"a=b", false},
-        {"X.=1", false},
-        {"X.y=z", false},
-        {"X.y=5.5", false},
-        {"//h/X.y=1", false},
-        {"//h h/n:X.y=1", false},
+        {"X.y=1", true},        {"X.y=1,", true},
+        {"X.y=TRUE", true},     {"ns:X.a=1,b=2", true},
+        {"//h/ns:X.a=1", true}, {"X.y=\\\"z\\\"", true},
+        {"X", false},           {"ns:X", false},
+        {"X=", false},          {"=", false},
+        {"a=b", false},         {"X.=1", false},
+        {"X.y=z", false},       {"X.y=5.5", false},
+        {"//h/X.y=1", false},   {"//h h/n:X.y=1", false},
     };
     for (const auto& c : cases) {
         const CIMObjectPath path(String((std::string("A.k=\"") + c.quoted + "\"").c_str()));

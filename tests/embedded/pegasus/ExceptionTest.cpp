@@ -110,23 +110,9 @@ TEST(CIMStatusCode, HasTheNumbersOfDsp0200) {
 }
 
 TEST(CIMType, HasItsNumbersAndNames) {
-    const char* const names[] = {"boolean",
-                                 "uint8",
-                                 "sint8",
-                                 "uint16",
-                                 "sint16",
-                                 "uint32",
-                                 "sint32",
-                                 "uint64",
-                                 "sint64",
-                                 "real32",
-                                 "real64",
-                                 "char16",
-                                 "string",
-                                 "datetime",
-                                 "reference",
-                                 "object",
-                                 "instance"};
+    const char* const names[] = {"boolean", "uint8",    "sint8",     "uint16", "sint16",  "uint32",
+                                 "sint32",  "uint64",   "sint64",    "real32", "real64",  "char16",
+                                 "string",  "datetime", "reference", "object", "instance"};
     int number = 0;
     for (const char* name : names)
         EXPECT_STREQ(cimTypeToString(static_cast<CIMType>(number++)), name);

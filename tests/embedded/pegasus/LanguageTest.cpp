@@ -38,20 +38,8 @@ TEST(LanguageTag, FallsIntoLanguageCountryAndVariant) {
 }
 
 TEST(LanguageTag, RejectsWhatIsNoTag) {
-    for (const std::string tag : {"",
-                                  "123",
-                                  "9a-en",
-                                  "en_US",
-                                  "en US",
-                                  "en-",
-                                  "-en",
-                                  "en--us",
-                                  "abcdefghi",
-                                  "ab-123456789",
-                                  "**",
-                                  "en-*",
-                                  "*-en",
-                                  "\xc3\xa9"}) {
+    for (const std::string tag : {"", "123", "9a-en", "en_US", "en US", "en-", "-en", "en--us",
+                                  "abcdefghi", "ab-123456789", "**", "en-*", "*-en", "\xc3\xa9"}) {
         EXPECT_TRUE(throws<Exception>([&] { LanguageTag t{String(tag.c_str())}; },
                                       "Malformed language tag:" + tag));
     }

@@ -92,85 +92,53 @@ class SelfProvider : public CIMInstanceProvider, public CIMAssociationProvider {
         delete this;
     }
 
-    void getInstance(const OperationContext&,
-                     const CIMObjectPath& path,
-                     const Boolean,
-                     const Boolean,
-                     const CIMPropertyList&,
+    void getInstance(const OperationContext&, const CIMObjectPath& path, const Boolean,
+                     const Boolean, const CIMPropertyList&,
                      InstanceResponseHandler& handler) override {
         handler.processing();
         handler.deliver(CIMInstance(path.getClassName()));
         handler.complete();
     }
-    void enumerateInstances(const OperationContext&,
-                            const CIMObjectPath& path,
-                            const Boolean,
-                            const Boolean,
-                            const CIMPropertyList&,
+    void enumerateInstances(const OperationContext&, const CIMObjectPath& path, const Boolean,
+                            const Boolean, const CIMPropertyList&,
                             InstanceResponseHandler& handler) override {
         handler.deliver(Array<CIMInstance>(2, CIMInstance(path.getClassName())));
         handler.complete();
     }
-    void enumerateInstanceNames(const OperationContext&,
-                                const CIMObjectPath& path,
+    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath& path,
                                 ObjectPathResponseHandler& handler) override {
         handler.deliver(path);
         handler.deliver(Array<CIMObjectPath>(2, path));
     }
-    void modifyInstance(const OperationContext&,
-                        const CIMObjectPath&,
-                        const CIMInstance&,
-                        const Boolean,
-                        const CIMPropertyList&,
-                        ResponseHandler& handler) override {
+    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                        const Boolean, const CIMPropertyList&, ResponseHandler& handler) override {
         handler.complete();
     }
-    void createInstance(const OperationContext&,
-                        const CIMObjectPath& path,
-                        const CIMInstance&,
+    void createInstance(const OperationContext&, const CIMObjectPath& path, const CIMInstance&,
                         ObjectPathResponseHandler& handler) override {
         handler.deliver(path);
     }
     void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {
         throw CIMNotSupportedException("");
     }
-    void associators(const OperationContext&,
-                     const CIMObjectPath& path,
-                     const CIMName&,
-                     const CIMName&,
-                     const String&,
-                     const String&,
-                     const Boolean,
-                     const Boolean,
-                     const CIMPropertyList&,
-                     ObjectResponseHandler& handler) override {
+    void associators(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                     const CIMName&, const String&, const String&, const Boolean, const Boolean,
+                     const CIMPropertyList&, ObjectResponseHandler& handler) override {
         handler.deliver(CIMInstance(path.getClassName()));
     }
-    void associatorNames(const OperationContext&,
-                         const CIMObjectPath& path,
-                         const CIMName&,
-                         const CIMName&,
-                         const String&,
-                         const String&,
+    void associatorNames(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                         const CIMName&, const String&, const String&,
                          ObjectPathResponseHandler& handler) override {
         handler.deliver(path);
     }
-    void references(const OperationContext&,
-                    const CIMObjectPath& path,
-                    const CIMName&,
-                    const String&,
-                    const Boolean,
-                    const Boolean,
-                    const CIMPropertyList&,
+    void references(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                    const String&, const Boolean, const Boolean, const CIMPropertyList&,
                     ObjectResponseHandler& handler) override {
         handler.deliver(CIMInstance(path.getClassName()));
         handler.deliver(Array<CIMObject>(1, CIMClass(path.getClassName())));
     }
-    void referenceNames(const OperationContext&,
-                        const CIMObjectPath& path,
-                        const CIMName&,
-                        const String&,
-                        ObjectPathResponseHandler& handler) override {
+    void referenceNames(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                        const String&, ObjectPathResponseHandler& handler) override {
         handler.deliver(path);
     }
 
@@ -182,9 +150,7 @@ class EchoProvider : public CIMMethodProvider {
   public:
     void initialize(CIMOMHandle&) override {}
     void terminate() override {}
-    void invokeMethod(const OperationContext&,
-                      const CIMObjectPath&,
-                      const CIMName& name,
+    void invokeMethod(const OperationContext&, const CIMObjectPath&, const CIMName& name,
                       const Array<CIMParamValue>& in,
                       MethodResultResponseHandler& handler) override {
         handler.deliverParamValue(in);
@@ -236,12 +202,12 @@ TEST(Providers, DeliverInstances) {
     InstanceSink sink;
     provider.instances().getInstance(provider.context, path, true, true, CIMPropertyList(), sink);
     EXPECT_EQ(sink.events, "p1c");
-    provider.instances().enumerateInstances(
-        provider.context, path, true, true, CIMPropertyList(), sink);
+    provider.instances().enumerateInstances(provider.context, path, true, true, CIMPropertyList(),
+                                            sink);
     EXPECT_EQ(sink.events, "p1cnc");
     EXPECT_EQ(sink.delivered.size(), 3U);
-    provider.instances().modifyInstance(
-        provider.context, path, CIMInstance("Disk"), true, CIMPropertyList(), sink);
+    provider.instances().modifyInstance(provider.context, path, CIMInstance("Disk"), true,
+                                        CIMPropertyList(), sink);
     EXPECT_EQ(sink.events, "p1cncc");
 }
 
@@ -250,8 +216,8 @@ TEST(Providers, DeliverPaths) {
     PathSink sink;
     provider.instances().enumerateInstanceNames(provider.context, path, sink);
     provider.instances().createInstance(provider.context, path, CIMInstance("Disk"), sink);
-    provider.associations().associatorNames(
-        provider.context, path, CIMName(), CIMName(), "", "", sink);
+    provider.associations().associatorNames(provider.context, path, CIMName(), CIMName(), "", "",
+                                            sink);
     provider.associations().referenceNames(provider.context, path, CIMName(), "", sink);
     EXPECT_EQ(sink.events, "1n111");
     ASSERT_EQ(sink.delivered.size(), 6U);
@@ -262,10 +228,10 @@ TEST(Providers, DeliverInstancesAndClassesAsObjects) {
     TheProvider provider;
     ObjectSink sink;
     const CIMPropertyList all;
-    provider.associations().associators(
-        provider.context, path, CIMName(), CIMName(), "", "", true, true, all, sink);
-    provider.associations().references(
-        provider.context, path, CIMName(), "", true, true, all, sink);
+    provider.associations().associators(provider.context, path, CIMName(), CIMName(), "", "", true,
+                                        true, all, sink);
+    provider.associations().references(provider.context, path, CIMName(), "", true, true, all,
+                                       sink);
     EXPECT_EQ(sink.events, "11n");
     ASSERT_EQ(sink.delivered.size(), 3U);
     EXPECT_TRUE(sink.delivered[0].isInstance());

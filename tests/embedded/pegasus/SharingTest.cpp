@@ -42,15 +42,13 @@ void expectIndependentCopies(const T& shared, Change change, Describe describe) 
 
 TEST(Sharing, OfStrings) {
     expectIndependentCopies(
-        String("abc"),
-        [](String& x) { x.append(Char16('d')); },
+        String("abc"), [](String& x) { x.append(Char16('d')); },
         [](const String& x) { return text(x); });
 }
 
 TEST(Sharing, OfArrays) {
     expectIndependentCopies(
-        Array<String>(3, String("abc")),
-        [](Array<String>& x) { x[1] = String("new"); },
+        Array<String>(3, String("abc")), [](Array<String>& x) { x[1] = String("new"); },
         [](const Array<String>& x) { return text(CIMValue(x).toString()); });
 }
 
@@ -70,22 +68,19 @@ TEST(Sharing, OfPaths) {
 TEST(Sharing, OfTheKeysOfAPath) {
     const CIMObjectPath shared("//h/n:A.k=1,r=\"B.z=1,y=2\"");
     expectIndependentCopies(
-        CIMObjectPath("C"),
-        [&](CIMObjectPath& x) { x.setKeyBindings(shared.getKeyBindings()); },
+        CIMObjectPath("C"), [&](CIMObjectPath& x) { x.setKeyBindings(shared.getKeyBindings()); },
         [](const CIMObjectPath& x) { return text(x.toString()); });
 }
 
 TEST(Sharing, OfValues) {
     expectIndependentCopies(
-        CIMValue(Array<Uint32>(3, 7)),
-        [](CIMValue& x) { x.set(String("new")); },
+        CIMValue(Array<Uint32>(3, 7)), [](CIMValue& x) { x.set(String("new")); },
         [](const CIMValue& x) { return text(x.toString()); });
 }
 
 TEST(Sharing, OfPropertyLists) {
     expectIndependentCopies(
-        CIMPropertyList(Array<CIMName>(2, CIMName("a"))),
-        [](CIMPropertyList& x) { x.clear(); },
+        CIMPropertyList(Array<CIMName>(2, CIMName("a"))), [](CIMPropertyList& x) { x.clear(); },
         [](const CIMPropertyList& x) { return text(x.toString()); });
 }
 

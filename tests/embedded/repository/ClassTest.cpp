@@ -76,11 +76,8 @@ class ClassTest : public RepositoryTest {
 
 TEST_F(ClassTest, InheritedPropertiesComeFirstAndOverridingOnesKeepTheirPlace) {
     EXPECT_EQ(propertiesOf(classNamed("Leaf")),
-              (Strings{"Id Base propagated",
-                       "SPEED Base propagated",
-                       "Codes Base propagated",
-                       "Extra Middle propagated",
-                       "Last Leaf own"}));
+              (Strings{"Id Base propagated", "SPEED Base propagated", "Codes Base propagated",
+                       "Extra Middle propagated", "Last Leaf own"}));
 }
 
 TEST_F(ClassTest, AnOverridingPropertyIsTheClassesOwnButOriginatesWhereItFirstStood) {

@@ -50,11 +50,8 @@ Strings propertiesOf(const CIMInstance& instance) {
 TEST_F(InstanceTest, HasAllPropertiesInTheOrderOfItsClass) {
     load("instance of gadget { number = 3; ID = \"a\"; Codes = {}; };");
     EXPECT_EQ(propertiesOf(all("Gadget").at(0)),
-              (Strings{"Id Thing given a",
-                       "Speed Thing default 5",
-                       "Text Thing default NULL",
-                       "Codes Thing given ",
-                       "Number Gadget given 3"}));
+              (Strings{"Id Thing given a", "Speed Thing default 5", "Text Thing default NULL",
+                       "Codes Thing given ", "Number Gadget given 3"}));
 }
 
 TEST_F(InstanceTest, NullThatIsWrittenOutweighsTheDefault) {
@@ -169,8 +166,7 @@ TEST_F(InstanceTest, HasTheQualifiersThatItIsWrittenWith) {
 
 TEST_F(InstanceTest, IsFoundWhateverHostNamespaceCaseAndOrderSay) {
     load("instance of Gadget { Id = \"a\"; Number = 16; };");
-    for (const char* path : {"Gadget.Id=\"a\",Number=16",
-                             "gADGET.NUMBER=16,id=\"a\"",
+    for (const char* path : {"Gadget.Id=\"a\",Number=16", "gADGET.NUMBER=16,id=\"a\"",
                              "root/elsewhere:Gadget.Id=\"a\",Number=0x10",
                              "//host:5988/root/test:Gadget.Id=\"a\",Number=16"}) {
         EXPECT_EQ(pathOf(instanceAt(path)), "Gadget.Id=\"a\",Number=16") << path;

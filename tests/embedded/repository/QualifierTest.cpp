@@ -79,8 +79,7 @@ const MofCase cases[] = {
     {"Flavor",
      "Qualifier MaxLen : uint32 = null, Scope(property, method, parameter), Flavor(Restricted);",
      complaint},
-    {"DefaultOfAnotherType",
-     "Qualifier New : uint32 = \"x\", Scope(any);",
+    {"DefaultOfAnotherType", "Qualifier New : uint32 = \"x\", Scope(any);",
      "1:26: qualifier New: a uint32 value is expected, not the string \"x\""},
 };
 

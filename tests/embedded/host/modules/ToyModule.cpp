@@ -69,71 +69,52 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
         end(_name);
     }
 
-    void getInstance(const OperationContext& context,
-                     const CIMObjectPath& path,
-                     const Boolean,
-                     const Boolean,
-                     const CIMPropertyList& propertyList,
+    void getInstance(const OperationContext& context, const CIMObjectPath& path, const Boolean,
+                     const Boolean, const CIMPropertyList& propertyList,
                      InstanceResponseHandler& handler) override {
         toy::Call call = begun("getInstance", context, path);
         call.propertyList = propertyList;
         call.instances = &handler;
         answer(call);
     }
-    void enumerateInstances(const OperationContext& context,
-                            const CIMObjectPath& path,
-                            const Boolean,
-                            const Boolean,
-                            const CIMPropertyList& propertyList,
+    void enumerateInstances(const OperationContext& context, const CIMObjectPath& path,
+                            const Boolean, const Boolean, const CIMPropertyList& propertyList,
                             InstanceResponseHandler& handler) override {
         toy::Call call = begun("enumerateInstances", context, path);
         call.propertyList = propertyList;
         call.instances = &handler;
         answer(call);
     }
-    void enumerateInstanceNames(const OperationContext& context,
-                                const CIMObjectPath& path,
+    void enumerateInstanceNames(const OperationContext& context, const CIMObjectPath& path,
                                 ObjectPathResponseHandler& handler) override {
         toy::Call call = begun("enumerateInstanceNames", context, path);
         call.paths = &handler;
         answer(call);
     }
-    void modifyInstance(const OperationContext& context,
-                        const CIMObjectPath& path,
-                        const CIMInstance& instance,
-                        const Boolean,
-                        const CIMPropertyList& propertyList,
-                        ResponseHandler&) override {
+    void modifyInstance(const OperationContext& context, const CIMObjectPath& path,
+                        const CIMInstance& instance, const Boolean,
+                        const CIMPropertyList& propertyList, ResponseHandler&) override {
         toy::Call call = begun("modifyInstance", context, path);
         call.instance = instance;
         call.propertyList = propertyList;
         answer(call);
     }
-    void createInstance(const OperationContext& context,
-                        const CIMObjectPath& path,
-                        const CIMInstance& instance,
-                        ObjectPathResponseHandler& handler) override {
+    void createInstance(const OperationContext& context, const CIMObjectPath& path,
+                        const CIMInstance& instance, ObjectPathResponseHandler& handler) override {
         toy::Call call = begun("createInstance", context, path);
         call.instance = instance;
         call.paths = &handler;
         answer(call);
     }
-    void deleteInstance(const OperationContext& context,
-                        const CIMObjectPath& path,
+    void deleteInstance(const OperationContext& context, const CIMObjectPath& path,
                         ResponseHandler&) override {
         answer(begun("deleteInstance", context, path));
     }
 
-    void associators(const OperationContext& context,
-                     const CIMObjectPath& path,
-                     const CIMName& associationClass,
-                     const CIMName& resultClass,
-                     const String& role,
-                     const String& resultRole,
-                     const Boolean,
-                     const Boolean,
-                     const CIMPropertyList& propertyList,
-                     ObjectResponseHandler& handler) override {
+    void associators(const OperationContext& context, const CIMObjectPath& path,
+                     const CIMName& associationClass, const CIMName& resultClass,
+                     const String& role, const String& resultRole, const Boolean, const Boolean,
+                     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) override {
         toy::Call call = begun("associators", context, path);
         call.associationClass = associationClass;
         call.resultClass = resultClass;
@@ -143,12 +124,9 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
         call.objects = &handler;
         answer(call);
     }
-    void associatorNames(const OperationContext& context,
-                         const CIMObjectPath& path,
-                         const CIMName& associationClass,
-                         const CIMName& resultClass,
-                         const String& role,
-                         const String& resultRole,
+    void associatorNames(const OperationContext& context, const CIMObjectPath& path,
+                         const CIMName& associationClass, const CIMName& resultClass,
+                         const String& role, const String& resultRole,
                          ObjectPathResponseHandler& handler) override {
         toy::Call call = begun("associatorNames", context, path);
         call.associationClass = associationClass;
@@ -158,14 +136,9 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
         call.paths = &handler;
         answer(call);
     }
-    void references(const OperationContext& context,
-                    const CIMObjectPath& path,
-                    const CIMName& resultClass,
-                    const String& role,
-                    const Boolean,
-                    const Boolean,
-                    const CIMPropertyList& propertyList,
-                    ObjectResponseHandler& handler) override {
+    void references(const OperationContext& context, const CIMObjectPath& path,
+                    const CIMName& resultClass, const String& role, const Boolean, const Boolean,
+                    const CIMPropertyList& propertyList, ObjectResponseHandler& handler) override {
         toy::Call call = begun("references", context, path);
         call.resultClass = resultClass;
         call.role = role;
@@ -173,10 +146,8 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
         call.objects = &handler;
         answer(call);
     }
-    void referenceNames(const OperationContext& context,
-                        const CIMObjectPath& path,
-                        const CIMName& resultClass,
-                        const String& role,
+    void referenceNames(const OperationContext& context, const CIMObjectPath& path,
+                        const CIMName& resultClass, const String& role,
                         ObjectPathResponseHandler& handler) override {
         toy::Call call = begun("referenceNames", context, path);
         call.resultClass = resultClass;
@@ -186,8 +157,8 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
     }
 
   private:
-    toy::Call
-    begun(const char* operation, const OperationContext& context, const CIMObjectPath& path) {
+    toy::Call begun(const char* operation, const OperationContext& context,
+                    const CIMObjectPath& path) {
         toy::Call call;
         call.operation = operation;
         call.context = context;

@@ -66,8 +66,8 @@ std::vector<NamedCall> operationsOf(CIMOMHandle& handle, std::vector<std::string
         {"execQuery", [=, &h] { className(h.execQuery(context, nameSpace, "WQL", "select")[0]); }},
         {"associators",
          [=, &h] {
-             className(h.associators(
-                 context, nameSpace, path, onDisk, disk, "From", "To", true, false, list)[0]);
+             className(h.associators(context, nameSpace, path, onDisk, disk, "From", "To", true,
+                                     false, list)[0]);
          }},
         {"associatorNames",
          [=, &h] {
@@ -102,65 +102,46 @@ class Recorder : public CIMOMHandleRep {
     std::vector<std::string> asked;
     int disallowed = 0;
 
-    CIMClass getClass(const OperationContext& context,
-                      const CIMNamespaceName& ns,
-                      const CIMName& className,
-                      Boolean localOnly,
-                      Boolean includeQualifiers,
-                      Boolean includeClassOrigin,
-                      const CIMPropertyList& list) override {
+    CIMClass getClass(const OperationContext& context, const CIMNamespaceName& ns,
+                      const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
+                      Boolean includeClassOrigin, const CIMPropertyList& list) override {
         note(context, ns, className, localOnly, includeQualifiers, includeClassOrigin, list);
         return CIMClass("getClass");
     }
-    Array<CIMClass> enumerateClasses(const OperationContext& context,
-                                     const CIMNamespaceName& ns,
-                                     const CIMName& className,
-                                     Boolean deep,
-                                     Boolean localOnly,
+    Array<CIMClass> enumerateClasses(const OperationContext& context, const CIMNamespaceName& ns,
+                                     const CIMName& className, Boolean deep, Boolean localOnly,
                                      Boolean includeQualifiers,
                                      Boolean includeClassOrigin) override {
         note(context, ns, className, deep, localOnly, includeQualifiers, includeClassOrigin);
         return Array<CIMClass>(1, CIMClass("enumerateClasses"));
     }
-    Array<CIMName> enumerateClassNames(const OperationContext& context,
-                                       const CIMNamespaceName& ns,
-                                       const CIMName& className,
-                                       Boolean deep) override {
+    Array<CIMName> enumerateClassNames(const OperationContext& context, const CIMNamespaceName& ns,
+                                       const CIMName& className, Boolean deep) override {
         note(context, ns, className, deep);
         return Array<CIMName>(1, CIMName("enumerateClassNames"));
     }
-    void createClass(const OperationContext& context,
-                     const CIMNamespaceName& ns,
+    void createClass(const OperationContext& context, const CIMNamespaceName& ns,
                      const CIMClass& cls) override {
         note(context, ns, "create", cls.getClassName());
     }
-    void modifyClass(const OperationContext& context,
-                     const CIMNamespaceName& ns,
+    void modifyClass(const OperationContext& context, const CIMNamespaceName& ns,
                      const CIMClass& cls) override {
         note(context, ns, "modify", cls.getClassName());
     }
-    void deleteClass(const OperationContext& context,
-                     const CIMNamespaceName& ns,
+    void deleteClass(const OperationContext& context, const CIMNamespaceName& ns,
                      const CIMName& className) override {
         note(context, ns, "delete", className);
     }
-    CIMInstance getInstance(const OperationContext& context,
-                            const CIMNamespaceName& ns,
-                            const CIMObjectPath& name,
-                            Boolean localOnly,
-                            Boolean includeQualifiers,
-                            Boolean includeClassOrigin,
-                            const CIMPropertyList& list) override {
+    CIMInstance getInstance(const OperationContext& context, const CIMNamespaceName& ns,
+                            const CIMObjectPath& name, Boolean localOnly, Boolean includeQualifiers,
+                            Boolean includeClassOrigin, const CIMPropertyList& list) override {
         note(context, ns, name, localOnly, includeQualifiers, includeClassOrigin, list);
         return CIMInstance("getInstance");
     }
     Array<CIMInstance> enumerateInstances(const OperationContext& context,
-                                          const CIMNamespaceName& ns,
-                                          const CIMName& className,
-                                          Boolean deep,
-                                          Boolean localOnly,
-                                          Boolean includeQualifiers,
-                                          Boolean includeClassOrigin,
+                                          const CIMNamespaceName& ns, const CIMName& className,
+                                          Boolean deep, Boolean localOnly,
+                                          Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& list) override {
         note(context, ns, className, deep, localOnly, includeQualifiers, includeClassOrigin, list);
         return Array<CIMInstance>(1, CIMInstance("enumerateInstances"));
@@ -171,102 +152,67 @@ class Recorder : public CIMOMHandleRep {
         note(context, ns, className);
         return Array<CIMObjectPath>(1, CIMObjectPath("enumerateInstanceNames"));
     }
-    CIMObjectPath createInstance(const OperationContext& context,
-                                 const CIMNamespaceName& ns,
+    CIMObjectPath createInstance(const OperationContext& context, const CIMNamespaceName& ns,
                                  const CIMInstance& instance) override {
         note(context, ns, instance.getClassName());
         return CIMObjectPath("createInstance");
     }
-    void modifyInstance(const OperationContext& context,
-                        const CIMNamespaceName& ns,
-                        const CIMInstance& instance,
-                        Boolean includeQualifiers,
+    void modifyInstance(const OperationContext& context, const CIMNamespaceName& ns,
+                        const CIMInstance& instance, Boolean includeQualifiers,
                         const CIMPropertyList& list) override {
         note(context, ns, instance.getClassName(), includeQualifiers, list);
     }
-    void deleteInstance(const OperationContext& context,
-                        const CIMNamespaceName& ns,
+    void deleteInstance(const OperationContext& context, const CIMNamespaceName& ns,
                         const CIMObjectPath& name) override {
         note(context, ns, name);
     }
-    Array<CIMObject> execQuery(const OperationContext& context,
-                               const CIMNamespaceName& ns,
-                               const String& language,
-                               const String& query) override {
+    Array<CIMObject> execQuery(const OperationContext& context, const CIMNamespaceName& ns,
+                               const String& language, const String& query) override {
         note(context, ns, language, query);
         return Array<CIMObject>(1, CIMInstance("execQuery"));
     }
-    Array<CIMObject> associators(const OperationContext& context,
-                                 const CIMNamespaceName& ns,
-                                 const CIMObjectPath& name,
-                                 const CIMName& assocClass,
-                                 const CIMName& resultClass,
-                                 const String& role,
-                                 const String& resultRole,
-                                 Boolean includeQualifiers,
-                                 Boolean includeClassOrigin,
-                                 const CIMPropertyList& list) override {
-        note(context,
-             ns,
-             name,
-             assocClass,
-             resultClass,
-             role,
-             resultRole,
-             includeQualifiers,
-             includeClassOrigin,
-             list);
+    Array<CIMObject> associators(const OperationContext& context, const CIMNamespaceName& ns,
+                                 const CIMObjectPath& name, const CIMName& assocClass,
+                                 const CIMName& resultClass, const String& role,
+                                 const String& resultRole, Boolean includeQualifiers,
+                                 Boolean includeClassOrigin, const CIMPropertyList& list) override {
+        note(context, ns, name, assocClass, resultClass, role, resultRole, includeQualifiers,
+             includeClassOrigin, list);
         return Array<CIMObject>(1, CIMInstance("associators"));
     }
     Array<CIMObjectPath> associatorNames(const OperationContext& context,
-                                         const CIMNamespaceName& ns,
-                                         const CIMObjectPath& name,
-                                         const CIMName& assocClass,
-                                         const CIMName& resultClass,
-                                         const String& role,
-                                         const String& resultRole) override {
+                                         const CIMNamespaceName& ns, const CIMObjectPath& name,
+                                         const CIMName& assocClass, const CIMName& resultClass,
+                                         const String& role, const String& resultRole) override {
         note(context, ns, name, assocClass, resultClass, role, resultRole);
         return Array<CIMObjectPath>(1, CIMObjectPath("associatorNames"));
     }
-    Array<CIMObject> references(const OperationContext& context,
-                                const CIMNamespaceName& ns,
-                                const CIMObjectPath& name,
-                                const CIMName& resultClass,
-                                const String& role,
-                                Boolean includeQualifiers,
-                                Boolean includeClassOrigin,
-                                const CIMPropertyList& list) override {
+    Array<CIMObject> references(const OperationContext& context, const CIMNamespaceName& ns,
+                                const CIMObjectPath& name, const CIMName& resultClass,
+                                const String& role, Boolean includeQualifiers,
+                                Boolean includeClassOrigin, const CIMPropertyList& list) override {
         note(context, ns, name, resultClass, role, includeQualifiers, includeClassOrigin, list);
         return Array<CIMObject>(1, CIMInstance("references"));
     }
-    Array<CIMObjectPath> referenceNames(const OperationContext& context,
-                                        const CIMNamespaceName& ns,
-                                        const CIMObjectPath& name,
-                                        const CIMName& resultClass,
+    Array<CIMObjectPath> referenceNames(const OperationContext& context, const CIMNamespaceName& ns,
+                                        const CIMObjectPath& name, const CIMName& resultClass,
                                         const String& role) override {
         note(context, ns, name, resultClass, role);
         return Array<CIMObjectPath>(1, CIMObjectPath("referenceNames"));
     }
-    CIMValue getProperty(const OperationContext& context,
-                         const CIMNamespaceName& ns,
-                         const CIMObjectPath& name,
-                         const CIMName& property) override {
+    CIMValue getProperty(const OperationContext& context, const CIMNamespaceName& ns,
+                         const CIMObjectPath& name, const CIMName& property) override {
         note(context, ns, name, property);
         return CIMValue(String("getProperty"));
     }
-    void setProperty(const OperationContext& context,
-                     const CIMNamespaceName& ns,
-                     const CIMObjectPath& name,
-                     const CIMName& property,
+    void setProperty(const OperationContext& context, const CIMNamespaceName& ns,
+                     const CIMObjectPath& name, const CIMName& property,
                      const CIMValue& value) override {
         note(context, ns, name, property, value.toString());
     }
-    CIMValue invokeMethod(const OperationContext& context,
-                          const CIMNamespaceName& ns,
-                          const CIMObjectPath& name,
-                          const CIMName& method,
-                          const Array<CIMParamValue>& in,
-                          Array<CIMParamValue>& out) override {
+    CIMValue invokeMethod(const OperationContext& context, const CIMNamespaceName& ns,
+                          const CIMObjectPath& name, const CIMName& method,
+                          const Array<CIMParamValue>& in, Array<CIMParamValue>& out) override {
         note(context, ns, name, method, in[0].getParameterName());
         out.append(CIMParamValue("Out", CIMValue(Boolean(true))));
         return CIMValue(String("invokeMethod"));
@@ -350,44 +296,33 @@ TEST(CIMOMHandle, HandsEveryOperationToTheHostAndItsAnswerBack) {
     std::vector<std::string> results;
     for (const NamedCall& operation : operationsOf(handle, results))
         operation.call();
-    EXPECT_EQ(recorder->asked,
-              (std::vector<std::string>{
-                  "alice root/cimv2 Disk yes no yes Size ",
-                  "alice root/cimv2 Disk yes no yes no ",
-                  "alice root/cimv2 Disk yes ",
-                  "alice root/cimv2 create Disk ",
-                  "alice root/cimv2 modify Disk ",
-                  "alice root/cimv2 delete Disk ",
-                  "alice root/cimv2 Disk.Id=1 yes no yes Size ",
-                  "alice root/cimv2 Disk yes no yes no Size ",
-                  "alice root/cimv2 Disk ",
-                  "alice root/cimv2 Disk ",
-                  "alice root/cimv2 Disk yes Size ",
-                  "alice root/cimv2 Disk.Id=1 ",
-                  "alice root/cimv2 WQL select ",
-                  "alice root/cimv2 Disk.Id=1 OnDisk Disk From To yes no Size ",
-                  "alice root/cimv2 Disk.Id=1 OnDisk Disk From To ",
-                  "alice root/cimv2 Disk.Id=1 OnDisk From yes no Size ",
-                  "alice root/cimv2 Disk.Id=1 OnDisk From ",
-                  "alice root/cimv2 Disk.Id=1 Size ",
-                  "alice root/cimv2 Disk.Id=1 Size 5 ",
-                  "alice root/cimv2 Disk.Id=1 Reset Force ",
-              }));
-    EXPECT_EQ(results,
-              (std::vector<std::string>{"getClass",
-                                        "enumerateClasses",
-                                        "enumerateClassNames",
-                                        "getInstance",
-                                        "enumerateInstances",
-                                        "enumerateInstanceNames",
-                                        "createInstance",
-                                        "execQuery",
-                                        "associators",
-                                        "associatorNames",
-                                        "references",
-                                        "referenceNames",
-                                        "getProperty",
-                                        "invokeMethodOut"}));
+    EXPECT_EQ(recorder->asked, (std::vector<std::string>{
+                                   "alice root/cimv2 Disk yes no yes Size ",
+                                   "alice root/cimv2 Disk yes no yes no ",
+                                   "alice root/cimv2 Disk yes ",
+                                   "alice root/cimv2 create Disk ",
+                                   "alice root/cimv2 modify Disk ",
+                                   "alice root/cimv2 delete Disk ",
+                                   "alice root/cimv2 Disk.Id=1 yes no yes Size ",
+                                   "alice root/cimv2 Disk yes no yes no Size ",
+                                   "alice root/cimv2 Disk ",
+                                   "alice root/cimv2 Disk ",
+                                   "alice root/cimv2 Disk yes Size ",
+                                   "alice root/cimv2 Disk.Id=1 ",
+                                   "alice root/cimv2 WQL select ",
+                                   "alice root/cimv2 Disk.Id=1 OnDisk Disk From To yes no Size ",
+                                   "alice root/cimv2 Disk.Id=1 OnDisk Disk From To ",
+                                   "alice root/cimv2 Disk.Id=1 OnDisk From yes no Size ",
+                                   "alice root/cimv2 Disk.Id=1 OnDisk From ",
+                                   "alice root/cimv2 Disk.Id=1 Size ",
+                                   "alice root/cimv2 Disk.Id=1 Size 5 ",
+                                   "alice root/cimv2 Disk.Id=1 Reset Force ",
+                               }));
+    EXPECT_EQ(results, (std::vector<std::string>{
+                           "getClass", "enumerateClasses", "enumerateClassNames", "getInstance",
+                           "enumerateInstances", "enumerateInstanceNames", "createInstance",
+                           "execQuery", "associators", "associatorNames", "references",
+                           "referenceNames", "getProperty", "invokeMethodOut"}));
 }
 
 TEST(CIMOMHandle, SharesWhatStandsBehindItWithItsCopies) {

@@ -42,8 +42,7 @@ TEST(Safety, CloningWhatIsUninitializedThrows) {
 
 TEST(Safety, AQualifierThatIsNoScalarTrueMarksNothing) {
     for (const CIMValue& value : {CIMValue(CIMTYPE_BOOLEAN, false),
-                                  CIMValue(Array<Boolean>(1, true)),
-                                  CIMValue(String("true"))}) {
+                                  CIMValue(Array<Boolean>(1, true)), CIMValue(String("true"))}) {
         CIMClass cls("Disk");
         cls.addQualifier(CIMQualifier("Association", value));
         cls.addQualifier(CIMQualifier("Abstract", value));

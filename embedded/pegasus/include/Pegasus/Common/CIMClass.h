@@ -98,8 +98,7 @@ class PEGASUS_COMMON_LINKAGE CIMClass {
     /// names (all, if it is null), with their default values; names that are no properties of the
     /// class are passed over. Qualifiers, of class and properties, and class origins are left out
     /// on demand.
-    CIMInstance buildInstance(Boolean includeQualifiers,
-                              Boolean includeClassOrigin,
+    CIMInstance buildInstance(Boolean includeQualifiers, Boolean includeClassOrigin,
                               const CIMPropertyList& propertyList) const;
 
   private:

@@ -71,35 +71,14 @@ class PEGASUS_COMMON_LINKAGE CIMDateTime {
     /// Stands for a field that is not significant.
     static const Uint32 WILDCARD;
 
-    CIMDateTime(Uint32 year,
-                Uint32 month,
-                Uint32 day,
-                Uint32 hours,
-                Uint32 minutes,
-                Uint32 seconds,
-                Uint32 microseconds,
-                Uint32 numSignificantMicrosecondDigits,
-                Sint32 utcOffset);
-    CIMDateTime(Uint32 days,
-                Uint32 hours,
-                Uint32 minutes,
-                Uint32 seconds,
-                Uint32 microseconds,
+    CIMDateTime(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes, Uint32 seconds,
+                Uint32 microseconds, Uint32 numSignificantMicrosecondDigits, Sint32 utcOffset);
+    CIMDateTime(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds, Uint32 microseconds,
                 Uint32 numSignificantMicrosecondDigits);
-    void setTimeStamp(Uint32 year,
-                      Uint32 month,
-                      Uint32 day,
-                      Uint32 hours,
-                      Uint32 minutes,
-                      Uint32 seconds,
-                      Uint32 microseconds,
-                      Uint32 numSignificantMicrosecondDigits,
+    void setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes,
+                      Uint32 seconds, Uint32 microseconds, Uint32 numSignificantMicrosecondDigits,
                       Sint32 utcOffset);
-    void setInterval(Uint32 days,
-                     Uint32 hours,
-                     Uint32 minutes,
-                     Uint32 seconds,
-                     Uint32 microseconds,
+    void setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds, Uint32 microseconds,
                      Uint32 numSignificantMicrosecondDigits);
     Boolean isTimeStamp() const;
 #endif

@@ -83,8 +83,7 @@ class PEGASUS_COMMON_LINKAGE CIMInstance {
     /// Removes, in place, what a client did not ask for: the properties that are not in
     /// `propertyList` (none, if it is null), the qualifiers of the instance and of its properties
     /// unless `includeQualifiers`, and the class origins unless `includeClassOrigin`.
-    void instanceFilter(Boolean includeQualifiers,
-                        Boolean includeClassOrigin,
+    void instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                         const CIMPropertyList& propertyList);
 
   private:

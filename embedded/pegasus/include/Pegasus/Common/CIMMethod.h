@@ -30,9 +30,7 @@ class PEGASUS_COMMON_LINKAGE CIMMethod {
     CIMMethod(const CIMMethod& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null.
-    CIMMethod(const CIMName& name,
-              CIMType type,
-              const CIMName& classOrigin = CIMName(),
+    CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin = CIMName(),
               Boolean propagated = false);
     ~CIMMethod() = default;
     CIMMethod& operator=(const CIMMethod& x) = default;
@@ -93,9 +91,7 @@ class PEGASUS_COMMON_LINKAGE CIMConstMethod {
     CIMConstMethod(const CIMConstMethod& x) = default;
     CIMConstMethod(const CIMMethod& x);
     /// Throws UninitializedObjectException if `name` is null.
-    CIMConstMethod(const CIMName& name,
-                   CIMType type,
-                   const CIMName& classOrigin = CIMName(),
+    CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin = CIMName(),
                    Boolean propagated = false);
     ~CIMConstMethod() = default;
     CIMConstMethod& operator=(const CIMConstMethod& x) = default;

@@ -78,8 +78,7 @@ class PEGASUS_COMMON_LINKAGE CIMObject {
     String toString() const;
 
     /// As CIMInstance::instanceFilter; a class is filtered in the same way.
-    void instanceFilter(Boolean includeQualifiers,
-                        Boolean includeClassOrigin,
+    void instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                         const CIMPropertyList& propertyList);
 
   private:

@@ -73,18 +73,14 @@ class PEGASUS_COMMON_LINKAGE CIMObjectPath {
     /// Reads the text form. A quoted value that is itself the path of an instance becomes a
     /// REFERENCE, every other one a STRING. Throws MalformedObjectNameException.
     CIMObjectPath(const String& objectName);
-    CIMObjectPath(const String& host,
-                  const CIMNamespaceName& nameSpace,
-                  const CIMName& className,
+    CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
                   const Array<CIMKeyBinding>& keyBindings = Array<CIMKeyBinding>());
     ~CIMObjectPath();
     CIMObjectPath& operator=(const CIMObjectPath& x);
     CIMObjectPath& operator=(const String& objectName);
 
     void clear();
-    void set(const String& host,
-             const CIMNamespaceName& nameSpace,
-             const CIMName& className,
+    void set(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
              const Array<CIMKeyBinding>& keyBindings = Array<CIMKeyBinding>());
     void set(const String& objectName);
 

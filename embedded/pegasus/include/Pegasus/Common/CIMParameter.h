@@ -31,10 +31,7 @@ class PEGASUS_COMMON_LINKAGE CIMParameter {
     /// Throws UninitializedObjectException if `name` is null, and TypeMismatchException if
     /// `arraySize` is given without `isArray`, if `referenceClassName` is given for another type,
     /// or if it is missing for a reference.
-    CIMParameter(const CIMName& name,
-                 CIMType type,
-                 Boolean isArray = false,
-                 Uint32 arraySize = 0,
+    CIMParameter(const CIMName& name, CIMType type, Boolean isArray = false, Uint32 arraySize = 0,
                  const CIMName& referenceClassName = CIMName());
     ~CIMParameter() = default;
     CIMParameter& operator=(const CIMParameter& x) = default;
@@ -80,11 +77,8 @@ class PEGASUS_COMMON_LINKAGE CIMConstParameter {
     CIMConstParameter(const CIMConstParameter& x) = default;
     CIMConstParameter(const CIMParameter& x);
     /// Throws as the constructor of CIMParameter.
-    CIMConstParameter(const CIMName& name,
-                      CIMType type,
-                      Boolean isArray = false,
-                      Uint32 arraySize = 0,
-                      const CIMName& referenceClassName = CIMName());
+    CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray = false,
+                      Uint32 arraySize = 0, const CIMName& referenceClassName = CIMName());
     ~CIMConstParameter() = default;
     CIMConstParameter& operator=(const CIMConstParameter& x) = default;
     CIMConstParameter& operator=(const CIMParameter& x);

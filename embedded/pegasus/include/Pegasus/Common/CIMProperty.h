@@ -36,12 +36,9 @@ class PEGASUS_COMMON_LINKAGE CIMProperty {
     /// Throws UninitializedObjectException if `name` is null; TypeMismatchException if `arraySize`
     /// is not 0 and `value` is not an array of that size, if `value` is an array of references, or
     /// if `referenceClassName` is given for a value that is no reference.
-    CIMProperty(const CIMName& name,
-                const CIMValue& value,
-                Uint32 arraySize = 0,
+    CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
                 const CIMName& referenceClassName = CIMName(),
-                const CIMName& classOrigin = CIMName(),
-                Boolean propagated = false);
+                const CIMName& classOrigin = CIMName(), Boolean propagated = false);
     ~CIMProperty() = default;
     CIMProperty& operator=(const CIMProperty& x) = default;
 
@@ -95,12 +92,9 @@ class PEGASUS_COMMON_LINKAGE CIMConstProperty {
     CIMConstProperty(const CIMConstProperty& x) = default;
     CIMConstProperty(const CIMProperty& x);
     /// Throws as the constructor of CIMProperty.
-    CIMConstProperty(const CIMName& name,
-                     const CIMValue& value,
-                     Uint32 arraySize = 0,
+    CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
                      const CIMName& referenceClassName = CIMName(),
-                     const CIMName& classOrigin = CIMName(),
-                     Boolean propagated = false);
+                     const CIMName& classOrigin = CIMName(), Boolean propagated = false);
     ~CIMConstProperty() = default;
     CIMConstProperty& operator=(const CIMConstProperty& x) = default;
     CIMConstProperty& operator=(const CIMProperty& x);

@@ -29,10 +29,8 @@ class PEGASUS_COMMON_LINKAGE CIMQualifier {
     CIMQualifier(const CIMQualifier& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null.
-    CIMQualifier(const CIMName& name,
-                 const CIMValue& value,
-                 const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE),
-                 Boolean propagated = false);
+    CIMQualifier(const CIMName& name, const CIMValue& value,
+                 const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE), Boolean propagated = false);
     ~CIMQualifier() = default;
     CIMQualifier& operator=(const CIMQualifier& x) = default;
 
@@ -74,8 +72,7 @@ class PEGASUS_COMMON_LINKAGE CIMConstQualifier {
     CIMConstQualifier(const CIMConstQualifier& x) = default;
     CIMConstQualifier(const CIMQualifier& x);
     /// Throws UninitializedObjectException if `name` is null.
-    CIMConstQualifier(const CIMName& name,
-                      const CIMValue& value,
+    CIMConstQualifier(const CIMName& name, const CIMValue& value,
                       const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE),
                       Boolean propagated = false);
     ~CIMConstQualifier() = default;

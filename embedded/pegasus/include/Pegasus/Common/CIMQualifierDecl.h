@@ -31,9 +31,7 @@ class PEGASUS_COMMON_LINKAGE CIMQualifierDecl {
 
     /// `arraySize` is the fixed number of elements of an array value, 0 for any.
     /// Throws UninitializedObjectException if `name` is null.
-    CIMQualifierDecl(const CIMName& name,
-                     const CIMValue& value,
-                     const CIMScope& scope,
+    CIMQualifierDecl(const CIMName& name, const CIMValue& value, const CIMScope& scope,
                      const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
                      Uint32 arraySize = 0);
     ~CIMQualifierDecl() = default;
@@ -69,9 +67,7 @@ class PEGASUS_COMMON_LINKAGE CIMConstQualifierDecl {
     CIMConstQualifierDecl(const CIMConstQualifierDecl& x) = default;
     CIMConstQualifierDecl(const CIMQualifierDecl& x);
     /// Throws UninitializedObjectException if `name` is null.
-    CIMConstQualifierDecl(const CIMName& name,
-                          const CIMValue& value,
-                          const CIMScope& scope,
+    CIMConstQualifierDecl(const CIMName& name, const CIMValue& value, const CIMScope& scope,
                           const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
                           Uint32 arraySize = 0);
     ~CIMConstQualifierDecl() = default;

@@ -193,8 +193,7 @@ class PEGASUS_COMMON_LINKAGE SubscriptionFilterQueryContainer
 
     SubscriptionFilterQueryContainer(const OperationContext::Container& container);
     SubscriptionFilterQueryContainer(const SubscriptionFilterQueryContainer& container);
-    SubscriptionFilterQueryContainer(const String& filterQuery,
-                                     const String& queryLanguage,
+    SubscriptionFilterQueryContainer(const String& filterQuery, const String& queryLanguage,
                                      const CIMNamespaceName& sourceNameSpace);
     ~SubscriptionFilterQueryContainer() override;
     SubscriptionFilterQueryContainer& operator=(const SubscriptionFilterQueryContainer& container);

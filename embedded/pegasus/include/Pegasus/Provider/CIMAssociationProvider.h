@@ -29,41 +29,29 @@ class PEGASUS_PROVIDER_LINKAGE CIMAssociationProvider : public virtual CIMProvid
     ~CIMAssociationProvider() override;
 
     /// Delivers the objects at the other ends of the associations of `objectName`.
-    virtual void associators(const OperationContext& context,
-                             const CIMObjectPath& objectName,
-                             const CIMName& associationClass,
-                             const CIMName& resultClass,
-                             const String& role,
-                             const String& resultRole,
-                             const Boolean includeQualifiers,
-                             const Boolean includeClassOrigin,
+    virtual void associators(const OperationContext& context, const CIMObjectPath& objectName,
+                             const CIMName& associationClass, const CIMName& resultClass,
+                             const String& role, const String& resultRole,
+                             const Boolean includeQualifiers, const Boolean includeClassOrigin,
                              const CIMPropertyList& propertyList,
                              ObjectResponseHandler& handler) = 0;
 
     /// Delivers the paths of the objects that associators() delivers.
-    virtual void associatorNames(const OperationContext& context,
-                                 const CIMObjectPath& objectName,
-                                 const CIMName& associationClass,
-                                 const CIMName& resultClass,
-                                 const String& role,
-                                 const String& resultRole,
+    virtual void associatorNames(const OperationContext& context, const CIMObjectPath& objectName,
+                                 const CIMName& associationClass, const CIMName& resultClass,
+                                 const String& role, const String& resultRole,
                                  ObjectPathResponseHandler& handler) = 0;
 
     /// Delivers the associations of `objectName`.
-    virtual void references(const OperationContext& context,
-                            const CIMObjectPath& objectName,
-                            const CIMName& resultClass,
-                            const String& role,
-                            const Boolean includeQualifiers,
-                            const Boolean includeClassOrigin,
+    virtual void references(const OperationContext& context, const CIMObjectPath& objectName,
+                            const CIMName& resultClass, const String& role,
+                            const Boolean includeQualifiers, const Boolean includeClassOrigin,
                             const CIMPropertyList& propertyList,
                             ObjectResponseHandler& handler) = 0;
 
     /// Delivers the paths of the associations that references() delivers.
-    virtual void referenceNames(const OperationContext& context,
-                                const CIMObjectPath& objectName,
-                                const CIMName& resultClass,
-                                const String& role,
+    virtual void referenceNames(const OperationContext& context, const CIMObjectPath& objectName,
+                                const CIMName& resultClass, const String& role,
                                 ObjectPathResponseHandler& handler) = 0;
 };
 

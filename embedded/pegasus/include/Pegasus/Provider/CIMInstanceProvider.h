@@ -29,18 +29,15 @@ class PEGASUS_PROVIDER_LINKAGE CIMInstanceProvider : public virtual CIMProvider 
     /// CIMObjectNotFoundException.
     virtual void getInstance(const OperationContext& context,
                              const CIMObjectPath& instanceReference,
-                             const Boolean includeQualifiers,
-                             const Boolean includeClassOrigin,
+                             const Boolean includeQualifiers, const Boolean includeClassOrigin,
                              const CIMPropertyList& propertyList,
                              InstanceResponseHandler& handler) = 0;
 
     /// Delivers all instances of the class, with their paths.
-    virtual void enumerateInstances(const OperationContext& context,
-                                    const CIMObjectPath& classReference,
-                                    const Boolean includeQualifiers,
-                                    const Boolean includeClassOrigin,
-                                    const CIMPropertyList& propertyList,
-                                    InstanceResponseHandler& handler) = 0;
+    virtual void
+    enumerateInstances(const OperationContext& context, const CIMObjectPath& classReference,
+                       const Boolean includeQualifiers, const Boolean includeClassOrigin,
+                       const CIMPropertyList& propertyList, InstanceResponseHandler& handler) = 0;
 
     /// Delivers the paths of all instances of the class.
     virtual void enumerateInstanceNames(const OperationContext& context,
@@ -50,10 +47,8 @@ class PEGASUS_PROVIDER_LINKAGE CIMInstanceProvider : public virtual CIMProvider 
     /// Gives the properties in `propertyList` the values that they have in `instanceObject`.
     virtual void modifyInstance(const OperationContext& context,
                                 const CIMObjectPath& instanceReference,
-                                const CIMInstance& instanceObject,
-                                const Boolean includeQualifiers,
-                                const CIMPropertyList& propertyList,
-                                ResponseHandler& handler) = 0;
+                                const CIMInstance& instanceObject, const Boolean includeQualifiers,
+                                const CIMPropertyList& propertyList, ResponseHandler& handler) = 0;
 
     /// Makes an instance and delivers its path.
     virtual void createInstance(const OperationContext& context,

@@ -23,10 +23,8 @@ class PEGASUS_PROVIDER_LINKAGE CIMMethodProvider : public virtual CIMProvider {
     /// Invokes the method on the instance or class that `objectReference` names, and delivers
     /// output parameters and return value. May throw CIMException, such as
     /// CIMMethodNotFoundException.
-    virtual void invokeMethod(const OperationContext& context,
-                              const CIMObjectPath& objectReference,
-                              const CIMName& methodName,
-                              const Array<CIMParamValue>& inParameters,
+    virtual void invokeMethod(const OperationContext& context, const CIMObjectPath& objectReference,
+                              const CIMName& methodName, const Array<CIMParamValue>& inParameters,
                               MethodResultResponseHandler& handler) = 0;
 };
 

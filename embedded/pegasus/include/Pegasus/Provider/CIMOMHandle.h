@@ -38,109 +38,69 @@ class PEGASUS_PROVIDER_LINKAGE CIMOMHandle {
     ~CIMOMHandle();
     CIMOMHandle& operator=(const CIMOMHandle& handle);
 
-    CIMClass getClass(const OperationContext& context,
-                      const CIMNamespaceName& nameSpace,
-                      const CIMName& className,
-                      Boolean localOnly,
-                      Boolean includeQualifiers,
-                      Boolean includeClassOrigin,
-                      const CIMPropertyList& propertyList);
+    CIMClass getClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                      const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
+                      Boolean includeClassOrigin, const CIMPropertyList& propertyList);
     Array<CIMClass> enumerateClasses(const OperationContext& context,
-                                     const CIMNamespaceName& nameSpace,
-                                     const CIMName& className,
-                                     Boolean deepInheritance,
-                                     Boolean localOnly,
-                                     Boolean includeQualifiers,
-                                     Boolean includeClassOrigin);
+                                     const CIMNamespaceName& nameSpace, const CIMName& className,
+                                     Boolean deepInheritance, Boolean localOnly,
+                                     Boolean includeQualifiers, Boolean includeClassOrigin);
     Array<CIMName> enumerateClassNames(const OperationContext& context,
-                                       const CIMNamespaceName& nameSpace,
-                                       const CIMName& className,
+                                       const CIMNamespaceName& nameSpace, const CIMName& className,
                                        Boolean deepInheritance);
-    void createClass(const OperationContext& context,
-                     const CIMNamespaceName& nameSpace,
+    void createClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                      const CIMClass& newClass);
-    void modifyClass(const OperationContext& context,
-                     const CIMNamespaceName& nameSpace,
+    void modifyClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                      const CIMClass& modifiedClass);
-    void deleteClass(const OperationContext& context,
-                     const CIMNamespaceName& nameSpace,
+    void deleteClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                      const CIMName& className);
-    CIMInstance getInstance(const OperationContext& context,
-                            const CIMNamespaceName& nameSpace,
-                            const CIMObjectPath& instanceName,
-                            Boolean localOnly,
-                            Boolean includeQualifiers,
-                            Boolean includeClassOrigin,
+    CIMInstance getInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                            const CIMObjectPath& instanceName, Boolean localOnly,
+                            Boolean includeQualifiers, Boolean includeClassOrigin,
                             const CIMPropertyList& propertyList);
     Array<CIMInstance> enumerateInstances(const OperationContext& context,
                                           const CIMNamespaceName& nameSpace,
-                                          const CIMName& className,
-                                          Boolean deepInheritance,
-                                          Boolean localOnly,
-                                          Boolean includeQualifiers,
+                                          const CIMName& className, Boolean deepInheritance,
+                                          Boolean localOnly, Boolean includeQualifiers,
                                           Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList);
     Array<CIMObjectPath> enumerateInstanceNames(const OperationContext& context,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMName& className);
-    CIMObjectPath createInstance(const OperationContext& context,
-                                 const CIMNamespaceName& nameSpace,
+    CIMObjectPath createInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                  const CIMInstance& newInstance);
-    void modifyInstance(const OperationContext& context,
-                        const CIMNamespaceName& nameSpace,
-                        const CIMInstance& modifiedInstance,
-                        Boolean includeQualifiers,
+    void modifyInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                        const CIMInstance& modifiedInstance, Boolean includeQualifiers,
                         const CIMPropertyList& propertyList);
-    void deleteInstance(const OperationContext& context,
-                        const CIMNamespaceName& nameSpace,
+    void deleteInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                         const CIMObjectPath& instanceName);
-    Array<CIMObject> execQuery(const OperationContext& context,
-                               const CIMNamespaceName& nameSpace,
-                               const String& queryLanguage,
-                               const String& query);
-    Array<CIMObject> associators(const OperationContext& context,
-                                 const CIMNamespaceName& nameSpace,
-                                 const CIMObjectPath& objectName,
-                                 const CIMName& assocClass,
-                                 const CIMName& resultClass,
-                                 const String& role,
-                                 const String& resultRole,
-                                 Boolean includeQualifiers,
-                                 Boolean includeClassOrigin,
-                                 const CIMPropertyList& propertyList);
+    Array<CIMObject> execQuery(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                               const String& queryLanguage, const String& query);
+    Array<CIMObject> associators(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                                 const CIMObjectPath& objectName, const CIMName& assocClass,
+                                 const CIMName& resultClass, const String& role,
+                                 const String& resultRole, Boolean includeQualifiers,
+                                 Boolean includeClassOrigin, const CIMPropertyList& propertyList);
     Array<CIMObjectPath> associatorNames(const OperationContext& context,
                                          const CIMNamespaceName& nameSpace,
-                                         const CIMObjectPath& objectName,
-                                         const CIMName& assocClass,
-                                         const CIMName& resultClass,
-                                         const String& role,
+                                         const CIMObjectPath& objectName, const CIMName& assocClass,
+                                         const CIMName& resultClass, const String& role,
                                          const String& resultRole);
-    Array<CIMObject> references(const OperationContext& context,
-                                const CIMNamespaceName& nameSpace,
-                                const CIMObjectPath& objectName,
-                                const CIMName& resultClass,
-                                const String& role,
-                                Boolean includeQualifiers,
-                                Boolean includeClassOrigin,
-                                const CIMPropertyList& propertyList);
+    Array<CIMObject> references(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                                const CIMObjectPath& objectName, const CIMName& resultClass,
+                                const String& role, Boolean includeQualifiers,
+                                Boolean includeClassOrigin, const CIMPropertyList& propertyList);
     Array<CIMObjectPath> referenceNames(const OperationContext& context,
                                         const CIMNamespaceName& nameSpace,
-                                        const CIMObjectPath& objectName,
-                                        const CIMName& resultClass,
+                                        const CIMObjectPath& objectName, const CIMName& resultClass,
                                         const String& role);
-    CIMValue getProperty(const OperationContext& context,
-                         const CIMNamespaceName& nameSpace,
-                         const CIMObjectPath& instanceName,
-                         const CIMName& propertyName);
-    void setProperty(const OperationContext& context,
-                     const CIMNamespaceName& nameSpace,
-                     const CIMObjectPath& instanceName,
-                     const CIMName& propertyName,
+    CIMValue getProperty(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                         const CIMObjectPath& instanceName, const CIMName& propertyName);
+    void setProperty(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                     const CIMObjectPath& instanceName, const CIMName& propertyName,
                      const CIMValue& newValue);
-    CIMValue invokeMethod(const OperationContext& context,
-                          const CIMNamespaceName& nameSpace,
-                          const CIMObjectPath& instanceName,
-                          const CIMName& methodName,
+    CIMValue invokeMethod(const OperationContext& context, const CIMNamespaceName& nameSpace,
+                          const CIMObjectPath& instanceName, const CIMName& methodName,
                           const Array<CIMParamValue>& inParameters,
                           Array<CIMParamValue>& outParameters);
 
