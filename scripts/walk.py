@@ -146,7 +146,8 @@ class Walk:
 
     def step(self, step):
         if step.source in OBJECTS and step.source not in self.met:
-            self.is_wrong(f"cannot ask from {step.source}: no answer has named it")
+            self.is_wrong(f"cannot ask from {step.source} in {self.namespace}: "
+                          "no answer has named it")
             return
         if step.association:
             operation = "ai" if step.properties else "ain"
@@ -285,6 +286,8 @@ def walk(server, run=wbem.run, say=print):
         for step in steps:
             for each in walks:
                 each.step(step)
+        if not any(each.met for each in walks):
+            return walks  # nothing to go on from: more of it would only hide why
     host = learnt.get("{host}", "")
     if server.startswith("127.") and host != canonical_name():
         walks[0].is_wrong(f'the host is "{host}", but this machine is "{canonical_name()}"')
