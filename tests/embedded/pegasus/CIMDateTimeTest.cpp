@@ -129,7 +129,7 @@ TEST(CIMDateTime, CountsDaysThroughTheCalendar) {
             const int length = lengths[month - 1] + (month == 2 && leap ? 1 : 0);
             if (year % 97 == 0 || year % 100 == 0 || year == 9999) {
                 for (int day : {1, length}) {
-                    char form[32];
+                    char form[64];
                     std::snprintf(form, sizeof form, "%04d%02d%02d000000.000000+000", year, month,
                                   day);
                     const Uint64 expected =
