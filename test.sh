@@ -1,6 +1,6 @@
 #!/bin/bash
-# Installs what is missing, then checks everything: formatting, rooms, warnings of two compilers,
-# the test suite plain and under the sanitizers, and the two commands as a new user would type them.
+# Installs what is missing, then checks everything: formatting, rooms, lints, warnings of two
+# compilers, the tests plain and under the sanitizers, and both commands as a new user types them.
 # usage: test.sh [--quick]     --quick: only the plain build and its tests
 set -euo pipefail
 
@@ -52,6 +52,9 @@ if $quick; then
   say "the plain suite is green"
   exit 0
 fi
+
+say "the module's lints"
+scripts/check_tidy.sh build/release
 
 say "clang: every warning of the second compiler"
 cmake --preset clang >/dev/null

@@ -49,7 +49,7 @@ void ServerProfileProvider::initData() {
     }
 
     // No object is kept: the host record stores the name and the flag for its class.
-    OrvexOMHost(hostNameBuffer, lookupPending);
+    OrvexOMHost(hostNameBuffer, lookupPending); // NOLINT(bugprone-unused-raii): see above
 
     initFlag = true;
     dataBuildInProgress = 0;

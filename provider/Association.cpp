@@ -70,7 +70,7 @@ CIMInstance Association::instance(const String& nameSpace) const {
 Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPath& path) {
     CIMObjectPath first;
     CIMObjectPath second;
-    const Array<CIMKeyBinding> keys = path.getKeyBindings();
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); ++i) {
         const CIMName name = keys[i].getName();
         const bool isFirst = name == cimClass.first.name;

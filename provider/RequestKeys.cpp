@@ -10,7 +10,7 @@ namespace serverprofile {
 
 FoundKey findKey(ServerProfileProvider& provider, const CIMObjectPath& path) {
     const CString className = path.getClassName().getString().getCString();
-    const Array<CIMKeyBinding> keys = path.getKeyBindings();
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     FoundKey found;
     for (Uint32 i = 0; i < keys.size() && !found.accepted; ++i) {
         const CString keyName = keys[i].getName().getString().getCString();

@@ -1,0 +1,45 @@
+#!/bin/bash
+# Judges the sources by .clang-tidy, each as a build directory compiles it. What the build
+# generates has to be there: build before.
+# usage: check_tidy.sh BUILD-DIRECTORY [--all]
+#   the module's rooms; with --all the embedded server's too, which takes minutes
+set -euo pipefail
+
+wrong() { echo "check_tidy: $1" >&2 && exit 2; }
+
+# One source's findings in one piece, since two sources are judged at a time, and without the
+# counts that clang-tidy writes although it is told to be quiet.
+if [ "${1-}" = "--one" ]; then
+  status=0
+  said=$(clang-tidy-14 --quiet -p "$2" "$3" 2>&1) || status=1
+  printf '%s\n' "${said//"$PWD/"/}" |
+    grep -vE '^$|^[0-9]+ warnings? (generated|treated as error)' || true
+  exit $status
+fi
+
+build=""
+rooms=(provider profiles objectmanager traversal)
+for argument in "$@"; do
+  case "$argument" in
+    --help | -h) sed -n '4,5s/^# //p' "$0" && exit 0 ;;
+    --all) rooms+=(embedded) ;;
+    -*) wrong "$argument: no such option (try --help)" ;;
+    *) [ -z "$build" ] || wrong "one build directory at a time (try --help)" && build=$argument ;;
+  esac
+done
+[ -f "$build/compile_commands.json" ] ||
+  wrong "${build:-(none)}: no build directory configured by CMake (try --help)"
+build=$(realpath "$build")
+self=$(realpath "${BASH_SOURCE[0]}")
+cd "$(dirname "$self")/.."
+
+mapfile -t sources < <(git ls-files -co --exclude-standard -- "${rooms[@]/%//*.cpp}")
+for source in "${sources[@]}"; do
+  grep -qF "\"$PWD/$source\"" "$build/compile_commands.json" ||
+    wrong "$source is not compiled in $build: configure it again"
+done
+
+status=0
+printf '%s\0' "${sources[@]}" | xargs -0 -n1 -P2 "$self" --one "$build" || status=1
+echo "check_tidy: ${#sources[@]} sources judged$([ $status -eq 0 ] || echo ', see above')"
+exit $status
