@@ -130,7 +130,7 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
-    operations = &router;
+    operations = &router; // NOLINT(clang-analyzer-deadcode.DeadStores): the handler reads it
 
     const SignalWatch watch([&](unsigned count) {
         if (count > 1) {

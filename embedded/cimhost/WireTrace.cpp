@@ -23,7 +23,7 @@ std::string requestText(const http::Request& request) {
 std::string replyText(const http::Reply& reply) {
     std::string text = "HTTP/1.1 " + std::to_string(reply.status) + " " + reply.reason + "\n";
     for (const auto& [name, value] : reply.fields)
-        text += name + (value.empty() ? ":" : ": ") + value + "\n";
+        text.append(name).append(value.empty() ? ":" : ": ").append(value).append("\n");
     return text + "\n" + reply.body;
 }
 

@@ -109,7 +109,7 @@ class Registration::Reader {
         const std::string type = utf8(stringOf(instance, "InterfaceType"));
         if (type != "C++Default") {
             throw Fault("Unsupported InterfaceType value: \"" + type +
-                        "\"; \"C++Default\" is supported.");
+                        R"("; "C++Default" is supported.)");
         }
         const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
         if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(),

@@ -146,7 +146,7 @@ RepositoryAssociations::Names RepositoryAssociations::farClasses(const Names& cl
 /// A reference without a namespace means the one in which the association lives; the host in a
 /// reference is this one whatever it calls itself.
 bool RepositoryAssociations::isSource(const CIMObjectPath& reference) const {
-    const CIMNamespaceName nameSpace = reference.getNameSpace();
+    const CIMNamespaceName& nameSpace = reference.getNameSpace();
     return (nameSpace.isNull() || nameSpace.equal(_nameSpace)) && localPath(reference) == _source;
 }
 
@@ -158,7 +158,7 @@ bool RepositoryAssociations::takesSource(const CIMName& referenceClass) const {
 }
 
 bool RepositoryAssociations::isResult(const CIMObjectPath& reference) const {
-    const CIMNamespaceName nameSpace = reference.getNameSpace();
+    const CIMNamespaceName& nameSpace = reference.getNameSpace();
     return isResultClass(nameSpace.isNull() ? _nameSpace : nameSpace, reference.getClassName());
 }
 

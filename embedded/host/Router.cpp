@@ -152,7 +152,7 @@ template <class AskProvider, class AskRepository>
 auto Router::atInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
                         AskProvider askProvider, AskRepository askRepository) const {
     return asCimErrors([&] {
-        const CIMName className = instanceName.getClassName();
+        const CIMName& className = instanceName.getClassName();
         requireClass(nameSpace, className);
         Provider* const provider = find(nameSpace, className, ProviderType::Instance);
         if (provider == nullptr) {

@@ -124,8 +124,8 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
   public:
     using Objects = std::function<std::vector<Builder>()>;
 
-    ServerObjects(String hostName, Objects objects)
-        : _hostName(std::move(hostName)), _objects(std::move(objects)) {}
+    ServerObjects(const String& hostName, Objects objects)
+        : _hostName(hostName), _objects(std::move(objects)) {}
 
     void initialize(Pegasus::CIMOMHandle&) override {}
     void terminate() override {}

@@ -21,7 +21,7 @@ constexpr SimpleEscape simpleEscapes[] = {
 };
 
 constexpr const char* expectedEscape =
-    "an escape: \\b \\t \\n \\f \\r \\\" \\' \\\\ or \\x with 1 to 4 hexadecimal digits";
+    R"(an escape: \b \t \n \f \r \" \' \\ or \x with 1 to 4 hexadecimal digits)";
 
 // Walks over the inside of one literal. A literal never spans lines, so that a column is the
 // literal's column and the offset.

@@ -17,7 +17,7 @@ namespace {
 // twice and so multiply.
 constexpr std::size_t deepestInclude = 32;
 constexpr std::size_t mostFiles = 10000;
-constexpr std::size_t largestText = 256U * 1024U * 1024U;
+constexpr std::size_t largestText = std::size_t{256} * 1024 * 1024;
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
@@ -150,7 +150,7 @@ fs::path Reading::findInclude(const std::string& value, const Location& where) c
 
     std::string tried;
     for (const fs::path& directory : directories) {
-        const fs::path candidate = (directory / value).lexically_normal();
+        fs::path candidate = (directory / value).lexically_normal();
         std::error_code ignored;
         if (fs::is_regular_file(candidate, ignored))
             return candidate;

@@ -23,8 +23,8 @@ void NameSpace::add(const Pegasus::CIMClass& resolved) {
     _order.push_back(key);
 }
 
-bool NameSpace::isA(const CIMName& className, const CIMName& base) const {
-    const ClassEntry* entry = find(className);
+bool NameSpace::isA(const CIMName& derived, const CIMName& base) const {
+    const ClassEntry* entry = find(derived);
     while (entry) {
         if (entry->resolved.getClassName().equal(base)) {
             return true;

@@ -36,8 +36,8 @@ class NameSpace {
     /// REQUIRES: no class of that name; its superclass is there.
     void add(const Pegasus::CIMClass& resolved);
 
-    /// Whether `className` is `base` or is derived from it. False if `className` is unknown.
-    bool isA(const Pegasus::CIMName& className, const Pegasus::CIMName& base) const;
+    /// Whether `derived` is `base` or is derived from it. False if `derived` is unknown.
+    bool isA(const Pegasus::CIMName& derived, const Pegasus::CIMName& base) const;
 
     // The names come in the order of declaration, which puts parents before their children.
     // REQUIRES: the classes that are named are known; a null name stands above the roots.

@@ -120,7 +120,7 @@ void Array<T>::reserveCapacity(Uint32 capacity) {
 template <class T>
 void Array<T>::grow(Uint32 size, const T& x) {
     // A copy, since `x` may be an element of this array.
-    const T value = x;
+    const T value = x; // NOLINT(performance-unnecessary-copy-initialization)
     T* gap = arrays::detached<T>(_rep).openGap(this->size(), size);
     std::fill_n(gap, size, value);
 }
@@ -199,7 +199,7 @@ void Array<T>::insert(Uint32 index, const T* x, Uint32 size) {
     // are copied.
     const T* const begin = getData();
     const bool ownElements =
-        std::less_equal<const T*>()(begin, x) && std::less<const T*>()(x, begin + this->size());
+        std::less_equal<>()(begin, x) && std::less<>()(x, begin + this->size());
     const Array<T> kept = ownElements ? *this : Array<T>();
     std::copy_n(x, size, arrays::detached<T>(_rep).openGap(index, size));
 }

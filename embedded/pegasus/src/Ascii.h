@@ -3,8 +3,7 @@
 
 #include <Pegasus/Common/Config.h>
 
-namespace Pegasus {
-namespace ascii {
+namespace Pegasus::ascii {
 
 constexpr bool isUpper(Uint16 unit) noexcept {
     return unit >= 'A' && unit <= 'Z';
@@ -30,5 +29,4 @@ constexpr Uint16 upper(Uint16 unit) noexcept {
     return isLower(unit) ? static_cast<Uint16>(unit - 'a' + 'A') : unit;
 }
 
-} // namespace ascii
-} // namespace Pegasus
+} // namespace Pegasus::ascii

@@ -35,7 +35,7 @@ Uint16 wildcardsFor(std::initializer_list<Uint32> fieldsFromTheLeft, Uint32 digi
                     Uint32 significantMicrosecondDigits) {
     if (significantMicrosecondDigits > microsecondDigits)
         outOfRange("bad numSignificantMicrosecondDigits (must fall between 0 and 6)");
-    Uint16 left = static_cast<Uint16>(allDigits - digitsOfTheFirst);
+    auto left = static_cast<Uint16>(allDigits - digitsOfTheFirst);
     Uint16 fromHere = allDigits;
     for (const Uint32 field : fieldsFromTheLeft) {
         if (field == CIMDateTime::WILDCARD)
@@ -93,7 +93,8 @@ String CIMDateTime::toString() const {
     char text[40];
     const Uint64 days = _microseconds / perDay;
     const calendar::Date date = _isInterval ? calendar::Date{0, 0, 0} : calendar::dateOf(days);
-    const Uint64 leading = _isInterval ? days : date.year * 10000ull + date.month * 100 + date.day;
+    const Uint64 leading =
+        _isInterval ? days : date.year * 10000ULL + date.month * 100ULL + date.day;
     std::snprintf(text, sizeof text, "%08llu%02llu%02llu%02llu.%06llu%c%03d", leading,
                   _microseconds % perDay / perHour, _microseconds % perHour / perMinute,
                   _microseconds % perMinute / perSecond, _microseconds % perSecond,
@@ -165,7 +166,7 @@ CIMDateTime CIMDateTime::getCurrentDateTime() {
     using namespace std::chrono;
     const Uint64 sinceEpoch = static_cast<Uint64>(
         duration_cast<std::chrono::microseconds>(system_clock::now().time_since_epoch()).count());
-    const std::time_t seconds = static_cast<std::time_t>(sinceEpoch / perSecond);
+    const auto seconds = static_cast<std::time_t>(sinceEpoch / perSecond);
     std::tm local = {};
     localtime_r(&seconds, &local);
     const Sint64 offset = local.tm_gmtoff / 60;
@@ -187,6 +188,7 @@ Boolean CIMDateTime::isInterval() const {
     return _isInterval;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the interface declares it so
 Boolean CIMDateTime::isInterval() {
     return _isInterval;
 }

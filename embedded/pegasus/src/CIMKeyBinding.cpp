@@ -98,6 +98,7 @@ void CIMKeyBinding::setType(Type type) {
     detach(_rep).type = type;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the interface declares it so
 Boolean CIMKeyBinding::equal(CIMValue value) {
     if (value.isNull())
         return false;

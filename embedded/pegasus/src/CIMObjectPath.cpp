@@ -28,7 +28,7 @@ void normalize(const Array<CIMKeyBinding>& keyBindings) {
         if (keyBindings[i].getType() == CIMKeyBinding::REFERENCE)
             references[i] = CIMObjectPath(keyBindings[i].getValue()).toString();
     }
-    CIMKeyBinding* const begin = const_cast<CIMKeyBinding*>(keyBindings.getData());
+    auto* const begin = const_cast<CIMKeyBinding*>(keyBindings.getData());
     CIMKeyBinding* const end = begin + keyBindings.size();
     for (Uint32 i = 0; i < keyBindings.size(); ++i) {
         const bool isReference = begin[i].getType() == CIMKeyBinding::REFERENCE;
@@ -72,13 +72,13 @@ class Hash {
         add(separator);
     }
 
-    void add(Uint32 number) { _value = (_value ^ number) * 16777619u; }
+    void add(Uint32 number) { _value = (_value ^ number) * 16777619U; }
 
     Uint32 value() const { return _value; }
 
   private:
     static constexpr Uint32 separator = 0x10000; // no code unit
-    Uint32 _value = 2166136261u;
+    Uint32 _value = 2166136261U;
 };
 
 /// Adds the same for values that operator== holds for equal.
@@ -115,7 +115,7 @@ CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpa
 }
 
 CIMObjectPath::~CIMObjectPath() {
-    release(_rep);
+    release(_rep); // NOLINT(clang-analyzer-cplusplus.NewDelete): see Shared
 }
 
 CIMObjectPath& CIMObjectPath::operator=(const CIMObjectPath& x) {
@@ -163,6 +163,9 @@ const CIMNamespaceName& CIMObjectPath::getNameSpace() const {
     return _rep->nameSpace;
 }
 
+// The setters copy first what they are given: it may be a part of this path.
+// NOLINTBEGIN(performance-unnecessary-copy-initialization)
+
 void CIMObjectPath::setNameSpace(const CIMNamespaceName& nameSpace) {
     const CIMNamespaceName given = nameSpace;
     detach(_rep).nameSpace = given;
@@ -186,6 +189,8 @@ void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
     normalize(given);
     detach(_rep).keyBindings = given;
 }
+
+// NOLINTEND(performance-unnecessary-copy-initialization)
 
 String CIMObjectPath::toString() const {
     String text;

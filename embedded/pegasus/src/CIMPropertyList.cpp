@@ -41,7 +41,7 @@ CIMPropertyList::~CIMPropertyList() {
 void CIMPropertyList::set(const Array<CIMName>& propertyNames) {
     if (isIn(propertyNames, CIMName()))
         throw UninitializedObjectException();
-    CIMPropertyListRep* const rep = new CIMPropertyListRep;
+    auto* const rep = new CIMPropertyListRep;
     rep->isNull = false;
     rep->names = propertyNames;
     release(_rep);

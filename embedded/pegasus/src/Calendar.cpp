@@ -1,7 +1,6 @@
 #include "Calendar.h"
 
-namespace Pegasus {
-namespace calendar {
+namespace Pegasus::calendar {
 
 namespace {
 
@@ -33,7 +32,7 @@ Uint64 daysSinceYear0(const Date& date) {
 
 Date dateOf(Uint64 daysSinceYear0) {
     // 400 years have 146097 days; the guess is at most one year too early.
-    Uint32 year = static_cast<Uint32>(daysSinceYear0 * 400 / 146097);
+    auto year = static_cast<Uint32>(daysSinceYear0 * 400 / 146097);
     while (daysBefore(year) > daysSinceYear0)
         --year;
     while (daysBefore(year + 1) <= daysSinceYear0)
@@ -46,5 +45,4 @@ Date dateOf(Uint64 daysSinceYear0) {
     return date;
 }
 
-} // namespace calendar
-} // namespace Pegasus
+} // namespace Pegasus::calendar

@@ -3,8 +3,7 @@
 
 #include <Pegasus/Common/Config.h>
 
-namespace Pegasus {
-namespace calendar {
+namespace Pegasus::calendar {
 
 struct Date {
     Uint32 year;
@@ -16,5 +15,4 @@ Uint32 daysInMonth(Uint32 year, Uint32 month);
 Uint64 daysSinceYear0(const Date& date);
 Date dateOf(Uint64 daysSinceYear0);
 
-} // namespace calendar
-} // namespace Pegasus
+} // namespace Pegasus::calendar

@@ -7,8 +7,7 @@
 
 #include <string>
 
-namespace Pegasus {
-namespace datetime {
+namespace Pegasus::datetime {
 
 namespace {
 
@@ -146,5 +145,4 @@ Form read(const String& text) {
     return {reader.microseconds(), reader.utcOffset, reader.wildcards, reader.isInterval};
 }
 
-} // namespace datetime
-} // namespace Pegasus
+} // namespace Pegasus::datetime

@@ -3,8 +3,7 @@
 
 #include <Pegasus/Common/String.h>
 
-namespace Pegasus {
-namespace datetime {
+namespace Pegasus::datetime {
 
 constexpr Uint64 perSecond = 1000000;
 constexpr Uint64 perMinute = 60 * perSecond;
@@ -56,5 +55,4 @@ struct Form {
 /// Throws InvalidDateTimeFormatException or DateTimeOutOfRangeException.
 Form read(const String& text);
 
-} // namespace datetime
-} // namespace Pegasus
+} // namespace Pegasus::datetime

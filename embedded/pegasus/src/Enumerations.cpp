@@ -72,7 +72,7 @@ const char* cimTypeToString(const CIMType type) {
                                         "uint32",  "sint32",  "uint64", "sint64",   "real32",
                                         "real64",  "char16",  "string", "datetime", "reference",
                                         "object",  "instance"};
-    const std::size_t index = static_cast<std::size_t>(type);
+    const auto index = static_cast<std::size_t>(type);
     return index < std::size(names) ? names[index] : nullptr;
 }
 

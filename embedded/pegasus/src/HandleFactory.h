@@ -3,11 +3,9 @@
 
 #include "hosting/CIMOMHandleRep.h"
 
-namespace Pegasus {
-namespace hosting {
+namespace Pegasus::hosting {
 
 /// What the host's factory makes, or null while there is none.
 std::shared_ptr<CIMOMHandleRep> makeHandleRep();
 
-} // namespace hosting
-} // namespace Pegasus
+} // namespace Pegasus::hosting

@@ -4,8 +4,7 @@
 
 #include <limits>
 
-namespace Pegasus {
-namespace numbers {
+namespace Pegasus::numbers {
 
 namespace {
 
@@ -70,5 +69,4 @@ String canonical(const String& text) {
     return text;
 }
 
-} // namespace numbers
-} // namespace Pegasus
+} // namespace Pegasus::numbers

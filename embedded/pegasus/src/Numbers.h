@@ -3,8 +3,7 @@
 
 #include <Pegasus/Common/String.h>
 
-namespace Pegasus {
-namespace numbers {
+namespace Pegasus::numbers {
 
 /// Reads decimal digits without leading zeros, or hexadecimal ones behind 0x. False when it is
 /// something else or does not fit.
@@ -17,5 +16,4 @@ bool parse(const String& text, Sint64& value);
 /// Equal for texts that write the same integer; what is no integer is returned as it is.
 String canonical(const String& text);
 
-} // namespace numbers
-} // namespace Pegasus
+} // namespace Pegasus::numbers

@@ -24,7 +24,7 @@ std::string escaped(const String& text) {
     const std::string plain = utf8Of(text);
     std::string result;
     for (std::size_t i = 0; i < plain.size(); ++i) {
-        const unsigned char c = static_cast<unsigned char>(plain[i]);
+        const auto c = static_cast<unsigned char>(plain[i]);
         const bool outerBlank = c == ' ' && (i == 0 || i + 1 == plain.size());
         if (c == '&')
             result += "&amp;";

@@ -31,7 +31,7 @@ struct OperationContextRep {
     bool has(const String& name) { return find(name) != containers.end(); }
 
     Position require(const String& name) {
-        const Position position = find(name);
+        const auto position = find(name);
         if (position == containers.end())
             throw Exception("object not found");
         return position;

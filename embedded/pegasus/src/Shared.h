@@ -14,7 +14,8 @@ class Shared {
     Shared& operator=(const Shared&) = delete;
 
     void addOwner() noexcept { _owners.fetch_add(1, std::memory_order_relaxed); }
-    /// True when the last owner has gone.
+    /// True when the last owner has gone. clang's static analyzer does not follow the count and
+    /// holds any owner for the last; that is why some destructors of handles silence it.
     bool dropOwner() noexcept { return _owners.fetch_sub(1, std::memory_order_acq_rel) == 1; }
     /// Acquire, so that what other owners did before they let go has happened before the caller's
     /// change.

@@ -44,21 +44,21 @@ Uint32 length(const char* text) {
 
 /// `units` are to be given closed by a 0.
 StringRep* makeRep(std::vector<Char16>&& units) {
-    StringRep* rep = new StringRep;
+    auto* rep = new StringRep;
     rep->units = std::move(units);
     return rep;
 }
 
 StringRep* makeRep(const Char16* units, Uint32 size) {
     std::vector<Char16> copy(notNull(units), units + size);
-    copy.push_back(Char16(0));
+    copy.emplace_back(0);
     return makeRep(std::move(copy));
 }
 
 StringRep* makeRep(const char* text, Uint32 size) {
     std::vector<Char16> units;
     utf8::decode(notNull(text), size, units);
-    units.push_back(Char16(0));
+    units.emplace_back(0);
     return makeRep(std::move(units));
 }
 
@@ -114,11 +114,12 @@ String::String(const char* str, Uint32 n) : _rep(makeRep(str, n)) {
 }
 
 String::~String() {
-    release(_rep);
+    release(_rep); // NOLINT(clang-analyzer-cplusplus.NewDelete): see Shared
 }
 
 String& String::operator=(const String& str) {
-    return assign(str);
+    assign(str);
+    return *this;
 }
 
 String& String::assign(const String& str) {
@@ -171,6 +172,7 @@ Char16& String::operator[](Uint32 index) {
     return detach(_rep).units[index];
 }
 
+// NOLINTNEXTLINE(readability-const-return-type): the interface declares it so
 const Char16 String::operator[](Uint32 index) const {
     if (index > size())
         throw IndexOutOfBoundsException();
@@ -186,8 +188,8 @@ String& String::append(const Char16* str, Uint32 n) {
     notNull(str);
     // Parts of this text may be appended to it: then the old text is kept while it is copied.
     const Char16* const begin = getChar16Data();
-    const bool ownText = std::less_equal<const Char16*>()(begin, str) &&
-                         std::less_equal<const Char16*>()(str, begin + size());
+    const bool ownText =
+        std::less_equal<>()(begin, str) && std::less_equal<>()(str, begin + size());
     const String kept = ownText ? *this : String();
     std::vector<Char16>& units = detach(_rep).units;
     units.insert(units.end() - 1, str, str + n);
@@ -259,6 +261,7 @@ void String::toUpper() {
         unit = ascii::upper(unit);
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): the interface declares it so
 void String::appendPrintf(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
@@ -313,7 +316,8 @@ String::String(const char* s1, const String& s2) : String(String(s1), s2) {
 }
 
 String& String::operator=(const char* str) {
-    return assign(str);
+    assign(str);
+    return *this;
 }
 
 Uint32 String::find(const char* s) const {

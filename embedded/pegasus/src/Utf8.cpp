@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 
-namespace Pegasus {
-namespace utf8 {
+namespace Pegasus::utf8 {
 
 namespace {
 
@@ -91,7 +90,7 @@ bool isLowSurrogate(Uint16 unit) {
 } // namespace
 
 void decode(const char* bytes, Uint32 size, std::vector<Char16>& units) {
-    const unsigned char* const unsignedBytes = reinterpret_cast<const unsigned char*>(bytes);
+    const auto* const unsignedBytes = reinterpret_cast<const unsigned char*>(bytes);
     units.reserve(units.size() + size);
     Uint32 at = 0;
     while (at < size) {
@@ -100,11 +99,11 @@ void decode(const char* bytes, Uint32 size, std::vector<Char16>& units) {
         if (!readCodePoint(unsignedBytes, size, at, codePoint))
             reject(bytes, size, begin);
         if (codePoint < 0x10000) {
-            units.push_back(Char16(static_cast<Uint16>(codePoint)));
+            units.emplace_back(static_cast<Uint16>(codePoint));
         } else {
             const Uint32 offset = codePoint - 0x10000;
-            units.push_back(Char16(static_cast<Uint16>(0xD800 + (offset >> 10))));
-            units.push_back(Char16(static_cast<Uint16>(0xDC00 + (offset & 0x3FF))));
+            units.emplace_back(static_cast<Uint16>(0xD800 + (offset >> 10)));
+            units.emplace_back(static_cast<Uint16>(0xDC00 + (offset & 0x3FF)));
         }
     }
 }
@@ -115,7 +114,7 @@ std::string encode(const Char16* units, Uint32 size) {
     for (Uint32 i = 0; i < size; ++i) {
         Uint32 codePoint = units[i];
         if (isHighSurrogate(units[i]) && i + 1 < size && isLowSurrogate(units[i + 1])) {
-            codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (units[i + 1] - 0xDC00u);
+            codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (units[i + 1] - 0xDC00U);
             ++i;
         }
         appendCodePoint(text, codePoint);
@@ -123,5 +122,4 @@ std::string encode(const Char16* units, Uint32 size) {
     return text;
 }
 
-} // namespace utf8
-} // namespace Pegasus
+} // namespace Pegasus::utf8

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace Pegasus {
-namespace utf8 {
+namespace Pegasus::utf8 {
 
 /// Appends what `size` bytes of UTF-8 say to `units`. A code unit of a surrogate pair that stands
 /// alone may come as three bytes. Throws an Exception that names the offset of the first byte that
@@ -17,5 +16,4 @@ void decode(const char* bytes, Uint32 size, std::vector<Char16>& units);
 /// The code units as UTF-8. One of a surrogate pair that stands alone becomes three bytes.
 std::string encode(const Char16* units, Uint32 size);
 
-} // namespace utf8
-} // namespace Pegasus
+} // namespace Pegasus::utf8
