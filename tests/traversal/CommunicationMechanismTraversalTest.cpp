@@ -65,13 +65,14 @@ class CommunicationMechanismTraversalTest : public TraversalTest {
             return block;
         }
         block.messages.push_back(destructorLine);
-        block.delivered =
-            operation == "associatorNames"
-                ? Lines{hostPath}
-                : asNamesOr(deliversNames(operation),
-                            {{"CIM_HostedAccessPoint",
-                              {"Antecedent", "ORVEX_ObjectManagerHost", hostPath},
-                              {"Dependent", "PG_CIMXMLCommunicationMechanism", sourcePath}}});
+        if (operation == "associatorNames")
+            block.delivered = Lines{hostPath};
+        else
+            block.delivered =
+                asNamesOr(deliversNames(operation),
+                          {{"CIM_HostedAccessPoint",
+                            {"Antecedent", "ORVEX_ObjectManagerHost", hostPath},
+                            {"Dependent", "PG_CIMXMLCommunicationMechanism", sourcePath}}});
         return block;
     }
 

@@ -51,12 +51,13 @@ class ObjectManagerTraversalTest : public TraversalTest {
             return block;
         }
         block.messages.push_back(destructorLine);
-        block.delivered = operation == "associatorNames"
-                              ? Lines{hostPath}
-                              : asNamesOr(deliversNames(operation),
-                                          {{"CIM_HostedService",
-                                            {"Antecedent", "ORVEX_ObjectManagerHost", hostPath},
-                                            {"Dependent", "CIM_ObjectManager", managerEnd}}});
+        if (operation == "associatorNames")
+            block.delivered = Lines{hostPath};
+        else
+            block.delivered = asNamesOr(deliversNames(operation),
+                                        {{"CIM_HostedService",
+                                          {"Antecedent", "ORVEX_ObjectManagerHost", hostPath},
+                                          {"Dependent", "CIM_ObjectManager", managerEnd}}});
         return block;
     }
 
@@ -79,14 +80,14 @@ class ObjectManagerTraversalTest : public TraversalTest {
             return block;
         }
         block.messages.push_back(profileReferenceLine);
-        block.delivered =
-            operation == "associatorNames"
-                ? Lines{profilePath("Orvex6")}
-                : asNamesOr(
-                      deliversNames(operation),
-                      {{"CIM_ElementConformsToProfile",
-                        {"ManagedElement", "CIM_ObjectManager", managerEnd},
-                        {"ConformantStandard", "CIM_RegisteredProfile", profilePath("Orvex6")}}});
+        if (operation == "associatorNames")
+            block.delivered = Lines{profilePath("Orvex6")};
+        else
+            block.delivered = asNamesOr(
+                deliversNames(operation),
+                {{"CIM_ElementConformsToProfile",
+                  {"ManagedElement", "CIM_ObjectManager", managerEnd},
+                  {"ConformantStandard", "CIM_RegisteredProfile", profilePath("Orvex6")}}});
         return block;
     }
 
