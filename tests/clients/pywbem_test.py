@@ -52,6 +52,21 @@ class Discovery(unittest.TestCase):
         self.assertEqual(ids(p.path for p in found), ["Orvex6"])
 
 
+    def test_finds_what_conforms_to_each_profile(self):
+        expected = {"Fabric": ["ORVEX_Vsan", "ORVEX_Vsan"],
+                    "Switch": ["ORVEX_PhysicalComputerSystem"],
+                    "Server": ["PG_ObjectManager"]}
+        for name, classes in expected.items():
+            profile, = self.server.get_selected_profiles(
+                registered_org="SNIA", registered_name=name)
+            central = self.server.get_central_instances(profile.path)
+            self.assertEqual([path.classname for path in central], classes, name)
+            for path in central:
+                # Each can be got from where its path says that it is.
+                found = connection(path.namespace).GetInstance(path)
+                self.assertEqual(found.classname, path.classname)
+
+
 class Operations(unittest.TestCase):
     def setUp(self):
         warnings.simplefilter("error")
