@@ -1,5 +1,7 @@
 #include "profiles/ProfileAssociations.h"
 
+#include "provider/ReadBack.h"
+
 PEGASUS_USING_PEGASUS;
 
 namespace serverprofile {
@@ -36,6 +38,16 @@ Association implementedBy(const CIMObjectPath& softwareIdentity, const CIMObject
                           const char* elementClass) {
     return Association(elementSoftwareIdentity, softwareIdentity, element)
         .secondIs(CIMName(elementClass));
+}
+
+Conformance readConformance(ServerProfileProvider& provider, const ConformanceRow& row,
+                            const String& nameSpace) {
+    Conformance read;
+    read.elementClass = row.elementClass;
+    guarded(ReadBack(provider.cimomHandle(), nameSpace), read.elements, row.elementClass,
+            {row.failure});
+    read.profile = profilePath(provider, row.profile, nameSpace);
+    return read;
 }
 
 } // namespace serverprofile

@@ -50,6 +50,27 @@ Association conforming(const Pegasus::CIMObjectPath& profile, const Pegasus::CIM
 Association implementedBy(const Pegasus::CIMObjectPath& softwareIdentity,
                           const Pegasus::CIMObjectPath& element, const char* elementClass);
 
+/// The names of a row's elements, and the path of the profile to which they conform.
+struct Conformance {
+    const char* elementClass;
+    Pegasus::Array<Pegasus::CIMObjectPath> elements;
+    Pegasus::CIMObjectPath profile;
+};
+
+/// Reads the row's elements from the server, none (and a trace) when they cannot be read, and then
+/// builds the path of its profile.
+Conformance readConformance(ServerProfileProvider& provider, const ConformanceRow& row,
+                            const Pegasus::String& nameSpace);
+
+/// Delivers CIM_ElementConformsToProfile for each element of the row.
+template <class Handler>
+void deliverConformance(Handler& handler, const Conformance& row,
+                        const Pegasus::String& nameSpace) {
+    for (Pegasus::Uint32 i = 0; i < row.elements.size(); ++i) {
+        deliver(handler, conforming(row.profile, row.elements[i], row.elementClass), nameSpace);
+    }
+}
+
 /// Calls visit(association) for each ORVEX_ElementSoftwareIdentity: all registered profiles, then
 /// all subprofiles, each in the order of the catalogue.
 template <class Visit>

@@ -18,4 +18,9 @@ constexpr SelectionRow rows[] = {
     {"ORVEX_ElementSoftwareIdentity", softwareIdentity},
 };
 
+/// The bits that `filter` selects, traced when there are any.
+inline int by(const char* filter) {
+    return selectTraced(rows, filter, all);
+}
+
 } // namespace serverprofile::profileselection

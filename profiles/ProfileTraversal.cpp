@@ -141,16 +141,10 @@ constexpr ReferenceTexts referencesTexts = {
 
 template <class Handler>
 void deliverConforming(const Request& request, Sint32 index, Handler& handler) {
-    const ReadBack readBack(request.provider.cimomHandle(), request.nameSpace);
     for (const ConformanceRow& row : conformance) {
-        if (static_cast<Sint32>(row.profile) != index) {
-            continue;
-        }
-        Array<CIMObjectPath> elements;
-        guarded(readBack, elements, row.elementClass, {row.failure});
-        const CIMObjectPath profile = profilePath(request.provider, row.profile, request.nameSpace);
-        for (Uint32 i = 0; i < elements.size(); ++i) {
-            deliver(handler, conforming(profile, elements[i], row.elementClass), request.nameSpace);
+        if (static_cast<Sint32>(row.profile) == index) {
+            deliverConformance(handler, readConformance(request.provider, row, request.nameSpace),
+                               request.nameSpace);
         }
     }
 }
@@ -202,16 +196,14 @@ void ServerProfileProvider::_getRegisteredProfileAssociatorNames(
     String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
     PathHandler& handler, const String& nameSpace) {
     trace(" Quil regProfAssociatorNames(): assoc class is ", assocClass);
-    deliverFarEnds({*this, nameSpace}, keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
+    deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredProfileAssociators(
     String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
     bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil regprofAssociators(): assoc class is ", assocClass, " keyValue is ", keyValue);
-    deliverFarEnds({*this, nameSpace}, keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
+    deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredProfileReferenceNames(String keyValue,
@@ -220,7 +212,7 @@ void ServerProfileProvider::_getRegisteredProfileReferenceNames(String keyValue,
                                                                 const String& nameSpace) {
     trace(" Quil regProfReferenceNames(): result class is ", resultClass);
     deliverAssociations({*this, nameSpace}, referenceNamesTexts, keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all), handler);
+                        selected::by(resultClass), handler);
 }
 
 void ServerProfileProvider::_getRegisteredProfileReferences(String keyValue,
@@ -229,6 +221,6 @@ void ServerProfileProvider::_getRegisteredProfileReferences(String keyValue,
                                                             ObjectHandler& handler,
                                                             const String& nameSpace) {
     trace(" Quil regProfReferences(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace}, referencesTexts, keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all), handler);
+    deliverAssociations({*this, nameSpace}, referencesTexts, keyValue, selected::by(resultClass),
+                        handler);
 }

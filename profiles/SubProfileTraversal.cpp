@@ -103,16 +103,14 @@ void ServerProfileProvider::_getRegisteredSubProfileAssociatorNames(
     String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
     PathHandler& handler, const String& nameSpace) {
     trace(" Quil regSubProfAssociatorNames(): assoc class is ", assocClass);
-    deliverFarEnds({*this, nameSpace}, keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
+    deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredSubProfileAssociators(
     String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
     bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil regSubProfAssociators(): assoc class is ", assocClass);
-    deliverFarEnds({*this, nameSpace}, keyValue,
-                   selectTraced(selected::rows, assocClass, selected::all), resultClass, handler);
+    deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyValue,
@@ -122,7 +120,7 @@ void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyVal
                                                                    const String& nameSpace) {
     trace(" Quil regSubProfRefNames(): result class is ", resultClass);
     deliverAssociations({*this, nameSpace}, referenceNamesTexts, keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all), handler);
+                        selected::by(resultClass), handler);
 }
 
 void ServerProfileProvider::_getRegisteredSubProfileReferences(String keyValue,
@@ -131,6 +129,6 @@ void ServerProfileProvider::_getRegisteredSubProfileReferences(String keyValue,
                                                                ObjectHandler& handler,
                                                                const String& nameSpace) {
     trace(" Quil regSubProfReferences(): result class is ", resultClass);
-    deliverAssociations({*this, nameSpace}, referencesTexts, keyValue,
-                        selectTraced(selected::rows, resultClass, selected::all), handler);
+    deliverAssociations({*this, nameSpace}, referencesTexts, keyValue, selected::by(resultClass),
+                        handler);
 }
