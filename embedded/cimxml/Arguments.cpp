@@ -34,7 +34,11 @@ CIMName readNameText(const pugi::xml_node& value) {
 
 template <bool Arguments::*member>
 void readBooleanInto(const pugi::xml_node& value, const SoleKey&, Arguments& arguments) {
-    arguments.*member = readBoolean(textOf(value));
+    try {
+        arguments.*member = readBoolean(textOf(value));
+    } catch (const CIMException& error) { // of a parameter, it makes the whole request invalid
+        rejectNotValid(toUtf8(error.getMessage()));
+    }
 }
 
 template <CIMName Arguments::*member>

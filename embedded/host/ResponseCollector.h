@@ -67,10 +67,15 @@ class ResponseCollector : public Handler {
 
     void complete() override {
         if (_expected == Expected::One && _pending.size() == 0 && _objects.size() == 0) {
+            _completedEmpty = true;
             throw failed("Too few objects delivered.");
         }
         flush();
     }
+
+    /// Whether one object was expected and complete() was called without any: the provider has
+    /// caught the exception that told it so.
+    bool completedEmpty() const { return _completedEmpty; }
 
     /// What reaches the client.
     const Pegasus::Array<Object>& objects() const { return _objects; }
@@ -88,6 +93,7 @@ class ResponseCollector : public Handler {
     }
 
     const Expected _expected;
+    bool _completedEmpty = false;
     Pegasus::Array<Object> _pending;
     Pegasus::Array<Object> _objects;
 };

@@ -34,6 +34,9 @@ CIMException notFound(const CIMObjectPath& path) {
 
 /// The one object of `collector`, which a provider may have failed to deliver.
 CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath& path) {
+    if (collector.completedEmpty()) {
+        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, String());
+    }
     if (collector.objects().size() == 0) {
         throw notFound(path);
     }

@@ -35,9 +35,9 @@ namespace {
 
 using Names = RepositoryAssociations::Names;
 
-void requireRole(const String& role) {
+void requireRole(const char* parameter, const String& role) {
     if (role.size() != 0 && !CIMName::legal(role)) {
-        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, role);
+        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String(parameter) + " " + role);
     }
 }
 
@@ -61,8 +61,8 @@ auto Router::traverse(const Traversal& traversal, AskProvider askProvider,
     using Objects = std::decay_t<decltype(std::declval<Collector>().objects())>;
     return asCimErrors([&] {
         const CIMNamespaceName& nameSpace = traversal.nameSpace;
-        requireRole(traversal.filters.role);
-        requireRole(traversal.filters.resultRole);
+        requireRole("role", traversal.filters.role);
+        requireRole("resultrole", traversal.filters.resultRole);
         const Names candidates = _repository.associationClassNames(
             nameSpace, traversal.objectName.getClassName(), traversal.associationClass);
         if (!traversal.filters.resultClass.isNull()) {

@@ -119,13 +119,13 @@ Builder nameSpaceObject(const ServerIdentity& identity, const CIMNamespaceName& 
     return object;
 }
 
-/// The objects of one of the classes.
+/// The objects of one of the classes: what was loaded of it, or else what the server makes up.
 class ServerObjects : public Pegasus::CIMInstanceProvider {
   public:
     using Objects = std::function<std::vector<Builder>()>;
 
-    ServerObjects(const String& hostName, Objects objects)
-        : _hostName(hostName), _objects(std::move(objects)) {}
+    ServerObjects(const repository::Repository& repository, const String& hostName, Objects objects)
+        : _repository(repository), _hostName(hostName), _objects(std::move(objects)) {}
 
     void initialize(Pegasus::CIMOMHandle&) override {}
     void terminate() override {}
@@ -188,13 +188,23 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
     }
 
     std::vector<CIMInstance> at(const CIMObjectPath& request) const {
-        std::vector<CIMInstance> instances;
-        for (Builder& object : _objects()) {
-            instances.push_back(object.at(_hostName, request.getNameSpace()));
+        std::vector<CIMInstance> instances =
+            _repository.enumerateInstances(request.getNameSpace(), request.getClassName());
+        for (CIMInstance& loaded : instances) {
+            CIMObjectPath path = loaded.getPath();
+            path.setHost(_hostName);
+            path.setNameSpace(request.getNameSpace());
+            loaded.setPath(path);
+        }
+        if (instances.empty()) {
+            for (Builder& object : _objects()) {
+                instances.push_back(object.at(_hostName, request.getNameSpace()));
+            }
         }
         return instances;
     }
 
+    const repository::Repository& _repository;
     const String _hostName;
     const Objects _objects;
 };
@@ -204,8 +214,9 @@ class ServerObjects : public Pegasus::CIMInstanceProvider {
 std::vector<BuiltIn> serverObjects(const repository::Repository& repository,
                                    const ServerIdentity& identity) {
     const auto builtIn = [&](const char* className, ServerObjects::Objects objects) {
-        return BuiltIn{CIMName(className), ProviderType::Instance,
-                       std::make_shared<ServerObjects>(identity.hostName, std::move(objects))};
+        return BuiltIn{
+            CIMName(className), ProviderType::Instance,
+            std::make_shared<ServerObjects>(repository, identity.hostName, std::move(objects))};
     };
     return {
         builtIn(objectManagerClass, [identity] { return std::vector{objectManager(identity)}; }),

@@ -2,6 +2,8 @@
 //
 // In every namespace that defines the classes there are one PG_ObjectManager, one PG_Namespace for
 // every namespace served, and one PG_CIMXMLCommunicationMechanism: the same objects everywhere.
+// Where a namespace was loaded with instances of such a class, these are its objects instead: a
+// server can be shown as another one is.
 #pragma once
 
 #include "host/Provider.h"

@@ -3,6 +3,7 @@
 #include "repository/MemberBuilder.h"
 #include "repository/Types.h"
 
+#include <algorithm>
 #include <set>
 
 namespace embedded::repository {
@@ -11,9 +12,9 @@ namespace {
 
 using Pegasus::CIMClass;
 using Pegasus::CIMConstClass;
-using Pegasus::CIMMethod;
+using Pegasus::CIMConstMethod;
+using Pegasus::CIMConstProperty;
 using Pegasus::CIMName;
-using Pegasus::CIMProperty;
 using Pegasus::CIMScope;
 using Pegasus::Uint32;
 
@@ -81,36 +82,29 @@ void checkUnique(const std::vector<Written>& members, const std::string& kind) {
 
 /// `member` of the superclass as a subclass shows it that does not write it down.
 template <class Member>
-Member handedDown(const Member& member) {
-    Member copy = member.clone();
-    removeQualifiers(copy, [](const auto&) { return true; });
-    addQualifiers(copy, inheritedQualifiers(qualifiersOf(member)));
+auto handedDown(const Member& member) {
+    auto copy = member.clone();
     copy.setPropagated(true);
     return copy;
 }
 
 template <class Written>
-const Written* findMember(const std::vector<Written>& members, const CIMName& name) {
-    for (const Written& each : members) {
-        if (folded(each.name) == folded(name)) {
-            return &each;
-        }
-    }
-    return nullptr;
+bool isWritten(const std::vector<Written>& members, const CIMName& name) {
+    return std::any_of(members.begin(), members.end(),
+                       [&](const Written& each) { return folded(each.name) == folded(name); });
 }
 
 void addProperties(CIMClass& built, const mof::ClassDeclaration& declaration,
                    const CIMConstClass& superclass, const MemberBuilder& members) {
     const Uint32 inherited = superclass.isUninitialized() ? 0 : superclass.getPropertyCount();
     for (Uint32 i = 0; i < inherited; ++i) {
-        const CIMProperty above = superclass.getProperty(i).clone();
-        const auto* written = findMember(declaration.properties, above.getName());
-        built.addProperty(written ? members.property(*written) : handedDown(above));
+        const CIMConstProperty above = superclass.getProperty(i);
+        if (!isWritten(declaration.properties, above.getName())) {
+            built.addProperty(handedDown(above));
+        }
     }
     for (const mof::Property& written : declaration.properties) {
-        if (built.findProperty(cimNameAt(written.name, written.where)) == nowhere) {
-            built.addProperty(members.property(written));
-        }
+        built.addProperty(members.property(written));
     }
 }
 
@@ -118,14 +112,13 @@ void addMethods(CIMClass& built, const mof::ClassDeclaration& declaration,
                 const CIMConstClass& superclass, const MemberBuilder& members) {
     const Uint32 inherited = superclass.isUninitialized() ? 0 : superclass.getMethodCount();
     for (Uint32 i = 0; i < inherited; ++i) {
-        const CIMMethod above = superclass.getMethod(i).clone();
-        const auto* written = findMember(declaration.methods, above.getName());
-        built.addMethod(written ? members.method(*written) : handedDown(above));
+        const CIMConstMethod above = superclass.getMethod(i);
+        if (!isWritten(declaration.methods, above.getName())) {
+            built.addMethod(handedDown(above));
+        }
     }
     for (const mof::Method& written : declaration.methods) {
-        if (built.findMethod(cimNameAt(written.name, written.where)) == nowhere) {
-            built.addMethod(members.method(written));
-        }
+        built.addMethod(members.method(written));
     }
 }
 

@@ -1,8 +1,8 @@
 // A class declaration to a resolved class: with all that it inherits, each element with its class
 // of origin and marked as propagated where the class itself does not write it down.
 //
-// Properties and methods come in the order in which the superclasses and then the class declare
-// them; one that is overridden keeps the place of the one that it overrides.
+// Properties and methods come in the order that OpenPegasus gives them: first those inherited that
+// the class does not override, as its superclass has them, then those that it declares.
 #pragma once
 
 #include "mof/Mof.h"

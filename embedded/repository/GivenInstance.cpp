@@ -6,6 +6,7 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <string>
+#include <vector>
 
 namespace embedded::repository {
 
@@ -85,7 +86,11 @@ CIMInstance completedInstance(const CIMConstClass& cimClass, const CIMConstInsta
                                 " has no property " + name.getString());
     });
     try {
-        return buildInstance(cimClass, valuesOf(given));
+        std::vector<CIMName> names;
+        for (Uint32 i = 0; i < given.getPropertyCount(); ++i) {
+            names.push_back(given.getProperty(i).getName());
+        }
+        return buildInstance(cimClass, names, valuesOf(given));
     } catch (const MissingKey& missing) {
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String("key property ") +
                                                                    missing.property.getString() +
@@ -105,7 +110,8 @@ CIMInstance modifiedInstance(const CIMConstInstance& kept, const CIMConstInstanc
     CIMInstance result = kept.clone();
     for (Uint32 i = 0; i < result.getPropertyCount(); ++i) {
         Pegasus::CIMProperty property = result.getProperty(i);
-        const CIMConstProperty declared = cimClass.getProperty(i);
+        const CIMConstProperty declared =
+            cimClass.getProperty(cimClass.findProperty(property.getName()));
         const std::optional<CIMValue> value = values(declared);
         if (!isNamedBy(list, property.getName()) || (list.isNull() && !value)) {
             continue;

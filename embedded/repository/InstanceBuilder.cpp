@@ -4,6 +4,8 @@
 
 #include <Pegasus/Common/Array.h>
 
+#include <algorithm>
+
 namespace embedded::repository {
 
 namespace {
@@ -45,14 +47,28 @@ CIMObjectPath buildPath(const CIMConstClass& cimClass, const ValueSource& source
                          cimClass.getClassName(), keys);
 }
 
-Pegasus::CIMInstance buildInstance(const CIMConstClass& cimClass, const ValueSource& source) {
+Pegasus::CIMInstance buildInstance(const CIMConstClass& cimClass,
+                                   const std::vector<Pegasus::CIMName>& given,
+                                   const ValueSource& source) {
     Pegasus::CIMInstance instance(cimClass.getClassName());
+    addQualifiers(instance, buildQualifiers({}, {}, {}, qualifiersOf(cimClass)));
+    const auto add = [&](const CIMConstProperty& declared) {
+        const std::optional<CIMValue> value = source(declared);
+        instance.addProperty(Pegasus::CIMProperty(
+            declared.getName(), value.value_or(declared.getValue()), declared.getArraySize(),
+            declared.getReferenceClassName(), declared.getClassOrigin(), !value));
+    };
     for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
         const CIMConstProperty declared = cimClass.getProperty(i);
-        const std::optional<CIMValue> given = source(declared);
-        instance.addProperty(Pegasus::CIMProperty(
-            declared.getName(), given.value_or(declared.getValue()), declared.getArraySize(),
-            declared.getReferenceClassName(), declared.getClassOrigin(), !given));
+        const bool isGiven = std::any_of(given.begin(), given.end(), [&](const auto& name) {
+            return declared.getName().equal(name);
+        });
+        if (!isGiven) {
+            add(declared);
+        }
+    }
+    for (const Pegasus::CIMName& name : given) {
+        add(cimClass.getProperty(cimClass.findProperty(name)));
     }
     instance.setPath(buildPath(cimClass, source));
     return instance;

@@ -1,4 +1,4 @@
-// Instances that are complete: every property of the class in the class's order, and the path.
+// Instances that are complete: every property of the class, and the path.
 #pragma once
 
 #include <Pegasus/Common/CIMClass.h>
@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace embedded::repository {
 
@@ -24,8 +25,11 @@ struct MissingKey {
 /// Class and keys, without host and namespace. Asks `source` for the keys only.
 Pegasus::CIMObjectPath buildPath(const Pegasus::CIMConstClass& cimClass, const ValueSource& source);
 
-/// Properties that come from the class are marked as propagated. Its qualifiers stay with it.
+/// `given` are the properties that `source` has values for. As OpenPegasus does it, those that come
+/// from the class stand before them, in the class's order and marked as propagated, and so are the
+/// qualifiers that the class hands down to subclasses.
 Pegasus::CIMInstance buildInstance(const Pegasus::CIMConstClass& cimClass,
+                                   const std::vector<Pegasus::CIMName>& given,
                                    const ValueSource& source);
 
 } // namespace embedded::repository

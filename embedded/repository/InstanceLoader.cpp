@@ -132,8 +132,10 @@ void InstanceLoader::qualify(Pegasus::CIMInstance& built, const Announced& insta
                              const NameSpace& home) {
     const CIMScope& scope =
         instance.cimClass.isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
+    removeQualifiers(built, [](const auto&) { return true; });
     addQualifiers(built, buildQualifiers(instance.declaration->qualifiers, home.qualifiers(),
-                                         {words(*instance.declaration), scope}));
+                                         {words(*instance.declaration), scope},
+                                         qualifiersOf(instance.cimClass)));
     for (const mof::PropertyInitializer& each : instance.declaration->properties) {
         Pegasus::CIMProperty property =
             built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
@@ -149,7 +151,11 @@ void InstanceLoader::add(Announced& instance) {
     const CIMObjectPath path = pathOf(instance);
     NameSpace::ClassEntry* entry =
         _nameSpaces.change(instance.nameSpace).find(instance.cimClass.getClassName());
-    Pegasus::CIMInstance built = buildInstance(instance.cimClass, valuesOf(instance));
+    std::vector<Pegasus::CIMName> given;
+    for (const mof::PropertyInitializer& each : instance.declaration->properties) {
+        given.push_back(cimNameAt(each.name, each.where));
+    }
+    Pegasus::CIMInstance built = buildInstance(instance.cimClass, given, valuesOf(instance));
     qualify(built, instance, *_nameSpaces.find(instance.nameSpace));
     if (!entry->instances.add(built)) {
         throw mof::MofError(instance.declaration->where,

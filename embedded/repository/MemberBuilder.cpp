@@ -94,17 +94,17 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const ReferenceReader readPath = [&](const mof::Literal& literal) {
         return parsePath(literal, target.words);
     };
-    const Pegasus::CIMValue value = written.value ? buildValue(*written.value, target, readPath)
-                                    : overrides   ? inherited.getValue()
-                                                  : nullValue(target);
+    const Pegasus::CIMValue value =
+        written.value ? buildValue(*written.value, target, readPath) : nullValue(target);
     CIMProperty built(cimNameAt(written.name, written.where), value, written.arraySize,
                       referenceClassOf(written.type, written.referenceClass, written.where),
                       overrides ? inherited.getClassOrigin()
                                 : cimNameAt(_declaration.name, _declaration.where));
     const CIMScope& scope = isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY;
-    addQualifiers(built, buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
-                                         {target.words, scope},
-                                         overrides ? qualifiersOf(inherited) : QualifierList()));
+    const QualifierList above = overrides ? qualifiersOf(inherited) : QualifierList();
+    addQualifiers(built, withRestricted(buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
+                                                        {target.words, scope}, above),
+                                        above));
     if (written.isArray && isSet(built, "Key")) {
         throw mof::MofError(written.where, target.words + " is an array and cannot be a key");
     }

@@ -105,6 +105,10 @@ QualifierList::iterator findIn(QualifierList& list, const Pegasus::CIMName& name
                         [&](const CIMQualifier& each) { return each.getName().equal(name); });
 }
 
+bool isRestricted(const CIMQualifier& qualifier) {
+    return qualifier.getFlavor().hasFlavor(CIMFlavor::RESTRICTED);
+}
+
 /// `handedDown` is null where the element's superclass says nothing.
 CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, const Element& element,
                    const CIMQualifier* handedDown) {
@@ -125,7 +129,7 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
                                             toText(handedDown->getValue().toString()) +
                                             " with DISABLEOVERRIDE");
     }
-    return CIMQualifier(declaration->getName(), value, withWords(base, used.flavors, used.where));
+    return CIMQualifier(cimNameAt(used.name, used.where), value, withWords(base, used.flavors, used.where));
 }
 
 } // namespace
@@ -151,29 +155,33 @@ void QualifierTable::declare(const mof::QualifierDeclaration& declaration) {
     }
 }
 
-QualifierList inheritedQualifiers(const QualifierList& qualifiers) {
+QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const QualifierTable& table,
+                              const Element& element, const QualifierList& inherited) {
     QualifierList list;
-    for (const CIMQualifier& qualifier : qualifiers) {
-        if (!qualifier.getFlavor().hasFlavor(CIMFlavor::RESTRICTED)) {
-            list.push_back(qualifier.clone());
-            list.back().setPropagated(true);
+    QualifierList above = inherited;
+    for (const mof::Qualifier& each : used) {
+        const Pegasus::CIMName name = cimNameAt(each.name, each.where);
+        if (findIn(list, name) != list.end()) {
+            throw mof::MofError(each.where, "qualifier " + each.name + " of " + element.words +
+                                                " is given twice");
+        }
+        const auto overridden = findIn(above, name);
+        const bool handedDown = overridden != above.end() && !isRestricted(*overridden);
+        list.push_back(build(each, table, element, handedDown ? &*overridden : nullptr));
+    }
+    for (const CIMQualifier& each : inherited) {
+        if (!isRestricted(each) && findIn(list, each.getName()) == list.end()) {
+            list.insert(list.begin(), each.clone());
+            list.front().setPropagated(true);
         }
     }
     return list;
 }
 
-QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const QualifierTable& table,
-                              const Element& element, const QualifierList& inherited) {
-    QualifierList list = inheritedQualifiers(inherited);
-    for (const mof::Qualifier& each : used) {
-        const auto present = findIn(list, cimNameAt(each.name, each.where));
-        if (present == list.end()) {
-            list.push_back(build(each, table, element, nullptr));
-        } else if (present->getPropagated()) {
-            *present = build(each, table, element, &*present);
-        } else {
-            throw mof::MofError(each.where, "qualifier " + each.name + " of " + element.words +
-                                                " is given twice");
+QualifierList withRestricted(QualifierList list, const QualifierList& inherited) {
+    for (const CIMQualifier& each : inherited) {
+        if (isRestricted(each) && findIn(list, each.getName()) == list.end()) {
+            list.push_back(each.clone());
         }
     }
     return list;

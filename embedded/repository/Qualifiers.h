@@ -39,15 +39,17 @@ struct Element {
     Pegasus::CIMScope scope;
 };
 
-/// What an inherited element hands down: those that are not RESTRICTED, marked as propagated.
-QualifierList inheritedQualifiers(const QualifierList& qualifiers);
-
 /// The qualifiers of an element that is written with `used` and overrides one with `inherited`
-/// (empty if it overrides none): those handed down, in their place the ones given anew, then the
-/// others. Throws MofError at a qualifier that is not declared in `table`, is out of scope, used
+/// (empty if it overrides none): those handed down, that is not RESTRICTED and not given anew,
+/// marked as propagated and the last of them first, as OpenPegasus has them; then those given.
+/// Throws MofError at a qualifier that is not declared in `table`, is out of scope, used
 /// twice, of the wrong type, or that gives a DISABLEOVERRIDE one another value.
 QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const QualifierTable& table,
                               const Element& element, const QualifierList& inherited = {});
+
+/// `list` with the RESTRICTED ones of `inherited` that it has not behind it. OpenPegasus hands them
+/// down to a property all the same.
+QualifierList withRestricted(QualifierList list, const QualifierList& inherited);
 
 /// Copies of the qualifiers of a class, property, method or parameter.
 template <class Holder>

@@ -192,8 +192,11 @@ def compare(path, expected, actual):
     raise Failure("\n".join(difference))
 
 
-def play(case, server, write):
-    """Runs one case. Throws Failure. With `write`, replies that differ are taken over."""
+CLOSED = b"{CLOSED}"
+
+
+def replies(case, server):
+    """Plays a case, and yields each step that is a reply with what came in its place."""
     steps = steps_of(case)
     connection = Connection(server)
     verb = b""
@@ -204,19 +207,24 @@ def play(case, server, write):
                 verb = data.split(b" ", 1)[0] if step.kind == "request" else verb
                 connection.send(data)
                 continue
-            expected = step.text
-            closed = expected.endswith(b"{CLOSED}")
-            expected = fill(expected[: -len(b"{CLOSED}")] if closed else expected, server)
             actual = comparable(connection.reply(verb == b"HEAD"))
             if index == len(steps) - 1:
-                actual += connection.rest(closed)
-            try:
-                compare(step.path, with_length(expected, actual), actual)
-            except Failure:
-                if not write:
-                    raise
-                step.path.write_bytes(actual + (b"{CLOSED}" if closed else b""))
-                print(f"wrote   {step.path}: review it, and put placeholders back")
+                actual += connection.rest(step.text.endswith(CLOSED))
+            yield step, actual
+
+
+def play(case, server, write):
+    """Runs one case. Throws Failure. With `write`, replies that differ are taken over."""
+    for step, actual in replies(case, server):
+        closed = step.text.endswith(CLOSED)
+        expected = fill(step.text[: -len(CLOSED)] if closed else step.text, server)
+        try:
+            compare(step.path, with_length(expected, actual), actual)
+        except Failure:
+            if not write:
+                raise
+            step.path.write_bytes(actual + (CLOSED if closed else b""))
+            print(f"wrote   {step.path}: review it, and put placeholders back")
 
 
 def run(cases, server, write):

@@ -128,6 +128,22 @@ TEST_F(ServerObjectsTest, GetInstanceFindsWhatEnumerationNamesAndNothingElse) {
               }));
 }
 
+TEST_F(ServerObjectsTest, WhatWasLoadedTakesTheirPlaceInItsNamespace) {
+    repository.load(mof::readText(R"(instance of PG_ObjectManager {
+        SystemCreationClassName = "S"; SystemName = "elsewhere";
+        CreationClassName = "PG_ObjectManager"; Name = "loaded"; };)",
+                                  "loaded.mof"),
+                    interop);
+    const auto loaded = enumerate(interop, "CIM_ObjectManager");
+    ASSERT_EQ(1U, loaded.size());
+    EXPECT_EQ("elsewhere", utf8(stringOf(loaded[0], "SystemName")));
+    EXPECT_EQ("testhost", utf8(loaded[0].getPath().getHost()));
+    EXPECT_TRUE(interop == loaded[0].getPath().getNameSpace());
+    const auto made = enumerate(nameSpace, "CIM_ObjectManager");
+    ASSERT_EQ(1U, made.size());
+    EXPECT_EQ("testhost", utf8(stringOf(made[0], "SystemName")));
+}
+
 TEST_F(ServerObjectsTest, APropertyListIsHeeded) {
     Pegasus::Array<CIMName> names;
     names.append(CIMName("ElementName"));

@@ -1,0 +1,156 @@
+"""The differences between the embedded server and OpenPegasus that are meant, each with its reason.
+
+A rule looks at two answers to one question that differ, OpenPegasus's first. It returns both
+without the difference that it stands for, or None where it has nothing to say.
+"""
+
+import re
+from typing import Callable, NamedTuple
+
+
+class Rule(NamedTuple):
+    name: str
+    what: str  # what OpenPegasus does, and what is done here
+    why: str
+    apply: Callable
+
+
+def changed(answer, change):
+    """`answer` with `change` done to each object, None for one that goes."""
+    if "objects" not in answer:
+        return answer
+    kept = [change(o) for o in answer["objects"]]
+    return {**answer, "objects": [o for o in kept if o is not None]}
+
+
+def both(change):
+    """A rule that does the same to both sides, if it does anything."""
+    def apply(theirs, ours):
+        result = changed(theirs, change), changed(ours, change)
+        return None if result == (theirs, ours) else result
+    return apply
+
+
+def spelt(text):
+    return text.replace("PG_NameSpace", "PG_Namespace").replace("InstanceId", "InstanceID")
+
+
+def of_server(text):
+    return re.search(r'^ *INSTANCE CLASSNAME="PG_', text, re.M) is not None
+
+
+def without_decoration(text):
+    """An object of the server's own without qualifiers, without marks of what comes from which
+    class, those of its properties that have a value in the order of their names."""
+    if not of_server(text):
+        return text
+    text = re.sub(r' PROPAGATED="true"| CLASSORIGIN="[^"]*"', "", text)
+    head, _, rest = text.partition("INSTANCE CLASSNAME=")
+    indent = " " * (len(head) - len(head.rstrip(" ")) + 2)
+    first, *members = re.split(rf"\n(?={indent}\S)", rest)
+    members = [re.sub(rf"\n{indent}  QUALIFIER .*(\n{indent}   .*)*", "", m) for m in members
+               if not m.startswith(f"{indent}QUALIFIER")]
+    members = [m for m in members if "\n" in m]
+    return head + "INSTANCE CLASSNAME=" + "\n".join([first] + sorted(members))
+
+
+def class_names_in_order(theirs, ours):
+    if " EnumerateClassNames " not in theirs["id"]:
+        return None
+    return tuple({**a, "objects": sorted(a.get("objects", []))} for a in (theirs, ours))
+
+
+def nothing_delivered(theirs, ours):
+    got = theirs.get("objects") == [] or theirs.get("error") == ["1", "CIM_ERR_FAILED: "
+                                                                 "uninitialized object"]
+    if " Get" not in theirs["id"] or not got or ours.get("error", [""])[0] != "6":
+        return None
+    return theirs, {**{k: v for k, v in ours.items() if k != "error"},
+                    **{k: theirs[k] for k in ("objects", "error") if k in theirs}}
+
+
+def classes_for_no_keys(theirs, ours):
+    if not ours["id"].partition(" without keys")[1]:
+        return None
+
+    def instance(text):
+        is_class = re.search(r"^ *CLASS NAME=", text, re.M) or (
+            text.startswith("OBJECTPATH") and "KEYBINDING" not in text)
+        return None if is_class else text
+    result = changed(theirs, instance)
+    return None if result == theirs else (result, ours)
+
+
+def path_without_keys(theirs, ours):
+    result = changed(ours, lambda o: re.sub(
+        r'(CLASSNAME="ORVEX_PhysicalComputerSystem")\n *KEYBINDING NAME="Name"\n.*', r"\1", o))
+    return None if result == ours else (theirs, result)
+
+
+def error_without_words(theirs, ours):
+    code, text = theirs.get("error", ["", ""])
+    if not code or ":" in text or ours.get("error", [""])[0] != code:
+        return None
+    return theirs, {**ours, "error": theirs["error"]}
+
+
+def nameless_key(theirs, ours):
+    if " nameless " not in ours["id"] or ours.get("error", [""])[0] != "4":
+        return None
+    return theirs, theirs
+
+
+def refused_by_the_server(theirs, ours):
+    if not theirs.get("error", ["", ""])[1].endswith("Class not supported by Interop Provider"):
+        return None
+    return theirs, theirs
+
+
+def no_association(theirs, ours):
+    def change(text):
+        return re.sub(r'\n  QUALIFIER NAME="Association".*\n.*', "", text)
+    if " GetClass PG_ObjectManager " not in ours["id"]:
+        return None
+    return changed(theirs, change), ours
+
+
+RULES = (
+    Rule("order of class names",
+         "EnumerateClassNames in the order of its files; here in the order of declaration",
+         "the order means nothing, and one that repeats can be compared", class_names_in_order),
+    Rule("GetInstance that delivers nothing",
+         "an empty reply, or \"uninitialized object\" from GetProperty; here CIM_ERR_NOT_FOUND "
+         "with the path",
+         "an empty reply to GetInstance is none that clients can read", nothing_delivered),
+    Rule("a source without keys",
+         "also taken for its class, whose associated classes are added as if they were objects; "
+         "here it is only an object",
+         "nobody asked for the classes, and a class under the path of an object is no valid reply",
+         classes_for_no_keys),
+    Rule("path of a repository's object that a provider got",
+         "a provider that gets an object of the repository finds only the class in its path; here "
+         "the keys, too",
+         "the sample's objects stand for those of other providers, which say their keys",
+         path_without_keys),
+    Rule("an error without words",
+         "says nothing of an ExecQuery that it does not do, nor which parameter GetInstance lacks; "
+         "here the error says it", "for people", error_without_words),
+    Rule("a key value without a name",
+         "handed on; here an error, unless the class has one key",
+         "a guess could mean another object", nameless_key),
+    Rule("sources that the server's own provider refuses",
+         "a traversal in its interop namespace that also reaches association classes of its own "
+         "(PG_...) fails as a whole when the source is none of its own objects; here it is "
+         "answered",
+         "the embedded server has no associations of its own", refused_by_the_server),
+    Rule("PG_ObjectManager as an association",
+         "its schema says so; here it is refused, and left out when the schema is mirrored",
+         "it has no references", no_association),
+    Rule("spelling in the server's own names",
+         "PG_NameSpace and InstanceId in paths of its own; here as the class spells them",
+         "one spelling for clients; names compare without regard to case", both(spelt)),
+    Rule("decoration of the server's own objects",
+         "its own objects come with the qualifiers of their classes and with every property "
+         "marked as propagated; here, shown in their place, they have neither",
+         "who they are and what they say is the same", both(without_decoration)),
+)

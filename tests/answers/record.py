@@ -1,0 +1,71 @@
+#!/usr/bin/env python3
+"""Asks a CIM server everything that the wire suite asks, and stores the answers in canonical form.
+
+usage: record.py HOST:PORT STORE
+
+STORE is a file of one JSON object a line: the question's id, whether the order of its answer is
+open, and the answer: HTTP status, error code and description, the objects that came, or, for the
+wire cases, the lines of the reply. Two stores of servers with the same content are compared by
+compare.py. The wire cases need the namespaces root/wire, with wire.mof, and root/other.
+"""
+
+import argparse
+import json
+import sys
+import time
+import xml.etree.ElementTree as ElementTree
+
+import canonical
+import cases
+import suite
+import wire
+
+
+def answer(status, text):
+    """What a reply says, as what JSON can hold."""
+    if status != 200:
+        return {"status": status}
+    response = ElementTree.fromstring(text).find(".//IMETHODRESPONSE")
+    error = response.find("ERROR")
+    if error is not None:
+        return {"error": [error.get("CODE"), error.get("DESCRIPTION")]}
+    returned = response.find("IRETURNVALUE")
+    return {"objects": [] if returned is None else [canonical.text(e) for e in returned]}
+
+
+def record(address, store, say=lambda text: None):
+    """Writes the store and returns how many questions there were."""
+    connection = wire.Connection(address)
+    count, told = 0, time.monotonic()
+    with open(store, "w", encoding="utf-8") as out:
+        def keep(key, concurrent, reply):
+            out.write(json.dumps({"id": key, "concurrent": concurrent, **reply},
+                                 ensure_ascii=False) + "\n")
+
+        for key, lines in cases.answers(address):
+            keep(key, False, {"wire": lines})
+            count += 1
+        for question in suite.questions(address):
+            keep(question.id, question.concurrent,
+                 answer(*connection.send(question.request)))
+            count += 1
+            if time.monotonic() - told > 5:
+                told = time.monotonic()
+                say(f"{count} questions, now at: {question.id}")
+    connection.close()
+    return count
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("server", metavar="HOST:PORT")
+    parser.add_argument("store", metavar="STORE")
+    options = parser.parse_args()
+    count = record(options.server, options.store, lambda text: print(text, file=sys.stderr))
+    print(f"{count} answers in {options.store}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,263 @@
+"""The questions of the wire suite: every operation, from every source, with every filter, and what
+is no proper question.
+
+The questions follow from the classes below and from the objects that the server names, so that two
+servers with the same content are asked the same. A question is (id, Request, concurrent); the id
+says it in words. `concurrent` tells that the server asks several providers at once for it and
+joins what they say as it comes (OpenPegasus does), so that only the answer's content is fixed and
+not its order.
+"""
+
+import itertools
+import xml.etree.ElementTree as ElementTree
+from typing import NamedTuple
+
+import mof
+import wire
+
+NAMESPACES = ("root/cimv2", "root/PG_InterOp")
+
+# What the module publishes, and what it reads back from others.
+PROFILES = ("CIM_RegisteredProfile", "CIM_RegisteredSubProfile")
+OWN = PROFILES + ("ORVEX_ObjectManagerHost", "ORVEX_SoftwareIdentity")
+ASSOCIATIONS = (
+    "CIM_ReferencedProfile", "CIM_SubProfileRequiresProfile", "CIM_ElementConformsToProfile",
+    "CIM_HostedService", "CIM_HostedAccessPoint", "CIM_NamespaceInManager",
+    "CIM_CommMechanismForManager", "ORVEX_ElementSoftwareIdentity")
+SERVER = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism", "CIM_Namespace")
+SWITCH = ("ORVEX_Vsan", "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem")
+OF_SERVER = ("PG_ObjectManager", "PG_CIMXMLCommunicationMechanism", "PG_Namespace")
+CLASSES = OWN + ASSOCIATIONS + SERVER + OF_SERVER + SWITCH
+SUPERCLASSES = ("CIM_RegisteredSpecification", "CIM_SoftwareIdentity", "CIM_ServiceAccessBySAP",
+                "CIM_ReferencedSpecification", "CIM_WBEMService", "CIM_HostedDependency")
+KEYS = {name: "InstanceID" for name in PROFILES + ("ORVEX_SoftwareIdentity",)}
+
+ASSOCIATION_FILTERS = ASSOCIATIONS + (
+    "CIM_ElementSoftwareIdentity", "CIM_Dependency", "cim_elementconformstoprofile",
+    "PG_ElementConformsToProfile", "ORVEX_Vsan", "CIM_NoSuch")
+RESULT_FILTERS = (
+    "CIM_RegisteredProfile", "CIM_RegisteredSubProfile", "CIM_ManagedElement", "ORVEX_Vsan",
+    "ORVEX_SoftwareIdentity", "CIM_Namespace", "PG_ObjectManager", "cim_registeredsubprofile",
+    "CIM_NoSuch")
+ROLES = (("Antecedent", None), (None, "Dependent"), ("ManagedElement", "ConformantStandard"),
+         ("Bogus", None), (None, "no name"))
+PROPERTY_LISTS = ((), ("InstanceID",), ("RegisteredName", "InstanceID", "NoSuch"),
+                  ("ElementName", "Dependent", "Name"))
+BOTH = (False, True)
+
+
+class Question(NamedTuple):
+    id: str
+    request: wire.Request
+    concurrent: bool
+
+
+def property_list(names):
+    return "<VALUE.ARRAY>" + "".join(f"<VALUE>{n}</VALUE>" for n in names) + "</VALUE.ARRAY>"
+
+
+def text(value):
+    return f"<VALUE>{value}</VALUE>"
+
+
+class Suite:
+    """The questions to a server in one namespace. `connection` is used to see what is there."""
+
+    def __init__(self, connection, namespace):
+        self._connection = connection
+        self._namespace = namespace
+
+    def questions(self):
+        yield from self._classes()
+        for name in CLASSES + SUPERCLASSES + ("CIM_NoSuch",):
+            yield from self._enumerations(name)
+        for name, keys in self._objects():
+            yield from self._gets(name, keys)
+        for name, keys in self._sources():
+            yield from self._traversals(name, keys)
+        yield from self._refused()
+        yield from self._wrong()
+
+    def _question(self, words, method, *parameters, concurrent=False):
+        request = wire.Request(self._namespace, method, parameters)
+        return Question(f"{self._namespace} {method} {words}".strip(), request, concurrent)
+
+    # What there is
+
+    def _named(self, name):
+        """(class, INSTANCENAME text, keys) of the objects of a class and its subclasses."""
+        try:
+            found = self._connection.ask(self._namespace, "EnumerateInstanceNames",
+                                         ("ClassName", wire.class_name(name)))
+        except wire.CimError:
+            return []
+        return sorted((e.get("CLASSNAME"), mof.path(e), e) for e in found)
+
+    def _objects(self):
+        """What can be got: (words, INSTANCENAME), each object once."""
+        seen = set()
+        for name in CLASSES:
+            for _, words, element in self._named(name):
+                if words not in seen:
+                    seen.add(words)
+                    yield words, serialised(element)
+
+    def _sources(self):
+        """What can be traversed from: the objects, under other names too, and what is not there."""
+        seen = set()
+        for name in OWN + SERVER + SWITCH:
+            for found, words, element in self._named(name):
+                if words not in seen:
+                    seen.add(words)
+                    yield words, serialised(element)
+                if name in SERVER and found != name:
+                    yield f"{name} as {words}", serialised(element, name)
+        for name in OWN + SERVER + OF_SERVER:
+            key = KEYS.get(name, "Name")
+            for keys in ((), ((key, "no such"),), (("Bogus", "Orvex1"),), ((key.lower(), "Orvex1"),),
+                         ((key, "orvex6"), ("Bogus", "x"))):
+                words = name + "".join(f" {k}={v}" for k, v in keys) if keys else (
+                    f"{name} without keys")
+                yield words, wire.instance_name(name, keys)
+
+    # Questions
+
+    def _classes(self):
+        for name in CLASSES + SUPERCLASSES + ("CIM_NoSuch",):
+            for options in ((), ("IncludeQualifiers",), ("IncludeClassOrigin",), ("LocalOnly",)):
+                given = [(o, wire.boolean(o in options)) for o in
+                         ("IncludeQualifiers", "IncludeClassOrigin", "LocalOnly")]
+                yield self._question(f"{name} {' '.join(options)}", "GetClass",
+                                     ("ClassName", wire.class_name(name)), *given)
+            for deep in BOTH:
+                yield self._question(f"{name} deep={deep}", "EnumerateClassNames",
+                                     ("ClassName", wire.class_name(name)),
+                                     ("DeepInheritance", wire.boolean(deep)))
+
+    def _enumerations(self, name):
+        asked = ("ClassName", wire.class_name(name))
+        yield self._question(name, "EnumerateInstanceNames", asked, concurrent=True)
+        yield self._question(name, "EnumerateInstances", asked, concurrent=True)
+        for flags in itertools.product(BOTH, repeat=4):
+            given = list(zip(("DeepInheritance", "LocalOnly", "IncludeQualifiers",
+                              "IncludeClassOrigin"), map(wire.boolean, flags)))
+            yield self._question(f"{name} {flags}", "EnumerateInstances", asked, *given,
+                                 concurrent=True)
+        for names in PROPERTY_LISTS:
+            yield self._question(f"{name} of {names}", "EnumerateInstances", asked,
+                                 ("PropertyList", property_list(names)), concurrent=True)
+
+    def _gets(self, words, element):
+        asked = ("InstanceName", element)
+        yield self._question(words, "GetInstance", asked)
+        for flags in itertools.product(BOTH, repeat=3):
+            given = list(zip(("LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"),
+                             map(wire.boolean, flags)))
+            yield self._question(f"{words} {flags}", "GetInstance", asked, *given)
+        for names in PROPERTY_LISTS:
+            yield self._question(f"{words} of {names}", "GetInstance", asked,
+                                 ("PropertyList", property_list(names)))
+        yield self._question(f"{words} ElementName", "GetProperty", asked,
+                             ("PropertyName", text("ElementName")))
+
+    def _traversals(self, words, source):
+        for association in (None,) + ASSOCIATION_FILTERS:
+            yield from self._associators(words, source, AssocClass=association)
+            yield from self._references(words, source, ResultClass=association)
+        for result in RESULT_FILTERS:
+            yield from self._associators(words, source, ResultClass=result)
+            yield from self._associators(words, source, ResultClass=result,
+                                         AssocClass="CIM_ElementConformsToProfile")
+        for role, result_role in ROLES:
+            yield from self._associators(words, source, Role=role, ResultRole=result_role)
+            if role:
+                yield from self._references(words, source, Role=role)
+        for flags in itertools.product(BOTH, repeat=2):
+            yield from self._associators(words, source, flags, names=("InstanceID", "Name"))
+            yield from self._references(words, source, flags, names=("Dependent", "NoSuch"))
+
+    def _associators(self, words, source, flags=None, names=None, **filters):
+        yield from self._traversal("Associators", words, source, flags, names, filters)
+
+    def _references(self, words, source, flags=None, names=None, **filters):
+        yield from self._traversal("References", words, source, flags, names, filters)
+
+    def _traversal(self, method, words, source, flags, names, filters):
+        filters = {name: value for name, value in filters.items() if value is not None}
+        given = [("ObjectName", source)] + [
+            (name, wire.class_name(value) if name.endswith("Class") else text(value))
+            for name, value in filters.items()]
+        words = f"{words} {' '.join(f'{n}={v}' for n, v in filters.items())}"
+        concurrent = not self._one_association(filters.get(
+            "AssocClass" if method == "Associators" else "ResultClass"))
+        if flags is None:
+            yield self._question(words, method.rstrip("s") + "Names", *given, concurrent=concurrent)
+            yield self._question(words, method, *given, concurrent=concurrent)
+            return
+        options = list(zip(("IncludeQualifiers", "IncludeClassOrigin"), map(wire.boolean, flags)))
+        yield self._question(f"{words} {flags} of {names}", method, *given, *options,
+                             ("PropertyList", property_list(names)), concurrent=concurrent)
+
+    def _one_association(self, name):
+        """Whether a filter leaves one association class, and so one provider to ask."""
+        leaves = ("cim_subprofilerequiresprofile", "orvex_elementsoftwareidentity")
+        if self._namespace != NAMESPACES[1]:  # there, the server has subclasses of its own
+            leaves += tuple(a.lower() for a in ASSOCIATIONS if a != "CIM_ReferencedProfile")
+        return (name or "").lower() in leaves
+
+    def _refused(self):
+        for name in OWN + ASSOCIATIONS:
+            key = KEYS.get(name, "Name")
+            path = wire.instance_name(name, ((key, "Orvex1"),))
+            instance = (f'<INSTANCE CLASSNAME="{name}"><PROPERTY NAME="{key}" TYPE="string">'
+                        "<VALUE>new</VALUE></PROPERTY></INSTANCE>")
+            yield self._question(name, "CreateInstance", ("NewInstance", instance))
+            yield self._question(name, "ModifyInstance", (
+                "ModifiedInstance", f"<VALUE.NAMEDINSTANCE>{path}{instance}</VALUE.NAMEDINSTANCE>"))
+            yield self._question(name, "DeleteInstance", ("InstanceName", path))
+
+    def _wrong(self):
+        for name in OWN:
+            key = KEYS.get(name, "Name")
+            for keys in ((), ((key, "no such"),), (("Bogus", "Orvex1"),), ((key, ""),),
+                         ((key.lower(), "ORVEX1"),), ((key, "Orvex1"), ("Bogus", "x"))):
+                words = name + "".join(f" {k}={v}" for k, v in keys)
+                yield self._question(words, "GetInstance",
+                                     ("InstanceName", wire.instance_name(name, keys)))
+            number = f'<INSTANCENAME CLASSNAME="{name}">{wire.key_value("5", "numeric")}' \
+                     "</INSTANCENAME>"
+            yield self._question(f"{name} of a nameless number", "GetInstance",
+                                 ("InstanceName", number))
+        profile = wire.instance_name("CIM_RegisteredProfile", (("InstanceID", "Orvex1"),))
+        asked = ("ClassName", wire.class_name("CIM_RegisteredProfile"))
+        yield self._question("nothing", "EnumerateInstances")
+        yield self._question("of two classes", "EnumerateInstances", asked, asked)
+        yield self._question("with more", "EnumerateInstances", asked, ("Zip", text("zap")))
+        yield self._question("of a class", "GetInstance", ("ClassName", asked[1]))
+        yield self._question("nothing", "GetInstance")
+        yield self._question("nothing", "Associators")
+        yield self._question("of a number", "EnumerateInstances", asked,
+                             ("LocalOnly", text("maybe")))
+        yield self._question("", "NoSuchOperation")
+        yield self._question("", "ExecQuery", ("QueryLanguage", text("WQL")),
+                             ("Query", text("select * from CIM_RegisteredProfile")))
+        yield self._question("NoSuch", "GetProperty", ("InstanceName", profile),
+                             ("PropertyName", text("NoSuch")))
+        nowhere = wire.Request("root/nowhere", "EnumerateInstances", (asked,))
+        yield Question(f"{self._namespace} elsewhere: root/nowhere", nowhere, False)
+
+
+def serialised(element, name=None):
+    """An INSTANCENAME as a parameter, of another class if one is named."""
+    copy = ElementTree.fromstring(ElementTree.tostring(element))
+    if name:
+        copy.set("CLASSNAME", name)
+    return ElementTree.tostring(copy, encoding="unicode")
+
+
+def questions(address):
+    """All questions to the server at `address`, by namespace."""
+    connection = wire.Connection(address)
+    for namespace in NAMESPACES:
+        yield from Suite(connection, namespace).questions()
+    connection.close()
