@@ -8,8 +8,9 @@
 # PEGASUS_DEFINITIONS may name further definitions ("A;B=1"): the library's interface depends on how
 # it was built.
 #
-# Sets OpenPegasus_FOUND and OpenPegasus_VERSION ("unknown" when the installation does not say), and
-# defines the target OpenPegasus::provider.
+# Sets OpenPegasus_FOUND, OpenPegasus_VERSION ("unknown" when the installation does not say) and
+# OpenPegasus_SERVER (the program cimserver, or a false value), and defines the target
+# OpenPegasus::provider.
 include(FindPackageHandleStandardArgs)
 
 set(_roots ${PEGASUS_ROOT} $ENV{PEGASUS_ROOT})
@@ -23,12 +24,23 @@ foreach(_library common provider)
                HINTS ${_homes} PATH_SUFFIXES lib lib64 usr/lib64)
 endforeach()
 
-# Only a source tree says its version in words.
+# The server itself, for tests that run it. Not needed to build.
+find_program(OpenPegasus_SERVER cimserver HINTS ${_homes} PATH_SUFFIXES bin sbin usr/sbin)
+
+# A source tree says its version in words, an installation when its server is asked.
 set(OpenPegasus_VERSION unknown)
 if(EXISTS ${OpenPegasus_INCLUDE_DIR}/Pegasus/Common/PegasusVersion.h)
   file(STRINGS ${OpenPegasus_INCLUDE_DIR}/Pegasus/Common/PegasusVersion.h _version
        REGEX "^ *# *define +PEGASUS_PRODUCT_VERSION +\"")
   if(_version MATCHES "\"([^\"]+)\"")
+    set(OpenPegasus_VERSION ${CMAKE_MATCH_1})
+  endif()
+elseif(OpenPegasus_SERVER AND NOT CMAKE_CROSSCOMPILING)
+  cmake_path(GET OpenPegasus_common_LIBRARY PARENT_PATH _libraries)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${_libraries}
+                          ${OpenPegasus_SERVER} --version
+                  OUTPUT_VARIABLE _version ERROR_QUIET OUTPUT_STRIP_TRAILING_WHITESPACE)
+  if(_version MATCHES "^([0-9.]+)")
     set(OpenPegasus_VERSION ${CMAKE_MATCH_1})
   endif()
 endif()
@@ -61,4 +73,5 @@ if(OpenPegasus_FOUND AND NOT TARGET OpenPegasus::provider)
   target_link_libraries(OpenPegasus::provider INTERFACE
                         ${OpenPegasus_provider_LIBRARY} ${OpenPegasus_common_LIBRARY})
 endif()
-mark_as_advanced(OpenPegasus_INCLUDE_DIR OpenPegasus_common_LIBRARY OpenPegasus_provider_LIBRARY)
+mark_as_advanced(OpenPegasus_INCLUDE_DIR OpenPegasus_common_LIBRARY OpenPegasus_provider_LIBRARY
+                 OpenPegasus_SERVER)

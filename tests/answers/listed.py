@@ -106,6 +106,13 @@ def refused_by_the_server(theirs, ours):
     return theirs, theirs
 
 
+def in_cases(*names):
+    """Whatever came in these wire cases."""
+    def apply(theirs, ours):
+        return (theirs, theirs) if ours["id"].split()[:2] in [["wire", n] for n in names] else None
+    return apply
+
+
 def no_association(theirs, ours):
     def change(text):
         return re.sub(r'\n  QUALIFIER NAME="Association".*\n.*', "", text)
@@ -143,6 +150,25 @@ RULES = (
          "(PG_...) fails as a whole when the source is none of its own objects; here it is "
          "answered",
          "the embedded server has no associations of its own", refused_by_the_server),
+    Rule("HTTP 1.0, and connections that are to be closed",
+         "stays open without a word; here the reply says Connection and is kept to",
+         "RFC 9112, 9.3 and 9.6", in_cases(
+             "connection-close-closes", "http-1.0-keep-alive-stays-open",
+             "http-1.0-needs-no-host-and-closes", "http-malformed-closes", "http-binary-closes",
+             "content-length-huge-closes")),
+    Rule("verbs other than POST and M-POST",
+         "a small web server for GET and HEAD, 400 for others; here 404, and 405 with Allow",
+         "nobody looks for pages here", in_cases(
+             "get-finds-nothing", "head-finds-nothing", "connection-lives-on-after-errors")),
+    Rule("Expect: 100-continue",
+         "not answered; here with 100 Continue", "RFC 9110, 10.1.1",
+         in_cases("expect-100-continue")),
+    Rule("pull operations",
+         "answered; here error 7, on which clients fall back", "for the desk",
+         in_cases("pull-operations-are-not-offered")),
+    Rule("chunked replies",
+         "where the client can read them, with errors in trailers; here replies are whole",
+         "clients accept both", in_cases("te-chunked-need-not-be-chunked")),
     Rule("PG_ObjectManager as an association",
          "its schema says so; here it is refused, and left out when the schema is mirrored",
          "it has no references", no_association),
