@@ -8,9 +8,9 @@
 # PEGASUS_DEFINITIONS may name further definitions ("A;B=1"): the library's interface depends on how
 # it was built.
 #
-# Sets OpenPegasus_FOUND, OpenPegasus_VERSION ("unknown" when the installation does not say) and
-# OpenPegasus_SERVER (the program cimserver, or a false value), and defines the target
-# OpenPegasus::provider.
+# Sets OpenPegasus_FOUND, OpenPegasus_VERSION ("unknown" when the installation does not say),
+# OpenPegasus_SERVER (the program cimserver, or a false value) and OpenPegasus_HOME (a home from which
+# a server can be started, or empty), and defines the target OpenPegasus::provider.
 include(FindPackageHandleStandardArgs)
 
 set(_roots ${PEGASUS_ROOT} $ENV{PEGASUS_ROOT})
@@ -24,7 +24,20 @@ foreach(_library common provider)
                HINTS ${_homes} PATH_SUFFIXES lib lib64 usr/lib64)
 endforeach()
 
-# The server itself, for tests that run it. Not needed to build.
+# A home with the server's programs and a repository, for tests that run it with a copy of that. Not
+# needed to build.
+set(OpenPegasus_HOME "")
+foreach(_home ${_homes})
+  set(_whole TRUE)
+  foreach(_part bin/cimserver bin/cimmof bin/cimprovider bin/cimcli repository)
+    if(NOT EXISTS ${_home}/${_part})
+      set(_whole FALSE)
+    endif()
+  endforeach()
+  if(_whole AND NOT OpenPegasus_HOME)
+    set(OpenPegasus_HOME ${_home})
+  endif()
+endforeach()
 find_program(OpenPegasus_SERVER cimserver HINTS ${_homes} PATH_SUFFIXES bin sbin usr/sbin)
 
 # A source tree says its version in words, an installation when its server is asked.

@@ -14,23 +14,26 @@ PATIENCE = 60.0  # seconds for a start or an end; the sanitizers are slow
 
 class Served:
     """Starts cimhost from the build directory `build` on a free port; a context manager. The MOF
-    comes from the folders schema and samples of `source`.
+    comes from the folders schema and samples of `source`, or without `content` from `options`.
 
     `address` is "127.0.0.1:PORT". At the end the server is asked to stop, and anything but exit
     code 0 is an error, which is how a sanitizer's report fails a test.
     """
 
-    def __init__(self, build, options=(), source=SOURCE):
+    def __init__(self, build, options=(), source=SOURCE, content=True):
         self.build = pathlib.Path(build).resolve()
+        self.content = content
         self.options = list(options)
         self.source = source
         self.trace = ""
         self.log = ""
 
     def __enter__(self):
-        arguments = subprocess.run(
-            [SOURCE / "scripts" / "cimhost_arguments.sh", self.source, self.build / "lib"],
-            check=True, capture_output=True, text=True).stdout.splitlines()
+        arguments = ["--provider-dir", self.build / "lib"]
+        if self.content:
+            arguments = subprocess.run(
+                [SOURCE / "scripts" / "cimhost_arguments.sh", self.source, self.build / "lib"],
+                check=True, capture_output=True, text=True).stdout.splitlines()
         self._directory = tempfile.TemporaryDirectory()
         place = pathlib.Path(self._directory.name)
         self._trace_file = open(place / "trace", "w+b")

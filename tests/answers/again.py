@@ -1,0 +1,40 @@
+#!/usr/bin/env python3
+"""Two clients that ask cimhost with the sample switch the whole wire suite at once get the same
+answers.
+
+Shows that the suite can be asked of any server that serves the module, and that what it finds
+different between two servers is not chance.
+
+usage: again.py BUILD-DIRECTORY
+"""
+
+import concurrent.futures
+import pathlib
+import sys
+import tempfile
+
+import compare
+import record
+
+SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(SOURCE / "tests" / "clients"))
+from served import Served  # noqa: E402
+
+LEAST = 10000  # questions; fewer, and the server named no objects to ask about
+
+
+def main(build):
+    wire = f"root/wire={SOURCE / 'tests' / 'wire' / 'wire.mof'}"
+    with tempfile.TemporaryDirectory() as directory:
+        stores = [pathlib.Path(directory, name) for name in ("one", "other")]
+        with Served(build, ["--mof", wire, "--namespace", "root/other"]) as served:
+            with concurrent.futures.ThreadPoolExecutor() as pool:
+                list(pool.map(lambda store: record.record(served.address, store), stores))
+        one, other = map(compare.load, stores)
+    counts, unlisted = compare.compare(one, other)
+    compare.report(one, counts, unlisted)
+    return 1 if unlisted or counts or len(one) < LEAST else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

@@ -1,0 +1,46 @@
+"""The document of the listed differences."""
+
+import listed
+
+HEAD = """# The same answers
+
+<!-- Made by tests/answers/same_answers.py --document FILE. Do not edit: the list is in
+     tests/answers/listed.py. -->
+
+`tests/answers/same_answers.py` asks the server of an OpenPegasus and `cimhost`, with the same schema,
+the same objects and the same module, everything that the wire suite asks: all operations, from all
+sources, with all filters, in `root/cimv2` and the interop namespace, refused writes, questions that
+are wrong, and the wire cases. It stores the answers in canonical form (`record.py`) and compares
+them (`compare.py`): everything that an answer says counts, its order, too. Only where OpenPegasus asks
+several providers at once, the order of what they say is left open; the objects of one class in an
+enumeration, which one provider delivers, keep theirs.
+
+"""
+MIDDLE = """
+* **OpenPegasus does** / **here**: what differs. *Why*: the reason for which it may.
+* *Count*: questions of that run whose answers differ by it. A question may count for several.
+
+| difference | OpenPegasus does; here | why | count |
+| --- | --- | --- | --- |
+"""
+TAIL = """
+What these differences leave unseen: traversals in the interop namespace that the server's own provider
+refuses are compared in `root/cimv2` alone, where the same objects are.
+
+One wire case is not sent to OpenPegasus, since a debug build of it ends at a PUT. The empty list of
+strings in another is left out, since its MOF compiler cannot read one.
+"""
+
+
+def text(questions, counts):
+    rows = "".join(f"| {rule.name} | {rule.what} | {rule.why} | {counts[rule.name]} |\n"
+                   for rule in listed.RULES)
+    figures = (f"In the last run (OpenPegasus 2.14.4, in process): **{questions} questions, "
+               f"{sum(counts.values())} listed differences of {len(listed.RULES)} kinds, "
+               "no other.**\n")
+    return HEAD + figures + MIDDLE + rows + TAIL
+
+
+def rows(document):
+    """The rows of the list in a document, without their counts."""
+    return [line.rsplit("|", 2)[0] for line in document.splitlines() if line.startswith("| ")][2:]

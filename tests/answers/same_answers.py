@@ -1,0 +1,130 @@
+#!/usr/bin/env python3
+"""Asks cimhost and the server of an installed OpenPegasus the same and compares the answers.
+
+Starts that server with a repository of its own, loads schema, sample switch and registration with
+its tools, and the module built for it; mirrors what it holds into MOF; starts cimhost with that;
+asks both the whole wire suite. Ends with 1 if the answers differ otherwise than listed.
+
+usage: same_answers.py --home PEGASUS_HOME --build BUILD-DIRECTORY [--keep DIRECTORY]
+                       [--document FILE]
+"""
+
+import argparse
+import concurrent.futures
+import pathlib
+import re
+import shutil
+import sys
+import tempfile
+
+import compare
+import document
+import mirror
+import record
+
+SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(SOURCE / "tests" / "clients"))
+from real_server import CannotIsolate, RealServer  # noqa: E402
+from served import Served  # noqa: E402
+
+NAMESPACES = ("root/cimv2", "root/PG_InterOp")
+INTEROP = NAMESPACES[1]
+REGISTRATION = SOURCE / "schema" / "serverprofile_registration.mof"
+MODULE = SOURCE / "schema" / "orvex_serverprofile.mof"
+SWITCH = (SOURCE / "schema" / "orvex_switch.mof", SOURCE / "samples" / "sample_switch.mof")
+OBJECTS = pathlib.Path(__file__).resolve().parent / "objects.mof"
+# What the server's own providers answer for, and the mirror takes over.
+OF_SERVER = ("CIM_Namespace", "CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism",
+             "PG_ComputerSystem", "CIM_RegisteredProfile", "CIM_SoftwareIdentity",
+             "CIM_ElementConformsToProfile", "CIM_ReferencedProfile", "CIM_HostedService",
+             "CIM_HostedAccessPoint", "CIM_NamespaceInManager", "CIM_CommMechanismForManager",
+             "CIM_ElementSoftwareIdentity")
+FROM_FILES = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism")
+
+
+def say(text):
+    print(f"== {text}", flush=True)
+
+
+def wire_mof(directory):
+    """The wire cases' content without an empty list, which cimmof cannot read."""
+    text = (SOURCE / "tests" / "wire" / "wire.mof").read_text(encoding="utf-8")
+    file = pathlib.Path(directory, "wire.mof")
+    file.write_text(re.sub(r".*= \{\};\n", "", text), encoding="utf-8")
+    return file
+
+
+def load(server, *arguments):
+    done = server.run(["cimmof", *map(str, arguments)])
+    if done.returncode != 0:
+        raise RuntimeError(f"cimmof {arguments}: {done.returncode}\n{done.stdout}{done.stderr}")
+
+
+def fill(server, build, wire):
+    shutil.copy(build / "lib" / "openpegasus" / "libServerProfileProvider.so", server.providers)
+    for namespace in NAMESPACES:
+        for file in (SWITCH[0], MODULE, SWITCH[1]):
+            load(server, "-aE", "-aV", "-n", namespace, file)
+    load(server, "-n", NAMESPACES[0], OBJECTS)
+    load(server, "-n", "root/wire", wire)
+    empty = wire.with_name("empty.mof")
+    empty.write_text("class X_Nothing { };\n", encoding="utf-8")
+    load(server, "-n", "root/other", empty)
+    load(server, "-n", INTEROP, REGISTRATION)
+
+
+def mirrored(server, directory):
+    """The options with which cimhost serves what `server` does."""
+    registered = re.findall(r'\bClassName = "(\w+)"', REGISTRATION.read_text(encoding="utf-8"))
+    files = mirror.mirror(server.address, directory, NAMESPACES, OF_SERVER,
+                          {*registered, *FROM_FILES})
+    return [f"{namespace}={file}" for namespace, file in files.items()]
+
+
+def content(mirror_options, wire):
+    given = [*mirror_options, f"{NAMESPACES[0]}={OBJECTS}", f"root/wire={wire}",
+             *(f"{namespace}={SWITCH[1]}" for namespace in NAMESPACES),
+             f"{INTEROP}={REGISTRATION}"]
+    return [part for option in given for part in ("--mof", option)] + ["--namespace", "root/other"]
+
+
+def both_recorded(server, build, directory, wire):
+    """The two stores: OpenPegasus's and ours."""
+    stores = directory / "openpegasus.answers", directory / "embedded.answers"
+    options = content(mirrored(server, directory), wire)
+    with Served(build, options, content=False) as served:
+        with concurrent.futures.ThreadPoolExecutor() as pool:
+            list(pool.map(record.record, (server.address, served.address), stores))
+    return stores
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--home", required=True, type=pathlib.Path)
+    parser.add_argument("--build", required=True, type=pathlib.Path)
+    parser.add_argument("--keep", type=pathlib.Path, help="leave mirror and stores there")
+    parser.add_argument("--document", type=pathlib.Path, help="write the list with its counts")
+    options = parser.parse_args()
+    with tempfile.TemporaryDirectory() as scratch:
+        directory = options.keep or pathlib.Path(scratch)
+        directory.mkdir(parents=True, exist_ok=True)
+        wire = wire_mof(directory)
+        say("starting the server of OpenPegasus")
+        with RealServer(options.home, visible=[SOURCE, directory, options.build]) as server:
+            fill(server, options.build.resolve(), wire)
+            say(f"asking both (OpenPegasus: {server.address})")
+            stores = both_recorded(server, options.build, directory, wire)
+        theirs, ours = map(compare.load, stores)
+    counts, unlisted = compare.compare(theirs, ours)
+    compare.report(theirs, counts, unlisted)
+    if options.document:
+        options.document.write_text(document.text(len(theirs), counts), encoding="utf-8")
+    return 1 if unlisted else 0
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except CannotIsolate as error:
+        sys.exit(f"same_answers: {error}")
