@@ -101,6 +101,7 @@ class Load:
         self._threads = [threading.Thread(target=self._client, args=(n, range(n, count, clients)))
                          for n in range(clients)]
         self._toggle = None
+        self._stopped = False
         self.done = 0
         self.outside = collections.Counter()  # verdicts outside windows
         self.inside = collections.Counter()
@@ -116,11 +117,15 @@ class Load:
         changer = threading.Thread(target=self._change, args=(toggles,))
         for thread in (*self._threads, changer):
             thread.start()
-        while self._works():
-            progress(self.done)
-            time.sleep(0.05)
-        seconds = time.monotonic() - start
-        changer.join()
+        try:
+            while self._works():
+                progress(self.done)
+                time.sleep(0.05)
+            seconds = time.monotonic() - start
+        finally:  # also when interrupted: no thread goes on, and the module is left enabled
+            self._stopped = True
+            for thread in (*self._threads, changer):
+                thread.join()
         progress(self.done)
         return seconds
 
@@ -151,7 +156,7 @@ class Load:
                 with self._lock:
                     self.connections += 1
             failures = 0 if self._ask(asker, order.pop()) else failures + 1
-            if failures == GIVE_UP:
+            if failures == GIVE_UP or self._stopped:
                 break
         asker.close()
 

@@ -75,9 +75,10 @@ class Script:
         return [] if returned is None else list(returned)
 
 
-def keep(disabled=None):
-    """What is kept of ENABLED and of DISABLED with what `disabled` has for it."""
+def keep(disabled=None, enabled=None):
+    """What is kept of ENABLED and DISABLED, each with changes."""
     script = Script()
+    script.answers.update(enabled or {})
     kept = Kept(script, list(ENABLED), SERVED)
     script.answers = {**DISABLED, **(disabled or {})}
     kept.keep_blocked()
@@ -142,11 +143,27 @@ class Judging(unittest.TestCase):
 
     def test_nothing_is_no_answer_where_all_would_be_refused(self):
         self.assertEqual(self.verdicts(LEAF), (WRONG, WRONG))
+        expected = keep(enabled={ALL: answer(ALL, B1, B2, D1, D2)},
+                        disabled={ALL: blocked(ALL)}).expected[ALL]
+        self.assertEqual(expected.judge(answer(ALL), True), WRONG)
+        self.assertEqual(expected.judge(blocked(ALL), True), BLOCKED)
+        self.assertEqual(expected.judge(answer(ALL, D1, D2), True), PARTIAL)
+
+    def test_without_windows_the_order_is_free_between_classes_of_several_legs(self):
+        script = Script()
+        script.answers[TIE] = answer(TIE, F1, D1)
+        kept = Kept(script, list(ENABLED), SERVED)
+        for request, objects, verdict in ((ALL, (D1, D2, O1, O2, B1, B2), REORDERED),
+                                          (ALL, (D2, D1, O1, O2, B1, B2), WRONG),
+                                          (TIE, (D1, F1), WRONG)):
+            text = answer(request, *objects)
+            self.assertEqual(kept.expected[request].judge(text, False), verdict)
 
     def test_other_errors_other_operations_and_no_xml_are_wrong(self):
         for text in (error(GET, 1, "CIM_ERR_FAILED"), error(GET, 7, "CIM_ERR_NOT_SUPPORTED"),
                      answer(GET, B2), answer(ALL, B1), "<CIM>", "<CIM></CIM>"):
             self.assertEqual(self.verdicts(GET, text), (WRONG, WRONG), text)
+        self.assertEqual(self.verdicts(ALL, answer(FAR, D1, D2, B1, B2, O1, O2)), (WRONG, WRONG))
 
 
 class Keeping(unittest.TestCase):

@@ -6,7 +6,8 @@ order, and every answer must be the one that was given alone. Meanwhile the modu
 enabled again, if it is said how; while that goes on, an answer may also be the one that the server
 gives without the module. The server's memory, descriptors and threads are watched.
 
-exit code: 0 if all was well, 1 if not, 2 for wrong arguments or a server that cannot be asked.
+exit code: 0 if all was well, 1 if not, 2 for wrong arguments, a server that cannot be asked, or an
+interruption.
 """
 
 import argparse
@@ -45,7 +46,7 @@ def arguments():
     parser.add_argument("--home", type=pathlib.Path, metavar="PEGASUS_HOME",
                         help="the server's home: the module is disabled and enabled with its "
                         "cimprovider")
-    parser.add_argument("--toggles", type=int, default=6, help="how often, evenly spread")
+    parser.add_argument("--toggles", type=int, default=4, help="how often, evenly spread")
     parser.add_argument("--hold", type=float, default=0.2, metavar="SECONDS",
                         help="how long the module stays disabled")
     chosen = parser.parse_args()
@@ -74,9 +75,11 @@ def keep(asker, chosen, toggle, report):
         raise Unanswered(f"the server has no module {chosen.module} registered")
     kept = Kept(asker, mix(asker, served), served)
     if isinstance(toggle, Toggle):
-        toggle.run("off")
-        kept.keep_blocked()
-        toggle.run("on")
+        try:
+            toggle.run("off")
+            kept.keep_blocked()
+        finally:
+            toggle.run("on")
     else:
         report.say("The module stays enabled: neither --toggle nor --home says how to disable it.")
     kept.check("asked again")
@@ -118,6 +121,8 @@ def main():
     report = Report()
     toggle = toggle_of(chosen)
     try:
+        if chosen.pid:
+            os.kill(chosen.pid, 0)
         kept = keep(Asker(chosen.address), chosen, toggle, report)
         control = None
         if chosen.control:
@@ -126,6 +131,12 @@ def main():
         grown = drive("load", chosen, kept.expected, chosen.requests, toggle, report)
         if chosen.pid:
             report.growth(grown, control)
+    except KeyboardInterrupt:
+        print("load.py: interrupted", file=sys.stderr)
+        return 2
+    except ProcessLookupError:
+        print(f"load.py: no process {chosen.pid}", file=sys.stderr)
+        return 2
     except (Unanswered, OSError) as error:
         print(f"load.py: {chosen.address}: {error}", file=sys.stderr)
         return 2

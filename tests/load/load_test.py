@@ -6,7 +6,9 @@ usage: load_test.py BUILD-DIRECTORY [unittest arguments]
 
 import http.client
 import http.server
+import os
 import pathlib
+import signal
 import subprocess
 import sys
 import threading
@@ -65,9 +67,12 @@ class Hand(http.server.BaseHTTPRequestHandler):
 
     def do_POST(self):
         body = self.rfile.read(int(self.headers["Content-Length"]))
-        self.connection_on.request("POST", self.path, body, dict(self.headers))
-        reply = self.connection_on.getresponse()
-        text = self.server.answer(body, reply.read())
+        try:
+            self.connection_on.request("POST", self.path, body, dict(self.headers))
+            reply = self.connection_on.getresponse()
+            text = self.server.answer(body, reply.read())
+        except (OSError, http.client.HTTPException):
+            text = None
         if text is None:
             self.close_connection = True
             return
@@ -98,9 +103,9 @@ class ShortLoad(unittest.TestCase):
         self.assert_ends(done, 0, "load: 3000 of 3000 requests answered",
                          "load: outside windows 3000 right; within none", "\nall well\n")
 
-    def assert_found(self, lie, *texts):
+    def assert_found(self, lie, *texts, options=()):
         with Proxy(SERVED.address, lie) as proxy:
-            self.assert_ends(load(f"127.0.0.1:{proxy.server_port}"), 1, *texts)
+            self.assert_ends(load(f"127.0.0.1:{proxy.server_port}", *options), 1, *texts)
 
     def test_finds_an_answer_changed(self):
         self.assert_found(lambda text, _: text.replace(b"Orvex1<", b"Orvex7<"),
@@ -112,6 +117,30 @@ class ShortLoad(unittest.TestCase):
     def test_finds_an_answer_that_never_comes(self):
         self.assert_found(lambda *_: None, "RemoteDisconnected", "requests were not answered")
 
+    def test_finds_a_server_that_keeps_more_and_more(self):
+        kept = []
+
+        def hoard(text, _):
+            kept.append((b"x" * 10240, open(os.devnull, "rb") if len(kept) % 20 == 0 else None))
+            return text
+        self.assert_found(hoard, "PROBLEM: the server's memory grew by ",
+                          "PROBLEM: the server's descriptors grew by ",
+                          "load: outside windows 3000 right",
+                          options=("--pid", str(os.getpid())))
+        for _, opened in kept:
+            if opened:
+                opened.close()
+
+    def test_finds_a_server_that_ends(self):
+        with self.assertRaisesRegex(RuntimeError, "ended with -9"), Served(SERVED.build) as mortal:
+            def shoot(text, _):
+                os.kill(mortal.pid, signal.SIGKILL)
+                return text
+            with Proxy(mortal.address, shoot) as proxy:
+                self.assert_ends(
+                    load(f"127.0.0.1:{proxy.server_port}", "--pid", str(mortal.pid)), 1,
+                    "PROBLEM: load: the server's process ended", "requests were not answered")
+
     def test_finds_a_toggle_that_fails_or_does_nothing(self):
         self.assert_ends(load(SERVED.address, "--toggle", "false", "true", "--toggles", "1"), 1,
                          "PROBLEM: false: exit 1", "with the module disabled it is not blocked",
@@ -121,6 +150,7 @@ class ShortLoad(unittest.TestCase):
         self.assert_ends(load("127.0.0.1:1"), 2, "load.py: 127.0.0.1:1: ")
         self.assert_ends(load(SERVED.address, "--module", "Nobody"), 2,
                          "has no module Nobody registered")
+        self.assert_ends(load(SERVED.address, "--pid", "4194305"), 2, "no process 4194305")
         self.assert_ends(load(SERVED.address, "--clients", "0"), 2, "--clients")
 
 

@@ -24,13 +24,17 @@ class Process:
     def __init__(self, pid):
         self._place = pathlib.Path("/proc") / str(pid)
         self.samples = []
+        self.ended = False
 
     def look(self, done):
-        status = dict(line.split(":", 1) for line in
-                      (self._place / "status").read_text().splitlines() if ":" in line)
-        self.samples.append(Sample(done, int(status["VmRSS"].split()[0]),
-                                   len(list((self._place / "fd").iterdir())),
-                                   int(status["Threads"])))
+        try:
+            status = dict(line.split(":", 1) for line in
+                          (self._place / "status").read_text().splitlines() if ":" in line)
+            self.samples.append(Sample(done, int(status["VmRSS"].split()[0]),
+                                       len(list((self._place / "fd").iterdir())),
+                                       int(status["Threads"])))
+        except (FileNotFoundError, ProcessLookupError, KeyError):  # a zombie has no VmRSS
+            self.ended = True
 
     def quarters(self, count):
         """The medians of the second and of the last quarter of `count` requests; None if they went

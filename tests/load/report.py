@@ -4,9 +4,9 @@ import judge
 from process import HELD, Sample
 
 # Growth that is taken for noise: what the allocator keeps for threads that come and go, and for
-# each request no more than the smallest CIM object takes.
-NOISE = 4096  # KiB
-A_REQUEST = 64  # bytes
+# each request less than the smallest block that malloc hands out (24 bytes).
+NOISE = 2048  # KiB
+A_REQUEST = 16  # bytes
 FEW = 8  # descriptors or threads
 MOST_IN_WINDOWS = 0.2  # of all requests; the others are judged strictly
 MOST_TOLD = 10  # of each kind of problem
@@ -67,6 +67,9 @@ class Report:
 
     def process(self, name, process, count):
         """Returns the growth after the warm-up; None if there are too few samples."""
+        if process.ended:
+            self.problem(f"{name}: the server's process ended")
+            return None
         quarters = process.quarters(count)
         for what in HELD:
             values = [getattr(sample, what) for sample in process.samples]
@@ -78,12 +81,12 @@ class Report:
         return quarters and Sample(*(last - warm for warm, last in zip(*quarters)))
 
     def growth(self, grown, control):
-        """Judges the growth in the load. The server's own, as the control shows it, is none of the
-        module's."""
+        """Judges the growth in the load. What the control grew by, beyond noise, is the server's
+        own, and none of the module's."""
         if grown is None:
             self.problem("the load was too short to see whether the server grows")
             return
-        own = max(0, control.memory) * grown.done // max(1, control.done) if control else 0
+        own = max(0, control.memory - NOISE) * grown.done // control.done if control else 0
         bound = NOISE + own + A_REQUEST * grown.done // 1024
         self.say(f"load: {grown.memory:+} KiB in {grown.done} requests after the warm-up; allowed "
                  f"are {bound}, {own} of them as the server's own")
