@@ -41,6 +41,9 @@ def arguments():
     parser.add_argument("--seed", type=int, default=1, help="of the order of the requests")
     parser.add_argument("--pid", type=int, help="the server's process, to watch it")
     parser.add_argument("--module", default="ServerProfileProviderModule")
+    parser.add_argument("--namespace", action="append", metavar="NS",
+                        help="ask there; may be repeated; all that the module is registered for, "
+                        "unless given")
     parser.add_argument("--toggle", nargs=2, metavar=("OFF", "ON"),
                         help="shell commands that disable and enable the module")
     parser.add_argument("--home", type=pathlib.Path, metavar="PEGASUS_HOME",
@@ -73,6 +76,11 @@ def keep(asker, chosen, toggle, report):
     served = registered(asker, chosen.module)
     if not served:
         raise Unanswered(f"the server has no module {chosen.module} registered")
+    for namespace in chosen.namespace or ():
+        if namespace not in served:
+            raise Unanswered(f"{chosen.module} is not registered for {namespace}, but for "
+                             f"{', '.join(served)}")
+    served = {one: served[one] for one in chosen.namespace or served}
     kept = Kept(asker, mix(asker, served), served)
     if isinstance(toggle, Toggle):
         try:

@@ -21,6 +21,7 @@ from served import Served  # noqa: E402
 
 SERVED = None
 ALONE = b' ID="0.'  # in the requests that load.py asks alone
+HALF = ("--namespace", "root/PG_InterOp")  # of what is asked alone, where the load is to fail
 HONEST = 500  # answers of the load, after which the proxy lies
 
 
@@ -105,7 +106,7 @@ class ShortLoad(unittest.TestCase):
 
     def assert_found(self, lie, *texts, options=()):
         with Proxy(SERVED.address, lie) as proxy:
-            self.assert_ends(load(f"127.0.0.1:{proxy.server_port}", *options), 1, *texts)
+            self.assert_ends(load(f"127.0.0.1:{proxy.server_port}", *HALF, *options), 1, *texts)
 
     def test_finds_an_answer_changed(self):
         self.assert_found(lambda text, _: text.replace(b"Orvex1<", b"Orvex7<"),
@@ -138,18 +139,20 @@ class ShortLoad(unittest.TestCase):
                 return text
             with Proxy(mortal.address, shoot) as proxy:
                 self.assert_ends(
-                    load(f"127.0.0.1:{proxy.server_port}", "--pid", str(mortal.pid)), 1,
+                    load(f"127.0.0.1:{proxy.server_port}", *HALF, "--pid", str(mortal.pid)), 1,
                     "PROBLEM: load: the server's process ended", "requests were not answered")
 
     def test_finds_a_toggle_that_fails_or_does_nothing(self):
-        self.assert_ends(load(SERVED.address, "--toggle", "false", "true", "--toggles", "1"), 1,
-                         "PROBLEM: false: exit 1", "with the module disabled it is not blocked",
+        done = load(SERVED.address, *HALF, "--toggle", "false", "true", "--toggles", "1")
+        self.assert_ends(done, 1, "PROBLEM: false: exit 1", "with the module disabled it is not blocked",
                          "no request was blocked in window 1")
 
     def test_says_what_it_cannot_do(self):
         self.assert_ends(load("127.0.0.1:1"), 2, "load.py: 127.0.0.1:1: ")
         self.assert_ends(load(SERVED.address, "--module", "Nobody"), 2,
                          "has no module Nobody registered")
+        self.assert_ends(load(SERVED.address, "--namespace", "root/none"), 2,
+                         "is not registered for root/none, but for root/cimv2, root/PG_InterOp")
         self.assert_ends(load(SERVED.address, "--pid", "4194305"), 2, "no process 4194305")
         self.assert_ends(load(SERVED.address, "--clients", "0"), 2, "--clients")
 
