@@ -9,7 +9,8 @@
 # it was built.
 #
 # Sets OpenPegasus_FOUND and OpenPegasus_VERSION ("unknown" when the installation does not say), and
-# defines the target OpenPegasus::provider.
+# defines the target OpenPegasus::provider. Sets OpenPegasus_SERVER_HOME to the PEGASUS_HOME that has a
+# server with its tools and a repository, so that tests can start one of their own; empty if none has.
 include(FindPackageHandleStandardArgs)
 
 set(_roots ${PEGASUS_ROOT} $ENV{PEGASUS_ROOT})
@@ -32,6 +33,15 @@ if(EXISTS ${OpenPegasus_INCLUDE_DIR}/Pegasus/Common/PegasusVersion.h)
     set(OpenPegasus_VERSION ${CMAKE_MATCH_1})
   endif()
 endif()
+
+set(OpenPegasus_SERVER_HOME "")
+foreach(_home ${PEGASUS_HOME} $ENV{PEGASUS_HOME})
+  if(NOT OpenPegasus_SERVER_HOME AND EXISTS ${_home}/bin/cimserver AND EXISTS ${_home}/bin/cimmof
+     AND EXISTS ${_home}/bin/cimprovider AND EXISTS ${_home}/bin/cimcli
+     AND EXISTS ${_home}/repository)
+    set(OpenPegasus_SERVER_HOME ${_home})
+  endif()
+endforeach()
 
 # The headers want to be told where they are compiled for.
 set(_platforms
