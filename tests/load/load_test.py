@@ -144,7 +144,8 @@ class ShortLoad(unittest.TestCase):
 
     def test_finds_a_toggle_that_fails_or_does_nothing(self):
         done = load(SERVED.address, *HALF, "--toggle", "false", "true", "--toggles", "1")
-        self.assert_ends(done, 1, "PROBLEM: false: exit 1", "with the module disabled it is not blocked",
+        self.assert_ends(done, 1, "PROBLEM: false: exit 1",
+                         "with the module disabled it is not blocked",
                          "no request was blocked in window 1")
 
     def test_says_what_it_cannot_do(self):
