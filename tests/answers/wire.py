@@ -1,9 +1,14 @@
 """Sends CIM-XML requests (DSP0200, DSP0201) over one connection and gives back what came, whole."""
 
 import http.client
+import pathlib
+import sys
 import xml.etree.ElementTree as ElementTree
 from typing import NamedTuple
 from xml.sax.saxutils import quoteattr
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "clients"))
+import request  # noqa: E402
 
 PATIENCE = 120  # seconds for an answer; a server under a sanitizer is slow
 
@@ -16,14 +21,7 @@ class Request(NamedTuple):
     parameters: tuple = ()
 
     def document(self):
-        parts = "".join(f"<NAMESPACE NAME={quoteattr(p)}/>" for p in self.namespace.split("/"))
-        values = "".join(f"<IPARAMVALUE NAME={quoteattr(name)}>{value}</IPARAMVALUE>"
-                         for name, value in self.parameters)
-        return ('<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">'
-                '<MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ>'
-                f"<IMETHODCALL NAME={quoteattr(self.method)}>"
-                f"<LOCALNAMESPACEPATH>{parts}</LOCALNAMESPACEPATH>{values}"
-                "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>")
+        return request.document(self.namespace, *request.call(self.method, *self.parameters))
 
 
 class CimError(Exception):
@@ -35,8 +33,7 @@ class CimError(Exception):
         self.description = description
 
 
-def class_name(name):
-    return f"<CLASSNAME NAME={quoteattr(name)}/>"
+class_name = request.of_class
 
 
 def boolean(value):
@@ -64,12 +61,12 @@ class Connection:
     def close(self):
         self._connection.close()
 
-    def send(self, request):
+    def send(self, asked):
         """The status and the text of the reply."""
         headers = {"Content-Type": 'application/xml; charset="utf-8"',
-                   "CIMOperation": "MethodCall", "CIMMethod": request.method,
-                   "CIMObject": request.namespace}
-        self._connection.request("POST", "/cimom", request.document().encode(), headers)
+                   "CIMOperation": "MethodCall", "CIMMethod": asked.method,
+                   "CIMObject": asked.namespace}
+        self._connection.request("POST", "/cimom", asked.document().encode(), headers)
         reply = self._connection.getresponse()
         if reply.getheader("content-length") is None:  # an error of HTTP: its end is not told
             self._connection.close()

@@ -12,6 +12,7 @@ import sys
 import threading
 import unittest
 
+from request import ask, call, name, of_class
 from served import NAMESPACES, Served
 
 SERVED = None
@@ -19,33 +20,21 @@ CLIENTS = 12
 ROUNDS = 6
 
 
-def name(class_name, **keys):
-    bindings = "".join(
-        f'<KEYBINDING NAME="{key}"><KEYVALUE VALUETYPE="string">{value}</KEYVALUE></KEYBINDING>'
-        for key, value in keys.items())
-    return f'<INSTANCENAME CLASSNAME="{class_name}">{bindings}</INSTANCENAME>'
-
-
-def call(method, *parameters):
-    return method, "".join(f'<IPARAMVALUE NAME="{key}">{value}</IPARAMVALUE>'
-                           for key, value in parameters)
-
-
-def of_class(method, class_name):
-    return call(method, ("ClassName", f'<CLASSNAME NAME="{class_name}"/>'))
+def classwise(method, class_name):
+    return call(method, ("ClassName", of_class(class_name)))
 
 
 PROFILE = name("CIM_RegisteredProfile", InstanceID="Orvex1")
 MANAGER = name("CIM_ObjectManager", Name="whatever")
 REQUESTS = [
-    of_class("EnumerateInstances", "CIM_RegisteredProfile"),
-    of_class("EnumerateInstanceNames", "CIM_ElementConformsToProfile"),
-    of_class("EnumerateInstances", "CIM_NamespaceInManager"),
-    of_class("EnumerateInstances", "ORVEX_ObjectManagerHost"),
-    of_class("EnumerateInstances", "ORVEX_Vsan"),
-    of_class("GetClass", "CIM_RegisteredProfile"),
-    of_class("EnumerateInstances", "CIM_ObjectManager"),
-    of_class("EnumerateInstances", "CIM_NoSuch"),
+    classwise("EnumerateInstances", "CIM_RegisteredProfile"),
+    classwise("EnumerateInstanceNames", "CIM_ElementConformsToProfile"),
+    classwise("EnumerateInstances", "CIM_NamespaceInManager"),
+    classwise("EnumerateInstances", "ORVEX_ObjectManagerHost"),
+    classwise("EnumerateInstances", "ORVEX_Vsan"),
+    classwise("GetClass", "CIM_RegisteredProfile"),
+    classwise("EnumerateInstances", "CIM_ObjectManager"),
+    classwise("EnumerateInstances", "CIM_NoSuch"),
     call("GetInstance", ("InstanceName", name("ORVEX_SoftwareIdentity", InstanceID="OrvexSI1"))),
     call("GetInstance", ("InstanceName", name("CIM_RegisteredProfile", InstanceID="none"))),
     call("Associators", ("ObjectName", PROFILE)),
@@ -54,23 +43,6 @@ REQUESTS = [
     call("ReferenceNames", ("ObjectName", PROFILE)),
     call("DeleteInstance", ("InstanceName", PROFILE)),
 ]
-
-
-def document(namespace, method, parameters):
-    place = "".join(f'<NAMESPACE NAME="{part}"/>' for part in namespace.split("/"))
-    return (f'<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">'
-            f'<MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ><IMETHODCALL NAME="{method}">'
-            f'<LOCALNAMESPACEPATH>{place}</LOCALNAMESPACEPATH>{parameters}'
-            f'</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>')
-
-
-def ask(connection, namespace, request):
-    method, parameters = request
-    connection.request("POST", "/cimom", document(namespace, method, parameters), {
-        "Content-Type": "application/xml; charset=utf-8", "CIMOperation": "MethodCall",
-        "CIMMethod": method, "CIMObject": namespace})
-    reply = connection.getresponse()
-    return reply.status, reply.read().decode()
 
 
 class ConcurrentClients(unittest.TestCase):

@@ -16,7 +16,7 @@ class Served:
     """Starts cimhost from the build directory `build` on a free port; a context manager. The MOF
     comes from the folders schema and samples of `source`, or without `content` from `options`.
 
-    `address` is "127.0.0.1:PORT". At the end the server is asked to stop, and anything but exit
+    `address` is "127.0.0.1:PORT", `pid` the process. At the end the server is asked to stop, and anything but exit
     code 0 is an error, which is how a sanitizer's report fails a test.
     """
 
@@ -43,6 +43,7 @@ class Served:
             [self.build / "bin" / "cimhost", "--port", "0", "--port-file", port_file,
              "--keep-libraries", *self.options, *arguments],
             stdin=subprocess.DEVNULL, stdout=self._trace_file, stderr=self._log_file)
+        self.pid = self._process.pid
         end = time.monotonic() + PATIENCE
         while not (port_file.exists() and port_file.read_text().strip()):
             if self._process.poll() is not None or time.monotonic() > end:

@@ -1,0 +1,156 @@
+#!/usr/bin/env python3
+"""Puts a CIM server with the module under long parallel use and judges every answer.
+
+Each of some thousand different requests is first asked alone; then many clients ask them in random
+order, and every answer must be the one that was given alone. Meanwhile the module is disabled and
+enabled again, if it is said how; while that goes on, an answer may also be the one that the server
+gives without the module. The server's memory, descriptors and threads are watched.
+
+exit code: 0 if all was well, 1 if not, 2 for wrong arguments, a server that cannot be asked, or an
+interruption.
+"""
+
+import argparse
+import os
+import pathlib
+import shlex
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "clients"))
+
+from clients import Asker, Load, Never, Toggle, Unanswered  # noqa: E402
+from judge import Kept  # noqa: E402
+from mix import mix, registered  # noqa: E402
+from process import Process  # noqa: E402
+from report import Report  # noqa: E402
+
+TELL = 10  # seconds between lines of progress
+SETTLE = 1  # seconds for a server to close what its clients closed
+
+
+def arguments():
+    parser = argparse.ArgumentParser(
+        description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("address", metavar="HOST:PORT")
+    parser.add_argument("--clients", type=int, default=32)
+    parser.add_argument("--requests", type=int, default=100000, help="of all clients together")
+    parser.add_argument("--control", type=int, default=0, metavar="N",
+                        help="before, N requests that never reach the module: how much the server "
+                        "grows by itself")
+    parser.add_argument("--seed", type=int, default=1, help="of the order of the requests")
+    parser.add_argument("--pid", type=int, help="the server's process, to watch it")
+    parser.add_argument("--module", default="ServerProfileProviderModule")
+    parser.add_argument("--namespace", action="append", metavar="NS",
+                        help="ask there; may be repeated; all that the module is registered for, "
+                        "unless given")
+    parser.add_argument("--toggle", nargs=2, metavar=("OFF", "ON"),
+                        help="shell commands that disable and enable the module")
+    parser.add_argument("--home", type=pathlib.Path, metavar="PEGASUS_HOME",
+                        help="the server's home: the module is disabled and enabled with its "
+                        "cimprovider")
+    parser.add_argument("--toggles", type=int, default=4, help="how often, evenly spread")
+    parser.add_argument("--hold", type=float, default=0.2, metavar="SECONDS",
+                        help="how long the module stays disabled")
+    chosen = parser.parse_args()
+    if chosen.toggle and chosen.home:
+        parser.error("--toggle and --home both say how to disable the module: give one")
+    if min(chosen.clients, chosen.requests) < 1 or min(chosen.control, chosen.toggles) < 0:
+        parser.error("--clients and --requests are at least 1, --control and --toggles at least 0")
+    return chosen
+
+
+def toggle_of(chosen):
+    if chosen.toggle:
+        return Toggle(*chosen.toggle, chosen.hold)
+    if chosen.home:
+        home = shlex.quote(str(chosen.home.resolve()))
+        command = (f"PEGASUS_HOME={home} LD_LIBRARY_PATH={home}/lib "
+                   f"{home}/bin/cimprovider {{}} -m {shlex.quote(chosen.module)}")
+        return Toggle(command.format("-d"), command.format("-e"), chosen.hold)
+    return Never()
+
+
+def keep(asker, chosen, toggle, report):
+    """Asks all requests alone."""
+    served = registered(asker, chosen.module)
+    if not served:
+        raise Unanswered(f"the server has no module {chosen.module} registered")
+    for namespace in chosen.namespace or ():
+        if namespace not in served:
+            raise Unanswered(f"{chosen.module} is not registered for {namespace}, but for "
+                             f"{', '.join(served)}")
+    served = {one: served[one] for one in chosen.namespace or served}
+    kept = Kept(asker, mix(asker, served), served)
+    if isinstance(toggle, Toggle):
+        try:
+            toggle.run("off")
+            kept.keep_blocked()
+        finally:
+            toggle.run("on")
+    else:
+        report.say("The module stays enabled: neither --toggle nor --home says how to disable it.")
+    kept.check("asked again")
+    reach = sum(map(kept.reaches_module, kept.expected))
+    report.say(f"{len(kept.expected)} different requests asked alone, {reach} of them reach the "
+               f"module")
+    report.list(kept.problems)
+    return kept
+
+
+def drive(name, chosen, expected, count, toggle, report):
+    """Runs one load; returns the growth of the server in it, if it is watched."""
+    process = Process(chosen.pid) if chosen.pid else None
+    told = time.monotonic()
+
+    def progress(done):
+        nonlocal told
+        if process:
+            process.look(done)
+        if time.monotonic() - told > TELL:
+            told = time.monotonic()
+            print(f"{name}: {done} of {count}", file=sys.stderr, flush=True)
+
+    progress(0)
+    toggles = chosen.toggles if isinstance(toggle, Toggle) else 0
+    load = Load(chosen.address, expected, chosen.clients, count, chosen.seed)
+    seconds = load.run(toggle, toggles, progress)
+    report.answers(name, load, count, seconds)
+    report.windows(name, load, toggle, toggles)
+    if not process:
+        return None
+    time.sleep(SETTLE)
+    process.look(count)
+    return report.process(name, process, count)
+
+
+def main():
+    chosen = arguments()
+    report = Report()
+    toggle = toggle_of(chosen)
+    try:
+        if chosen.pid:
+            os.kill(chosen.pid, 0)
+        kept = keep(Asker(chosen.address), chosen, toggle, report)
+        control = None
+        if chosen.control:
+            alone = {r: e for r, e in kept.expected.items() if not kept.reaches_module(r)}
+            control = drive("control", chosen, alone, chosen.control, Never(), report)
+        grown = drive("load", chosen, kept.expected, chosen.requests, toggle, report)
+        if chosen.pid:
+            report.growth(grown, control)
+    except KeyboardInterrupt:
+        print("load.py: interrupted", file=sys.stderr)
+        return 2
+    except ProcessLookupError:
+        print(f"load.py: no process {chosen.pid}", file=sys.stderr)
+        return 2
+    except (Unanswered, OSError) as error:
+        print(f"load.py: {chosen.address}: {error}", file=sys.stderr)
+        return 2
+    report.say("all well" if not report.problems else f"{report.problems} problems")
+    return 1 if report.problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,165 @@
+#!/usr/bin/env python3
+"""The load in its short form, against a server that is right and through a proxy that is not.
+
+usage: load_test.py BUILD-DIRECTORY [unittest arguments]
+"""
+
+import http.client
+import http.server
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import threading
+import unittest
+
+PLACE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(PLACE.parent / "clients"))
+
+from served import Served  # noqa: E402
+
+SERVED = None
+ALONE = b' ID="0.'  # in the requests that load.py asks alone
+HALF = ("--namespace", "root/PG_InterOp")  # of what is asked alone, where the load is to fail
+HONEST = 500  # answers of the load, after which the proxy lies
+
+
+class Proxy(http.server.ThreadingHTTPServer):
+    """Hands on requests to the server at `address`, and the answers as `lie` makes them of
+    (text, the answer before it) after HONEST; None closes the connection. A context manager."""
+
+    daemon_threads = True
+
+    def __init__(self, address, lie):
+        super().__init__(("127.0.0.1", 0), Hand)
+        self.target = address
+        self.lie = lie
+        self.lock = threading.Lock()
+        self.count = 0
+        self.before = b""
+
+    def answer(self, request, text):
+        with self.lock:
+            self.count += ALONE not in request
+            before, self.before = self.before, text
+            return text if self.count <= HONEST else self.lie(text, before)
+
+    def __enter__(self):
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+        return self
+
+    def __exit__(self, *_):
+        self.shutdown()
+        self.server_close()
+
+
+class Hand(http.server.BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+    disable_nagle_algorithm = True
+
+    def setup(self):
+        super().setup()
+        self.connection_on = http.client.HTTPConnection(self.server.target, timeout=120)
+
+    def finish(self):
+        self.connection_on.close()
+        super().finish()
+
+    def do_POST(self):
+        body = self.rfile.read(int(self.headers["Content-Length"]))
+        try:
+            self.connection_on.request("POST", self.path, body, dict(self.headers))
+            reply = self.connection_on.getresponse()
+            text = self.server.answer(body, reply.read())
+        except (OSError, http.client.HTTPException):
+            text = None
+        if text is None:
+            self.close_connection = True
+            return
+        self.send_response(reply.status)
+        self.send_header("Content-Type", reply.headers["Content-Type"])
+        self.send_header("Content-Length", str(len(text)))
+        self.end_headers()
+        self.wfile.write(text)
+
+    def log_message(self, *_):
+        pass
+
+
+def load(address, *options):
+    return subprocess.run(
+        [sys.executable, "-B", PLACE / "load.py", address, "--requests", "3000", *options],
+        stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+
+
+class ShortLoad(unittest.TestCase):
+    def assert_ends(self, done, code, *texts):
+        self.assertEqual(done.returncode, code, done.stdout + done.stderr)
+        for text in texts:
+            self.assertIn(text, done.stdout + done.stderr)
+
+    def test_finds_all_well(self):
+        done = load(SERVED.address)
+        self.assert_ends(done, 0, "load: 3000 of 3000 requests answered",
+                         "load: outside windows 3000 right; within none", "\nall well\n")
+
+    def assert_found(self, lie, *texts, options=()):
+        with Proxy(SERVED.address, lie) as proxy:
+            self.assert_ends(load(f"127.0.0.1:{proxy.server_port}", *HALF, *options), 1, *texts)
+
+    def test_finds_an_answer_changed(self):
+        self.assert_found(lambda text, _: text.replace(b"Orvex1<", b"Orvex7<"),
+                          " wrong answers; the first:", ">Orvex7<")
+
+    def test_finds_an_answer_given_to_another(self):
+        self.assert_found(lambda _, before: before, "not an answer to message")
+
+    def test_finds_an_answer_that_never_comes(self):
+        self.assert_found(lambda *_: None, "RemoteDisconnected", "requests were not answered")
+
+    def test_finds_a_server_that_keeps_more_and_more(self):
+        kept = []
+
+        def hoard(text, _):
+            kept.append((b"x" * 10240, open(os.devnull, "rb") if len(kept) % 20 == 0 else None))
+            return text
+        self.assert_found(hoard, "PROBLEM: the server's memory grew by ",
+                          "PROBLEM: the server's descriptors grew by ",
+                          "load: outside windows 3000 right",
+                          options=("--pid", str(os.getpid())))
+        for _, opened in kept:
+            if opened:
+                opened.close()
+
+    def test_finds_a_server_that_ends(self):
+        with self.assertRaisesRegex(RuntimeError, "ended with -9"), Served(SERVED.build) as mortal:
+            def shoot(text, _):
+                os.kill(mortal.pid, signal.SIGKILL)
+                return text
+            with Proxy(mortal.address, shoot) as proxy:
+                self.assert_ends(
+                    load(f"127.0.0.1:{proxy.server_port}", *HALF, "--pid", str(mortal.pid)), 1,
+                    "PROBLEM: load: the server's process ended", "requests were not answered")
+
+    def test_finds_a_toggle_that_fails_or_does_nothing(self):
+        done = load(SERVED.address, *HALF, "--toggle", "false", "true", "--toggles", "1")
+        self.assert_ends(done, 1, "PROBLEM: false: exit 1",
+                         "with the module disabled it is not blocked",
+                         "no request was blocked in window 1")
+
+    def test_says_what_it_cannot_do(self):
+        self.assert_ends(load("127.0.0.1:1"), 2, "load.py: 127.0.0.1:1: ")
+        self.assert_ends(load(SERVED.address, "--module", "Nobody"), 2,
+                         "has no module Nobody registered")
+        self.assert_ends(load(SERVED.address, "--namespace", "root/none"), 2,
+                         "is not registered for root/none, but for root/cimv2, root/PG_InterOp")
+        self.assert_ends(load(SERVED.address, "--pid", "4194305"), 2, "no process 4194305")
+        self.assert_ends(load(SERVED.address, "--clients", "0"), 2, "--clients")
+
+
+if __name__ == "__main__":
+    build = sys.argv.pop(1)
+    with Served(build) as SERVED:
+        program = unittest.main(exit=False)
+    sys.exit(not program.result.wasSuccessful())
