@@ -118,7 +118,7 @@ def main():
         theirs, ours = map(compare.load, stores)
     counts, unlisted = compare.compare(theirs, ours)
     compare.report(theirs, counts, unlisted)
-    if options.document:
+    if options.document and not unlisted:
         options.document.write_text(document.text(len(theirs), counts), encoding="utf-8")
     return 1 if unlisted else 0
 

@@ -1,0 +1,160 @@
+#!/usr/bin/env python3
+"""What the comparison of two servers' answers finds, and what it lets pass."""
+
+import collections
+import pathlib
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+import canonical
+import compare
+import document
+import listed
+import mof
+
+DOCUMENT = pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "same-answers.md"
+
+
+def answer(key, concurrent=False, **said):
+    return {key: {"id": key, "concurrent": concurrent, **said}}
+
+
+def found(theirs, ours):
+    """(names of the listed differences, ids of the others)."""
+    counts, unlisted = compare.compare(theirs, ours)
+    return sorted(counts), [key for key, _ in unlisted]
+
+
+def name(cls, key):
+    return f'INSTANCENAME CLASSNAME="{cls}"\n  KEYBINDING NAME="N"\n    KEYVALUE "{key}"'
+
+
+class Order(unittest.TestCase):
+    def test_counts_where_one_provider_answers(self):
+        a, b = name("A", "1"), name("A", "2")
+        asked = "ns AssociatorNames X AssocClass=Leaf"
+        self.assertEqual(([], [asked]), found(answer(asked, objects=[a, b]),
+                                              answer(asked, objects=[b, a])))
+
+    def test_is_open_where_several_providers_answer(self):
+        a, b = name("A", "1"), name("B", "2")
+        asked = "ns AssociatorNames X"
+        self.assertEqual(([], []), found(answer(asked, True, objects=[a, b]),
+                                         answer(asked, True, objects=[b, a])))
+
+    def test_counts_within_a_class_of_an_enumeration(self):
+        a, b, c = name("A", "1"), name("A", "2"), name("B", "3")
+        asked = "ns EnumerateInstanceNames A"
+        self.assertEqual(([], []), found(answer(asked, True, objects=[a, b, c]),
+                                         answer(asked, True, objects=[c, a, b])))
+        self.assertEqual(([], [asked]), found(answer(asked, True, objects=[a, b, c]),
+                                              answer(asked, True, objects=[b, a, c])))
+
+    def test_an_object_told_twice_is_not_told_once(self):
+        a = name("A", "1")
+        asked = "ns AssociatorNames X"
+        self.assertEqual(([], [asked]), found(answer(asked, True, objects=[a, a]),
+                                              answer(asked, True, objects=[a])))
+
+
+class Differences(unittest.TestCase):
+    def test_are_found_in_whatever_an_answer_says(self):
+        same = {"objects": []}
+        for other in ({"objects": [name("A", "1")]}, {"error": ["6", "CIM_ERR_NOT_FOUND"]},
+                      {"status": 400}, {"wire": ["HTTP/1.1 200 OK"]}):
+            self.assertEqual(([], ["ns Q"]), found(answer("ns Q", **same), answer("ns Q", **other)))
+        self.assertEqual(([], ["ns Q"]),
+                         found(answer("ns Q", error=["1", "CIM_ERR_FAILED: a"]),
+                               answer("ns Q", error=["1", "CIM_ERR_FAILED: b"])))
+
+    def test_a_question_asked_of_one_server_only_is_one(self):
+        self.assertEqual(([], ["ns Q"]), found(answer("ns Q", objects=[]), {}))
+
+
+class Listed(unittest.TestCase):
+    def test_nothing_delivered_stands_for_not_found_alone(self):
+        asked = "ns GetInstance X"
+        nothing = answer(asked, objects=[])
+        self.assertEqual((["GetInstance that delivers nothing"], []),
+                         found(nothing, answer(asked, error=["6", "CIM_ERR_NOT_FOUND: X"])))
+        self.assertEqual(([], [asked]),
+                         found(nothing, answer(asked, error=["1", "CIM_ERR_FAILED"])))
+        self.assertEqual(([], ["ns Associators X"]),
+                         found(answer("ns Associators X", objects=[]),
+                               answer("ns Associators X", error=["6", "CIM_ERR_NOT_FOUND: X"])))
+
+    def test_classes_are_left_out_only_for_a_source_without_keys(self):
+        classes = [name("A", "1"), 'OBJECTPATH\n  INSTANCEPATH\n    INSTANCENAME CLASSNAME="C"']
+        for words, expected in (("X without keys", (["a source without keys"], [])),
+                                ("X", ([], ["ns AssociatorNames X"]))):
+            asked = f"ns AssociatorNames {words}"
+            self.assertEqual(expected, found(answer(asked, objects=classes),
+                                             answer(asked, objects=classes[:1])))
+
+    def test_decoration_is_no_value(self):
+        def own(value, marked):
+            mark = ' PROPAGATED="true"' if marked else ""
+            return (f'VALUE.NAMEDINSTANCE\n  INSTANCE CLASSNAME="PG_X"\n    PROPERTY NAME="P"{mark}\n'
+                    f'      VALUE "{value}"')
+        asked = "ns EnumerateInstances PG_X"
+        self.assertEqual((["decoration of the server's own objects"], []),
+                         found(answer(asked, objects=[own("1", True)]),
+                               answer(asked, objects=[own("1", False)])))
+        self.assertEqual(([], [asked]), found(answer(asked, objects=[own("1", True)]),
+                                              answer(asked, objects=[own("2", False)])))
+
+    def test_decoration_of_others_counts(self):
+        asked = "ns GetInstance CIM_X"
+        marked = 'INSTANCE CLASSNAME="CIM_X"\n  PROPERTY NAME="P" PROPAGATED="true"\n    VALUE "1"'
+        plain = marked.replace(' PROPAGATED="true"', "")
+        self.assertEqual(([], [asked]), found(answer(asked, objects=[marked]),
+                                              answer(asked, objects=[plain])))
+
+    def test_an_error_may_lack_words_but_not_say_others(self):
+        asked = "ns ExecQuery"
+        ours = answer(asked, error=["7", "CIM_ERR_NOT_SUPPORTED: not here"])
+        self.assertEqual((["an error without words"], []),
+                         found(answer(asked, error=["7", "CIM_ERR_NOT_SUPPORTED"]), ours))
+        self.assertEqual(([], [asked]),
+                         found(answer(asked, error=["7", "CIM_ERR_NOT_SUPPORTED: there"]), ours))
+
+    def test_is_what_the_document_lists(self):
+        written = DOCUMENT.read_text(encoding="utf-8")
+        expected = document.text(0, collections.Counter())
+        self.assertEqual(document.rows(expected), document.rows(written))
+        self.assertEqual(len(listed.RULES), len(document.rows(written)))
+
+
+class Canonical(unittest.TestCase):
+    def test_keeps_what_an_element_says_and_drops_how_it_is_written(self):
+        one = '<A Z="1" B="2">\n  <C> x </C><D/></A>'
+        other = '<A B="2" Z="1"><C> x </C>\n<D></D></A>'
+        self.assertEqual('A B="2" Z="1"\n  C " x "\n  D',
+                         canonical.text(ElementTree.fromstring(one)))
+        self.assertEqual(canonical.text(ElementTree.fromstring(one)),
+                         canonical.text(ElementTree.fromstring(other)))
+
+
+class Mof(unittest.TestCase):
+    def test_a_class_is_written_with_all_that_is_local_to_it(self):
+        text = ('<CLASS NAME="C" SUPERCLASS="S"><QUALIFIER NAME="Version" TYPE="string">'
+                '<VALUE>1.0</VALUE></QUALIFIER><QUALIFIER NAME="Association" TYPE="boolean">'
+                '<VALUE>TRUE</VALUE></QUALIFIER><PROPERTY.ARRAY NAME="A" TYPE="uint16" ARRAYSIZE="2">'
+                '<VALUE.ARRAY><VALUE>1</VALUE><VALUE>2</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>'
+                '<PROPERTY.REFERENCE NAME="R" REFERENCECLASS="D"><QUALIFIER NAME="Key" TYPE="boolean">'
+                '<VALUE>TRUE</VALUE></QUALIFIER></PROPERTY.REFERENCE>'
+                '<METHOD NAME="M" TYPE="uint32"><PARAMETER NAME="P" TYPE="string"/></METHOD></CLASS>')
+        self.assertEqual('[Association,\n Version("1.0")]\nclass C : S {\n    uint16 A[2] = {1, 2};\n'
+                         '    [Key]\n    D REF R;\n    uint32 M(\n        string P);\n};\n',
+                         mof.class_declaration(ElementTree.fromstring(text)))
+
+    def test_an_instance_says_null_where_a_default_would_creep_in(self):
+        text = ('<INSTANCE CLASSNAME="C"><PROPERTY NAME="S" TYPE="string"><VALUE>a "b"\n\\</VALUE>'
+                '</PROPERTY><PROPERTY NAME="N" TYPE="uint8"/></INSTANCE>')
+        self.assertEqual('instance of C {\n    S = "a \\"b\\"\\n\\\\";\n    N = null;\n'
+                         '    Other = null;\n};\n',
+                         mof.instance(ElementTree.fromstring(text), ("s", "Other")))
+
+
+if __name__ == "__main__":
+    unittest.main()
