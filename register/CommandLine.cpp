@@ -1,0 +1,138 @@
+#include "register/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <system_error>
+
+namespace registering {
+namespace {
+
+constexpr const char* description =
+    "Puts the Server profile provider into an installed OpenPegasus CIM server, takes it out\n"
+    "again, or says what is wrong with it there. The server has to be running.";
+
+constexpr const char* footer =
+    "The server's classes are read from root/cimv2 whatever namespaces are served, so its\n"
+    "classes are loaded there, too.\n"
+    "\n"
+    "Exit codes:\n"
+    "  0  done as asked, or there was nothing to do; status: all is well\n"
+    "  1  a check found something wrong; nothing was changed\n"
+    "  2  wrong command line\n"
+    "  3  a step failed or was interrupted, and all is as it was before\n"
+    "  4  a step failed, and not everything could be put back: the output says what is left\n"
+    "\n"
+    "Examples:\n"
+    "  serverprofile-register install --dry-run\n"
+    "  serverprofile-register install --namespace root/cimv2 --namespace root/switch\n"
+    "  serverprofile-register status";
+
+// A namespace is CIM names with slashes between them. It is written into MOF and handed to the
+// server's tools, where an odd one could mean something else.
+std::string checkNameSpace(const std::string& text) {
+    const auto letter = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    };
+    bool start = true;
+    for (const char c : text) {
+        const bool fits = letter(c) || (!start && ((c >= '0' && c <= '9') || c == '/'));
+        if (!fits)
+            return "not a namespace: '" + text + "'";
+        start = c == '/';
+    }
+    return start ? "not a namespace: '" + text + "'" : "";
+}
+
+// Installed, the MOF files lie beside the tool; moved or run from elsewhere, where they were meant
+// to be installed.
+std::filesystem::path defaultMofDirectory() {
+    std::error_code ignored;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    const auto beside = self.parent_path().parent_path() / "share/serverprofile-provider/mof";
+    return std::filesystem::is_directory(beside, ignored) ? beside
+                                                          : std::filesystem::path(REGISTER_MOF_DIR);
+}
+
+struct Raw {
+    std::string mof;
+    std::string library;
+    std::string tools;
+    unsigned timeout = 60;
+};
+
+void declare(CLI::App& app, Settings& settings, Raw& raw) {
+    const CLI::Validator nameSpace(checkNameSpace, "");
+    app.add_option("--namespace", settings.nameSpaces,
+                   "A namespace to serve in besides the interop namespace (repeatable)")
+        ->type_name("NS")
+        ->expected(1)
+        ->take_all()
+        ->check(nameSpace)
+        ->capture_default_str();
+    app.add_option("--interop", settings.interop, "The server's interop namespace")
+        ->type_name("NS")
+        ->check(nameSpace)
+        ->capture_default_str();
+    app.add_option("--mof", raw.mof, "Where the module's two MOF files are")
+        ->type_name("DIR")
+        ->default_str(settings.mofDirectory.string());
+    app.add_option(
+           "--library", raw.library,
+           "The module's library (default: looked for in the server's provider directories)")
+        ->type_name("FILE");
+    app.add_option("--tools", raw.tools,
+                   "Where cimmof, cimprovider and cimcli are (default: PEGASUS_HOME/bin, PATH, "
+                   "/usr/sbin)")
+        ->type_name("DIR");
+    app.add_option("--timeout", raw.timeout, "How long one of the server's tools may take")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1U, 3600U))
+        ->capture_default_str();
+    app.add_flag("--dry-run", settings.dryRun, "Check, say what would be done, and change nothing");
+    app.add_flag("--verbose", settings.verbose, "Show each command that is run, and what it says");
+}
+
+void declareCommands(CLI::App& app, Settings& settings) {
+    const auto command = [&](const char* name, Command value, const char* text) {
+        CLI::App* sub = app.add_subcommand(name, text);
+        sub->set_help_flag();
+        sub->callback([&settings, value] { settings.command = value; });
+    };
+    command("install", Command::Install,
+            "Check, load the classes, register the module, try it; undo all if a step fails");
+    command("remove", Command::Remove, "Unregister the module and delete its classes");
+    command("status", Command::Status, "One line for each thing that has to be right");
+    app.require_subcommand(1);
+    app.fallthrough(); // options may stand on both sides of the command
+}
+
+} // namespace
+
+CommandLine readCommandLine(int argc, const char* const* argv) {
+    CLI::App app(description, "serverprofile-register");
+    app.footer(footer);
+    app.set_version_flag("--version", "serverprofile-register " REGISTER_VERSION);
+    Settings settings;
+    settings.mofDirectory = defaultMofDirectory();
+    Raw raw;
+    declare(app, settings, raw);
+    declareCommands(app, settings);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& done) {
+        app.exit(done);
+        return {};
+    } catch (const CLI::Error& error) {
+        app.exit(error);
+        return {std::nullopt, ExitCode::Usage};
+    }
+    if (!raw.mof.empty())
+        settings.mofDirectory = raw.mof;
+    settings.library = raw.library;
+    settings.tools = raw.tools;
+    settings.timeout = std::chrono::seconds(raw.timeout);
+    return {std::move(settings), ExitCode::Ok};
+}
+
+} // namespace registering
