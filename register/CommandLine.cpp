@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
+#include <iostream>
 #include <system_error>
 
 namespace registering {
@@ -13,8 +13,8 @@ constexpr const char* description =
     "again, or says what is wrong with it there. The server has to be running.";
 
 constexpr const char* footer =
-    "The server's classes are read from root/cimv2 whatever namespaces are served, so its\n"
-    "classes are loaded there, too.\n"
+    "The module reads the definitions of its classes from root/cimv2 whatever namespaces it\n"
+    "serves, so its classes are loaded there, too.\n"
     "\n"
     "Exit codes:\n"
     "  0  done as asked, or there was nothing to do; status: all is well\n"
@@ -64,12 +64,12 @@ struct Raw {
 void declare(CLI::App& app, Settings& settings, Raw& raw) {
     const CLI::Validator nameSpace(checkNameSpace, "");
     app.add_option("--namespace", settings.nameSpaces,
-                   "A namespace to serve in besides the interop namespace (repeatable)")
+                   "A namespace to serve besides the interop namespace (repeatable; default: those "
+                   "registered already, else root/cimv2)")
         ->type_name("NS")
         ->expected(1)
         ->take_all()
-        ->check(nameSpace)
-        ->capture_default_str();
+        ->check(nameSpace);
     app.add_option("--interop", settings.interop, "The server's interop namespace")
         ->type_name("NS")
         ->check(nameSpace)
@@ -94,6 +94,7 @@ void declare(CLI::App& app, Settings& settings, Raw& raw) {
 }
 
 void declareCommands(CLI::App& app, Settings& settings) {
+    app.fallthrough(); // options may stand on both sides of the command
     const auto command = [&](const char* name, Command value, const char* text) {
         CLI::App* sub = app.add_subcommand(name, text);
         sub->set_help_flag();
@@ -104,7 +105,6 @@ void declareCommands(CLI::App& app, Settings& settings) {
     command("remove", Command::Remove, "Unregister the module and delete its classes");
     command("status", Command::Status, "One line for each thing that has to be right");
     app.require_subcommand(1);
-    app.fallthrough(); // options may stand on both sides of the command
 }
 
 } // namespace
@@ -120,6 +120,11 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     declareCommands(app, settings);
     try {
         app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        // One help for all: the options are the same whatever the command.
+        std::cout << app.get_formatter()->make_help(&app, app.get_name(),
+                                                    CLI::AppFormatMode::Normal);
+        return {};
     } catch (const CLI::Success& done) {
         app.exit(done);
         return {};

@@ -15,8 +15,9 @@ enum class Command { Install, Remove, Status };
 
 struct Settings {
     Command command = Command::Status;
-    /// The namespaces that the module serves beside the interop namespace.
-    std::vector<std::string> nameSpaces = {"root/cimv2"};
+    /// The namespaces that the module serves beside the interop namespace. Empty: those that it is
+    /// registered for, else root/cimv2.
+    std::vector<std::string> nameSpaces;
     std::string interop = "root/PG_InterOp";
     std::filesystem::path mofDirectory;
     /// Empty: looked for in the server's provider directories.

@@ -1,11 +1,24 @@
 #include "register/CommandLine.h"
+#include "register/Commands.h"
+#include "register/Interrupt.h"
+#include "register/Library.h"
 
+#include <cstring>
+#include <exception>
 #include <iostream>
 
 int main(int argc, char** argv) {
-    const registering::CommandLine commandLine = registering::readCommandLine(argc, argv);
+    using namespace registering;
+    if (argc == 3 && std::strcmp(argv[1], probeOption) == 0)
+        return probe(argv[2]);
+    const CommandLine commandLine = readCommandLine(argc, argv);
     if (!commandLine.settings)
         return static_cast<int>(commandLine.exitCode);
-    std::cerr << "serverprofile-register: the commands are still being written\n";
-    return static_cast<int>(registering::ExitCode::Check);
+    takeSignals();
+    try {
+        return static_cast<int>(run(*commandLine.settings));
+    } catch (const std::exception& error) {
+        std::cerr << "serverprofile-register: " << error.what() << "; nothing was changed\n";
+        return static_cast<int>(ExitCode::Check);
+    }
 }

@@ -1,0 +1,73 @@
+#include "register/Listings.h"
+
+#include "register/Names.h"
+
+#include <sstream>
+
+namespace registering {
+namespace {
+
+constexpr const char* space = " \t\r";
+
+bool isName(const std::string& text) {
+    return !text.empty() &&
+           text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                  "0123456789_") == std::string::npos;
+}
+
+} // namespace
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        const std::size_t from = line.find_first_not_of(space);
+        if (from != std::string::npos)
+            result.push_back(line.substr(from, line.find_last_not_of(space) + 1 - from));
+    }
+    return result;
+}
+
+std::optional<std::string> moduleStatus(const std::string& listing, const std::string& module) {
+    for (const std::string& line : lines(listing)) {
+        const std::size_t end = std::min(line.find_first_of(space), line.size());
+        if (line.substr(0, end) != module)
+            continue;
+        const std::size_t from = line.find_first_not_of(space, end);
+        return from == std::string::npos ? "" : line.substr(from);
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> classesOfPaths(const std::string& listing) {
+    std::vector<std::string> result;
+    for (std::string line : lines(listing)) {
+        // Only keys hold quotes; what stands before the first one may have a host and namespace.
+        if (line.compare(0, 2, "//") == 0) {
+            const std::size_t colon = line.find(':', line.find('/', 2));
+            line = colon == std::string::npos ? "" : line.substr(colon + 1);
+        }
+        const std::string name = line.substr(0, line.find('.'));
+        if (isName(name))
+            result.push_back(name);
+    }
+    return result;
+}
+
+std::vector<std::filesystem::path> configuredDirectories(const std::string& listing,
+                                                         const std::filesystem::path& home) {
+    std::vector<std::filesystem::path> result;
+    const std::string label = "Current value:";
+    for (const std::string& line : lines(listing)) {
+        if (line.compare(0, label.size(), label) != 0)
+            continue;
+        std::istringstream directories(line.substr(label.size()));
+        directories >> std::ws;
+        for (std::string directory; std::getline(directories, directory, ':');)
+            if (!directory.empty())
+                result.push_back(home / directory); // an absolute one stays as it is
+    }
+    return result;
+}
+
+} // namespace registering

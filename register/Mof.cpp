@@ -1,0 +1,208 @@
+#include "register/Mof.h"
+
+#include "register/MofTokens.h"
+#include "register/Names.h"
+
+#include <stdexcept>
+
+namespace registering {
+namespace {
+
+class Reader {
+  public:
+    Reader(const std::string& text, const std::string& origin)
+        : m_tokens(mofTokens(text, origin)), m_origin(origin) {}
+
+    Mof all() {
+        Mof mof;
+        std::string version;
+        while (m_tokens[m_at].kind != Token::Kind::End) {
+            if (isSymbol("[")) {
+                version = qualifiers();
+            } else if (isWord("class")) {
+                mof.classes.push_back(classDeclaration(version));
+                version.clear();
+            } else if (isWord("instance")) {
+                mof.instances.push_back(instance());
+            } else if (isWord("qualifier")) {
+                while (!isSymbol(";"))
+                    advance();
+                advance();
+            } else {
+                fail("a class or an instance is expected, not");
+            }
+        }
+        return mof;
+    }
+
+  private:
+    // Passes a list of qualifiers and returns the value of Version.
+    std::string qualifiers() {
+        std::string version;
+        unsigned open = 0;
+        do {
+            const bool isVersion = isWord("Version");
+            open += isSymbol("[");
+            open -= isSymbol("]");
+            advance();
+            if (isVersion && isSymbol("(")) {
+                advance();
+                version = string();
+            }
+        } while (open > 0);
+        return version;
+    }
+
+    Class classDeclaration(const std::string& version) {
+        advance();
+        Class result{word(), "", version, {}};
+        if (isSymbol(":")) {
+            advance();
+            result.superclass = word();
+        }
+        expect("{");
+        for (unsigned open = 1; open > 0; advance()) {
+            open += isSymbol("{");
+            open -= isSymbol("}");
+            if (isWord("REF"))
+                addName(result.references, m_tokens[m_at - 1].text);
+        }
+        expect(";");
+        return result;
+    }
+
+    Instance instance() {
+        advance();
+        if (!isWord("of"))
+            fail("'of' is expected, not");
+        advance();
+        Instance result{word(), {}};
+        expect("{");
+        while (!isSymbol("}")) {
+            if (isSymbol("["))
+                qualifiers();
+            Property property{word(), false, {}};
+            expect("=");
+            value(property);
+            expect(";");
+            if (property.isArray || !sameName(property.items.front(), "NULL"))
+                result.properties.push_back(property);
+        }
+        advance();
+        expect(";");
+        return result;
+    }
+
+    void value(Property& property) {
+        if (!isSymbol("{")) {
+            property.items.push_back(literal());
+            return;
+        }
+        property.isArray = true;
+        do {
+            advance();
+            if (!isSymbol("}"))
+                property.items.push_back(literal());
+        } while (isSymbol(","));
+        expect("}");
+    }
+
+    std::string literal() {
+        return m_tokens[m_at].kind == Token::Kind::String ? quoted(string()) : word();
+    }
+
+    // A string, its pieces joined, without its quotes.
+    std::string string() {
+        std::string text;
+        while (m_tokens[m_at].kind == Token::Kind::String) {
+            text += m_tokens[m_at].text.substr(1, m_tokens[m_at].text.size() - 2);
+            advance();
+        }
+        return text;
+    }
+
+    std::string word() {
+        if (m_tokens[m_at].kind != Token::Kind::Word)
+            fail("a name or a value is expected, not");
+        return m_tokens[m_at++].text;
+    }
+
+    void expect(const char* symbol) {
+        if (!isSymbol(symbol))
+            fail(std::string("'") + symbol + "' is expected, not");
+        advance();
+    }
+
+    void advance() {
+        if (m_tokens[m_at].kind == Token::Kind::End)
+            fail("more is expected, not");
+        ++m_at;
+    }
+
+    bool isSymbol(const char* text) const {
+        return m_tokens[m_at].kind == Token::Kind::Symbol && m_tokens[m_at].text == text;
+    }
+
+    bool isWord(const char* text) const {
+        return m_tokens[m_at].kind == Token::Kind::Word && sameName(m_tokens[m_at].text, text);
+    }
+
+    [[noreturn]] void fail(const std::string& what) const {
+        const Token& token = m_tokens[m_at];
+        throw std::runtime_error(
+            m_origin + ":" + std::to_string(token.line) + ": " + what + " " +
+            (token.kind == Token::Kind::End ? "the end" : "'" + token.text + "'"));
+    }
+
+    std::vector<Token> m_tokens;
+    const std::string& m_origin;
+    std::size_t m_at = 0;
+};
+
+} // namespace
+
+const Property* Instance::find(const std::string& name) const {
+    for (const Property& property : properties)
+        if (sameName(property.name, name))
+            return &property;
+    return nullptr;
+}
+
+std::vector<std::string> Instance::texts(const std::string& name) const {
+    std::vector<std::string> result;
+    if (const Property* property = find(name))
+        for (const std::string& item : property->items)
+            result.push_back(item.front() == '"' ? item.substr(1, item.size() - 2) : item);
+    return result;
+}
+
+std::string Instance::text(const std::string& name) const {
+    const std::vector<std::string> all = texts(name);
+    return all.empty() ? "" : all.front();
+}
+
+Mof readMof(const std::string& text, const std::string& origin) {
+    return Reader(text, origin).all();
+}
+
+std::string writeMof(const std::vector<Instance>& instances) {
+    std::string text;
+    for (const Instance& instance : instances) {
+        text += "instance of " + instance.className + " {\n";
+        for (const Property& property : instance.properties) {
+            std::string items;
+            for (const std::string& item : property.items)
+                items += (items.empty() ? "" : ", ") + item;
+            text += "    " + property.name + " = " +
+                    (property.isArray ? "{" + items + "}" : items) + ";\n";
+        }
+        text += "};\n\n";
+    }
+    return text;
+}
+
+std::string quoted(const std::string& text) {
+    return '"' + text + '"';
+}
+
+} // namespace registering

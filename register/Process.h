@@ -1,0 +1,45 @@
+// Runs a program and reads what it says, for a limited time.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace registering {
+
+/// A program and its arguments. No shell sees them.
+using Arguments = std::vector<std::string>;
+
+/// How a program ended and what it said.
+struct Outcome {
+    std::string out;
+    std::string err;
+    int exitCode = -1;      ///< -1 unless it ended by itself
+    int signal = 0;         ///< the signal that ended it
+    bool timedOut = false;  ///< it was killed because it took too long
+    std::string notStarted; ///< why it could not be started
+
+    bool ok() const { return exitCode == 0; }
+};
+
+/// How programs are run: runProgram, or a test's stand-in.
+using Run = std::function<Outcome(const Arguments&)>;
+
+/// Additions to the environment of a program.
+using Environment = std::vector<std::pair<std::string, std::string>>;
+
+/// Runs a program, found by its path, in a process group of its own, with this program's
+/// environment (but messages in English) and without input. If it takes longer than the time, it
+/// and its children are killed. When this program is interrupted meanwhile, it has a few seconds
+/// left to finish. Throws std::system_error where the system has no pipe.
+Outcome runProgram(const Arguments& arguments, std::chrono::seconds timeout,
+                   const Environment& environment = {});
+
+/// The command as one would type it.
+std::string commandText(const Arguments& arguments);
+
+/// How it ended and the first lines of what it said, on one line, for people.
+std::string describe(const Outcome& outcome);
+
+} // namespace registering

@@ -1,0 +1,145 @@
+#include "register/Registration.h"
+
+#include "register/Names.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace registering {
+namespace {
+
+constexpr const char* moduleClass = "PG_ProviderModule";
+constexpr const char* capabilitiesClass = "PG_ProviderCapabilities";
+
+const Instance* firstOf(const std::vector<Instance>& instances, const char* className) {
+    for (const Instance& instance : instances)
+        if (sameName(instance.className, className))
+            return &instance;
+    return nullptr;
+}
+
+bool sameKeys(const Instance& one, const Instance& other) {
+    if (!sameName(one.className, other.className))
+        return false;
+    for (const char* key : {"ProviderModuleName", "ProviderName", "CapabilityID", "Name"})
+        if (one.texts(key) != other.texts(key))
+            return false;
+    return true;
+}
+
+const Instance* counterpart(const Instance& instance, const Registration& in) {
+    for (const Instance& other : in.instances())
+        if (sameKeys(instance, other))
+            return &other;
+    return nullptr;
+}
+
+bool sameValue(const Property& one, const Property* other) {
+    if (other == nullptr || one.isArray != other->isArray)
+        return false;
+    return one.isArray ? NameSet(one.items.begin(), one.items.end()) ==
+                             NameSet(other->items.begin(), other->items.end())
+                       : one.items == other->items;
+}
+
+std::string instanceName(const Instance& instance) {
+    return sameName(instance.className, capabilitiesClass)
+               ? "the capability " + capabilityName(instance)
+               : instance.className + " \"" + instance.text("Name") + '"';
+}
+
+std::string read(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw std::runtime_error(file.string() + ": " + std::strerror(errno));
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+std::vector<Instance> Registration::capabilities() const {
+    std::vector<Instance> result;
+    for (const Instance& instance : m_instances)
+        if (sameName(instance.className, capabilitiesClass))
+            result.push_back(instance);
+    return result;
+}
+
+std::string Registration::module() const {
+    const Instance* module = firstOf(m_instances, moduleClass);
+    return module == nullptr ? "" : module->text("Name");
+}
+
+std::string Registration::library() const {
+    const Instance* module = firstOf(m_instances, moduleClass);
+    return module == nullptr ? "" : "lib" + module->text("Location") + ".so";
+}
+
+std::vector<std::string> Registration::nameSpaces() const {
+    std::vector<std::string> result;
+    for (const Instance& capability : capabilities())
+        for (const std::string& nameSpace : capability.texts("Namespaces"))
+            addName(result, nameSpace);
+    return result;
+}
+
+Registration Registration::servingIn(const std::vector<std::string>& nameSpaces) const {
+    std::vector<std::string> items;
+    for (const std::string& nameSpace : nameSpaces)
+        items.push_back(quoted(nameSpace));
+    std::vector<Instance> instances = m_instances;
+    for (Instance& instance : instances)
+        for (Property& property : instance.properties)
+            if (sameName(property.name, "Namespaces"))
+                property.items = items;
+    return Registration(std::move(instances));
+}
+
+Content readContent(const std::filesystem::path& directory) {
+    Content content;
+    content.schemaFile = directory / "orvex_serverprofile.mof";
+    content.schema = readMof(read(content.schemaFile), content.schemaFile).classes;
+    const auto file = directory / "serverprofile_registration.mof";
+    content.registration = Registration(readMof(read(file), file).instances);
+    if (content.registration.module().empty() || content.registration.capabilities().empty())
+        throw std::runtime_error(file.string() + ": registers no module with capabilities");
+    return content;
+}
+
+std::vector<Difference> differences(const Registration& wanted, const Registration& found) {
+    std::vector<Difference> result;
+    const auto differs = [&](const Instance& instance, const std::string& how) {
+        result.push_back({capabilityName(instance), instanceName(instance) + how});
+    };
+    for (const Instance& instance : wanted.instances()) {
+        const Instance* other = counterpart(instance, found);
+        if (other == nullptr) {
+            differs(instance, " is missing");
+            continue;
+        }
+        for (const Property& property : instance.properties)
+            if (!sameValue(property, other->find(property.name)))
+                differs(instance, " has " + property.name + " " +
+                                      joined(other->texts(property.name)) + " instead of " +
+                                      joined(instance.texts(property.name)));
+    }
+    for (const Instance& instance : found.instances())
+        if (counterpart(instance, wanted) == nullptr)
+            differs(instance, " is not of this version of the module");
+    return result;
+}
+
+bool forInstancesAlone(const Instance& capability) {
+    return capability.texts("ProviderType") == std::vector<std::string>{"2"};
+}
+
+std::string capabilityName(const Instance& capability) {
+    return capability.text("ClassName");
+}
+
+} // namespace registering

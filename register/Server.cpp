@@ -1,0 +1,112 @@
+#include "register/Server.h"
+
+#include "register/Listings.h"
+
+#include <cstdlib>
+
+namespace registering {
+namespace {
+
+// cimcli ends with the number of the CIM status (DSP0200) that the server answered.
+constexpr int invalidNameSpace = 3;
+constexpr int notSupported = 7;
+constexpr int classHasChildren = 8;
+constexpr int classHasInstances = 9;
+
+[[noreturn]] void fail(const Arguments& command, const Outcome& outcome) {
+    throw Failure("'" + commandText(command) + "' " + describe(outcome));
+}
+
+} // namespace
+
+std::string Server::answer(const Run& run, const Arguments& command) const {
+    const Outcome outcome = run(command);
+    if (!outcome.ok())
+        fail(command, outcome);
+    return outcome.out;
+}
+
+std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
+    const Arguments command = m_tools.classNames(nameSpace);
+    const Outcome outcome = m_ask(command);
+    if (outcome.exitCode == invalidNameSpace)
+        return std::nullopt;
+    if (!outcome.ok())
+        fail(command, outcome);
+    const std::vector<std::string> names = lines(outcome.out);
+    return NameSet(names.begin(), names.end());
+}
+
+std::vector<std::string> Server::subclasses(const std::string& nameSpace,
+                                            const std::string& name) const {
+    return lines(answer(m_ask, m_tools.classNames(nameSpace, name)));
+}
+
+NameSet Server::associations(const std::string& nameSpace, const std::string& name) const {
+    const std::vector<std::string> names =
+        classesOfPaths(answer(m_ask, m_tools.references(nameSpace, name)));
+    return NameSet(names.begin(), names.end());
+}
+
+std::string Server::classText(const std::string& nameSpace, const std::string& name) const {
+    return answer(m_ask, m_tools.getClass(nameSpace, name));
+}
+
+Answer Server::instanceNames(const std::string& nameSpace, const std::string& className) const {
+    const Outcome outcome = m_ask(m_tools.instanceNames(nameSpace, className));
+    if (outcome.ok())
+        return {"", classesOfPaths(outcome.out)};
+    if (outcome.exitCode == notSupported) // nobody has instances of it
+        return {"no provider answers for this class (status 7)", {}};
+    return {describe(outcome), {}};
+}
+
+std::vector<Instance> Server::registrations(const std::string& interop) const {
+    std::vector<Instance> result;
+    for (const char* name : {"PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities"}) {
+        const Arguments command = m_tools.instances(interop, name);
+        const Mof mof = readMof(answer(m_ask, command), commandText(command));
+        result.insert(result.end(), mof.instances.begin(), mof.instances.end());
+    }
+    return result;
+}
+
+std::optional<std::string> Server::status(const std::string& module) const {
+    return moduleStatus(answer(m_ask, m_tools.listModules()), module);
+}
+
+std::vector<std::filesystem::path> Server::providerDirectories() const {
+    if (m_tools.cimconfig.empty())
+        return {};
+    const Outcome outcome = m_ask(m_tools.providerDirectories());
+    const char* home = std::getenv("PEGASUS_HOME");
+    return configuredDirectories(outcome.ok() ? outcome.out : "", home == nullptr ? "" : home);
+}
+
+void Server::load(const std::string& nameSpace, const std::filesystem::path& file) const {
+    answer(m_change, m_tools.loadMof(nameSpace, file));
+}
+
+void Server::enable(const std::string& module) const {
+    answer(m_change, m_tools.enable(module));
+}
+
+void Server::disable(const std::string& module) const {
+    answer(m_change, m_tools.disable(module));
+}
+
+void Server::removeModule(const std::string& module) const {
+    answer(m_change, m_tools.removeModule(module));
+}
+
+bool Server::deleteClass(const std::string& nameSpace, const std::string& name) const {
+    const Arguments command = m_tools.deleteClass(nameSpace, name);
+    const Outcome outcome = m_change(command);
+    if (outcome.exitCode == classHasChildren || outcome.exitCode == classHasInstances)
+        return false;
+    if (!outcome.ok())
+        fail(command, outcome);
+    return true;
+}
+
+} // namespace registering

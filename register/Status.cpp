@@ -1,0 +1,60 @@
+#include "register/Commands.h"
+
+#include "register/Names.h"
+
+#include <algorithm>
+
+namespace registering {
+namespace {
+
+constexpr const char* installIt = "run serverprofile-register install";
+
+void checkRegistration(const Situation& situation, Report& report) {
+    const std::string module = situation.module();
+    if (!situation.status) {
+        report.wrong(module + " is not registered", installIt);
+        return;
+    }
+    if (situation.serves())
+        report.ok(module + " is registered, and enabled");
+    else
+        report.wrong(module + " is " + *situation.status + ": it answers nothing",
+                     "enable it (cimprovider -e -m " + module + ")");
+    const std::vector<Difference> wrong = differences(situation.wanted, situation.found);
+    for (const Instance& capability : situation.wanted.capabilities())
+        if (std::none_of(wrong.begin(), wrong.end(), [&](const Difference& difference) {
+                return difference.capability == capabilityName(capability);
+            }))
+            report.ok(capabilityName(capability) + " is registered for " +
+                      joined(capability.texts("Namespaces")));
+    for (const Difference& difference : wrong)
+        report.wrong("the registration: " + difference.text,
+                     std::string(installIt) + " to repair it");
+}
+
+} // namespace
+
+ExitCode status(const Settings& settings, const Content& content, const Server& server,
+                Report& report) {
+    const std::optional<Situation> situation = survey(settings, content, server, report);
+    checkLibrary(settings, content, server, report);
+    if (situation) {
+        checkClasses(*situation, report, true);
+        checkRivals(*situation, report);
+        checkRegistration(*situation, report);
+        for (const Trial& trial : tryOut(*situation, server)) {
+            if (trial.ok)
+                report.ok(trial.text);
+            else
+                report.wrong(trial.text, "put right what is WRONG above; if nothing is, look into "
+                                         "the server's log and the module's trace");
+        }
+    } else {
+        report.note("what the server has could not be checked");
+    }
+    report.result(report.problems() == 0 ? "all is well"
+                                         : std::to_string(report.problems()) + " WRONG, see above");
+    return report.problems() == 0 ? ExitCode::Ok : ExitCode::Check;
+}
+
+} // namespace registering

@@ -1,0 +1,40 @@
+// The server's own command line tools: where they are, and their commands.
+#pragma once
+
+#include "register/Process.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace registering {
+
+struct Tools {
+    std::filesystem::path cimmof;
+    std::filesystem::path cimprovider;
+    std::filesystem::path cimcli;
+    std::filesystem::path cimconfig; ///< empty: not there; it only tells the provider directories
+
+    Arguments loadMof(const std::string& nameSpace, const std::filesystem::path& file) const;
+    Arguments listModules() const;
+    Arguments enable(const std::string& module) const;
+    Arguments disable(const std::string& module) const;
+    Arguments removeModule(const std::string& module) const;
+    Arguments classNames(const std::string& nameSpace, const std::string& below = "") const;
+    Arguments getClass(const std::string& nameSpace, const std::string& name) const;
+    Arguments deleteClass(const std::string& nameSpace, const std::string& name) const;
+    Arguments instances(const std::string& nameSpace, const std::string& className) const;
+    Arguments instanceNames(const std::string& nameSpace, const std::string& className) const;
+    Arguments references(const std::string& nameSpace, const std::string& className) const;
+    Arguments providerDirectories() const;
+};
+
+/// Where tools are looked for, in order: in `given` alone, or in PEGASUS_HOME/bin, PATH and the
+/// usual places of administrators' programs.
+std::vector<std::filesystem::path> toolDirectories(const std::filesystem::path& given);
+
+/// Finds the tools. Those that are not there are left empty and their names appended to `missing`.
+Tools findTools(const std::vector<std::filesystem::path>& directories,
+                std::vector<std::string>& missing);
+
+} // namespace registering

@@ -1,0 +1,48 @@
+#include "register/Transaction.h"
+
+#include "register/Interrupt.h"
+
+#include <cstring>
+#include <stdexcept>
+
+namespace registering {
+namespace {
+
+void heedInterrupt() {
+    if (const int signal = interruptedBy())
+        throw std::runtime_error(std::string("interrupted (") + strsignal(signal) + ")");
+}
+
+} // namespace
+
+void Transaction::step(const std::string& what, const std::function<void()>& act, Undo undo) {
+    heedInterrupt();
+    m_undos.push_back(std::move(undo));
+    step(what, act);
+}
+
+void Transaction::step(const std::string& what, const std::function<void()>& act) {
+    heedInterrupt();
+    m_report.step(what);
+    act();
+    heedInterrupt();
+}
+
+bool Transaction::rollBack() {
+    std::vector<Undo> failed;
+    for (; !m_undos.empty(); m_undos.pop_back()) {
+        const Undo& undo = m_undos.back();
+        m_report.step(undo.what);
+        try {
+            undo.act();
+        } catch (const std::exception& error) {
+            m_report.error(std::string("this failed, too: ") + error.what());
+            failed.push_back(undo);
+        }
+    }
+    for (const Undo& undo : failed)
+        m_report.error("left undone: " + undo.what + "; by hand: " + undo.byHand);
+    return failed.empty();
+}
+
+} // namespace registering

@@ -1,0 +1,44 @@
+// Steps that can be taken back.
+#pragma once
+
+#include "register/Report.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace registering {
+
+/// How a step is taken back. It looks at what is there, so it may be called after a step that
+/// failed halfway, and throws std::exception if it cannot do its work.
+struct Undo {
+    std::string what; ///< what it does, for people
+    std::function<void()> act;
+    std::string byHand; ///< how a person does it when it failed
+};
+
+/// Runs steps. After the first that throws, or an interruption, roll back.
+class Transaction {
+  public:
+    explicit Transaction(const Report& report) : m_report(report) {}
+
+    /// Says what is done, and does it. The undo is remembered before, as a step may fail halfway.
+    /// Throws what the step throws, and std::runtime_error when the program was interrupted.
+    void step(const std::string& what, const std::function<void()>& act, Undo undo);
+
+    /// The same for a step that changes nothing.
+    void step(const std::string& what, const std::function<void()>& act);
+
+    /// Takes back what was done, last first; every step is tried. Returns whether all is as it was;
+    /// if not, it has said what is left.
+    bool rollBack();
+
+    /// Whether there is something to take back.
+    bool begun() const { return !m_undos.empty(); }
+
+  private:
+    const Report& m_report;
+    std::vector<Undo> m_undos;
+};
+
+} // namespace registering
