@@ -10,13 +10,18 @@
 namespace registering {
 namespace {
 
-// Of the namespace's classes those that are missing.
-std::vector<std::string> missingClasses(const Place& place, const Situation& situation, bool own) {
+// Of the classes that the module needs in a namespace, those that are missing: those that the
+// module brings, and the others.
+struct Missing {
+    std::vector<std::string> own;
+    std::vector<std::string> others;
+};
+
+Missing missingClasses(const Place& place, const Situation& situation) {
     NameSet brought;
     std::vector<std::string> needed;
-    for (const Class& declared : situation.content.schema)
-        brought.insert(declared.name);
     for (const Class& declared : situation.content.schema) {
+        brought.insert(declared.name);
         needed.push_back(declared.name);
         if (!declared.superclass.empty())
             needed.push_back(declared.superclass);
@@ -24,10 +29,10 @@ std::vector<std::string> missingClasses(const Place& place, const Situation& sit
     }
     for (const Instance& capability : situation.wanted.capabilities())
         needed.push_back(capabilityName(capability));
-    std::vector<std::string> missing;
+    Missing missing;
     for (const std::string& name : needed)
-        if (place.classes.count(name) == 0 && (own || brought.count(name) == 0))
-            addName(missing, name);
+        if (place.classes.count(name) == 0)
+            addName(brought.count(name) != 0 ? missing.own : missing.others, name);
     return missing;
 }
 
@@ -102,17 +107,20 @@ void checkLibrary(const Settings& settings, const Content& content, const Server
 
 void checkClasses(const Situation& situation, Report& report, bool own) {
     for (const Place& place : situation.places) {
-        const std::vector<std::string> missing = missingClasses(place, situation, own);
-        if (missing.empty())
+        const Missing missing = missingClasses(place, situation);
+        const std::string why =
+            place.served
+                ? ""
+                : " (the module reads their definitions there, though it does not serve it)";
+        if (!missing.others.empty())
+            report.wrong(place.nameSpace + " has no class " + joined(missing.others) + why,
+                         "load the CIM schema into it (cimmof -n " + place.nameSpace + " ...)");
+        if (own && !missing.own.empty())
+            report.wrong(place.nameSpace + " has no class " + joined(missing.own) + why,
+                         "run serverprofile-register install");
+        if (missing.others.empty() && (missing.own.empty() || !own))
             report.ok(place.nameSpace + " has the classes" +
-                      (own ? "" : " that the module's own build on") +
-                      (place.served ? ""
-                                    : " (it is not served, but the module reads their "
-                                      "definitions there)"));
-        else
-            report.wrong(place.nameSpace + " has no class " + joined(missing),
-                         "load the CIM schema into it (cimmof -n " + place.nameSpace + " ...)" +
-                             (own ? "; install loads those named ORVEX_" : ""));
+                      (own ? "" : " that the module's own build on") + why);
     }
 }
 

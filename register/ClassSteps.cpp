@@ -52,6 +52,20 @@ void restoreClasses(const Work& work, const std::string& nameSpace, const Texts&
     }
 }
 
+// Whether an association points to that very class, and not just to one of its superclasses. The
+// common schema knows no vendor's classes, so its many associations need not be looked at.
+bool pointsTo(const Work& work, const std::string& nameSpace, const std::string& association,
+              const std::string& name) {
+    if (lower(association).compare(0, 4, "cim_") == 0)
+        return false;
+    const Mof mof = readMof(work.server.classText(nameSpace, association), association);
+    if (mof.classes.empty())
+        return true; // not understood: the class is better kept
+    const std::vector<std::string>& ends = mof.classes.front().references;
+    return std::any_of(ends.begin(), ends.end(),
+                       [&](const std::string& end) { return sameName(end, name); });
+}
+
 // Who would miss a class: its subclasses, the associations that point to it, its instances. What
 // this run has deleted, or would have, does not count.
 std::string holder(const Work& work, const std::string& nameSpace, const Class& declared,
@@ -59,15 +73,17 @@ std::string holder(const Work& work, const std::string& nameSpace, const Class& 
     for (const std::string& name : work.server.subclasses(nameSpace, declared.name))
         if (gone.count(name) == 0)
             return "the class " + name + " is derived from it";
-    const NameSet general = work.server.associations(nameSpace, declared.superclass);
     for (const std::string& name : work.server.associations(nameSpace, declared.name))
-        if (general.count(name) == 0 && gone.count(name) == 0)
+        if (gone.count(name) == 0 && pointsTo(work, nameSpace, name, declared.name))
             return "the association " + name + " points to it";
     // A dry run leaves the module registered, and would find its instances.
-    if (!(work.settings.dryRun && work.situation.serves()) &&
-        !work.server.instanceNames(nameSpace, declared.name).classes.empty())
-        return "others have instances of it";
-    return "";
+    if (work.settings.dryRun && work.situation.serves())
+        return "";
+    const Answer answer = work.server.instanceNames(nameSpace, declared.name);
+    if (!answer.error.empty() && !answer.noProvider)
+        return "whether others have instances of it could not be found out: the request " +
+               answer.error;
+    return answer.classes.empty() ? "" : "others have instances of it";
 }
 
 } // namespace

@@ -5,6 +5,11 @@
 namespace registering {
 namespace {
 
+bool serves(const Registration& registration, const std::string& nameSpace) {
+    const std::vector<std::string> served = registration.nameSpaces();
+    return NameSet(served.begin(), served.end()).count(nameSpace) != 0;
+}
+
 void checkOutcome(const Work& work) {
     if (work.settings.dryRun) {
         work.report.step("then the module's state and its answers would be checked");
@@ -52,6 +57,10 @@ ExitCode install(const Settings& settings, const Content& content, const Server&
     else
         for (const Difference& difference : changed)
             report.note("the registration that is there differs: " + difference.text);
+    for (const std::string& nameSpace : situation->found.nameSpaces())
+        if (!serves(situation->wanted, nameSpace))
+            report.note(nameSpace +
+                        " will not be served any more; the module's classes stay there");
     const ExitCode code = changing(settings, *situation, server, report, [&](const Work& work) {
         for (const Place& place : situation->places)
             loadClasses(work, place);

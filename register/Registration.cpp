@@ -2,6 +2,7 @@
 
 #include "register/Names.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -37,12 +38,18 @@ const Instance* counterpart(const Instance& instance, const Registration& in) {
     return nullptr;
 }
 
+// As namespaces are: in any order and case.
+bool sameItems(const std::vector<std::string>& one, const std::vector<std::string>& other) {
+    const NameSet names(one.begin(), one.end());
+    const NameSet others(other.begin(), other.end());
+    return names.size() == others.size() &&
+           std::equal(names.begin(), names.end(), others.begin(), sameName);
+}
+
 bool sameValue(const Property& one, const Property* other) {
     if (other == nullptr || one.isArray != other->isArray)
         return false;
-    return one.isArray ? NameSet(one.items.begin(), one.items.end()) ==
-                             NameSet(other->items.begin(), other->items.end())
-                       : one.items == other->items;
+    return one.isArray ? sameItems(one.items, other->items) : one.items == other->items;
 }
 
 std::string instanceName(const Instance& instance) {

@@ -17,7 +17,7 @@ bool hasClasses(const Situation& situation) {
 
 ExitCode remove(const Settings& settings, const Content& content, const Server& server,
                 Report& report) {
-    const std::optional<Situation> situation = survey(settings, content, server, report, true);
+    const std::optional<Situation> situation = survey(settings, content, server, report);
     if (checksFailed(report))
         return ExitCode::Check;
     if (situation->found.empty() && !hasClasses(*situation)) {

@@ -56,9 +56,7 @@ Answer Server::instanceNames(const std::string& nameSpace, const std::string& cl
     const Outcome outcome = m_ask(m_tools.instanceNames(nameSpace, className));
     if (outcome.ok())
         return {"", classesOfPaths(outcome.out)};
-    if (outcome.exitCode == notSupported) // nobody has instances of it
-        return {"no provider answers for this class (status 7)", {}};
-    return {describe(outcome), {}};
+    return {describe(outcome), {}, outcome.exitCode == notSupported};
 }
 
 std::vector<Instance> Server::registrations(const std::string& interop) const {

@@ -23,6 +23,7 @@ class Failure : public std::runtime_error {
 struct Answer {
     std::string error;                ///< what the server said, "" if it answered
     std::vector<std::string> classes; ///< the classes of the instances
+    bool noProvider = false;          ///< the error: nobody has instances of the class
 };
 
 /// Every member throws Failure when a tool fails in a way that the member does not speak of.

@@ -12,12 +12,14 @@ namespace {
 constexpr const char* definitions = "root/cimv2";
 
 // The namespaces that were asked for; without a word about them those that are served already, so
-// that an upgrade keeps what an administrator chose.
+// that an upgrade keeps what an administrator chose. A removal is for all of them.
 std::vector<std::string> chosenNameSpaces(const Settings& settings, const Registration& found) {
     std::vector<std::string> chosen;
-    for (const std::string& nameSpace :
-         !settings.nameSpaces.empty() ? settings.nameSpaces : found.nameSpaces())
+    for (const std::string& nameSpace : settings.nameSpaces)
         addName(chosen, nameSpace);
+    if (chosen.empty() || settings.command == Command::Remove)
+        for (const std::string& nameSpace : found.nameSpaces())
+            addName(chosen, nameSpace);
     if (chosen.empty())
         chosen.emplace_back(definitions);
     addName(chosen, settings.interop);
@@ -77,7 +79,7 @@ void lookAt(const std::string& nameSpace, bool served, const Server& server, boo
 } // namespace
 
 std::optional<Situation> survey(const Settings& settings, const Content& content,
-                                const Server& server, Report& report, bool lenient) {
+                                const Server& server, Report& report) {
     try {
         if (!checkInterop(settings, server, report))
             return std::nullopt;
@@ -87,6 +89,8 @@ std::optional<Situation> survey(const Settings& settings, const Content& content
         const std::vector<std::string> served = chosenNameSpaces(settings, situation.found);
         situation.wanted = content.registration.servingIn(served);
         situation.status = server.status(situation.module());
+        // There is nothing to remove from a namespace that is not there any more.
+        const bool lenient = settings.command == Command::Remove;
         for (const std::string& nameSpace : served)
             lookAt(nameSpace, true, server, lenient, situation, report);
         if (std::none_of(served.begin(), served.end(),

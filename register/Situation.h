@@ -37,11 +37,10 @@ std::optional<Tools> checkTools(const Settings& settings, Report& report);
 /// The module's MOF files; nothing, and said, if they cannot be read.
 std::optional<Content> checkContent(const Settings& settings, Report& report);
 
-/// Looks at the server. A namespace that does not exist is wrong and left out of the places, which
-/// may be what `lenient` is about: then it is only noted. Nothing, and said, if the server cannot
-/// be asked.
+/// Looks at the server. A namespace that does not exist is left out of the places; it is wrong, but
+/// for a removal, which only notes it. Nothing, and said, if the server cannot be asked.
 std::optional<Situation> survey(const Settings& settings, const Content& content,
-                                const Server& server, Report& report, bool lenient = false);
+                                const Server& server, Report& report);
 
 /// Whether the server finds the module's library and can load it.
 void checkLibrary(const Settings& settings, const Content& content, const Server& server,

@@ -32,6 +32,20 @@ void checkRegistration(const Situation& situation, Report& report) {
                      std::string(installIt) + " to repair it");
 }
 
+void tryRequests(const Situation& situation, const Server& server, Report& report) {
+    if (!situation.serves()) {
+        report.note("no requests are tried, as the module does not serve");
+        return;
+    }
+    for (const Trial& trial : tryOut(situation, server)) {
+        if (trial.ok)
+            report.ok(trial.text);
+        else
+            report.wrong(trial.text, "put right what is WRONG above; if nothing is, look into the "
+                                     "server's log and the module's trace");
+    }
+}
+
 } // namespace
 
 ExitCode status(const Settings& settings, const Content& content, const Server& server,
@@ -42,13 +56,7 @@ ExitCode status(const Settings& settings, const Content& content, const Server& 
         checkClasses(*situation, report, true);
         checkRivals(*situation, report);
         checkRegistration(*situation, report);
-        for (const Trial& trial : tryOut(*situation, server)) {
-            if (trial.ok)
-                report.ok(trial.text);
-            else
-                report.wrong(trial.text, "put right what is WRONG above; if nothing is, look into "
-                                         "the server's log and the module's trace");
-        }
+        tryRequests(*situation, server, report);
     } else {
         report.note("what the server has could not be checked");
     }

@@ -1,0 +1,228 @@
+"""A server that is a dictionary, and its tools: enough of them for serverprofile-register, with the
+words and exit codes of the real ones.
+
+The state is {"namespaces": {NAME: {CLASS: {"super", "version", "refs", "text"}}}, "registered":
+[INSTANCE...], "stored": [[NAMESPACE, CLASS]...], "providers": DIRECTORIES}, an INSTANCE being
+{"class", "properties": {NAME: MOF}}.
+"""
+
+import pathlib
+import re
+
+CLASS = re.compile(r"((?:\[(?:\"(?:\\.|[^\"])*\"|[^\]\"])*\]\s*)?class\s+(\w+)(?:\s*:\s*(\w+))?"
+                   r"\s*\{.*?\n\};)", re.S)
+INSTANCE = re.compile(r"instance of (\w+)\s*\{(.*?)\n\};", re.S)
+PROPERTY = re.compile(r"(\w+)\s*=\s*(.*?);", re.S)
+KEYS = {"PG_ProviderModule": ["Name"], "PG_Provider": ["ProviderModuleName", "Name"],
+        "PG_ProviderCapabilities": ["ProviderModuleName", "ProviderName", "CapabilityID"]}
+
+
+class Refused(Exception):
+    """Ends the tool with this exit code, having said this."""
+
+    def __init__(self, code, text):
+        super().__init__(text)
+        self.code = code
+
+
+def status(code, name, text, command):
+    return Refused(code, f"cimcli CIMException:  Cmd= {command} Object= {text} Code= {code}\n"
+                         f"CIM_ERR_{name}: {text}\n")
+
+
+def chain(classes, name):
+    """A class and its superclasses."""
+    while name in classes:
+        yield name
+        name = classes[name]["super"]
+
+
+def names_in(mof):
+    return re.findall(r'"([^"]*)"', mof)
+
+
+class Tool:
+    """A call of a tool; `out` and `err` are what it says."""
+
+    def __init__(self, state):
+        self.state = state
+        self.out = ""
+        self.err = ""
+
+    def say(self, line=""):
+        self.out += line + "\n"
+
+
+class Cimmof(Tool):
+    def __init__(self, state, arguments):
+        super().__init__(state)
+        self.update = "-uc" in arguments
+        self.classes = state["namespaces"].setdefault(
+            arguments[arguments.index("-n") + 1], {})
+        self.text = re.sub(r"^\s*//.*$", "", pathlib.Path(arguments[-1]).read_text(), flags=re.M)
+
+    def run(self):
+        for text, name, above in CLASS.findall(self.text):
+            self.add_class(text, name, above)
+        for name, body in INSTANCE.findall(self.text):
+            self.add_instance(name, body)
+
+    def add_class(self, text, name, above):
+        if above and above not in self.classes:
+            raise Refused(250, f"Parsing error: parse error: Error adding class {name} to the "
+                               f"repository: CIM_ERR_INVALID_SUPERCLASS: {above}\n")
+        if name in self.classes and not self.update:
+            self.err += (f"Warning:  Class {name} already exists in the repository\n")
+            return
+        version = re.search(r'Version\s*\(\s*"([^"]*)"', text)
+        self.classes[name] = {"super": above, "version": version[1] if version else "",
+                              "refs": re.findall(r"(\w+)\s+REF\s", text), "text": text}
+
+    def add_instance(self, name, body):
+        properties = dict(PROPERTY.findall(body))
+        keys = [properties.get(key) for key in KEYS[name]]
+        for other in self.state["registered"]:
+            if other["class"] != name:
+                continue
+            if [other["properties"].get(key) for key in KEYS[name]] == keys:
+                self.err += ("Warning: the instance already exists.\n"
+                                 "In this implementation, that means it cannot be changed.\n")
+                return
+            if "ClassName" in properties and self.rivals(properties, other["properties"]):
+                raise Refused(250, "Parsing error: parse error: Error adding an instance: "
+                                   "CIM_ERR_FAILED: A provider is already registered for the "
+                                   "specified capability.\n")
+        if name == "PG_ProviderModule":
+            properties.setdefault("OperationalStatus", "{2}")
+        self.state["registered"].append({"class": name, "properties": properties})
+
+    @staticmethod
+    def rivals(one, other):
+        return one["ClassName"] == other["ClassName"] and bool(
+            set(names_in(one["Namespaces"])) & set(names_in(other["Namespaces"])))
+
+
+class Cimprovider(Tool):
+    def __init__(self, state, arguments):
+        super().__init__(state)
+        self.action = arguments[0]
+        self.module = arguments[-1]
+
+    def run(self):
+        modules = {names_in(i["properties"]["Name"])[0]: i["properties"]
+                   for i in self.state["registered"] if i["class"] == "PG_ProviderModule"}
+        if self.action == "-l":
+            width = max(map(len, modules), default=6) + 5
+            self.say("MODULE".ljust(width) + "STATUS")
+            for name, properties in modules.items():
+                ok = properties["OperationalStatus"] == "{2}"
+                self.say(name.ljust(width) + ("OK " if ok else "Stopped "))
+            return
+        if self.module not in modules:
+            raise Refused(1, "Specified provider module was not registered.\n")
+        if self.action == "-r":
+            self.say("Deleting provider module...")
+            self.state["registered"] = [
+                i for i in self.state["registered"] if f'"{self.module}"' not in
+                (i["properties"].get("ProviderModuleName"), i["properties"]["Name"]
+                 if i["class"] == "PG_ProviderModule" else None)]
+            self.say("Provider module deleted successfully.")
+        else:
+            enable = self.action == "-e"
+            self.say(f"{'En' if enable else 'Dis'}abling provider module...")
+            modules[self.module]["OperationalStatus"] = "{2}" if enable else "{10}"
+            self.say(f"Provider module {'en' if enable else 'dis'}abled successfully.")
+
+
+class Cimcli(Tool):
+    def __init__(self, state, arguments):
+        super().__init__(state)
+        self.command = arguments[0]
+        self.name = arguments[1] if not arguments[1].startswith("-") else ""
+        self.namespace = arguments[arguments.index("-n") + 1]
+
+    def run(self):
+        if self.namespace not in self.state["namespaces"]:
+            raise status(3, "INVALID_NAMESPACE", self.namespace, self.command)
+        self.classes = self.state["namespaces"][self.namespace]
+        if self.name and self.name not in self.classes:
+            raise (status(6, "NOT_FOUND", self.name, self.command)
+                   if self.command in ("gc", "dc") else
+                   status(5, "INVALID_CLASS", self.name, self.command))
+        getattr(self, self.command)()
+
+    def below(self, name):
+        return [other for other in self.classes if name in chain(self.classes, other)]
+
+    def nc(self):
+        for name in self.below(self.name) if self.name else self.classes:
+            if name != self.name:
+                self.say(name)
+
+    def gc(self):
+        line = "// " + "=" * 51
+        self.say(f"\n{line}\n// {self.name}\n{line}\n\n{self.classes[self.name]['text']}")
+
+    def dc(self):
+        if len(self.below(self.name)) > 1:
+            raise status(8, "CLASS_HAS_CHILDREN", self.name, "dc")
+        if [self.namespace, self.name] in self.state["stored"]:
+            raise status(9, "CLASS_HAS_INSTANCES", self.name, "dc")
+        for reference in self.classes[self.name]["refs"]:
+            if reference not in self.classes:
+                raise status(4, "INVALID_PARAMETER", reference, "dc")
+        del self.classes[self.name]
+
+    def rn(self):
+        wanted = set(chain(self.classes, self.name))
+        found = [n for n, c in self.classes.items() if wanted & set(c["refs"])]
+        self.say(f"{len(found)} referenceNames")
+        for name in found:
+            self.say(f"//vm/{self.namespace}:{name}")
+
+    def ni(self):
+        for name in self.below(self.name):
+            if [self.namespace, name] in self.state["stored"] or self.served(name):
+                self.say(f'{name}.InstanceID="x"')
+
+    def served(self, name):
+        ok = [i["properties"]["Name"] for i in self.state["registered"]
+              if i["properties"].get("OperationalStatus") == "{2}"]
+        return any(i["properties"].get("ClassName") == f'"{name}"'
+                   and i["properties"]["ProviderModuleName"] in ok
+                   and self.namespace in names_in(i["properties"]["Namespaces"])
+                   for i in self.state["registered"])
+
+    def ei(self):
+        for instance in self.state["registered"]:
+            if instance["class"] == self.name:
+                self.say(f"\n// path= {self.name}\n\ninstance of {self.name}\n{{\n"
+                      "    InstanceID = NULL;")
+                for name, value in instance["properties"].items():
+                    self.say(f"    {name} = {value};")
+                self.say("};")
+
+
+class Cimconfig(Tool):
+    def __init__(self, state, arguments):
+        super().__init__(state)
+        self.arguments = arguments
+
+    def run(self):
+        if self.arguments != ["-g", "providerDir", "-c"]:
+            raise Refused(1, "Invalid property name\n")
+        self.say("Current value: " + self.state["providers"])
+
+
+TOOLS = {"cimmof": Cimmof, "cimprovider": Cimprovider, "cimcli": Cimcli, "cimconfig": Cimconfig}
+
+
+def call(state, name, arguments):
+    """Calls a tool; returns its exit code, its output and its errors. What it did before it was
+    refused stays, as it does with the real ones."""
+    tool = TOOLS[name](state, arguments)
+    try:
+        tool.run()
+        return 0, tool.out, tool.err
+    except Refused as refused:
+        return refused.code, tool.out, tool.err + str(refused)

@@ -1,0 +1,115 @@
+"""The server's tools as serverprofile-register meets them in a test: programs under their names
+that ask the test, which answers from a server and lets go wrong what a test wants to."""
+
+import os
+import pathlib
+import re
+import signal
+import socketserver
+import tempfile
+import threading
+
+NAMES = ("cimmof", "cimprovider", "cimcli", "cimconfig")
+HANGS = 600.0
+
+# What the tools say and how they end when the server refuses, and when it is not there.
+REFUSALS = {
+    "cimmof": ("Parsing error: parse error: Error adding an instance: CIM_ERR_FAILED: no\n", 250),
+    "cimprovider": ("Failed to disable provider module: Provider is busy.\n", 1),
+    "cimcli": ("cimcli CIMException:  Cmd= x Object= x Code= 1\nCIM_ERR_FAILED: no\n", 1),
+    "cimconfig": ("no\n", 1),
+}
+DOWN = {
+    "cimmof": ("Cannot connect to CIM Server. The CIM Server may not be running.\n", 246),
+    "cimprovider": ("The CIM server may not be running.\n", 1),
+    "cimcli": ("Pegasus Exception: Cannot connect to local CIM server. Connection failed. "
+               "trying to connect to\n", 54),
+    "cimconfig": ("Current value can not be determined because the CIM server is not running.\n",
+                  1),
+}
+
+
+class Tools:
+    """Answers for the tools in the directory `directory`, until closed.
+
+    `answer(name, arguments)` is how a tool works: it returns exit code, output and errors. `faults`
+    are dictionaries: "match", a pattern for the call, or "index", its number from 0, or "from", the
+    number of the first; and a "mode":
+
+    reject  the tool refuses and does nothing
+    half    it does half of its work and then refuses (cimmof; another one refuses)
+    after   it does its work and then says that it failed
+    crash   it ends by a signal, having done nothing
+    hang    it never ends, having done nothing; `hanging` is set
+    down    the server is not there
+    """
+
+    def __init__(self, directory, client, answer):
+        self.directory = pathlib.Path(directory)
+        for name in NAMES:
+            (self.directory / name).symlink_to(client)
+        self.answer = answer
+        self.socket = str(self.directory / "socket")
+        self.hanging = threading.Event()
+        self.plan()
+        tools = self
+
+        class Handler(socketserver.StreamRequestHandler):
+            def handle(self):
+                name, *arguments = self.rfile.read().decode().split("\0")[:-1]
+                code, out, err = tools.take(pathlib.Path(name).name, arguments)
+                out = out.encode()
+                try:
+                    self.wfile.write(b"%d %d\n" % (code, len(out)) + out + err.encode())
+                except BrokenPipeError:
+                    pass  # it was killed meanwhile
+
+        class Server(socketserver.ThreadingUnixStreamServer):
+            daemon_threads = True
+            request_queue_size = 16
+
+        self._server = Server(self.socket, Handler)
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+
+    def close(self):
+        self._released.set()
+        self._server.shutdown()
+        self._server.server_close()
+
+    def plan(self, *faults):
+        """From now on these faults, and a new count of the calls."""
+        self.calls = []
+        self.faults = faults
+        self.hanging.clear()
+        self._released = threading.Event()
+
+    def take(self, name, arguments):
+        call = " ".join([name, *arguments])
+        index = len(self.calls)
+        self.calls.append(call)
+        for fault in self.faults:
+            if (fault.get("index", index) == index and index >= fault.get("from", 0)
+                    and re.search(fault.get("match", ""), call)):
+                return self.fail(fault["mode"], name, arguments)
+        return self.answer(name, arguments)
+
+    def fail(self, mode, name, arguments):
+        if mode == "half" and name == "cimmof":
+            self.answer(name, [*arguments[:-1], self.half_of(arguments[-1])])
+        elif mode == "after":
+            self.answer(name, arguments)
+        elif mode == "crash":
+            return -signal.SIGKILL, "", ""
+        elif mode == "hang":
+            self.hanging.set()
+            self._released.wait(HANGS)
+        text, code = (DOWN if mode == "down" else REFUSALS)[name]
+        return code, "", text
+
+    def half_of(self, file):
+        """The declarations of the first half of a MOF file, as a file."""
+        parts = pathlib.Path(file).read_text().split("\n};\n")
+        handle, name = tempfile.mkstemp(suffix=".mof", dir=self.directory)
+        with os.fdopen(handle, "w") as stream:
+            stream.write("".join(part + "\n};\n" for part in parts[: len(parts) // 2]))
+        return name
