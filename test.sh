@@ -46,6 +46,7 @@ say "scripts and sources"
 shellcheck run.sh test.sh scripts/*.sh
 scripts/check_format.sh
 scripts/check_includes.py
+mandoc -T lint -W warning docs/man/*.[0-9]
 
 suite release
 if $quick; then

@@ -125,12 +125,8 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
         std::cout << app.get_formatter()->make_help(&app, app.get_name(),
                                                     CLI::AppFormatMode::Normal);
         return {};
-    } catch (const CLI::Success& done) {
-        app.exit(done);
-        return {};
-    } catch (const CLI::Error& error) {
-        app.exit(error);
-        return {std::nullopt, ExitCode::Usage};
+    } catch (const CLI::Error& error) { // the version is one, too
+        return {std::nullopt, app.exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage};
     }
     if (!raw.mof.empty())
         settings.mofDirectory = raw.mof;

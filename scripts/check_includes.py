@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Holds the includes to the rooms: each knows only those before it, and nothing crosses the wall
-between the module and the embedded server."""
+between the module, the embedded server and the tool that registers the module."""
 
 import pathlib
 import re
@@ -23,6 +23,9 @@ LIBRARIES = {
     "http": ["boost/"],
     "cimhost": ["CLI/", "spdlog/"],
 }
+
+# The tool that registers the module stands alone: it knows the server by its commands.
+REGISTER_LIBRARIES = ["CLI/"]
 
 # Headers that a room's build makes.
 GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
@@ -53,6 +56,14 @@ def embedded_allows(room, quoted, name):
     )
 
 
+def register_allows(quoted, name):
+    if quoted:
+        return name.startswith("register/")
+    return bool(SYSTEM.match(name)) and not name.startswith("boost/") or any(
+        name.startswith(library) for library in REGISTER_LIBRARIES
+    )
+
+
 def main():
     listed = subprocess.run(
         ["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True, capture_output=True
@@ -67,6 +78,8 @@ def main():
             allows = lambda q, n, r=path.parts[1]: embedded_allows(r, q, n)
         elif room in MODULE_ROOMS:
             allows = module_allows
+        elif room == "register":
+            allows = register_allows
         else:
             continue
         files += 1

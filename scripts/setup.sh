@@ -6,7 +6,7 @@ set -eu
 usage="usage: setup.sh run|test"
 run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libpugixml-dev libcli11-dev
   libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
-test_packages="git clang clang-format clang-tidy libclang-rt-14-dev shellcheck python3-venv"
+test_packages="git clang clang-format clang-tidy libclang-rt-14-dev shellcheck python3-venv mandoc"
 
 case "${1-}" in
   run) wanted=$run_packages ;;
