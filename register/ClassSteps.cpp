@@ -8,31 +8,34 @@
 namespace registering {
 namespace {
 
-/// The text of each of the module's classes that a namespace had.
-using Texts = std::map<std::string, std::string>;
+/// What a namespace had of the module's classes, and a file to load that from again.
+struct Former {
+    std::map<std::string, std::string> texts;
+    std::filesystem::path file;
+};
 
-Texts classTexts(const Work& work, const Place& place) {
-    Texts texts;
+Former formerClasses(const Work& work, const std::string& nameSpace, const NameSet& classes) {
+    Former former;
+    std::string all;
     for (const Class& declared : work.situation.content.schema)
-        if (place.classes.count(declared.name) != 0)
-            texts[declared.name] = work.server.classText(place.nameSpace, declared.name);
-    return texts;
+        if (classes.count(declared.name) != 0)
+            all += former.texts[declared.name] = work.server.classText(nameSpace, declared.name);
+    std::string name = "former_" + nameSpace + ".mof";
+    std::replace(name.begin(), name.end(), '/', '_');
+    former.file = work.scratch.write(name, all);
+    return former;
 }
 
-bool current(const Class& declared, const Texts& texts) {
-    const auto at = texts.find(declared.name);
-    if (at == texts.end())
+bool current(const Class& declared, const Former& former) {
+    const auto at = former.texts.find(declared.name);
+    if (at == former.texts.end())
         return false;
     const Mof found = readMof(at->second, "the definition of " + declared.name);
     return !found.classes.empty() && found.classes.front().version == declared.version;
 }
 
-void loadText(const Work& work, const std::string& nameSpace, const std::string& text) {
-    work.server.load(nameSpace, work.scratch.write("class.mof", text));
-}
-
 // Deletes what was not there before, and gives back their text to the others.
-void restoreClasses(const Work& work, const std::string& nameSpace, const Texts& before) {
+void restoreClasses(const Work& work, const std::string& nameSpace, const Former& former) {
     const std::optional<NameSet> now = work.server.classes(nameSpace);
     if (!now)
         return;
@@ -40,16 +43,14 @@ void restoreClasses(const Work& work, const std::string& nameSpace, const Texts&
     // references, and could not read the class any more.
     const std::vector<Class>& schema = work.situation.content.schema;
     for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared)
-        if (before.count(declared->name) == 0 && now->count(declared->name) != 0 &&
+        if (former.texts.count(declared->name) == 0 && now->count(declared->name) != 0 &&
             !work.server.deleteClass(nameSpace, declared->name))
             throw Failure(nameSpace + ":" + declared->name + " is in use");
-    for (const Class& declared : schema) {
-        const auto text = before.find(declared.name);
-        if (text != before.end() &&
-            (now->count(declared.name) == 0 ||
-             work.server.classText(nameSpace, declared.name) != text->second))
-            loadText(work, nameSpace, text->second);
-    }
+    if (std::any_of(former.texts.begin(), former.texts.end(), [&](const auto& entry) {
+            return now->count(entry.first) == 0 ||
+                   work.server.classText(nameSpace, entry.first) != entry.second;
+        }))
+        work.server.load(nameSpace, former.file);
 }
 
 // Whether an association points to that very class, and not just to one of its superclasses. The
@@ -89,51 +90,49 @@ std::string holder(const Work& work, const std::string& nameSpace, const Class& 
 } // namespace
 
 void loadClasses(const Work& work, const Place& place) {
+    const std::string nameSpace = place.nameSpace;
     const std::vector<Class>& schema = work.situation.content.schema;
-    const Texts before = classTexts(work, place);
+    const Former former = formerClasses(work, nameSpace, place.classes);
     if (std::all_of(schema.begin(), schema.end(),
-                    [&](const Class& declared) { return current(declared, before); })) {
-        work.report.step("the module's classes are in " + place.nameSpace + " already");
+                    [&](const Class& declared) { return current(declared, former); })) {
+        work.report.step("the module's classes are in " + nameSpace + " already");
         return;
     }
-    std::vector<std::string> added;
-    for (const Class& declared : schema)
-        if (before.count(declared.name) == 0)
-            added.insert(added.begin(), "cimcli dc " + declared.name + " -n " + place.nameSpace);
-    const std::string nameSpace = place.nameSpace;
+    std::vector<std::string> byHand;
+    for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared)
+        if (former.texts.count(declared->name) == 0)
+            byHand.push_back(
+                commandText(work.server.tools().deleteClass(nameSpace, declared->name)));
+    if (!former.texts.empty())
+        byHand.push_back(commandText(work.server.tools().loadMof(nameSpace, former.file)));
     work.transaction.step("loading the module's classes into " + nameSpace,
                           [&] { work.server.load(nameSpace, work.situation.content.schemaFile); },
                           {"taking the module's classes out of " + nameSpace + " again",
-                           [work, nameSpace, before] { restoreClasses(work, nameSpace, before); },
-                           added.empty() ? "load their former version" : joined(added)});
+                           [work, nameSpace, former] { restoreClasses(work, nameSpace, former); },
+                           joined(byHand)});
 }
 
 unsigned deleteClasses(const Work& work, const Place& place) {
     const std::string nameSpace = place.nameSpace;
     const std::vector<Class>& schema = work.situation.content.schema;
-    const Texts before = classTexts(work, place);
+    const Former former = formerClasses(work, nameSpace, place.classes);
     NameSet gone;
     unsigned kept = 0;
     for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared) {
         const std::string& name = declared->name;
-        if (before.count(name) == 0)
+        if (former.texts.count(name) == 0)
             continue;
         std::string why = holder(work, nameSpace, *declared, gone);
         if (why.empty())
-            work.transaction.step("deleting " + nameSpace + ":" + name,
-                                  [&] {
-                                      if (!work.server.deleteClass(nameSpace, name))
-                                          why = "the server says that something hangs on it";
-                                  },
-                                  {"giving " + nameSpace + ":" + name + " back",
-                                   [work, nameSpace, name, before] {
-                                       const std::optional<NameSet> now =
-                                           work.server.classes(nameSpace);
-                                       if (now && now->count(name) == 0)
-                                           loadText(work, nameSpace, before.at(name));
-                                   },
-                                   commandText(work.server.tools().loadMof(
-                                       nameSpace, work.situation.content.schemaFile))});
+            work.transaction.step(
+                "deleting " + nameSpace + ":" + name,
+                [&] {
+                    if (!work.server.deleteClass(nameSpace, name))
+                        why = "the server says that something hangs on it";
+                },
+                {"giving " + nameSpace + ":" + name + " back",
+                 [work, nameSpace, former] { restoreClasses(work, nameSpace, former); },
+                 commandText(work.server.tools().loadMof(nameSpace, former.file))});
         if (why.empty()) {
             gone.insert(name);
         } else {

@@ -53,6 +53,7 @@ class Scenarios:
         self.tools = Tools(self.place / "tools", self.client, self.server.call)
         self.addCleanup(self.tools.close)
         self.pristine = self.server.snapshot()
+        self.left_behind = []  # files that the tool is meant to leave
         self.addCleanup(self.put_back)
 
     def put_back(self):
@@ -60,6 +61,8 @@ class Scenarios:
         self.plan()
         self.tool_says(["remove"], 0, mof=SCHEMA)
         self.assertStateIs(self.pristine)
+        self.assertEqual(self.tools.errors, [])
+        self.assertEqual(list(self.place.glob("serverprofile-register.*")), self.left_behind)
 
     # --- what the tests are written with
 
@@ -70,8 +73,9 @@ class Scenarios:
         return [call for call in self.tools.calls if re.search(pattern, call)]
 
     def command(self, arguments, mof=None):
-        return ["env", f"REGISTER_TEST_SOCKET={self.tools.socket}", self.tool, *arguments,
-                "--mof", mof or self.mof, "--tools", self.place / "tools"]
+        # Its files go where both it and the test see them.
+        return ["env", f"REGISTER_TEST_SOCKET={self.tools.socket}", f"TMPDIR={self.place}",
+                self.tool, *arguments, "--mof", mof or self.mof, "--tools", self.place / "tools"]
 
     def tool_says(self, arguments, code, mof=None):
         """Runs the tool, which has to end with `code`; returns what it said."""
@@ -357,7 +361,10 @@ class Scenarios:
         said = self.tool_says(["install"], 4)
         self.assertIn("left undone: unregistering " + MODULE, said)
         self.assertRegex(said, rf"by hand: \S*cimprovider -r -m {MODULE}")
-        self.assertRegex(said, r"by hand: cimcli dc ORVEX_ElementSoftwareIdentity -n root/cimv2")
+        self.assertRegex(said,
+                         r"by hand: \S*cimcli dc ORVEX_ElementSoftwareIdentity -n root/cimv2, ")
+        self.left_behind = list(self.place.glob("serverprofile-register.*"))
+        self.assertEqual(len(self.left_behind), 1)
 
     def test_missing_tools_are_named(self):
         cimmof = self.place / "tools" / "cimmof"

@@ -42,6 +42,8 @@ class Tools:
     crash   it ends by a signal, having done nothing
     hang    it never ends, having done nothing; `hanging` is set
     down    the server is not there
+
+    `errors` are what went wrong in answering.
     """
 
     def __init__(self, directory, client, answer):
@@ -51,13 +53,18 @@ class Tools:
         self.answer = answer
         self.socket = str(self.directory / "socket")
         self.hanging = threading.Event()
+        self.errors = []
         self.plan()
         tools = self
 
         class Handler(socketserver.StreamRequestHandler):
             def handle(self):
                 name, *arguments = self.rfile.read().decode().split("\0")[:-1]
-                code, out, err = tools.take(pathlib.Path(name).name, arguments)
+                try:
+                    code, out, err = tools.take(pathlib.Path(name).name, arguments)
+                except Exception as error:  # a fault of the test, which would pass for the tool's
+                    tools.errors.append(repr(error))
+                    raise
                 out = out.encode()
                 try:
                     self.wfile.write(b"%d %d\n" % (code, len(out)) + out + err.encode())
