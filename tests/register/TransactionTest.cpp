@@ -10,7 +10,7 @@ namespace {
 // Steps that write down when they run and are taken back.
 class Steps : public testing::Test {
   protected:
-    const Report report;
+    const Report report{};
     Transaction transaction{report};
     std::string log;
 
