@@ -15,6 +15,7 @@ import re
 import shutil
 import signal
 import tempfile
+import time
 
 from tools import Tools
 
@@ -330,18 +331,35 @@ class Scenarios:
         self.assertIn("did not end in time and was killed", said)
         self.assertStateIs(self.pristine)
 
-    def test_a_signal_rolls_back(self):
-        for number in (signal.SIGINT, signal.SIGTERM):
-            with self.subTest(signal=number):
-                self.plan({"match": "^cimmof -.*registration", "mode": "hang"})
-                process = self.server.popen(self.command(["install"]))
-                self.assertTrue(self.tools.hanging.wait(PATIENCE))
-                self.assertNotEqual(self.server.snapshot(), self.pristine)
-                self.server.signal(process, number)
-                out, err = process.communicate(timeout=PATIENCE)
-                self.assertEqual(process.returncode, 3, out + err)
-                self.assertIn("all is as it was before", err)
-                self.assertStateIs(self.pristine)
+    def interrupted(self, fault, number, release):
+        """Sends a signal while a tool waits; everything has to be put back."""
+        self.plan(fault)
+        process = self.server.popen(self.command(["install"]))
+        self.assertTrue(self.tools.waiting.wait(PATIENCE))
+        self.server.signal(process, number)
+        if release:
+            time.sleep(0.2)  # so that the signal comes first
+            self.tools.release()
+        out, err = process.communicate(timeout=PATIENCE)
+        self.assertEqual(process.returncode, 3, out + err)
+        self.assertIn("all is as it was before", err)
+        self.assertStateIs(self.pristine)
+        return err
+
+    def test_a_signal_rolls_back_once_the_command_has_ended(self):
+        self.plan()
+        self.tool_says(["install"], 0)
+        calls = self.calls()
+        self.tool_says(["remove"], 0)
+        for index, call in enumerate(calls):
+            if re.search(CHANGES, call):
+                with self.subTest(call=call):
+                    said = self.interrupted({"index": index, "mode": "pause"}, signal.SIGINT, True)
+                    self.assertIn("interrupted (Interrupt)", said)
+
+    def test_a_signal_does_not_wait_for_a_command_that_hangs(self):
+        self.interrupted({"match": "^cimmof -.*registration", "mode": "hang"}, signal.SIGTERM,
+                         False)
 
     def test_a_server_that_does_not_run_is_said(self):
         self.plan({"mode": "down"})

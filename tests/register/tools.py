@@ -40,7 +40,8 @@ class Tools:
     half    it does half of its work and then refuses (cimmof; another one refuses)
     after   it does its work and then says that it failed
     crash   it ends by a signal, having done nothing
-    hang    it never ends, having done nothing; `hanging` is set
+    hang    it never ends, having done nothing; `waiting` is set
+    pause   it does its work once release() is called; `waiting` is set
     down    the server is not there
 
     `errors` are what went wrong in answering.
@@ -52,7 +53,7 @@ class Tools:
             (self.directory / name).symlink_to(client)
         self.answer = answer
         self.socket = str(self.directory / "socket")
-        self.hanging = threading.Event()
+        self.waiting = threading.Event()
         self.errors = []
         self.plan()
         tools = self
@@ -78,8 +79,11 @@ class Tools:
         self._server = Server(self.socket, Handler)
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
-    def close(self):
+    def release(self):
         self._released.set()
+
+    def close(self):
+        self.release()
         self._server.shutdown()
         self._server.server_close()
 
@@ -87,7 +91,7 @@ class Tools:
         """From now on these faults, and a new count of the calls."""
         self.calls = []
         self.faults = faults
-        self.hanging.clear()
+        self.waiting.clear()
         self._released = threading.Event()
 
     def take(self, name, arguments):
@@ -107,9 +111,11 @@ class Tools:
             self.answer(name, arguments)
         elif mode == "crash":
             return -signal.SIGKILL, "", ""
-        elif mode == "hang":
-            self.hanging.set()
+        elif mode in ("hang", "pause"):
+            self.waiting.set()
             self._released.wait(HANGS)
+            if mode == "pause":
+                return self.answer(name, arguments)
         text, code = (DOWN if mode == "down" else REFUSALS)[name]
         return code, "", text
 
