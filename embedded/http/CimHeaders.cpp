@@ -112,8 +112,11 @@ std::string extensionPrefix(const Request& request) {
 }
 
 cimxml::Headers cimHeaders(const Request& request, const std::string& prefix) {
+    // Some clients declare a prefix and then do without it, in all fields or in some.
     const auto field = [&](const std::string& name) {
-        return findField(request.fields, prefix.empty() ? name : prefix + "-" + name);
+        const std::string* extended =
+            prefix.empty() ? nullptr : findField(request.fields, prefix + "-" + name);
+        return extended ? extended : findField(request.fields, name);
     };
     if (request.version >= 11 && !findField(request.fields, "Host"))
         throw RequestRejected(400, "", "Host is missing");

@@ -13,9 +13,9 @@ namespace embedded::http {
 /// Throws cimxml::RequestRejected for a prefix that is not two digits.
 std::string extensionPrefix(const Request& request);
 
-/// What the request's fields say about the operation. `prefix` as extensionPrefix() gave it.
-/// Throws cimxml::RequestRejected for fields that rule the request out; without a CIMError where
-/// DSP0200 has none.
+/// What the request's fields say about the operation. `prefix` as extensionPrefix() gave it: a
+/// field is looked for with it, and then without. Throws cimxml::RequestRejected for fields that
+/// rule the request out; without a CIMError where DSP0200 has none.
 cimxml::Headers cimHeaders(const Request& request, const std::string& prefix);
 
 /// `text` with its %-escapes resolved; throws std::invalid_argument for one that is not two

@@ -129,7 +129,8 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
                                             toText(handedDown->getValue().toString()) +
                                             " with DISABLEOVERRIDE");
     }
-    return CIMQualifier(cimNameAt(used.name, used.where), value, withWords(base, used.flavors, used.where));
+    return CIMQualifier(cimNameAt(used.name, used.where), value,
+                        withWords(base, used.flavors, used.where));
 }
 
 } // namespace

@@ -350,7 +350,9 @@ class Associations(unittest.TestCase):
             ('CIM_RegisteredProfile.InstanceID="Orvex1"', ("-arc", "CIM_NoSuch"),
              "(5) CIM_ERR_INVALID_CLASS: CIM_NoSuch"),
             ('CIM_RegisteredProfile.InstanceID="Orvex1"', ("-ar", "no-role"),
-             "(4) CIM_ERR_INVALID_PARAMETER: no-role"),
+             "(4) CIM_ERR_INVALID_PARAMETER: role no-role"),
+            ('CIM_RegisteredProfile.InstanceID="Orvex1"', ("-arr", "no-role"),
+             "(4) CIM_ERR_INVALID_PARAMETER: resultrole no-role"),
         )
         for name, options, message in refused:
             with self.subTest(source=name, options=options):

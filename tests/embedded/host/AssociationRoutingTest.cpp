@@ -129,9 +129,10 @@ TEST_F(AssociationRouting, UnknownClassesAndIllegalRolesReachNoProvider) {
     EXPECT_EQ("4: TST_None", errorOf([&] { associatorNames(base, "TST_None"); }));
     EXPECT_EQ("5: TST_None", errorOf([&] { associatorNames(base, nullptr, "TST_None"); }));
     EXPECT_EQ("4: TST_None", errorOf([&] { referenceNames(base, "TST_None"); }));
-    EXPECT_EQ("4: a b", errorOf([&] { associatorNames(base, nullptr, nullptr, "a b"); }));
-    EXPECT_EQ("4: 1", errorOf([&] { associatorNames(base, nullptr, nullptr, "", "1"); }));
-    EXPECT_EQ("4: 1", errorOf([&] { referenceNames(base, nullptr, "1"); }));
+    EXPECT_EQ("4: role a b", errorOf([&] { associatorNames(base, nullptr, nullptr, "a b"); }));
+    EXPECT_EQ("4: resultrole 1",
+              errorOf([&] { associatorNames(base, nullptr, nullptr, "", "1"); }));
+    EXPECT_EQ("4: role 1", errorOf([&] { referenceNames(base, nullptr, "1"); }));
     EXPECT_EQ("3: root/none",
               errorOf([&] { server.router.referenceNames({}, "root/none", base, CIMName(), ""); }));
     EXPECT_EQ(Texts{}, calls());

@@ -32,6 +32,8 @@ Fields with(Fields fields, const std::string& name, const std::optional<std::str
     return result;
 }
 
+const std::string manWith40 = "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40";
+
 Fields prefixed(const std::string& prefix, const std::string& man) {
     return {{"Host", "h"},
             {"Man", man},
@@ -79,8 +81,8 @@ TEST(CimExchange, HandsTheProtocolVersionOn) {
 }
 
 TEST(CimExchange, AnswersAnExtendedPostInKind) {
-    for (const std::string man : {"http://www.dmtf.org/cim/mapping/http/v1.0; ns=40",
-                                  "\"http://www.dmtf.org/cim/mapping/http/v1.0\" ;ns=\"40\""}) {
+    for (const std::string& man :
+         {manWith40, std::string("\"http://www.dmtf.org/cim/mapping/http/v1.0\" ;ns=\"40\"")}) {
         Reader reader;
         Request request = post(prefixed("40-", man));
         request.verb = "M-POST";
@@ -109,6 +111,30 @@ TEST(CimExchange, AnswersAnExtendedPostWithoutPrefix) {
         EXPECT_NE(wire.find("v1.0; ns=01\r\n01-CIMOperation: MethodResponse\r\n"),
                   std::string::npos);
     }
+}
+
+TEST(CimExchange, TakesFieldsOfAnExtendedPostWithoutThePrefixThatItDeclares) {
+    Fields mixed = with(prefixed("", manWith40), "CIMMethod", {});
+    mixed.emplace_back("40-CIMMethod", "GetClass");
+    for (const Fields& fields : {prefixed("", manWith40), mixed}) {
+        Reader reader;
+        Request request = post(fields);
+        request.verb = "M-POST";
+        const std::string wire = reader.wire(request);
+        EXPECT_NE(wire.find("v1.0; ns=40\r\n40-CIMOperation: MethodResponse\r\n"),
+                  std::string::npos)
+            << wire;
+        EXPECT_EQ(reader.headers.method, "GetClass");
+        EXPECT_EQ(reader.headers.object, "root/cimv2");
+    }
+}
+
+TEST(CimExchange, PrefersTheFieldWithThePrefixThatAnExtendedPostDeclares) {
+    Reader reader;
+    Request request = post(with(prefixed("40-", manWith40), "CIMMethod", "GetInstance"));
+    request.verb = "M-POST";
+    reader.wire(request);
+    EXPECT_EQ(reader.headers.method, "GetClass");
 }
 
 struct RefusedCase {
@@ -164,10 +190,14 @@ INSTANTIATE_TEST_SUITE_P(
                     bad + "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
                           "http%3A%2F%2Fwww.dmtf.org%2Fcim%2Fmapping%2Fhttp%2Fv1.0%3B%20ns%3D4x"
                           "\r\n"},
-        RefusedCase{"PrefixNotUsed", "M-POST",
-                    prefixed("", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"), bad},
-        RefusedCase{"PrefixWithoutExtension", "POST",
-                    prefixed("40-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=40"), bad},
+        RefusedCase{"OtherPrefix", "M-POST", prefixed("73-", manWith40), bad},
+        RefusedCase{"BatchWithoutThePrefix", "M-POST",
+                    with(prefixed("40-", manWith40), "CIMBatch", ""),
+                    "501 Not Implemented\r\nCIMError: multiple-requests-unsupported\r\n"},
+        RefusedCase{"BatchWithThePrefixAlone", "M-POST",
+                    with(prefixed("", manWith40), "40-CIMBatch", ""),
+                    "501 Not Implemented\r\nCIMError: multiple-requests-unsupported\r\n"},
+        RefusedCase{"PrefixWithoutExtension", "POST", prefixed("40-", manWith40), bad},
         RefusedCase{"Put", "PUT", complete, "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},
         RefusedCase{"Options", "OPTIONS", complete,
                     "405 Method Not Allowed\r\nAllow: POST, M-POST\r\n"},

@@ -52,17 +52,6 @@ std::vector<std::string> methodsOf(const CIMConstClass& cimClass) {
     return membersOf(cimClass.getMethodCount(), [&](Uint32 i) { return cimClass.getMethod(i); });
 }
 
-template <class Holder>
-std::vector<std::string> qualifiersOf(const Holder& holder) {
-    std::vector<std::string> names;
-    for (Uint32 i = 0; i < holder.getQualifierCount(); ++i) {
-        const Pegasus::CIMConstQualifier qualifier = holder.getQualifier(i);
-        names.push_back(text(qualifier.getName()) + "=" + text(qualifier.getValue().toString()) +
-                        (qualifier.getPropagated() ? " propagated" : " own"));
-    }
-    return names;
-}
-
 Pegasus::CIMConstProperty propertyOf(const CIMConstClass& cimClass, const char* name) {
     return cimClass.getProperty(cimClass.findProperty(CIMName(name)));
 }
@@ -74,47 +63,102 @@ class ClassTest : public RepositoryTest {
     ClassTest() { load(classes); }
 };
 
-TEST_F(ClassTest, InheritedPropertiesComeFirstAndOverridingOnesKeepTheirPlace) {
+TEST_F(ClassTest, PropertiesThatAreOnlyInheritedComeFirstThenThoseDeclaredInTheirOrder) {
+    EXPECT_EQ(propertiesOf(classNamed("Middle")),
+              (Strings{"Id Base propagated", "Codes Base propagated", "Extra Middle own",
+                       "SPEED Base own"}));
     EXPECT_EQ(propertiesOf(classNamed("Leaf")),
-              (Strings{"Id Base propagated", "SPEED Base propagated", "Codes Base propagated",
-                       "Extra Middle propagated", "Last Leaf own"}));
+              (Strings{"Id Base propagated", "Codes Base propagated", "Extra Middle propagated",
+                       "SPEED Base propagated", "Last Leaf own"}));
 }
 
 TEST_F(ClassTest, AnOverridingPropertyIsTheClassesOwnButOriginatesWhereItFirstStood) {
-    EXPECT_EQ(propertiesOf(classNamed("Middle"))[1], "SPEED Base own");
+    EXPECT_EQ(propertiesOf(classNamed("Middle")).back(), "SPEED Base own");
     EXPECT_EQ(text(propertyOf(classNamed("Leaf"), "Speed").getValue().toString()), "7");
 }
 
-TEST_F(ClassTest, AnOverridingPropertyWithoutADefaultInheritsIt) {
+TEST_F(ClassTest, AnOverridingPropertyWithoutADefaultHasNone) {
     load("class A : Base { uint16 Speed; };");
-    EXPECT_EQ(text(propertyOf(classNamed("A"), "Speed").getValue().toString()), "5");
+    const Pegasus::CIMValue value = propertyOf(classNamed("A"), "Speed").getValue();
+    EXPECT_TRUE(value.isNull());
+    EXPECT_EQ(value.getType(), Pegasus::CIMTYPE_UINT16);
 }
 
-TEST_F(ClassTest, MethodsAreInheritedLikeProperties) {
+TEST_F(ClassTest, MethodsComeInTheOrderOfProperties) {
+    EXPECT_EQ(methodsOf(classNamed("Middle")), (Strings{"Stop Base propagated", "Start Base own"}));
     const CIMClass leaf = classNamed("Leaf");
-    EXPECT_EQ(methodsOf(leaf), (Strings{"Start Base propagated", "Stop Base propagated"}));
-    EXPECT_EQ(leaf.getMethod(0).getParameterCount(), 2U);
-    EXPECT_EQ(methodsOf(classNamed("Middle"))[0], "Start Base own");
+    EXPECT_EQ(methodsOf(leaf), (Strings{"Stop Base propagated", "Start Base propagated"}));
+    EXPECT_EQ(leaf.getMethod(1).getParameterCount(), 2U);
 }
 
 TEST_F(ClassTest, ClassQualifiersFlowDownUnlessTheyAreRestricted) {
-    EXPECT_EQ(qualifiersOf(classNamed("Base")),
+    EXPECT_EQ(qualifierTexts(classNamed("Base")),
               (Strings{"Abstract=TRUE own", "Description=base own", "Version=1.0 own"}));
-    EXPECT_EQ(qualifiersOf(classNamed("Middle")), (Strings{"Description=base propagated"}));
-    EXPECT_EQ(qualifiersOf(classNamed("Leaf")), (Strings{"Description=leaf own"}));
+    EXPECT_EQ(qualifierTexts(classNamed("Middle")), (Strings{"Description=base propagated"}));
+    EXPECT_EQ(qualifierTexts(classNamed("Leaf")), (Strings{"Description=leaf own"}));
     EXPECT_FALSE(classNamed("Middle").isAbstract());
 }
 
-TEST_F(ClassTest, PropertyQualifiersFlowDownUnlessTheyAreRestricted) {
-    EXPECT_EQ(qualifiersOf(propertyOf(classNamed("Middle"), "Speed")),
-              (Strings{"Description=speed propagated", "Override=Speed own"}));
-    EXPECT_EQ(qualifiersOf(propertyOf(classNamed("Leaf"), "Speed")),
-              (Strings{"Description=speed propagated"}));
+TEST_F(ClassTest, QualifiersHandedDownStandBeforeTheClassesOwnTheLastFirst) {
+    load(R"(
+[Description("up"), Version("1"), ClassOnly, DisplayName("u")] class Up {};
+[Version("2"), Abstract] class Down : Up {};
+[Abstract, Description("bottom")] class Bottom : Down {};
+class Below : Down {};
+)");
+    EXPECT_EQ(qualifierTexts(classNamed("Down")),
+              (Strings{"DisplayName=u propagated", "ClassOnly=TRUE propagated",
+                       "Description=up propagated", "Version=2 own", "Abstract=TRUE own"}));
+    EXPECT_EQ(qualifierTexts(classNamed("Bottom")),
+              (Strings{"ClassOnly=TRUE propagated", "DisplayName=u propagated", "Abstract=TRUE own",
+                       "Description=bottom own"}));
+    EXPECT_EQ(qualifierTexts(classNamed("Below")),
+              (Strings{"Description=up propagated", "ClassOnly=TRUE propagated",
+                       "DisplayName=u propagated"}));
 }
 
-TEST_F(ClassTest, MethodQualifiersFlowDown) {
-    EXPECT_EQ(qualifiersOf(classNamed("Middle").getMethod(0)),
+TEST_F(ClassTest, AnInheritedPropertyKeepsItsQualifiersAsTheyAreRestrictedOnesToo) {
+    load("class A : Base {};");
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("A"), "Id")),
+              (Strings{"Key=TRUE own", "Description=the key own"}));
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("A"), "Speed")),
+              (Strings{"Description=speed own", "Override=NULL own"}));
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("Leaf"), "Speed")),
+              (Strings{"Description=speed propagated", "Override=Speed own"}));
+}
+
+TEST_F(ClassTest, AnOverridingPropertyTakesRestrictedQualifiersBehindItsOwn) {
+    load("class A : Base { [MaxLen(2), DisplayName(\"s\")] uint16 Speed; };");
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("A"), "Speed")),
+              (Strings{"Description=speed propagated", "MaxLen=2 own", "DisplayName=s own",
+                       "Override=NULL own"}));
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("Middle"), "Speed")),
+              (Strings{"Description=speed propagated", "Override=Speed own"}));
+}
+
+TEST_F(ClassTest, AnInheritedMethodKeepsItsQualifiersAndThoseOfItsParameters) {
+    load("class A : Base {};");
+    const CIMConstClass a = classNamed("A");
+    EXPECT_EQ(qualifierTexts(a.getMethod(0)), (Strings{"Description=starts own"}));
+    EXPECT_EQ(qualifierTexts(a.getMethod(0).getParameter(0)), (Strings{"Required=TRUE own"}));
+    EXPECT_EQ(qualifierTexts(CIMConstClass(classNamed("Leaf")).getMethod(1)),
               (Strings{"Description=starts propagated", "Override=Start own"}));
+}
+
+TEST_F(ClassTest, AnOverridingMethodTakesNoRestrictedQualifiers) {
+    load("class A : Middle { [MaxLen(2)] uint32 Start(); };");
+    const CIMConstClass a = classNamed("A");
+    EXPECT_EQ(qualifierTexts(a.getMethod(a.findMethod(CIMName("Start")))),
+              (Strings{"Description=starts propagated", "MaxLen=2 own"}));
+}
+
+TEST_F(ClassTest, AQualifierIsSpeltAsWhereItIsUsed) {
+    load("[DESCRIPTION(\"a\")] class A : Base { [description(\"mine\")] uint16 Speed; };"
+         "class B : A {};");
+    EXPECT_EQ(qualifierTexts(classNamed("A")), (Strings{"DESCRIPTION=a own"}));
+    EXPECT_EQ(qualifierTexts(classNamed("B")), (Strings{"DESCRIPTION=a propagated"}));
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("A"), "Speed")),
+              (Strings{"description=mine own", "Override=NULL own"}));
 }
 
 TEST_F(ClassTest, KeysFlowDown) {
@@ -139,8 +183,8 @@ TEST_F(ClassTest, FlavorsOfTheDeclarationGoWithTheQualifier) {
 
 TEST_F(ClassTest, FlavorsAtTheQualifierChangeThoseOfItsDeclaration) {
     load("[Description(\"here only\") : Restricted] class A {}; class B : A {};");
-    EXPECT_EQ(qualifiersOf(classNamed("A")).size(), 1U);
-    EXPECT_EQ(qualifiersOf(classNamed("B")).size(), 0U);
+    EXPECT_EQ(qualifierTexts(classNamed("A")).size(), 1U);
+    EXPECT_EQ(qualifierTexts(classNamed("B")).size(), 0U);
 }
 
 TEST_F(ClassTest, NamesAreFoundInAnyCaseAndShownAsDeclared) {
@@ -149,11 +193,26 @@ TEST_F(ClassTest, NamesAreFoundInAnyCaseAndShownAsDeclared) {
 }
 
 TEST_F(ClassTest, LocalOnlyLeavesOutWhatIsPropagated) {
-    const CIMClass middle = repository.getClass(home, "Middle", true);
-    EXPECT_EQ(propertiesOf(middle), (Strings{"SPEED Base own", "Extra Middle own"}));
+    const CIMConstClass middle = repository.getClass(home, "Middle", true);
+    EXPECT_EQ(propertiesOf(middle), (Strings{"Extra Middle own", "SPEED Base own"}));
     EXPECT_EQ(methodsOf(middle), (Strings{"Start Base own"}));
-    EXPECT_EQ(qualifiersOf(middle), Strings{});
-    EXPECT_EQ(qualifiersOf(propertyOf(middle, "Speed")), (Strings{"Override=Speed own"}));
+    EXPECT_EQ(qualifierTexts(middle), Strings{});
+    EXPECT_EQ(qualifierTexts(propertyOf(middle, "Speed")), (Strings{"Override=Speed own"}));
+    EXPECT_EQ(qualifierTexts(middle.getMethod(0)), (Strings{"Override=Start own"}));
+}
+
+TEST_F(ClassTest, LocalOnlyShowsTheClassesOwnQualifiersAndThoseThatNothingMarks) {
+    load("[Version(\"2\"), DisplayName(\"a\")] class A : Base { [MaxLen(2)] uint16 Speed; };"
+         "class B : A {};");
+    const CIMClass a = repository.getClass(home, "A", true);
+    EXPECT_EQ(qualifierTexts(a), (Strings{"Version=2 own", "DisplayName=a own"}));
+    EXPECT_EQ(qualifierTexts(propertyOf(a, "Speed")),
+              (Strings{"MaxLen=2 own", "Override=NULL own"}))
+        << "OpenPegasus does not mark restricted ones either";
+    const CIMClass b = repository.getClass(home, "B", true);
+    EXPECT_EQ(qualifierTexts(b), Strings{});
+    EXPECT_EQ(propertiesOf(b), Strings{});
+    EXPECT_EQ(methodsOf(b), Strings{});
 }
 
 TEST_F(ClassTest, WithoutQualifiersNoElementHasAny) {
@@ -168,7 +227,7 @@ TEST_F(ClassTest, WithoutQualifiersNoElementHasAny) {
 TEST_F(ClassTest, WithoutClassOriginNoElementHasOne) {
     const CIMClass leaf = repository.getClass(home, "Leaf", false, true, false);
     EXPECT_EQ(propertiesOf(leaf)[0], "Id  propagated");
-    EXPECT_EQ(methodsOf(leaf)[0], "Start  propagated");
+    EXPECT_EQ(methodsOf(leaf)[0], "Stop  propagated");
 }
 
 TEST_F(ClassTest, APropertyListNarrowsThePropertiesAndNothingElse) {

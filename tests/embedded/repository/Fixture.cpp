@@ -20,6 +20,7 @@ Qualifier Required : boolean = false, Scope(property, reference, method, paramet
 Qualifier MaxLen : uint32 = null, Scope(property, method, parameter);
 Qualifier Values : string[], Scope(property, method, parameter), Flavor(Translatable);
 Qualifier ClassOnly : boolean = false, Scope(class);
+Qualifier DisplayName : string = null, Scope(any), Flavor(Translatable);
 )";
 
 } // namespace
@@ -36,6 +37,21 @@ std::vector<std::string> texts(const std::vector<Pegasus::CIMName>& names) {
     std::vector<std::string> result;
     for (const Pegasus::CIMName& name : names) {
         result.push_back(text(name));
+    }
+    return result;
+}
+
+std::string text(const Pegasus::CIMValue& value) {
+    return value.isNull() ? "NULL" : text(value.toString());
+}
+
+std::vector<std::string> propertyTexts(const Pegasus::CIMInstance& instance) {
+    std::vector<std::string> result;
+    for (Pegasus::Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
+        const Pegasus::CIMConstProperty property = instance.getProperty(i);
+        result.push_back(text(property.getName()) + " " + text(property.getClassOrigin()) +
+                         (property.getPropagated() ? " default " : " given ") +
+                         text(property.getValue()));
     }
     return result;
 }

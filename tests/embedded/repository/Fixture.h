@@ -16,6 +16,24 @@ namespace embedded::repository {
 std::string text(const Pegasus::String& value);
 std::string text(const Pegasus::CIMName& name);
 std::vector<std::string> texts(const std::vector<Pegasus::CIMName>& names);
+/// "NULL" for a null value.
+std::string text(const Pegasus::CIMValue& value);
+
+/// "name=value own|propagated", one per qualifier of a class, instance, property, method,
+/// parameter.
+template <class Holder>
+std::vector<std::string> qualifierTexts(const Holder& holder) {
+    std::vector<std::string> result;
+    for (Pegasus::Uint32 i = 0; i < holder.getQualifierCount(); ++i) {
+        const Pegasus::CIMConstQualifier qualifier = holder.getQualifier(i);
+        result.push_back(text(qualifier.getName()) + "=" + text(qualifier.getValue()) +
+                         (qualifier.getPropagated() ? " propagated" : " own"));
+    }
+    return result;
+}
+
+/// "name origin given|default value", one per property.
+std::vector<std::string> propertyTexts(const Pegasus::CIMInstance& instance);
 
 /// Status and message of a CIMException; a code of -1 if `action` throws none.
 struct Status {

@@ -34,29 +34,26 @@ class InstanceTest : public RepositoryTest {
     }
 };
 
-/// "Name origin given|default value", one per property.
-Strings propertiesOf(const CIMInstance& instance) {
-    Strings properties;
-    for (Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
-        const CIMConstProperty property = instance.getProperty(i);
-        properties.push_back(
-            text(property.getName()) + " " + text(property.getClassOrigin()) +
-            (property.getPropagated() ? " default " : " given ") +
-            (property.getValue().isNull() ? "NULL" : text(property.getValue().toString())));
-    }
-    return properties;
+TEST_F(InstanceTest, HasWhatComesFromItsClassInThatsOrderThenWhatIsGivenInTheOrderGiven) {
+    load("instance of gadget { number = 3; ID = \"a\"; Codes = {}; };");
+    EXPECT_EQ(propertyTexts(all("Gadget").at(0)),
+              (Strings{"Speed Thing default 5", "Text Thing default NULL", "Number Gadget given 3",
+                       "Id Thing given a", "Codes Thing given "}));
 }
 
-TEST_F(InstanceTest, HasAllPropertiesInTheOrderOfItsClass) {
-    load("instance of gadget { number = 3; ID = \"a\"; Codes = {}; };");
-    EXPECT_EQ(propertiesOf(all("Gadget").at(0)),
-              (Strings{"Id Thing given a", "Speed Thing default 5", "Text Thing default NULL",
-                       "Codes Thing given ", "Number Gadget given 3"}));
+TEST_F(InstanceTest, ThatGivesNothingHasThePropertiesOfItsClassInThatsOrder) {
+    load("class D { uint8 First = 1; [Key] string Id = \"only\"; string Last; };"
+         "class E : D { uint8 First; };"
+         "instance of D {}; instance of E {};");
+    EXPECT_EQ(propertyTexts(all("D").at(0)),
+              (Strings{"First D default 1", "Id D default only", "Last D default NULL"}));
+    EXPECT_EQ(propertyTexts(all("E").at(0)),
+              (Strings{"Id D default only", "Last D default NULL", "First D default NULL"}));
 }
 
 TEST_F(InstanceTest, NullThatIsWrittenOutweighsTheDefault) {
-    load("instance of Thing { Id = \"a\"; Speed = NULL; };");
-    EXPECT_EQ(propertiesOf(all("Thing").at(0))[1], "Speed Thing given NULL");
+    load("instance of Thing { Speed = NULL; Id = \"a\"; };");
+    EXPECT_EQ(propertyTexts(all("Thing").at(0))[2], "Speed Thing given NULL");
 }
 
 TEST_F(InstanceTest, PathHasClassAndKeysOnly) {
@@ -92,7 +89,8 @@ instance of Link { From = $T; To = $g; };
     link.getProperty(link.findProperty("From")).getValue().get(from);
     EXPECT_EQ(text(from.toString()), "Thing.Id=\"a\"");
     EXPECT_EQ(pathOf(link), R"(Link.From="Thing.Id=\"a\"",To="Gadget.Id=\"g\",Number=1")");
-    EXPECT_EQ(text(link.getProperty(0).getReferenceClassName()), "Thing");
+    const CIMConstProperty reference = link.getProperty(link.findProperty("From"));
+    EXPECT_EQ(text(reference.getReferenceClassName()), "Thing");
 }
 
 TEST_F(InstanceTest, AnAliasMayBeUsedBeforeItIsDeclared) {
@@ -139,8 +137,9 @@ TEST_F(InstanceTest, AReferenceMayBeWrittenAsAPath) {
 
 TEST_F(InstanceTest, AStringKeyThatLooksLikeAPathStaysAString) {
     load(R"(instance of Link { From = "Thing.Id=\"X.y=1\""; To = "Thing.Id=\"b\""; };)");
+    const CIMInstance link = all("Link").at(0);
     CIMObjectPath from;
-    all("Link").at(0).getProperty(0).getValue().get(from);
+    link.getProperty(link.findProperty("From")).getValue().get(from);
     EXPECT_EQ(from.getKeyBindings()[0].getType(), Pegasus::CIMKeyBinding::STRING);
 }
 
@@ -149,19 +148,30 @@ TEST_F(InstanceTest, APathMayPointIntoANamespaceThatIsNotServedHere) {
     EXPECT_EQ(all("Link").size(), 1U);
 }
 
-TEST_F(InstanceTest, QualifiersStayWithTheClass) {
-    load("instance of Thing { Id = \"a\"; };");
-    EXPECT_EQ(all("Thing").at(0).getProperty(0).getQualifierCount(), 0U);
+TEST_F(InstanceTest, QualifiersOfPropertiesStayWithTheClass) {
+    load("instance of Gadget { Id = \"a\"; Number = 1; };");
+    const CIMInstance gadget = all("Gadget").at(0);
+    for (Uint32 i = 0; i < gadget.getPropertyCount(); ++i) {
+        EXPECT_EQ(gadget.getProperty(i).getQualifierCount(), 0U) << i;
+    }
 }
 
-TEST_F(InstanceTest, HasTheQualifiersThatItIsWrittenWith) {
-    load("[Description(\"one\")] instance of Thing { [Description(\"two\")] Id = \"a\"; };");
-    const CIMInstance thing = all("Thing").at(0);
-    ASSERT_EQ(thing.getQualifierCount(), 1U);
-    ASSERT_EQ(thing.getProperty(0).getQualifierCount(), 1U);
-    EXPECT_EQ(
-        text(Pegasus::CIMConstProperty(thing.getProperty(0)).getQualifier(0).getValue().toString()),
-        "two");
+TEST_F(InstanceTest, HasTheQualifiersThatItsClassHandsDownMarkedAndTheLastFirst) {
+    load("[Description(\"d\"), Version(\"1\"), ClassOnly] class D : Thing {};"
+         "instance of D { Id = \"a\"; };");
+    EXPECT_EQ(qualifierTexts(all("D").at(0)),
+              (Strings{"ClassOnly=TRUE propagated", "Description=d propagated"}));
+}
+
+TEST_F(InstanceTest, HasTheQualifiersThatItIsWrittenWithBehindThoseHandedDown) {
+    load("[Description(\"d\"), ClassOnly] class D : Thing {};"
+         "[Description(\"one\"), DisplayName(\"me\")]"
+         "instance of D { [Description(\"two\")] Id = \"a\"; };");
+    const CIMInstance thing = all("D").at(0);
+    EXPECT_EQ(qualifierTexts(thing),
+              (Strings{"ClassOnly=TRUE propagated", "Description=one own", "DisplayName=me own"}));
+    EXPECT_EQ(qualifierTexts(thing.getProperty(thing.findProperty("Id"))),
+              (Strings{"Description=two own"}));
 }
 
 TEST_F(InstanceTest, IsFoundWhateverHostNamespaceCaseAndOrderSay) {
@@ -198,8 +208,11 @@ TEST_F(InstanceTest, ThatIsMissingIsNamedWithoutHostAndNamespace) {
 
 TEST_F(InstanceTest, ChangingWhatWasHandedOutChangesNothingInside) {
     load("instance of Thing { Id = \"a\"; };");
-    all("Thing").at(0).getProperty(1).setValue(Pegasus::CIMValue(Pegasus::Uint16(1)));
-    instanceAt("Thing.Id=\"a\"").getProperty(1).setValue(Pegasus::CIMValue(Pegasus::Uint16(2)));
+    const auto change = [](CIMInstance mine, Pegasus::Uint16 speed) {
+        mine.getProperty(mine.findProperty("Speed")).setValue(Pegasus::CIMValue(speed));
+    };
+    change(all("Thing").at(0), 1);
+    change(instanceAt("Thing.Id=\"a\""), 2);
     EXPECT_EQ(valueOf("Thing.Id=\"a\"", "Speed"), "5");
 }
 

@@ -15,6 +15,7 @@ using Pegasus::CIMPropertyList;
 using Pegasus::CIMValue;
 using Pegasus::String;
 using Pegasus::Uint16;
+using Strings = std::vector<std::string>;
 
 class OperationTest : public RepositoryTest {
   protected:
@@ -63,6 +64,18 @@ TEST_F(OperationTest, CreateFillsInTheDefaultsAndThePath) {
     EXPECT_EQ(text(path.toString()), "Thing.Id=\"b\"");
     EXPECT_EQ(valueOf("Thing.Id=\"b\"", "Speed"), "5");
     EXPECT_EQ(instanceAt("Thing.Id=\"b\"").getPropertyCount(), 4U);
+}
+
+TEST_F(OperationTest, CreatePutsWhatIsGivenBehindTheDefaultsAndMarksTheClassesQualifiers) {
+    load("[Description(\"d\"), Version(\"1\")] class Tagged : Thing {};");
+    CIMInstance instance("Tagged");
+    instance.addProperty(CIMProperty("text", CIMValue(String("t"))));
+    instance.addProperty(CIMProperty("Id", CIMValue(String("b"))));
+    EXPECT_EQ(create(instance), success);
+    const CIMInstance created = instanceAt("Tagged.Id=\"b\"");
+    EXPECT_EQ(propertyTexts(created), (Strings{"Speed Thing default 5", "Four Thing default NULL",
+                                               "Text Thing given t", "Id Thing given b"}));
+    EXPECT_EQ(qualifierTexts(created), (Strings{"Description=d propagated"}));
 }
 
 TEST_F(OperationTest, CreateKeepsACopy) {
@@ -120,6 +133,13 @@ TEST_F(OperationTest, ModifyWithoutAListTakesWhatIsGiven) {
     EXPECT_EQ(modify(instance), success);
     EXPECT_EQ(valueOfA("Speed"), "9");
     EXPECT_EQ(valueOfA("Text"), "first");
+}
+
+TEST_F(OperationTest, ModifyKeepsTheOrderOfThePropertiesAndTakesEachFromItsOwn) {
+    EXPECT_EQ(modify(changed()), success);
+    EXPECT_EQ(propertyTexts(instanceAt("Thing.Id=\"a\"")),
+              (Strings{"Four Thing default NULL", "Id Thing given a", "Speed Thing given 9",
+                       "Text Thing given changed"}));
 }
 
 TEST_F(OperationTest, ModifyTakesTheListedPropertiesOnly) {

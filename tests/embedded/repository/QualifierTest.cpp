@@ -46,9 +46,9 @@ TEST_F(QualifierTest, OneWithoutAValueIsTrueIfBooleanAndElseNull) {
 
 TEST_F(QualifierTest, AllOfANamespaceComeInTheOrderOfDeclaration) {
     const auto all = repository.enumerateQualifiers(home);
-    ASSERT_EQ(all.size(), 11U);
+    ASSERT_EQ(all.size(), 12U);
     EXPECT_EQ(text(all[0].getName()), "Abstract");
-    EXPECT_EQ(text(all[10].getName()), "ClassOnly");
+    EXPECT_EQ(text(all[11].getName()), "DisplayName");
 }
 
 TEST_F(QualifierTest, UnknownNamesHaveTheStatusOfTheirOperation) {
