@@ -7,6 +7,7 @@ import shutil
 import signal
 import socket
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -151,9 +152,12 @@ class RealServer:
         code = self._stop()
         self._read()
         self._directory.cleanup()
-        if code != 0 and kind is None:
+        if code != 0:
             how = f"crashed ({signal.Signals(-code).name})" if code < 0 else f"ended with {code}"
-            raise RuntimeError(f"cimserver {how}:\n{self.log}")
+            what = f"cimserver {how}:\n{self.log}"
+            if kind is None:
+                raise RuntimeError(what)
+            print(what, file=sys.stderr)  # beside the error that it may have caused
 
     def _stop(self):
         if self._process.poll() is None:
