@@ -388,7 +388,9 @@ class Faults(Case):
         self.assertEqual(told, ["3 "])
 
     def test_of_a_class_that_no_namespace_has_are_exit_code_2_and_named(self):
-        known = ["--fault=*:*=1", "--fault=getClass:tst_thing=1", "--fault=*:PG_Provider=empty"]
+        once = self.file("once.mof", "class TST_Once {};")
+        known = [f"--mof=root/once={once}", "--fault=*:*=1", "--fault=getClass:tst_thing=1",
+                 "--fault=*:TST_Once=empty"]
         for mode in ("--check", "--port=0"):
             with self.subTest(mode):
                 done = self.run_to_end(
