@@ -1,6 +1,9 @@
 #include "cimhost/Content.h"
 
+#include "cimhost/Summary.h"
 #include "mof/Mof.h"
+
+#include <algorithm>
 
 namespace embedded::cimhost {
 
@@ -12,6 +15,23 @@ void load(const Settings& settings, repository::Repository& repository) {
         repository.createNameSpace(mof.nameSpace); // even if the file declares nothing
         repository.load(mof::readFile(mof.file, settings.mofIncludes), mof.nameSpace);
     }
+}
+
+std::vector<std::string> faultsOfUnknownClasses(const std::vector<host::Fault>& faults,
+                                                const repository::Repository& repository) {
+    const std::vector<Pegasus::CIMNamespaceName> nameSpaces = repository.nameSpaces();
+    std::vector<std::string> complaints;
+    for (const host::Fault& fault : faults) {
+        const bool known = fault.className.isNull() ||
+                           std::any_of(nameSpaces.begin(), nameSpaces.end(), [&](const auto& each) {
+                               return repository.hasClass(each, fault.className);
+                           });
+        if (!known)
+            complaints.push_back("--fault \"" + describe(fault) + "\": no namespace has a class " +
+                                 text(fault.className.getString()) +
+                                 "; check its spelling, or load the MOF file that declares it");
+    }
+    return complaints;
 }
 
 } // namespace embedded::cimhost

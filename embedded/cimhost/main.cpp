@@ -49,6 +49,11 @@ ExitCode run(const Settings& settings) {
         spdlog::error(error.what());
         return ExitCode::Mof;
     }
+    const std::vector<std::string> complaints = faultsOfUnknownClasses(settings.faults, repository);
+    for (const std::string& complaint : complaints)
+        spdlog::error(complaint);
+    if (!complaints.empty())
+        return ExitCode::Usage;
     const host::Registration registration(repository, settings.interop);
     if (settings.checkOnly)
         return check(settings, repository, registration);

@@ -162,6 +162,7 @@ std::string faultHelp() {
     return operations + line +
            "\n"
            "  CLASS      the class named, or that of the instance named; * for any\n"
+           "             (one that no namespace has is an error)\n"
            "  WHAT       STATUS or STATUS:MESSAGE  fails with that CIM status, a number or a name\n"
            "             hang:SECONDS              waits, then goes on to the next fault or "
            "answer\n"

@@ -48,7 +48,7 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const Qua
                               const Element& element, const QualifierList& inherited = {});
 
 /// `list` with the RESTRICTED ones of `inherited` that it has not behind it. OpenPegasus hands them
-/// down to a property all the same.
+/// down to a property all the same, and without a mark, so that LocalOnly shows them.
 QualifierList withRestricted(QualifierList list, const QualifierList& inherited);
 
 /// Copies of the qualifiers of a class, property, method or parameter.

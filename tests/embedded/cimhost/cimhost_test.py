@@ -387,6 +387,28 @@ class Faults(Case):
         told, _, _ = self.heard("*:*=hang:0.1", "*:PG_Provider=3", "*:*=4")
         self.assertEqual(told, ["3 "])
 
+    def test_of_a_class_that_no_namespace_has_are_exit_code_2_and_named(self):
+        once = self.file("once.mof", "class TST_Once {};")
+        known = [f"--mof=root/once={once}", "--fault=*:*=1", "--fault=getClass:tst_thing=1",
+                 "--fault=*:TST_Once=empty"]
+        for mode in ("--check", "--port=0"):
+            with self.subTest(mode):
+                done = self.run_to_end(
+                    mode, *self.content(), *known, "--fault=getInstance:TST_Thong=6",
+                    "--fault=*:PG_Provder=hang:1",
+                )
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertEqual(
+                    re.findall(r"error: (.*)\n", done.stderr),
+                    [f'--fault "{fault}": no namespace has a class {name}; check its spelling, '
+                     "or load the MOF file that declares it"
+                     for fault, name in (
+                         ("getInstance of TST_Thong fails with CIM_ERR_NOT_FOUND", "TST_Thong"),
+                         ("everything of PG_Provder hangs for 1000 ms", "PG_Provder"))],
+                )
+        done = self.run_to_end("--check", *self.content(), *known)
+        self.assertEqual(done.returncode, 0, done.stderr)
+
     def test_nobody_is_warned_of_faults_that_were_not_asked_for(self):
         told, _, log = self.heard()
         self.assertEqual(told, ["of 1"])
