@@ -7,7 +7,6 @@ import shutil
 import signal
 import socket
 import subprocess
-import sys
 import tempfile
 import time
 
@@ -39,6 +38,10 @@ done
 for descriptor in "${descriptors[@]}"; do exec {descriptor}<&-; done
 exec "$@"
 """ % " ".join(RUN_DIRECTORIES)
+
+
+class Crashed(RuntimeError):
+    """The server ended by a signal."""
 
 
 class CannotIsolate(RuntimeError):
@@ -152,12 +155,10 @@ class RealServer:
         code = self._stop()
         self._read()
         self._directory.cleanup()
-        if code != 0:
-            how = f"crashed ({signal.Signals(-code).name})" if code < 0 else f"ended with {code}"
-            what = f"cimserver {how}:\n{self.log}"
-            if kind is None:
-                raise RuntimeError(what)
-            print(what, file=sys.stderr)  # beside the error that it may have caused
+        if code < 0:  # which explains whatever else went wrong
+            raise Crashed(f"cimserver crashed ({signal.Signals(-code).name}):\n{self.log}") from value
+        if code != 0 and kind is None:
+            raise RuntimeError(f"cimserver ended with {code}:\n{self.log}")
 
     def _stop(self):
         if self._process.poll() is None:
