@@ -43,7 +43,7 @@ scripts/setup.sh test
 python_clients
 
 say "scripts and sources"
-shellcheck run.sh test.sh scripts/*.sh
+shellcheck run.sh test.sh scripts/*.sh tests/packages/*.sh
 scripts/check_format.sh
 scripts/check_includes.py
 mandoc -T lint -W warning docs/man/*.[0-9]
@@ -70,5 +70,8 @@ here=$PWD
 scripts/with_port_taken.py 5988 "$here/run.sh" --once --build "$here/build/release" |
   tee build/taken.log
 grep -q "port 5988 is taken" build/taken.log
+
+say "packages"
+tests/packages/run.sh
 
 say "everything is green"

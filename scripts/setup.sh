@@ -1,15 +1,19 @@
 #!/bin/sh
-# Installs from Debian's packages what is missing to build and run the project, or, with "test",
-# to check it too. Says what it installs and asks nothing; with nothing missing it does nothing.
+# Installs from Debian's packages what is missing to build and run the project, or, with "package",
+# to pack it, or, with "test", to check it too. Says what it installs and asks nothing; with nothing
+# missing it does nothing.
 set -eu
 
-usage="usage: setup.sh run|test"
+usage="usage: setup.sh run|package|test"
 run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libpugixml-dev libcli11-dev
   libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
-test_packages="git clang clang-format clang-tidy libclang-rt-14-dev shellcheck python3-venv mandoc"
+package_packages="dpkg-dev file rpm"
+test_packages="$package_packages lintian rpmlint mandoc man-db iproute2
+  git clang clang-format clang-tidy libclang-rt-14-dev shellcheck python3-venv"
 
 case "${1-}" in
   run) wanted=$run_packages ;;
+  package) wanted="$run_packages $package_packages" ;;
   test) wanted="$run_packages $test_packages" ;;
   --help | -h) echo "$usage" && exit 0 ;;
   *) echo "$usage" >&2 && exit 2 ;;

@@ -1,0 +1,96 @@
+# CPack: two packages of each kind, from the components "provider" and "cimhost".
+set(PACKAGE_RELEASE 1)
+set(PACKAGE_CONTACT "Orvex Systems <packages@orvex-systems.example>" CACHE STRING
+    "Who maintains the packages")
+
+set(CPACK_COMPONENTS_ALL ${components})
+set(CPACK_PACKAGE_NAME serverprofile)
+set(CPACK_PACKAGE_VENDOR "Orvex Systems")
+set(CPACK_PACKAGE_CONTACT ${PACKAGE_CONTACT})
+# Each component has its own; what is said here would be put before it.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES TRUE)
+set(CPACK_VERBATIM_VARIABLES TRUE)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/Staged.cmake)
+
+set(cimhost_summary "Small CIM server for provider modules")
+set(cimhost_text
+"Hosts provider modules written for OpenPegasus (\"C++Default\") where no
+OpenPegasus is installed: reads classes and registrations from MOF files and
+speaks CIM-XML over HTTP. For the desk and for tests: no TLS, no
+authentication, nothing persistent. Holds a sample switch.")
+set(provider_summary "Server profile provider module for a CIM server")
+set(provider_text
+"Publishes the management Server profile of a storage-network switch: its
+registered profiles, the host of the CIM server, the software identity and
+the associations between these.")
+if(module_for STREQUAL openpegasus)
+  string(APPEND provider_text "\nThis module is for an installed OpenPegasus.")
+else()
+  string(APPEND provider_text "\nThis module is for the CIM server cimhost.")
+endif()
+
+# --- DEB
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${PACKAGE_RELEASE})
+set(CPACK_DEBIAN_PACKAGE_SECTION net)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION TRUE)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Libraries that no package is known to have: cimhost's own, and an OpenPegasus of one's own.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+if(OpenPegasus_FOUND)
+  cmake_path(GET OpenPegasus_common_LIBRARY PARENT_PATH pegasus_libraries)
+  list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${pegasus_libraries})
+endif()
+
+set(CPACK_DEBIAN_PROVIDER_PACKAGE_NAME ${provider_package})
+set(CPACK_DEBIAN_PROVIDER_DESCRIPTION "${provider_summary}\n${provider_text}")
+set(CPACK_DEBIAN_CIMHOST_PACKAGE_NAME cimhost)
+set(CPACK_DEBIAN_CIMHOST_DESCRIPTION "${cimhost_summary}\n${cimhost_text}")
+set(CPACK_DEBIAN_CIMHOST_PACKAGE_SUGGESTS "${provider_package}, sblim-wbemcli")
+if(module_for STREQUAL embedded)
+  # The runtime library is the server's, and keeps no promises from one version to the next.
+  set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+  set(CPACK_COMPONENT_PROVIDER_DEPENDS cimhost)
+endif()
+
+# --- RPM: what is needed is found by rpmbuild itself
+
+set(CPACK_RPM_COMPONENT_INSTALL ON)
+set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
+set(CPACK_RPM_PACKAGE_RELEASE ${PACKAGE_RELEASE})
+set(CPACK_RPM_PACKAGE_LICENSE Proprietary)
+set(CPACK_RPM_PACKAGE_GROUP "System Environment/Daemons")
+# The scripts know where the files are. Links by build ID are for packages of debug information.
+set(CPACK_RPM_PACKAGE_RELOCATABLE FALSE)
+set(CPACK_RPM_SPEC_MORE_DEFINE "%define _build_id_links none
+%define packager ${PACKAGE_CONTACT}
+%define __provides_exclude_from ^/${provider_directory}/.*$")
+# Directories that belong to the system.
+set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
+    /usr/sbin /usr/lib64 /usr/share/man /usr/share/man/man1 /usr/share/man/man8 /usr/share/doc)
+
+set(CPACK_RPM_PROVIDER_PACKAGE_NAME ${provider_package})
+set(CPACK_RPM_PROVIDER_PACKAGE_SUMMARY ${provider_summary})
+set(CPACK_RPM_PROVIDER_PACKAGE_DESCRIPTION ${provider_text})
+set(CPACK_RPM_CIMHOST_PACKAGE_NAME cimhost)
+set(CPACK_RPM_CIMHOST_PACKAGE_SUMMARY ${cimhost_summary})
+set(CPACK_RPM_CIMHOST_PACKAGE_DESCRIPTION ${cimhost_text})
+
+# --- what is run at installation and removal
+
+file(READ registration.sh REGISTRATION)
+string(CONFIGURE "${REGISTRATION}" REGISTRATION @ONLY)
+foreach(script postinst prerm post preun)
+  configure_file(${script}.in scripts/${script} @ONLY USE_SOURCE_PERMISSIONS)
+endforeach()
+set(scripts ${CMAKE_CURRENT_BINARY_DIR}/scripts)
+set(CPACK_DEBIAN_PROVIDER_PACKAGE_CONTROL_EXTRA ${scripts}/postinst ${scripts}/prerm)
+set(CPACK_RPM_PROVIDER_POST_INSTALL_SCRIPT_FILE ${scripts}/post)
+set(CPACK_RPM_PROVIDER_PRE_UNINSTALL_SCRIPT_FILE ${scripts}/preun)
+
+include(CPack)

@@ -1,0 +1,61 @@
+#!/usr/bin/env python3
+"""A program's manual page and its --help say the same.
+
+usage: manual_test.py PROGRAM PAGE [unittest arguments]
+"""
+
+import re
+import subprocess
+import sys
+import unittest
+
+PROGRAM, PAGE = sys.argv[1:3]
+
+
+def printed(*command):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          check=False).stdout
+
+
+class Manual(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.help = printed(PROGRAM, "--help")
+        with open(PAGE) as page:
+            cls.page = page.read()
+
+    def test_mandoc_finds_nothing_wrong(self):
+        self.assertEqual(printed("mandoc", "-T", "lint", "-W", "warning", PAGE), "")
+
+    def test_every_option_is_in_both(self):
+        described = set()
+        for item in re.findall(r"^\.It (Fl .*)$", self.page, re.M):
+            described.update("-" + option for option in re.findall(r"(?:Fl|,) (-?[a-z-]+)", item))
+        offered = set()
+        for first_column in re.findall(r"^  (-[^ ]+)", self.help, re.M):
+            offered.update(first_column.split(","))
+        self.assertGreater(len(offered), 2)
+        self.assertEqual(described, offered)
+
+    def test_every_described_option_is_in_the_synopsis(self):
+        synopsis = self.page[self.page.index(".Sh SYNOPSIS"):self.page.index(".Sh DESCRIPTION")]
+        for option in re.findall(r"^\.It Fl (-?[a-z-]+)", self.page, re.M):
+            with self.subTest(option):
+                self.assertRegex(synopsis, rf"(Fl|\|) {option}\b")
+
+    def test_every_default_is_in_both(self):
+        # What is all capitals is part of a value's name.
+        for option, default in re.findall(r"^  --([a-z-]+) [^\n=]*=(?![A-Z]+\s)(\S+)", self.help,
+                                          re.M):
+            with self.subTest(option):
+                item = re.search(rf"^\.It Fl -{option} .*?(?=^\.It|^\.El)", self.page, re.M | re.S)
+                self.assertRegex(item[0], rf"The default is\s+(\.Cm )?{re.escape(default)}\s*[.:]")
+
+    def test_the_exit_codes_are_the_same(self):
+        listed = re.findall(r"^  (\d)  (.*)$", self.help, re.M)
+        self.assertTrue(listed)
+        self.assertEqual(re.findall(r"^\.It (\d)\n(.*)$", self.page, re.M), listed)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])
