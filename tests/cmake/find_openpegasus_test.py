@@ -33,7 +33,8 @@ if(OpenPegasus_FOUND)
 endif()
 """
 VERSION = '#define PEGASUS_PRODUCT_NAME "x"\n#define PEGASUS_PRODUCT_VERSION "9.8.7"\n'
-SERVER_PARTS = ("bin/cimserver", "bin/cimmof", "bin/cimprovider", "bin/cimcli")
+SERVER_PARTS = ("bin/cimserver", "bin/cimmof", "bin/cimprovider", "bin/cimcli",
+                "repository")
 
 
 class Finding(unittest.TestCase):
@@ -121,9 +122,11 @@ class Finding(unittest.TestCase):
         options = self.source_tree()
         for part in SERVER_PARTS:
             self.put(f"home/{part}", executable=True)
-            self.assertEqual("", self.find(*options)["home"], part)
-        self.put("home/repository/here")
         self.assertEqual(str(self.place / "home"), self.find(*options)["home"])
+        for part in SERVER_PARTS:
+            (self.place / "home" / part).unlink()
+            self.assertEqual("", self.find(*options)["home"], part)
+            self.put(f"home/{part}", executable=True)
 
 
 if __name__ == "__main__":
