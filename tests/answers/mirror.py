@@ -15,6 +15,7 @@ import sys
 
 import mof
 import wire
+from wire import cimxml
 
 NAMESPACES = ("root/cimv2", "root/PG_InterOp")
 WHOLE = (("DeepInheritance", wire.boolean(True)), ("LocalOnly", wire.boolean(False)))
@@ -83,7 +84,7 @@ def instances(connection, namespace, wanted, without):
         try:
             found = connection.ask(
                 namespace, "EnumerateInstances", ("ClassName", wire.class_name(name)), *WHOLE)
-        except wire.CimError as error:
+        except cimxml.CimError as error:
             if error.code == 5:  # not in this namespace
                 continue
             raise

@@ -14,6 +14,7 @@ from typing import NamedTuple
 
 import mof
 import wire
+from wire import cimxml
 
 NAMESPACES = ("root/cimv2", "root/PG_InterOp")
 
@@ -89,7 +90,7 @@ class Suite:
         try:
             found = self._connection.ask(self._namespace, "EnumerateInstanceNames",
                                          ("ClassName", wire.class_name(name)))
-        except wire.CimError:
+        except cimxml.CimError:
             return []
         return sorted((e.get("CLASSNAME"), mof.path(e), e) for e in found)
 

@@ -3,11 +3,11 @@
 import http.client
 import pathlib
 import sys
-import xml.etree.ElementTree as ElementTree
 from typing import NamedTuple
 from xml.sax.saxutils import quoteattr
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "clients"))
+import cimxml  # noqa: E402
 import request  # noqa: E402
 
 PATIENCE = 120  # seconds for an answer; a server under a sanitizer is slow
@@ -22,15 +22,6 @@ class Request(NamedTuple):
 
     def document(self):
         return request.document(self.namespace, *request.call(self.method, *self.parameters))
-
-
-class CimError(Exception):
-    """The server answered with an ERROR element."""
-
-    def __init__(self, code, description):
-        super().__init__(f"{code}: {description}")
-        self.code = int(code)
-        self.description = description
 
 
 class_name = request.of_class
@@ -74,13 +65,8 @@ class Connection:
         return reply.status, reply.read().decode()
 
     def ask(self, namespace, method, *parameters):
-        """The elements of the answer's IRETURNVALUE. Throws CimError."""
+        """The elements of the answer's IRETURNVALUE. Throws cimxml.CimError."""
         status, text = self.send(Request(namespace, method, parameters))
         if status != 200:
             raise RuntimeError(f"{method} in {namespace}: HTTP {status}")
-        answer = ElementTree.fromstring(text).find(".//IMETHODRESPONSE")
-        error = answer.find("ERROR")
-        if error is not None:
-            raise CimError(error.get("CODE"), error.get("DESCRIPTION"))
-        returned = answer.find("IRETURNVALUE")
-        return [] if returned is None else list(returned)
+        return cimxml.returned(text)

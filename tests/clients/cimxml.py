@@ -41,6 +41,16 @@ class CimError(Exception):
         self.code = int(code)
 
 
+def returned(text):
+    """The elements of a reply's IRETURNVALUE. Throws CimError."""
+    answer = ElementTree.fromstring(text).find(".//IMETHODRESPONSE")
+    error = answer.find("ERROR")
+    if error is not None:
+        raise CimError(error.get("CODE"), error.get("DESCRIPTION"))
+    value = answer.find("IRETURNVALUE")
+    return [] if value is None else list(value)
+
+
 def path(text):
     """CLASS.KEY="VALUE",... of which no value has a comma or a quote, in no place."""
     name, keys = text.split(".", 1)
@@ -183,9 +193,4 @@ class Client:
                 raise RuntimeError(f"HTTP {reply.status} {reply.reason}: {reply.headers}")
         finally:
             connection.close()
-        answer = ElementTree.fromstring(text).find(".//IMETHODRESPONSE")
-        error = answer.find("ERROR")
-        if error is not None:
-            raise CimError(error.get("CODE"), error.get("DESCRIPTION"))
-        returned = answer.find("IRETURNVALUE")
-        return [] if returned is None else list(returned)
+        return returned(text)
