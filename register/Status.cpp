@@ -51,12 +51,19 @@ void tryRequests(const Situation& situation, const Server& server, Report& repor
 ExitCode status(const Settings& settings, const Content& content, const Server& server,
                 Report& report) {
     const std::optional<Situation> situation = survey(settings, content, server, report);
+    const unsigned before = report.problems();
     checkLibrary(settings, content, server, report);
+    const bool loadable = report.problems() == before;
     if (situation) {
         checkClasses(*situation, report, true);
         checkRivals(*situation, report);
         checkRegistration(*situation, report);
-        tryRequests(*situation, server, report);
+        // A request makes the server load the library, and one that is built for another can take
+        // the server down.
+        if (loadable)
+            tryRequests(*situation, server, report);
+        else
+            report.note("no requests are tried, as the server would load that library");
     } else {
         report.note("what the server has could not be checked");
     }

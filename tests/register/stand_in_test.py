@@ -85,6 +85,14 @@ class WithStandIn(Scenarios, unittest.TestCase):
                 self.assertStateIs(before)
         self.server.state["providers"] = self.pristine["providers"]
 
+    def test_status_asks_for_nothing_that_loads_a_wrong_library(self):
+        self.tool_says(["install"], 0)
+        self.server.state["providers"] = str(LIBRARIES / "embedded")
+        said = self.tool_says(["status"], 1)
+        self.assertIn("no requests are tried, as the server would load that library", said)
+        self.assertNotIn("from the module", said)
+        self.server.state["providers"] = self.pristine["providers"]
+
     def test_a_library_that_the_server_would_not_load_is_said(self):
         other = LIBRARIES / "undefined" / "libServerProfileProvider.so"
         said = self.tool_says(["install", "--library", other], 1)
