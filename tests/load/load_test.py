@@ -30,6 +30,7 @@ class Proxy(http.server.ThreadingHTTPServer):
     (text, the answer before it) after HONEST; None closes the connection. A context manager."""
 
     daemon_threads = True
+    request_queue_size = 128  # all clients connect at once
 
     def __init__(self, address, lie):
         super().__init__(("127.0.0.1", 0), Hand)
