@@ -2,7 +2,9 @@
 """What the comparison of two servers' answers finds, and what it lets pass."""
 
 import collections
+import json
 import pathlib
+import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -11,6 +13,7 @@ import compare
 import document
 import listed
 import mof
+import same_answers
 
 DOCUMENT = pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "same-answers.md"
 
@@ -123,6 +126,28 @@ class Listed(unittest.TestCase):
         expected = document.text(0, collections.Counter())
         self.assertEqual(document.rows(expected), document.rows(written))
         self.assertEqual(len(listed.RULES), len(document.rows(written)))
+
+
+class Crash(unittest.TestCase):
+    def test_is_at_the_question_after_the_last_one_answered(self):
+        with tempfile.TemporaryDirectory() as directory:
+            stores = [pathlib.Path(directory, name) for name in ("theirs", "ours")]
+            self.assertEqual("", same_answers.last_question(stores))
+            lines = [json.dumps({"id": key}) + "\n" for key in ("one", "two", "three")]
+            stores[0].write_text(lines[0], encoding="utf-8")
+            stores[1].write_text("".join(lines), encoding="utf-8")
+            self.assertEqual("two", same_answers.last_question(stores))
+            stores[0].write_text("".join(lines), encoding="utf-8")
+            self.assertEqual("", same_answers.last_question(stores))
+
+    def test_is_let_pass_only_in_traversals_from_the_servers_own_objects(self):
+        for question, passes in (
+                ('root/PG_InterOp References PG_NameSpace.Name="x" ResultClass=CIM_Dependency', True),
+                ('root/PG_InterOp AssociatorNames CIM_Namespace as PG_NameSpace.Name="x"', True),
+                ('root/PG_InterOp References CIM_RegisteredProfile.InstanceID="Orvex1"', False),
+                ('root/PG_InterOp EnumerateInstances PG_Namespace', False),
+                ('root/cimv2 References PG_NameSpace.Name="x"', False), ("", False)):
+            self.assertEqual(passes, bool(same_answers.UNSAFE.match(question)), question)
 
 
 class Canonical(unittest.TestCase):

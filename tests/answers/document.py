@@ -40,7 +40,7 @@ refuses are compared in `root/cimv2` alone, where the same objects are.
 Now and then the server of OpenPegasus ends meanwhile (SIGSEGV in its own provider of the Server
 profile, which shares its objects between requests without a lock; six clients that ask it for its
 object manager and namespaces end it within some thousand requests, with no module registered). The
-script then starts anew, and says so.
+script then starts anew, and says so; only if it was at a traversal from one of these objects.
 
 One wire case is not sent to OpenPegasus, since a debug build of it ends at a PUT. The empty list of
 strings in another is left out, since its MOF compiler cannot read one.
