@@ -94,6 +94,19 @@ class Listed(unittest.TestCase):
             self.assertEqual(expected, found(answer(asked, objects=classes),
                                              answer(asked, objects=classes[:1])))
 
+    def test_a_refusal_by_the_server_is_let_pass_where_ours_answers_a_traversal(self):
+        refused = ["1", "CIM_ERR_FAILED: CIM_X Class not supported by Interop Provider"]
+        asked = "root/PG_InterOp Associators X"
+        listed_name = "sources that the server's own provider refuses"
+        self.assertEqual(([listed_name], []), found(answer(asked, error=refused),
+                                                    answer(asked, objects=[])))
+        self.assertEqual(([], [asked]),
+                         found(answer(asked, error=refused),
+                               answer(asked, error=["1", "CIM_ERR_FAILED: something"])))
+        for other in ("root/cimv2 Associators X", "root/PG_InterOp EnumerateInstances X"):
+            self.assertEqual(([], [other]), found(answer(other, error=refused),
+                                                  answer(other, objects=[])))
+
     def test_decoration_is_no_value(self):
         def own(value, marked):
             mark = ' PROPAGATED="true"' if marked else ""

@@ -63,7 +63,7 @@ def class_names_in_order(theirs, ours):
 def nothing_delivered(theirs, ours):
     got = theirs.get("objects") == [] or theirs.get("error") == ["1", "CIM_ERR_FAILED: "
                                                                  "uninitialized object"]
-    if " Get" not in theirs["id"] or not got or ours.get("error", [""])[0] != "6":
+    if not re.search(" Get(Instance|Property) ", theirs["id"]) or not got or ours.get("error", [""])[0] != "6":
         return None
     return theirs, {**{k: v for k, v in ours.items() if k != "error"},
                     **{k: theirs[k] for k in ("objects", "error") if k in theirs}}
@@ -102,6 +102,8 @@ def nameless_key(theirs, ours):
 
 def refused_by_the_server(theirs, ours):
     if not theirs.get("error", ["", ""])[1].endswith("Class not supported by Interop Provider"):
+        return None
+    if not re.match(r"root/PG_InterOp (Associator|Reference)", ours["id"]) or "objects" not in ours:
         return None
     return theirs, theirs
 

@@ -44,17 +44,26 @@ class Manual(unittest.TestCase):
                 self.assertRegex(synopsis, rf"(Fl|\|) {option}\b")
 
     def test_every_default_is_in_both(self):
-        # What is all capitals is part of a value's name.
-        for option, default in re.findall(r"^  --([a-z-]+) [^\n=]*=(?![A-Z]+\s)(\S+)", self.help,
+        # What is all capitals is part of a value's name. A path depends on the installation.
+        for option, default in re.findall(r"^  --([a-z-]+) [^\n=]*=(?![A-Z]+\s|/)(\S+)", self.help,
                                           re.M):
             with self.subTest(option):
                 item = re.search(rf"^\.It Fl -{option} .*?(?=^\.It|^\.El)", self.page, re.M | re.S)
-                self.assertRegex(item[0], rf"The default is\s+(\.Cm )?{re.escape(default)}\s*[.:]")
+                self.assertRegex(item[0], rf"The default is\s+(\.\w\w )?{re.escape(default)}\s*[.:;]")
 
     def test_the_exit_codes_are_the_same(self):
-        listed = re.findall(r"^  (\d)  (.*)$", self.help, re.M)
+        # The page may say more, but begins each with the same words.
+        listed = re.findall(r"^  (\d)  ([^;:,\n]*)", self.help, re.M)
         self.assertTrue(listed)
-        self.assertEqual(re.findall(r"^\.It (\d)\n(.*)$", self.page, re.M), listed)
+        told = re.findall(r"^\.It (\d)\n([^;:,\n]*)", self.page, re.M)
+        self.assertEqual([(code, words[:1].lower() + words[1:].rstrip(".")) for code, words in told],
+                         listed)
+
+    def test_every_command_is_described(self):
+        for command in re.findall(r"^  (\w+) {2,}", self.help.partition("Subcommands:\n")[2].partition(
+                "\n\n")[0], re.M):
+            with self.subTest(command):
+                self.assertRegex(self.page, rf"(?m)^\.It Cm {command}$")
 
 
 if __name__ == "__main__":
