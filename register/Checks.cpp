@@ -77,9 +77,7 @@ void checkLibrary(const Settings& settings, const Content& content, const Server
                   Report& report) {
     const std::vector<std::filesystem::path> configured = server.providerDirectories();
     const auto& directories = configured.empty() ? usualProviderDirectories() : configured;
-    std::vector<std::string> names;
-    for (const std::filesystem::path& directory : directories)
-        names.push_back(directory);
+    const std::vector<std::string> names(directories.begin(), directories.end());
     const std::string name = content.registration.library();
     const std::filesystem::path found = findLibrary(name, directories);
     const std::filesystem::path library = settings.library.empty() ? found : settings.library;

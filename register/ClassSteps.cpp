@@ -118,26 +118,31 @@ unsigned deleteClasses(const Work& work, const Place& place) {
     const Former former = formerClasses(work, nameSpace, place.classes);
     NameSet gone;
     unsigned kept = 0;
+    const auto inWords = [&](const std::string& name) { return nameSpace + ":" + name; };
+    const auto keeping = [&](const std::string& words, const std::string& why) {
+        work.report.note("kept " + words + ": " + why);
+        ++kept;
+    };
     for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared) {
         const std::string& name = declared->name;
         if (former.texts.count(name) == 0)
             continue;
+        const std::string words = inWords(name);
         std::string why = holder(work, nameSpace, *declared, gone);
         if (why.empty())
             work.transaction.step(
-                "deleting " + nameSpace + ":" + name,
+                "deleting " + words,
                 [&] {
                     if (!work.server.deleteClass(nameSpace, name))
                         why = "the server says that something hangs on it";
                 },
-                {"giving " + nameSpace + ":" + name + " back",
+                {"giving " + words + " back",
                  [work, nameSpace, former] { restoreClasses(work, nameSpace, former); },
                  commandText(work.server.tools().loadMof(nameSpace, former.file))});
         if (why.empty()) {
             gone.insert(name);
         } else {
-            work.report.note("kept " + nameSpace + ":" + name + ": " + why);
-            ++kept;
+            keeping(words, why);
         }
     }
     return kept;

@@ -11,12 +11,12 @@ namespace {
 class Reader {
   public:
     Reader(const std::string& text, const std::string& origin)
-        : m_tokens(mofTokens(text, origin)), m_origin(origin) {}
+        : _tokens(mofTokens(text, origin)), _origin(origin) {}
 
     Mof all() {
         Mof mof;
         std::string version;
-        while (m_tokens[m_at].kind != Token::Kind::End) {
+        while (_tokens[_at].kind != Token::Kind::End) {
             if (isSymbol("[")) {
                 version = qualifiers();
             } else if (isWord("class")) {
@@ -65,7 +65,7 @@ class Reader {
             open += isSymbol("{");
             open -= isSymbol("}");
             if (isWord("REF"))
-                addName(result.references, m_tokens[m_at - 1].text);
+                addName(result.references, _tokens[_at - 1].text);
         }
         expect(";");
         return result;
@@ -108,23 +108,23 @@ class Reader {
     }
 
     std::string literal() {
-        return m_tokens[m_at].kind == Token::Kind::String ? quoted(string()) : word();
+        return _tokens[_at].kind == Token::Kind::String ? quoted(string()) : word();
     }
 
     // A string, its pieces joined, without its quotes.
     std::string string() {
         std::string text;
-        while (m_tokens[m_at].kind == Token::Kind::String) {
-            text += m_tokens[m_at].text.substr(1, m_tokens[m_at].text.size() - 2);
+        while (_tokens[_at].kind == Token::Kind::String) {
+            text += _tokens[_at].text.substr(1, _tokens[_at].text.size() - 2);
             advance();
         }
         return text;
     }
 
     std::string word() {
-        if (m_tokens[m_at].kind != Token::Kind::Word)
+        if (_tokens[_at].kind != Token::Kind::Word)
             fail("a name or a value is expected, not");
-        return m_tokens[m_at++].text;
+        return _tokens[_at++].text;
     }
 
     void expect(const char* symbol) {
@@ -134,29 +134,29 @@ class Reader {
     }
 
     void advance() {
-        if (m_tokens[m_at].kind == Token::Kind::End)
+        if (_tokens[_at].kind == Token::Kind::End)
             fail("more is expected, not");
-        ++m_at;
+        ++_at;
     }
 
     bool isSymbol(const char* text) const {
-        return m_tokens[m_at].kind == Token::Kind::Symbol && m_tokens[m_at].text == text;
+        return _tokens[_at].kind == Token::Kind::Symbol && _tokens[_at].text == text;
     }
 
     bool isWord(const char* text) const {
-        return m_tokens[m_at].kind == Token::Kind::Word && sameName(m_tokens[m_at].text, text);
+        return _tokens[_at].kind == Token::Kind::Word && sameName(_tokens[_at].text, text);
     }
 
     [[noreturn]] void fail(const std::string& what) const {
-        const Token& token = m_tokens[m_at];
+        const Token& token = _tokens[_at];
         throw std::runtime_error(
-            m_origin + ":" + std::to_string(token.line) + ": " + what + " " +
+            _origin + ":" + std::to_string(token.line) + ": " + what + " " +
             (token.kind == Token::Kind::End ? "the end" : "'" + token.text + "'"));
     }
 
-    std::vector<Token> m_tokens;
-    const std::string& m_origin;
-    std::size_t m_at = 0;
+    std::vector<Token> _tokens;
+    const std::string& _origin;
+    std::size_t _at = 0;
 };
 
 } // namespace

@@ -9,7 +9,7 @@ namespace {
 
 class Scanner {
   public:
-    Scanner(const std::string& text, const std::string& origin) : m_text(text), m_origin(origin) {}
+    Scanner(const std::string& text, const std::string& origin) : _text(text), _origin(origin) {}
 
     std::vector<Token> all() {
         std::vector<Token> tokens;
@@ -23,52 +23,52 @@ class Scanner {
     Token next() {
         while (skip())
             ;
-        const unsigned line = m_line;
-        if (m_at == m_text.size())
+        const unsigned line = _line;
+        if (_at == _text.size())
             return {Token::Kind::End, "", line};
-        const std::size_t from = m_at;
-        if (m_text[m_at] == '"') {
+        const std::size_t from = _at;
+        if (_text[_at] == '"') {
             endOfString();
-            return {Token::Kind::String, m_text.substr(from, m_at - from), line};
+            return {Token::Kind::String, _text.substr(from, _at - from), line};
         }
-        while (m_at < m_text.size() && inWord(m_text[m_at]))
-            ++m_at;
-        if (m_at > from)
-            return {Token::Kind::Word, m_text.substr(from, m_at - from), line};
-        ++m_at;
-        return {Token::Kind::Symbol, m_text.substr(from, 1), line};
+        while (_at < _text.size() && inWord(_text[_at]))
+            ++_at;
+        if (_at > from)
+            return {Token::Kind::Word, _text.substr(from, _at - from), line};
+        ++_at;
+        return {Token::Kind::Symbol, _text.substr(from, 1), line};
     }
 
     // Passes one space, comment or pragma; false if there is none here.
     bool skip() {
-        if (m_at == m_text.size())
+        if (_at == _text.size())
             return false;
-        if (std::isspace(static_cast<unsigned char>(m_text[m_at])) != 0) {
-            m_line += m_text[m_at++] == '\n';
+        if (std::isspace(static_cast<unsigned char>(_text[_at])) != 0) {
+            _line += _text[_at++] == '\n';
             return true;
         }
-        if (m_text[m_at] == '#' || m_text.compare(m_at, 2, "//") == 0) {
-            m_at = std::min(m_text.find('\n', m_at), m_text.size());
+        if (_text[_at] == '#' || _text.compare(_at, 2, "//") == 0) {
+            _at = std::min(_text.find('\n', _at), _text.size());
             return true;
         }
-        if (m_text.compare(m_at, 2, "/*") == 0) {
-            const std::size_t end = m_text.find("*/", m_at + 2);
+        if (_text.compare(_at, 2, "/*") == 0) {
+            const std::size_t end = _text.find("*/", _at + 2);
             if (end == std::string::npos)
                 fail("a comment has no end");
-            for (; m_at < end + 2; ++m_at)
-                m_line += m_text[m_at] == '\n';
+            for (; _at < end + 2; ++_at)
+                _line += _text[_at] == '\n';
             return true;
         }
         return false;
     }
 
     void endOfString() {
-        for (++m_at; m_at < m_text.size() && m_text[m_at] != '\n'; ++m_at) {
-            if (m_text[m_at] == '"') {
-                ++m_at;
+        for (++_at; _at < _text.size() && _text[_at] != '\n'; ++_at) {
+            if (_text[_at] == '"') {
+                ++_at;
                 return;
             }
-            m_at += m_text[m_at] == '\\' && m_at + 1 < m_text.size();
+            _at += _text[_at] == '\\' && _at + 1 < _text.size();
         }
         fail("a string has no end");
     }
@@ -79,13 +79,13 @@ class Scanner {
     }
 
     [[noreturn]] void fail(const std::string& what) const {
-        throw std::runtime_error(m_origin + ":" + std::to_string(m_line) + ": " + what);
+        throw std::runtime_error(_origin + ":" + std::to_string(_line) + ": " + what);
     }
 
-    const std::string& m_text;
-    const std::string& m_origin;
-    std::size_t m_at = 0;
-    unsigned m_line = 1;
+    const std::string& _text;
+    const std::string& _origin;
+    std::size_t _at = 0;
+    unsigned _line = 1;
 };
 
 } // namespace

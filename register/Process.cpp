@@ -27,7 +27,7 @@ constexpr int shortTick = 5;
 class Pipe {
   public:
     Pipe() {
-        if (pipe2(m_ends.data(), O_CLOEXEC) != 0)
+        if (pipe2(_ends.data(), O_CLOEXEC) != 0)
             throw std::system_error(errno, std::generic_category(), "no pipe");
     }
     Pipe(const Pipe&) = delete;
@@ -37,15 +37,15 @@ class Pipe {
         closeWriting();
     }
 
-    int reading() const { return m_ends[0]; }
-    int writing() const { return m_ends[1]; }
-    void closeReading() { close(m_ends[0]); }
-    void closeWriting() { close(m_ends[1]); }
+    int reading() const { return _ends[0]; }
+    int writing() const { return _ends[1]; }
+    void closeReading() { close(_ends[0]); }
+    void closeWriting() { close(_ends[1]); }
 
     // Appends what there is; the end is where nobody writes any more.
     void read(std::string& text) {
         std::array<char, 16384> buffer{};
-        const ssize_t count = ::read(m_ends[0], buffer.data(), buffer.size());
+        const ssize_t count = ::read(_ends[0], buffer.data(), buffer.size());
         if (count > 0)
             text.append(buffer.data(), static_cast<std::size_t>(count));
         else if (count == 0 || errno != EINTR)
@@ -59,7 +59,7 @@ class Pipe {
         end = -1; // poll passes it over
     }
 
-    std::array<int, 2> m_ends{-1, -1};
+    std::array<int, 2> _ends{-1, -1};
 };
 
 std::vector<std::string> environmentWith(Environment changes) {
@@ -74,12 +74,13 @@ std::vector<std::string> environmentWith(Environment changes) {
             result.push_back(text);
     }
     for (const auto& [name, value] : changes)
-        result.push_back(name + "=" + value);
+        result.push_back(std::string(name).append("=").append(value));
     return result;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (std::string& text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);
@@ -110,25 +111,29 @@ int spawn(pid_t& child, Arguments arguments, const Environment& environment, con
     return error;
 }
 
+// Reads what comes within `patience` milliseconds, once, or, of a program that has ended, all that
+// is in the pipes already: a daemon that it left may hold them open.
+void readFrom(Pipe& out, Pipe& err, bool ended, int patience, Outcome& outcome) {
+    do {
+        std::array<pollfd, 2> ready{{{out.reading(), POLLIN, 0}, {err.reading(), POLLIN, 0}}};
+        if (poll(ready.data(), ready.size(), ended ? 0 : patience) <= 0)
+            return;
+        if (ready[0].revents != 0)
+            out.read(outcome.out);
+        if (ready[1].revents != 0)
+            err.read(outcome.err);
+    } while (ended);
+}
+
 // Reads until the program has ended, or kills it at the end of its time.
 void attend(pid_t child, Pipe& out, Pipe& err, Clock::time_point end, Outcome& outcome) {
     const bool alreadyInterrupted = interruptedBy() != 0; // putting things back is not cut short
     bool cut = false;
     int status = 0;
     for (bool ended = false; !ended;) {
-        std::array<pollfd, 2> ready{{{out.reading(), POLLIN, 0}, {err.reading(), POLLIN, 0}}};
         ended = waitpid(child, &status, WNOHANG) == child;
-        // After its end only what is in the pipes already: a daemon it left may hold them open.
         const bool closed = out.reading() < 0 && err.reading() < 0;
-        while (poll(ready.data(), ready.size(), ended ? 0 : closed ? shortTick : tick) > 0) {
-            if (ready[0].revents != 0)
-                out.read(outcome.out);
-            if (ready[1].revents != 0)
-                err.read(outcome.err);
-            ready = {{{out.reading(), POLLIN, 0}, {err.reading(), POLLIN, 0}}};
-            if (!ended)
-                break;
-        }
+        readFrom(out, err, ended, closed ? shortTick : tick, outcome);
         if (interruptedBy() != 0 && !alreadyInterrupted && !cut) {
             cut = true;
             end = std::min(end, Clock::now() + graceAfterInterrupt);

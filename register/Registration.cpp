@@ -3,6 +3,7 @@
 #include "register/Names.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -23,12 +24,10 @@ const Instance* firstOf(const std::vector<Instance>& instances, const char* clas
 }
 
 bool sameKeys(const Instance& one, const Instance& other) {
-    if (!sameName(one.className, other.className))
-        return false;
-    for (const char* key : {"ProviderModuleName", "ProviderName", "CapabilityID", "Name"})
-        if (one.texts(key) != other.texts(key))
-            return false;
-    return true;
+    constexpr std::array keys{"ProviderModuleName", "ProviderName", "CapabilityID", "Name"};
+    return sameName(one.className, other.className) &&
+           std::all_of(keys.begin(), keys.end(),
+                       [&](const char* key) { return one.texts(key) == other.texts(key); });
 }
 
 const Instance* counterpart(const Instance& instance, const Registration& in) {
@@ -71,19 +70,19 @@ std::string read(const std::filesystem::path& file) {
 
 std::vector<Instance> Registration::capabilities() const {
     std::vector<Instance> result;
-    for (const Instance& instance : m_instances)
+    for (const Instance& instance : _instances)
         if (sameName(instance.className, capabilitiesClass))
             result.push_back(instance);
     return result;
 }
 
 std::string Registration::module() const {
-    const Instance* module = firstOf(m_instances, moduleClass);
+    const Instance* module = firstOf(_instances, moduleClass);
     return module == nullptr ? "" : module->text("Name");
 }
 
 std::string Registration::library() const {
-    const Instance* module = firstOf(m_instances, moduleClass);
+    const Instance* module = firstOf(_instances, moduleClass);
     return module == nullptr ? "" : "lib" + module->text("Location") + ".so";
 }
 
@@ -97,9 +96,10 @@ std::vector<std::string> Registration::nameSpaces() const {
 
 Registration Registration::servingIn(const std::vector<std::string>& nameSpaces) const {
     std::vector<std::string> items;
+    items.reserve(nameSpaces.size());
     for (const std::string& nameSpace : nameSpaces)
         items.push_back(quoted(nameSpace));
-    std::vector<Instance> instances = m_instances;
+    std::vector<Instance> instances = _instances;
     for (Instance& instance : instances)
         for (Property& property : instance.properties)
             if (sameName(property.name, "Namespaces"))

@@ -13,10 +13,10 @@ namespace registering {
 class Registration {
   public:
     Registration() = default;
-    explicit Registration(std::vector<Instance> instances) : m_instances(std::move(instances)) {}
+    explicit Registration(std::vector<Instance> instances) : _instances(std::move(instances)) {}
 
-    const std::vector<Instance>& instances() const { return m_instances; }
-    bool empty() const { return m_instances.empty(); }
+    const std::vector<Instance>& instances() const { return _instances; }
+    bool empty() const { return _instances.empty(); }
 
     std::vector<Instance> capabilities() const;
     /// The module's name.
@@ -29,7 +29,7 @@ class Registration {
     Registration servingIn(const std::vector<std::string>& nameSpaces) const;
 
   private:
-    std::vector<Instance> m_instances;
+    std::vector<Instance> _instances;
 };
 
 /// The module's two MOF files.

@@ -13,7 +13,7 @@ void Report::ok(const std::string& text) const {
 }
 
 void Report::wrong(const std::string& text, const std::string& advice) {
-    ++m_problems;
+    ++_problems;
     std::cout << "  WRONG  " << text << "\n         " << advice << std::endl;
 }
 

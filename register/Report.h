@@ -24,10 +24,10 @@ class Report {
     void result(const std::string& text) const;
 
     /// How often wrong() was called.
-    unsigned problems() const { return m_problems; }
+    unsigned problems() const { return _problems; }
 
   private:
-    unsigned m_problems = 0;
+    unsigned _problems = 0;
 };
 
 } // namespace registering

@@ -13,17 +13,17 @@ Scratch::Scratch() {
     std::string name = fs::temp_directory_path() / "serverprofile-register.XXXXXX";
     if (mkdtemp(name.data()) == nullptr)
         throw std::system_error(errno, std::generic_category(), name);
-    m_directory = name;
+    _directory = name;
 }
 
 Scratch::~Scratch() {
     std::error_code ignored;
-    if (!m_keep)
-        fs::remove_all(m_directory, ignored);
+    if (!_keep)
+        fs::remove_all(_directory, ignored);
 }
 
 fs::path Scratch::write(const std::string& name, const std::string& text) const {
-    const fs::path file = m_directory / name;
+    fs::path file = _directory / name;
     std::ofstream stream(file, std::ios::binary);
     stream << text << std::flush;
     if (!stream)

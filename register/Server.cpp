@@ -27,8 +27,8 @@ std::string Server::answer(const Run& run, const Arguments& command) const {
 }
 
 std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
-    const Arguments command = m_tools.classNames(nameSpace);
-    const Outcome outcome = m_ask(command);
+    const Arguments command = _tools.classNames(nameSpace);
+    const Outcome outcome = _ask(command);
     if (outcome.exitCode == invalidNameSpace)
         return std::nullopt;
     if (!outcome.ok())
@@ -39,21 +39,21 @@ std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
 
 std::vector<std::string> Server::subclasses(const std::string& nameSpace,
                                             const std::string& name) const {
-    return lines(answer(m_ask, m_tools.classNames(nameSpace, name)));
+    return lines(answer(_ask, _tools.classNames(nameSpace, name)));
 }
 
 NameSet Server::associations(const std::string& nameSpace, const std::string& name) const {
     const std::vector<std::string> names =
-        classesOfPaths(answer(m_ask, m_tools.references(nameSpace, name)));
+        classesOfPaths(answer(_ask, _tools.references(nameSpace, name)));
     return NameSet(names.begin(), names.end());
 }
 
 std::string Server::classText(const std::string& nameSpace, const std::string& name) const {
-    return answer(m_ask, m_tools.getClass(nameSpace, name));
+    return answer(_ask, _tools.getClass(nameSpace, name));
 }
 
 Answer Server::instanceNames(const std::string& nameSpace, const std::string& className) const {
-    const Outcome outcome = m_ask(m_tools.instanceNames(nameSpace, className));
+    const Outcome outcome = _ask(_tools.instanceNames(nameSpace, className));
     if (outcome.ok())
         return {"", classesOfPaths(outcome.out)};
     return {describe(outcome), {}, outcome.exitCode == notSupported};
@@ -62,44 +62,44 @@ Answer Server::instanceNames(const std::string& nameSpace, const std::string& cl
 std::vector<Instance> Server::registrations(const std::string& interop) const {
     std::vector<Instance> result;
     for (const char* name : {"PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities"}) {
-        const Arguments command = m_tools.instances(interop, name);
-        const Mof mof = readMof(answer(m_ask, command), commandText(command));
+        const Arguments command = _tools.instances(interop, name);
+        const Mof mof = readMof(answer(_ask, command), commandText(command));
         result.insert(result.end(), mof.instances.begin(), mof.instances.end());
     }
     return result;
 }
 
 std::optional<std::string> Server::status(const std::string& module) const {
-    return moduleStatus(answer(m_ask, m_tools.listModules()), module);
+    return moduleStatus(answer(_ask, _tools.listModules()), module);
 }
 
 std::vector<std::filesystem::path> Server::providerDirectories() const {
-    if (m_tools.cimconfig.empty())
+    if (_tools.cimconfig.empty())
         return {};
-    const Outcome outcome = m_ask(m_tools.providerDirectories());
+    const Outcome outcome = _ask(_tools.providerDirectories());
     const char* home = std::getenv("PEGASUS_HOME");
     return configuredDirectories(outcome.ok() ? outcome.out : "", home == nullptr ? "" : home);
 }
 
 void Server::load(const std::string& nameSpace, const std::filesystem::path& file) const {
-    answer(m_change, m_tools.loadMof(nameSpace, file));
+    answer(_change, _tools.loadMof(nameSpace, file));
 }
 
 void Server::enable(const std::string& module) const {
-    answer(m_change, m_tools.enable(module));
+    answer(_change, _tools.enable(module));
 }
 
 void Server::disable(const std::string& module) const {
-    answer(m_change, m_tools.disable(module));
+    answer(_change, _tools.disable(module));
 }
 
 void Server::removeModule(const std::string& module) const {
-    answer(m_change, m_tools.removeModule(module));
+    answer(_change, _tools.removeModule(module));
 }
 
 bool Server::deleteClass(const std::string& nameSpace, const std::string& name) const {
-    const Arguments command = m_tools.deleteClass(nameSpace, name);
-    const Outcome outcome = m_change(command);
+    const Arguments command = _tools.deleteClass(nameSpace, name);
+    const Outcome outcome = _change(command);
     if (outcome.exitCode == classHasChildren || outcome.exitCode == classHasInstances)
         return false;
     if (!outcome.ok())

@@ -31,9 +31,9 @@ class Server {
   public:
     /// `ask` runs the commands that change nothing, `change` the others.
     Server(Tools tools, Run ask, Run change)
-        : m_tools(std::move(tools)), m_ask(std::move(ask)), m_change(std::move(change)) {}
+        : _tools(std::move(tools)), _ask(std::move(ask)), _change(std::move(change)) {}
 
-    const Tools& tools() const { return m_tools; }
+    const Tools& tools() const { return _tools; }
 
     /// The names of all classes of a namespace; nothing if there is no such namespace.
     std::optional<NameSet> classes(const std::string& nameSpace) const;
@@ -63,9 +63,9 @@ class Server {
   private:
     std::string answer(const Run& run, const Arguments& command) const;
 
-    Tools m_tools;
-    Run m_ask;
-    Run m_change;
+    Tools _tools;
+    Run _ask;
+    Run _change;
 };
 
 } // namespace registering

@@ -22,11 +22,11 @@ class Scratch {
     /// Writes a file; throws std::runtime_error where it cannot be written.
     std::filesystem::path write(const std::string& name, const std::string& text) const;
     /// Leaves the files behind, for someone who has to put things right by hand.
-    void keep() { m_keep = true; }
+    void keep() { _keep = true; }
 
   private:
-    std::filesystem::path m_directory;
-    bool m_keep = false;
+    std::filesystem::path _directory;
+    bool _keep = false;
 };
 
 /// Everything that a step works with. All of it outlives the transaction.

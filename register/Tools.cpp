@@ -12,7 +12,7 @@ namespace {
 
 fs::path find(const char* name, const std::vector<fs::path>& directories) {
     for (const fs::path& directory : directories) {
-        const fs::path file = directory / name;
+        fs::path file = directory / name;
         std::error_code ignored;
         if (fs::is_regular_file(file, ignored) && access(file.c_str(), X_OK) == 0)
             return file;
@@ -94,7 +94,7 @@ std::vector<fs::path> toolDirectories(const fs::path& given) {
 
 Tools findTools(const std::vector<fs::path>& directories, std::vector<std::string>& missing) {
     const auto needed = [&](const char* name) {
-        const fs::path file = find(name, directories);
+        fs::path file = find(name, directories);
         if (file.empty())
             missing.emplace_back(name);
         return file;

@@ -17,31 +17,31 @@ void heedInterrupt() {
 
 void Transaction::step(const std::string& what, const std::function<void()>& act, Undo undo) {
     heedInterrupt();
-    m_undos.push_back(std::move(undo));
+    _undos.push_back(std::move(undo));
     step(what, act);
 }
 
 void Transaction::step(const std::string& what, const std::function<void()>& act) {
     heedInterrupt();
-    m_report.step(what);
+    _report.step(what);
     act();
     heedInterrupt();
 }
 
 bool Transaction::rollBack() {
     std::vector<Undo> failed;
-    for (; !m_undos.empty(); m_undos.pop_back()) {
-        const Undo& undo = m_undos.back();
-        m_report.step(undo.what);
+    for (; !_undos.empty(); _undos.pop_back()) {
+        const Undo& undo = _undos.back();
+        _report.step(undo.what);
         try {
             undo.act();
         } catch (const std::exception& error) {
-            m_report.error(std::string("this failed, too: ") + error.what());
+            _report.error(std::string("this failed, too: ") + error.what());
             failed.push_back(undo);
         }
     }
     for (const Undo& undo : failed)
-        m_report.error("left undone: " + undo.what + "; by hand: " + undo.byHand);
+        _report.error("left undone: " + undo.what + "; by hand: " + undo.byHand);
     return failed.empty();
 }
 

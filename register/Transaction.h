@@ -20,7 +20,7 @@ struct Undo {
 /// Runs steps. After the first that throws, or an interruption, roll back.
 class Transaction {
   public:
-    explicit Transaction(const Report& report) : m_report(report) {}
+    explicit Transaction(const Report& report) : _report(report) {}
 
     /// Says what is done, and does it. The undo is remembered before, as a step may fail halfway.
     /// Throws what the step throws, and std::runtime_error when the program was interrupted.
@@ -34,11 +34,11 @@ class Transaction {
     bool rollBack();
 
     /// Whether there is something to take back.
-    bool begun() const { return !m_undos.empty(); }
+    bool begun() const { return !_undos.empty(); }
 
   private:
-    const Report& m_report;
-    std::vector<Undo> m_undos;
+    const Report& _report;
+    std::vector<Undo> _undos;
 };
 
 } // namespace registering
