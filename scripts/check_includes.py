@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Holds the includes to the rooms: each knows only those before it, and nothing crosses the wall
-between the module, the embedded server and the tool that registers the module."""
+between the modules, the embedded server and the tool that registers the modules."""
 
+import functools
 import pathlib
 import re
 import subprocess
@@ -11,6 +12,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 # The module's rooms know each other, the public provider headers, C++ and POSIX, nothing else.
 MODULE_ROOMS = ["provider", "profiles", "objectmanager", "traversal"]
+# The second module knows itself and the same headers; cimhost has it as a part.
+SERVER_OBJECTS_ROOMS = ["serverobjects"]
 PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
@@ -33,9 +36,9 @@ GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 
 
-def module_allows(quoted, name):
+def module_allows(rooms, quoted, name):
     if quoted:
-        return any(name.startswith(room + "/") for room in MODULE_ROOMS)
+        return any(name.startswith(room + "/") for room in rooms)
     return bool(PUBLIC.match(name) or SYSTEM.match(name))
 
 
@@ -48,6 +51,8 @@ def embedded_allows(room, quoted, name):
     if name.startswith("hosting/"):
         return room not in WITHOUT_CIM
     if quoted:
+        if room == "cimhost" and name.startswith("serverobjects/"):
+            return True
         return name in GENERATED.get(room, []) or any(name.startswith(r + "/") for r in known)
     if PUBLIC.match(name):
         return room not in WITHOUT_CIM
@@ -77,7 +82,9 @@ def main():
         if room == "embedded":
             allows = lambda q, n, r=path.parts[1]: embedded_allows(r, q, n)
         elif room in MODULE_ROOMS:
-            allows = module_allows
+            allows = functools.partial(module_allows, MODULE_ROOMS)
+        elif room in SERVER_OBJECTS_ROOMS:
+            allows = functools.partial(module_allows, SERVER_OBJECTS_ROOMS)
         elif room == "register":
             allows = register_allows
         else:
@@ -91,8 +98,8 @@ def main():
                 wrong.append(
                     f"{path}:{line}: {path.parent} may not include {match[1]}{match[2]}{closing}"
                 )
-        if room == "embedded" and re.search(r"ServerProfile|ORVEX_|Orvex", text):
-            wrong.append(f"{path}: the embedded server knows nothing of the module")
+        if room in ("embedded", "serverobjects") and re.search(r"ServerProfile|ORVEX_|Orvex", text):
+            wrong.append(f"{path}: {room} knows nothing of the Server profile module")
     print("\n".join(wrong) or f"includes of {files} files respect the rooms")
     return 1 if wrong or not files else 0
 

@@ -115,6 +115,16 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
         ->check(directory);
 }
 
+void declareSystem(CLI::App& app, Settings& settings) {
+    app.add_option("--system-class", settings.systemClass,
+                   "The class of the system on which the object manager runs, as its keys say it")
+        ->type_name("CLASS")
+        ->capture_default_str();
+    app.add_option("--system-name", settings.systemName,
+                   "The name of that system (default: this machine's canonical name)")
+        ->type_name("NAME");
+}
+
 void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
     app.add_flag("--check", settings.checkOnly,
                  "Say what is registered and what is missing, and end without serving");
@@ -149,6 +159,7 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     Raw raw;
     declareServing(app, settings);
     declareContent(app, settings, raw);
+    declareSystem(app, settings);
     declareWatching(app, settings, raw);
     try {
         app.parse(argc, argv);

@@ -30,6 +30,8 @@ struct Settings {
     std::vector<MofFile> mofFiles;                     ///< in the order of loading
     std::vector<std::filesystem::path> mofIncludes;
     std::vector<std::filesystem::path> providerDirectories;
+    std::string systemClass = "CIM_ComputerSystem"; ///< of the object manager's system
+    std::optional<std::string> systemName;          ///< none: this machine's canonical name
     std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
     bool keepLibraries = false;

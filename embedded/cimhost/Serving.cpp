@@ -1,5 +1,6 @@
 #include "cimhost/Serving.h"
 
+#include "cimhost/OwnObjects.h"
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
 #include "cimhost/WireTrace.h"
@@ -7,7 +8,6 @@
 #include "host/ProviderHandle.h"
 #include "host/ProviderModule.h"
 #include "host/Router.h"
-#include "host/ServerObjects.h"
 #include "http/CimExchange.h"
 #include "http/Server.h"
 
@@ -104,16 +104,6 @@ void unload(host::ProviderModules& modules, std::chrono::seconds grace) {
 
 } // namespace
 
-std::vector<host::BuiltIn> ownObjects(const repository::Repository& repository,
-                                      std::uint16_t port) {
-    host::ServerIdentity identity;
-    identity.hostName = host::localHostName();
-    identity.name = Pegasus::String(("cimhost:" + std::to_string(port)).c_str());
-    identity.elementName = "cimhost";
-    identity.version = CIMHOST_VERSION;
-    return host::serverObjects(repository, identity);
-}
-
 ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration) {
     if (settings.portFile)
@@ -123,10 +113,11 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
     if (!server)
         return ExitCode::CannotListen;
 
-    host::ProviderModules modules(registration,
-                                  {settings.providerDirectories, settings.keepLibraries, warn});
-    host::Router router(repository, modules, ownObjects(repository, server->port()),
-                        host::localHostName());
+    host::ModuleSettings moduleSettings{
+        settings.providerDirectories, settings.keepLibraries, warn, {}};
+    linkOwnObjects(settings, repository, server->port(), moduleSettings);
+    host::ProviderModules modules(registration, moduleSettings);
+    host::Router router(repository, modules, host::localHostName());
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);

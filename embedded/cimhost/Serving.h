@@ -14,7 +14,4 @@ namespace embedded::cimhost {
 ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration);
 
-/// What clients and --check are told of this server's own.
-std::vector<host::BuiltIn> ownObjects(const repository::Repository& repository, std::uint16_t port);
-
 } // namespace embedded::cimhost

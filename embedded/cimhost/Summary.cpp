@@ -96,7 +96,8 @@ std::vector<std::string> summary(const Repository& repository,
         lines.push_back(nameSpaceLine(repository, nameSpace, nameSpace.equal(interop)));
     for (const auto& [moduleName, module] : registration.modules())
         lines.push_back("module " + text(moduleName) + ": " +
-                        host::libraryFileName(module.location) +
+                        (module.linked ? "part of this program"
+                                       : host::libraryFileName(module.location)) +
                         (module.stopped ? ", stopped" : ""));
     std::map<host::ProviderName, Offers> offers;
     for (const host::Capability& capability : registration.capabilities())

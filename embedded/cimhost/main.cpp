@@ -1,5 +1,6 @@
 #include "cimhost/CommandLine.h"
 #include "cimhost/Content.h"
+#include "cimhost/OwnObjects.h"
 #include "cimhost/Serving.h"
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
@@ -28,8 +29,7 @@ ExitCode check(const Settings& settings, const repository::Repository& repositor
     for (const std::string& line : summary(repository, registration, settings.interop))
         std::cout << line << "\n";
     const std::vector<host::Finding> findings =
-        host::checkRegistration(registration, repository, settings.providerDirectories,
-                                ownObjects(repository, settings.port));
+        host::checkRegistration(registration, repository, settings.providerDirectories);
     for (const host::Finding& finding : findings)
         std::cout << (finding.severity == host::Finding::Severity::Problem ? "PROBLEM " : "ok ")
                   << finding.text << "\n";
@@ -54,7 +54,8 @@ ExitCode run(const Settings& settings) {
         spdlog::error(complaint);
     if (!complaints.empty())
         return ExitCode::Usage;
-    const host::Registration registration(repository, settings.interop);
+    host::Registration registration(repository, settings.interop);
+    registerOwnObjects(repository, registration);
     if (settings.checkOnly)
         return check(settings, repository, registration);
     for (const std::string& line : summary(repository, registration, settings.interop))

@@ -35,6 +35,11 @@ LoadedProvider::~LoadedProvider() {
 }
 
 void LoadedProvider::create(const RegisteredModule& module) {
+    if (const auto linked = _settings.linked.find(module.location);
+        linked != _settings.linked.end()) {
+        _object = asCimErrors([&] { return linked->second(_name.name); });
+        return;
+    }
     const auto file = findLibrary(_settings.directories, module.location);
     if (!file) {
         throw failed("File \"" + libraryFileName(module.location) +

@@ -13,11 +13,11 @@ namespace embedded::host {
 /// Thread-safety: the one who makes and unmakes it sees to it that nobody uses it meanwhile.
 class LoadedProvider {
   public:
-    /// Opens the library, has it create the provider `name` and initialises that. Throws
-    /// CIMException CIM_ERR_FAILED, with everything undone again.
+    /// Opens the library, unless the module is part of the program, has it create the provider
+    /// `name` and initialises that. Throws CIMException CIM_ERR_FAILED, with everything undone again.
     LoadedProvider(const RegisteredModule& module, const ProviderName& name,
                    const ModuleSettings& settings);
-    /// Calls terminate(), then closes the library.
+    /// Calls terminate(), then closes the library, if there is one.
     ~LoadedProvider();
     LoadedProvider(const LoadedProvider&) = delete;
     LoadedProvider& operator=(const LoadedProvider&) = delete;

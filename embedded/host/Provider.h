@@ -5,7 +5,6 @@
 #include <Pegasus/Provider/CIMProvider.h>
 
 #include <functional>
-#include <memory>
 
 namespace embedded::host {
 
@@ -22,14 +21,6 @@ class Provider {
     /// ready throws CIMException.
     virtual void call(const Pegasus::CIMName& className,
                       const std::function<void(Pegasus::CIMProvider&)>& use) = 0;
-};
-
-/// A provider of the program's own, for one class in every namespace that defines the class. It
-/// goes before whatever is registered. initialize() and terminate() are never called on it.
-struct BuiltIn {
-    Pegasus::CIMName className;
-    ProviderType type;
-    std::shared_ptr<Pegasus::CIMProvider> object;
 };
 
 } // namespace embedded::host

@@ -17,6 +17,9 @@
 
 namespace embedded::host {
 
+/// What a module's entry point does: makes the provider of that name.
+using CreateProvider = std::function<Pegasus::CIMProvider*(const Pegasus::String& providerName)>;
+
 struct ModuleSettings {
     /// Where libraries are looked for, in this order.
     std::vector<std::filesystem::path> directories;
@@ -26,6 +29,8 @@ struct ModuleSettings {
     /// Takes one line about what no client is told: the text of an exception from initialize() or
     /// terminate(). May be called from several threads at once; empty: nobody listens.
     std::function<void(const std::string&)> log;
+    /// Modules that are part of the program, by their location: no library is looked for.
+    std::map<std::string, CreateProvider> linked;
 };
 
 class ModuleProvider;

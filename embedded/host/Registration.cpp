@@ -120,8 +120,7 @@ class Registration::Reader {
         if (numberOf(instance, "UserContext") == designatedUser) {
             require(instance, {"DesignatedUserContext"});
         }
-        RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location")),
-                                false};
+        RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location"))};
         for (const Uint16 status : numbersOf(instance, "OperationalStatus")) {
             module.stopped = module.stopped || status == statusStopped;
         }
@@ -159,8 +158,7 @@ class Registration::Reader {
         }
         // All or nothing: an instance with one fault gives no capability at all.
         for (const Key& key : order) {
-            _registration._index.emplace(key, _registration._capabilities.size());
-            _registration._capabilities.push_back(wanted.at(key));
+            _registration.add(wanted.at(key));
         }
     }
 
@@ -211,6 +209,36 @@ Registration::Registration(const repository::Repository& repository,
         return;
     }
     Reader(*this, repository, interop).read();
+}
+
+void Registration::add(const Capability& capability) {
+    _index.emplace(keyOf(capability.nameSpace, capability.className, capability.type),
+                   _capabilities.size());
+    _capabilities.push_back(capability);
+}
+
+void Registration::addLinked(const repository::Repository& repository, const ProviderName& provider,
+                             const std::string& location,
+                             const std::vector<CIMName>& classNames) {
+    _modules.insert_or_assign(provider.module,
+                              RegisteredModule{provider.module, location, false, true});
+    _providers.push_back(provider);
+    const auto loaded = [&](const CIMNamespaceName& nameSpace, const CIMName& className) {
+        std::vector<CIMName> all = repository.subClassNames(nameSpace, className, true);
+        all.push_back(className);
+        return std::any_of(all.begin(), all.end(), [&](const CIMName& name) {
+            return !repository.enumerateInstances(nameSpace, name).empty();
+        });
+    };
+    for (const CIMNamespaceName& nameSpace : repository.nameSpaces()) {
+        for (const CIMName& className : classNames) {
+            if (repository.hasClass(nameSpace, className) &&
+                find(nameSpace, className, ProviderType::Instance) == nullptr &&
+                !loaded(nameSpace, className)) {
+                add({nameSpace, className, ProviderType::Instance, provider});
+            }
+        }
+    }
 }
 
 Registration::Key Registration::keyOf(const CIMNamespaceName& nameSpace, const CIMName& className,

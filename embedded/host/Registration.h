@@ -24,6 +24,7 @@ struct RegisteredModule {
     Pegasus::String name;
     std::string location;
     bool stopped = false; ///< OperationalStatus says so: its providers are blocked
+    bool linked = false;  ///< it is part of the program: there is no library
 };
 
 /// Module and name of a provider: the keys of PG_Provider.
@@ -44,7 +45,7 @@ struct Capability {
     ProviderName provider;
 };
 
-/// Thread-safety: constant once read.
+/// Thread-safety: none while it is filled; constant afterwards.
 class Registration {
   public:
     /// Nothing is registered.
@@ -52,6 +53,13 @@ class Registration {
     /// Reads the instances in `interop`. One that is faulty is left out and told in findings().
     Registration(const repository::Repository& repository,
                  const Pegasus::CIMNamespaceName& interop);
+
+    /// Registers a module that is part of the program, with one provider, for the instances of
+    /// each of the classes in every namespace of `repository` that defines the class, but for those
+    /// where another provider is registered for it, and those that were loaded with instances of the
+    /// class or a subclass: there, these are the objects, and the repository answers.
+    void addLinked(const repository::Repository& repository, const ProviderName& provider,
+                   const std::string& location, const std::vector<Pegasus::CIMName>& classNames);
 
     /// The provider that is registered for exactly this class, or null.
     const ProviderName* find(const Pegasus::CIMNamespaceName& nameSpace,
@@ -70,6 +78,7 @@ class Registration {
     using Key = std::tuple<std::string, std::string, ProviderType>;
     static Key keyOf(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
                      ProviderType type);
+    void add(const Capability& capability);
 
     std::map<Pegasus::String, RegisteredModule> _modules;
     std::vector<ProviderName> _providers;

@@ -38,10 +38,9 @@ const char* kindOf(ProviderType type) {
 class Check {
   public:
     Check(const Registration& registration, const repository::Repository& repository,
-          const std::vector<std::filesystem::path>& directories,
-          const std::vector<BuiltIn>& builtIns)
+          const std::vector<std::filesystem::path>& directories)
         : _registration(registration), _repository(repository), _directories(directories),
-          _builtIns(builtIns), _findings(registration.findings()) {}
+          _findings(registration.findings()) {}
 
     std::vector<Finding> run() {
         for (const Capability& capability : _registration.capabilities()) {
@@ -77,13 +76,6 @@ class Check {
                         .isAssociation()) {
             problem(what + ": the class is not an association, so it is never traversed.");
         }
-        if (std::any_of(_builtIns.begin(), _builtIns.end(), [&](const BuiltIn& builtIn) {
-                return builtIn.type == capability.type &&
-                       builtIn.className.equal(capability.className);
-            })) {
-            problem(what +
-                    ": the server answers for this class itself; the provider is not asked.");
-        }
     }
 
     std::string whereDefined(const CIMName& className) const {
@@ -112,6 +104,10 @@ class Check {
             problem(what +
                     ": OperationalStatus says that it is stopped; its providers are blocked.");
         }
+        if (module.linked) {
+            add(Finding::Severity::Note, what + ": part of this program");
+            return;
+        }
         const auto file = findLibrary(_directories, module.location);
         if (!file) {
             std::string searched;
@@ -133,7 +129,6 @@ class Check {
     const Registration& _registration;
     const repository::Repository& _repository;
     const std::vector<std::filesystem::path>& _directories;
-    const std::vector<BuiltIn>& _builtIns;
     std::vector<Finding> _findings;
 };
 
@@ -141,9 +136,8 @@ class Check {
 
 std::vector<Finding> checkRegistration(const Registration& registration,
                                        const repository::Repository& repository,
-                                       const std::vector<std::filesystem::path>& directories,
-                                       const std::vector<BuiltIn>& builtIns) {
-    return Check(registration, repository, directories, builtIns).run();
+                                       const std::vector<std::filesystem::path>& directories) {
+    return Check(registration, repository, directories).run();
 }
 
 } // namespace embedded::host

@@ -1,7 +1,6 @@
 // Whether what is registered can work: for the person who asks why nothing answers.
 #pragma once
 
-#include "host/Provider.h"
 #include "host/Registration.h"
 #include "repository/Repository.h"
 
@@ -13,10 +12,9 @@ namespace embedded::host {
 /// A note for each capability that is routed; a problem for everything that keeps a registered
 /// provider from being asked or from answering: what the registration left out, namespaces and
 /// classes that are not defined, libraries that are not found, cannot be loaded, or lack the entry
-/// point, and classes of the server's own. Opens the libraries, but creates no provider.
+/// point. Opens the libraries, but creates no provider.
 std::vector<Finding> checkRegistration(const Registration& registration,
                                        const repository::Repository& repository,
-                                       const std::vector<std::filesystem::path>& directories,
-                                       const std::vector<BuiltIn>& builtIns);
+                                       const std::vector<std::filesystem::path>& directories);
 
 } // namespace embedded::host

@@ -60,35 +60,9 @@ String localHostName() {
                                                                              : String("localhost");
 }
 
-class Router::BuiltInProvider : public Provider {
-  public:
-    explicit BuiltInProvider(std::shared_ptr<Pegasus::CIMProvider> object)
-        : _object(std::move(object)) {}
-    void call(const CIMName&, const std::function<void(Pegasus::CIMProvider&)>& use) override {
-        use(*_object);
-    }
-
-  private:
-    const std::shared_ptr<Pegasus::CIMProvider> _object;
-};
-
 Router::Router(repository::Repository& repository, const ProviderModules& modules,
-               const std::vector<BuiltIn>& builtIns, const String& hostName)
-    : _repository(repository), _modules(modules), _hostName(hostName) {
-    for (const BuiltIn& builtIn : builtIns) {
-        _builtIns.emplace(std::pair(lowerCase(builtIn.className.getString()), builtIn.type),
-                          std::make_unique<BuiltInProvider>(builtIn.object));
-    }
-}
-
-Router::~Router() = default;
-
-Provider* Router::find(const CIMNamespaceName& nameSpace, const CIMName& className,
-                       ProviderType type) const {
-    const auto builtIn = _builtIns.find({lowerCase(className.getString()), type});
-    return builtIn != _builtIns.end() ? builtIn->second.get()
-                                      : _modules.find(nameSpace, className, type);
-}
+               const String& hostName)
+    : _repository(repository), _modules(modules), _hostName(hostName) {}
 
 void Router::requireClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
     if (!_repository.hasNameSpace(nameSpace)) {
@@ -157,7 +131,7 @@ auto Router::atInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& 
     return asCimErrors([&] {
         const CIMName& className = instanceName.getClassName();
         requireClass(nameSpace, className);
-        Provider* const provider = find(nameSpace, className, ProviderType::Instance);
+        Provider* const provider = _modules.find(nameSpace, className, ProviderType::Instance);
         if (provider == nullptr) {
             return askRepository();
         }
@@ -262,7 +236,7 @@ auto Router::enumerate(const CIMNamespaceName& nameSpace, const CIMName& classNa
     Legs<std::decay_t<decltype(std::declval<Objects>()[0])>> legs;
     for (const CIMName& name : classNames) {
         legs.add([&]() -> Objects {
-            Provider* const provider = find(nameSpace, name, ProviderType::Instance);
+            Provider* const provider = _modules.find(nameSpace, name, ProviderType::Instance);
             if (provider == nullptr) {
                 return arrayOf(askRepository(name));
             }

@@ -8,8 +8,6 @@
 #include "host/RepositoryAssociations.h"
 #include "repository/Repository.h"
 
-#include <map>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,9 +19,9 @@ Pegasus::String localHostName();
 
 /// Instance operations go to the provider of exactly the class that is named, an enumeration to
 /// the provider of that class and to those of each of its subclasses, an association operation to
-/// the providers of the association classes that can touch the source's class. Built-in providers
-/// go before registered ones; where there is neither, the repository answers. Providers are asked
-/// one after the other, in the repository's order of classes.
+/// the providers of the association classes that can touch the source's class. Where none is
+/// registered, the repository answers. Providers are asked one after the other, in the repository's
+/// order of classes.
 ///
 /// Thread-safety: all operations may be called from several threads at once.
 class Router : public CimOperations {
@@ -31,8 +29,7 @@ class Router : public CimOperations {
     /// `repository` and `modules` must outlive this object. `hostName` stands in the paths that
     /// providers are given, and completes those that they return.
     Router(repository::Repository& repository, const ProviderModules& modules,
-           const std::vector<BuiltIn>& builtIns, const Pegasus::String& hostName);
-    ~Router() override;
+           const Pegasus::String& hostName);
 
     Pegasus::CIMClass getClass(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                                const Pegasus::CIMName& className, bool localOnly,
@@ -102,10 +99,6 @@ class Router : public CimOperations {
 
   private:
     struct Traversal;
-    class BuiltInProvider;
-
-    Provider* find(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
-                   ProviderType type) const;
     void requireClass(const Pegasus::CIMNamespaceName& nameSpace,
                       const Pegasus::CIMName& className) const;
     Pegasus::CIMObjectPath requestPath(const Pegasus::CIMNamespaceName& nameSpace,
@@ -134,8 +127,6 @@ class Router : public CimOperations {
 
     repository::Repository& _repository;
     const ProviderModules& _modules;
-    /// By class in lower case.
-    std::map<std::pair<std::string, ProviderType>, std::unique_ptr<Provider>> _builtIns;
     const Pegasus::String _hostName;
 };
 

@@ -112,15 +112,16 @@ std::string servedBy(const std::string& provider, const std::vector<std::string>
     return mof;
 }
 
-Server::Server(const std::string& mof, const std::vector<BuiltIn>& builtIns, bool keepLibraries)
+Server::Server(const std::string& mof, bool keepLibraries)
     : modules(Registration(filled(repository, mof), interop),
               {{modulesDirectory()},
                keepLibraries,
                [this](const std::string& line) {
                    const std::lock_guard<std::mutex> lock(_mutex);
                    _log.push_back(line);
-               }}),
-      router(repository, modules, builtIns, "testhost"), handles(router) {
+               },
+               {}}),
+      router(repository, modules, "testhost"), handles(router) {
 }
 
 Server::~Server() {

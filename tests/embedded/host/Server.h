@@ -52,8 +52,7 @@ std::string servedBy(const std::string& provider, const std::vector<std::string>
 /// One server at a time; scripts and journal are forgotten with it.
 class Server {
   public:
-    explicit Server(const std::string& mof = {}, const std::vector<BuiltIn>& builtIns = {},
-                    bool keepLibraries = false);
+    explicit Server(const std::string& mof = {}, bool keepLibraries = false);
     ~Server();
 
     std::vector<std::string> log() const;

@@ -1,0 +1,55 @@
+#include "cimhost/OwnObjects.h"
+
+#include "cimhost/Summary.h"
+#include "host/Router.h"
+#include "serverobjects/Objects.h"
+#include "serverobjects/ServerObjectsProvider.h"
+
+namespace embedded::cimhost {
+namespace {
+
+// As in the registration of the same module for other servers.
+constexpr const char* moduleName = "ServerObjectsProviderModule";
+constexpr const char* providerName = "ServerObjectsProvider";
+
+constexpr std::uint16_t authenticationNone = 2; // AuthenticationMechanismsSupported
+
+/// HOST:PORT as clients can use it: where every address is listened on, the host's name.
+std::string reachedAt(const std::string& address, std::uint16_t port) {
+    std::string host = address;
+    if (address == "0.0.0.0" || address == "::")
+        host = text(host::localHostName());
+    else if (address.find(':') != std::string::npos)
+        host = "[" + address + "]";
+    return host + ":" + std::to_string(port);
+}
+
+} // namespace
+
+void registerOwnObjects(const repository::Repository& repository,
+                        host::Registration& registration) {
+    std::vector<Pegasus::CIMName> classNames;
+    for (const serverobjects::PublishedClass& published : serverobjects::publishedClasses)
+        classNames.emplace_back(published.name);
+    registration.addLinked(repository, {moduleName, providerName}, providerName, classNames);
+}
+
+void linkOwnObjects(const Settings& settings, const repository::Repository& repository,
+                    std::uint16_t port, host::ModuleSettings& modules) {
+    serverobjects::Settings own;
+    own.askServer = false;
+    own.systemCreationClassName = settings.systemClass;
+    own.systemName = settings.systemName;
+    own.name = "cimhost:" + std::to_string(port);
+    own.elementName = "cimhost";
+    own.description = "cimhost, version " CIMHOST_VERSION;
+    own.authenticationMechanisms = {authenticationNone};
+    own.httpAddress = reachedAt(settings.address, port);
+    for (const Pegasus::CIMNamespaceName& nameSpace : repository.nameSpaces())
+        own.nameSpaces.push_back(text(nameSpace.getString()));
+    modules.linked.emplace(providerName, [own](const Pegasus::String&) {
+        return new serverobjects::ServerObjectsProvider([own] { return own; });
+    });
+}
+
+} // namespace embedded::cimhost

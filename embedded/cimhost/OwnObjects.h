@@ -1,0 +1,21 @@
+// The objects that cimhost publishes of itself: its object manager, how it is reached, and its
+// namespaces. A provider module like any other answers for them, but one that is part of the program.
+#pragma once
+
+#include "cimhost/CommandLine.h"
+#include "host/ProviderModule.h"
+#include "host/Registration.h"
+#include "repository/Repository.h"
+
+#include <cstdint>
+
+namespace embedded::cimhost {
+
+/// Registers the module where the classes are, unless another one, or what was loaded, has them.
+void registerOwnObjects(const repository::Repository& repository, host::Registration& registration);
+
+/// Adds the module to those that are part of the program. `port` is the one that is listened on.
+void linkOwnObjects(const Settings& settings, const repository::Repository& repository,
+                    std::uint16_t port, host::ModuleSettings& modules);
+
+} // namespace embedded::cimhost

@@ -1,0 +1,141 @@
+#include "serverobjects/ServerObjectsProvider.h"
+
+#include "serverobjects/Objects.h"
+
+#include <utility>
+
+namespace serverobjects {
+
+using Pegasus::Array;
+using Pegasus::Boolean;
+using Pegasus::CIMInstance;
+using Pegasus::CIMKeyBinding;
+using Pegasus::CIMNamespaceName;
+using Pegasus::CIMObjectPath;
+using Pegasus::CIMPropertyList;
+using Pegasus::OperationContext;
+using Pegasus::String;
+using Pegasus::Uint32;
+
+namespace {
+
+/// The path without host and namespace: what tells an object from the others of this server.
+CIMObjectPath localPath(const CIMObjectPath& path) {
+    return CIMObjectPath(String(), CIMNamespaceName(), path.getClassName(), path.getKeyBindings());
+}
+
+[[noreturn]] void refuse() {
+    throw Pegasus::CIMNotSupportedException("The CIM server's own objects cannot be changed.");
+}
+
+} // namespace
+
+ServerObjectsProvider::ServerObjectsProvider(std::function<Settings()> settings)
+    : _settings(std::move(settings)) {}
+
+ServerObjectsProvider::~ServerObjectsProvider() = default;
+
+void ServerObjectsProvider::initialize(Pegasus::CIMOMHandle& cimom) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _cimom = cimom;
+}
+
+void ServerObjectsProvider::terminate() {
+    delete this;
+}
+
+/// REQUIRES: the mutex is held, and the settings are known.
+bool ServerObjectsProvider::serverPublishes(const CIMNamespaceName& nameSpace) {
+    if (!_known->settings.askServer) {
+        return false;
+    }
+    String folded = nameSpace.getString();
+    folded.toLower();
+    const std::string name(static_cast<const char*>(folded.getCString()));
+    auto found = _known->publishedByServer.find(name);
+    if (found == _known->publishedByServer.end()) {
+        found = _known->publishedByServer.emplace(name, publishesItself(_cimom, nameSpace)).first;
+    }
+    return found->second;
+}
+
+std::vector<CIMInstance> ServerObjectsProvider::instances(const CIMObjectPath& request) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    if (!_known) {
+        Settings settings = _settings();
+        ServerFacts facts = findFacts(settings, _cimom);
+        _known = Known{std::move(settings), std::move(facts), {}};
+    }
+    std::vector<CIMInstance> found;
+    for (const PublishedClass& published : publishedClasses) {
+        if (request.getClassName().equal(Pegasus::CIMName(published.name)) &&
+            !serverPublishes(request.getNameSpace())) {
+            found = published.instances(_known->settings, _known->facts);
+        }
+    }
+    for (CIMInstance& instance : found) {
+        CIMObjectPath path = instance.getPath();
+        path.setHost(request.getHost());
+        path.setNameSpace(request.getNameSpace());
+        instance.setPath(path);
+    }
+    return found;
+}
+
+void ServerObjectsProvider::getInstance(const OperationContext&,
+                                        const CIMObjectPath& instanceReference, const Boolean,
+                                        const Boolean, const CIMPropertyList&,
+                                        Pegasus::InstanceResponseHandler& handler) {
+    const CIMObjectPath wanted = localPath(instanceReference);
+    for (const CIMInstance& instance : instances(instanceReference)) {
+        if (localPath(instance.getPath()) == wanted) {
+            handler.processing();
+            handler.deliver(instance);
+            handler.complete();
+            return;
+        }
+    }
+    throw Pegasus::CIMObjectNotFoundException(wanted.toString());
+}
+
+void ServerObjectsProvider::enumerateInstances(const OperationContext&,
+                                               const CIMObjectPath& classReference, const Boolean,
+                                               const Boolean, const CIMPropertyList&,
+                                               Pegasus::InstanceResponseHandler& handler) {
+    const std::vector<CIMInstance> found = instances(classReference);
+    handler.processing();
+    for (const CIMInstance& instance : found) {
+        handler.deliver(instance);
+    }
+    handler.complete();
+}
+
+void ServerObjectsProvider::enumerateInstanceNames(const OperationContext&,
+                                                   const CIMObjectPath& classReference,
+                                                   Pegasus::ObjectPathResponseHandler& handler) {
+    const std::vector<CIMInstance> found = instances(classReference);
+    handler.processing();
+    for (const CIMInstance& instance : found) {
+        handler.deliver(instance.getPath());
+    }
+    handler.complete();
+}
+
+void ServerObjectsProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
+                                           const CIMInstance&, const Boolean,
+                                           const CIMPropertyList&, Pegasus::ResponseHandler&) {
+    refuse();
+}
+
+void ServerObjectsProvider::createInstance(const OperationContext&, const CIMObjectPath&,
+                                           const CIMInstance&,
+                                           Pegasus::ObjectPathResponseHandler&) {
+    refuse();
+}
+
+void ServerObjectsProvider::deleteInstance(const OperationContext&, const CIMObjectPath&,
+                                           Pegasus::ResponseHandler&) {
+    refuse();
+}
+
+} // namespace serverobjects
