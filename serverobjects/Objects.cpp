@@ -23,14 +23,14 @@ const char* const mechanismClass = "PG_CIMXMLCommunicationMechanism";
 const char* const nameSpaceClass = "PG_Namespace";
 
 // Values of the properties, CIM schema 2.41.
-constexpr Uint16 statusOk = 2;              // CIM_ManagedSystemElement.OperationalStatus
-constexpr Uint16 communicationCimXml = 2;   // ...CommunicationMechanism.CommunicationMechanism
-constexpr Uint16 cimXmlVersion1 = 1;        // CIM_CIMXMLCommunicationMechanism.CIMXMLProtocolVersion
-constexpr Uint16 notAdvertised = 2;         // ...CommunicationMechanism.AdvertiseTypes
-constexpr Uint16 classInfoUnknown = 0;      // CIM_Namespace.ClassInfo
-constexpr Uint16 classTypeCim = 2;          // CIM_Namespace.ClassType
-constexpr Uint16 accessHttp = 2;            // PG_CIMXMLCommunicationMechanism.
-constexpr Uint16 accessHttps = 3;           //   namespaceAccessProtocol
+constexpr Uint16 statusOk = 2;            // CIM_ManagedSystemElement.OperationalStatus
+constexpr Uint16 communicationCimXml = 2; // ...CommunicationMechanism.CommunicationMechanism
+constexpr Uint16 cimXmlVersion1 = 1;      // CIM_CIMXMLCommunicationMechanism.CIMXMLProtocolVersion
+constexpr Uint16 notAdvertised = 2;       // ...CommunicationMechanism.AdvertiseTypes
+constexpr Uint16 classInfoUnknown = 0;    // CIM_Namespace.ClassInfo
+constexpr Uint16 classTypeCim = 2;        // CIM_Namespace.ClassType
+constexpr Uint16 accessHttp = 2;          // PG_CIMXMLCommunicationMechanism.
+constexpr Uint16 accessHttps = 3;         //   namespaceAccessProtocol
 
 /// An instance that grows property by property, its keys being those of the path, too.
 class Builder {
@@ -81,8 +81,8 @@ Builder inSystem(const char* className, const ServerFacts& facts, const String& 
 std::vector<CIMInstance> objectManager(const Settings& settings, const ServerFacts& facts) {
     Builder object = inSystem(objectManagerClass, facts, facts.name);
     object.add("ElementName", text(settings.elementName));
-    object.add("Description", text(settings.description.empty() ? settings.elementName
-                                                                : settings.description));
+    object.add("Description",
+               text(settings.description.empty() ? settings.elementName : settings.description));
     object.add("Started", Boolean(true));
     object.add("GatherStatisticalData", Boolean(false));
     return {object.done()};
@@ -93,8 +93,8 @@ std::vector<CIMInstance> communicationMechanisms(const Settings& settings,
     std::vector<CIMInstance> mechanisms;
     for (const Access& access : facts.accesses) {
         const bool secure = access.scheme == String("https");
-        Builder object = inSystem(mechanismClass, facts,
-                                  access.scheme + String("://") + access.address);
+        Builder object =
+            inSystem(mechanismClass, facts, access.scheme + String("://") + access.address);
         object.add("ElementName", String("CIM-XML over ") + access.scheme);
         object.add("CommunicationMechanism", communicationCimXml);
         object.add("FunctionalProfilesSupported", settings.functionalProfiles);

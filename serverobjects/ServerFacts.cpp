@@ -130,8 +130,9 @@ std::vector<Access> accesses(const Settings& settings, const Configuration* conf
             if (configuration->isTrue(row.enabled)) {
                 const String host = configuration->value(
                     "fullyQualifiedHostName", configuration->value("hostname", "").getCString());
-                result.push_back({row.scheme, host + String(":") +
-                                                  configuration->value(row.port, row.registeredPort)});
+                result.push_back(
+                    {row.scheme,
+                     host + String(":") + configuration->value(row.port, row.registeredPort)});
             }
         } else if (!(settings.*row.address).empty()) {
             result.push_back({row.scheme, text(settings.*row.address)});
@@ -217,9 +218,8 @@ ServerFacts findFacts(const Settings& settings, Pegasus::CIMOMHandle& cimom) {
     ServerFacts facts;
     facts.systemCreationClassName = text(settings.systemCreationClassName);
     facts.systemName = settings.systemName ? text(*settings.systemName) : canonicalName();
-    facts.name = settings.name.empty()
-                     ? text(settings.elementName) + String(":") + facts.systemName
-                     : text(settings.name);
+    facts.name = settings.name.empty() ? text(settings.elementName) + String(":") + facts.systemName
+                                       : text(settings.name);
     if (settings.askServer && !settings.serverNamespace.empty()) {
         const Array<CIMObjectPath> own =
             names(cimom, CIMNamespaceName(text(settings.serverNamespace)), "PG_ObjectManager");

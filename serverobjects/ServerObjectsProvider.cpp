@@ -31,7 +31,8 @@ CIMObjectPath localPath(const CIMObjectPath& path) {
 } // namespace
 
 ServerObjectsProvider::ServerObjectsProvider(std::function<Settings()> settings)
-    : _settings(std::move(settings)) {}
+    : _settings(std::move(settings)) {
+}
 
 ServerObjectsProvider::~ServerObjectsProvider() = default;
 

@@ -17,9 +17,10 @@
 
 namespace serverobjects {
 
-/// The same objects in every namespace for which it is registered, but for those in which the server
-/// publishes an object manager of its own: clients want exactly one. The objects are CIM_ObjectManager,
-/// PG_CIMXMLCommunicationMechanism and PG_Namespace; they cannot be created, modified or deleted.
+/// The same objects in every namespace for which it is registered, but for those in which the
+/// server publishes an object manager of its own: clients want exactly one. The objects are
+/// CIM_ObjectManager, PG_CIMXMLCommunicationMechanism and PG_Namespace; they cannot be created,
+/// modified or deleted.
 ///
 /// The server is asked once, by the first request, and never for a class that this provider serves:
 /// it would wait for itself. When that fails the request fails, and the next one asks again.

@@ -16,9 +16,8 @@ constexpr const char* space = " \t\r";
 
 std::string trimmed(const std::string& text) {
     const std::size_t from = text.find_first_not_of(space);
-    return from == std::string::npos
-               ? ""
-               : text.substr(from, text.find_last_not_of(space) + 1 - from);
+    return from == std::string::npos ? ""
+                                     : text.substr(from, text.find_last_not_of(space) + 1 - from);
 }
 
 std::vector<std::string> items(const std::string& value) {

@@ -40,10 +40,10 @@ struct Settings {
 };
 
 /// Reads lines "Key = value"; empty lines and lines that begin with # are passed over. Each member
-/// but askServer has a key: ServerNamespace, SystemCreationClassName, SystemName, Name, ElementName,
-/// Description, FunctionalProfilesSupported, AuthenticationMechanismsSupported, HttpAddress,
-/// HttpsAddress, Namespaces; the items of a list are separated by commas. Throws std::runtime_error
-/// "origin:line: ..." where a line is none of these.
+/// but askServer has a key: ServerNamespace, SystemCreationClassName, SystemName, Name,
+/// ElementName, Description, FunctionalProfilesSupported, AuthenticationMechanismsSupported,
+/// HttpAddress, HttpsAddress, Namespaces; the items of a list are separated by commas. Throws
+/// std::runtime_error "origin:line: ..." where a line is none of these.
 Settings readSettings(std::istream& text, const std::string& origin);
 
 /// The settings of the provider of that name: those of the file NAME.conf in the directory that was

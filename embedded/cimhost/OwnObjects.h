@@ -1,5 +1,6 @@
 // The objects that cimhost publishes of itself: its object manager, how it is reached, and its
-// namespaces. A provider module like any other answers for them, but one that is part of the program.
+// namespaces. A provider module like any other answers for them, but one that is part of the
+// program.
 #pragma once
 
 #include "cimhost/CommandLine.h"

@@ -95,10 +95,10 @@ std::vector<std::string> summary(const Repository& repository,
     for (const Pegasus::CIMNamespaceName& nameSpace : repository.nameSpaces())
         lines.push_back(nameSpaceLine(repository, nameSpace, nameSpace.equal(interop)));
     for (const auto& [moduleName, module] : registration.modules())
-        lines.push_back("module " + text(moduleName) + ": " +
-                        (module.linked ? "part of this program"
-                                       : host::libraryFileName(module.location)) +
-                        (module.stopped ? ", stopped" : ""));
+        lines.push_back(
+            "module " + text(moduleName) + ": " +
+            (module.linked ? "part of this program" : host::libraryFileName(module.location)) +
+            (module.stopped ? ", stopped" : ""));
     std::map<host::ProviderName, Offers> offers;
     for (const host::Capability& capability : registration.capabilities())
         offers[capability.provider].add(capability);

@@ -14,7 +14,8 @@ namespace embedded::host {
 class LoadedProvider {
   public:
     /// Opens the library, unless the module is part of the program, has it create the provider
-    /// `name` and initialises that. Throws CIMException CIM_ERR_FAILED, with everything undone again.
+    /// `name` and initialises that. Throws CIMException CIM_ERR_FAILED, with everything undone
+    /// again.
     LoadedProvider(const RegisteredModule& module, const ProviderName& name,
                    const ModuleSettings& settings);
     /// Calls terminate(), then closes the library, if there is one.

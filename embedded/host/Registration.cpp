@@ -218,8 +218,7 @@ void Registration::add(const Capability& capability) {
 }
 
 void Registration::addLinked(const repository::Repository& repository, const ProviderName& provider,
-                             const std::string& location,
-                             const std::vector<CIMName>& classNames) {
+                             const std::string& location, const std::vector<CIMName>& classNames) {
     _modules.insert_or_assign(provider.module,
                               RegisteredModule{provider.module, location, false, true});
     _providers.push_back(provider);

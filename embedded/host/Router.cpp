@@ -62,7 +62,8 @@ String localHostName() {
 
 Router::Router(repository::Repository& repository, const ProviderModules& modules,
                const String& hostName)
-    : _repository(repository), _modules(modules), _hostName(hostName) {}
+    : _repository(repository), _modules(modules), _hostName(hostName) {
+}
 
 void Router::requireClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
     if (!_repository.hasNameSpace(nameSpace)) {

@@ -71,7 +71,8 @@ auto Router::traverse(const Traversal& traversal, AskProvider askProvider,
         std::vector<std::pair<CIMName, Provider*>> served;
         Names unserved;
         for (const CIMName& candidate : candidates) {
-            if (Provider* const provider = _modules.find(nameSpace, candidate, ProviderType::Association)) {
+            if (Provider* const provider =
+                    _modules.find(nameSpace, candidate, ProviderType::Association)) {
                 served.emplace_back(candidate, provider);
             } else {
                 unserved.push_back(candidate);

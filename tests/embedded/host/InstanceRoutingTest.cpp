@@ -282,54 +282,6 @@ TEST(LegErrors, AnyOtherErrorGoesBeforeNotSupported) {
     EXPECT_EQ("1: broken", errorOf([&] { server.enumerate("TST_Middle"); }));
 }
 
-// Built-in providers.
-
-class BuiltInProvider : public Pegasus::CIMInstanceProvider {
-  public:
-    void initialize(Pegasus::CIMOMHandle&) override { ADD_FAILURE(); }
-    void terminate() override { ADD_FAILURE(); }
-    void getInstance(const Pegasus::OperationContext&, const CIMObjectPath&, const bool, const bool,
-                     const CIMPropertyList&, Pegasus::InstanceResponseHandler& handler) override {
-        handler.deliver(instanceOf("TST_Leaf", "own"));
-        handler.complete();
-    }
-    void enumerateInstances(const Pegasus::OperationContext&, const CIMObjectPath&, const bool,
-                            const bool, const CIMPropertyList&,
-                            Pegasus::InstanceResponseHandler& handler) override {
-        handler.deliver(instanceOf("TST_Leaf", "own"));
-        handler.complete();
-    }
-    void enumerateInstanceNames(const Pegasus::OperationContext&, const CIMObjectPath&,
-                                Pegasus::ObjectPathResponseHandler&) override {
-        throw Pegasus::CIMNotSupportedException("");
-    }
-    void modifyInstance(const Pegasus::OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        const bool, const CIMPropertyList&, Pegasus::ResponseHandler&) override {}
-    void createInstance(const Pegasus::OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        Pegasus::ObjectPathResponseHandler&) override {}
-    void deleteInstance(const Pegasus::OperationContext&, const CIMObjectPath&,
-                        Pegasus::ResponseHandler&) override {}
-};
-
-TEST(BuiltIns, GoBeforeRegistrationsInEveryNamespaceForTheirClassOnly) {
-    Server server(
-        servedBy("P", {"TST_Middle", "TST_Leaf"}) +
-            "#pragma namespace(\"root/second\")\n"
-            "Qualifier Key : boolean = false, Scope(property);\n"
-            "class TST_Leaf { [Key] string Id; };\n",
-        {{CIMName("tst_leaf"), ProviderType::Instance, std::make_shared<BuiltInProvider>()}});
-    toy::setScript("P", faithful("P"));
-    EXPECT_EQ((Texts{"TST_Middle.Id=\"P\"", "TST_Leaf.Id=\"own\""}),
-              texts(server.enumerate("TST_Middle").objects));
-    EXPECT_EQ("TST_Leaf.Id=\"own\"",
-              text(server.get(pathOf("TST_Leaf", "1")).getPath().toString()));
-    EXPECT_EQ(Texts{"TST_Leaf.Id=\"own\""},
-              texts(server.router
-                        .enumerateInstances({}, CIMNamespaceName("root/second"),
-                                            CIMName("TST_Leaf"), true, false, false, {})
-                        .objects));
-}
-
 // Classes and qualifiers.
 
 TEST(Schema, IsTheRepositorys) {

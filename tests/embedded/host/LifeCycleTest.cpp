@@ -107,7 +107,7 @@ TEST(LifeCycle, ConcurrentFirstRequestsAllFailWithAFailedInitialize) {
 }
 
 TEST(LifeCycle, AnExceptionOfTheModulesOwnTypeDoesNotOutliveItsLibrary) {
-    Server server(register1("ThrowsOwnType", "toy"), {}, false);
+    Server server(register1("ThrowsOwnType", "toy"), false);
     EXPECT_EQ("1: provider initialization failed", enumerationError(server));
     EXPECT_EQ(Texts{"provider ThrowsOwnType of module M: initialize(): of the module's own type"},
               server.log());
@@ -117,7 +117,7 @@ TEST(LifeCycle, AnExceptionOfTheModulesOwnTypeDoesNotOutliveItsLibrary) {
 TEST(LifeCycle, TheEndTerminatesTheProvidersTheLastReadyFirst) {
     Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Other"}) +
                       servedBy("Idle", {"TST_Middle"}),
-                  {}, false);
+                  false);
     server.enumerate("TST_Other");
     server.enumerate("TST_Base", true);
     EXPECT_TRUE(isMapped("libtoy.so"));
@@ -136,7 +136,7 @@ TEST(LifeCycle, AProviderThatWasNeverAskedIsNeitherInitializedNorTerminated) {
 }
 
 TEST(LifeCycle, LibrariesStayMappedWhenAskedTo) {
-    Server server(servedBy("P", {"TST_Base"}), {}, true);
+    Server server(servedBy("P", {"TST_Base"}), true);
     server.enumerate("TST_Base");
     server.modules.unloadAll();
     EXPECT_EQ((Texts{"initialize P", "terminate P"}), toy::journal());
@@ -207,8 +207,8 @@ TEST(LifeCycle, TheFirstDirectoryThatHasTheLibraryIsTaken) {
     toy::reset();
     fill(repository, servedBy("P", {"TST_Base"}));
     ProviderModules modules(Registration(repository, interop),
-                            {{"/nowhere", modulesDirectory(), "/elsewhere"}, false, {}});
-    Router router(repository, modules, {}, "testhost");
+                            {{"/nowhere", modulesDirectory(), "/elsewhere"}, false, {}, {}});
+    Router router(repository, modules, "testhost");
     const ProviderHandles handles(router);
     router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base"));
     EXPECT_EQ(Texts{"initialize P"}, toy::journal());
@@ -254,8 +254,8 @@ TEST(LifeCycle, ALibraryThatCannotBeLoadedIsToldWithTheReason) {
     std::ofstream(directory / "libgarbage.so") << "no library\n";
     repository::Repository repository;
     fill(repository, register1("P", "garbage"));
-    ProviderModules modules(Registration(repository, interop), {{directory}, false, {}});
-    Router router(repository, modules, {}, "testhost");
+    ProviderModules modules(Registration(repository, interop), {{directory}, false, {}, {}});
+    Router router(repository, modules, "testhost");
     const std::string error = errorOf(
         [&] { router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base")); });
     EXPECT_EQ(0U, error.find("1: ProviderLoadFailure (" + (directory / "libgarbage.so").string() +

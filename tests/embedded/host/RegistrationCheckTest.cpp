@@ -1,7 +1,6 @@
 #include "host/RegistrationCheck.h"
 
 #include "Server.h"
-#include "host/ServerObjects.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +9,8 @@
 
 namespace embedded::host::test {
 namespace {
+
+using Pegasus::CIMName;
 
 struct Lines {
     Texts notes;
@@ -21,9 +22,7 @@ Lines check(const std::string& mof, const std::vector<std::filesystem::path>& di
     fill(repository, mof);
     const Registration registration(repository, interop);
     Lines lines;
-    for (const Finding& finding :
-         checkRegistration(registration, repository, directories,
-                           serverObjects(repository, {"testhost", "name", "element", "1.0"}))) {
+    for (const Finding& finding : checkRegistration(registration, repository, directories)) {
         (finding.severity == Finding::Severity::Note ? lines.notes : lines.problems)
             .push_back(finding.text);
     }
@@ -66,12 +65,19 @@ TEST(RegistrationCheck, TellsWhyAClassCannotBeAskedFor) {
               problemsOf("3", "TST_Base"));
 }
 
-TEST(RegistrationCheck, TellsThatTheServersOwnClassesAreNotTheProviders) {
-    const Texts problems = problemsOf("2", "PG_Namespace");
-    ASSERT_EQ(2U, problems.size());
-    EXPECT_EQ("PG_Namespace in root/test (instances): the server answers for this class itself; "
-              "the provider is not asked.",
-              problems[1]);
+TEST(RegistrationCheck, LooksForNoLibraryOfAModuleThatIsPartOfTheProgram) {
+    repository::Repository repository;
+    fill(repository);
+    Registration registration(repository, interop);
+    registration.addLinked(repository, {"M", "P"}, "inside", {CIMName("TST_Base")});
+    Texts found;
+    for (const Finding& finding : checkRegistration(registration, repository, {})) {
+        EXPECT_EQ(Finding::Severity::Note, finding.severity) << finding.text;
+        found.push_back(finding.text);
+    }
+    EXPECT_EQ((Texts{"TST_Base in root/test (instances): provider \"P\" of module \"M\"",
+                     "module \"M\": part of this program"}),
+              found);
 }
 
 TEST(RegistrationCheck, TellsOfAProviderWithoutCapabilities) {

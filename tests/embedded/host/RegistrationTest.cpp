@@ -177,5 +177,43 @@ INSTANTIATE_TEST_SUITE_P(
                        "in root/test, type 2: provider \"P\" of module \"M\")"}),
     [](const auto& instance) { return instance.param.rule; });
 
+// Modules that are part of the program.
+
+TEST(Registration, ALinkedModuleIsRegisteredWhereItsClassesAre) {
+    repository::Repository repository;
+    fill(repository, "#pragma namespace(\"root/second\")\n"
+                     "Qualifier Key : boolean = false, Scope(property);\n"
+                     "class TST_Base { [Key] string Id; };\n");
+    Registration registration(repository, interop);
+    registration.addLinked(repository, {"M", "P"}, "inside",
+                           {CIMName("TST_Base"), CIMName("TST_None")});
+    EXPECT_EQ(2U, registration.capabilities().size());
+    for (const char* where : {"root/test", "root/second"}) {
+        const ProviderName* const found =
+            registration.find(CIMNamespaceName(where), CIMName("TST_Base"), ProviderType::Instance);
+        ASSERT_NE(nullptr, found) << where;
+        EXPECT_EQ("P", text(found->name));
+    }
+    EXPECT_TRUE(registration.modules().at("M").linked);
+    EXPECT_EQ("inside", registration.modules().at("M").location);
+}
+
+TEST(Registration, ALinkedModuleLeavesOthersTheirClasses) {
+    repository::Repository repository;
+    fill(repository, registered + capabilityMof("M", "P", "1", "2", "TST_Other") +
+                         "instance of TST_Leaf { Id = \"loaded\"; };\n");
+    Registration registration(repository, interop);
+    registration.addLinked(repository, {"Own", "Own"}, "inside",
+                           {CIMName("TST_Other"), CIMName("TST_Middle"), CIMName("TST_Link")});
+    const auto holder = [&](const char* className) {
+        const ProviderName* const found = registration.find(
+            CIMNamespaceName("root/test"), CIMName(className), ProviderType::Instance);
+        return found == nullptr ? "nobody" : text(found->module);
+    };
+    EXPECT_EQ("M", holder("TST_Other"));       // registered by another
+    EXPECT_EQ("nobody", holder("TST_Middle")); // an instance of a subclass was loaded
+    EXPECT_EQ("Own", holder("TST_Link"));
+}
+
 } // namespace
 } // namespace embedded::host::test
