@@ -24,7 +24,7 @@ OPERATIONS = (("ain", "-ac", "associator names"), ("ai", "-ac", "associators"),
 SOURCES = (("CIM_RegisteredProfile", "CIM_RegisteredProfile"),
            ("CIM_RegisteredSubProfile", "CIM_RegisteredSubProfile"),
            ("ORVEX_ObjectManagerHost", "ORVEX_ObjectManagerHost"),
-           ("CIM_ObjectManager", "PG_ObjectManager"),
+           ("CIM_ObjectManager", "CIM_ObjectManager"),
            ("PG_CIMXMLCommunicationMechanism", "PG_CIMXMLCommunicationMechanism"),
            ("PG_Namespace", "PG_Namespace"),
            ("ORVEX_SoftwareIdentity", "ORVEX_SoftwareIdentity"))
@@ -39,10 +39,10 @@ STRANGERS = (('CIM_RegisteredProfile.InstanceID="Orvex9"', "no such profile"),
              ('ORVEX_SoftwareIdentity.InstanceID="OrvexSI9"', "no such firmware"))
 
 # Classes of objects that stand at far ends, or are as good, and from which nothing leads on.
-DEAD_ENDS = ("PG_ObjectManager", "CIM_CIMXMLCommunicationMechanism", "CIM_Namespace", "ORVEX_Vsan",
+DEAD_ENDS = ("CIM_CIMXMLCommunicationMechanism", "CIM_Namespace", "ORVEX_Vsan",
              "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem")
 
-INTEROP, OTHER = "root/PG_InterOp", "root/cimv2"
+INTEROP, OTHER = "interop", "root/cimv2"
 
 HEAD = f"""# What follows from what
 
@@ -72,8 +72,8 @@ What looks like a mistake in the tables and is none; clients count on it.
   it was read. At a far end the server fills in host and namespace.
 * **The firmware is at the far end of every profile and subprofile**, even of one that is not
   there. The associations themselves are told only of those that are.
-* **The object manager is a source as CIM_ObjectManager only**, though its path says PG_ObjectManager;
-  the communication mechanism and the namespaces as the server's own PG_ classes only.
+* **The object manager is a source as CIM_ObjectManager only**, which is the class that its path
+  names; the communication mechanism and the namespaces as the server's own PG_ classes only.
 * **The keys of the object manager, the mechanism, the namespaces and the firmware are not looked
   at.** There is one object manager with one mechanism and one firmware, and every namespace is in
   it. References name a mechanism or namespace as it was asked for, the others as they are.

@@ -5,7 +5,7 @@ import dataclasses
 import re
 import subprocess
 
-NAMESPACES = ("root/cimv2", "root/PG_InterOp")
+NAMESPACES = ("root/cimv2", "interop", "root/PG_InterOp")
 PATIENCE = 120  # seconds for an answer; a server under a sanitizer is slow
 
 # A reference inside a path is printed with no colon after its namespace, so what follows the

@@ -219,9 +219,7 @@ void Registration::add(const Capability& capability) {
 
 void Registration::addLinked(const repository::Repository& repository, const ProviderName& provider,
                              const std::string& location, const std::vector<CIMName>& classNames) {
-    _modules.insert_or_assign(provider.module,
-                              RegisteredModule{provider.module, location, false, true});
-    _providers.push_back(provider);
+    const std::size_t before = _capabilities.size();
     const auto loaded = [&](const CIMNamespaceName& nameSpace, const CIMName& className) {
         std::vector<CIMName> all = repository.subClassNames(nameSpace, className, true);
         all.push_back(className);
@@ -237,6 +235,11 @@ void Registration::addLinked(const repository::Repository& repository, const Pro
                 add({nameSpace, className, ProviderType::Instance, provider});
             }
         }
+    }
+    if (_capabilities.size() != before) {
+        _modules.insert_or_assign(provider.module,
+                                  RegisteredModule{provider.module, location, false, true});
+        _providers.push_back(provider);
     }
 }
 

@@ -8,11 +8,12 @@ the associations themselves. Nothing is read from the module.
 usage: associations_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
+import socket
 import subprocess
 import sys
 import unittest
 
-from run_wbemcli import module_host, published_name, system_name
+from run_wbemcli import module_host, published_name
 from served import NAMESPACES, Served
 
 SERVED = None
@@ -60,20 +61,21 @@ class World:
 
         def own(class_name, name, more=""):
             return End(f'{class_name}.CreationClassName="{class_name}",Name="{name}",{more}'
-                       f'SystemCreationClassName="CIM_ComputerSystem",SystemName="{server_host}"',
+                       f'SystemCreationClassName="ORVEX_ObjectManagerHost",SystemName="{host_name}"',
                        server)
 
         brand = f"cimhost:{port}"
-        manager_keys = f'ObjectManagerCreationClassName="PG_ObjectManager",ObjectManagerName="{brand}",'
+        manager_keys = f'ObjectManagerCreationClassName="CIM_ObjectManager",ObjectManagerName="{brand}",'
         self.profiles = {n: profile("Profile", n) for n in (1, 2, 6)}
         self.subprofiles = {n: profile("SubProfile", n) for n in (3, 4, 5)}
         self.host = End('ORVEX_ObjectManagerHost.CreationClassName="ORVEX_ObjectManagerHost",'
                         f'Name="{host_name}"', fixed)
         self.firmware = End('ORVEX_SoftwareIdentity.InstanceID="OrvexSI1"', fixed)
-        self.manager = own("PG_ObjectManager", brand)
-        self.mechanism = own("PG_CIMXMLCommunicationMechanism", brand)
+        self.manager = own("CIM_ObjectManager", brand)
+        self.mechanism = own("PG_CIMXMLCommunicationMechanism",
+                             f"http://127.0.0.1:{port}")
         self.namespaces = [own("PG_Namespace", name, manager_keys)
-                           for name in ("root/PG_InterOp", "root/cimv2")]
+                           for name in ("interop", "root/cimv2", "root/PG_InterOp")]
         self.vsans = [End(f'ORVEX_Vsan.CreationClassName="ORVEX_Vsan",Name="{wwn}"', nowhere)
                       for wwn in ("20010005AD000001", "20020005AD000001")]
         self.switch = End('ORVEX_ComputerSystem.CreationClassName="ORVEX_ComputerSystem",'
@@ -157,7 +159,7 @@ def host_source(world, name, known=True):
                   f'Name="{name}"', far if known else {}, ties if known else {})
 
 
-def manager_source(world):
+def manager_source(world, name):
     far = {"CIM_HostedService": [world.host],
            "CIM_NamespaceInManager": world.namespaces,
            "CIM_CommMechanismForManager": [world.mechanism],
@@ -169,7 +171,7 @@ def manager_source(world):
                 ("Antecedent", world.manager, "Dependent", world.mechanism)],
             "CIM_ElementConformsToProfile": [
                 ("ManagedElement", world.manager, "ConformantStandard", world.profiles[6])]}
-    return Source('CIM_ObjectManager.Name="whatever"', far, ties)
+    return Source(name, far, ties)
 
 
 def mechanism_source(world, name):
@@ -208,7 +210,8 @@ def sources(world, host):
         *(profile_source(world, n) for n in (1, 2, 6, 9)),
         *(subprofile_source(world, n) for n in (3, 4, 5, 9)),
         host_source(world, host), host_source(world, "elsewhere", known=False),
-        manager_source(world),
+        manager_source(world, 'CIM_ObjectManager.Name="whatever"'),
+        manager_source(world, world.manager.name),
         mechanism_source(world, 'PG_CIMXMLCommunicationMechanism.Name="whatever"'),
         mechanism_source(world, world.mechanism.name),
         namespace_source(world, 'PG_Namespace.Name="whatever"'),
@@ -217,7 +220,7 @@ def sources(world, host):
         # Served only under their other names as sources, or not at all.
         Source('CIM_Namespace.Name="root/cimv2"', {}, {}),
         Source('CIM_CIMXMLCommunicationMechanism.Name="whatever"', {}, {}),
-        Source(world.manager.name, {}, {}),
+        Source('PG_ObjectManager.Name="whatever"', {}, {}),
         # The key does not name an object of the class.
         Source('CIM_RegisteredProfile.Name="Orvex1"', {}, {}),
     ]
@@ -267,7 +270,7 @@ class Associations(unittest.TestCase):
     def setUpClass(cls):
         cls.host = module_host(SERVED.address)
         cls.host_name = published_name(SERVED.address)
-        cls.server_host = system_name(SERVED.address)
+        cls.server_host = socket.gethostname()
 
     def each(self):
         for namespace in NAMESPACES:

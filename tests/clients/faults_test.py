@@ -62,8 +62,8 @@ def gone(letter):
 # stands at both ends. Without a manager there is nothing; an empty list of them leaves its end
 # empty.
 NAMESPACES_OF_MANAGER = Part(
-    "NM:M>N1 NM:M>N2", {"M": "", "N": "NM:M>M", "MN": ""},
-    {"M": "NM:->N1 NM:->N2", "N": "", "MN": ""})
+    "NM:M>N1 NM:M>N2 NM:M>N3", {"M": "", "N": "NM:M>M", "MN": ""},
+    {"M": "NM:->N1 NM:->N2 NM:->N3", "N": "", "MN": ""})
 MECHANISMS_OF_MANAGER = Part(
     "CM:M>X", {"M": "", "X": "CM:M>M", "MX": ""}, {"M": "CM:->X", "X": "", "MX": ""})
 
@@ -106,7 +106,7 @@ TRAVERSALS = {
         [Part("HS:H>M", gone("M")), Part("HA:H>X", gone("X"))]),
     # The far ends do not need the manager itself, the associations do.
     'CIM_ObjectManager.Name="any"': (
-        ["H", Part("N1 N2", gone("N")), Part("X", gone("X")), Part("P6")],
+        ["H", Part("N1 N2 N3", gone("N")), Part("X", gone("X")), Part("P6")],
         [Part("HS:H>M", gone("M"), {"M": "HS:H>-"}), NAMESPACES_OF_MANAGER, MECHANISMS_OF_MANAGER,
          Part("EC:P6>M", gone("M"), {"M": "EC:P6>-"})]),
     'PG_CIMXMLCommunicationMechanism.Name="any"': (
@@ -222,7 +222,7 @@ class Faults(unittest.TestCase):
         faults = [f"*:{READ_BACK[letter]}=1" for letter in LETTERS]
         association = Path(None, None, "CIM_HostedService", (
             ("Antecedent", path('ORVEX_ObjectManagerHost.Name="a"')),
-            ("Dependent", path('PG_ObjectManager.Name="b"'))))
+            ("Dependent", path('CIM_ObjectManager.Name="b"'))))
         with serving(*faults) as served:
             got = Client(served.address, NAMESPACES[0]).get(association)
         self.assertEqual(label(got), "HS:H>M")

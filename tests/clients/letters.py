@@ -4,7 +4,7 @@ from cimxml import Path
 
 # "-" is a path that is empty.
 OBJECTS = {
-    "PG_ObjectManager": "M",
+    "CIM_ObjectManager": "M",
     "PG_CIMXMLCommunicationMechanism": "X",
     "ORVEX_ObjectManagerHost": "H",
     "ORVEX_SoftwareIdentity": "F",
@@ -17,8 +17,9 @@ NUMBERED = {  # by the last character of this key
     "CIM_RegisteredSubProfile": ("P", "InstanceID"),
 }
 NAMED = {
-    ("PG_Namespace", "root/PG_InterOp"): "N1",
+    ("PG_Namespace", "interop"): "N1",
     ("PG_Namespace", "root/cimv2"): "N2",
+    ("PG_Namespace", "root/PG_InterOp"): "N3",
     ("ORVEX_Vsan", "20010005AD000001"): "V1",
     ("ORVEX_Vsan", "20020005AD000001"): "V2",
 }

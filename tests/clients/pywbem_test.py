@@ -31,7 +31,7 @@ class Discovery(unittest.TestCase):
         self.server = pywbem.WBEMServer(connection())
 
     def test_finds_the_interop_namespace(self):
-        self.assertEqual(self.server.interop_ns, "root/PG_InterOp")
+        self.assertEqual(self.server.interop_ns, "interop")
 
     def test_finds_every_namespace(self):
         self.assertEqual(sorted(self.server.namespaces), sorted(NAMESPACES))
@@ -55,7 +55,7 @@ class Discovery(unittest.TestCase):
     def test_finds_what_conforms_to_each_profile(self):
         expected = {"Fabric": ["ORVEX_Vsan", "ORVEX_Vsan"],
                     "Switch": ["ORVEX_PhysicalComputerSystem"],
-                    "Server": ["PG_ObjectManager"]}
+                    "Server": ["CIM_ObjectManager"]}
         for name, classes in expected.items():
             profile, = self.server.get_selected_profiles(
                 registered_org="SNIA", registered_name=name)

@@ -8,7 +8,7 @@ import tempfile
 import time
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
-NAMESPACES = ("root/cimv2", "root/PG_InterOp")
+NAMESPACES = ("root/cimv2", "interop", "root/PG_InterOp")
 PATIENCE = 60.0  # seconds for a start or an end; the sanitizers are slow
 
 

@@ -198,6 +198,15 @@ TEST(Registration, ALinkedModuleIsRegisteredWhereItsClassesAre) {
     EXPECT_EQ("inside", registration.modules().at("M").location);
 }
 
+TEST(Registration, ALinkedModuleWithoutItsClassesIsNotThere) {
+    repository::Repository repository;
+    fill(repository);
+    Registration registration(repository, interop);
+    registration.addLinked(repository, {"M", "P"}, "inside", {CIMName("TST_None")});
+    EXPECT_TRUE(registration.modules().empty());
+    EXPECT_TRUE(registration.providers().empty());
+}
+
 TEST(Registration, ALinkedModuleLeavesOthersTheirClasses) {
     repository::Repository repository;
     fill(repository, registered + capabilityMof("M", "P", "1", "2", "TST_Other") +
