@@ -36,7 +36,7 @@ void ServerProfileProvider::_getElementConformstoProfileInstances(String, Instan
 CIMInstance
 ServerProfileProvider::_getElementConformstoProfileInstance(const CIMObjectPath& instanceName,
                                                             InstanceHandler& handler) {
-    Association named = namedAssociation(elementConformsToProfile, instanceName);
+    Association named = namedAssociation(elementConformsToProfile, instanceName, NoPath::IsAnError);
     const CIMInstance echo = named.secondIs(named.second().getClassName()).instance();
     handler.deliver(echo);
     return echo;

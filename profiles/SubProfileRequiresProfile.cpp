@@ -22,7 +22,8 @@ void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String, Insta
 CIMInstance
 ServerProfileProvider::_getSubprofileRequiresProfileInstance(const CIMObjectPath& instanceName,
                                                              InstanceHandler& handler) {
-    const CIMInstance echo = namedAssociation(subProfileRequiresProfile, instanceName).instance();
+    const CIMInstance echo =
+        namedAssociation(subProfileRequiresProfile, instanceName, NoPath::IsAnError).instance();
     handler.deliver(echo);
     return echo;
 }

@@ -28,6 +28,17 @@ CIMKeyBinding referenceKey(const ReferenceRole& role, const CIMObjectPath& end) 
     return CIMKeyBinding(CIMName(role.name), CIMValue(end));
 }
 
+CIMObjectPath pathOrEmpty(const String& text, NoPath noPath) {
+    try {
+        return CIMObjectPath(text);
+    } catch (const Exception&) {
+        if (noPath == NoPath::IsAnError) {
+            throw;
+        }
+        return CIMObjectPath();
+    }
+}
+
 } // namespace
 
 Association::Association(const AssociationClass& cimClass, const CIMObjectPath& first,
@@ -67,7 +78,8 @@ CIMInstance Association::instance(const String& nameSpace) const {
     return withPath;
 }
 
-Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPath& path) {
+Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPath& path,
+                             NoPath noPath) {
     CIMObjectPath first;
     CIMObjectPath second;
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
@@ -77,10 +89,12 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
         if (!isFirst && name != cimClass.second.name) {
             continue;
         }
-        CIMObjectPath end(keys[i].getValue());
-        end.setHost(_getHostName());
-        end.setNameSpace(path.getNameSpace());
-        (isFirst ? first : second) = end;
+        CIMObjectPath& end = isFirst ? first : second;
+        end = pathOrEmpty(keys[i].getValue(), noPath);
+        if (!end.getClassName().isNull()) {
+            end.setHost(_getHostName());
+            end.setNameSpace(path.getNameSpace());
+        }
     }
     return Association(cimClass, first, second);
 }

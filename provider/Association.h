@@ -90,11 +90,17 @@ class Association {
     bool _secondPropertyFirst = false;
 };
 
+/// What a key is whose value is no object path.
+enum class NoPath {
+    IsAnError,    ///< what the library's path parser throws passes
+    IsAnEmptyEnd, ///< as is the one that Association::path() writes for an empty end
+};
+
 /// The association that `path` names, whether there is one or not: its ends are those of the keys,
 /// put on the local host and into the namespace of `path`. A missing key leaves its end empty, of
-/// several with one name the last counts. Throws what the library's path parser throws for a key
-/// whose value is no object path.
-Association namedAssociation(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path);
+/// several with one name the last counts.
+Association namedAssociation(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
+                             NoPath noPath);
 
 // Delivery, in the form that the handler takes: the path, the instance, the instance as an object.
 

@@ -67,7 +67,7 @@ CIMInstance _instAddQualifieres(CIMOMHandle& cimom, CIMName className) {
     CIMClass cimClass = _getClassFromCIMOM(cimom, nameSpace, className, includeQualifiers);
 
     // Elements taken from a class are shared with it, hence the clones.
-    CIMInstance instance(className);
+    CIMInstance instance(cimClass.getClassName());
     for (Uint32 i = 0; i < cimClass.getQualifierCount(); ++i) {
         instance.addQualifier(cimClass.getQualifier(i).clone());
     }

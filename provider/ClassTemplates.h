@@ -14,9 +14,10 @@ Pegasus::CIMClass _getClassFromCIMOM(Pegasus::CIMOMHandle& cimom,
                                      Pegasus::CIMNamespaceName& nameSpace,
                                      Pegasus::CIMName& className, bool includeQualifiers);
 
-/// An instance of `className` as "root/cimv2" defines it: all qualifiers of the class, and those of
-/// its properties that the module sets, with the class's defaults as values. A property that the
-/// class does not define is left out. Throws as _getClassFromCIMOM.
+/// An instance of `className` as "root/cimv2" defines it: the name as the definition spells it, all
+/// qualifiers of the class, and those of its properties that the module sets, with the class's
+/// defaults as values. A property that the class does not define is left out. Throws as
+/// _getClassFromCIMOM.
 Pegasus::CIMInstance _instAddQualifieres(Pegasus::CIMOMHandle& cimom, Pegasus::CIMName className);
 
 namespace serverprofile {

@@ -229,6 +229,11 @@ class Suite:
                      "</INSTANCENAME>"
             yield self._question(f"{name} of a nameless number", "GetInstance",
                                  ("InstanceName", number))
+        for name in ASSOCIATIONS:
+            first = "ConformantStandard" if name == "CIM_ElementConformsToProfile" else "Antecedent"
+            for value in ("", "no path"):
+                yield self._question(f"{name} {first}={value}", "GetInstance", (
+                    "InstanceName", wire.instance_name(name, ((first, value),))))
         profile = wire.instance_name("CIM_RegisteredProfile", (("InstanceID", "Orvex1"),))
         asked = ("ClassName", wire.class_name("CIM_RegisteredProfile"))
         yield self._question("nothing", "EnumerateInstances")

@@ -14,7 +14,7 @@ import time
 import unittest
 
 from cimxml import CimError, Client, Path, path
-from letters import label
+from letters import ENDS, label
 from served import NAMESPACES, Served
 
 BUILD = None
@@ -173,6 +173,11 @@ def host_of(served):
     return Client(served.address, NAMESPACES[0]).enumerate_names(HOST)[0].key("Name")
 
 
+def declared(association):
+    """The classes that its references declare."""
+    return [name for name, _ in association.references.values()]
+
+
 FAILURES = ("CIM_ERR_FAILED", "CIM_ERR_NOT_FOUND:gone")
 LETTERS = "".join(READ_BACK)
 
@@ -226,6 +231,51 @@ class Faults(unittest.TestCase):
         with serving(*faults) as served:
             got = Client(served.address, NAMESPACES[0]).get(association)
         self.assertEqual(label(got), "HS:H>M")
+
+    def test_what_is_enumerated_without_a_manager_can_be_got(self):
+        expected = {"CIM_HostedService": ["HS:H>-"], "CIM_HostedAccessPoint": ["HA:H>X"],
+                    "CIM_NamespaceInManager": ["NM:->N1", "NM:->N2"],
+                    "CIM_CommMechanismForManager": ["CM:->X"]}
+        with serving("*:CIM_ObjectManager=empty") as served:
+            for namespace, (name, ends) in itertools.product(NAMESPACES, expected.items()):
+                client = Client(served.address, namespace)
+                names = client.enumerate_names(name)
+                objects = client.enumerate(name)
+                with self.subTest(name=name, namespace=namespace):
+                    self.assertEqual([label(one) for one in names], ends)
+                    self.assertEqual([one.path for one in objects], names)
+                    got = [client.get(one) for one in names]
+                    self.assertEqual([label(one) for one in got], ends)
+                    self.assertEqual([declared(one) for one in got],
+                                     [declared(one) for one in objects])
+
+    def test_a_failing_manager_is_got_as_an_empty_one(self):
+        for what in FAILURES:
+            with serving(f"*:CIM_ObjectManager={what}") as served:
+                client = Client(served.address, NAMESPACES[0])
+                [name] = client.enumerate_names("CIM_HostedService")
+                self.assertEqual(label(client.get(name)), "HS:H>-")
+
+    def test_an_end_that_is_no_path_is_got_empty(self):
+        firmware = path('ORVEX_SoftwareIdentity.InstanceID="OrvexSI1"')
+        with serving() as served:
+            client = Client(served.address, NAMESPACES[0])
+            for dependent in ("", "no path", "5"):
+                got = client.get(Path(None, None, "ORVEX_ElementSoftwareIdentity", (
+                    ("Antecedent", firmware), ("Dependent", dependent))))
+                with self.subTest(dependent=dependent):
+                    self.assertEqual(label(got), "SI:F>-")
+                    # No class is declared for what is not there.
+                    self.assertEqual(declared(got), ["ORVEX_SoftwareIdentity", None])
+            for name, (kind, first, second) in ENDS.items():
+                wanted = Path(None, None, name, ((first, "no path"), (second, "")))
+                with self.subTest(name=name):
+                    if kind in ("SR", "EC"):
+                        with self.assertRaises(CimError) as caught:
+                            client.get(wanted)
+                        self.assertEqual(caught.exception.code, 6)
+                    else:
+                        self.assertEqual(label(client.get(wanted)), f"{kind}:->-")
 
 
 class Hanging(unittest.TestCase):

@@ -130,6 +130,15 @@ TEST_F(HostingTest, WithoutAManagerTheServiceIsHostedAllTheSameWithAnEmptyEnd) {
               (Lines{"Antecedent=reference " + hostPath, "Dependent=string "}));
 }
 
+TEST_F(HostingTest, NameThatIsGivenOutWithoutAManagerCanBeGot) {
+    publish("CIM_ObjectManager", {});
+    PathRecorder names;
+    tracedBy([&] { (provider.*service)("", names, "root/request", false); });
+    ASSERT_EQ(names.delivered.size(), 1U);
+    expectGotAgain(echoClasses[1], names.delivered[0],
+                   ownPath(requestNameSpace, hostPath.substr(hostPath.find(':') + 1)), "");
+}
+
 TEST_F(HostingTest, ExceptionOfAnotherTypePasses) {
     for (const Failure& failure : otherFailures()) {
         server->fail("enumerateInstanceNames", "CIM_CIMXMLCommunicationMechanism", failure.raise);

@@ -143,6 +143,18 @@ TEST_F(ManagerMembershipTest, WithoutAManagerTheAntecedentIsEmpty) {
     }
 }
 
+TEST_F(ManagerMembershipTest, NameThatIsGivenOutWithoutAManagerCanBeGot) {
+    publish("CIM_ObjectManager", {});
+    for (std::size_t i = 0; i < memberships.size(); ++i) {
+        PathRecorder names;
+        tracedBy([&] { (provider.*memberships[i].helper)("", names, "root/request", false); });
+        ASSERT_EQ(names.delivered.size(), 2U);
+        const std::string member = memberships[i].members[0];
+        expectGotAgain(echoClasses[i], names.delivered[0], "",
+                       ownPath(requestNameSpace, member.substr(member.find(':') + 1)));
+    }
+}
+
 TEST_F(ManagerMembershipTest, WithoutMembersThereIsNoAssociation) {
     for (const Membership& membership : memberships) {
         publish(membership.queried, {});

@@ -124,6 +124,16 @@ TEST_F(ClassTemplatesTest, PropertyNamesAreComparedIgnoringCaseAndKeptAsTheClass
               (Lines{"INSTANCEID: string OrvexSI1", "name: string Kelmar"}));
 }
 
+TEST_F(ClassTemplatesTest, ClassNameIsTheOneOfTheDefinitionHoweverItWasAskedFor) {
+    server->define(makeClass("ORVEX_SOFTWAREidentity", {"string InstanceID"}));
+    const CIMInstance instance = _instAddQualifieres(handle, CIMName("ORVEX_SoftwareIdentity"));
+    EXPECT_EQ(text(instance.getClassName().getString()), "ORVEX_SOFTWAREidentity");
+    EXPECT_EQ(propertyNames(instance), Lines{"InstanceID"});
+    // A finished instance has the name of its path.
+    const CIMInstance finished = provider.buildOrvexSIInstance("ORVEX_SoftwareIdentity", OrvexSI());
+    EXPECT_EQ(text(finished.getPath().getClassName().getString()), "ORVEX_SoftwareIdentity");
+}
+
 TEST_F(ClassTemplatesTest, InstanceCarriesAllQualifiersOfTheClassInTheirOrder) {
     CIMClass cimClass = makeClass("ORVEX_SoftwareIdentity", {"string InstanceID"});
     const Lines names = {"Version", "Description", "Abstract", "MappingStrings"};

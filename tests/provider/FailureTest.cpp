@@ -4,12 +4,31 @@
 #include "support/Resolver.h"
 
 #include <functional>
+#include <iostream>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 PEGASUS_USING_PEGASUS;
 using namespace testsupport;
 
 namespace {
+
+/// Takes the place of standard output's buffer, and tells of each line when it is flushed.
+class LineWatch : public std::stringbuf {
+  public:
+    explicit LineWatch(std::function<void(const std::string&)> onLine)
+        : _onLine(std::move(onLine)) {}
+
+  private:
+    int sync() override {
+        const std::string line = str();
+        str("");
+        _onLine(line);
+        return 0;
+    }
+    std::function<void(const std::string&)> _onLine;
+};
 
 class FailureTest : public ModuleTest {
   protected:
@@ -37,6 +56,20 @@ class FailureTest : public ModuleTest {
     }
     unsigned completed() const {
         return paths.completeCalls + instances.completeCalls + objects.completeCalls;
+    }
+    /// Asks for the mutex while `work` writes the line of an exception, which it must do once.
+    static void expectFreeMutexAtTheTraceOfTheException(const std::function<void()>& work) {
+        unsigned lines = 0;
+        LineWatch watch([&](const std::string& line) {
+            if (line.find("(): Exception - ") != std::string::npos) {
+                ++lines;
+                EXPECT_TRUE(moduleMutexIsFree(std::chrono::seconds(1)));
+            }
+        });
+        std::streambuf* const original = std::cout.rdbuf(&watch);
+        work();
+        std::cout.rdbuf(original);
+        EXPECT_EQ(lines, 1U);
     }
     /// Getting an instance delivers one, the others at least two.
     static std::size_t firstFailing(const std::string& operation) {
@@ -129,11 +162,11 @@ TEST_F(FailureTest, ClassThatTheServerDoesNotKnowEndsTheRequestWithoutAnError) {
 }
 
 TEST_F(FailureTest, ReferenceThatIsNoPathEndsTheRequestWithoutAnError) {
-    for (const char* className : {"CIM_SubProfileRequiresProfile", "CIM_HostedService",
-                                  "CIM_HostedAccessPoint", "CIM_NamespaceInManager",
-                                  "CIM_CommMechanismForManager", "ORVEX_ElementSoftwareIdentity"}) {
+    for (const auto& [className, key] :
+         Keys{{"CIM_SubProfileRequiresProfile", "Antecedent"},
+              {"CIM_ElementConformsToProfile", "ConformantStandard"}}) {
         const Answer answer =
-            ask(provider, "getInstance", pathOf(className, {{"Antecedent", "no path at all"}}));
+            ask(provider, "getInstance", pathOf(className, {{key, "no path at all"}}));
         EXPECT_EQ(answer.trace.back().find("ServerProfileProvider Quil getInstance(): Exception - "
                                            "malformed object name"),
                   0U)
@@ -142,6 +175,28 @@ TEST_F(FailureTest, ReferenceThatIsNoPathEndsTheRequestWithoutAnError) {
         EXPECT_EQ(answer.completeCalls, 0U);
         EXPECT_TRUE(moduleMutexIsFree());
     }
+}
+
+TEST_F(FailureTest, ReferenceThatIsNoPathIsAnEmptyEndAroundTheManager) {
+    for (const char* className :
+         {"CIM_HostedService", "CIM_HostedAccessPoint", "CIM_NamespaceInManager",
+          "CIM_CommMechanismForManager", "ORVEX_ElementSoftwareIdentity"}) {
+        const Answer answer =
+            ask(provider, "getInstance", pathOf(className, {{"Antecedent", "no path at all"}}));
+        EXPECT_EQ(answer.objects.size(), 1U) << className;
+        EXPECT_EQ(answer.completeCalls, 1U) << className;
+    }
+}
+
+TEST_F(FailureTest, SwallowedExceptionIsTracedAfterTheMutexIsReleased) {
+    const auto refuse = [](std::size_t) { throw Exception(String("refused")); };
+    for (const std::string& operation : readOperations()) {
+        SCOPED_TRACE(operation);
+        expectFreeMutexAtTheTraceOfTheException([&] { callWith(operation, refuse, nullptr); });
+    }
+    SCOPED_TRACE("initialize");
+    server->fail("getClass", "CIM_RegisteredProfile", CIM_ERR_FAILED);
+    expectFreeMutexAtTheTraceOfTheException([&] { provider.initialize(handle); });
 }
 
 TEST_F(FailureTest, ReadBackThatFailsOtherwiseThanByPegasusPasses) {

@@ -13,7 +13,10 @@ struct EchoClass {
     End second; ///< likewise; the paths are such as a client may want
     Lines startLines;
     Lines exitLines;
-    bool keepsPath; ///< else the instance has the path that its class gives it
+    /// One of those around the object manager: the instance has the wanted path, and what is no
+    /// path is an empty end. Else the instance has the path that its class gives it, and what is no
+    /// path is an error.
+    bool isAroundManager;
     std::function<Pegasus::CIMInstance(ServerProfileProvider&, const Pegasus::CIMObjectPath&,
                                        Pegasus::InstanceResponseHandler&)>
         get;
@@ -41,8 +44,9 @@ class EchoTest : public AssociationTest {
     void expectBack(const EchoClass& wanted, const Keys& keys, const std::string& first,
                     const std::string& second) {
         const Got got = get(wanted, keys);
-        const std::string path =
-            wanted.keepsPath ? text(pathOf(wanted.name, keys, requestNameSpace)) : wanted.name;
+        const std::string path = wanted.isAroundManager
+                                     ? text(pathOf(wanted.name, keys, requestNameSpace))
+                                     : wanted.name;
         const std::string instance = wanted.name + "\n  " + path + "\n" +
                                      property(wanted.first, first) +
                                      property(wanted.second, second);
@@ -103,7 +107,9 @@ class EchoTest : public AssociationTest {
                        ownPath(requestNameSpace, "CIM_Any.Id=\"1\""),
                        ownPath(requestNameSpace, "Other_Thing.A=\"x\",B=2"));
         }
-        {
+        if (wanted.isAroundManager) {
+            expectEmptyEnds(wanted);
+        } else {
             SCOPED_TRACE("what is no path is an error of the parser");
             for (const Keys& keys :
                  {Keys{{one, "no path"}, {two, second}}, Keys{{one, first}, {two, ""}}}) {
@@ -121,6 +127,47 @@ class EchoTest : public AssociationTest {
             EXPECT_EQ(got.outcome.thrown, refusal);
             EXPECT_EQ(got.outcome.trace, traceLines(wanted.startLines));
         }
+    }
+
+    /// Expects an empty end for each key whose value is no path, and the instance all the same.
+    void expectEmptyEnds(const EchoClass& wanted) {
+        const std::string& one = wanted.first.role;
+        const std::string& two = wanted.second.role;
+        const std::string first = ownPath(requestNameSpace, wanted.first.path);
+        const std::string second = ownPath(requestNameSpace, wanted.second.path);
+        for (const char* noPath : {"", " ", "no path", "5", "\"", "CIM_X.Id", "CIM_X.Id=\"1",
+                                   "root/cimv2:", "//host/CIM_X.Id=\"1\"",
+                                   "//no host/root/cimv2:CIM_X.Id=\"1\"", "Z\xC3\xBCrich!"}) {
+            SCOPED_TRACE(std::string("no path: ") + noPath);
+            expectBack(wanted, {{one, noPath}, {two, second}}, "", second);
+            expectBack(wanted, {{one, first}, {two, noPath}}, first, "");
+            expectBack(wanted, {{one, noPath}, {two, noPath}}, "", "");
+            {
+                SCOPED_TRACE("the later of two keys of one name counts");
+                expectBack(
+                    wanted,
+                    {{one, first}, {inCase(one, true), noPath}, {two, noPath}, {two, second}}, "",
+                    second);
+                expectBack(
+                    wanted,
+                    {{one, noPath}, {one, first}, {two, second}, {inCase(two, false), noPath}},
+                    first, "");
+            }
+        }
+    }
+
+    /// Expects the association of `path`, one that the module gave out, with the ends `first` and
+    /// `second`, by the operation that a server calls.
+    void expectGotAgain(const EchoClass& wanted, const Pegasus::CIMObjectPath& path,
+                        const std::string& first, const std::string& second) {
+        const Outcome got = observe<InstanceRecorder>([&](InstanceRecorder& handler) {
+            provider.getInstance(Pegasus::OperationContext(), path, false, false,
+                                 Pegasus::CIMPropertyList(), handler);
+        });
+        EXPECT_EQ(got.delivered,
+                  Lines{wanted.name + "\n  " + describePath(path) + "\n" +
+                        property(wanted.first, first) + property(wanted.second, second)});
+        EXPECT_EQ(got.completeCalls, 1U);
     }
 
   private:

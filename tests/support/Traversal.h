@@ -175,7 +175,8 @@ class TraversalTest : public AssociationTest {
     }
 
     /// Expects every operation to answer `question` with `expected(operation)`, whatever the
-    /// role, the flags and the property list say.
+    /// roles, the flags and the property list say. Whichever role the source has, some of these
+    /// are not its own or not the far end's.
     void expectAnswers(const Source& source, const Question& question,
                        const std::function<Block(const std::string& operation)>& expected) {
         for (const std::string& operation : traversalOperations()) {
@@ -185,11 +186,17 @@ class TraversalTest : public AssociationTest {
             const Block block = expected(operation);
             expectBlock(ask(source, operation, question), block);
             Question narrowed = question;
-            narrowed.role = "Antecedent";
-            narrowed.resultRole = "no role";
             narrowed.flags = true;
             narrowed.propertyList = Pegasus::CIMPropertyList(Pegasus::Array<Pegasus::CIMName>());
-            expectBlock(ask(source, operation, narrowed), block);
+            for (const char* role :
+                 {"Antecedent", "Dependent", "ConformantStandard", "ManagedElement", "no role"}) {
+                SCOPED_TRACE(role);
+                narrowed.role = role;
+                narrowed.resultRole = "";
+                expectBlock(ask(source, operation, narrowed), block);
+                std::swap(narrowed.role, narrowed.resultRole);
+                expectBlock(ask(source, operation, narrowed), block);
+            }
         }
     }
 

@@ -101,15 +101,18 @@ TEST_F(SoftwareIdentityTraversalTest, AnyOtherFilterEndsItAtOnce) {
     expectNothingForOthers(identity, {"OrvexSI1"}, {association}, opening);
 }
 
-TEST_F(SoftwareIdentityTraversalTest, ResultClassNarrowsAssociatorsOnly) {
-    for (const std::string& resultClass : anyClass()) {
-        for (const std::string& written : {resultClass, mixedCase(resultClass)}) {
-            const Question question = {"OrvexSI1", association, written};
-            expectAnswers(identity, question, [&](const std::string& operation) {
-                const bool all = !isAssociators(operation);
-                return answer(operation, question, all || resultClass == "CIM_RegisteredProfile",
-                              all || resultClass == "CIM_RegisteredSubProfile");
-            });
+TEST_F(SoftwareIdentityTraversalTest, ResultClassNarrowsAssociatorsOnlyByAnyAssociation) {
+    for (const char* filter : {association, ""}) {
+        for (const std::string& resultClass : anyClass()) {
+            for (const std::string& written : {resultClass, mixedCase(resultClass)}) {
+                const Question question = {"OrvexSI1", filter, written};
+                expectAnswers(identity, question, [&](const std::string& operation) {
+                    const bool all = !isAssociators(operation);
+                    return answer(operation, question,
+                                  all || resultClass == "CIM_RegisteredProfile",
+                                  all || resultClass == "CIM_RegisteredSubProfile");
+                });
+            }
         }
     }
 }
