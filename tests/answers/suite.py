@@ -25,6 +25,8 @@ ASSOCIATIONS = (
     "CIM_ReferencedProfile", "CIM_SubProfileRequiresProfile", "CIM_ElementConformsToProfile",
     "CIM_HostedService", "CIM_HostedAccessPoint", "CIM_NamespaceInManager",
     "CIM_CommMechanismForManager", "ORVEX_ElementSoftwareIdentity")
+# Those of which GetInstance echoes whatever ends it is asked for.
+ECHOED = ASSOCIATIONS[3:]
 SERVER = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism", "CIM_Namespace")
 SWITCH = ("ORVEX_Vsan", "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem")
 OF_SERVER = ("PG_ObjectManager", "PG_CIMXMLCommunicationMechanism", "PG_Namespace")
@@ -229,11 +231,10 @@ class Suite:
                      "</INSTANCENAME>"
             yield self._question(f"{name} of a nameless number", "GetInstance",
                                  ("InstanceName", number))
-        for name in ASSOCIATIONS:
-            first = "ConformantStandard" if name == "CIM_ElementConformsToProfile" else "Antecedent"
+        for name in ECHOED:
             for value in ("", "no path"):
-                yield self._question(f"{name} {first}={value}", "GetInstance", (
-                    "InstanceName", wire.instance_name(name, ((first, value),))))
+                yield self._question(f"{name} Antecedent={value}", "GetInstance", (
+                    "InstanceName", wire.instance_name(name, (("Antecedent", value),))))
         profile = wire.instance_name("CIM_RegisteredProfile", (("InstanceID", "Orvex1"),))
         asked = ("ClassName", wire.class_name("CIM_RegisteredProfile"))
         yield self._question("nothing", "EnumerateInstances")
