@@ -124,7 +124,8 @@ class Router : public CimOperations {
 
     Pegasus::Array<Pegasus::CIMObject>
     classObjects(const Pegasus::CIMNamespaceName& nameSpace,
-                 const std::vector<Pegasus::CIMName>& classNames) const;
+                 const std::vector<Pegasus::CIMName>& classNames, bool includeQualifiers,
+                 bool includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) const;
     Pegasus::Array<Pegasus::CIMObject>
     instanceObjects(const Traversal& traversal, const std::vector<Pegasus::CIMObjectPath>& paths,
                     bool includeQualifiers, bool includeClassOrigin,
