@@ -30,6 +30,7 @@ struct Settings {
     std::vector<MofFile> mofFiles;                     ///< in the order of loading
     std::vector<std::filesystem::path> mofIncludes;
     std::vector<std::filesystem::path> providerDirectories;
+    bool writable = false;           ///< clients may change what is in the repository
     std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
     bool keepLibraries = false;

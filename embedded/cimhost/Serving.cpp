@@ -126,7 +126,7 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
     host::ProviderModules modules(registration,
                                   {settings.providerDirectories, settings.keepLibraries, warn});
     host::Router router(repository, modules, ownObjects(repository, server->port()),
-                        host::localHostName());
+                        host::localHostName(), settings.writable);
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);

@@ -25,13 +25,19 @@ Pegasus::String localHostName();
 /// go before registered ones; where there is neither, the repository answers. Providers are asked
 /// one after the other, in the repository's order of classes.
 ///
+/// Instances of the repository are created, modified and deleted only if the server is `writable`,
+/// and never where they would appear among those that a provider publishes: not of a subclass of
+/// its class, nor of a superclass by which its objects are enumerated. Such a write is
+/// CIM_ERR_ACCESS_DENIED. Namespaces are never created: CIM_ERR_NOT_SUPPORTED.
+///
 /// Thread-safety: all operations may be called from several threads at once.
 class Router : public CimOperations {
   public:
     /// `repository` and `modules` must outlive this object. `hostName` stands in the paths that
     /// providers are given, and completes those that they return.
     Router(repository::Repository& repository, const ProviderModules& modules,
-           const std::vector<BuiltIn>& builtIns, const Pegasus::String& hostName);
+           const std::vector<BuiltIn>& builtIns, const Pegasus::String& hostName,
+           bool writable = false);
     ~Router() override;
 
     Pegasus::CIMClass getClass(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
@@ -106,8 +112,11 @@ class Router : public CimOperations {
 
     Provider* find(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
                    ProviderType type) const;
+    void requireNameSpace(const Pegasus::CIMNamespaceName& nameSpace) const;
     void requireClass(const Pegasus::CIMNamespaceName& nameSpace,
                       const Pegasus::CIMName& className) const;
+    void requireWritable(const Pegasus::CIMNamespaceName& nameSpace,
+                         const Pegasus::CIMName& className) const;
     Pegasus::CIMObjectPath requestPath(const Pegasus::CIMNamespaceName& nameSpace,
                                        const Pegasus::CIMObjectPath& objectName) const;
 
@@ -138,6 +147,7 @@ class Router : public CimOperations {
     /// By class in lower case.
     std::map<std::pair<std::string, ProviderType>, std::unique_ptr<Provider>> _builtIns;
     const Pegasus::String _hostName;
+    const bool _writable;
 };
 
 } // namespace embedded::host

@@ -120,7 +120,7 @@ Server::Server(const std::string& mof, const std::vector<BuiltIn>& builtIns, boo
                    const std::lock_guard<std::mutex> lock(_mutex);
                    _log.push_back(line);
                }}),
-      router(repository, modules, builtIns, "testhost"), handles(router) {
+      router(repository, modules, builtIns, "testhost", true), handles(router) {
 }
 
 Server::~Server() {
