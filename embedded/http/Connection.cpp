@@ -5,6 +5,7 @@
 #include <boost/beast/http/read.hpp>
 
 #include <sstream>
+#include <string_view>
 
 namespace embedded::http {
 
@@ -17,6 +18,9 @@ constexpr std::size_t readSize = 4096;
 // How long an answered client is listened to after the last reply. Closing while its bytes are
 // still coming in makes the kernel reset the connection, and the reply may never be seen.
 constexpr std::chrono::seconds lingerTime{2};
+// How the ClientHello of a TLS client begins: a handshake record of a version 3.x (RFC 8446 clause
+// 5.1).
+constexpr std::string_view tlsRecord = "\x16\x03";
 
 std::string text(beast::string_view view) {
     return std::string(view.data(), view.size());
@@ -70,7 +74,16 @@ void Connection::awaitRequest() {
     }
     // Empty lines before a request are what some clients send after a body (RFC 9112 clause 2.2).
     while (_in.size() != 0) {
-        const char first = *static_cast<const char*>(_in.cdata().data());
+        const auto* const bytes = static_cast<const char*>(_in.cdata().data());
+        const char first = bytes[0];
+        if (first == tlsRecord[0] && _in.size() < tlsRecord.size())
+            break; // the next byte tells
+        if (std::string_view(bytes, _in.size()).substr(0, tlsRecord.size()) == tlsRecord) {
+            _owner.log(_peer + ": this looks like TLS, but this port speaks plain HTTP; use "
+                               "http://");
+            close();
+            return;
+        }
         if (first != '\r' && first != '\n') {
             readHeader();
             return;

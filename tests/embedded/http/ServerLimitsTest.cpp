@@ -46,7 +46,7 @@ const std::string start = "POST /echo HTTP/1.1\r\nHost: h\r\n";
 INSTANTIATE_TEST_SUITE_P(
     Server, Refused,
     testing::Values(
-        RefusedCase{"Binary", std::string("\x16\x03\x01\x02\x00\r\n\r\n", 9), "400 Bad Request"},
+        RefusedCase{"Binary", std::string("\x16\x02\x01\x02\x00\r\n\r\n", 9), "400 Bad Request"},
         RefusedCase{"NoVersion", "POST /echo\r\n\r\n", "400 Bad Request"},
         RefusedCase{"NoTarget", "POST HTTP/1.1\r\n\r\n", "400 Bad Request"},
         RefusedCase{"NotHttp", "POST / HTTQ/1.1\r\n\r\n", "400 Bad Request"},
