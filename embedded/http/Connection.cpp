@@ -26,6 +26,12 @@ std::string text(beast::string_view view) {
     return std::string(view.data(), view.size());
 }
 
+// Every reply says when it was made (RFC 9110 clause 6.6.1).
+Reply dated(Reply reply) {
+    reply.fields.emplace(reply.fields.begin(), "Date", httpDate(std::time(nullptr)));
+    return reply;
+}
+
 template <class Message>
 Request request(Message&& message) {
     Request result;
@@ -165,17 +171,17 @@ void Connection::handle() {
     _parser.reset();
     _withBody = received.verb != "HEAD";
     _owner.handle(std::move(received),
-                  [self = shared_from_this()](const Reply& reply) { self->respond(reply); });
+                  [self = shared_from_this()](Reply reply) { self->respond(std::move(reply)); });
 }
 
-void Connection::respond(const Reply& reply) {
+void Connection::respond(Reply reply) {
     if (_owner.stopping())
         _persistence = Persistence::Close;
     try {
-        _out = wireText(reply, _persistence, _withBody);
+        _out = wireText(dated(std::move(reply)), _persistence, _withBody);
     } catch (const std::invalid_argument& error) {
         _owner.log(_peer + ": reply not sent: " + error.what());
-        _out = wireText(emptyReply(500, "Internal Server Error"), _persistence);
+        _out = wireText(dated(emptyReply(500, "Internal Server Error")), _persistence);
     }
     _written = 0;
     write();
