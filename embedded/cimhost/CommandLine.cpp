@@ -113,6 +113,8 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
         ->expected(1)
         ->take_all()
         ->check(directory);
+    app.add_flag("--writable", settings.writable,
+                 "Let clients create, modify and delete instances that no module publishes");
 }
 
 void declareSystem(CLI::App& app, Settings& settings) {

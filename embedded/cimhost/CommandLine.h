@@ -32,7 +32,8 @@ struct Settings {
     std::vector<std::filesystem::path> providerDirectories;
     std::string systemClass = "CIM_ComputerSystem"; ///< of the object manager's system
     std::optional<std::string> systemName;          ///< none: this machine's canonical name
-    std::vector<host::Fault> faults;                ///< of read-backs, in the order of the options
+    bool writable = false;           ///< clients may change what is in the repository
+    std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
     bool keepLibraries = false;
     bool checkOnly = false;

@@ -12,7 +12,11 @@ namespace {
 constexpr const char* moduleName = "ServerObjectsProviderModule";
 constexpr const char* providerName = "ServerObjectsProvider";
 
+// Values of CIM_ObjectManagerCommunicationMechanism, CIM schema 2.41.
 constexpr std::uint16_t authenticationNone = 2; // AuthenticationMechanismsSupported
+constexpr std::uint16_t basicRead = 2;          // FunctionalProfilesSupported
+constexpr std::uint16_t instanceManipulation = 5;
+constexpr std::uint16_t associationTraversal = 6;
 
 /// HOST:PORT as clients can use it: where every address is listened on, the host's name.
 std::string reachedAt(const std::string& address, std::uint16_t port) {
@@ -43,6 +47,9 @@ void linkOwnObjects(const Settings& settings, const repository::Repository& repo
     own.name = "cimhost:" + std::to_string(port);
     own.elementName = "cimhost";
     own.description = "cimhost, version " CIMHOST_VERSION;
+    own.functionalProfiles = {basicRead, associationTraversal};
+    if (settings.writable)
+        own.functionalProfiles = {basicRead, instanceManipulation, associationTraversal};
     own.authenticationMechanisms = {authenticationNone};
     own.httpAddress = reachedAt(settings.address, port);
     for (const Pegasus::CIMNamespaceName& nameSpace : repository.nameSpaces())

@@ -117,7 +117,7 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
         settings.providerDirectories, settings.keepLibraries, warn, {}};
     linkOwnObjects(settings, repository, server->port(), moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
-    host::Router router(repository, modules, host::localHostName());
+    host::Router router(repository, modules, host::localHostName(), settings.writable);
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);

@@ -64,7 +64,8 @@ void appendObjectWithPath(std::string& out, const CIMObject& object, const Insta
     });
 }
 
-// Names of classes answer a question about a class.
+// Names of classes answer a question about a class. A client that wrote its class as an
+// INSTANCENAME without keys gets theirs in that form, too: wbemcli, for one, reads no CLASSPATH.
 Returned allObjectPaths(const Call& call, const host::Answer<CIMObjectPath>& answer) {
     const auto append = call.arguments.objectIsClass ? appendClassPath : appendInstancePath;
     return all(answer, [&](std::string& out, const CIMObjectPath& path) {
@@ -293,10 +294,8 @@ std::string answerIntrinsic(const Request& request, const host::Caller& caller,
         return keys[0];
     };
     const Arguments arguments = readArguments(request.call, operation.parameters, soleKey);
-    host::Caller asking = caller;
-    asking.objectIsClass = arguments.objectIsClass;
     const Returned returned =
-        operation.answer(Call{asking, request.nameSpace, arguments, operations});
+        operation.answer(Call{caller, request.nameSpace, arguments, operations});
 
     std::string content;
     if (!returned.content.empty() || returned.legs > 1) {

@@ -16,9 +16,6 @@ namespace embedded::host {
 /// What a client's request brings along besides its parameters.
 struct Caller {
     Pegasus::String userName; ///< empty: not authenticated
-    /// The ObjectName of an association operation is a class (CLASSNAME, DSP0200 clause 5.3.2.14),
-    /// not an instance without keys. Such a question is about the schema: the answers are classes.
-    bool objectIsClass = false;
 };
 
 /// Objects, and from how many legs (providers, repository) they were gathered. A reader of the
@@ -34,6 +31,10 @@ struct Answer {
 /// client left out. Objects come as their provider gave them: includeQualifiers,
 /// includeClassOrigin and propertyList are applied when they are written out, not here, unless an
 /// operation says otherwise.
+///
+/// An association operation whose `objectName` has no keys asks about its class, whether the client
+/// wrote a CLASSNAME or an INSTANCENAME. No provider is asked; the answers are classes, to which
+/// the flags and the property list are applied here, as getClass() does without localOnly.
 ///
 /// Thread-safety: all operations may be called from several threads at once.
 class CimOperations {

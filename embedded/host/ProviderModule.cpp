@@ -35,6 +35,8 @@ class ModuleProvider : public Provider {
                    const ModuleSettings& settings, LoadingOrder& order)
         : _name(std::move(name)), _module(module), _settings(settings), _order(order) {}
 
+    String name() const override { return _name.module + String("/") + _name.name; }
+
     void call(const CIMName& className,
               const std::function<void(Pegasus::CIMProvider&)>& use) override {
         if (_module.stopped) {

@@ -43,6 +43,14 @@ CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath&
     return collector.objects()[0];
 }
 
+/// Whether an instance of the class stands for a namespace, so that creating one creates the other.
+bool isNameSpaceClass(const CIMName& className) {
+    const auto isCalled = [&](const char* name) {
+        return String::equalNoCase(className.getString(), name);
+    };
+    return isCalled("CIM_Namespace") || isCalled("PG_Namespace") || isCalled("__Namespace");
+}
+
 CIMPropertyList allProperties(const CIMClass& cimClass) {
     Array<CIMName> names;
     for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
@@ -61,16 +69,42 @@ String localHostName() {
 }
 
 Router::Router(repository::Repository& repository, const ProviderModules& modules,
-               const String& hostName)
-    : _repository(repository), _modules(modules), _hostName(hostName) {
+               const String& hostName, bool writable)
+    : _repository(repository), _modules(modules), _hostName(hostName), _writable(writable) {
 }
 
-void Router::requireClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
+void Router::requireNameSpace(const CIMNamespaceName& nameSpace) const {
     if (!_repository.hasNameSpace(nameSpace)) {
         throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
     }
+}
+
+void Router::requireClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
+    requireNameSpace(nameSpace);
     if (!_repository.hasClass(nameSpace, className)) {
         throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
+    }
+}
+
+/// REQUIRES: no provider is registered for the class itself.
+void Router::requireWritable(const CIMNamespaceName& nameSpace, const CIMName& className) const {
+    if (!_writable) {
+        throw CIMException(
+            Pegasus::CIM_ERR_ACCESS_DENIED,
+            "The repository is read-only; start cimhost with --writable to change it.");
+    }
+    std::vector<CIMName> related = _repository.superClassNames(nameSpace, className);
+    const std::vector<CIMName> below = _repository.subClassNames(nameSpace, className, true);
+    related.insert(related.end(), below.begin(), below.end());
+    for (const CIMName& name : related) {
+        if (const Provider* const provider =
+                _modules.find(nameSpace, name, ProviderType::Instance)) {
+            throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED,
+                               String("Instances of ") + className.getString() +
+                                   " cannot be changed: they appear among those of " +
+                                   name.getString() + ", which provider " + provider->name() +
+                                   " publishes.");
+        }
     }
 }
 
@@ -176,6 +210,14 @@ Pegasus::CIMValue Router::getProperty(const Caller& caller, const CIMNamespaceNa
 CIMObjectPath Router::createInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
                                      const CIMInstance& newInstance) {
     return asCimErrors([&] {
+        const CIMName& className = newInstance.getClassName();
+        if (isNameSpaceClass(className) &&
+            _modules.find(nameSpace, className, ProviderType::Instance) == nullptr) {
+            requireNameSpace(nameSpace);
+            throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED,
+                               "Namespaces are not created by requests; start cimhost with "
+                               "--namespace or --mof to add one.");
+        }
         return atInstance(
             nameSpace, newInstance.getPath(),
             [&](Provider& provider, const CIMObjectPath& path) {
@@ -187,7 +229,10 @@ CIMObjectPath Router::createInstance(const Caller& caller, const CIMNamespaceNam
                 // A provider that names nothing has still created something.
                 return collector.objects().size() == 0 ? CIMObjectPath() : collector.objects()[0];
             },
-            [&] { return _repository.createInstance(nameSpace, newInstance); });
+            [&] {
+                requireWritable(nameSpace, newInstance.getClassName());
+                return _repository.createInstance(nameSpace, newInstance);
+            });
     });
 }
 
@@ -205,7 +250,10 @@ void Router::modifyInstance(const Caller& caller, const CIMNamespaceName& nameSp
                                              includeQualifiers, propertyList, acknowledgement);
                     });
             },
-            [&] { _repository.modifyInstance(nameSpace, modifiedInstance, propertyList); });
+            [&] {
+                requireWritable(nameSpace, modifiedInstance.getClassName());
+                _repository.modifyInstance(nameSpace, modifiedInstance, propertyList);
+            });
     });
 }
 
@@ -220,7 +268,10 @@ void Router::deleteInstance(const Caller& caller, const CIMNamespaceName& nameSp
                     asked.deleteInstance(contextFor(caller), path, acknowledgement);
                 });
         },
-        [&] { _repository.deleteInstance(nameSpace, instanceName); });
+        [&] {
+            requireWritable(nameSpace, instanceName.getClassName());
+            _repository.deleteInstance(nameSpace, instanceName);
+        });
 }
 
 // Enumerations: one leg for the class and one for each of its subclasses.

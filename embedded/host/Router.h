@@ -23,13 +23,18 @@ Pegasus::String localHostName();
 /// registered, the repository answers. Providers are asked one after the other, in the repository's
 /// order of classes.
 ///
+/// Instances of the repository are created, modified and deleted only if the server is `writable`,
+/// and never where they would appear among those that a provider publishes: not of a subclass of
+/// its class, nor of a superclass by which its objects are enumerated. Such a write is
+/// CIM_ERR_ACCESS_DENIED. Namespaces are never created: CIM_ERR_NOT_SUPPORTED.
+///
 /// Thread-safety: all operations may be called from several threads at once.
 class Router : public CimOperations {
   public:
     /// `repository` and `modules` must outlive this object. `hostName` stands in the paths that
     /// providers are given, and completes those that they return.
     Router(repository::Repository& repository, const ProviderModules& modules,
-           const Pegasus::String& hostName);
+           const Pegasus::String& hostName, bool writable = false);
 
     Pegasus::CIMClass getClass(const Caller& caller, const Pegasus::CIMNamespaceName& nameSpace,
                                const Pegasus::CIMName& className, bool localOnly,
@@ -99,8 +104,11 @@ class Router : public CimOperations {
 
   private:
     struct Traversal;
+    void requireNameSpace(const Pegasus::CIMNamespaceName& nameSpace) const;
     void requireClass(const Pegasus::CIMNamespaceName& nameSpace,
                       const Pegasus::CIMName& className) const;
+    void requireWritable(const Pegasus::CIMNamespaceName& nameSpace,
+                         const Pegasus::CIMName& className) const;
     Pegasus::CIMObjectPath requestPath(const Pegasus::CIMNamespaceName& nameSpace,
                                        const Pegasus::CIMObjectPath& objectName) const;
 
@@ -117,7 +125,8 @@ class Router : public CimOperations {
 
     Pegasus::Array<Pegasus::CIMObject>
     classObjects(const Pegasus::CIMNamespaceName& nameSpace,
-                 const std::vector<Pegasus::CIMName>& classNames) const;
+                 const std::vector<Pegasus::CIMName>& classNames, bool includeQualifiers,
+                 bool includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) const;
     Pegasus::Array<Pegasus::CIMObject>
     instanceObjects(const Traversal& traversal, const std::vector<Pegasus::CIMObjectPath>& paths,
                     bool includeQualifiers, bool includeClassOrigin,
@@ -128,6 +137,7 @@ class Router : public CimOperations {
     repository::Repository& _repository;
     const ProviderModules& _modules;
     const Pegasus::String _hostName;
+    const bool _writable;
 };
 
 } // namespace embedded::host

@@ -81,7 +81,7 @@ auto Router::traverse(const Traversal& traversal, AskProvider askProvider,
         const RepositoryAssociations associations(_repository, nameSpace, traversal.objectName,
                                                   traversal.filters);
         Legs<std::decay_t<decltype(std::declval<Objects>()[0])>> legs;
-        if (traversal.caller.objectIsClass) {
+        if (traversal.objectName.getKeyBindings().size() == 0) {
             legs.add([&] { return askSchema(associations, candidates); });
             served.clear();
         } else {
@@ -123,11 +123,13 @@ void Router::complete(const CIMNamespaceName& nameSpace, CIMObject& object) cons
 }
 
 /// The classes `classNames`, as the source's associations or far ends.
-Array<CIMObject> Router::classObjects(const CIMNamespaceName& nameSpace,
-                                      const Names& classNames) const {
+Array<CIMObject> Router::classObjects(const CIMNamespaceName& nameSpace, const Names& classNames,
+                                      bool includeQualifiers, bool includeClassOrigin,
+                                      const CIMPropertyList& propertyList) const {
     Array<CIMObject> objects;
     for (const CIMName& name : classNames) {
-        objects.append(CIMObject(_repository.getClass(nameSpace, name)));
+        objects.append(CIMObject(_repository.getClass(nameSpace, name, false, includeQualifiers,
+                                                      includeClassOrigin, propertyList)));
     }
     return objects;
 }
@@ -177,7 +179,8 @@ Answer<CIMObject> Router::associators(const Caller& caller, const CIMNamespaceNa
                                    includeQualifiers, includeClassOrigin, propertyList);
         },
         [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return classObjects(nameSpace, associations.farClasses(classNames));
+            return classObjects(nameSpace, associations.farClasses(classNames), includeQualifiers,
+                                includeClassOrigin, propertyList);
         });
 }
 
@@ -222,7 +225,8 @@ Answer<CIMObject> Router::references(const Caller& caller, const CIMNamespaceNam
             return objects;
         },
         [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return classObjects(nameSpace, associations.associationClasses(classNames));
+            return classObjects(nameSpace, associations.associationClasses(classNames),
+                                includeQualifiers, includeClassOrigin, propertyList);
         });
 }
 

@@ -5,6 +5,7 @@
 #include <boost/beast/http/read.hpp>
 
 #include <sstream>
+#include <string_view>
 
 namespace embedded::http {
 
@@ -17,9 +18,18 @@ constexpr std::size_t readSize = 4096;
 // How long an answered client is listened to after the last reply. Closing while its bytes are
 // still coming in makes the kernel reset the connection, and the reply may never be seen.
 constexpr std::chrono::seconds lingerTime{2};
+// How the ClientHello of a TLS client begins: a handshake record of a version 3.x (RFC 8446 clause
+// 5.1).
+constexpr std::string_view tlsRecord = "\x16\x03";
 
 std::string text(beast::string_view view) {
     return std::string(view.data(), view.size());
+}
+
+// Every reply says when it was made (RFC 9110 clause 6.6.1).
+Reply dated(Reply reply) {
+    reply.fields.emplace(reply.fields.begin(), "Date", httpDate(std::time(nullptr)));
+    return reply;
 }
 
 template <class Message>
@@ -70,7 +80,16 @@ void Connection::awaitRequest() {
     }
     // Empty lines before a request are what some clients send after a body (RFC 9112 clause 2.2).
     while (_in.size() != 0) {
-        const char first = *static_cast<const char*>(_in.cdata().data());
+        const auto* const bytes = static_cast<const char*>(_in.cdata().data());
+        const char first = bytes[0];
+        if (first == tlsRecord[0] && _in.size() < tlsRecord.size())
+            break; // the next byte tells
+        if (std::string_view(bytes, _in.size()).substr(0, tlsRecord.size()) == tlsRecord) {
+            _owner.log(_peer + ": this looks like TLS, but this port speaks plain HTTP; use "
+                               "http://");
+            close();
+            return;
+        }
         if (first != '\r' && first != '\n') {
             readHeader();
             return;
@@ -152,17 +171,17 @@ void Connection::handle() {
     _parser.reset();
     _withBody = received.verb != "HEAD";
     _owner.handle(std::move(received),
-                  [self = shared_from_this()](const Reply& reply) { self->respond(reply); });
+                  [self = shared_from_this()](Reply reply) { self->respond(std::move(reply)); });
 }
 
-void Connection::respond(const Reply& reply) {
+void Connection::respond(Reply reply) {
     if (_owner.stopping())
         _persistence = Persistence::Close;
     try {
-        _out = wireText(reply, _persistence, _withBody);
+        _out = wireText(dated(std::move(reply)), _persistence, _withBody);
     } catch (const std::invalid_argument& error) {
         _owner.log(_peer + ": reply not sent: " + error.what());
-        _out = wireText(emptyReply(500, "Internal Server Error"), _persistence);
+        _out = wireText(dated(emptyReply(500, "Internal Server Error")), _persistence);
     }
     _written = 0;
     write();

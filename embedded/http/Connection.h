@@ -57,7 +57,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void sendContinue();
     void readBody();
     void handle();
-    void respond(const Reply& reply);
+    void respond(Reply reply);
     void reject(unsigned status, const std::string& reason, const std::string& why);
     void write();
     void linger();

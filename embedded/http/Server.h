@@ -26,8 +26,8 @@ struct Request {
     std::string body;
 };
 
-/// The server adds what the connection needs (the content length when it is not among `fields`,
-/// Connection when it closes); everything else is the handler's.
+/// The server adds Date, and what the connection needs (the content length when it is not among
+/// `fields`, Connection when it closes); everything else is the handler's.
 struct Reply {
     unsigned status = 200;
     std::string reason = "OK";

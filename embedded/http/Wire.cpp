@@ -1,6 +1,9 @@
 #include "http/Wire.h"
 
 #include <algorithm>
+#include <iomanip>
+#include <locale>
+#include <sstream>
 #include <stdexcept>
 
 namespace embedded::http {
@@ -53,6 +56,15 @@ std::string wireText(const Reply& reply, Persistence persistence, bool withBody)
 
 Reply emptyReply(unsigned status, const std::string& reason, Fields fields) {
     return Reply{status, reason, std::move(fields), {}};
+}
+
+std::string httpDate(std::time_t time) {
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::put_time(&parts, "%a, %d %b %Y %H:%M:%S GMT");
+    return text.str();
 }
 
 } // namespace embedded::http

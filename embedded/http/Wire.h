@@ -3,6 +3,7 @@
 
 #include "http/Server.h"
 
+#include <ctime>
 #include <string>
 
 namespace embedded::http {
@@ -19,6 +20,10 @@ std::string wireText(const Reply& reply, Persistence persistence, bool withBody 
 
 /// A reply without a body; `content-length: 0` says so.
 Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {});
+
+/// `time` as the value of a Date field (IMF-fixdate, RFC 9110 clause 5.6.7): English and in GMT,
+/// whatever the locale and the time zone.
+std::string httpDate(std::time_t time);
 
 /// Whether the two are the same but for the case of ASCII letters.
 bool equalIgnoringCase(const std::string& left, const std::string& right);

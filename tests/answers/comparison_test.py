@@ -86,13 +86,38 @@ class Listed(unittest.TestCase):
                          found(answer("ns Associators X", objects=[]),
                                answer("ns Associators X", error=["6", "CIM_ERR_NOT_FOUND: X"])))
 
-    def test_classes_are_left_out_only_for_a_source_without_keys(self):
-        classes = [name("A", "1"), 'OBJECTPATH\n  INSTANCEPATH\n    INSTANCENAME CLASSNAME="C"']
+    def test_objects_beside_classes_are_left_out_only_for_a_source_without_keys(self):
+        theirs = [name("A", "1"), 'OBJECTPATH\n  INSTANCEPATH\n    INSTANCENAME CLASSNAME="C"']
+        ours = theirs[1:]
         for words, expected in (("X without keys", (["a source without keys"], [])),
                                 ("X", ([], ["ns AssociatorNames X"]))):
             asked = f"ns AssociatorNames {words}"
-            self.assertEqual(expected, found(answer(asked, objects=classes),
-                                             answer(asked, objects=classes[:1])))
+            self.assertEqual(expected, found(answer(asked, objects=theirs),
+                                             answer(asked, objects=ours)))
+
+    def test_the_classes_of_a_source_without_keys_are_the_same(self):
+        def path(kind, held):
+            return f"VALUE.OBJECTWITHPATH\n  {kind}\n    {held}\n  CLASS NAME="
+        theirs = path("INSTANCEPATH", 'INSTANCENAME CLASSNAME="C"')
+        ours = path("CLASSPATH", 'CLASSNAME NAME="C"')
+        asked = "ns References X without keys"
+        same = (["a source without keys"], [])
+        for there, here, expected in (
+                ([theirs + '"C"'], [ours + '"C"'], same), ([theirs + '"C"'], [ours + '"D"'], None),
+                ([theirs + '"C"'], [], None), ([name("A", "1")], [name("A", "1")], ([], [])),
+                ([name("A", "1")], [ours + '"C"'], None), ([theirs + '"C"'] * 2, [ours + '"C"'], None)):
+            self.assertEqual(expected or ([], [asked]), found(answer(asked, objects=there),
+                                                              answer(asked, objects=here)))
+
+    def test_a_pipelined_request_may_lack_its_answer_but_not_have_another(self):
+        asked = "wire pipelined-requests-are-answered-in-order 2"
+        ours = answer(asked, wire=["HTTP/1.1 200 OK"])
+        self.assertEqual((["several requests in one piece"], []),
+                         found(answer(asked, wire=["", ""]), ours))
+        self.assertEqual(([], [asked]), found(answer(asked, wire=["HTTP/1.1 400"]), ours))
+        self.assertEqual(([], ["wire host-missing 1"]),
+                         found(answer("wire host-missing 1", wire=["", ""]),
+                               answer("wire host-missing 1", wire=["HTTP/1.1 200 OK"])))
 
     def test_a_refusal_by_the_server_is_let_pass_where_ours_answers_a_traversal(self):
         refused = ["1", "CIM_ERR_FAILED: CIM_X Class not supported by Interop Provider"]

@@ -12,8 +12,9 @@ the same objects and the same module, everything that the wire suite asks: all o
 sources, with all filters, in `root/cimv2` and the interop namespace, refused writes, questions that
 are wrong, and the wire cases. It stores the answers in canonical form (`record.py`) and compares
 them (`compare.py`): everything that an answer says counts, its order, too. Only where OpenPegasus asks
-several providers at once, the order of what they say is left open; the objects of one class in an
-enumeration, which one provider delivers, keep theirs.
+several providers at once, the order of what they say is left open (the objects of one class in an
+enumeration, which one provider delivers, keep theirs), and where a traversal answers classes, which
+it has in the order of its files.
 
 """
 MIDDLE = """
@@ -31,7 +32,8 @@ properties and methods; the order and marks of qualifiers, and which of them a p
 down; no default for an overriding property that gives none; the order of an instance's properties,
 and the qualifiers that it has from its class; the spelling of qualifiers; the error of a GetInstance
 whose provider swallowed what complete() threw; the words for an illegal role; a parameter that is no
-boolean; an M-POST that declares a prefix and does not use it.
+boolean; an M-POST that declares a prefix and does not use it; the classes that a traversal from a
+source without keys finds; the qualifiers, origins and properties of classes that a traversal answers.
 """
 TAIL = """
 What these differences leave unseen: traversals in the interop namespace that the server's own provider

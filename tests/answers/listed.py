@@ -70,14 +70,17 @@ def nothing_delivered(theirs, ours):
 
 
 def classes_for_no_keys(theirs, ours):
+    """Theirs without the objects, and with the classes, if not with their names, below paths of
+    classes."""
     if not ours["id"].partition(" without keys")[1]:
         return None
 
-    def instance(text):
-        is_class = re.search(r"^ *CLASS NAME=", text, re.M) or (
-            text.startswith("OBJECTPATH") and "KEYBINDING" not in text)
-        return None if is_class else text
-    result = changed(theirs, instance)
+    def as_class(text):
+        if text.startswith("OBJECTPATH"):
+            return None if "KEYBINDING" in text else text
+        return text.replace("INSTANCEPATH", "CLASSPATH", 1).replace(
+            "INSTANCENAME CLASSNAME=", "CLASSNAME NAME=", 1) if "\n  CLASS NAME=" in text else None
+    result = changed(theirs, as_class)
     return None if result == theirs else (result, ours)
 
 
@@ -115,6 +118,19 @@ def in_cases(*names):
     return apply
 
 
+def either(*rules):
+    """Whichever of the rules has something to say first."""
+    def apply(theirs, ours):
+        return next(filter(None, (rule(theirs, ours) for rule in rules)), None)
+    return apply
+
+
+def unanswered_in_a_pipeline(theirs, ours):
+    if not ours["id"].startswith("wire pipelined-requests-") or any(theirs["wire"]):
+        return None
+    return theirs, theirs
+
+
 def no_association(theirs, ours):
     def change(text):
         return re.sub(r'\n  QUALIFIER NAME="Association".*\n.*', "", text)
@@ -132,10 +148,12 @@ RULES = (
          "with the path",
          "an empty reply to GetInstance is none that clients can read", nothing_delivered),
     Rule("a source without keys",
-         "also taken for its class, whose associated classes are added as if they were objects; "
-         "here it is only an object",
-         "nobody asked for the classes, and a class under the path of an object is no valid reply",
-         classes_for_no_keys),
+         "is its class, as here, but the providers are asked as well and what they say is added, "
+         "and Associators and References write the classes below paths of objects (INSTANCEPATH); "
+         "here the classes alone are answered, and written below their own paths (CLASSPATH)",
+         "no object was named of which a provider could tell something; a class below the path of "
+         "an object is no valid reply, and strict clients refuse it",
+         either(classes_for_no_keys, in_cases("source-without-keys-is-its-class"))),
     Rule("path of a repository's object that a provider got",
          "a provider that gets an object of the repository finds only the class in its path; here "
          "the keys, too",
@@ -158,6 +176,9 @@ RULES = (
              "connection-close-closes", "http-1.0-keep-alive-stays-open",
              "http-1.0-needs-no-host-and-closes", "http-malformed-closes", "http-binary-closes",
              "content-length-huge-closes")),
+    Rule("several requests in one piece",
+         "now and then answers the first alone and waits; here all are answered, in their order",
+         "RFC 9112, 9.3.2", unanswered_in_a_pipeline),
     Rule("verbs other than POST and M-POST",
          "a small web server for GET and HEAD, 400 for others; here 404, and 405 with Allow",
          "nobody looks for pages here", in_cases(

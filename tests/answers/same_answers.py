@@ -99,7 +99,8 @@ def content(mirror_options, wire):
 def both_recorded(server, build, directory, wire, stores):
     """Writes the two stores, OpenPegasus's and ours."""
     options = content(mirrored(server, directory), wire)
-    with Served(build, options, content=False) as served:
+    # Writable, as that server is.
+    with Served(build, ["--writable", *options], content=False) as served:
         with concurrent.futures.ThreadPoolExecutor() as pool:
             list(pool.map(record.record, (server.address, served.address), stores))
 

@@ -3,9 +3,9 @@ is no proper question.
 
 The questions follow from the classes below and from the objects that the server names, so that two
 servers with the same content are asked the same. A question is (id, Request, concurrent); the id
-says it in words. `concurrent` tells that the server asks several providers at once for it and
-joins what they say as it comes (OpenPegasus does), so that only the answer's content is fixed and
-not its order.
+says it in words. `concurrent` tells that only the answer's content is fixed and not its order: the
+server asks several providers at once and joins what they say as it comes (OpenPegasus does), or the
+source is a class and the answers are classes, in the order of its files.
 """
 
 import itertools
@@ -78,6 +78,8 @@ class Suite:
             yield from self._gets(name, keys)
         for name, keys in self._sources():
             yield from self._traversals(name, keys)
+        for name in OWN + SERVER:
+            yield from self._class_traversals(f"class {name}", wire.class_name(name))
         yield from self._refused()
         yield from self._wrong()
 
@@ -179,6 +181,17 @@ class Suite:
             yield from self._associators(words, source, flags, names=("InstanceID", "Name"))
             yield from self._references(words, source, flags, names=("Dependent", "NoSuch"))
 
+    def _class_traversals(self, words, source):
+        for association in ASSOCIATIONS:
+            yield from self._associators(words, source, AssocClass=association)
+            yield from self._references(words, source, ResultClass=association)
+            for flags in itertools.product(BOTH, repeat=2):
+                for names in (None, (), ("NoSuch", "Name", "instanceid", "Dependent")):
+                    yield from self._associators(words, source, flags, names,
+                                                 AssocClass=association)
+                    yield from self._references(words, source, flags, names,
+                                                ResultClass=association)
+
     def _associators(self, words, source, flags=None, names=None, **filters):
         yield from self._traversal("Associators", words, source, flags, names, filters)
 
@@ -191,15 +204,17 @@ class Suite:
             (name, wire.class_name(value) if name.endswith("Class") else text(value))
             for name, value in filters.items()]
         words = f"{words} {' '.join(f'{n}={v}' for n, v in filters.items())}"
-        concurrent = not self._one_association(filters.get(
+        concurrent = "<KEYBINDING" not in source or not self._one_association(filters.get(
             "AssocClass" if method == "Associators" else "ResultClass"))
         if flags is None:
             yield self._question(words, method.rstrip("s") + "Names", *given, concurrent=concurrent)
             yield self._question(words, method, *given, concurrent=concurrent)
             return
         options = list(zip(("IncludeQualifiers", "IncludeClassOrigin"), map(wire.boolean, flags)))
+        if names is not None:
+            options.append(("PropertyList", property_list(names)))
         yield self._question(f"{words} {flags} of {names}", method, *given, *options,
-                             ("PropertyList", property_list(names)), concurrent=concurrent)
+                             concurrent=concurrent)
 
     def _one_association(self, name):
         """Whether a filter leaves one association class, and so one provider to ask."""

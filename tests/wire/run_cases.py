@@ -18,10 +18,14 @@ Placeholders in all files:
 In replies also:
     {ANY}           any bytes of one line
     {CLOSED}        at the end: the server closes the connection
+
+Every reply but an interim one (1xx) has one field Date with the present time as RFC 9110 (6.6.1)
+wants it. It is looked at here, and is not in the files.
 """
 
 import argparse
 import difflib
+import email.utils
 import pathlib
 import re
 import signal
@@ -32,6 +36,7 @@ import tempfile
 import time
 
 PATIENCE = 20.0  # seconds for a reply, and for a server to start or end
+CLOCK = 600  # seconds by which the time in a reply may be wrong
 QUIET = 0.3  # seconds after which a reply without a length is taken to be complete
 
 
@@ -175,6 +180,19 @@ def with_length(expected, actual):
     return expected
 
 
+def without_date(path, reply):
+    """`reply` without its field Date. Throws Failure if it has not one that says the time."""
+    header, body = split(reply)
+    if not re.match(rb"HTTP/1\.\d [2-5]", header):
+        return reply
+    dates = re.findall(rb"(?im)^date: *(.*)\n", header)
+    now = time.time()
+    if not any(dates == [email.utils.formatdate(now - ago, usegmt=True).encode()]
+               for ago in range(-CLOCK, CLOCK)):
+        raise Failure(f"{path}: a field Date with the time is expected once, not {dates}")
+    return re.sub(rb"(?im)^date:.*\n", b"", header) + body
+
+
 def pattern(expected):
     return re.compile(b".*".join(re.escape(part) for part in expected.split(b"{ANY}")))
 
@@ -216,6 +234,7 @@ def replies(case, server):
 def play(case, server, write):
     """Runs one case. Throws Failure. With `write`, replies that differ are taken over."""
     for step, actual in replies(case, server):
+        actual = without_date(step.path, actual)
         closed = step.text.endswith(CLOSED)
         expected = fill(step.text[: -len(CLOSED)] if closed else step.text, server)
         try:

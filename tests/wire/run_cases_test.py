@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The runner finds what differs: canned replies against small cases."""
 
+import email.utils
 import pathlib
 import socket
 import subprocess
@@ -10,7 +11,8 @@ import threading
 import unittest
 
 RUNNER = pathlib.Path(__file__).with_name("run_cases.py")
-OK = b"HTTP/1.1 200 OK\r\nX: one\r\ncontent-length: 0003\r\n\r\nabc"
+DATE = b"Date: " + email.utils.formatdate(usegmt=True).encode() + b"\r\n"
+OK = b"HTTP/1.1 200 OK\r\n" + DATE + b"X: one\r\ncontent-length: 0003\r\n\r\nabc"
 EXPECTED = b"HTTP/1.1 200 OK\nX: one\ncontent-length: {LENGTH}\n\nabc"
 
 
@@ -83,7 +85,7 @@ class RunCases(unittest.TestCase):
             OK.replace(b"X:", b"x:"),
             OK.replace(b"abc", b"abd"),
             OK.replace(b"X: one\r\n", b""),
-            b"HTTP/1.1 200 OK\r\ncontent-length: 3\r\nX: one\r\n\r\nabc",
+            b"HTTP/1.1 200 OK\r\n" + DATE + b"content-length: 3\r\nX: one\r\n\r\nabc",
         ):
             output = self.fails({"request": request, "reply": EXPECTED}, [reply])
             self.assertIn("what the server sent", output)
@@ -94,6 +96,13 @@ class RunCases(unittest.TestCase):
     def test_a_wrong_length_fails(self):
         reply = OK.replace(b"0003", b"0004")
         self.fails({"request": b"POST / HTTP/1.1\n\n", "reply": EXPECTED}, [reply], close=True)
+
+    def test_a_reply_without_the_time_or_with_another_fails(self):
+        request = b"POST / HTTP/1.1\n\n"
+        for date in (b"", DATE + DATE, b"Date: Sun, 06 Nov 1994 08:49:37 GMT\r\n",
+                     DATE.replace(b"GMT", b"UTC"), DATE.replace(b", ", b" ")):
+            output = self.fails({"request": request, "reply": EXPECTED}, [OK.replace(DATE, date)])
+            self.assertIn("a field Date with the time is expected once", output)
 
     def test_any_stands_for_what_varies_and_for_nothing_else(self):
         expected = EXPECTED.replace(b"abc", b"a{ANY}c")

@@ -10,6 +10,7 @@ import pathlib
 import re
 import signal
 import socket
+import ssl
 import subprocess
 import sys
 import tempfile
@@ -301,6 +302,37 @@ class Serving(Case):
         ):
             self.assertRegex(told, rf"(?m)info: {re.escape(line)}$")
         self.assertEqual(running.output.read_text(), "")
+
+    def test_a_tls_client_is_told_in_the_log_and_sent_away(self):
+        running = self.start(*self.content())
+        context = ssl.create_default_context()
+        with socket.create_connection(("127.0.0.1", running.port), PATIENCE) as plain:
+            peer = "127.0.0.1:%d" % plain.getsockname()[1]
+            with self.assertRaises(OSError):  # ssl.SSLError is one, a reset another
+                context.wrap_socket(plain, server_hostname="localhost")
+        self.assertIn("one</KEYVALUE>", ask(running.port))
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        self.assertRegex(
+            running.errors.read_text(),
+            rf"(?m)warning: {peer}: this looks like TLS, but this port speaks plain HTTP; use "
+            "http://$",
+        )
+
+    def test_a_tls_client_is_recognised_by_two_bytes_however_they_come(self):
+        running = self.start(*self.content())
+        for pieces in ((b"\x16", b"\x03"), (b"\x16\x03\x01\x02",), (b"\r\n\x16\x03",)):
+            with socket.create_connection(("127.0.0.1", running.port), PATIENCE) as plain:
+                for piece in pieces:
+                    plain.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+                    plain.sendall(piece)
+                self.assertEqual(plain.recv(1), b"")
+        with socket.create_connection(("127.0.0.1", running.port), PATIENCE) as other:
+            other.sendall(b"\x16\x04\r\n\r\n")
+            self.assertTrue(other.recv(100).startswith(b"HTTP/1.1 400 "))
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        self.assertEqual(running.errors.read_text().count("this looks like TLS"), 3)
 
     def test_a_module_that_cannot_be_used_does_not_keep_it_from_serving(self):
         running = self.start(*self.content(location="nonesuch"))

@@ -115,7 +115,6 @@ TEST(Operations, PassTheCallerOn) {
     answer(request("EnumerateClassNames", ""), headersFor("EnumerateClassNames"), caller,
            operations);
     EXPECT_TRUE(operations.lastCaller.userName == "operator");
-    EXPECT_FALSE(operations.lastCaller.objectIsClass);
 }
 
 TEST(Operations, UnknownOnesAreSaidToBeSo) {
@@ -283,29 +282,27 @@ TEST(Responses, ToAssociationQueriesHoldFullPaths) {
 }
 
 TEST(Responses, ToAssociationQueriesOnAClassHoldClasses) {
-    const std::string classC = parameter("ObjectName", "<CLASSNAME NAME=\"C\"/>");
+    const std::string className = parameter("ObjectName", "<CLASSNAME NAME=\"C\"/>");
+    const std::string noKeys = parameter("ObjectName", "<INSTANCENAME CLASSNAME=\"C\"/>");
     for (const char* operation : {"Associators", "References"}) {
         FakeOperations operations;
         operations.objects.objects.append(CIMObject(classWithPath()));
-        EXPECT_EQ(returned(operations, operation, classC),
-                  "<VALUE.OBJECTWITHPATH>\n" + writtenClassPath +
-                      "<CLASS NAME=\"C\" >\n</CLASS>\n</VALUE.OBJECTWITHPATH>\n");
-        EXPECT_TRUE(operations.lastCaller.objectIsClass);
+        const std::string answer = "<VALUE.OBJECTWITHPATH>\n" + writtenClassPath +
+                                   "<CLASS NAME=\"C\" >\n</CLASS>\n</VALUE.OBJECTWITHPATH>\n";
+        EXPECT_EQ(returned(operations, operation, className), answer);
+        EXPECT_EQ(returned(operations, operation, noKeys), answer);
     }
     for (const char* operation : {"AssociatorNames", "ReferenceNames"}) {
         FakeOperations operations;
         operations.paths.objects.append(classWithPath().getPath());
-        EXPECT_EQ(returned(operations, operation, classC),
+        EXPECT_EQ(returned(operations, operation, className),
                   "<OBJECTPATH>\n" + writtenClassPath + "</OBJECTPATH>\n");
-        EXPECT_TRUE(operations.lastCaller.objectIsClass);
+        // As the client wrote its own class.
+        const std::string answered = returned(operations, operation, noKeys);
+        EXPECT_NE(answered.find("<OBJECTPATH>\n<INSTANCEPATH>\n"), std::string::npos);
+        EXPECT_NE(answered.find("<INSTANCENAME CLASSNAME=\"C\">\n</INSTANCENAME>\n"),
+                  std::string::npos);
     }
-}
-
-TEST(Responses, TellAClassFromAnInstanceWithoutKeys) {
-    FakeOperations operations;
-    content(operations, "References", parameter("ObjectName", "<INSTANCENAME CLASSNAME=\"C\"/>"));
-    EXPECT_FALSE(operations.lastCaller.objectIsClass);
-    EXPECT_EQ(operations.calls.at(0), "references root/cimv2 C - - 0 0 -");
 }
 
 TEST(Responses, WithNothingOfOneLegHaveNoReturnValue) {

@@ -193,23 +193,18 @@ TEST_F(AssociationRouting, AnInstanceCapabilityIsNoAssociationCapability) {
     EXPECT_EQ(1U, other.router.referenceNames({}, nameSpace, base, CIMName("TST_Link"), "").legs);
 }
 
-TEST_F(AssociationRouting, AClassAsSourceIsAnsweredFromTheSchemaAlone) {
-    const Caller ofClass{"", true};
+TEST_F(AssociationRouting, ASourceWithoutKeysIsItsClassAndAnsweredFromTheSchemaAlone) {
     const CIMObjectPath source("", {}, CIMName("TST_Other"));
-    Router& router = server.router;
-    EXPECT_EQ(Texts{"//testhost/root/test:TST_OtherLink"},
-              texts(router.referenceNames(ofClass, nameSpace, source, CIMName(), "").objects));
-    EXPECT_EQ(Texts{"//testhost/root/test:TST_Base"},
-              texts(router.associatorNames(ofClass, nameSpace, source, CIMName(), CIMName(), "", "")
-                        .objects));
+    EXPECT_EQ(Texts{"//testhost/root/test:TST_OtherLink"}, texts(referenceNames(source).objects));
+    EXPECT_EQ(Texts{"//testhost/root/test:TST_Base"}, texts(associatorNames(source).objects));
     const auto associations =
-        router.references(ofClass, nameSpace, source, CIMName(), "", false, false, {}).objects;
+        server.router.references({}, nameSpace, source, CIMName(), "", false, false, {}).objects;
     ASSERT_EQ(1U, associations.size());
     EXPECT_TRUE(associations[0].isClass());
     EXPECT_EQ("//testhost/root/test:TST_OtherLink", text(associations[0].getPath().toString()));
     const auto ends =
-        router
-            .associators(ofClass, nameSpace, source, CIMName(), CIMName(), "", "", false, false, {})
+        server.router
+            .associators({}, nameSpace, source, CIMName(), CIMName(), "", "", false, false, {})
             .objects;
     ASSERT_EQ(1U, ends.size());
     EXPECT_TRUE(ends[0].isClass());

@@ -103,7 +103,7 @@ TEST(InstanceRouting, ChangesGoToTheProviderOrToTheRepository) {
     Server server(servedBy("P", {"TST_Middle"}));
     toy::setScript("P", faithful("P"));
     Router& router = server.router;
-    for (const char* className : {"TST_Middle", "TST_Base"}) {
+    for (const char* className : {"TST_Middle", "TST_Other"}) {
         const CIMInstance instance = instanceOf(className, "1");
         router.createInstance({}, nameSpace, instance);
         router.modifyInstance({}, nameSpace, instance, false, {});
@@ -113,8 +113,8 @@ TEST(InstanceRouting, ChangesGoToTheProviderOrToTheRepository) {
                      "P modifyInstance //testhost/root/test:TST_Middle.Id=\"1\"",
                      "P deleteInstance //testhost/root/test:TST_Middle.Id=\"1\""}),
               calls());
-    EXPECT_EQ("6: TST_Base.Id=\"1\"",
-              errorOf([&] { router.deleteInstance({}, nameSpace, pathOf("TST_Base", "1")); }));
+    EXPECT_EQ("6: TST_Other.Id=\"1\"",
+              errorOf([&] { router.deleteInstance({}, nameSpace, pathOf("TST_Other", "1")); }));
 }
 
 TEST(InstanceRouting, GetPropertyAsksForAnInstanceWithThatProperty) {

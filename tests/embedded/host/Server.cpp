@@ -121,7 +121,7 @@ Server::Server(const std::string& mof, bool keepLibraries)
                    _log.push_back(line);
                },
                {}}),
-      router(repository, modules, "testhost"), handles(router) {
+      router(repository, modules, "testhost", true), handles(router) {
 }
 
 Server::~Server() {

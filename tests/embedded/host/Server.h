@@ -49,7 +49,7 @@ std::string capabilityMof(const std::string& module, const std::string& provider
 /// and association capabilities in `nameSpace`.
 std::string servedBy(const std::string& provider, const std::vector<std::string>& classNames);
 
-/// One server at a time; scripts and journal are forgotten with it.
+/// One server at a time, writable; scripts and journal are forgotten with it.
 class Server {
   public:
     explicit Server(const std::string& mof = {}, bool keepLibraries = false);

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <netinet/in.h>
 #include <poll.h>
+#include <regex>
 #include <sys/socket.h>
 #include <system_error>
 #include <unistd.h>
@@ -14,7 +15,23 @@ namespace {
 
 constexpr int patience = 10000; // milliseconds
 
+// Replaces the fields Date that are well-formed.
+std::string withoutTimes(std::string replies) {
+    static const std::regex time(
+        "[A-Z][a-z]{2}, \\d{2} [A-Z][a-z]{2} \\d{4} \\d{2}:\\d{2}:\\d{2} GMT");
+    const std::string field = "\r\nDate: ";
+    for (std::size_t at = 0; (at = replies.find(field, at)) != std::string::npos; ++at) {
+        const std::size_t begin = at + field.size();
+        const std::size_t end = replies.find("\r\n", begin);
+        if (std::regex_match(replies.substr(begin, end - begin), time))
+            replies.replace(begin, end - begin, "now");
+    }
+    return replies;
+}
+
 } // namespace
+
+const std::string date = "Date: now\r\n";
 
 RawClient::RawClient(std::uint16_t port) : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
     sockaddr_in address{};
@@ -59,18 +76,18 @@ std::string RawClient::reply(bool withBody) {
     std::size_t end = 0;
     while ((end = _buffered.find("\r\n\r\n")) == std::string::npos)
         if (!more())
-            return read(_buffered.size());
+            return withoutTimes(read(_buffered.size()));
     std::size_t size = end + 4;
     const std::size_t length = _buffered.find("content-length: ");
     if (withBody && length < end)
         size += std::stoul(_buffered.substr(length + 16));
-    return read(size);
+    return withoutTimes(read(size));
 }
 
 std::string RawClient::rest() {
     while (more()) {
     }
-    return read(_buffered.size()) + (_timedOut ? "(timeout)" : "");
+    return withoutTimes(read(_buffered.size())) + (_timedOut ? "(timeout)" : "");
 }
 
 std::string RawClient::read(std::size_t size) {

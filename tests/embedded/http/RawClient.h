@@ -7,6 +7,9 @@
 
 namespace embedded::http::test {
 
+/// The first field of every reply, see RawClient::reply().
+extern const std::string date;
+
 class RawClient {
   public:
     /// Connects to 127.0.0.1. Throws std::system_error when nobody listens.
@@ -22,7 +25,8 @@ class RawClient {
     /// Closes so that the other side sees a reset, not an end.
     void reset();
 
-    /// One reply: header and, by its content length, body. What came if the end came before.
+    /// One reply: header and, by its content length, body. What came if the end came before. A Date
+    /// field that says a time as it should reads `date`, here and in rest().
     std::string reply(bool withBody = true);
     /// Everything until the other side closes; ends with "(timeout)" when it does not.
     std::string rest();

@@ -13,7 +13,7 @@ namespace {
 const std::string whole = "POST /echo HTTP/1.1\r\nHost: h\r\nContent-Length: 4\r\n\r\nbody";
 
 std::string closing(const std::string& status) {
-    return "HTTP/1.1 " + status + "\r\ncontent-length: 0\r\nConnection: close\r\n\r\n";
+    return "HTTP/1.1 " + status + "\r\n" + date + "content-length: 0\r\nConnection: close\r\n\r\n";
 }
 
 bool serves(RunningServer& running) {
@@ -46,7 +46,7 @@ const std::string start = "POST /echo HTTP/1.1\r\nHost: h\r\n";
 INSTANTIATE_TEST_SUITE_P(
     Server, Refused,
     testing::Values(
-        RefusedCase{"Binary", std::string("\x16\x03\x01\x02\x00\r\n\r\n", 9), "400 Bad Request"},
+        RefusedCase{"Binary", std::string("\x16\x02\x01\x02\x00\r\n\r\n", 9), "400 Bad Request"},
         RefusedCase{"NoVersion", "POST /echo\r\n\r\n", "400 Bad Request"},
         RefusedCase{"NoTarget", "POST HTTP/1.1\r\n\r\n", "400 Bad Request"},
         RefusedCase{"NotHttp", "POST / HTTQ/1.1\r\n\r\n", "400 Bad Request"},
@@ -123,7 +123,8 @@ TEST(ServerLimits, AClientThatHasClosedItsSideIsStillAnswered) {
     RawClient client(running.port());
     client.send(whole + whole);
     client.closeSending();
-    const std::string answer = "HTTP/1.1 200 OK\r\ncontent-length: 17\r\n\r\nPOST /echo [body]";
+    const std::string answer =
+        "HTTP/1.1 200 OK\r\n" + date + "content-length: 17\r\n\r\nPOST /echo [body]";
     EXPECT_EQ(client.rest(), answer + answer);
 }
 
@@ -188,8 +189,10 @@ TEST(ServerLimits, ALongReplyArrivesWhole) {
     RunningServer running;
     RawClient client(running.port());
     client.send("POST /big HTTP/1.1\r\nHost: h\r\n\r\n");
-    EXPECT_EQ(client.reply().size(),
-              std::string("HTTP/1.1 200 OK\r\ncontent-length: 33554432\r\n\r\n").size() + 33554432);
+    EXPECT_EQ(
+        client.reply().size(),
+        std::string("HTTP/1.1 200 OK\r\n" + date + "content-length: 33554432\r\n\r\n").size() +
+            33554432);
 }
 
 TEST(ServerLimits, ASlowHandlerKeepsNobodyElseWaiting) {
@@ -226,9 +229,9 @@ TEST(ServerLimits, AConnectionBeyondTheLimitIsTurnedAway) {
             EXPECT_NE(client->reply().find("[body]"), std::string::npos);
         }
         RawClient third(running.port());
-        EXPECT_EQ(third.rest(),
-                  "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 1\r\ncontent-length: 0\r\n"
-                  "Connection: close\r\n\r\n");
+        EXPECT_EQ(third.rest(), "HTTP/1.1 503 Service Unavailable\r\n" + date +
+                                    "Retry-After: 1\r\ncontent-length: 0\r\n"
+                                    "Connection: close\r\n\r\n");
     }
     // The server learns that they are gone a moment later.
     for (int attempt = 0; attempt < 50 && !serves(running); ++attempt)

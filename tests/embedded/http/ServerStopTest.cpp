@@ -103,8 +103,8 @@ TEST(ServerStop, FinishesWhatIsBeingHandledAndNothingMore) {
     } catch (const std::system_error&) {
     }
     running.release();
-    EXPECT_EQ(busy.rest(),
-              "HTTP/1.1 200 OK\r\ncontent-length: 13\r\nConnection: close\r\n\r\nPOST /wait []");
+    EXPECT_EQ(busy.rest(), "HTTP/1.1 200 OK\r\n" + date +
+                               "content-length: 13\r\nConnection: close\r\n\r\nPOST /wait []");
     running.join();
     EXPECT_TRUE(running.server().drained());
 }

@@ -1,8 +1,11 @@
 // What a client may rely on in one connection: framing, order, persistence.
 #include "RawClient.h"
 #include "RunningServer.h"
+#include "http/Wire.h"
 
 #include <gtest/gtest.h>
+
+#include <locale>
 
 namespace embedded::http::test {
 namespace {
@@ -13,9 +16,26 @@ std::string post(const std::string& target, const std::string& body) {
            body;
 }
 
+/// A locale that has no English: it writes every part of a time as "?".
+class Foreign : public std::time_put<char> {
+  protected:
+    iter_type do_put(iter_type out, std::ios_base&, char, const std::tm*, char,
+                     char) const override {
+        *out++ = '?';
+        return out;
+    }
+};
+
+TEST(HttpDate, IsEnglishAndInGmtWhateverTheLocale) {
+    const std::locale before = std::locale::global(std::locale(std::locale(), new Foreign));
+    EXPECT_EQ(httpDate(784111777), "Sun, 06 Nov 1994 08:49:37 GMT"); // the standard's example
+    EXPECT_EQ(httpDate(1709210096), "Thu, 29 Feb 2024 12:34:56 GMT");
+    std::locale::global(before);
+}
+
 std::string ok(const std::string& body, const std::string& connection = "") {
-    return "HTTP/1.1 200 OK\r\ncontent-length: " + std::to_string(body.size()) + "\r\n" +
-           connection + "\r\n" + body;
+    return "HTTP/1.1 200 OK\r\n" + date + "content-length: " + std::to_string(body.size()) +
+           "\r\n" + connection + "\r\n" + body;
 }
 
 TEST(Server, HandsAnyVerbToTheHandlerAsItCame) {
@@ -46,7 +66,7 @@ TEST(Server, LeavesOutTheBodyInReplyToHead) {
     RunningServer running;
     RawClient client(running.port());
     client.send("HEAD /echo HTTP/1.1\r\nHost: h\r\n\r\n" + post("/echo", "a"));
-    EXPECT_EQ(client.reply(false), "HTTP/1.1 200 OK\r\ncontent-length: 13\r\n\r\n");
+    EXPECT_EQ(client.reply(false), "HTTP/1.1 200 OK\r\n" + date + "content-length: 13\r\n\r\n");
     EXPECT_EQ(client.reply(), ok("POST /echo [a]"));
 }
 
@@ -137,7 +157,8 @@ TEST(Server, AnswersAHandlersExceptionWith500AndLogsIt) {
     RunningServer running;
     RawClient client(running.port());
     client.send(post("/throw", "") + post("/echo", "after"));
-    EXPECT_EQ(client.reply(), "HTTP/1.1 500 Internal Server Error\r\ncontent-length: 0\r\n\r\n");
+    EXPECT_EQ(client.reply(),
+              "HTTP/1.1 500 Internal Server Error\r\n" + date + "content-length: 0\r\n\r\n");
     EXPECT_EQ(client.reply(), ok("POST /echo [after]"));
     EXPECT_NE(running.log().find("500 for POST /throw: the handler gave up"), std::string::npos);
 }
@@ -146,7 +167,8 @@ TEST(Server, SendsNoFieldThatHasALineBreak) {
     RunningServer running;
     RawClient client(running.port());
     client.send(post("/split", ""));
-    EXPECT_EQ(client.reply(), "HTTP/1.1 500 Internal Server Error\r\ncontent-length: 0\r\n\r\n");
+    EXPECT_EQ(client.reply(),
+              "HTTP/1.1 500 Internal Server Error\r\n" + date + "content-length: 0\r\n\r\n");
     EXPECT_NE(running.log().find("line break"), std::string::npos);
 }
 
