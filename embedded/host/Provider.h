@@ -16,8 +16,8 @@ class Provider {
   public:
     virtual ~Provider() = default;
 
-    /// For people: "module/name" of one that is registered.
-    virtual Pegasus::String name() const { return "(the server's own)"; }
+    /// For people: "module/name".
+    virtual Pegasus::String name() const = 0;
 
     /// Calls `use` with the provider's object, ready for requests. `className` is the class that
     /// it is asked for. What `use` throws comes out unchanged; a provider that cannot be made

@@ -234,7 +234,7 @@ class Faults(unittest.TestCase):
 
     def test_what_is_enumerated_without_a_manager_can_be_got(self):
         expected = {"CIM_HostedService": ["HS:H>-"], "CIM_HostedAccessPoint": ["HA:H>X"],
-                    "CIM_NamespaceInManager": ["NM:->N1", "NM:->N2"],
+                    "CIM_NamespaceInManager": ["NM:->N1", "NM:->N2", "NM:->N3"],
                     "CIM_CommMechanismForManager": ["CM:->X"]}
         with serving("*:CIM_ObjectManager=empty") as served:
             for namespace, (name, ends) in itertools.product(NAMESPACES, expected.items()):

@@ -32,6 +32,7 @@ PUBLISHED = (("CIM_RegisteredProfile", {"InstanceID": "Orvex1"}),
              ("PG_Namespace", NAMESPACE))
 # Refused, whoever answers for it.
 MANAGER = (("CIM_ObjectManager", SERVICE), ("CIM_CIMXMLCommunicationMechanism", SERVICE))
+INTEROP = "root/PG_InterOp"  # where modules are registered
 REGISTRATION = ("PG_ProviderModule", {"Name": "ForgedModule"})
 
 
@@ -107,7 +108,7 @@ class Writes(unittest.TestCase):
         tried = 0
         for namespace in NAMESPACES:
             stored = [*STORED, *((c, keys) for c, keys, _ in ABOVE)]
-            if namespace == NAMESPACES[1]:
+            if namespace == INTEROP:
                 stored.append(REGISTRATION)
             for request in (r for pair in stored for r in writes(*pair)):
                 code, text = self.refusal(namespace, request)

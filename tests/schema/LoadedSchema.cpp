@@ -7,7 +7,8 @@ const std::vector<std::string> commonFiles = {
     "schema/cim_schema.mof", "schema/pg_server.mof", "schema/orvex_switch.mof",
     "schema/orvex_serverprofile.mof", "samples/sample_switch.mof"};
 const std::vector<std::string> interopFiles = {"schema/pg_registration.mof",
-                                               "schema/serverprofile_registration.mof"};
+                                               "schema/serverprofile_registration.mof",
+                                               "schema/serverobjects_registration.mof"};
 
 std::string projectFile(const std::string& relative) {
     return SOURCE_DIRECTORY "/" + relative;

@@ -10,6 +10,8 @@ namespace {
 
 class Registration : public LoadedSchema {
   protected:
+    const std::vector<std::string> names{"ServerProfileProvider", "ServerObjectsProvider"};
+
     std::vector<CIMInstance> instancesOf(const char* className) const {
         return repository.enumerateInstances(interop, CIMName(className));
     }
@@ -17,29 +19,31 @@ class Registration : public LoadedSchema {
 
 } // namespace
 
-TEST_F(Registration, NamesTheModuleAndItsProvider) {
+TEST_F(Registration, NamesTheModulesAndTheirProviders) {
     const auto modules = instancesOf("PG_ProviderModule");
-    ASSERT_EQ(modules.size(), 1U);
-    const std::map<const char*, std::string> expected = {{"Name", "ServerProfileProviderModule"},
-                                                         {"Vendor", "Orvex Systems"},
-                                                         {"Version", "1.0.0"},
-                                                         {"InterfaceType", "C++Default"},
-                                                         {"InterfaceVersion", "2.6.0"},
-                                                         {"Location", "ServerProfileProvider"},
-                                                         {"ModuleGroupName", "CIMServer"}};
-    for (const auto& [property, text] : expected)
-        EXPECT_EQ(value(modules[0], property), text) << property;
-
     const auto providers = instancesOf("PG_Provider");
-    ASSERT_EQ(providers.size(), 1U);
-    EXPECT_EQ(value(providers[0], "ProviderModuleName"), "ServerProfileProviderModule");
-    EXPECT_EQ(value(providers[0], "Name"), "ServerProfileProvider");
+    ASSERT_EQ(modules.size(), names.size());
+    ASSERT_EQ(providers.size(), names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::map<const char*, std::string> expected = {
+            {"Name", names[i] + "Module"},   {"Vendor", "Orvex Systems"},   {"Version", "1.0.0"},
+            {"InterfaceType", "C++Default"}, {"InterfaceVersion", "2.6.0"}, {"Location", names[i]},
+            {"ModuleGroupName", "CIMServer"}};
+        for (const auto& [property, text] : expected)
+            EXPECT_EQ(value(modules[i], property), text) << property;
+        EXPECT_EQ(value(providers[i], "ProviderModuleName"), names[i] + "Module");
+        EXPECT_EQ(value(providers[i], "Name"), names[i]);
+    }
 }
 
-TEST_F(Registration, CoversTheClassesOfTheProfileAndLeavesTheServerItsOwn) {
-    const std::string instances = "2 ";
-    const std::string associations = "2 3 ";
+TEST_F(Registration, CoversTheClassesOfTheProfileAndTheServersOwnByOneModuleEach) {
+    const std::string instances = "ServerProfileProvider 2 ";
+    const std::string associations = "ServerProfileProvider 2 3 ";
+    const std::string ofServer = "ServerObjectsProvider 2 ";
     const std::map<std::string, std::string> expected = {
+        {"CIM_ObjectManager", ofServer},
+        {"PG_CIMXMLCommunicationMechanism", ofServer},
+        {"PG_Namespace", ofServer},
         {"CIM_RegisteredProfile", instances},
         {"CIM_RegisteredSubProfile", instances},
         {"ORVEX_ObjectManagerHost", instances},
@@ -55,16 +59,20 @@ TEST_F(Registration, CoversTheClassesOfTheProfileAndLeavesTheServerItsOwn) {
     };
     std::map<std::string, std::string> found;
     for (const CIMInstance& capability : instancesOf("PG_ProviderCapabilities"))
-        found[value(capability, "ClassName")] = value(capability, "ProviderType");
+        found[value(capability, "ClassName")] =
+            value(capability, "ProviderName") + " " + value(capability, "ProviderType");
     EXPECT_EQ(found, expected);
 }
 
-TEST_F(Registration, HoldsInBothNamespacesForClassesThatAreThere) {
+TEST_F(Registration, HoldsForClassesThatAreThere) {
     for (const CIMInstance& capability : instancesOf("PG_ProviderCapabilities")) {
         const std::string className = value(capability, "ClassName");
-        EXPECT_EQ(value(capability, "ProviderModuleName"), "ServerProfileProviderModule");
-        EXPECT_EQ(value(capability, "ProviderName"), "ServerProfileProvider");
-        EXPECT_EQ(value(capability, "Namespaces"), "root/cimv2 root/PG_InterOp ") << className;
+        const std::string provider = value(capability, "ProviderName");
+        EXPECT_EQ(value(capability, "ProviderModuleName"), provider + "Module");
+        EXPECT_EQ(value(capability, "Namespaces"), provider == names[0]
+                                                       ? "interop root/cimv2 root/PG_InterOp "
+                                                       : "interop root/cimv2 ")
+            << className;
         EXPECT_TRUE(repository.hasClass(home, CIMName(className.c_str()))) << className;
         EXPECT_TRUE(repository.hasClass(interop, CIMName(className.c_str()))) << className;
     }

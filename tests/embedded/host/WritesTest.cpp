@@ -20,7 +20,7 @@ Texts thrice(const std::string& outcome) {
 TEST(Writes, ReachTheRepositoryOfAWritableServerOnly) {
     Server server("instance of TST_Base { Id = \"kept\"; };\n");
     EXPECT_EQ(thrice("no error"), writes(server.router, "TST_Base"));
-    Router readOnly(server.repository, server.modules, {}, "testhost");
+    Router readOnly(server.repository, server.modules, "testhost");
     EXPECT_EQ(thrice("2: The repository is read-only; start cimhost with --writable to change it."),
               writes(readOnly, "TST_Base"));
     EXPECT_EQ("5: TST_None", errorOf([&] {
@@ -40,7 +40,7 @@ TEST(Writes, OfAPublishedClassReachItsProviderInAnyServer) {
         call.complete();
     };
     toy::setScript("P", script);
-    Router readOnly(server.repository, server.modules, {}, "testhost");
+    Router readOnly(server.repository, server.modules, "testhost");
     for (Router* router : {&server.router, &readOnly}) {
         EXPECT_EQ(thrice("no error"), writes(*router, "TST_Leaf"));
     }
@@ -66,7 +66,7 @@ TEST(Writes, AreFreeWhereAProviderServesAssociationsOrAnotherNamespaceOnly) {
 TEST(Writes, CreateNoNamespaces) {
     Server server("class CIM_Namespace { [Key] string Id; };\n"
                   "class TST_Namespace : CIM_Namespace { };\n");
-    Router readOnly(server.repository, server.modules, {}, "testhost");
+    Router readOnly(server.repository, server.modules, "testhost");
     for (Router* router : {&server.router, &readOnly}) {
         for (const char* className : {"CIM_Namespace", "pg_namespace", "__Namespace"}) {
             const auto instance = instanceOf(className, "root/new");
