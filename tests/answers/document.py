@@ -8,9 +8,9 @@ HEAD = """# The same answers
      tests/answers/listed.py. -->
 
 `tests/answers/same_answers.py` asks the server of an OpenPegasus and `cimhost`, with the same schema,
-the same objects and the same module, everything that the wire suite asks: all operations, from all
-sources, with all filters, in `root/cimv2` and the interop namespace, refused writes, questions that
-are wrong, and the wire cases. It stores the answers in canonical form (`record.py`) and compares
+the same objects and the same modules, everything that the wire suite asks: all operations, from all
+sources, with all filters, in `root/cimv2`, in the interop namespace of OpenPegasus and in `interop`,
+refused writes, questions that are wrong, and the wire cases. It stores the answers in canonical form (`record.py`) and compares
 them (`compare.py`): everything that an answer says counts, its order, too. Only where OpenPegasus asks
 several providers at once, the order of what they say is left open (the objects of one class in an
 enumeration, which one provider delivers, keep theirs), and where a traversal answers classes, which

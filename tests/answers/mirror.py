@@ -14,10 +14,10 @@ import pathlib
 import sys
 
 import mof
+import suite
 import wire
 from wire import cimxml
 
-NAMESPACES = ("root/cimv2", "root/PG_InterOp")
 WHOLE = (("DeepInheritance", wire.boolean(True)), ("LocalOnly", wire.boolean(False)))
 
 
@@ -96,7 +96,7 @@ def instances(connection, namespace, wanted, without):
                     connection, namespace, named.find("INSTANCE").get("CLASSNAME")))
 
 
-def mirror(address, directory, namespaces=NAMESPACES, wanted=(), without=()):
+def mirror(address, directory, namespaces, wanted=(), without=()):
     """Writes the files and returns {namespace: file}."""
     connection = wire.Connection(address)
     files = {}
@@ -123,7 +123,7 @@ def main():
     options = parser.parse_args()
     options.directory.mkdir(parents=True, exist_ok=True)
     for namespace, file in mirror(options.server, options.directory,
-                                  options.namespace or NAMESPACES, options.instances,
+                                  options.namespace or suite.NAMESPACES, options.instances,
                                   options.without).items():
         print(f"{namespace}: {file} ({file.stat().st_size} bytes)")
     return 0

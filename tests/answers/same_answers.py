@@ -22,17 +22,20 @@ import compare
 import document
 import mirror
 import record
+import suite
+import wire as asking
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(SOURCE / "tests" / "clients"))
 from real_server import CannotIsolate, Crashed, RealServer  # noqa: E402
 from served import Served  # noqa: E402
 
-NAMESPACES = ("root/cimv2", "root/PG_InterOp")
-INTEROP = NAMESPACES[1]
-REGISTRATION = SOURCE / "schema" / "serverprofile_registration.mof"
-MODULE = SOURCE / "schema" / "orvex_serverprofile.mof"
-SWITCH = (SOURCE / "schema" / "orvex_switch.mof", SOURCE / "samples" / "sample_switch.mof")
+CIMV2, INTEROP, OWN = suite.NAMESPACES
+SCHEMA = SOURCE / "schema"
+REGISTRATION = SCHEMA / "serverprofile_registration.mof"
+SERVER_OBJECTS = SCHEMA / "serverobjects_registration.mof"
+MODULE = SCHEMA / "orvex_serverprofile.mof"
+SWITCH = (SCHEMA / "orvex_switch.mof", SOURCE / "samples" / "sample_switch.mof")
 OBJECTS = pathlib.Path(__file__).resolve().parent / "objects.mof"
 # What the server's own providers answer for, and the mirror takes over.
 OF_SERVER = ("CIM_Namespace", "CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism",
@@ -68,12 +71,28 @@ def load(server, *arguments):
         raise RuntimeError(f"cimmof {arguments}: {done.returncode}\n{done.stdout}{done.stderr}")
 
 
+def served(server):
+    connection = asking.Connection(server.address)
+    namespaces = suite.served(connection)
+    connection.close()
+    return namespaces
+
+
 def fill(server, build, wire):
-    shutil.copy(build / "lib" / "openpegasus" / "libServerProfileProvider.so", server.providers)
-    for namespace in NAMESPACES:
+    """What OpenPegasus serves: the module in its two namespaces and one of its own, and there the
+    server's own objects by the second module; in root/cimv2 the repository has them."""
+    for library in (build / "lib" / "openpegasus").glob("*.so"):
+        shutil.copy(library, server.providers)
+    for file in ("cim_schema.mof", "pg_server.mof"):
+        load(server, "-uc", "-aEV", "-I", SCHEMA, "-n", OWN, SCHEMA / file)
+    for namespace in served(server):
         for file in (SWITCH[0], MODULE, SWITCH[1]):
             load(server, "-aE", "-aV", "-n", namespace, file)
-    load(server, "-n", NAMESPACES[0], OBJECTS)
+    load(server, "-n", CIMV2, OBJECTS)
+    own = wire.with_name("serverobjects.mof")
+    own.write_text(SERVER_OBJECTS.read_text(encoding="utf-8").replace(f', "{CIMV2}"', ""),
+                   encoding="utf-8")
+    load(server, "-n", INTEROP, own)
     load(server, "-n", "root/wire", wire)
     empty = wire.with_name("empty.mof")
     empty.write_text("class X_Nothing { };\n", encoding="utf-8")
@@ -84,14 +103,15 @@ def fill(server, build, wire):
 def mirrored(server, directory):
     """The options with which cimhost serves what `server` does."""
     registered = re.findall(r'\bClassName = "(\w+)"', REGISTRATION.read_text(encoding="utf-8"))
-    files = mirror.mirror(server.address, directory, NAMESPACES, OF_SERVER,
-                          {*registered, *FROM_FILES})
-    return [f"{namespace}={file}" for namespace, file in files.items()]
+    files = {**mirror.mirror(server.address, directory, (CIMV2, INTEROP), OF_SERVER,
+                             {*registered, *FROM_FILES}),
+             **mirror.mirror(server.address, directory, (OWN,), OF_SERVER, registered)}
+    return [f"{namespace}={file}" for namespace, file in files.items()] + [
+        f"{namespace}={SWITCH[1]}" for namespace in served(server)]
 
 
 def content(mirror_options, wire):
-    given = [*mirror_options, f"{NAMESPACES[0]}={OBJECTS}", f"root/wire={wire}",
-             *(f"{namespace}={SWITCH[1]}" for namespace in NAMESPACES),
+    given = [*mirror_options, f"{CIMV2}={OBJECTS}", f"root/wire={wire}",
              f"{INTEROP}={REGISTRATION}"]
     return [part for option in given for part in ("--mof", option)] + ["--namespace", "root/other"]
 

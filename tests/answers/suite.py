@@ -16,7 +16,8 @@ import mof
 import wire
 from wire import cimxml
 
-NAMESPACES = ("root/cimv2", "root/PG_InterOp")
+INTEROP = "root/PG_InterOp"  # OpenPegasus's own
+NAMESPACES = ("root/cimv2", INTEROP, "interop")
 
 # What the module publishes, and what it reads back from others.
 PROFILES = ("CIM_RegisteredProfile", "CIM_RegisteredSubProfile")
@@ -30,6 +31,7 @@ ECHOED = ASSOCIATIONS[3:]
 SERVER = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism", "CIM_Namespace")
 SWITCH = ("ORVEX_Vsan", "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem")
 OF_SERVER = ("PG_ObjectManager", "PG_CIMXMLCommunicationMechanism", "PG_Namespace")
+NAMESPACE_CLASSES = ("CIM_Namespace", "PG_Namespace")
 CLASSES = OWN + ASSOCIATIONS + SERVER + OF_SERVER + SWITCH
 SUPERCLASSES = ("CIM_RegisteredSpecification", "CIM_SoftwareIdentity", "CIM_ServiceAccessBySAP",
                 "CIM_ReferencedSpecification", "CIM_WBEMService", "CIM_HostedDependency")
@@ -101,7 +103,10 @@ class Suite:
     def _objects(self):
         """What can be got: (words, INSTANCENAME), each object once."""
         seen = set()
-        for name in CLASSES:
+        # A stock OpenPegasus never answers a GetInstance of a namespace outside of its own interop
+        # namespace, and cannot stop any more then. In root/cimv2 the class that it names is missing.
+        gone = NAMESPACE_CLASSES if self._namespace == "interop" else ()
+        for name in (one for one in CLASSES if one not in gone):
             for _, words, element in self._named(name):
                 if words not in seen:
                     seen.add(words)
@@ -219,7 +224,7 @@ class Suite:
     def _one_association(self, name):
         """Whether a filter leaves one association class, and so one provider to ask."""
         leaves = ("cim_subprofilerequiresprofile", "orvex_elementsoftwareidentity")
-        if self._namespace != NAMESPACES[1]:  # there, the server has subclasses of its own
+        if self._namespace != INTEROP:  # there, the server has subclasses of its own
             leaves += tuple(a.lower() for a in ASSOCIATIONS if a != "CIM_ReferencedProfile")
         return (name or "").lower() in leaves
 
@@ -277,9 +282,20 @@ def serialised(element, name=None):
     return ElementTree.tostring(copy, encoding="unicode")
 
 
+def served(connection):
+    """Those of the namespaces that can have the profile: an OpenPegasus without its own Server profile
+    has no such classes in its interop namespace."""
+    def has_profile(namespace):
+        try:
+            return connection.ask(namespace, "GetClass", ("ClassName", wire.class_name(PROFILES[0])))
+        except cimxml.CimError:
+            return False
+    return [namespace for namespace in NAMESPACES if has_profile(namespace)]
+
+
 def questions(address):
     """All questions to the server at `address`, by namespace."""
     connection = wire.Connection(address)
-    for namespace in NAMESPACES:
+    for namespace in served(connection):
         yield from Suite(connection, namespace).questions()
     connection.close()
