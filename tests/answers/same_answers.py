@@ -15,6 +15,7 @@ import json
 import pathlib
 import re
 import shutil
+import subprocess
 import sys
 import tempfile
 
@@ -49,6 +50,11 @@ OF_SERVER = ("CIM_Namespace", "CIM_ObjectManager", "CIM_CIMXMLCommunicationMecha
 # module. Only at such a question is it let pass, and asked again from the start.
 ATTEMPTS = 4
 UNSAFE = re.compile(INTEROP + r" (Associator|Reference)(s|Names) .*\bPG_")
+# What cimhost, when it is writable, says of itself by the second module.
+SETTINGS = """ElementName = cimhost
+Description = cimhost, version {version}
+FunctionalProfilesSupported = 2, 5, 6
+"""
 # Of these classes, what objects.mof has is loaded as it is.
 FROM_FILES = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism")
 
@@ -71,6 +77,12 @@ def load(server, *arguments):
         raise RuntimeError(f"cimmof {arguments}: {done.returncode}\n{done.stdout}{done.stderr}")
 
 
+def version(build):
+    said = subprocess.run([build / "bin" / "cimhost", "--version"], check=True,
+                          capture_output=True, text=True)
+    return said.stdout.split()[-1]
+
+
 def served(server):
     connection = asking.Connection(server.address)
     namespaces = suite.served(connection)
@@ -89,6 +101,9 @@ def fill(server, build, wire):
         for file in (SWITCH[0], MODULE, SWITCH[1]):
             load(server, "-aE", "-aV", "-n", namespace, file)
     load(server, "-n", CIMV2, OBJECTS)
+    settings = server.etc / "serverobjects" / "ServerObjectsProvider.conf"
+    settings.parent.mkdir(exist_ok=True)
+    settings.write_text(SETTINGS.format(version=version(build)), encoding="utf-8")
     own = wire.with_name("serverobjects.mof")
     own.write_text(SERVER_OBJECTS.read_text(encoding="utf-8").replace(f', "{CIMV2}"', ""),
                    encoding="utf-8")
@@ -105,7 +120,9 @@ def mirrored(server, directory):
     registered = re.findall(r'\bClassName = "(\w+)"', REGISTRATION.read_text(encoding="utf-8"))
     files = {**mirror.mirror(server.address, directory, (CIMV2, INTEROP), OF_SERVER,
                              {*registered, *FROM_FILES}),
-             **mirror.mirror(server.address, directory, (OWN,), OF_SERVER, registered)}
+             # The second module publishes these in both.
+             **mirror.mirror(server.address, directory, (OWN,), OF_SERVER,
+                             {*registered, "CIM_ObjectManager", "PG_CIMXMLCommunicationMechanism"})}
     return [f"{namespace}={file}" for namespace, file in files.items()] + [
         f"{namespace}={SWITCH[1]}" for namespace in served(server)]
 
