@@ -55,6 +55,8 @@ SETTINGS = """ElementName = cimhost
 Description = cimhost, version {version}
 FunctionalProfilesSupported = 2, 5, 6
 """
+# The server's own objects that the module reads back, by namespace: shown as a provider publishes them.
+SHOWN = {INTEROP: suite.OF_SERVER, OWN: ("PG_Namespace",)}
 # Of these classes, what objects.mof has is loaded as it is.
 FROM_FILES = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism")
 
@@ -118,24 +120,42 @@ def fill(server, build, wire):
 def mirrored(server, directory):
     """The options with which cimhost serves what `server` does."""
     registered = re.findall(r'\bClassName = "(\w+)"', REGISTRATION.read_text(encoding="utf-8"))
-    files = {**mirror.mirror(server.address, directory, (CIMV2, INTEROP), OF_SERVER,
-                             {*registered, *FROM_FILES}),
-             # The second module publishes these in both.
-             **mirror.mirror(server.address, directory, (OWN,), OF_SERVER,
-                             {*registered, "CIM_ObjectManager", "PG_CIMXMLCommunicationMechanism"})}
-    return [f"{namespace}={file}" for namespace, file in files.items()] + [
-        f"{namespace}={SWITCH[1]}" for namespace in served(server)]
+    published = mirror.mirror(server.address, directory, suite.NAMESPACES, OF_SERVER,
+                              {*registered, *FROM_FILES, *suite.OF_SERVER})
+    place = directory / "shown"
+    place.mkdir(exist_ok=True)
+    shown = {namespace: file for namespace, classes in SHOWN.items() for file in mirror.mirror(
+        server.address, place, (namespace,), classes).values()}
+    return [*(f"{namespace}={file}" for namespace, file in published.items()),
+            *(f"shown/{namespace}={file}" for namespace, file in shown.items()),
+            *(f"{namespace}={SWITCH[1]}" for namespace in served(server))]
+
+
+def shown_registration(directory):
+    """The registration of the module that shows these objects."""
+    file = directory / "shown.mof"
+    file.write_text("""
+instance of PG_ProviderModule { Name = "Shown"; Vendor = "tests"; Version = "1";
+    InterfaceType = "C++Default"; InterfaceVersion = "2.6.0"; Location = "Shown"; };
+instance of PG_Provider { ProviderModuleName = "Shown"; Name = "Shown"; };
+""" + "".join(f"""
+instance of PG_ProviderCapabilities {{ ProviderModuleName = "Shown"; ProviderName = "Shown";
+    CapabilityID = "{name} in {namespace}"; ProviderType = {{2}}; ClassName = "{name}";
+    Namespaces = {{"{namespace}"}}; }};
+""" for namespace, classes in SHOWN.items() for name in classes), encoding="utf-8")
+    return file
 
 
 def content(mirror_options, wire):
     given = [*mirror_options, f"{CIMV2}={OBJECTS}", f"root/wire={wire}",
-             f"{INTEROP}={REGISTRATION}"]
+             f"{INTEROP}={REGISTRATION}", f"{INTEROP}={shown_registration(wire.parent)}"]
     return [part for option in given for part in ("--mof", option)] + ["--namespace", "root/other"]
 
 
 def both_recorded(server, build, directory, wire, stores):
     """Writes the two stores, OpenPegasus's and ours."""
-    options = content(mirrored(server, directory), wire)
+    options = [*content(mirrored(server, directory), wire),
+               "--provider-dir", str(build / "tests" / "answers" / "lib")]
     # Writable, as that server is.
     with Served(build, ["--writable", *options], content=False) as served:
         with concurrent.futures.ThreadPoolExecutor() as pool:
