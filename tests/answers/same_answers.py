@@ -54,6 +54,7 @@ UNSAFE = re.compile(INTEROP + r" (Associator|Reference)(s|Names) .*\bPG_")
 SETTINGS = """ElementName = cimhost
 Description = cimhost, version {version}
 FunctionalProfilesSupported = 2, 5, 6
+Namespaces = interop
 """
 # The server's own objects that the module reads back, by namespace: shown as a provider publishes them.
 SHOWN = {INTEROP: suite.OF_SERVER, OWN: ("PG_Namespace",)}
@@ -124,11 +125,19 @@ def mirrored(server, directory):
                               {*registered, *FROM_FILES, *suite.OF_SERVER})
     place = directory / "shown"
     place.mkdir(exist_ok=True)
-    shown = {namespace: file for namespace, classes in SHOWN.items() for file in mirror.mirror(
-        server.address, place, (namespace,), classes).values()}
-    return [*(f"{namespace}={file}" for namespace, file in published.items()),
-            *(f"shown/{namespace}={file}" for namespace, file in shown.items()),
-            *(f"{namespace}={SWITCH[1]}" for namespace in served(server))]
+    namespaces = served(server)
+    # A server that publishes nothing of itself has the second module's namespaces, and cimhost its own.
+    publishes_itself = INTEROP in namespaces
+    files = [*published.items(), *((namespace, SWITCH[1]) for namespace in namespaces)]
+    if publishes_itself:
+        files += [(f"shown/{namespace}", file) for namespace, classes in SHOWN.items()
+                  for file in mirror.mirror(server.address, place, (namespace,), classes).values()]
+        files.append((INTEROP, shown_registration(directory)))
+    options = [part for namespace, file in files for part in ("--mof", f"{namespace}={file}")]
+    if not publishes_itself:
+        options += [part for namespace in ("root", "root/PG_Internal")
+                    for part in ("--namespace", namespace)]
+    return options
 
 
 def shown_registration(directory):
@@ -147,9 +156,9 @@ instance of PG_ProviderCapabilities {{ ProviderModuleName = "Shown"; ProviderNam
 
 
 def content(mirror_options, wire):
-    given = [*mirror_options, f"{CIMV2}={OBJECTS}", f"root/wire={wire}",
-             f"{INTEROP}={REGISTRATION}", f"{INTEROP}={shown_registration(wire.parent)}"]
-    return [part for option in given for part in ("--mof", option)] + ["--namespace", "root/other"]
+    given = (f"{CIMV2}={OBJECTS}", f"root/wire={wire}", f"{INTEROP}={REGISTRATION}")
+    return [*mirror_options, *(part for option in given for part in ("--mof", option)),
+            "--namespace", "root/other"]
 
 
 def both_recorded(server, build, directory, wire, stores):
