@@ -96,9 +96,10 @@ fi
 port=$(cat "$state/port")
 say "serving on http://127.0.0.1:$port (log: ${log#"$here"/}, the module's trace: ${trace#"$here"/})"
 
-# -B: leave no compiled Python in the source tree.
 wrong=0
-python3 -B "$here/scripts/walk.py" "127.0.0.1:$port" --draw "$build/walk" || wrong=$?
+"$here/walk/serverprofile-walk" --all --draw "$build/walk" --html "$build/walk.html" \
+  "http://127.0.0.1:$port" || wrong=$?
+say "the walk as a page: ${build#"$here"/}/walk.html, and as a picture: ${build#"$here"/}/walk.svg"
 
 if $once; then
   kill -TERM "$server"
@@ -114,7 +115,7 @@ if $once; then
 fi
 [ "$wrong" -eq 0 ] || echo "run.sh: the walk failed, see above" >&2
 trap 'exit 0' INT TERM
-say "serving until interrupted (Ctrl-C); try the commands above, or for example"
+say "serving until interrupted (Ctrl-C); try for example"
 echo "  wbemcli ei -nl 'http://127.0.0.1:$port/root/cimv2:CIM_RegisteredProfile'"
 code=0
 wait "$server" || code=$?

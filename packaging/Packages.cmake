@@ -1,4 +1,4 @@
-# CPack: two packages of each kind, from the components "provider" and "cimhost".
+# CPack: a package of each kind from each of the components "provider", "cimhost" and "walk".
 set(PACKAGE_RELEASE 1)
 set(PACKAGE_CONTACT "Orvex Systems <packages@orvex-systems.example>" CACHE STRING
     "Who maintains the packages")
@@ -30,6 +30,11 @@ if(module_for STREQUAL openpegasus)
 else()
   string(APPEND provider_text "\nThis module is for the CIM server cimhost.")
 endif()
+set(walk_summary "Follow the Server profile of a switch, and judge it")
+set(walk_text
+"Asks a CIM server what a storage management client asks about the management
+Server profile of a switch, follows each path as the server gives it, and says
+which answers are wrong: as text, as JSON, or as a page with a picture.")
 
 # --- DEB
 
@@ -52,6 +57,13 @@ set(CPACK_DEBIAN_PROVIDER_DESCRIPTION "${provider_summary}\n${provider_text}")
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_NAME cimhost)
 set(CPACK_DEBIAN_CIMHOST_DESCRIPTION "${cimhost_summary}\n${cimhost_text}")
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_SUGGESTS "${provider_package}, sblim-wbemcli")
+set(CPACK_DEBIAN_WALK_PACKAGE_NAME serverprofile-walk)
+set(CPACK_DEBIAN_WALK_DESCRIPTION "${walk_summary}\n${walk_text}")
+set(CPACK_DEBIAN_WALK_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_WALK_PACKAGE_DEPENDS "python3 (>= 3.9)")
+# For the picture alone, and for who repeats a question.
+set(CPACK_DEBIAN_WALK_PACKAGE_RECOMMENDS graphviz)
+set(CPACK_DEBIAN_WALK_PACKAGE_SUGGESTS sblim-wbemcli)
 if(module_for STREQUAL embedded)
   # The runtime library is the server's, and keeps no promises from one version to the next.
   set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
@@ -80,6 +92,11 @@ set(CPACK_RPM_PROVIDER_PACKAGE_DESCRIPTION ${provider_text})
 set(CPACK_RPM_CIMHOST_PACKAGE_NAME cimhost)
 set(CPACK_RPM_CIMHOST_PACKAGE_SUMMARY ${cimhost_summary})
 set(CPACK_RPM_CIMHOST_PACKAGE_DESCRIPTION ${cimhost_text})
+set(CPACK_RPM_WALK_PACKAGE_NAME serverprofile-walk)
+set(CPACK_RPM_WALK_PACKAGE_SUMMARY ${walk_summary})
+set(CPACK_RPM_WALK_PACKAGE_DESCRIPTION ${walk_text})
+set(CPACK_RPM_WALK_PACKAGE_ARCHITECTURE noarch)
+set(CPACK_RPM_WALK_PACKAGE_REQUIRES "python3 >= 3.9")
 
 # --- what is run at installation and removal
 

@@ -1,14 +1,20 @@
 #!/usr/bin/env python3
 """Prints docs/associations.md: what the four association operations answer from each source of the
-served sample switch, by association class. Asked with wbemcli; host and port are replaced.
+served sample switch, by association class. Host and port are replaced.
 
 usage: association_tables.py HOST:PORT
 """
 
+import pathlib
 import re
 import sys
 
-import wbem
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "walk"))
+# pylint: disable=wrong-import-position
+from serverprofile_walk import connection  # noqa: E402
+from serverprofile_walk.client import Client, Question  # noqa: E402
+from serverprofile_walk.objects import Key, Path  # noqa: E402
+from serverprofile_walk.world import telling  # noqa: E402
 
 # In the order in which the server asks for them.
 ASSOCIATIONS = (
@@ -16,27 +22,23 @@ ASSOCIATIONS = (
     "CIM_CommMechanismForManager", "CIM_ReferencedProfile", "CIM_SubProfileRequiresProfile",
     "CIM_ElementConformsToProfile", "ORVEX_ElementSoftwareIdentity")
 
-# wbemcli's operation, its option for the association class, and what the page calls it.
-OPERATIONS = (("ain", "-ac", "associator names"), ("ai", "-ac", "associators"),
-              ("rin", "-arc", "reference names"), ("ri", "-arc", "references"))
+# Each operation, and what the page calls it.
+OPERATIONS = (("AssociatorNames", "associator names"), ("Associators", "associators"),
+              ("ReferenceNames", "reference names"), ("References", "references"))
 
-# The classes of the sources, and under which class their objects are asked for.
-SOURCES = (("CIM_RegisteredProfile", "CIM_RegisteredProfile"),
-           ("CIM_RegisteredSubProfile", "CIM_RegisteredSubProfile"),
-           ("ORVEX_ObjectManagerHost", "ORVEX_ObjectManagerHost"),
-           ("CIM_ObjectManager", "CIM_ObjectManager"),
-           ("PG_CIMXMLCommunicationMechanism", "PG_CIMXMLCommunicationMechanism"),
-           ("PG_Namespace", "PG_Namespace"),
-           ("ORVEX_SoftwareIdentity", "ORVEX_SoftwareIdentity"))
+# The classes of the sources.
+SOURCES = ("CIM_RegisteredProfile", "CIM_RegisteredSubProfile", "ORVEX_ObjectManagerHost",
+           "CIM_ObjectManager", "PG_CIMXMLCommunicationMechanism", "PG_Namespace",
+           "ORVEX_SoftwareIdentity")
 
-# Sources with a key that names nothing, or whose key is not looked at: path and title.
-STRANGERS = (('CIM_RegisteredProfile.InstanceID="Orvex9"', "no such profile"),
-             ('CIM_RegisteredSubProfile.InstanceID="Orvex9"', "no such subprofile"),
-             ('ORVEX_ObjectManagerHost.Name="elsewhere"', "another host"),
-             ('CIM_ObjectManager.Name="any"', "any key"),
-             ('PG_CIMXMLCommunicationMechanism.Name="any"', "any key"),
-             ('PG_Namespace.Name="any"', "any key"),
-             ('ORVEX_SoftwareIdentity.InstanceID="OrvexSI9"', "no such firmware"))
+# Sources with a key that names nothing, or whose key is not looked at: class, key and title.
+STRANGERS = (("CIM_RegisteredProfile", Key("InstanceID", "Orvex9"), "no such profile"),
+             ("CIM_RegisteredSubProfile", Key("InstanceID", "Orvex9"), "no such subprofile"),
+             ("ORVEX_ObjectManagerHost", Key("Name", "elsewhere"), "another host"),
+             ("CIM_ObjectManager", Key("Name", "any"), "any key"),
+             ("PG_CIMXMLCommunicationMechanism", Key("Name", "any"), "any key"),
+             ("PG_Namespace", Key("Name", "any"), "any key"),
+             ("ORVEX_SoftwareIdentity", Key("InstanceID", "OrvexSI9"), "no such firmware"))
 
 # Classes of objects that stand at far ends, or are as good, and from which nothing leads on.
 DEAD_ENDS = ("CIM_CIMXMLCommunicationMechanism", "CIM_Namespace", "ORVEX_Vsan",
@@ -50,8 +52,8 @@ HEAD = f"""# What follows from what
      BUILD-DIRECTORY --update writes it anew. Do not edit. -->
 
 From each object that the module serves as a source: what the four association operations answer, by
-association class. `cimhost` serves the sample switch; it is asked in `{INTEROP}` with `wbemcli`
-(`ain`, `ai`, `rin`, `ri`). The host is called `switch`, the port 5988.
+association class. `cimhost` serves the sample switch; it is asked in `{INTEROP}`. The host is called
+`switch`, the port 5988.
 
 * An object is given by its class and its telling key (InstanceID or Name). It is in the namespace
   that was asked unless another is named in brackets; "nowhere" is a path without host and namespace.
@@ -91,22 +93,21 @@ class Tables:
     """Asks in one namespace, and keeps in `seen` what each source answered by association class.
     Answers are texts for people; associations are (class, ((role, text), (role, text)))."""
 
-    def __init__(self, server, namespace):
-        self.server = server
+    def __init__(self, client, namespace):
+        self.client = client
         self.namespace = namespace
         self.seen = {}
-        host = self.names("ORVEX_ObjectManagerHost")[0].telling[1]
-        manager = dict(self.names("CIM_ObjectManager")[0].keys)
-        self.hosts = {host, manager["SystemName"]}
-        self.port = server.rpartition(":")[2]
+        host = telling(self.names("ORVEX_ObjectManagerHost")[0])[1]
+        self.hosts = {host, self.names("CIM_ObjectManager")[0].key("SystemName")}
+        self.port = client.at.port
 
-    def ask(self, operation, target, *options):
-        url = f"http://{self.server}/{self.namespace}:{target}"
-        return wbem.read(wbem.run([operation, "-nl", *options, url]))
+    def ask(self, operation, target, association=None):
+        return self.client.ask(Question(operation, self.namespace, target, association))
 
     def names(self, class_name):
         """The paths of the instances of just that class."""
-        found = [each.what for each in self.ask("ein", class_name)]
+        found = [path._replace(namespace=self.namespace)
+                 for path in self.ask("EnumerateInstanceNames", Path(class_name))]
         return [path for path in found if path.class_name == class_name] or found
 
     def place(self, path):
@@ -116,29 +117,25 @@ class Tables:
         return "" if namespace == self.namespace else f" ({namespace})"
 
     def object(self, path):
-        value = path.telling[1]
+        value = telling(path)[1]
         value = "switch" if value in self.hosts else re.sub(f":{self.port}$", ":5988", value)
         return f'{path.class_name} "{value}"{self.place(path)}'
 
-    def answer(self, operation, option, source, association):
+    def answer(self, operation, source, association):
         """The answer of one operation, as a list."""
-        found = self.ask(operation, source, *((option, association) if association else ()))
-        if operation in ("ain", "ai"):
-            return [self.object(each.what) for each in found]
-        answers = []
-        for each in found:
-            # wbemcli sorts the ends in a path, but leaves properties in their order.
-            ends = each.what.ends if operation == "rin" else tuple(
-                (role, wbem.path(text)) for role, text in each.properties.items())
-            answers.append((each.what.class_name,
-                            tuple((role, self.object(end)) for role, end in ends)))
-        return answers
+        found = self.ask(operation, source, association)
+        if operation.startswith("Associator"):
+            return [self.object(each if isinstance(each, Path) else each.path) for each in found]
+        # A path has its keys in the order of their names, an object its properties in its own.
+        return [(each.class_name, tuple(
+            (end.name, self.object(end.value))
+            for end in (each.keys if isinstance(each, Path) else each.properties))) for each in found]
 
     def answers(self, source, association):
         """The answers of the four operations. That of the reference names takes the order of the
         ends from the references where they name the same."""
-        ain, ai, rin, ri = (self.answer(operation, option, source, association)
-                            for operation, option, _ in OPERATIONS)
+        ain, ai, rin, ri = (self.answer(operation, source, association)
+                            for operation, _ in OPERATIONS)
         if [(name, sorted(ends)) for name, ends in rin] == [
                 (name, sorted(ends)) for name, ends in ri]:
             rin = ri
@@ -148,19 +145,18 @@ class Tables:
     def tables(self):
         """The sections of the page, in `namespace`."""
         lines = []
-        for class_name, named in SOURCES:
+        for class_name in SOURCES:
             lines += ["", f"## From {class_name}"]
-            for path in self.names(named):
-                title = self.object(path).removesuffix(self.place(path)).partition(" ")[2]
-                lines += self.table(path.text(class_name), f"{class_name} {title}")
-            for source, title in STRANGERS:
-                if source.startswith(class_name + "."):
-                    key = source.partition(".")[2].partition("=")[2]
-                    lines += self.table(source, f"{class_name} {key}: {title}")
+            for path in self.names(class_name):
+                lines += self.table(path.local, self.object(path).removesuffix(self.place(path)))
+            for stranger, key, title in STRANGERS:
+                if stranger == class_name:
+                    lines += self.table(Path(class_name, (key,)),
+                                        f'{class_name} "{key.value}": {title}')
         lines += ["", "## Sources from which nothing leads on", ""]
         for class_name in DEAD_ENDS:
-            path = self.names(class_name)[0]
-            if any(self.answers(path.text(class_name), "")):
+            path = self.names(class_name)[0].local._replace(class_name=class_name)
+            if any(self.answers(path, None)):
                 raise SystemExit(f"association_tables: {class_name} leads on, see DEAD_ENDS")
             lines.append(f"* {class_name}")
         return lines
@@ -181,7 +177,7 @@ class Tables:
         lines = ["", f"### {title}", ""]
         if rows:
             lines += ["| association class | operation | answer |", "| --- | --- | --- |", *rows, ""]
-            every = self.answers(source, "")
+            every = self.answers(source, None)
             if list(every) == list(together):
                 lines.append("Without an association class: all of these, in this order.")
             else:
@@ -197,7 +193,7 @@ class Tables:
     def rows(first, answers):
         rows = []
         previous = None
-        for (_, _, operation), answer in zip(OPERATIONS, answers):
+        for (_, operation), answer in zip(OPERATIONS, answers):
             text = "<br>".join(
                 item if isinstance(item, str) else
                 ", ".join(f"*{role}* {end}" for role, end in item[1]) for item in answer)
@@ -211,13 +207,15 @@ class Tables:
 
 def page(server):
     """The page as a text. Ends the program if the two namespaces tell different stories."""
-    interop, other = Tables(server, INTEROP), Tables(server, OTHER)
-    lines = interop.tables()
-    other.tables()
+    with Client(connection.server(f"http://{server}", patience=300)) as client:
+        interop, other = Tables(client, INTEROP), Tables(client, OTHER)
+        lines = interop.tables()
+        other.tables()
     for asked, answers in interop.seen.items():
         # What is bracketed in the one namespace is the very namespace that is asked in the other.
         if repr(answers).replace(f" ({OTHER})", "") != repr(other.seen.get(asked)):
-            raise SystemExit(f"association_tables: {' '.join(asked)} answers differently in {OTHER}")
+            raise SystemExit(f"association_tables: {' '.join(map(str, asked))} answers differently in "
+                             f"{OTHER}")
     return HEAD + "\n".join(lines) + "\n"
 
 

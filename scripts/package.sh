@@ -1,5 +1,6 @@
 #!/bin/bash
-# Builds the packages: the module for a CIM server, and the embedded server, each as DEB and as RPM.
+# Builds the packages: the module for a CIM server, the embedded server, and the walk, each as DEB and as
+# RPM.
 set -euo pipefail
 
 usage() {

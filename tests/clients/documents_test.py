@@ -14,20 +14,36 @@ from served import SOURCE, Served
 
 sys.path.insert(0, str(SOURCE / "scripts"))
 import association_tables  # noqa: E402  pylint: disable=wrong-import-position
-import walk  # noqa: E402  pylint: disable=wrong-import-position
-import walk_graph  # noqa: E402  pylint: disable=wrong-import-position
+
+from serverprofile_walk import connection, graph  # noqa: E402  pylint: disable=wrong-import-position
+from serverprofile_walk.client import Client  # noqa: E402  pylint: disable=wrong-import-position
+from serverprofile_walk.objects import Path  # noqa: E402  pylint: disable=wrong-import-position
+from serverprofile_walk.walk import Walk  # noqa: E402  pylint: disable=wrong-import-position
 
 DOCS = SOURCE / "docs"
 PAGE, DOT, SVG = DOCS / "associations.md", DOCS / "walk.dot", DOCS / "walk.svg"
 
 
+def stable(served, host):
+    """A function that replaces in the value of a key what differs from machine to machine."""
+    def replace(value):
+        return "switch" if value == host else re.sub(f":{served.port}$", ":5988", value)
+    return replace
+
+
 def answered(build):
     """What the documents have to say: the dot text and the page."""
     with Served(build) as served:
-        seen = walk.walk(served.address, say=lambda _: None)
-        if any(each.wrong for each in seen):
-            sys.exit("documents_test: the walk meets wrong answers, see scripts/walk.py")
-        dot = seen[0].graph.dot(walk.stable(served.address, seen[0].learnt))
+        with Client(connection.server(f"http://{served.address}", patience=300)) as client:
+            walk = Walk(client.ask)
+            walk.run()
+        if not walk.whole:
+            sys.exit("documents_test: the walk meets wrong answers, see serverprofile-walk")
+        host, = (asked.answer[0].key("Name") for asked in walk.sections[0].asked
+                 if asked.question.operation == "EnumerateInstanceNames"
+                 and asked.question.target == Path("ORVEX_ObjectManagerHost")
+                 and asked.question.namespace == walk.sections[0].namespace)
+        dot = graph.Graph(walk, walk.sections[0]).dot(stable(served, host))
         return dot, association_tables.page(served.address)
 
 
@@ -57,7 +73,7 @@ def main():
     dot, page = answered(sys.argv[1])
     if sys.argv[2:]:
         PAGE.write_text(page, encoding="utf-8")
-        walk_graph.write(dot, DOCS / "walk")
+        graph.write(dot, DOCS / "walk")
         return 0
 
     wrong = differences(DOT, dot) + differences(PAGE, page)

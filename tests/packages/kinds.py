@@ -4,7 +4,7 @@ import pathlib
 import re
 import subprocess
 
-NAMES = ("cimhost", "serverprofile-provider")
+NAMES = ("cimhost", "serverprofile-provider", "serverprofile-walk")
 
 
 def output(*command):

@@ -118,6 +118,14 @@ class Dependencies(unittest.TestCase):
         self.assertIn(library, kinds.output(
             "rpm", "-qp", "--provides", rpm.files["cimhost"]).splitlines())
 
+    def test_the_walk_is_for_any_machine_with_python(self):
+        deb, rpm = (kind.files["serverprofile-walk"] for kind in KINDS)
+        self.assertEqual(kinds.output("dpkg-deb", "-f", deb, "Architecture", "Depends", "Recommends"),
+                         "Architecture: all\nDepends: python3 (>= 3.9)\nRecommends: graphviz\n")
+        self.assertEqual(kinds.output("rpm", "-qp", "--qf", "%{ARCH}", rpm), "noarch")
+        self.assertIn("python3 >= 3.9",
+                      kinds.output("rpm", "-qp", "--requires", rpm).splitlines())
+
 
 if __name__ == "__main__":
     unittest.main(argv=[sys.argv[0], *sys.argv[2:]])

@@ -5,7 +5,7 @@ import pathlib
 import tempfile
 
 import kinds
-from installation import KIND, PACKED, PROVIDER, SOURCE, Installation, shell
+from installation import KIND, PACKED, PROVIDER, Installation, shell
 from manual_examples import Serving, examples
 
 PAGE = "/usr/share/man/man1/cimhost.1.gz"
@@ -25,7 +25,7 @@ class Use(Installation):
             result = shell(ask)
             for profile in PROFILES:
                 self.assertIn(f'InstanceID="{profile}"', result.stdout)
-            walk = shell(f"python3 -B {SOURCE}/scripts/walk.py 127.0.0.1:5988")
+            walk = shell("serverprofile-walk http://127.0.0.1:5988")
             self.assertEqual(walk.returncode, 0, walk.stdout)
         with Serving(fault) as served:
             shell("wbemcli ain -ac CIM_NamespaceInManager "
@@ -71,7 +71,7 @@ class Use(Installation):
 
     def test_manual_pages_are_found_and_rendered(self):
         self.installed()
-        for page in ("cimhost", "serverprofile-register"):
+        for page in ("cimhost", "serverprofile-register", "serverprofile-walk"):
             with self.subTest(page):
                 result = shell(f"man {page}", env={**os.environ, "MANPAGER": "cat", "LC_ALL": "C"})
                 self.assertEqual(result.returncode, 0, result.stdout)

@@ -1,11 +1,15 @@
 #!/usr/bin/env python3
-"""The CIM-XML client keeps paths and values as they were given, and is neither held up nor filled up by a
-server that means no good.
+"""The CIM-XML client keeps paths and values as they were given, and is neither held up nor filled up by
+a server that means no good.
 
 usage: client_test.py [unittest arguments]
 """
 
 import itertools
+import pathlib
+import ssl
+import subprocess
+import tempfile
 import unittest
 
 import rooms  # noqa: F401  pylint: disable=unused-import
@@ -21,8 +25,9 @@ EMPTY = message("<IRETURNVALUE/>")
 
 HOSTED = """<OBJECTPATH><INSTANCEPATH><NAMESPACEPATH><HOST>vm:5988</HOST><LOCALNAMESPACEPATH>
 <NAMESPACE NAME="root"/><NAMESPACE NAME="cimv2"/></LOCALNAMESPACEPATH></NAMESPACEPATH>
-<INSTANCENAME CLASSNAME="cim_Hosted"><KEYBINDING NAME="Z"><VALUE.REFERENCE><INSTANCENAME CLASSNAME="Near">
-<KEYBINDING NAME="Name"><KEYVALUE VALUETYPE="string">a "b" &lt;c&gt;</KEYVALUE></KEYBINDING></INSTANCENAME>
+<INSTANCENAME CLASSNAME="cim_Hosted"><KEYBINDING NAME="Z"><VALUE.REFERENCE>
+<INSTANCENAME CLASSNAME="Near"><KEYBINDING NAME="Name">
+<KEYVALUE VALUETYPE="string">a "b" &lt;c&gt;</KEYVALUE></KEYBINDING></INSTANCENAME>
 </VALUE.REFERENCE></KEYBINDING><KEYBINDING NAME="A"><VALUE.REFERENCE><LOCALINSTANCEPATH>
 <LOCALNAMESPACEPATH><NAMESPACE NAME="interop"/></LOCALNAMESPACEPATH><INSTANCENAME CLASSNAME="Far">
 <KEYBINDING NAME="n"><KEYVALUE VALUETYPE="numeric" TYPE="uint16">5</KEYVALUE></KEYBINDING>
@@ -58,7 +63,8 @@ class Paths(unittest.TestCase):
         sent = documents.parse(documents.request(
             "GetInstance", "root/cimv2", [("InstanceName", HOSTED_PATH.local)]))
         whole = documents.parse(HOSTED.encode())
-        self.assertEqual(as_tree(sent.find(".//IPARAMVALUE")[0]), as_tree(whole.find(".//INSTANCENAME")))
+        self.assertEqual(as_tree(sent.find(".//IPARAMVALUE")[0]),
+                         as_tree(whole.find(".//INSTANCENAME")))
 
     def test_whole_paths_are_sent_with_their_place(self):
         for path in (HOSTED_PATH, HOSTED_PATH._replace(host=None), Path("C", None, "root/x", "h"),
@@ -105,7 +111,8 @@ class Values(unittest.TestCase):
                 ("string", " a\nb ", " a\nb "), ("string", "", ""), ("char16", "x", "x"),
                 ("datetime", "20261121182741.000000+000", "20261121182741.000000+000"),
                 ("boolean", "TRUE", True), ("boolean", " false ", False), ("uint8", "255", 255),
-                ("sint8", "-128", -128), ("uint16", "0x1F", 31), ("sint64", "-9223372036854775808", -2**63),
+                ("sint8", "-128", -128), ("uint16", "0x1F", 31),
+                ("sint64", "-9223372036854775808", -2**63),
                 ("uint64", "18446744073709551615", 2**64 - 1), ("real32", "1.5E2", 150.0),
                 ("real64", "-3", -3.0), ("real64", "inf", float("inf"))):
             with self.subTest(cim_type=cim_type, text=text):
@@ -129,15 +136,17 @@ class Values(unittest.TestCase):
 
     def test_of_references_are_paths(self):
         place = HOSTED.replace("OBJECTPATH", "VALUE.REFERENCE")
-        found = returned(f'<INSTANCE CLASSNAME="T"><PROPERTY.REFERENCE NAME="R" REFERENCECLASS="C">{place}'
-                         '</PROPERTY.REFERENCE><PROPERTY.REFERENCE NAME="N"/></INSTANCE>', "GetInstance")
+        found = returned('<INSTANCE CLASSNAME="T"><PROPERTY.REFERENCE NAME="R" REFERENCECLASS="C">'
+                         f'{place}</PROPERTY.REFERENCE><PROPERTY.REFERENCE NAME="N"/></INSTANCE>',
+                         "GetInstance")
         self.assertEqual(found.properties, (
             Property("R", "reference", HOSTED_PATH, False, "C"), Property("N", "reference", None)))
 
     def test_of_classes_come_with_their_qualifiers(self):
         found = returned(
-            '<CLASS NAME="C" SUPERCLASS="B"><QUALIFIER NAME="Abstract" TYPE="boolean"><VALUE>TRUE</VALUE>'
-            '</QUALIFIER><PROPERTY NAME="P" TYPE="uint16"><QUALIFIER NAME="ValueMap" TYPE="string">'
+            '<CLASS NAME="C" SUPERCLASS="B"><QUALIFIER NAME="Abstract" TYPE="boolean">'
+            '<VALUE>TRUE</VALUE></QUALIFIER>'
+            '<PROPERTY NAME="P" TYPE="uint16"><QUALIFIER NAME="ValueMap" TYPE="string">'
             "<VALUE.ARRAY><VALUE>1</VALUE></VALUE.ARRAY></QUALIFIER></PROPERTY>"
             '<METHOD NAME="M" TYPE="uint32"/></CLASS>', "GetClass")
         self.assertEqual((found.name, found.superclass, found.methods), ("C", "B", ("M",)))
@@ -164,7 +173,8 @@ class Answers(unittest.TestCase):
         instance = '<INSTANCE CLASSNAME="C"/>'
         for operation, content, number in (
                 ("EnumerateInstanceNames", name, 1), ("ReferenceNames", HOSTED, 1),
-                ("EnumerateInstances", f"<VALUE.NAMEDINSTANCE>{name}{instance}</VALUE.NAMEDINSTANCE>", 1),
+                ("EnumerateInstances",
+                 f"<VALUE.NAMEDINSTANCE>{name}{instance}</VALUE.NAMEDINSTANCE>", 1),
                 ("References", f"<VALUE.OBJECTWITHPATH>{path}{instance}</VALUE.OBJECTWITHPATH>", 1),
                 ("Associators", "", 0), ("AssociatorNames", HOSTED * 2, 2),
                 ("EnumerateClassNames", '<CLASSNAME NAME="C"/>', 1)):
@@ -180,10 +190,12 @@ class Answers(unittest.TestCase):
         self.assertIn(b"CIMMethod: AssociatorNames\r\n", head + b"\r\n")
         self.assertIn(b"CIMObject: root%2Fcimv2\r\n", head + b"\r\n")
         call = documents.parse(body).find(".//IMETHODCALL")
-        self.assertEqual([each.get("NAME") for each in call.find("LOCALNAMESPACEPATH")], ["root", "cimv2"])
+        self.assertEqual([each.get("NAME") for each in call.find("LOCALNAMESPACEPATH")],
+                         ["root", "cimv2"])
         self.assertEqual([(each.get("NAME"), each[0].get("NAME") or each[0].get("CLASSNAME"))
                           for each in call.findall("IPARAMVALUE")],
-                         [("ObjectName", "cim_Hosted"), ("AssocClass", "CIM_X"), ("ResultClass", "CIM_Y")])
+                         [("ObjectName", "cim_Hosted"), ("AssocClass", "CIM_X"),
+                          ("ResultClass", "CIM_Y")])
 
     def test_an_error_has_its_status_and_words(self):
         error = message('<ERROR CODE="6" DESCRIPTION="not &lt;there&gt;"/>')
@@ -197,7 +209,8 @@ class Answers(unittest.TestCase):
 
     def test_documents_that_are_no_reply_are_refused_with_their_bytes(self):
         for text, words in (
-                ("", "no element found"), ("<CIM>", "no element found"), ("<CIM></MIC>", "mismatched tag"),
+                ("", "no element found"), ("<CIM>", "no element found"),
+                ("<CIM></MIC>", "mismatched tag"),
                 ("{}", "not well-formed"), ("<html/>", "<html> where <CIM> belongs"),
                 (message("<IRETURNVALUE/>", "GetClass"), "a response to GetClass"),
                 (message("<IRETURNVALUE/>", number="2"), "has the ID '2'"),
@@ -215,7 +228,8 @@ class Answers(unittest.TestCase):
     def test_a_document_type_is_refused_before_anything_is_expanded(self):
         bomb = ('<!DOCTYPE CIM [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">'
                 '<!ENTITY file SYSTEM "file:///etc/passwd">]>')
-        for document_type in (bomb, '<!DOCTYPE CIM SYSTEM "http://127.0.0.1:9/x.dtd">', "<!DOCTYPE CIM>"):
+        for document_type in (bomb, "<!DOCTYPE CIM>",
+                              '<!DOCTYPE CIM SYSTEM "http://127.0.0.1:9/x.dtd">'):
             text = EMPTY.replace("<CIM ", document_type + "<CIM ", 1)
             self.refused([reply(text)], words="document type")
 
@@ -224,7 +238,8 @@ class Answers(unittest.TestCase):
 
     def test_only_xml_is_an_answer(self):
         self.refused([reply(EMPTY, kind="text/html")], words="text/html, not application/xml")
-        self.refused([b"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"], words="nothing, not application/xml")
+        self.refused([b"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"],
+                     words="nothing, not application/xml")
         self.assertEqual(self.ask([reply(EMPTY, kind="text/xml")]), [])
 
     def test_a_reply_that_is_too_large_is_not_read_on(self):
@@ -269,7 +284,8 @@ class Answers(unittest.TestCase):
 
     def test_http_that_refuses_says_why(self):
         self.refused([reply("", status="400 Bad Request",
-                            more="CIMError: request-not-valid\r\nPGErrorDetail: no%20such%20thing\r\n")],
+                            more="CIMError: request-not-valid\r\n"
+                                 "PGErrorDetail: no%20such%20thing\r\n")],
                      words="HTTP 400 Bad Request; CIMError: request-not-valid; "
                            "PGErrorDetail: no such thing", kind=Unreachable)
         self.refused([reply("", status="302 Found", more="Location: http://elsewhere/\r\n")],
@@ -286,7 +302,7 @@ class Answers(unittest.TestCase):
         with Peer() as peer:
             url = peer.url
         with Client(connection.server(url)) as client:
-            with self.assertRaisesRegex(Unreachable, "no connection: Connection refused; does the server"):
+            with self.assertRaisesRegex(Unreachable, "Connection refused; does the server run"):
                 client.ask(NAMES)
 
     def test_one_connection_serves_many_questions(self):
@@ -309,17 +325,56 @@ def waiting(peer):
     return [nothing()]
 
 
+class Tls(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls._directory = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls._directory.cleanup)
+        place = pathlib.Path(cls._directory.name)
+        cls.certificate, key = place / "certificate.pem", place / "key.pem"
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
+                        "-keyout", key, "-out", cls.certificate, "-subj", "/CN=127.0.0.1",
+                        "-addext", "subjectAltName=IP:127.0.0.1"], check=True, capture_output=True)
+        cls.context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        cls.context.load_cert_chain(cls.certificate, key)
+
+    def ask(self, tls, url=str, patience=20, **more):
+        with Peer([reply(EMPTY)], tls=tls) as peer, \
+                Client(connection.server(url(peer.url), patience=patience, **more)) as client:
+            return client.ask(NAMES)
+
+    def test_the_authority_that_signed_is_trusted_when_it_is_named(self):
+        self.assertEqual(self.ask(self.context, ca_file=self.certificate), [])
+
+    def test_a_certificate_that_nobody_vouches_for_is_refused(self):
+        with self.assertRaisesRegex(Unreachable, "certificate is not trusted.*--ca-file.*--no-verify"):
+            self.ask(self.context)
+
+    def test_a_certificate_for_another_name_is_refused(self):
+        with self.assertRaisesRegex(Unreachable, "certificate is not trusted"):
+            self.ask(self.context, lambda url: url.replace("127.0.0.1", "localhost"),
+                     ca_file=self.certificate)
+
+    def test_any_certificate_is_taken_when_that_is_wanted(self):
+        self.assertEqual(self.ask(self.context, verify=False), [])
+
+    def test_a_port_without_tls_is_named(self):
+        with self.assertRaisesRegex(Unreachable, "TLS fails.*is this a port for https"):
+            self.ask(None, lambda url: url.replace("http:", "https:"), patience=0.5)
+
+
 class Urls(unittest.TestCase):
     def test_name_a_server(self):
         for url, expected in (("http://a", ("a", 5988, False)), ("https://a", ("a", 5989, True)),
-                              ("http://[::1]:1/", ("::1", 1, False)), ("https://A.b:7/cimom", ("a.b", 7, True))):
+                              ("http://[::1]:1/", ("::1", 1, False)),
+                              ("https://A.b:7/cimom", ("a.b", 7, True))):
             server = connection.server(url)
             self.assertEqual((server.host, server.port, server.tls), expected)
         self.assertEqual(connection.server("http://[::1]:1").url, "http://[::1]:1")
 
     def test_that_name_none_are_refused(self):
-        for url in ("a:5988", "ftp://a", "http://", "http://a:x", "http://a:99999", "http://a/root/cimv2",
-                    "http://user:secret@a", "http://a?b"):
+        for url in ("a:5988", "ftp://a", "http://", "http://a:x", "http://a:99999",
+                    "http://a/root/cimv2", "http://user:secret@a", "http://a?b"):
             with self.subTest(url), self.assertRaises(ValueError) as caught:
                 connection.server(url)
             self.assertNotIn("secret", str(caught.exception))

@@ -25,13 +25,15 @@ class Peer:
     long as somebody reads. After the last item the connection is closed. Connections beyond the last
     script are closed at once. `requests` are the requests that came."""
 
-    def __init__(self, *scripts):
+    def __init__(self, *scripts, tls=None):
         self.scripts = list(scripts)
         self.requests = []
+        self._tls = tls  # an ssl.SSLContext, for https
 
     def __enter__(self):
         self._listener = socket.create_server(("127.0.0.1", 0))
-        self.url = f"http://127.0.0.1:{self._listener.getsockname()[1]}"
+        scheme = "https" if self._tls else "http"
+        self.url = f"{scheme}://127.0.0.1:{self._listener.getsockname()[1]}"
         self._thread = threading.Thread(target=self._serve, daemon=True)
         self._thread.start()
         return self
@@ -51,10 +53,14 @@ class Peer:
                     return
                 script = self.scripts.pop(0) if self.scripts else []
                 try:
-                    for item in script:
-                        self.requests.append(self._request(connection))
-                        for part in [item] if isinstance(item, bytes) else item:
-                            connection.sendall(part)
+                    stream = connection
+                    if self._tls:
+                        stream = self._tls.wrap_socket(connection, server_side=True)
+                    with stream:
+                        for item in script:
+                            self.requests.append(self._request(stream))
+                            for part in [item] if isinstance(item, bytes) else item:
+                                stream.sendall(part)
                 except OSError:
                     pass  # the client has gone, which tests want of it
 

@@ -70,8 +70,8 @@ def server(url, **more):
 
 
 class _Timed:
-    """What http.client takes for a socket: one whose every wait ends at `deadline`, however little comes
-    each time."""
+    """What http.client takes for a socket: one whose every wait ends at `deadline`, however little
+    comes each time."""
 
     def __init__(self, plain):
         self.plain = plain

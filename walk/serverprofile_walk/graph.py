@@ -84,8 +84,9 @@ class Graph:
         names = ("registeredname", "elementname", *(("name",) if thing.kind.name == "firmware" else ()))
         title = next((str(told[name].value) for name in reversed(names)
                       if name in told and told[name].value), "")
-        parts = [f"<b>{_text(path.class_name)}</b>", *([_text(title)] if title else []),
-                 _text(f'{key}="{replace(value)}"')]
+        parts = [f"<b>{_text(path.class_name)}</b>", _text(f'{key}="{replace(value)}"')]
+        if title not in ("", value):
+            parts.insert(1, _text(title))
         return "<br/>".join(parts)
 
 

@@ -41,9 +41,9 @@ def paths_of(asked):
 
 
 def judge_paths(asked, expected, ignored=lambda path: False):
-    """Compares the objects or associations of an answer with the Things or Ties `expected`. Returns those
-    that are right, as (path, Thing or Tie, Instance or None). Notes in `asked.oddities` what was let pass
-    for a reason."""
+    """Compares the objects or associations of an answer with the Things or Ties `expected`. Returns
+    those that are right, as (path, Thing or Tie, Instance or None). Notes in `asked.oddities` what was
+    let pass for a reason."""
     asked.expected = [str(each) for each in expected]
     if asked.error is not None:
         return []

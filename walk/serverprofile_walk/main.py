@@ -75,10 +75,11 @@ def _options(arguments):
         raise WrongCommandLine("--namespace or --all, not both")
     for namespace in options.namespace:
         if not all(namespace.split("/")):
-            raise WrongCommandLine(f"--namespace {namespace!r}: no namespace begins or ends with a slash, "
-                                   "or has two in a row")
+            raise WrongCommandLine(f"--namespace {namespace!r}: no namespace begins or ends with a "
+                                   "slash, or has two in a row")
     if not 0 < options.timeout < 1e6:
-        raise WrongCommandLine(f"--timeout {options.timeout:g}: a number of seconds above 0 is expected")
+        raise WrongCommandLine(f"--timeout {options.timeout:g}: a number of seconds above 0 is "
+                               "expected")
     return options
 
 

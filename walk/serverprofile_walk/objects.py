@@ -127,8 +127,8 @@ def quoted(text):
 
 
 def identity(path):
-    """What makes two paths name one object, wherever they say that it is: class and names of keys in any
-    letter case, values of keys, in any order. To be compared and looked up by; None for no path."""
+    """What makes two paths name one object, wherever they say that it is: class and names of keys in
+    any letter case, values of keys, in any order. To be compared and looked up by; None for no path."""
     if path is None or path.keys is None:
         return path and (path.class_name.lower(), None)
     keys = [(key.name.lower(), _key_identity(key)) for key in path.keys]

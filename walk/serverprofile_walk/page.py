@@ -10,7 +10,7 @@ from .objects import Class, Instance
 from .profile import ODDITIES
 from .text import printable, verdict
 from .walk import Form
-from .world import Thing
+from .world import Thing, telling
 
 LONGEST = 400  # characters of a value
 MOST = 200  # objects of an answer, rows of a table
@@ -39,7 +39,7 @@ h3 { margin: 1.4rem 0 .5rem; font-size: 1rem; } p { margin: .4rem 0; }
 .verdict { margin: 1.2rem 0; padding: .9rem 1.2rem; border-radius: .5rem; font-size: 1.1rem;
   border-left: .4rem solid; }
 .verdict.right { background: var(--good-ground); } .verdict.wrong { background: var(--bad-ground); }
-nav a { margin-right: 1.1rem; color: var(--link); }
+nav { margin: 1rem 0; } nav a { margin-right: 1.1rem; color: var(--link); }
 table { border-collapse: collapse; width: 100%%; } th { font-weight: 600; color: var(--soft); }
 td, th { text-align: left; vertical-align: top; padding: .25rem .9rem .25rem 0;
   border-bottom: 1px solid var(--line); overflow-wrap: anywhere; }
@@ -50,7 +50,8 @@ details { border: 1px solid var(--line); border-radius: .4rem; margin: .35rem 0;
 details[open] { padding-bottom: .7rem; } summary { cursor: pointer; padding: .4rem 0;
   overflow-wrap: anywhere; }
 .mark { display: inline-block; min-width: 4rem; font-weight: 600; }
-.question { border-top: 1px solid var(--line); padding: .5rem 0; } .question:first-of-type { border: 0; }
+.question { border-top: 1px solid var(--line); padding: .5rem 0; }
+.question:first-of-type { border: 0; }
 .problem { margin: .25rem 0; padding: .35rem .7rem; border-left: .25rem solid var(--bad);
   background: var(--bad-ground); overflow-wrap: anywhere; }
 .picture { background: #fff; border: 1px solid var(--line); border-radius: .4rem; padding: .6rem;
@@ -158,9 +159,9 @@ class _Page:
                         met.setdefault(form.what, form.path)
             for thing, path in list(met.items())[:MOST]:
                 told = self._walk.told(section.namespace, thing)
-                self._add(f"<details><summary>{_text(thing.kind.name)}: "
-                          f"<b>{_text(thing.label)}</b></summary>", f"<p><code>{_text(path)}</code></p>",
-                          "<table>")
+                name = telling(path)[1] if thing.label == thing.shown else thing.label
+                self._add(f"<details><summary>{_text(thing.kind.name)}: <b>{_text(name)}</b></summary>",
+                          f"<p><code>{_text(path)}</code></p>", "<table>")
                 for each in list(told.values())[:MOST]:
                     self._add(f"<tr><td>{_text(each.name)}</td><td>{_value(each.value)}</td></tr>")
                 self._add("</table>", "</details>")

@@ -1,5 +1,5 @@
-"""The Server profile of the switch as a table: which objects there are, what ties them, and what is odd on
-purpose. Only this is known beforehand; everything else the server has to say itself."""
+"""The Server profile of the switch as a table: which objects there are, what ties them, and what is
+odd on purpose. Only this is known beforehand; everything else the server has to say itself."""
 
 from typing import NamedTuple, Optional
 
@@ -49,9 +49,9 @@ class Kind(NamedTuple):
 
 THE_BOX_MAY_COME_WITHOUT_KEYS = Oddity(
     "the box may come without keys",
-    "An OpenPegasus hands on an object of its own repository, such as the box of the sample switch, by "
-    "its class alone. The box of a switch whose provider publishes it says its keys. Without keys it is "
-    "not followed.")
+    "An OpenPegasus hands on an object of its own repository, such as the box of the sample switch, "
+    "by its class alone. The box of a switch whose provider publishes it says its keys. Without keys "
+    "it is not followed.")
 
 
 def _registered(instance_id, name):
@@ -168,9 +168,9 @@ GET_SAYS_WHERE_IT_WAS_ASKED = Oddity(
 
 NAMESPACES_MAY_NOT_BE_GOT = Oddity(
     "namespaces that an OpenPegasus publishes itself are not got",
-    "It answers GetInstance of one in its own interop namespace only. Elsewhere there is no answer, and "
-    "after some such questions the server answers nothing more. Each is seen whole in the enumeration and "
-    "from the object manager.")
+    "It answers GetInstance of one in its own interop namespace only. Elsewhere there is no answer, "
+    "and after some such questions the server answers nothing more. Each is seen whole in the "
+    "enumeration and from the object manager.")
 
 ODDITIES = (THE_SWITCH_IS_TWO_OBJECTS, THE_BOX_MAY_COME_WITHOUT_KEYS,
             OWN_OBJECTS_SAY_WHERE_THEY_ARE_KEPT, ELEMENTS_WITHOUT_A_PLACE, ELEMENTS_LEAD_NOWHERE,

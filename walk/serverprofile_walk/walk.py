@@ -36,8 +36,8 @@ class Form(NamedTuple):
 
 
 class Step:
-    """Some questions that belong together. `title` says what is looked at, `found` what came. `used` are
-    the steps that it stands on. A `minor` step is of interest only when it is wrong."""
+    """Some questions that belong together. `title` says what is looked at, `found` what came. `used`
+    are the steps that it stands on. A `minor` step is of interest only when it is wrong."""
 
     def __init__(self, namespace, title, minor=False):
         self.namespace = namespace
@@ -168,7 +168,8 @@ class Walk:
         return chosen
 
     def _find_interop(self, step):
-        """As clients do: status 3 means that the next is tried; every other answer, that it is there."""
+        """As clients do: status 3 means that the next is tried; every other answer, that it is
+        there."""
         for name in (*profile.INTEROP_NAMES, *profile.SERVERS_NAMES):
             asked = self._question(step, "EnumerateInstanceNames", name, Path("CIM_Namespace"))
             code = getattr(asked.error, "code", None)
@@ -252,9 +253,12 @@ class Walk:
         self._open.append(step)
         try:
             take(step)
+        except GaveUp:
+            self._report(step)
+            raise
         finally:
             self._open.pop()
-            self._report(step)
+        self._report(step)
         return step
 
     def _question(self, step, operation, namespace, target, association=None):

@@ -1,5 +1,5 @@
-"""What there has to be in one namespace: the objects of the table and those that the server lists, and what
-ties them."""
+"""What there has to be in one namespace: the objects of the table and those that the server lists, and
+what ties them."""
 
 from typing import NamedTuple
 
@@ -9,7 +9,8 @@ from .profile import ASSOCIATIONS, KIND
 
 
 class Thing(NamedTuple):
-    """An object that there has to be. People know it by `label`; `shown` is its class and telling key."""
+    """An object that there has to be. People know it by `label`; `shown` is its class and telling
+    key."""
 
     kind: profile.Kind
     label: str
@@ -97,8 +98,8 @@ def touching(kind):
 
 
 class World:
-    """What there has to be in a namespace. `list_objects` is called with a kind when the server has to say
-    which objects of it there are, and returns their Things."""
+    """What there has to be in a namespace. `list_objects` is called with a kind when the server has to
+    say which objects of it there are, and returns their Things."""
 
     def __init__(self, namespace, list_objects):
         self.namespace = namespace
