@@ -3,8 +3,7 @@
 # home of the installation that the modules are built against. All must be of its kind (version and
 # options of the build), as they load these modules.
 set(OPENPEGASUS_TEST_HOMES "")
-# A server that is not instrumented cannot load a module that is.
-if(OpenPegasus_FOUND AND NOT SANITIZE)
+if(OpenPegasus_FOUND)
   set(_homes ${PEGASUS_TEST_HOMES} $ENV{PEGASUS_TEST_HOMES})
   if(NOT _homes)
     set(_homes ${OpenPegasus_HOME})
@@ -22,7 +21,7 @@ foreach(_home IN LISTS OPENPEGASUS_TEST_HOMES)
 endforeach()
 if(NOT OPENPEGASUS_TEST_HOMES)
   message(STATUS "No test runs with an OpenPegasus server: there is no home of one (programs and "
-                 "repository), or this build is instrumented")
+                 "repository)")
 endif()
 
 # add_openpegasus_test(NAME COMMAND...): the test NAME for each home, with "--home HOME" behind the

@@ -10,8 +10,8 @@
 namespace registering {
 namespace {
 
-// Of the classes that the module needs in a namespace, those that are missing: those that the
-// module brings, and the others.
+// Of the classes that are needed in a namespace, those that are missing: those that are loaded into
+// it, and the others.
 struct Missing {
     std::vector<std::string> own;
     std::vector<std::string> others;
@@ -20,20 +20,48 @@ struct Missing {
 Missing missingClasses(const Place& place, const Situation& situation) {
     NameSet brought;
     std::vector<std::string> needed;
-    for (const Class& declared : situation.content.schema) {
-        brought.insert(declared.name);
-        needed.push_back(declared.name);
-        if (!declared.superclass.empty())
-            needed.push_back(declared.superclass);
-        needed.insert(needed.end(), declared.references.begin(), declared.references.end());
-    }
-    for (const Instance& capability : situation.wanted.capabilities())
-        needed.push_back(capabilityName(capability));
+    for (const Layer& layer : situation.layers(place))
+        for (const Class& declared : layer.schema->classes) {
+            brought.insert(declared.name);
+            if (layer.schema == &situation.content.base)
+                continue; // what is needed of it is named by the others
+            needed.push_back(declared.name);
+            if (!declared.superclass.empty())
+                needed.push_back(declared.superclass);
+            needed.insert(needed.end(), declared.references.begin(), declared.references.end());
+        }
+    for (const Module& module : situation.content.modules)
+        if (place.served || !module.serverObjects)
+            for (const Instance& capability : module.registration.capabilities())
+                needed.push_back(capabilityName(capability));
     Missing missing;
     for (const std::string& name : needed)
         if (place.classes.count(name) == 0)
             addName(brought.count(name) != 0 ? missing.own : missing.others, name);
     return missing;
+}
+
+// The classes that are served, and those at the ends of their associations.
+std::vector<std::string> classesThatCount(const Content& content) {
+    std::vector<std::string> result;
+    for (const Module& module : content.modules)
+        for (const Instance& capability : module.registration.capabilities())
+            addName(result, capabilityName(capability));
+    for (const Schema* schema : {&content.base, &content.server, &content.own})
+        for (const Class& declared : schema->classes)
+            if (hasName(result, declared.name))
+                for (const std::string& end : declared.references)
+                    addName(result, end);
+    return result;
+}
+
+std::string inWords(const NameSet& names) {
+    return names.empty() ? "no keys" : joined({names.begin(), names.end()});
+}
+
+bool sameNames(const NameSet& one, const NameSet& other) {
+    return one.size() == other.size() &&
+           std::equal(one.begin(), one.end(), other.begin(), sameName);
 }
 
 bool overlap(const Instance& one, const Instance& other, const char* property) {
@@ -44,43 +72,14 @@ bool overlap(const Instance& one, const Instance& other, const char* property) {
                        [&](const std::string& item) { return names.count(item) != 0; });
 }
 
-} // namespace
-
-std::optional<Tools> checkTools(const Settings& settings, Report& report) {
-    std::vector<std::string> missing;
-    const Tools tools = findTools(toolDirectories(settings.tools), missing);
-    if (!missing.empty()) {
-        report.wrong("the server's tools: no " + joined(missing) +
-                         (settings.tools.empty() ? "" : " in " + settings.tools.string()),
-                     "install OpenPegasus, set PEGASUS_HOME, or say with --tools where they are");
-        return std::nullopt;
-    }
-    report.ok("the server's tools: " + tools.cimmof.string() + ", " + tools.cimprovider.string() +
-              ", " + tools.cimcli.string());
-    return tools;
-}
-
-std::optional<Content> checkContent(const Settings& settings, Report& report) {
-    try {
-        Content content = readContent(settings.mofDirectory);
-        report.ok("the module's MOF: " + settings.mofDirectory.string());
-        return content;
-    } catch (const std::runtime_error& error) {
-        report.wrong(std::string("the module's MOF: ") + error.what(),
-                     "say with --mof where orvex_serverprofile.mof and "
-                     "serverprofile_registration.mof are");
-        return std::nullopt;
-    }
-}
-
-void checkLibrary(const Settings& settings, const Content& content, const Server& server,
-                  Report& report) {
-    const std::vector<std::filesystem::path> configured = server.providerDirectories();
+// A library of that name; `given`: that one, if it is the one that the server finds.
+void checkLibrary(const std::string& name, const std::filesystem::path& given,
+                  const std::vector<std::filesystem::path>& configured, const Settings& settings,
+                  const Server& server, Report& report) {
     const auto& directories = configured.empty() ? usualProviderDirectories() : configured;
     const std::vector<std::string> names(directories.begin(), directories.end());
-    const std::string name = content.registration.library();
     const std::filesystem::path found = findLibrary(name, directories);
-    const std::filesystem::path library = settings.library.empty() ? found : settings.library;
+    const std::filesystem::path library = given.empty() ? found : given;
     std::error_code ignored;
     if (library.empty()) {
         report.wrong("the server finds no " + name + " in " + joined(names),
@@ -103,6 +102,54 @@ void checkLibrary(const Settings& settings, const Content& content, const Server
         report.wrong(library.string() + " " + problem.text, problem.advice);
 }
 
+// Whether an empty answer is wrong. A server that is reached by its local socket alone has no
+// communication mechanism; all have an object manager.
+bool neverEmpty(const ModuleState& module, const std::string& name) {
+    return !module.serverObjects || sameName(name, "CIM_ObjectManager");
+}
+
+} // namespace
+
+std::optional<Tools> checkTools(const Settings& settings, Report& report) {
+    std::vector<std::string> missing;
+    const Tools tools = findTools(toolDirectories(settings.tools), missing);
+    if (!missing.empty()) {
+        report.wrong("the server's tools: no " + joined(missing) +
+                         (settings.tools.empty() ? "" : " in " + settings.tools.string()),
+                     "install OpenPegasus, set PEGASUS_HOME, or say with --tools where they are");
+        return std::nullopt;
+    }
+    report.ok("the server's tools: " + tools.cimmof.string() + ", " + tools.cimprovider.string() +
+              ", " + tools.cimcli.string());
+    return tools;
+}
+
+std::optional<Content> checkContent(const Settings& settings, Report& report) {
+    try {
+        Content content = readContent(settings.mofDirectory);
+        report.ok("the package's MOF: " + settings.mofDirectory.string());
+        return content;
+    } catch (const std::runtime_error& error) {
+        report.wrong(std::string("the package's MOF: ") + error.what(),
+                     "say with --mof where its files are");
+        return std::nullopt;
+    }
+}
+
+void checkLibraries(const Settings& settings, const Content& content, const Server& server,
+                    Report& report) {
+    const std::vector<std::filesystem::path> configured = server.providerDirectories();
+    bool taken = settings.library.empty();
+    for (const Module& module : content.modules) {
+        const std::string name = module.registration.library();
+        const bool given =
+            !taken && (settings.library.filename() == name || &module == &content.modules.back());
+        taken |= given;
+        checkLibrary(name, given ? settings.library : std::filesystem::path(), configured, settings,
+                     server, report);
+    }
+}
+
 void checkClasses(const Situation& situation, Report& report, bool own) {
     for (const Place& place : situation.places) {
         const Missing missing = missingClasses(place, situation);
@@ -112,51 +159,75 @@ void checkClasses(const Situation& situation, Report& report, bool own) {
                 : " (the module reads their definitions there, though it does not serve it)";
         if (!missing.others.empty())
             report.wrong(place.nameSpace + " has no class " + joined(missing.others) + why,
-                         "load the CIM schema into it (cimmof -n " + place.nameSpace + " ...)");
+                         "load the CIM schema into it (cimmof -n " + place.nameSpace +
+                             " ...), or choose other namespaces with --namespace");
         if (own && !missing.own.empty())
             report.wrong(place.nameSpace + " has no class " + joined(missing.own) + why,
                          "run serverprofile-register install");
-        if (missing.others.empty() && (missing.own.empty() || !own))
+        if (!place.there)
+            report.ok(place.nameSpace + " is not there yet, and is made");
+        else if (missing.others.empty() && (missing.own.empty() || !own))
             report.ok(place.nameSpace + " has the classes" +
-                      (own ? "" : " that the module's own build on") + why);
+                      (own ? "" : " that the modules' own build on") + why);
     }
 }
 
+void checkKeys(const Situation& situation, const Server& server, Report& report) {
+    const auto wanted = situation.content.keys();
+    const std::vector<std::string> names = classesThatCount(situation.content);
+    for (const Place& place : situation.places)
+        for (const std::string& name : names) {
+            const auto declared = wanted.find(name);
+            if (declared == wanted.end() || place.classes.count(name) == 0)
+                continue;
+            const NameSet found = server.keys(place.nameSpace, name);
+            if (!sameNames(found, declared->second))
+                report.wrong(
+                    place.nameSpace + ":" + name + " has " + inWords(found) +
+                        " where the modules expect " + inWords(declared->second),
+                    "its objects could not be told apart; load the class as the CIM schema "
+                    "has it, or choose other namespaces with --namespace");
+        }
+}
+
 void checkRivals(const Situation& situation, Report& report) {
-    for (const Instance& capability : situation.wanted.capabilities())
-        for (const Instance& rival : situation.rivals)
-            if (sameName(capabilityName(capability), capabilityName(rival)) &&
-                overlap(capability, rival, "ProviderType") &&
-                overlap(capability, rival, "Namespaces"))
-                report.wrong("the module " + rival.text("ProviderModuleName") + " serves " +
-                                 capabilityName(rival) + " in " +
-                                 joined(rival.texts("Namespaces")) + " already",
-                             "the server takes one provider for a class; unregister the other "
-                             "(cimprovider -r -m " +
-                                 rival.text("ProviderModuleName") + ")");
+    for (const ModuleState& module : situation.modules)
+        for (const Instance& capability : module.wanted.capabilities())
+            for (const Instance& rival : situation.rivals)
+                if (sameName(capabilityName(capability), capabilityName(rival)) &&
+                    overlap(capability, rival, "ProviderType") &&
+                    overlap(capability, rival, "Namespaces"))
+                    report.wrong("the module " + rival.text("ProviderModuleName") + " serves " +
+                                     capabilityName(rival) + " in " +
+                                     joined(rival.texts("Namespaces")) + " already",
+                                 "the server takes one provider for a class; unregister the other "
+                                 "(cimprovider -r -m " +
+                                     rival.text("ProviderModuleName") +
+                                     "), or choose other namespaces with --namespace");
 }
 
 std::vector<Trial> tryOut(const Situation& situation, const Server& server) {
     std::vector<Trial> result;
-    for (const Place& place : situation.places) {
-        for (const Instance& capability : situation.wanted.capabilities()) {
-            if (!place.served || !forInstancesAlone(capability) || interruptedBy() != 0)
-                continue;
-            const std::string name = capabilityName(capability);
-            const Answer answer = server.instanceNames(place.nameSpace, name);
-            // Other providers may have instances of its subclasses.
-            const auto count =
-                std::count_if(answer.classes.begin(), answer.classes.end(),
-                              [&](const std::string& other) { return sameName(name, other); });
-            const std::string request = place.nameSpace + ":" + name + ": ";
-            if (!answer.error.empty())
-                result.push_back({false, request + "the request " + answer.error});
-            else if (count == 0)
-                result.push_back({false, request + "the module answers nothing"});
-            else
-                result.push_back({true, request + std::to_string(count) + " from the module"});
-        }
-    }
+    for (const Place& place : situation.places)
+        for (const ModuleState& module : situation.modules)
+            for (const Instance& capability : module.wanted.capabilities()) {
+                if (!hasName(capability.texts("Namespaces"), place.nameSpace) ||
+                    !forInstancesAlone(capability) || interruptedBy() != 0)
+                    continue;
+                const std::string name = capabilityName(capability);
+                const Answer answer = server.instanceNames(place.nameSpace, name);
+                // Other providers may have instances of its subclasses.
+                const auto count =
+                    std::count_if(answer.classes.begin(), answer.classes.end(),
+                                  [&](const std::string& other) { return sameName(name, other); });
+                const std::string request = place.nameSpace + ":" + name + ": ";
+                if (!answer.error.empty())
+                    result.push_back({false, request + "the request " + answer.error});
+                else if (count == 0 && neverEmpty(module, name))
+                    result.push_back({false, request + "the module answers nothing"});
+                else
+                    result.push_back({true, request + std::to_string(count) + " answered"});
+            }
     return result;
 }
 

@@ -8,144 +8,271 @@
 namespace registering {
 namespace {
 
-/// What a namespace had of the module's classes, and a file to load that from again.
+std::string fileName(const char* what, std::string nameSpace) {
+    std::replace(nameSpace.begin(), nameSpace.end(), '/', '_');
+    return what + nameSpace + ".mof";
+}
+
+/// What a namespace had of some classes, and a file to load that from again.
 struct Former {
     std::map<std::string, std::string> texts;
     std::filesystem::path file;
 };
 
-Former formerClasses(const Work& work, const std::string& nameSpace, const NameSet& classes) {
+Former formerClasses(const Work& work, const char* what, const Place& place,
+                     const std::vector<std::string>& names) {
     Former former;
     std::string all;
-    for (const Class& declared : work.situation.content.schema)
-        if (classes.count(declared.name) != 0)
-            all += former.texts[declared.name] = work.server.classText(nameSpace, declared.name);
-    std::string name = "former_" + nameSpace + ".mof";
-    std::replace(name.begin(), name.end(), '/', '_');
-    former.file = work.scratch.write(name, all);
+    for (const std::string& name : names)
+        if (place.classes.count(name) != 0)
+            all += former.texts[name] = work.server.classText(place.nameSpace, name);
+    former.file = work.scratch.write(fileName(what, place.nameSpace), all);
     return former;
 }
 
-bool current(const Class& declared, const Former& former) {
-    const auto at = former.texts.find(declared.name);
-    if (at == former.texts.end())
-        return false;
-    const Mof found = readMof(at->second, "the definition of " + declared.name);
+std::vector<std::string> namesOf(const Schema& schema) {
+    std::vector<std::string> names;
+    for (const Class& declared : schema.classes)
+        names.push_back(declared.name);
+    return names;
+}
+
+bool sameVersion(const Class& declared, const std::string& text) {
+    const Mof found = readMof(text, "the definition of " + declared.name);
     return !found.classes.empty() && found.classes.front().version == declared.version;
 }
 
-// Deletes what was not there before, and gives back their text to the others.
-void restoreClasses(const Work& work, const std::string& nameSpace, const Former& former) {
+// Whether a namespace has all of a layer already.
+bool current(const Layer& layer, const Place& place, const Former& former) {
+    return std::all_of(
+        layer.schema->classes.begin(), layer.schema->classes.end(), [&](const Class& declared) {
+            return place.classes.count(declared.name) != 0 &&
+                   (!layer.update || sameVersion(declared, former.texts.at(declared.name)));
+        });
+}
+
+void deleteNameSpace(const Work& work, const std::string& nameSpace) {
+    for (const std::string& name : work.server.qualifiers(nameSpace))
+        work.server.deleteQualifier(nameSpace, name);
+    work.server.deleteNameSpace(nameSpace);
+}
+
+// Takes a layer out again: deletes what was not there before, and gives back their text to the
+// others.
+void unload(const Work& work, const Layer& layer, const Place& place, const Former& former) {
+    const std::string& nameSpace = place.nameSpace;
     const std::optional<NameSet> now = work.server.classes(nameSpace);
     if (!now)
         return;
     // Backwards: a class goes before those that it needs. The server would not insist on it for
     // references, and could not read the class any more.
-    const std::vector<Class>& schema = work.situation.content.schema;
-    for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared)
-        if (former.texts.count(declared->name) == 0 && now->count(declared->name) != 0 &&
-            !work.server.deleteClass(nameSpace, declared->name))
-            throw Failure(nameSpace + ":" + declared->name + " is in use");
+    std::vector<std::string> names = namesOf(*layer.schema);
+    const bool made = !place.there && layer.schema == &work.situation.content.base;
+    if (made)
+        for (const std::string& name : work.situation.copied(*now, names, nameSpace, work.server))
+            names.push_back(name);
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        if (place.classes.count(*name) == 0 && now->count(*name) != 0 &&
+            !work.server.deleteClass(nameSpace, *name))
+            throw Failure(nameSpace + ":" + *name + " is in use");
     if (std::any_of(former.texts.begin(), former.texts.end(), [&](const auto& entry) {
             return now->count(entry.first) == 0 ||
                    work.server.classText(nameSpace, entry.first) != entry.second;
         }))
         work.server.load(nameSpace, former.file);
+    if (made)
+        deleteNameSpace(work, nameSpace);
+}
+
+void loadLayer(const Work& work, const Place& place, const Layer& layer) {
+    const std::string nameSpace = place.nameSpace;
+    const Tools& tools = work.server.tools();
+    const std::vector<std::string> names = namesOf(*layer.schema);
+    const std::string file = layer.schema->file.filename();
+    const Former former = formerClasses(work, ("former_" + file + "_").c_str(), place,
+                                        layer.update ? names : std::vector<std::string>());
+    if (current(layer, place, former)) {
+        work.report.step("the classes of " + file + " are in " + nameSpace + " already");
+        return;
+    }
+    std::vector<std::string> byHand;
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        if (place.classes.count(*name) == 0)
+            byHand.push_back(commandText(tools.deleteClass(nameSpace, *name)));
+    if (!former.texts.empty())
+        byHand.push_back(commandText(tools.loadMof(nameSpace, former.file, true)));
+    if (!place.there && layer.schema == &work.situation.content.base)
+        byHand.push_back("'cimcli dq' for each qualifier; " +
+                         commandText(tools.deleteNameSpace(nameSpace)));
+    work.transaction.step("loading the classes of " + file + " into " + nameSpace,
+                          [&] { work.server.load(nameSpace, layer.schema->file, layer.update); },
+                          {"taking the classes of " + file + " out of " + nameSpace + " again",
+                           [work, layer, place, former] { unload(work, layer, place, former); },
+                           joined(byHand)});
 }
 
 // Whether an association points to that very class, and not just to one of its superclasses. The
-// common schema knows no vendor's classes, so its many associations need not be looked at.
+// common schema knows no vendor's classes, so for these its many associations need not be looked
+// at.
 bool pointsTo(const Work& work, const std::string& nameSpace, const std::string& association,
               const std::string& name) {
-    if (lower(association).compare(0, 4, "cim_") == 0)
+    const auto common = [](const std::string& one) {
+        return lower(one).compare(0, 4, "cim_") == 0;
+    };
+    if (common(association) && !common(name))
         return false;
     const Mof mof = readMof(work.server.classText(nameSpace, association), association);
-    if (mof.classes.empty())
-        return true; // not understood: the class is better kept
-    const std::vector<std::string>& ends = mof.classes.front().references;
-    return std::any_of(ends.begin(), ends.end(),
-                       [&](const std::string& end) { return sameName(end, name); });
+    // What is not understood keeps the class.
+    return mof.classes.empty() || hasName(mof.classes.front().references, name);
 }
 
-// Who would miss a class: its subclasses, the associations that point to it, its instances. What
-// this run has deleted, or would have, does not count.
-std::string holder(const Work& work, const std::string& nameSpace, const Class& declared,
-                   const NameSet& gone) {
-    for (const std::string& name : work.server.subclasses(nameSpace, declared.name))
-        if (gone.count(name) == 0)
-            return "the class " + name + " is derived from it";
-    for (const std::string& name : work.server.associations(nameSpace, declared.name))
-        if (gone.count(name) == 0 && pointsTo(work, nameSpace, name, declared.name))
-            return "the association " + name + " points to it";
-    // A dry run leaves the module registered, and would find its instances.
-    if (work.settings.dryRun && work.situation.serves())
+// What is being taken out of a namespace.
+struct Removal {
+    const Place& place;
+    NameSet names; ///< all that is to go
+    bool alone;    ///< nobody else has a class there
+    NameSet gone;  ///< what has gone, or would have
+    NameSet named; ///< subclasses of others that were named already
+    std::vector<std::string> kept;
+};
+
+constexpr const char* keptOnesNeedIt = "classes that are kept need it";
+
+// Which class would miss a class: one derived from it, or an association that points to it.
+std::string missingIt(const Work& work, Removal& removal, const std::string& name) {
+    const std::string& nameSpace = removal.place.nameSpace;
+    if (removal.alone && removal.kept.empty())
         return "";
-    const Answer answer = work.server.instanceNames(nameSpace, declared.name);
+    bool needed = false;
+    for (const std::string& below : work.server.subclasses(nameSpace, name))
+        if (removal.gone.count(below) != 0)
+            continue;
+        else if (removal.names.count(below) == 0 && removal.named.insert(below).second)
+            return "the class " + below + " is derived from it";
+        else
+            needed = true;
+    for (const std::string& association : work.server.associations(nameSpace, name))
+        if (removal.gone.count(association) != 0 || !pointsTo(work, nameSpace, association, name))
+            continue;
+        else if (removal.names.count(association) == 0)
+            return "the association " + association + " points to it";
+        else
+            needed = true;
+    return needed ? keptOnesNeedIt : "";
+}
+
+// Who would miss a class: another class, who is registered for it, its instances.
+std::string holder(const Work& work, Removal& removal, const std::string& name) {
+    const std::string& nameSpace = removal.place.nameSpace;
+    for (const Instance& rival : work.situation.rivals)
+        if (sameName(capabilityName(rival), name) && hasName(rival.texts("Namespaces"), nameSpace))
+            return "the module " + rival.text("ProviderModuleName") + " is registered for it";
+    std::string why = missingIt(work, removal, name);
+    // A dry run leaves the modules registered, and would find their instances. Of the other classes
+    // the server itself has some, whatever is registered; it counts what is stored when it is asked
+    // to delete the class.
+    if (!why.empty() || (work.settings.dryRun && work.situation.registered()) ||
+        !hasName(namesOf(work.situation.content.own), name))
+        return why;
+    const Answer answer = work.server.instanceNames(nameSpace, name);
     if (!answer.error.empty() && !answer.noProvider)
         return "whether others have instances of it could not be found out: the request " +
                answer.error;
     return answer.classes.empty() ? "" : "others have instances of it";
 }
 
+// Notes what is kept, but for what follows from the rest.
+void sayKept(const Work& work, const std::string& nameSpace, const std::string& name,
+             const std::string& why) {
+    if (why != keptOnesNeedIt)
+        work.report.note("kept " + nameSpace + ":" + name + ": " + why);
+}
+
+// Why a namespace that was made has to stay; empty if it can go.
+std::string holderOf(const Work& work, const Removal& removal) {
+    if (!removal.kept.empty())
+        return "classes of it are kept";
+    if (!removal.alone)
+        return "others have classes in it";
+    for (const std::string& name : work.server.qualifiers(removal.place.nameSpace))
+        if (!hasName(work.situation.content.base.qualifiers, name))
+            return "others declared the qualifier " + name + " in it";
+    return "";
+}
+
+// Deletes a namespace that was made; returns whether it is gone, or would be.
+bool removeNameSpace(const Work& work, const Removal& removal) {
+    const std::string nameSpace = removal.place.nameSpace;
+    const std::string why = holderOf(work, removal);
+    if (!why.empty()) {
+        work.report.note("kept the namespace " + nameSpace + ": " + why);
+        return false;
+    }
+    const auto file = work.situation.content.base.file.parent_path() / "qualifiers.mof";
+    work.transaction.step("deleting the namespace " + nameSpace,
+                          [&] { deleteNameSpace(work, nameSpace); },
+                          {"making the namespace " + nameSpace + " again",
+                           [work, nameSpace, file] { work.server.load(nameSpace, file, false); },
+                           commandText(work.server.tools().loadMof(nameSpace, file, false))});
+    return true;
+}
+
+// Gives back the classes that are not there any more.
+void giveBack(const Work& work, const std::string& nameSpace, const Former& former) {
+    const NameSet now = work.server.classes(nameSpace).value_or(NameSet());
+    if (std::any_of(former.texts.begin(), former.texts.end(),
+                    [&](const auto& entry) { return now.count(entry.first) == 0; }))
+        work.server.load(nameSpace, former.file, false);
+}
+
 } // namespace
 
 void loadClasses(const Work& work, const Place& place) {
-    const std::string nameSpace = place.nameSpace;
-    const std::vector<Class>& schema = work.situation.content.schema;
-    const Former former = formerClasses(work, nameSpace, place.classes);
-    if (std::all_of(schema.begin(), schema.end(),
-                    [&](const Class& declared) { return current(declared, former); })) {
-        work.report.step("the module's classes are in " + nameSpace + " already");
-        return;
-    }
-    std::vector<std::string> byHand;
-    for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared)
-        if (former.texts.count(declared->name) == 0)
-            byHand.push_back(
-                commandText(work.server.tools().deleteClass(nameSpace, declared->name)));
-    if (!former.texts.empty())
-        byHand.push_back(commandText(work.server.tools().loadMof(nameSpace, former.file)));
-    work.transaction.step("loading the module's classes into " + nameSpace,
-                          [&] { work.server.load(nameSpace, work.situation.content.schemaFile); },
-                          {"taking the module's classes out of " + nameSpace + " again",
-                           [work, nameSpace, former] { restoreClasses(work, nameSpace, former); },
-                           joined(byHand)});
+    for (const Layer& layer : work.situation.layers(place))
+        loadLayer(work, place, layer);
 }
 
-unsigned deleteClasses(const Work& work, const Place& place) {
+Left deleteClasses(const Work& work, const Place& place) {
     const std::string nameSpace = place.nameSpace;
-    const std::vector<Class>& schema = work.situation.content.schema;
-    const Former former = formerClasses(work, nameSpace, place.classes);
-    NameSet gone;
-    unsigned kept = 0;
-    const auto inWords = [&](const std::string& name) { return nameSpace + ":" + name; };
-    const auto keeping = [&](const std::string& words, const std::string& why) {
-        work.report.note("kept " + words + ": " + why);
-        ++kept;
-    };
-    for (auto declared = schema.rbegin(); declared != schema.rend(); ++declared) {
-        const std::string& name = declared->name;
-        if (former.texts.count(name) == 0)
+    const bool made = work.situation.record && work.situation.record->made(nameSpace);
+    std::vector<std::string> names = work.situation.removable(nameSpace);
+    if (made)
+        for (const std::string& name :
+             work.situation.copied(place.classes, names, nameSpace, work.server))
+            names.push_back(name);
+    Removal removal{place, {names.begin(), names.end()}, true, {}, {}, {}};
+    for (const std::string& name : place.classes)
+        removal.alone &= removal.names.count(name) != 0;
+    const Former former = formerClasses(work, "removed_", place, names);
+    const Undo undo{"giving the classes of " + nameSpace + " back",
+                    [work, nameSpace, former] { giveBack(work, nameSpace, former); },
+                    commandText(work.server.tools().loadMof(nameSpace, former.file, false))};
+    bool begun = false;
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        if (place.classes.count(*name) == 0)
             continue;
-        const std::string words = inWords(name);
-        std::string why = holder(work, nameSpace, *declared, gone);
-        if (why.empty())
-            work.transaction.step(
-                "deleting " + words,
-                [&] {
-                    if (!work.server.deleteClass(nameSpace, name))
-                        why = "the server says that something hangs on it";
-                },
-                {"giving " + words + " back",
-                 [work, nameSpace, former] { restoreClasses(work, nameSpace, former); },
-                 commandText(work.server.tools().loadMof(nameSpace, former.file))});
+        std::string why = holder(work, removal, *name);
         if (why.empty()) {
-            gone.insert(name);
+            const std::string what = "deleting " + nameSpace + ":" + *name;
+            const auto act = [&] {
+                if (!work.server.deleteClass(nameSpace, *name))
+                    why = "the server says that something hangs on it";
+            };
+            if (begun)
+                work.transaction.step(what, act);
+            else
+                work.transaction.step(what, act, undo); // one way back for all of them
+            begun = true;
+        }
+        if (why.empty()) {
+            removal.gone.insert(*name);
         } else {
-            keeping(words, why);
+            sayKept(work, nameSpace, *name, why);
+            removal.kept.push_back(*name);
         }
     }
-    return kept;
+    std::reverse(removal.kept.begin(), removal.kept.end());
+    return {removal.kept, made && !removeNameSpace(work, removal)};
 }
 
 } // namespace registering

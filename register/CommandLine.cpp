@@ -1,5 +1,7 @@
 #include "register/CommandLine.h"
 
+#include "register/Names.h"
+
 #include <CLI/CLI.hpp>
 
 #include <iostream>
@@ -9,12 +11,15 @@ namespace registering {
 namespace {
 
 constexpr const char* description =
-    "Puts the Server profile provider into an installed OpenPegasus CIM server, takes it out\n"
-    "again, or says what is wrong with it there. The server has to be running.";
+    "Puts the Server profile provider, and the provider of the server's own objects, into an\n"
+    "installed OpenPegasus CIM server, takes them out again, or says what is wrong with them "
+    "there.\n"
+    "The server has to be running.";
 
 constexpr const char* footer =
-    "The module reads the definitions of its classes from root/cimv2 whatever namespaces it\n"
-    "serves, so its classes are loaded there, too.\n"
+    "The profile's module reads the definitions of its classes from root/cimv2 whatever "
+    "namespaces\n"
+    "it serves, so its classes are loaded there, too.\n"
     "\n"
     "Exit codes:\n"
     "  0  done as asked, or there was nothing to do; status: all is well\n"
@@ -32,12 +37,10 @@ constexpr const char* footer =
 // A namespace is CIM names with slashes between them. It is written into MOF and handed to the
 // server's tools, where an odd one could mean something else.
 std::string checkNameSpace(const std::string& text) {
-    const auto letter = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-    };
+    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
     bool start = true;
     for (const char c : text) {
-        const bool fits = letter(c) || (!start && ((c >= '0' && c <= '9') || c == '/'));
+        const bool fits = start ? isNamePart(c) && !digit(c) : isNamePart(c) || c == '/';
         if (!fits)
             return "not a namespace: '" + text + "'";
         start = c == '/';
@@ -59,33 +62,48 @@ struct Raw {
     std::string mof;
     std::string library;
     std::string tools;
+    std::string settings;
+    std::string record;
     unsigned timeout = 60;
 };
 
 void declare(CLI::App& app, Settings& settings, Raw& raw) {
     const CLI::Validator nameSpace(checkNameSpace, "");
     app.add_option("--namespace", settings.nameSpaces,
-                   "A namespace to serve besides the interop namespace (repeatable; default: those "
-                   "registered already, else root/cimv2)")
+                   "A namespace to serve (repeatable; default: those served already, else interop, "
+                   "which is made if it is not there, and root/cimv2)")
         ->type_name("NS")
         ->expected(1)
         ->take_all()
         ->check(nameSpace);
-    app.add_option("--interop", settings.interop, "The server's interop namespace")
+    app.add_option("--interop", settings.interop,
+                   "The server's own interop namespace, where registrations are kept")
         ->type_name("NS")
         ->check(nameSpace)
         ->capture_default_str();
-    app.add_option("--mof", raw.mof, "Where the module's two MOF files are")
+    app.add_option("--mof", raw.mof, "Where the MOF files of the package are")
         ->type_name("DIR")
         ->default_str(settings.mofDirectory.string());
-    app.add_option(
-           "--library", raw.library,
-           "The module's library (default: looked for in the server's provider directories)")
+    app.add_option("--library", raw.library,
+                   "A module's library, by its name (default: looked for in the server's provider "
+                   "directories)")
         ->type_name("FILE");
     app.add_option("--tools", raw.tools,
                    "Where cimmof, cimprovider and cimcli are (default: PEGASUS_HOME/bin, PATH, "
                    "/usr/sbin)")
         ->type_name("DIR");
+    app.add_option(
+           "--settings-dir", raw.settings,
+           "Where the provider of the server's own objects was built to look for its settings")
+        ->type_name("DIR")
+        ->default_str(settings.settingsDirectory.string());
+    app.add_option("--record", raw.record, "Where it is written down what was made")
+        ->type_name("FILE")
+        ->default_str(settings.record.string());
+    app.add_option("--url", settings.url,
+                   "status: where the server answers clients (default: this machine, the server's "
+                   "port)")
+        ->type_name("URL");
     app.add_option("--timeout", raw.timeout, "How long one of the server's tools may take")
         ->type_name("SECONDS")
         ->check(CLI::Range(1U, 3600U))
@@ -102,8 +120,8 @@ void declareCommands(CLI::App& app, Settings& settings) {
         sub->callback([&settings, value] { settings.command = value; });
     };
     command("install", Command::Install,
-            "Check, load the classes, register the module, try it; undo all if a step fails");
-    command("remove", Command::Remove, "Unregister the module and delete its classes");
+            "Check, load the classes, register the modules, try them; undo all if a step fails");
+    command("remove", Command::Remove, "Take back what was installed, and nothing else");
     command("status", Command::Status, "One line for each thing that has to be right");
     app.require_subcommand(1);
 }
@@ -116,6 +134,8 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     app.set_version_flag("--version", "serverprofile-register " REGISTER_VERSION);
     Settings settings;
     settings.mofDirectory = defaultMofDirectory();
+    settings.settingsDirectory = REGISTER_SETTINGS_DIR;
+    settings.record = REGISTER_RECORD;
     Raw raw;
     declare(app, settings, raw);
     declareCommands(app, settings);
@@ -131,6 +151,10 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     }
     if (!raw.mof.empty())
         settings.mofDirectory = raw.mof;
+    if (!raw.settings.empty())
+        settings.settingsDirectory = std::filesystem::absolute(raw.settings);
+    if (!raw.record.empty())
+        settings.record = std::filesystem::absolute(raw.record);
     settings.library = raw.library;
     settings.tools = raw.tools;
     settings.timeout = std::chrono::seconds(raw.timeout);

@@ -15,12 +15,18 @@ enum class Command { Install, Remove, Status };
 
 struct Settings {
     Command command = Command::Status;
-    /// The namespaces that the module serves beside the interop namespace. Empty: those that it is
-    /// registered for, else root/cimv2.
+    /// The namespaces to serve. Empty: those that are served already, else the usual ones.
     std::vector<std::string> nameSpaces;
+    /// The server's own interop namespace.
     std::string interop = "root/PG_InterOp";
     std::filesystem::path mofDirectory;
-    /// Empty: looked for in the server's provider directories.
+    /// Where the provider of the server's own objects finds its settings.
+    std::filesystem::path settingsDirectory;
+    /// What was made is written down here.
+    std::filesystem::path record;
+    /// Where the server answers clients. Empty: as its configuration says.
+    std::string url;
+    /// A library to check. Empty: looked for in the server's provider directories.
     std::filesystem::path library;
     /// Empty: PEGASUS_HOME/bin, then PATH and the usual places.
     std::filesystem::path tools;

@@ -2,6 +2,7 @@
 
 #include "register/Names.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace registering {
@@ -10,9 +11,7 @@ namespace {
 constexpr const char* space = " \t\r";
 
 bool isName(const std::string& text) {
-    return !text.empty() &&
-           text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                  "0123456789_") == std::string::npos;
+    return !text.empty() && std::all_of(text.begin(), text.end(), isNamePart);
 }
 
 } // namespace
@@ -54,19 +53,21 @@ std::vector<std::string> classesOfPaths(const std::string& listing) {
     return result;
 }
 
-std::vector<std::filesystem::path> configuredDirectories(const std::string& listing,
-                                                         const std::filesystem::path& home) {
-    std::vector<std::filesystem::path> result;
+std::string configuredValue(const std::string& listing) {
     const std::string label = "Current value:";
-    for (const std::string& line : lines(listing)) {
-        if (line.compare(0, label.size(), label) != 0)
-            continue;
-        std::istringstream directories(line.substr(label.size()));
-        directories >> std::ws;
-        for (std::string directory; std::getline(directories, directory, ':');)
-            if (!directory.empty())
-                result.push_back(home / directory); // an absolute one stays as it is
-    }
+    for (const std::string& line : lines(listing))
+        if (line.compare(0, label.size(), label) == 0)
+            return line.substr(std::min(line.find_first_not_of(space, label.size()), line.size()));
+    return "";
+}
+
+std::vector<std::filesystem::path> directoriesOf(const std::string& list,
+                                                 const std::filesystem::path& home) {
+    std::vector<std::filesystem::path> result;
+    std::istringstream directories(list);
+    for (std::string directory; std::getline(directories, directory, ':');)
+        if (!directory.empty())
+            result.push_back(home / directory); // an absolute one stays as it is
     return result;
 }
 

@@ -19,9 +19,12 @@ std::optional<std::string> moduleStatus(const std::string& listing, const std::s
 /// without host and namespace; other lines are passed over.
 std::vector<std::string> classesOfPaths(const std::string& listing);
 
-/// The directories of "Current value: lib:/usr/lib/providers", as `cimconfig -g` prints it,
-/// relative ones below `home`.
-std::vector<std::filesystem::path> configuredDirectories(const std::string& listing,
-                                                         const std::filesystem::path& home);
+/// The value in "Current value: lib:/usr/lib/providers", as `cimconfig -g` prints it; empty without
+/// one.
+std::string configuredValue(const std::string& listing);
+
+/// The directories of a list with colons between them, relative ones below `home`.
+std::vector<std::filesystem::path> directoriesOf(const std::string& list,
+                                                 const std::filesystem::path& home);
 
 } // namespace registering

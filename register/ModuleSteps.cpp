@@ -6,9 +6,9 @@ namespace registering {
 namespace {
 
 // Makes the module serve, or not, as it did.
-Undo formerState(const Work& work) {
-    const bool served = work.situation.serves();
-    const std::string module = work.situation.module();
+Undo formerState(const Work& work, const ModuleState& state) {
+    const bool served = state.serves();
+    const std::string module = state.name;
     const Tools& tools = work.server.tools();
     return {served ? "seeing that " + module + " is enabled again"
                    : "seeing that " + module + " is disabled again",
@@ -38,54 +38,53 @@ std::string loadable(const Registration& registration) {
 
 } // namespace
 
-void registerModule(const Work& work) {
-    const Situation& situation = work.situation;
-    const std::string module = situation.module();
-    const auto file =
-        work.scratch.write("registration.mof", writeMof(situation.wanted.instances()));
-    work.transaction.step("registering " + module + " for " +
-                              joined(situation.wanted.nameSpaces()) +
+void registerModule(const Work& work, const ModuleState& module) {
+    const std::string name = module.name;
+    const auto file = work.scratch.write(name + ".mof", writeMof(module.wanted.instances()));
+    work.transaction.step("registering " + name + " for " + joined(module.wanted.nameSpaces()) +
                               " (with a copy of the registration that names these)",
                           [&] { work.server.load(work.settings.interop, file); },
-                          {"unregistering " + module,
-                           [work, module] {
-                               if (work.server.status(module))
-                                   work.server.removeModule(module);
+                          {"unregistering " + name,
+                           [work, name] {
+                               if (work.server.status(name))
+                                   work.server.removeModule(name);
                            },
-                           commandText(work.server.tools().removeModule(module))});
+                           commandText(work.server.tools().removeModule(name))});
 }
 
-void unregisterModule(const Work& work) {
-    const std::string module = work.situation.module();
-    const auto file = work.scratch.write("former.mof", loadable(work.situation.found));
-    work.transaction.step("unregistering " + module, [&] { work.server.removeModule(module); },
-                          {"registering " + module + " as it was",
-                           [work, file, module] {
-                               work.server.load(work.settings.interop, file);
-                               if (!work.situation.serves() && work.situation.status)
-                                   work.server.disable(module);
-                           },
-                           commandText(work.server.tools().loadMof(work.settings.interop, file))});
-}
-
-void reload(const Work& work) {
-    const std::string module = work.situation.module();
-    const bool served = work.situation.serves();
+void unregisterModule(const Work& work, const ModuleState& module) {
+    const std::string name = module.name;
+    const bool disabled = module.status && !module.serves();
+    const auto file = work.scratch.write("former_" + name + ".mof", loadable(module.found));
     work.transaction.step(
-        served ? "reloading " + module + " (disable, enable)"
-               : module + " is disabled (" + *work.situation.status + "); enabling it",
+        "unregistering " + name, [&] { work.server.removeModule(name); },
+        {"registering " + name + " as it was",
+         [work, file, name, disabled] {
+             work.server.load(work.settings.interop, file);
+             if (disabled)
+                 work.server.disable(name);
+         },
+         commandText(work.server.tools().loadMof(work.settings.interop, file, true))});
+}
+
+void reload(const Work& work, const ModuleState& module) {
+    const std::string name = module.name;
+    const bool served = module.serves();
+    work.transaction.step(
+        served ? "reloading " + name + " (disable, enable)"
+               : name + " is disabled (" + *module.status + "); enabling it",
         [&] {
             if (served)
-                work.server.disable(module);
-            work.server.enable(module);
+                work.server.disable(name);
+            work.server.enable(name);
         },
-        formerState(work));
+        formerState(work, module));
 }
 
-void disable(const Work& work) {
-    const std::string module = work.situation.module();
+void disable(const Work& work, const ModuleState& module) {
     work.transaction.step(
-        "disabling " + module, [&] { work.server.disable(module); }, formerState(work));
+        "disabling " + module.name, [&] { work.server.disable(module.name); },
+        formerState(work, module));
 }
 
 } // namespace registering

@@ -15,19 +15,19 @@ class Reader {
 
     Mof all() {
         Mof mof;
-        std::string version;
+        Qualifiers before;
         while (_tokens[_at].kind != Token::Kind::End) {
             if (isSymbol("[")) {
-                version = qualifiers();
+                before = qualifiers();
             } else if (isWord("class")) {
-                mof.classes.push_back(classDeclaration(version));
-                version.clear();
+                mof.classes.push_back(classDeclaration(before.version));
+                before = {};
             } else if (isWord("instance")) {
                 mof.instances.push_back(instance());
             } else if (isWord("qualifier")) {
-                while (!isSymbol(";"))
-                    advance();
                 advance();
+                mof.qualifiers.push_back(word());
+                passDeclaration();
             } else {
                 fail("a class or an instance is expected, not");
             }
@@ -36,39 +36,63 @@ class Reader {
     }
 
   private:
-    // Passes a list of qualifiers and returns the value of Version.
-    std::string qualifiers() {
+    // What is read of a list of qualifiers.
+    struct Qualifiers {
         std::string version;
+        bool key = false;
+    };
+
+    Qualifiers qualifiers() {
+        Qualifiers found;
         unsigned open = 0;
         do {
             const bool isVersion = isWord("Version");
+            found.key |= isWord("Key");
             open += isSymbol("[");
             open -= isSymbol("]");
             advance();
             if (isVersion && isSymbol("(")) {
                 advance();
-                version = string();
+                found.version = string();
             }
         } while (open > 0);
-        return version;
+        return found;
     }
 
     Class classDeclaration(const std::string& version) {
         advance();
-        Class result{word(), "", version, {}};
+        Class result{word(), "", version, {}, {}};
         if (isSymbol(":")) {
             advance();
             result.superclass = word();
         }
         expect("{");
-        for (unsigned open = 1; open > 0; advance()) {
-            open += isSymbol("{");
-            open -= isSymbol("}");
-            if (isWord("REF"))
-                addName(result.references, _tokens[_at - 1].text);
-        }
+        while (!isSymbol("}"))
+            member(result);
+        advance();
         expect(";");
         return result;
+    }
+
+    // A property or a method.
+    void member(Class& result) {
+        const bool key = isSymbol("[") && qualifiers().key;
+        const std::string type = word();
+        if (isWord("REF")) {
+            addName(result.references, type);
+            advance();
+        }
+        const std::string name = word();
+        if (key)
+            result.keys.push_back(name);
+        passDeclaration();
+    }
+
+    // Passes all up to a semicolon, and that, too.
+    void passDeclaration() {
+        while (!isSymbol(";"))
+            advance();
+        advance();
     }
 
     Instance instance() {

@@ -1,5 +1,5 @@
-// A small reader of MOF: as much as the module's two files need and what cimcli prints of classes
-// and instances.
+// A small reader of MOF: as much as the package's files need and what cimcli prints of classes,
+// instances and qualifiers.
 #pragma once
 
 #include <string>
@@ -34,14 +34,16 @@ struct Class {
     std::string superclass;              ///< "" without one
     std::string version;                 ///< of the qualifier Version; "" without one
     std::vector<std::string> references; ///< the classes that its references point to
+    std::vector<std::string> keys;       ///< the key properties that it declares itself
 };
 
 struct Mof {
     std::vector<Class> classes;
     std::vector<Instance> instances;
+    std::vector<std::string> qualifiers; ///< the names of those that are declared
 };
 
-/// Reads MOF text. Qualifier declarations and pragmas are passed over.
+/// Reads MOF text. Pragmas are passed over.
 /// Throws std::runtime_error with "origin:line: ..." where the text is no such MOF.
 Mof readMof(const std::string& text, const std::string& origin);
 

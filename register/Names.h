@@ -14,6 +14,11 @@ inline std::string lower(std::string text) {
     return text;
 }
 
+/// Whether a CIM name may hold the character. (Standards allow more; nobody here uses it.)
+inline bool isNamePart(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
 inline bool sameName(const std::string& one, const std::string& other) {
     return lower(one) == lower(other);
 }
@@ -26,10 +31,14 @@ struct NameLess {
 
 using NameSet = std::set<std::string, NameLess>;
 
+inline bool hasName(const std::vector<std::string>& names, const std::string& name) {
+    return std::any_of(names.begin(), names.end(),
+                       [&](const std::string& other) { return sameName(name, other); });
+}
+
 /// Appends `name` unless `names` has it already.
 inline void addName(std::vector<std::string>& names, const std::string& name) {
-    const auto same = [&](const std::string& other) { return sameName(name, other); };
-    if (std::none_of(names.begin(), names.end(), same))
+    if (!hasName(names, name))
         names.push_back(name);
 }
 

@@ -23,6 +23,8 @@ constexpr std::chrono::seconds graceAfterInterrupt{5};
 // How often a signal or the end of the time is looked for; without output, the end of the program.
 constexpr int tick = 100;
 constexpr int shortTick = 5;
+// Far more than any program has to say that is run here.
+constexpr std::size_t mostPrinted = 16UL * 1024 * 1024;
 
 class Pipe {
   public:
@@ -122,7 +124,8 @@ void readFrom(Pipe& out, Pipe& err, bool ended, int patience, Outcome& outcome) 
             out.read(outcome.out);
         if (ready[1].revents != 0)
             err.read(outcome.err);
-    } while (ended);
+        outcome.tooMuch = outcome.out.size() + outcome.err.size() > mostPrinted;
+    } while (ended && !outcome.tooMuch);
 }
 
 // Reads until the program has ended, or kills it at the end of its time.
@@ -138,10 +141,9 @@ void attend(pid_t child, Pipe& out, Pipe& err, Clock::time_point end, Outcome& o
             cut = true;
             end = std::min(end, Clock::now() + graceAfterInterrupt);
         }
-        if (!ended && Clock::now() >= end) {
-            outcome.timedOut = true;
+        outcome.timedOut |= !ended && !outcome.tooMuch && Clock::now() >= end;
+        if (!ended && (outcome.tooMuch || outcome.timedOut))
             kill(-child, SIGKILL);
-        }
     }
     if (WIFEXITED(status))
         outcome.exitCode = WEXITSTATUS(status);
@@ -186,6 +188,7 @@ std::string commandText(const Arguments& arguments) {
 std::string describe(const Outcome& outcome) {
     std::string text = !outcome.notStarted.empty() ? "could not be started: " + outcome.notStarted
                        : outcome.timedOut          ? "did not end in time and was killed"
+                       : outcome.tooMuch           ? "printed too much and was killed"
                        : outcome.signal != 0
                            ? "was ended by signal " + std::to_string(outcome.signal)
                            : "ended with " + std::to_string(outcome.exitCode);

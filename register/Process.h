@@ -18,9 +18,10 @@ struct Outcome {
     int exitCode = -1;      ///< -1 unless it ended by itself
     int signal = 0;         ///< the signal that ended it
     bool timedOut = false;  ///< it was killed because it took too long
+    bool tooMuch = false;   ///< it was killed because it printed too much
     std::string notStarted; ///< why it could not be started
 
-    bool ok() const { return exitCode == 0; }
+    bool ok() const { return exitCode == 0 && !tooMuch; }
 };
 
 /// How programs are run: runProgram, or a test's stand-in.
@@ -30,9 +31,10 @@ using Run = std::function<Outcome(const Arguments&)>;
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
 /// Runs a program, found by its path, in a process group of its own, with this program's
-/// environment (but messages in English) and without input. If it takes longer than the time, it
-/// and its children are killed. When this program is interrupted meanwhile, it has a few seconds
-/// left to finish. Throws std::system_error where the system has no pipe.
+/// environment (but messages in English) and without input. If it takes longer than the time, or
+/// prints more than 16 MiB, it and its children are killed. When this program is interrupted
+/// meanwhile, it has a few seconds left to finish. Throws std::system_error where the system has no
+/// pipe.
 Outcome runProgram(const Arguments& arguments, std::chrono::seconds timeout,
                    const Environment& environment = {});
 

@@ -4,16 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
 
 namespace registering {
 namespace {
 
 constexpr const char* moduleClass = "PG_ProviderModule";
+constexpr const char* providerClass = "PG_Provider";
 constexpr const char* capabilitiesClass = "PG_ProviderCapabilities";
 
 const Instance* firstOf(const std::vector<Instance>& instances, const char* className) {
@@ -57,15 +53,6 @@ std::string instanceName(const Instance& instance) {
                : instance.className + " \"" + instance.text("Name") + '"';
 }
 
-std::string read(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw std::runtime_error(file.string() + ": " + std::strerror(errno));
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
 } // namespace
 
 std::vector<Instance> Registration::capabilities() const {
@@ -79,6 +66,11 @@ std::vector<Instance> Registration::capabilities() const {
 std::string Registration::module() const {
     const Instance* module = firstOf(_instances, moduleClass);
     return module == nullptr ? "" : module->text("Name");
+}
+
+std::string Registration::provider() const {
+    const Instance* provider = firstOf(_instances, providerClass);
+    return provider == nullptr ? "" : provider->text("Name");
 }
 
 std::string Registration::library() const {
@@ -105,17 +97,6 @@ Registration Registration::servingIn(const std::vector<std::string>& nameSpaces)
             if (sameName(property.name, "Namespaces"))
                 property.items = items;
     return Registration(std::move(instances));
-}
-
-Content readContent(const std::filesystem::path& directory) {
-    Content content;
-    content.schemaFile = directory / "orvex_serverprofile.mof";
-    content.schema = readMof(read(content.schemaFile), content.schemaFile).classes;
-    const auto file = directory / "serverprofile_registration.mof";
-    content.registration = Registration(readMof(read(file), file).instances);
-    if (content.registration.module().empty() || content.registration.capabilities().empty())
-        throw std::runtime_error(file.string() + ": registers no module with capabilities");
-    return content;
 }
 
 std::vector<Difference> differences(const Registration& wanted, const Registration& found) {

@@ -1,9 +1,8 @@
-// What the module's MOF files say: the classes it brings and its registration.
+// A module's registration.
 #pragma once
 
 #include "register/Mof.h"
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -21,6 +20,8 @@ class Registration {
     std::vector<Instance> capabilities() const;
     /// The module's name.
     std::string module() const;
+    /// The name of its provider.
+    std::string provider() const;
     /// The file name of its library.
     std::string library() const;
     /// Each namespace that a capability names, once.
@@ -31,17 +32,6 @@ class Registration {
   private:
     std::vector<Instance> _instances;
 };
-
-/// The module's two MOF files.
-struct Content {
-    std::filesystem::path schemaFile;
-    std::vector<Class> schema; ///< the classes that the module brings, in order
-    Registration registration;
-};
-
-/// Reads the two files in `directory`. Throws std::runtime_error, saying which file and what is
-/// wrong with it.
-Content readContent(const std::filesystem::path& directory);
 
 /// In what a registration is not what it should be.
 struct Difference {

@@ -1,15 +1,77 @@
 #include "register/Changing.h"
 #include "register/Commands.h"
+#include "register/Files.h"
 
 #include <algorithm>
 
 namespace registering {
 namespace {
 
-bool hasClasses(const Situation& situation) {
+constexpr mode_t recordMode = 0600;
+constexpr std::size_t most = 1024UL * 1024;
+
+bool anythingLeft(const Situation& situation) {
+    if (situation.record || situation.registered())
+        return true;
     return std::any_of(situation.places.begin(), situation.places.end(), [&](const Place& place) {
-        return std::any_of(situation.content.schema.begin(), situation.content.schema.end(),
-                           [&](const Class& own) { return place.classes.count(own.name) != 0; });
+        const std::vector<std::string> names = situation.removable(place.nameSpace);
+        return std::any_of(names.begin(), names.end(),
+                           [&](const std::string& name) { return place.classes.count(name) != 0; });
+    });
+}
+
+// Deletes the files that were written and not changed since.
+void deleteFiles(const Work& work, const Record& record) {
+    for (const auto& [file, text] : record.files) {
+        const std::optional<std::string> found = readFile(file, most, false);
+        if (found == text)
+            changeFile(work, "deleting " + file, file, std::nullopt, 0);
+        else if (found)
+            work.report.note("kept " + file + ": it was changed by hand");
+    }
+}
+
+// Writes down what is left, or that nothing is.
+void updateRecord(const Work& work, Record left) {
+    const std::filesystem::path& file = work.settings.record;
+    if (left.empty())
+        changeFile(work, "deleting " + file.string(), file, std::nullopt, 0);
+    else
+        changeFile(work, "writing down in " + file.string() + " what is left", file, textOf(left),
+                   recordMode);
+    for (const std::string& directory : left.directories)
+        deleteDirectory(work, directory);
+}
+
+// Takes all back; returns what had to be kept.
+Record takeBack(const Work& work) {
+    for (const ModuleState& module : work.situation.modules)
+        if (module.serves())
+            disable(work, module);
+    for (const ModuleState& module : work.situation.modules)
+        if (!module.found.empty())
+            unregisterModule(work, module);
+    Record left;
+    for (const Place& place : work.situation.places) {
+        const Left here = deleteClasses(work, place);
+        left.classes[place.nameSpace] = here.classes;
+        if (here.nameSpace)
+            left.nameSpaces.push_back(place.nameSpace);
+    }
+    if (work.situation.record) {
+        left.directories = work.situation.record->directories;
+        deleteFiles(work, *work.situation.record);
+    }
+    return left;
+}
+
+void checkGone(const Work& work) {
+    if (work.settings.dryRun)
+        return;
+    work.transaction.step("checking that they are gone", [&] {
+        for (const ModuleState& module : work.situation.modules)
+            if (work.server.status(module.name))
+                throw Failure("cimprovider still lists " + module.name);
     });
 }
 
@@ -20,30 +82,23 @@ ExitCode remove(const Settings& settings, const Content& content, const Server& 
     const std::optional<Situation> situation = survey(settings, content, server, report);
     if (checksFailed(report))
         return ExitCode::Check;
-    if (situation->found.empty() && !hasClasses(*situation)) {
-        report.result(situation->module() + " is not registered, and none of its classes are "
-                                            "there: nothing to do");
+    if (!anythingLeft(*situation)) {
+        report.result("no module is registered, and nothing is there of what comes with them: "
+                      "nothing to do");
         return ExitCode::Ok;
     }
-    unsigned kept = 0;
+    Record left;
     const ExitCode code = changing(settings, *situation, server, report, [&](const Work& work) {
-        if (situation->serves())
-            disable(work);
-        if (!situation->found.empty())
-            unregisterModule(work);
-        for (const Place& place : situation->places)
-            kept += deleteClasses(work, place);
-        if (!settings.dryRun)
-            work.transaction.step("checking that it is gone", [&] {
-                if (server.status(situation->module()))
-                    throw Failure("cimprovider still lists " + situation->module());
-            });
+        left = takeBack(work);
+        checkGone(work);
+        if (situation->record)
+            updateRecord(work, left);
     });
     if (code == ExitCode::Ok && settings.dryRun)
         report.result("dry run: nothing was changed");
     else if (code == ExitCode::Ok)
-        report.result(situation->module() + " is removed" +
-                      (kept == 0 ? "" : ", but for the classes that are kept, see above"));
+        report.result(std::string("what was installed is removed") +
+                      (left.empty() ? "" : ", but for what is kept, see above"));
     return code;
 }
 

@@ -52,6 +52,20 @@ std::string Server::classText(const std::string& nameSpace, const std::string& n
     return answer(_ask, _tools.getClass(nameSpace, name));
 }
 
+NameSet Server::keys(const std::string& nameSpace, const std::string& name) const {
+    const Arguments command = _tools.getClass(nameSpace, name, true);
+    const Mof mof = readMof(answer(_ask, command), commandText(command));
+    if (mof.classes.empty())
+        throw Failure("'" + commandText(command) + "' shows no class");
+    const std::vector<std::string>& names = mof.classes.front().keys;
+    return NameSet(names.begin(), names.end());
+}
+
+std::vector<std::string> Server::qualifiers(const std::string& nameSpace) const {
+    const Arguments command = _tools.qualifiers(nameSpace);
+    return readMof(answer(_ask, command), commandText(command)).qualifiers;
+}
+
 Answer Server::instanceNames(const std::string& nameSpace, const std::string& className) const {
     const Outcome outcome = _ask(_tools.instanceNames(nameSpace, className));
     if (outcome.ok())
@@ -73,16 +87,31 @@ std::optional<std::string> Server::status(const std::string& module) const {
     return moduleStatus(answer(_ask, _tools.listModules()), module);
 }
 
-std::vector<std::filesystem::path> Server::providerDirectories() const {
+std::string Server::configured(const std::string& property) const {
     if (_tools.cimconfig.empty())
-        return {};
-    const Outcome outcome = _ask(_tools.providerDirectories());
-    const char* home = std::getenv("PEGASUS_HOME");
-    return configuredDirectories(outcome.ok() ? outcome.out : "", home == nullptr ? "" : home);
+        return "";
+    const Outcome outcome = _ask(_tools.configured(property));
+    return configuredValue(outcome.ok() ? outcome.out : "");
 }
 
-void Server::load(const std::string& nameSpace, const std::filesystem::path& file) const {
-    answer(_change, _tools.loadMof(nameSpace, file));
+std::vector<std::filesystem::path> Server::providerDirectories() const {
+    const char* home = std::getenv("PEGASUS_HOME");
+    return directoriesOf(configured("providerDir"), home == nullptr ? "" : home);
+}
+
+std::string Server::version() const {
+    if (_tools.cimserver.empty())
+        return "";
+    const Outcome outcome = _ask(_tools.version());
+    const std::vector<std::string> said = lines(outcome.ok() ? outcome.out : "");
+    return said.size() == 1 && said[0].find_first_not_of("0123456789.") == std::string::npos
+               ? said[0]
+               : "";
+}
+
+void Server::load(const std::string& nameSpace, const std::filesystem::path& file,
+                  bool update) const {
+    answer(_change, _tools.loadMof(nameSpace, file, update));
 }
 
 void Server::enable(const std::string& module) const {
@@ -95,6 +124,14 @@ void Server::disable(const std::string& module) const {
 
 void Server::removeModule(const std::string& module) const {
     answer(_change, _tools.removeModule(module));
+}
+
+void Server::deleteQualifier(const std::string& nameSpace, const std::string& name) const {
+    answer(_change, _tools.deleteQualifier(nameSpace, name));
+}
+
+void Server::deleteNameSpace(const std::string& nameSpace) const {
+    answer(_change, _tools.deleteNameSpace(nameSpace));
 }
 
 bool Server::deleteClass(const std::string& nameSpace, const std::string& name) const {

@@ -35,6 +35,9 @@ class Server {
 
     const Tools& tools() const { return _tools; }
 
+    /// Runs a command that changes nothing.
+    Outcome ask(const Arguments& command) const { return _ask(command); }
+
     /// The names of all classes of a namespace; nothing if there is no such namespace.
     std::optional<NameSet> classes(const std::string& nameSpace) const;
     /// The names of the classes derived from a class.
@@ -44,21 +47,35 @@ class Server {
     NameSet associations(const std::string& nameSpace, const std::string& name) const;
     /// A class as MOF.
     std::string classText(const std::string& nameSpace, const std::string& name) const;
+    /// The names of a class's key properties, inherited ones too.
+    NameSet keys(const std::string& nameSpace, const std::string& name) const;
+    /// The names of the qualifiers that are declared in a namespace.
+    std::vector<std::string> qualifiers(const std::string& nameSpace) const;
     Answer instanceNames(const std::string& nameSpace, const std::string& className) const;
 
     /// All registered modules.
     std::vector<Instance> registrations(const std::string& interop) const;
     /// The state of a module, "OK" if it serves; nothing if it is not registered.
     std::optional<std::string> status(const std::string& module) const;
+    /// The present value of a property of the server's configuration; empty if it has none, or it
+    /// cannot be found out.
+    std::string configured(const std::string& property) const;
     /// Where the server looks for libraries; empty if it cannot be found out.
     std::vector<std::filesystem::path> providerDirectories() const;
+    /// The server's version; empty if it cannot be found out.
+    std::string version() const;
 
-    void load(const std::string& nameSpace, const std::filesystem::path& file) const;
+    /// Loads MOF; makes the namespace if it is not there. See Tools::loadMof.
+    void load(const std::string& nameSpace, const std::filesystem::path& file,
+              bool update = true) const;
     void enable(const std::string& module) const;
     void disable(const std::string& module) const;
     void removeModule(const std::string& module) const;
     /// False, and the class stays, if the server says that something hangs on it.
     bool deleteClass(const std::string& nameSpace, const std::string& name) const;
+    void deleteQualifier(const std::string& nameSpace, const std::string& name) const;
+    /// Fails if something is in it.
+    void deleteNameSpace(const std::string& nameSpace) const;
 
   private:
     std::string answer(const Run& run, const Arguments& command) const;

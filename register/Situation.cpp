@@ -1,47 +1,76 @@
 #include "register/Situation.h"
 
-#include "register/Names.h"
-
 #include <algorithm>
 #include <stdexcept>
 
 namespace registering {
 namespace {
 
-// The module reads the definitions of its classes here, whatever namespace a request is for.
+// The profile's module reads the definitions of its classes here, whatever namespace a request is
+// for.
 constexpr const char* definitions = "root/cimv2";
 
+// The namespace in which clients look for the profiles first (DSP1033), and the only one that
+// is made: others are an administrator's choice, and may be misspelt.
+constexpr const char* usual = "interop";
+
 // The namespaces that were asked for; without a word about them those that are served already, so
-// that an upgrade keeps what an administrator chose. A removal is for all of them.
-std::vector<std::string> chosenNameSpaces(const Settings& settings, const Registration& found) {
+// that an upgrade keeps what an administrator chose. What was installed before there were records
+// did not know the usual one.
+std::vector<std::string> chosenNameSpaces(const Settings& settings, const Situation& situation) {
     std::vector<std::string> chosen;
     for (const std::string& nameSpace : settings.nameSpaces)
         addName(chosen, nameSpace);
-    if (chosen.empty() || settings.command == Command::Remove)
-        for (const std::string& nameSpace : found.nameSpaces())
+    if (!chosen.empty())
+        return chosen;
+    for (const ModuleState& module : situation.modules)
+        for (const std::string& nameSpace : module.found.nameSpaces())
             addName(chosen, nameSpace);
     if (chosen.empty())
-        chosen.emplace_back(definitions);
-    addName(chosen, settings.interop);
+        return {usual, definitions};
+    if (!situation.record)
+        addName(chosen, usual);
     return chosen;
 }
 
+// A removal looks wherever something may be left.
+std::vector<std::string> formerNameSpaces(const Settings& settings, const Situation& situation) {
+    std::vector<std::string> result;
+    if (situation.record) {
+        for (const std::string& nameSpace : situation.record->nameSpaces)
+            addName(result, nameSpace);
+        for (const auto& [nameSpace, classes] : situation.record->classes)
+            addName(result, nameSpace);
+        return result;
+    }
+    result = settings.nameSpaces;
+    for (const ModuleState& module : situation.modules)
+        for (const std::string& nameSpace : module.found.nameSpaces())
+            addName(result, nameSpace);
+    addName(result, definitions);
+    addName(result, settings.interop);
+    return result;
+}
+
 void splitRegistrations(const std::vector<Instance>& all, Situation& situation) {
-    std::vector<Instance> own;
-    const std::string module = situation.content.registration.module();
+    std::vector<std::vector<Instance>> own(situation.modules.size());
     for (const Instance& instance : all) {
         const bool isModule = instance.find("ProviderModuleName") == nullptr;
-        if (instance.text(isModule ? "Name" : "ProviderModuleName") == module)
-            own.push_back(instance);
+        const std::string name = instance.text(isModule ? "Name" : "ProviderModuleName");
+        const auto module =
+            std::find_if(situation.modules.begin(), situation.modules.end(),
+                         [&](const ModuleState& state) { return state.name == name; });
+        if (module != situation.modules.end())
+            own[static_cast<std::size_t>(module - situation.modules.begin())].push_back(instance);
         else if (instance.find("ProviderType") != nullptr)
             situation.rivals.push_back(instance);
     }
-    situation.found = Registration(std::move(own));
+    for (std::size_t i = 0; i < own.size(); ++i)
+        situation.modules[i].found = Registration(std::move(own[i]));
 }
 
 // Whether the interop namespace is one, that is, can hold registrations.
-bool checkInterop(const Settings& settings, const Server& server, Report& report) {
-    const std::optional<NameSet> classes = server.classes(settings.interop);
+bool checkInterop(const std::optional<NameSet>& classes, const Settings& settings, Report& report) {
     report.ok("the server answers");
     if (!classes) {
         report.wrong("there is no namespace " + settings.interop,
@@ -63,39 +92,136 @@ bool checkInterop(const Settings& settings, const Server& server, Report& report
     return true;
 }
 
-void lookAt(const std::string& nameSpace, bool served, const Server& server, bool lenient,
-            Situation& situation, Report& report) {
+void lookAt(const std::string& nameSpace, bool served, const Settings& settings,
+            const Server& server, Situation& situation, Report& report) {
     const std::optional<NameSet> classes = server.classes(nameSpace);
+    const bool recorded = situation.record && situation.record->made(nameSpace);
     if (classes)
-        situation.places.push_back({nameSpace, served, *classes});
-    else if (lenient)
+        situation.places.push_back({nameSpace, served, true, recorded, *classes});
+    else if (settings.command == Command::Remove)
         report.note("there is no namespace " + nameSpace);
+    else if (settings.command == Command::Install && sameName(nameSpace, usual))
+        situation.places.push_back({nameSpace, served, false, true, {}});
     else
         report.wrong("there is no namespace " + nameSpace,
-                     "create it and load the CIM schema into it, or choose others with "
-                     "--namespace");
+                     sameName(nameSpace, usual)
+                         ? "run serverprofile-register install"
+                         : "create it and load the CIM schema into it, or choose others with "
+                           "--namespace");
+}
+
+// The server's own interop namespace may have an object manager of the server's own. A second one
+// there would be one too many.
+bool publishesItself(const Settings& settings, const Server& server) {
+    return !server.instanceNames(settings.interop, "PG_ObjectManager").classes.empty();
+}
+
+void chooseRegistrations(const std::vector<std::string>& served, const Settings& settings,
+                         const Server& server, Situation& situation) {
+    const bool withInterop = hasName(served, settings.interop);
+    for (std::size_t i = 0; i < situation.modules.size(); ++i) {
+        ModuleState& module = situation.modules[i];
+        std::vector<std::string> nameSpaces = served;
+        if (module.serverObjects && withInterop && publishesItself(settings, server))
+            nameSpaces.erase(std::remove_if(nameSpaces.begin(), nameSpaces.end(),
+                                            [&](const std::string& name) {
+                                                return sameName(name, settings.interop);
+                                            }),
+                             nameSpaces.end());
+        if (!nameSpaces.empty())
+            module.wanted = situation.content.modules[i].registration.servingIn(nameSpaces);
+    }
+}
+
+Situation look(const Settings& settings, const Content& content, const Server& server,
+               const std::optional<Record>& record, Report& report) {
+    Situation situation;
+    situation.content = content;
+    situation.record = record;
+    for (const Module& module : content.modules)
+        situation.modules.push_back(
+            {module.registration.module(), module.serverObjects, {}, {}, {}});
+    splitRegistrations(server.registrations(settings.interop), situation);
+    for (ModuleState& module : situation.modules)
+        module.status = server.status(module.name);
+    const bool removal = settings.command == Command::Remove;
+    const std::vector<std::string> served =
+        removal ? formerNameSpaces(settings, situation) : chosenNameSpaces(settings, situation);
+    if (!removal)
+        chooseRegistrations(served, settings, server, situation);
+    for (const std::string& nameSpace : served)
+        lookAt(nameSpace, true, settings, server, situation, report);
+    if (!removal && !hasName(served, definitions))
+        lookAt(definitions, false, settings, server, situation, report);
+    return situation;
 }
 
 } // namespace
 
+bool Situation::registered() const {
+    return std::any_of(modules.begin(), modules.end(),
+                       [](const ModuleState& module) { return !module.found.empty(); });
+}
+
+std::vector<Layer> Situation::layers(const Place& place) const {
+    std::vector<Layer> result;
+    if (place.ours)
+        result.push_back({&content.base, false});
+    if (place.served)
+        result.push_back({&content.server, false});
+    result.push_back({&content.own, true});
+    return result;
+}
+
+std::vector<std::string> Situation::removable(const std::string& nameSpace) const {
+    std::vector<std::string> result;
+    if (!record) {
+        for (const Class& declared : content.own.classes)
+            result.push_back(declared.name);
+        return result;
+    }
+    const auto recorded = record->classes.find(nameSpace);
+    return recorded == record->classes.end() ? result : recorded->second;
+}
+
+std::vector<std::string> Situation::copied(const NameSet& there,
+                                           const std::vector<std::string>& loaded,
+                                           const std::string& nameSpace,
+                                           const Server& server) const {
+    std::vector<std::string> result;
+    std::vector<std::string> associations;
+    for (const std::string& name : there)
+        if (lower(name).compare(0, 3, "pg_") == 0 && interopClasses.count(name) != 0 &&
+            !hasName(loaded, name)) {
+            const Mof mof = readMof(server.classText(nameSpace, name), name);
+            const bool points = !mof.classes.empty() && !mof.classes.front().references.empty();
+            (points ? associations : result).push_back(name);
+        }
+    result.insert(result.end(), associations.begin(), associations.end());
+    return result;
+}
+
 std::optional<Situation> survey(const Settings& settings, const Content& content,
                                 const Server& server, Report& report) {
+    std::optional<Record> record;
     try {
-        if (!checkInterop(settings, server, report))
+        record = readRecord(settings.record);
+    } catch (const std::runtime_error& error) {
+        const std::string text = std::string("the record of what was made: ") + error.what();
+        if (settings.command != Command::Status) {
+            report.wrong(
+                text, "look at it; without it, remove takes back the modules and the profile's own "
+                      "classes alone");
             return std::nullopt;
-        Situation situation;
-        situation.content = content;
-        splitRegistrations(server.registrations(settings.interop), situation);
-        const std::vector<std::string> served = chosenNameSpaces(settings, situation.found);
-        situation.wanted = content.registration.servingIn(served);
-        situation.status = server.status(situation.module());
-        // There is nothing to remove from a namespace that is not there any more.
-        const bool lenient = settings.command == Command::Remove;
-        for (const std::string& nameSpace : served)
-            lookAt(nameSpace, true, server, lenient, situation, report);
-        if (std::none_of(served.begin(), served.end(),
-                         [](const std::string& name) { return sameName(name, definitions); }))
-            lookAt(definitions, false, server, lenient, situation, report);
+        }
+        report.note(text);
+    }
+    try {
+        const std::optional<NameSet> interop = server.classes(settings.interop);
+        if (!checkInterop(interop, settings, report))
+            return std::nullopt;
+        Situation situation = look(settings, content, server, record, report);
+        situation.interopClasses = *interop;
         return situation;
     } catch (const std::runtime_error& error) {
         report.wrong(std::string("the server does not answer: ") + error.what(),

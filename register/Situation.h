@@ -2,6 +2,8 @@
 #pragma once
 
 #include "register/CommandLine.h"
+#include "register/Content.h"
+#include "register/Record.h"
 #include "register/Report.h"
 #include "register/Server.h"
 
@@ -11,49 +13,84 @@
 
 namespace registering {
 
-/// A namespace that needs the module's classes.
+/// A namespace that needs classes.
 struct Place {
     std::string nameSpace;
     bool served;     ///< false: only the definitions of the classes are read there
+    bool there;      ///< false: it is made
+    bool ours;       ///< it is, or was, made by this program
     NameSet classes; ///< all that it has
+};
+
+/// Classes that a place needs.
+struct Layer {
+    const Schema* schema;
+    bool update; ///< those that are there in another version are replaced
+};
+
+/// A module on the server.
+struct ModuleState {
+    std::string name;
+    bool serverObjects;
+    Registration wanted;               ///< for the chosen namespaces; empty: for none
+    Registration found;                ///< what is registered under its name
+    std::optional<std::string> status; ///< nothing: it is not registered
+
+    bool serves() const { return status == "OK"; }
 };
 
 /// What is on the server.
 struct Situation {
     Content content;
-    Registration wanted;               ///< the content's registration, for the chosen namespaces
-    Registration found;                ///< what is registered under the module's name
-    std::vector<Instance> rivals;      ///< the capabilities of other modules
-    std::optional<std::string> status; ///< of the module; nothing: it is not registered
+    std::vector<ModuleState> modules; ///< as in the content
+    std::vector<Instance> rivals;     ///< the capabilities of other modules
     std::vector<Place> places;
+    NameSet interopClasses; ///< of the server's own interop namespace
+    std::optional<Record> record;
 
-    std::string module() const { return wanted.module(); }
-    bool serves() const { return status == "OK"; }
+    /// Whether something is registered.
+    bool registered() const;
+    /// The schemas that a place needs, those first that others build on.
+    std::vector<Layer> layers(const Place& place) const;
+    /// The names of the classes that may be taken out of a namespace, in the order in which they
+    /// depend on each other: what was recorded; of an installation of before there were records,
+    /// the profile's own.
+    std::vector<std::string> removable(const std::string& nameSpace) const;
+    /// Of the classes `there` in a namespace that was made, those that the server itself has put
+    /// there: some of its own interop namespace, in which all of them begin with PG_. In the order
+    /// in which they depend on each other, and on others.
+    std::vector<std::string> copied(const NameSet& there, const std::vector<std::string>& loaded,
+                                    const std::string& nameSpace, const Server& server) const;
 };
 
 /// The server's tools; nothing, and said, if one is missing.
 std::optional<Tools> checkTools(const Settings& settings, Report& report);
 
-/// The module's MOF files; nothing, and said, if they cannot be read.
+/// The package's MOF files; nothing, and said, if they cannot be read.
 std::optional<Content> checkContent(const Settings& settings, Report& report);
 
-/// Looks at the server. A namespace that does not exist is left out of the places; it is wrong, but
-/// for a removal, which only notes it. Nothing, and said, if the server cannot be asked.
+/// Looks at the server. A namespace that does not exist and is not made is left out of the places;
+/// it is wrong, but for a removal, which only notes it. Nothing, and said, if the server cannot be
+/// asked or the record cannot be read.
 std::optional<Situation> survey(const Settings& settings, const Content& content,
                                 const Server& server, Report& report);
 
-/// Whether the server finds the module's library and can load it.
-void checkLibrary(const Settings& settings, const Content& content, const Server& server,
-                  Report& report);
+/// Whether the server finds the modules' libraries and can load them.
+void checkLibraries(const Settings& settings, const Content& content, const Server& server,
+                    Report& report);
 
-/// Whether each place has the classes that the module needs there: those of the CIM schema, and
-/// with `own` those that the module brings, too.
+/// Whether each place has the classes that the modules need there: those of the CIM schema, and
+/// with `own` those that are loaded into it, too.
 void checkClasses(const Situation& situation, Report& report, bool own);
 
-/// Whether another module has what this one registers for.
+/// Whether the classes that the modules serve, and those at the ends of their associations, have
+/// the keys in each place that they have in the package.
+void checkKeys(const Situation& situation, const Server& server, Report& report);
+
+/// Whether another module has what one of these registers for.
 void checkRivals(const Situation& situation, Report& report);
 
-/// A request that the module has to answer, and what came of it.
+/// A request that a module has to answer, and what came of it.
 struct Trial {
     bool ok;
     std::string text;

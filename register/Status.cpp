@@ -1,6 +1,7 @@
 #include "register/Commands.h"
 
 #include "register/Names.h"
+#include "register/Walk.h"
 
 #include <algorithm>
 
@@ -9,19 +10,20 @@ namespace {
 
 constexpr const char* installIt = "run serverprofile-register install";
 
-void checkRegistration(const Situation& situation, Report& report) {
-    const std::string module = situation.module();
-    if (!situation.status) {
-        report.wrong(module + " is not registered", installIt);
+void checkRegistration(const ModuleState& module, Report& report) {
+    if (!module.status && module.wanted.empty())
+        return;
+    if (!module.status) {
+        report.wrong(module.name + " is not registered", installIt);
         return;
     }
-    if (situation.serves())
-        report.ok(module + " is registered, and enabled");
+    if (module.serves())
+        report.ok(module.name + " is registered, and enabled");
     else
-        report.wrong(module + " is " + *situation.status + ": it answers nothing",
-                     "enable it (cimprovider -e -m " + module + ")");
-    const std::vector<Difference> wrong = differences(situation.wanted, situation.found);
-    for (const Instance& capability : situation.wanted.capabilities())
+        report.wrong(module.name + " is " + *module.status + ": it answers nothing",
+                     "enable it (cimprovider -e -m " + module.name + ")");
+    const std::vector<Difference> wrong = differences(module.wanted, module.found);
+    for (const Instance& capability : module.wanted.capabilities())
         if (std::none_of(wrong.begin(), wrong.end(), [&](const Difference& difference) {
                 return difference.capability == capabilityName(capability);
             }))
@@ -32,11 +34,13 @@ void checkRegistration(const Situation& situation, Report& report) {
                      std::string(installIt) + " to repair it");
 }
 
-void tryRequests(const Situation& situation, const Server& server, Report& report) {
-    if (!situation.serves()) {
-        report.note("no requests are tried, as the module does not serve");
-        return;
-    }
+void tryRequests(const Settings& settings, const Situation& situation, const Server& server,
+                 Report& report) {
+    for (const ModuleState& module : situation.modules)
+        if (!module.serves() && !module.wanted.empty()) {
+            report.note("no requests are tried, as " + module.name + " does not serve");
+            return;
+        }
     for (const Trial& trial : tryOut(situation, server)) {
         if (trial.ok)
             report.ok(trial.text);
@@ -44,6 +48,7 @@ void tryRequests(const Situation& situation, const Server& server, Report& repor
             report.wrong(trial.text, "put right what is WRONG above; if nothing is, look into the "
                                      "server's log and the module's trace");
     }
+    checkWalks(settings, situation, server, report);
 }
 
 } // namespace
@@ -52,16 +57,18 @@ ExitCode status(const Settings& settings, const Content& content, const Server& 
                 Report& report) {
     const std::optional<Situation> situation = survey(settings, content, server, report);
     const unsigned before = report.problems();
-    checkLibrary(settings, content, server, report);
+    checkLibraries(settings, content, server, report);
     const bool loadable = report.problems() == before;
     if (situation) {
         checkClasses(*situation, report, true);
+        checkKeys(*situation, server, report);
         checkRivals(*situation, report);
-        checkRegistration(*situation, report);
+        for (const ModuleState& module : situation->modules)
+            checkRegistration(module, report);
         // A request makes the server load the library, and one that is built for another can take
         // the server down.
         if (loadable)
-            tryRequests(*situation, server, report);
+            tryRequests(settings, *situation, server, report);
         else
             report.note("no requests are tried, as the server would load that library");
     } else {

@@ -4,8 +4,12 @@
 #include "register/Situation.h"
 #include "register/Transaction.h"
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace registering {
 
@@ -39,23 +43,42 @@ struct Work {
     Transaction& transaction;
 };
 
-/// Loads the module's classes into a namespace, unless they are there in the same version.
+/// Loads the classes that a place needs, unless they are there in the same version; makes the
+/// namespace if it is not there.
 void loadClasses(const Work& work, const Place& place);
 
-/// Deletes the module's classes from a namespace, but for those that others hold on to, which are
-/// noted. Returns how many were kept.
-unsigned deleteClasses(const Work& work, const Place& place);
+/// What is left of what was to be taken out of a namespace.
+struct Left {
+    std::vector<std::string> classes;
+    bool nameSpace; ///< the namespace itself, that should have gone
+};
 
-/// Loads the registration.
-void registerModule(const Work& work);
+/// Deletes from a namespace the classes that may be taken out of it, but for those that others hold
+/// on to, which are noted; then the namespace, if it was made and nothing is in it.
+Left deleteClasses(const Work& work, const Place& place);
 
-/// Removes what is registered.
-void unregisterModule(const Work& work);
+/// Loads a module's registration.
+void registerModule(const Work& work, const ModuleState& module);
+
+/// Removes what is registered of a module.
+void unregisterModule(const Work& work, const ModuleState& module);
 
 /// Lets the server load the library anew: disables the module if it serves, and enables it.
-void reload(const Work& work);
+void reload(const Work& work, const ModuleState& module);
 
 /// Disables the module, so that the server lets go of it.
-void disable(const Work& work);
+void disable(const Work& work, const ModuleState& module);
+
+/// The directories that have to be made for a file, the deepest first.
+std::vector<std::filesystem::path> directoriesMissing(const std::filesystem::path& file);
+
+/// Writes a file, for which directories are made, or, without a text, deletes it. For `unlessAll`
+/// see Undo.
+void changeFile(const Work& work, const std::string& what, const std::filesystem::path& file,
+                const std::optional<std::string>& text, mode_t mode,
+                const std::string& unlessAll = "");
+
+/// Deletes a directory, if it is empty.
+void deleteDirectory(const Work& work, const std::filesystem::path& directory);
 
 } // namespace registering

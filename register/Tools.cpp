@@ -20,12 +20,25 @@ fs::path find(const char* name, const std::vector<fs::path>& directories) {
     return {};
 }
 
+std::vector<fs::path> pathDirectories() {
+    const char* path = std::getenv("PATH");
+    std::vector<fs::path> result;
+    std::istringstream directories(path == nullptr ? "" : path);
+    for (std::string directory; std::getline(directories, directory, ':');)
+        if (!directory.empty())
+            result.emplace_back(directory);
+    return result;
+}
+
 } // namespace
 
-// -uc and -aEV let a class that is there in another version be replaced, and take the release's
-// classes whatever their versions and experimental marks are.
-Arguments Tools::loadMof(const std::string& nameSpace, const fs::path& file) const {
-    return {cimmof, "-uc", "-aEV", "-n", nameSpace, file};
+// -aEV takes the package's classes whatever their versions and experimental marks are.
+Arguments Tools::loadMof(const std::string& nameSpace, const fs::path& file, bool update) const {
+    Arguments command{cimmof};
+    if (update)
+        command.emplace_back("-uc");
+    command.insert(command.end(), {"-aEV", "-n", nameSpace, "-I", file.parent_path(), file});
+    return command;
 }
 
 Arguments Tools::listModules() const {
@@ -52,12 +65,30 @@ Arguments Tools::classNames(const std::string& nameSpace, const std::string& bel
     return command;
 }
 
-Arguments Tools::getClass(const std::string& nameSpace, const std::string& name) const {
-    return {cimcli, "gc", name, "-n", nameSpace};
+Arguments Tools::getClass(const std::string& nameSpace, const std::string& name,
+                          bool inherited) const {
+    Arguments command{cimcli, "gc", name, "-n", nameSpace};
+    if (inherited)
+        command.emplace_back("-nlo");
+    return command;
 }
 
 Arguments Tools::deleteClass(const std::string& nameSpace, const std::string& name) const {
     return {cimcli, "dc", name, "-n", nameSpace};
+}
+
+Arguments Tools::qualifiers(const std::string& nameSpace) const {
+    return {cimcli, "eq", "-n", nameSpace};
+}
+
+Arguments Tools::deleteQualifier(const std::string& nameSpace, const std::string& name) const {
+    return {cimcli, "dq", name, "-n", nameSpace};
+}
+
+// A namespace is an instance of __Namespace in any other one, itself included: Name is relative to
+// that.
+Arguments Tools::deleteNameSpace(const std::string& nameSpace) const {
+    return {cimcli, "di", "__Namespace.Name=\"\"", "-n", nameSpace};
 }
 
 Arguments Tools::instances(const std::string& nameSpace, const std::string& className) const {
@@ -72,8 +103,12 @@ Arguments Tools::references(const std::string& nameSpace, const std::string& cla
     return {cimcli, "rn", className, "-n", nameSpace};
 }
 
-Arguments Tools::providerDirectories() const {
-    return {cimconfig, "-g", "providerDir", "-c"};
+Arguments Tools::configured(const std::string& property) const {
+    return {cimconfig, "-g", property, "-c"};
+}
+
+Arguments Tools::version() const {
+    return {cimserver, "--version"};
 }
 
 std::vector<fs::path> toolDirectories(const fs::path& given) {
@@ -82,14 +117,19 @@ std::vector<fs::path> toolDirectories(const fs::path& given) {
     std::vector<fs::path> result;
     if (const char* home = std::getenv("PEGASUS_HOME"); home != nullptr && *home != '\0')
         result.push_back(fs::path(home) / "bin");
-    const char* path = std::getenv("PATH");
-    std::istringstream directories(path == nullptr ? "" : path);
-    for (std::string directory; std::getline(directories, directory, ':');)
-        if (!directory.empty())
-            result.emplace_back(directory);
+    const std::vector<fs::path> path = pathDirectories();
+    result.insert(result.end(), path.begin(), path.end());
     for (const char* directory : {"/usr/sbin", "/usr/bin", "/opt/tog-pegasus/bin"})
         result.emplace_back(directory);
     return result;
+}
+
+fs::path findWalk() {
+    std::error_code ignored;
+    std::vector<fs::path> directories = pathDirectories();
+    directories.insert(directories.begin(),
+                       fs::read_symlink("/proc/self/exe", ignored).parent_path());
+    return find("serverprofile-walk", directories);
 }
 
 Tools findTools(const std::vector<fs::path>& directories, std::vector<std::string>& missing) {
@@ -100,7 +140,7 @@ Tools findTools(const std::vector<fs::path>& directories, std::vector<std::strin
         return file;
     };
     return {needed("cimmof"), needed("cimprovider"), needed("cimcli"),
-            find("cimconfig", directories)};
+            find("cimconfig", directories), find("cimserver", directories)};
 }
 
 } // namespace registering

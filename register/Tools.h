@@ -13,25 +13,38 @@ struct Tools {
     std::filesystem::path cimmof;
     std::filesystem::path cimprovider;
     std::filesystem::path cimcli;
-    std::filesystem::path cimconfig; ///< empty: not there; it only tells the provider directories
+    std::filesystem::path cimconfig; ///< empty: not there; it only tells how the server is set
+    std::filesystem::path cimserver; ///< empty: not there; it only tells its version
 
-    Arguments loadMof(const std::string& nameSpace, const std::filesystem::path& file) const;
+    /// With `update`, classes that are there in another version are replaced; without, classes that
+    /// are there are left alone. Included files are looked for beside the file.
+    Arguments loadMof(const std::string& nameSpace, const std::filesystem::path& file,
+                      bool update) const;
     Arguments listModules() const;
     Arguments enable(const std::string& module) const;
     Arguments disable(const std::string& module) const;
     Arguments removeModule(const std::string& module) const;
     Arguments classNames(const std::string& nameSpace, const std::string& below = "") const;
-    Arguments getClass(const std::string& nameSpace, const std::string& name) const;
+    /// With `inherited`, what it has of its superclasses comes with it.
+    Arguments getClass(const std::string& nameSpace, const std::string& name,
+                       bool inherited = false) const;
     Arguments deleteClass(const std::string& nameSpace, const std::string& name) const;
+    Arguments qualifiers(const std::string& nameSpace) const;
+    Arguments deleteQualifier(const std::string& nameSpace, const std::string& name) const;
+    Arguments deleteNameSpace(const std::string& nameSpace) const;
     Arguments instances(const std::string& nameSpace, const std::string& className) const;
     Arguments instanceNames(const std::string& nameSpace, const std::string& className) const;
     Arguments references(const std::string& nameSpace, const std::string& className) const;
-    Arguments providerDirectories() const;
+    Arguments configured(const std::string& property) const;
+    Arguments version() const;
 };
 
 /// Where tools are looked for, in order: in `given` alone, or in PEGASUS_HOME/bin, PATH and the
 /// usual places of administrators' programs.
 std::vector<std::filesystem::path> toolDirectories(const std::filesystem::path& given);
+
+/// The program serverprofile-walk: beside this one, or in PATH; empty if there is none.
+std::filesystem::path findWalk();
 
 /// Finds the tools. Those that are not there are left empty and their names appended to `missing`.
 Tools findTools(const std::vector<std::filesystem::path>& directories,

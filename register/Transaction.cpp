@@ -32,6 +32,10 @@ bool Transaction::rollBack() {
     std::vector<Undo> failed;
     for (; !_undos.empty(); _undos.pop_back()) {
         const Undo& undo = _undos.back();
+        if (!failed.empty() && !undo.unlessAll.empty()) {
+            _report.step(undo.unlessAll);
+            continue;
+        }
         _report.step(undo.what);
         try {
             undo.act();

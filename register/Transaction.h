@@ -15,6 +15,9 @@ struct Undo {
     std::string what; ///< what it does, for people
     std::function<void()> act;
     std::string byHand; ///< how a person does it when it failed
+    /// Not done, but left as the step made it, when something that came after the step could not be
+    /// taken back; then this is said instead of `what`.
+    std::string unlessAll = {};
 };
 
 /// Runs steps. After the first that throws, or an interruption, roll back.

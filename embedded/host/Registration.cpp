@@ -220,18 +220,17 @@ void Registration::add(const Capability& capability) {
 void Registration::addLinked(const repository::Repository& repository, const ProviderName& provider,
                              const std::string& location, const std::vector<CIMName>& classNames) {
     const std::size_t before = _capabilities.size();
-    const auto loaded = [&](const CIMNamespaceName& nameSpace, const CIMName& className) {
+    const auto taken = [&](const CIMNamespaceName& nameSpace, const CIMName& className) {
         std::vector<CIMName> all = repository.subClassNames(nameSpace, className, true);
         all.push_back(className);
         return std::any_of(all.begin(), all.end(), [&](const CIMName& name) {
-            return !repository.enumerateInstances(nameSpace, name).empty();
+            return find(nameSpace, name, ProviderType::Instance) != nullptr ||
+                   !repository.enumerateInstances(nameSpace, name).empty();
         });
     };
     for (const CIMNamespaceName& nameSpace : repository.nameSpaces()) {
         for (const CIMName& className : classNames) {
-            if (repository.hasClass(nameSpace, className) &&
-                find(nameSpace, className, ProviderType::Instance) == nullptr &&
-                !loaded(nameSpace, className)) {
+            if (repository.hasClass(nameSpace, className) && !taken(nameSpace, className)) {
                 add({nameSpace, className, ProviderType::Instance, provider});
             }
         }

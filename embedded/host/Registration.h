@@ -56,9 +56,9 @@ class Registration {
 
     /// Registers a module that is part of the program, with one provider, for the instances of
     /// each of the classes in every namespace of `repository` that defines the class, but for those
-    /// where another provider is registered for it, and those that were loaded with instances of
-    /// the class or a subclass: there, these are the objects, and the repository answers. Without
-    /// any of these the module is not registered.
+    /// where another provider is registered for the class or a subclass, and those that were loaded
+    /// with instances of these: there, these are the objects. Without any namespace the module is
+    /// not registered.
     void addLinked(const repository::Repository& repository, const ProviderName& provider,
                    const std::string& location, const std::vector<Pegasus::CIMName>& classNames);
 

@@ -33,14 +33,33 @@ def answer(status, text):
     return {"objects": [] if returned is None else [canonical.text(e) for e in returned]}
 
 
+def own_names(connection):
+    """What the second module says of itself in each server otherwise: the object manager's name and the
+    address. In the store, these are replaced by words."""
+    def name(class_name):
+        try:
+            found = connection.ask("interop", "EnumerateInstanceNames",
+                                   ("ClassName", wire.class_name(class_name)))
+        except wire.cimxml.CimError:
+            return None
+        return next((key.findtext("KEYVALUE") for path in found
+                     for key in path.findall("KEYBINDING[@NAME='Name']")), None)
+    access = name("CIM_CIMXMLCommunicationMechanism") or "http://no access"
+    return ((name("CIM_ObjectManager") or "no manager", "MANAGER"),
+            (access.removeprefix("http://"), "ACCESS"))
+
+
 def record(address, store, say=lambda text: None):
     """Writes the store and returns how many questions there were."""
     connection = wire.Connection(address)
+    own = own_names(connection)
     count, told = 0, time.monotonic()
     with open(store, "w", encoding="utf-8") as out:
         def keep(key, concurrent, reply):
-            out.write(json.dumps({"id": key, "concurrent": concurrent, **reply},
-                                 ensure_ascii=False) + "\n")
+            line = json.dumps({"id": key, "concurrent": concurrent, **reply}, ensure_ascii=False)
+            for name, word in own:
+                line = line.replace(name, word)
+            out.write(line + "\n")
 
         for key, lines in cases.answers(address):
             keep(key, False, {"wire": lines})

@@ -15,6 +15,7 @@ import json
 import pathlib
 import re
 import shutil
+import subprocess
 import sys
 import tempfile
 
@@ -49,6 +50,14 @@ OF_SERVER = ("CIM_Namespace", "CIM_ObjectManager", "CIM_CIMXMLCommunicationMecha
 # module. Only at such a question is it let pass, and asked again from the start.
 ATTEMPTS = 4
 UNSAFE = re.compile(INTEROP + r" (Associator|Reference)(s|Names) .*\bPG_")
+# What cimhost, when it is writable, says of itself by the second module.
+SETTINGS = """ElementName = cimhost
+Description = cimhost, version {version}
+FunctionalProfilesSupported = 2, 5, 6
+Namespaces = interop
+"""
+# The server's own objects that the module reads back, by namespace: shown as a provider publishes them.
+SHOWN = {INTEROP: suite.OF_SERVER, OWN: ("PG_Namespace",)}
 # Of these classes, what objects.mof has is loaded as it is.
 FROM_FILES = ("CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism")
 
@@ -71,6 +80,12 @@ def load(server, *arguments):
         raise RuntimeError(f"cimmof {arguments}: {done.returncode}\n{done.stdout}{done.stderr}")
 
 
+def version(build):
+    said = subprocess.run([build / "bin" / "cimhost", "--version"], check=True,
+                          capture_output=True, text=True)
+    return said.stdout.split()[-1]
+
+
 def served(server):
     connection = asking.Connection(server.address)
     namespaces = suite.served(connection)
@@ -89,6 +104,9 @@ def fill(server, build, wire):
         for file in (SWITCH[0], MODULE, SWITCH[1]):
             load(server, "-aE", "-aV", "-n", namespace, file)
     load(server, "-n", CIMV2, OBJECTS)
+    settings = server.etc / "serverobjects" / "ServerObjectsProvider.conf"
+    settings.parent.mkdir(exist_ok=True)
+    settings.write_text(SETTINGS.format(version=version(build)), encoding="utf-8")
     own = wire.with_name("serverobjects.mof")
     own.write_text(SERVER_OBJECTS.read_text(encoding="utf-8").replace(f', "{CIMV2}"', ""),
                    encoding="utf-8")
@@ -103,22 +121,50 @@ def fill(server, build, wire):
 def mirrored(server, directory):
     """The options with which cimhost serves what `server` does."""
     registered = re.findall(r'\bClassName = "(\w+)"', REGISTRATION.read_text(encoding="utf-8"))
-    files = {**mirror.mirror(server.address, directory, (CIMV2, INTEROP), OF_SERVER,
-                             {*registered, *FROM_FILES}),
-             **mirror.mirror(server.address, directory, (OWN,), OF_SERVER, registered)}
-    return [f"{namespace}={file}" for namespace, file in files.items()] + [
-        f"{namespace}={SWITCH[1]}" for namespace in served(server)]
+    published = mirror.mirror(server.address, directory, suite.NAMESPACES, OF_SERVER,
+                              {*registered, *FROM_FILES, *suite.OF_SERVER})
+    place = directory / "shown"
+    place.mkdir(exist_ok=True)
+    namespaces = served(server)
+    # A server that publishes nothing of itself has the second module's namespaces, and cimhost its own.
+    publishes_itself = INTEROP in namespaces
+    files = [*published.items(), *((namespace, SWITCH[1]) for namespace in namespaces)]
+    if publishes_itself:
+        files += [(f"shown/{namespace}", file) for namespace, classes in SHOWN.items()
+                  for file in mirror.mirror(server.address, place, (namespace,), classes).values()]
+        files.append((INTEROP, shown_registration(directory)))
+    options = [part for namespace, file in files for part in ("--mof", f"{namespace}={file}")]
+    if not publishes_itself:
+        options += [part for namespace in ("root", "root/PG_Internal")
+                    for part in ("--namespace", namespace)]
+    return options
+
+
+def shown_registration(directory):
+    """The registration of the module that shows these objects."""
+    file = directory / "shown.mof"
+    file.write_text("""
+instance of PG_ProviderModule { Name = "Shown"; Vendor = "tests"; Version = "1";
+    InterfaceType = "C++Default"; InterfaceVersion = "2.6.0"; Location = "Shown"; };
+instance of PG_Provider { ProviderModuleName = "Shown"; Name = "Shown"; };
+""" + "".join(f"""
+instance of PG_ProviderCapabilities {{ ProviderModuleName = "Shown"; ProviderName = "Shown";
+    CapabilityID = "{name} in {namespace}"; ProviderType = {{2}}; ClassName = "{name}";
+    Namespaces = {{"{namespace}"}}; }};
+""" for namespace, classes in SHOWN.items() for name in classes), encoding="utf-8")
+    return file
 
 
 def content(mirror_options, wire):
-    given = [*mirror_options, f"{CIMV2}={OBJECTS}", f"root/wire={wire}",
-             f"{INTEROP}={REGISTRATION}"]
-    return [part for option in given for part in ("--mof", option)] + ["--namespace", "root/other"]
+    given = (f"{CIMV2}={OBJECTS}", f"root/wire={wire}", f"{INTEROP}={REGISTRATION}")
+    return [*mirror_options, *(part for option in given for part in ("--mof", option)),
+            "--namespace", "root/other"]
 
 
 def both_recorded(server, build, directory, wire, stores):
     """Writes the two stores, OpenPegasus's and ours."""
-    options = content(mirrored(server, directory), wire)
+    options = [*content(mirrored(server, directory), wire),
+               "--provider-dir", str(build / "tests" / "answers" / "lib")]
     # Writable, as that server is.
     with Served(build, ["--writable", *options], content=False) as served:
         with concurrent.futures.ThreadPoolExecutor() as pool:

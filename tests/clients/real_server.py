@@ -17,15 +17,15 @@ PATIENCE = 120.0  # seconds for a start or an end
 # mounted into them again.
 RUN_DIRECTORIES = ("/tmp", "/var/tmp", "/var/run/tog-pegasus")
 
-# Run by bash below unshare with the directories to be seen, "--", and the server's command. A
-# descriptor keeps hold of what is about to be hidden.
+# Run by bash below unshare with the directories to be seen and where they are seen, "--", and the
+# server's command. A descriptor keeps hold of what is about to be hidden.
 ISOLATE = r"""
 set -euo pipefail
 descriptors=() names=()
 while [ "$1" != -- ]; do
   exec {descriptor}<"$1"
-  descriptors+=("$descriptor") names+=("$1")
-  shift
+  descriptors+=("$descriptor") names+=("$2")
+  shift 2
 done
 shift
 for directory in %s; do
@@ -60,8 +60,10 @@ class RealServer:
 
     `home` inside has copies of the installation's repository and configuration, links to its
     programs and libraries, and an empty provider directory, `providers`. `visible` are directories
-    below /tmp that the server, or what is run beside it, needs. `address` is "127.0.0.1:PORT". At
-    the end the server is asked to stop; if it crashed, or does not end, that is an error.
+    below /tmp that the server, or what is run beside it, needs. For these, `etc` is /etc, a copy of the
+    machine's, and `var_lib` is /var/lib, which has nothing but what is visible there. `address` is
+    "127.0.0.1:PORT". At the end the server is asked to stop; if it crashed, or does not end, that is
+    an error.
     """
 
     def __init__(self, home, visible=(), options=()):
@@ -90,6 +92,13 @@ class RealServer:
                 shutil.copy(self.installation / name, self.home)
         self.providers = self.home / "providers"
         self.providers.mkdir()
+        self.var_lib = self.home / "var_lib"
+        self.var_lib.mkdir()
+        self.etc = self.home / "etc"
+        try:
+            shutil.copytree("/etc", self.etc, symlinks=True)
+        except shutil.Error:
+            pass  # what this user may not read
         (self.home / "trace").mkdir()
         self.environment = {
             **os.environ, "PEGASUS_HOME": str(self.home),
@@ -99,8 +108,9 @@ class RealServer:
     def _start(self):
         self.port = free_port()
         self.address = f"127.0.0.1:{self.port}"
-        below = [path for path in [self.home, self.installation, *self.visible]
-                 if any(str(path).startswith(d + "/") for d in RUN_DIRECTORIES)]
+        seen = [(self.etc, "/etc"), (self.var_lib, "/var/lib")]
+        seen += [(path, path) for path in [self.home, self.installation, *self.visible]
+                 if any(str(path).startswith(d + "/") for d in (*RUN_DIRECTORIES, "/var/lib"))]
         unshare = ["unshare", "--mount"]
         if os.geteuid() != 0:
             unshare += ["--user", "--map-root-user"]
@@ -108,7 +118,7 @@ class RealServer:
             raise CannotIsolate("this user may not isolate a server (unshare --mount)")
         self._log_file = open(self.home / "log", "w+b")
         self._process = subprocess.Popen(
-            [*unshare, "bash", "-c", ISOLATE, "bash", *below, "--",
+            [*unshare, "bash", "-c", ISOLATE, "bash", *(name for pair in seen for name in pair), "--",
              self.installation / "bin" / "cimserver", "daemon=false", f"httpPort={self.port}",
              "enableHttpConnection=true", "enableHttpsConnection=false",
              "enableAuthentication=false", f"providerDir=lib:{self.providers}", *self.options],

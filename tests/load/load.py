@@ -41,6 +41,11 @@ def arguments():
     parser.add_argument("--seed", type=int, default=1, help="of the order of the requests")
     parser.add_argument("--pid", type=int, help="the server's process, to watch it")
     parser.add_argument("--module", default="ServerProfileProviderModule")
+    parser.add_argument("--also", metavar="MODULE",
+                        help="another module whose classes are asked, too; it stays enabled")
+    parser.add_argument("--without", action="append", default=[], metavar="CLASS",
+                        help="leave out the questions to this class, for which the module is "
+                        "registered although the server answers them itself; may be repeated")
     parser.add_argument("--namespace", action="append", metavar="NS",
                         help="ask there; may be repeated; all that the module is registered for, "
                         "unless given")
@@ -81,7 +86,12 @@ def keep(asker, chosen, toggle, report):
             raise Unanswered(f"{chosen.module} is not registered for {namespace}, but for "
                              f"{', '.join(served)}")
     served = {one: served[one] for one in chosen.namespace or served}
-    kept = Kept(asker, mix(asker, served), served)
+    requests = mix(asker, served)
+    if chosen.also:
+        others = registered(asker, chosen.also)
+        requests += mix(asker, {one: {name: kind for name, kind in others.get(one, {}).items()
+                                      if name not in chosen.without} for one in served})
+    kept = Kept(asker, list(dict.fromkeys(requests)), served)
     if isinstance(toggle, Toggle):
         try:
             toggle.run("off")

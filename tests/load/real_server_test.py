@@ -2,46 +2,36 @@
 """The load in its short form against the server of an installed OpenPegasus, with the module in the
 server's process and disabled meanwhile.
 
-usage: real_server_test.py --home PEGASUS_HOME --module LIBRARY
+usage: real_server_test.py --home PEGASUS_HOME --build BUILD-DIRECTORY
 """
 
 import argparse
 import pathlib
-import shutil
 import sys
 
 PLACE = pathlib.Path(__file__).resolve().parent
-SOURCE = PLACE.parent.parent
 sys.path.insert(0, str(PLACE.parent / "clients"))
 
-from real_server import RealServer  # noqa: E402
-from served import NAMESPACES  # noqa: E402
+from installed import NAMESPACES, Installed  # noqa: E402
 
-INTEROP = "root/PG_InterOp"
-CLASSES = ("schema/orvex_switch.mof", "schema/orvex_serverprofile.mof", "samples/sample_switch.mof")
 # Disabling takes the server a second, whatever it does; the others must be many more.
 REQUESTS = "40000"
-
-
-def compile_mof(server, namespace, name):
-    done = server.run(["cimmof", "-aE", "-aV", "-n", namespace, str(SOURCE / name)])
-    if done.returncode != 0:
-        raise RuntimeError(f"cimmof {name} into {namespace}: {done.stdout}{done.stderr}")
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--home", required=True)
-    parser.add_argument("--module", required=True)
+    parser.add_argument("--build", required=True)
+    parser.add_argument("--requests", default=REQUESTS)
     chosen = parser.parse_args()
-    with RealServer(chosen.home, visible=[SOURCE]) as server:
-        shutil.copy(chosen.module, server.providers)
-        for namespace in NAMESPACES:
-            for name in CLASSES:
-                compile_mof(server, namespace, name)
-        compile_mof(server, INTEROP, "schema/serverprofile_registration.mof")
+    namespaces = [word for namespace in NAMESPACES for word in ("--namespace", namespace)]
+    with Installed(chosen.home, chosen.build) as server:
+        # A server that has namespaces of its own answers for them itself, and a few clients at once
+        # that ask it for them end it, with no module registered.
         done = server.run([sys.executable, "-B", str(PLACE / "load.py"), server.address,
-                           "--requests", REQUESTS, "--toggles", "1", "--home", str(server.home)])
+                           "--requests", chosen.requests, "--toggles", "1",
+                           "--home", str(server.home), "--also", "ServerObjectsProviderModule",
+                           "--without", "PG_Namespace", *namespaces])
         print(done.stdout + done.stderr)
     return done.returncode
 

@@ -26,10 +26,16 @@ TEST(Listings, PathsNameTheirClassWithAndWithoutHost) {
               (std::vector<std::string>{"CIM_A", "CIM_B", "CIM_D"}));
 }
 
+TEST(Listings, AConfiguredValueStandsBehindItsLabel) {
+    EXPECT_EQ(configuredValue("Current value: lib:/usr/lib\n"), "lib:/usr/lib");
+    EXPECT_EQ(configuredValue("Current value: \n"), "");
+    EXPECT_EQ(configuredValue("Current value can not be determined\n"), "");
+}
+
 TEST(Listings, RelativeProviderDirectoriesAreBelowTheHome) {
-    EXPECT_EQ(configuredDirectories("Current value: lib:/usr/lib64/Pegasus/providers\n", "/home/x"),
+    EXPECT_EQ(directoriesOf("lib:/usr/lib64/Pegasus/providers", "/home/x"),
               (std::vector<std::filesystem::path>{"/home/x/lib", "/usr/lib64/Pegasus/providers"}));
-    EXPECT_TRUE(configuredDirectories("Current value can not be determined\n", "/").empty());
+    EXPECT_TRUE(directoriesOf("", "/").empty());
 }
 
 } // namespace

@@ -21,7 +21,8 @@ TEST(Mof, ReadsClassesWithVersionSuperclassAndReferences) {
                             "#pragma locale (\"en_US\")\n"
                             "Qualifier Key : boolean = false, Scope(property);\n"
                             "[Version(\"1.\" \"2.3\"), Description(\"class [ \\\" ]\")]\n"
-                            "class A : B { [Key] string x; };\n"
+                            "class A : B { [Key] string x; string y[] = {\"a;\"};\n"
+                            "  [Description(\"Key\")] uint8 m([IN] A REF p, string q[]); };\n"
                             "/* class Not {}; */\n"
                             "[Association] class C { [Key] A REF One; D ref Other; E REF Third; };",
                             "x.mof");
@@ -29,6 +30,10 @@ TEST(Mof, ReadsClassesWithVersionSuperclassAndReferences) {
     EXPECT_EQ(mof.classes[0].name, "A");
     EXPECT_EQ(mof.classes[0].superclass, "B");
     EXPECT_EQ(mof.classes[0].version, "1.2.3");
+    EXPECT_EQ(mof.classes[0].keys, std::vector<std::string>{"x"});
+    EXPECT_TRUE(mof.classes[0].references.empty());
+    EXPECT_EQ(mof.qualifiers, std::vector<std::string>{"Key"});
+    EXPECT_EQ(mof.classes[1].keys, std::vector<std::string>{"One"});
     EXPECT_EQ(mof.classes[1].superclass, "");
     EXPECT_EQ(mof.classes[1].version, "");
     EXPECT_EQ(mof.classes[1].references, (std::vector<std::string>{"A", "D", "E"}));
@@ -60,7 +65,7 @@ TEST(Mof, AnErrorSaysWhereAndWhat) {
               "x.mof:3: a class or an instance is expected, not 'blah'");
     EXPECT_EQ(complaintAbout("instance of A {\n x = ;\n};"),
               "x.mof:2: a name or a value is expected, not ';'");
-    EXPECT_EQ(complaintAbout("class A {"), "x.mof:1: more is expected, not the end");
+    EXPECT_EQ(complaintAbout("class A {"), "x.mof:1: a name or a value is expected, not the end");
     EXPECT_EQ(complaintAbout("instance of A { x = \"a\n\"; };"), "x.mof:1: a string has no end");
     EXPECT_EQ(complaintAbout("/* no end"), "x.mof:1: a comment has no end");
     EXPECT_EQ(complaintAbout("instance of A { x = {1 2}; };"), "x.mof:1: '}' is expected, not '2'");

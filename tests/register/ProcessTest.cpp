@@ -23,6 +23,14 @@ TEST(Process, MuchOutputIsReadToTheEnd) {
     EXPECT_EQ(shell("head -c 3000000 /dev/zero").out.size(), 3000000U);
 }
 
+TEST(Process, OneThatPrintsWithoutEndIsKilled) {
+    const Outcome outcome = shell("cat /dev/zero & exec cat /dev/zero");
+    EXPECT_TRUE(outcome.tooMuch);
+    EXPECT_FALSE(outcome.ok());
+    EXPECT_LT(outcome.out.size(), 17U * 1024 * 1024);
+    EXPECT_EQ(describe(outcome).substr(0, 31), "printed too much and was killed");
+}
+
 TEST(Process, OneThatHangsIsKilledWithItsChildren) {
     const Outcome outcome = shell("sleep 100 & sleep 100; echo never", seconds(1));
     EXPECT_TRUE(outcome.timedOut);

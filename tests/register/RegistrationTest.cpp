@@ -1,6 +1,4 @@
-#include "register/Registration.h"
-
-#include "register/Names.h"
+#include "register/Content.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +8,7 @@ namespace {
 class TheRegistration : public testing::Test {
   protected:
     const Content content = readContent(SCHEMA_DIR);
-    const Registration registration = content.registration;
+    const Registration registration = content.modules.front().registration;
 
     // The registration with one property of one capability given other items.
     Registration with(const char* name, std::vector<std::string> items) const {
@@ -25,7 +23,7 @@ class TheRegistration : public testing::Test {
 TEST_F(TheRegistration, NamesItsModuleLibraryAndClasses) {
     EXPECT_EQ(registration.module(), "ServerProfileProviderModule");
     EXPECT_EQ(registration.library(), "libServerProfileProvider.so");
-    EXPECT_EQ(joined(registration.nameSpaces()), "root/cimv2 and root/PG_InterOp");
+    EXPECT_EQ(joined(registration.nameSpaces()), "interop, root/cimv2 and root/PG_InterOp");
     const std::vector<Instance> capabilities = registration.capabilities();
     ASSERT_EQ(capabilities.size(), 12U);
     EXPECT_EQ(capabilityName(capabilities.front()), "CIM_RegisteredProfile");
@@ -33,12 +31,45 @@ TEST_F(TheRegistration, NamesItsModuleLibraryAndClasses) {
     EXPECT_FALSE(forInstancesAlone(capabilities.back()));
 }
 
+TEST_F(TheRegistration, OfTheServersOwnObjectsNamesItsModuleAndProvider) {
+    ASSERT_EQ(content.modules.size(), 2U);
+    EXPECT_FALSE(content.modules.front().serverObjects);
+    EXPECT_TRUE(content.modules.back().serverObjects);
+    const Registration& objects = content.modules.back().registration;
+    EXPECT_EQ(objects.module(), "ServerObjectsProviderModule");
+    EXPECT_EQ(objects.provider(), "ServerObjectsProvider");
+    EXPECT_EQ(objects.library(), "libServerObjectsProvider.so");
+    EXPECT_EQ(objects.capabilities().size(), 3U);
+}
+
 TEST_F(TheRegistration, ItsSchemaBringsThreeClassesInTheirOrder) {
-    ASSERT_EQ(content.schema.size(), 3U);
-    EXPECT_EQ(content.schema[0].name, "ORVEX_ObjectManagerHost");
-    EXPECT_EQ(content.schema[2].superclass, "CIM_ElementSoftwareIdentity");
-    EXPECT_EQ(content.schema[2].references, std::vector<std::string>{"ORVEX_SoftwareIdentity"});
-    EXPECT_EQ(content.schema[2].version, "1.0.0");
+    const std::vector<Class>& own = content.own.classes;
+    ASSERT_EQ(own.size(), 3U);
+    EXPECT_EQ(own[0].name, "ORVEX_ObjectManagerHost");
+    EXPECT_EQ(own[2].superclass, "CIM_ElementSoftwareIdentity");
+    EXPECT_EQ(own[2].references, std::vector<std::string>{"ORVEX_SoftwareIdentity"});
+    EXPECT_EQ(own[2].version, "1.0.0");
+}
+
+TEST_F(TheRegistration, EachClassOfTheBaseSchemaStandsAfterThoseThatItNeeds) {
+    NameSet declared;
+    for (const Class& one : content.base.classes) {
+        EXPECT_TRUE(one.superclass.empty() || declared.count(one.superclass) != 0) << one.name;
+        for (const std::string& end : one.references)
+            EXPECT_NE(declared.count(end), 0U) << one.name;
+        declared.insert(one.name);
+    }
+    EXPECT_GE(declared.size(), 30U);
+    EXPECT_TRUE(hasName(content.base.qualifiers, "Key"));
+}
+
+TEST_F(TheRegistration, KeysAreThoseThatAClassDeclaresAndThoseThatItInherits) {
+    const auto keys = content.keys();
+    EXPECT_EQ(keys.at("ORVEX_ObjectManagerHost"), (NameSet{"CreationClassName", "Name"}));
+    EXPECT_EQ(keys.at("CIM_HostedService"), (NameSet{"Antecedent", "Dependent"}));
+    EXPECT_EQ(keys.at("PG_ObjectManager"),
+              (NameSet{"CreationClassName", "Name", "SystemCreationClassName", "SystemName"}));
+    EXPECT_TRUE(keys.at("CIM_ManagedElement").empty());
 }
 
 TEST_F(TheRegistration, ServingElsewhereChangesEachListAndNothingElse) {
@@ -52,9 +83,9 @@ TEST_F(TheRegistration, ServingElsewhereChangesEachListAndNothingElse) {
 
 TEST_F(TheRegistration, IsTheSameWhateverTheOrderAndCaseOfNamespacesAndTheModulesState) {
     EXPECT_TRUE(differences(registration, registration).empty());
-    EXPECT_TRUE(
-        differences(registration, with("Namespaces", {"\"root/pg_interop\"", "\"root/cimv2\""}))
-            .empty());
+    EXPECT_TRUE(differences(registration, with("Namespaces", {"\"root/pg_interop\"", "\"Interop\"",
+                                                              "\"root/cimv2\""}))
+                    .empty());
     std::vector<Instance> instances = registration.instances();
     instances.front().properties.push_back({"OperationalStatus", true, {"10"}});
     EXPECT_TRUE(differences(registration, Registration(instances)).empty());
@@ -69,7 +100,7 @@ TEST_F(TheRegistration, EachDifferenceIsNamed) {
     };
     EXPECT_EQ(texts(with("Namespaces", {"\"root/cimv2\""})),
               "ORVEX_ElementSoftwareIdentity|the capability ORVEX_ElementSoftwareIdentity has "
-              "Namespaces root/cimv2 instead of root/cimv2 and root/PG_InterOp\n");
+              "Namespaces root/cimv2 instead of interop, root/cimv2 and root/PG_InterOp\n");
     EXPECT_EQ(texts(with("ProviderType", {"2"})),
               "ORVEX_ElementSoftwareIdentity|the capability ORVEX_ElementSoftwareIdentity has "
               "ProviderType 2 instead of 2 and 3\n");

@@ -52,5 +52,18 @@ TEST_F(Steps, OneThatCannotBeTakenBackDoesNotKeepTheOthers) {
         std::string::npos);
 }
 
+TEST_F(Steps, OneThatTellsOfTheOthersStaysWhileTheyDo) {
+    for (const bool goesBack : {true, false}) {
+        log.clear();
+        transaction.step("writing down", [] {},
+                         {"deleting", [&] { log += "-record"; }, "by hand", "leaving it"});
+        step("a", true, goesBack);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(transaction.rollBack(), goesBack);
+        testing::internal::GetCapturedStderr();
+        EXPECT_EQ(log, goesBack ? "a-a-record" : "a-a");
+    }
+}
+
 } // namespace
 } // namespace registering

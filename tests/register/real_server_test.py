@@ -10,19 +10,20 @@ import sys
 import tempfile
 import unittest
 
-from scenarios import HERE, SCHEMA, Scenarios
+from scenarios import HERE, MODULE, SCHEMA, Scenarios
 
 sys.path.insert(0, str(HERE.parent / "clients"))
 from real_server import RealServer  # pylint: disable=wrong-import-position
 
 LIBRARY = "libServerProfileProvider.so"
+SOURCE = HERE.parent.parent
 REGISTRATION = ("PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities")
 
 
 class Server(RealServer):
     """What the scenarios want of a server."""
 
-    namespaces = ["root/cimv2", "root/PG_InterOp"]
+    namespaces = ["root/cimv2", "root/PG_InterOp", "interop"]
 
     def call(self, name, arguments):
         done = self.run([name, *arguments])
@@ -36,7 +37,19 @@ class Server(RealServer):
 
     def fill(self, namespace):
         self.ask("cimmof", "-w", "-n", namespace, "-I", str(SCHEMA), str(SCHEMA / "cim_schema.mof"))
-        self.namespaces = [*self.namespaces, namespace]
+        self.namespaces = list(dict.fromkeys([*self.namespaces, namespace]))
+
+    def clear(self, namespace):
+        names = [name for file in ("core", "system", "software", "interop") for name in
+                 re.findall(r"^class (\w+)", (SCHEMA / f"cim_{file}.mof").read_text(), re.M)]
+        for name in reversed(names):
+            self.ask("cimcli", "dc", name, "-n", namespace)
+        for name in self.qualifiers(namespace):
+            self.ask("cimcli", "dq", name, "-n", namespace)
+        self.ask("cimcli", "di", '__Namespace.Name=""', "-n", namespace)
+
+    def qualifiers(self, namespace):
+        return re.findall(r"^Qualifier (\w+)", self.ask("cimcli", "eq", "-n", namespace), re.M)
 
     def snapshot(self):
         state = {"modules": sorted(self.ask("cimprovider", "-l", "-s").split("\n")),
@@ -46,10 +59,13 @@ class Server(RealServer):
             listed = self.ask("cimcli", "ei", name, "-n", "root/PG_InterOp")
             state[name] = sorted(listed.split("\n// path= "))
         for namespace in self.namespaces:
+            if self.run(["cimcli", "nc", "-n", namespace]).returncode == 3:
+                continue  # there is no such namespace
+            state["qualifiers of " + namespace] = sorted(self.qualifiers(namespace))
             names = sorted(self.ask("cimcli", "nc", "-di", "-n", namespace).split())
             state[namespace] = {name: "" for name in names}
             for name in names:
-                if name.startswith("ORVEX_"):
+                if name.startswith("ORVEX_") or namespace == "interop":
                     state[namespace][name] = self.ask("cimcli", "gc", name, "-n", namespace)
         return state
 
@@ -64,23 +80,28 @@ class Server(RealServer):
 class WithRealServer(Scenarios, unittest.TestCase):
     maxDiff = None
     home = ""
-    module = ""
+    modules = ()
+
+    def locate(self):
+        self.settings = self.server.etc / "serverobjects" / "ServerObjectsProvider.conf"
+        self.record = self.server.var_lib / "serverprofile-provider" / "record"
+        return []
 
     @classmethod
     def setUpClass(cls):
         directory = tempfile.TemporaryDirectory()
         cls.addClassCleanup(directory.cleanup)
         cls.parent = directory.name
-        source = HERE.parent.parent
         build = pathlib.Path(cls.tool).resolve().parent.parent
-        cls.server = Server(cls.home, [directory.name, source, build])
+        cls.server = Server(cls.home, [directory.name, SOURCE, build])
         cls.server.__enter__()
         cls.addClassCleanup(cls.server.__exit__, None, None, None)
-        shutil.copy(cls.module, cls.server.providers / LIBRARY)
+        for module in cls.modules:
+            shutil.copy(module, cls.server.providers)
 
     def test_the_module_answers_what_it_registers_for(self):
         self.tool_says(["install"], 0)
-        for namespace in ("root/cimv2", "root/PG_InterOp"):
+        for namespace in ("root/cimv2", "interop"):
             names = self.server.ask("cimcli", "ni", "CIM_RegisteredProfile", "-n", namespace)
             self.assertEqual(len(re.findall(r"^CIM_Registered", names, re.M)), 6, names)
         self.tool_says(["remove"], 0)
@@ -97,12 +118,12 @@ class WithRealServer(Scenarios, unittest.TestCase):
             library.write_text("no library")
             self.assertRegex(self.tool_says(["status"], 1), "WRONG  .* cannot be loaded: ")
         finally:
-            shutil.copy(self.module, library)
+            shutil.copy(self.modules[0], library)
 
     def test_an_instance_that_others_made_keeps_its_class(self):
         self.tool_says(["install"], 0)
-        self.by_hand("cimprovider", "-d", "-m", "ServerProfileProviderModule")
-        self.by_hand("cimprovider", "-r", "-m", "ServerProfileProviderModule")
+        self.by_hand("cimprovider", "-d", "-m", MODULE)
+        self.by_hand("cimprovider", "-r", "-m", MODULE)
         self.by_hand("cimcli", "ci", "ORVEX_SoftwareIdentity", "InstanceID=other", "-n",
                      "root/cimv2")
         self.assertIn("kept root/cimv2:ORVEX_SoftwareIdentity: others have instances of it",
@@ -119,11 +140,60 @@ class WithRealServer(Scenarios, unittest.TestCase):
         self.assertIn("did not end in time and was killed", said)
 
 
+class AClientsWalk(unittest.TestCase):
+    """What it is all for: the profile, installed with nothing but the tool beside a switch's own
+    providers, is whole for a client."""
+
+    maxDiff = None
+    home = ""
+    tool = ""
+    modules = ()
+
+    def test_is_whole_in_each_namespace_and_nothing_is_left_when_all_is_removed(self):
+        build = pathlib.Path(self.tool).resolve().parent.parent
+        with Server(self.home, [SOURCE, build]) as server:
+            for module in self.modules:
+                shutil.copy(module, server.providers)
+            before = server.snapshot()
+
+            def says(*arguments):
+                done = server.run(["env", f"PATH={SOURCE / 'walk'}:{server.environment['PATH']}",
+                                   self.tool, *arguments, "--mof", SCHEMA])
+                self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+                return done.stdout
+
+            says("install")
+            for namespace in ("interop", "root/cimv2"):
+                for file in (SCHEMA / "orvex_switch.mof", SOURCE / "samples" / "sample_switch.mof"):
+                    server.ask("cimmof", "-uc", "-aEV", "-n", namespace, str(file))
+            said = says("status")
+            for namespace in ("interop", "root/cimv2"):
+                self.assertRegex(said,
+                                 rf"ok     a client's walk is whole in {namespace}: [1-9]\d\d+ ")
+            self.assertIn("kept the namespace interop", says("remove"))
+            self.take_out_the_switch(server)
+            says("remove")
+            self.assertEqual(server.snapshot(), before)
+
+    @staticmethod
+    def take_out_the_switch(server):
+        text = (SCHEMA / "orvex_switch.mof").read_text()
+        for namespace in ("interop", "root/cimv2"):
+            for name in reversed(re.findall(r"^class (\w+)", text, re.M)):
+                for path in server.ask("cimcli", "ni", name, "-n", namespace).split("\n"):
+                    if path.strip():
+                        server.ask("cimcli", "di", path.strip(), "-n", namespace)
+                server.ask("cimcli", "dc", name, "-n", namespace)
+
+
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
-    for name in ("--home", "--tool", "--client", "--module"):
+    for name in ("--home", "--tool", "--client"):
         parser.add_argument(name, required=True)
+    parser.add_argument("--modules", nargs=2, required=True,
+                        help="the profile's module and that of the server's own objects")
     known, rest = parser.parse_known_args()
-    for name in ("home", "tool", "client", "module"):
+    for name in ("home", "tool", "client", "modules"):
         setattr(WithRealServer, name, getattr(known, name))
+        setattr(AClientsWalk, name, getattr(known, name))
     unittest.main(argv=[sys.argv[0], *rest])

@@ -1,9 +1,12 @@
 """A server that is a dictionary, and its tools: enough of them for serverprofile-register, with the
 words and exit codes of the real ones.
 
-The state is {"namespaces": {NAME: {CLASS: {"super", "version", "refs", "text"}}}, "registered":
-[INSTANCE...], "stored": [[NAMESPACE, CLASS]...], "providers": DIRECTORIES}, an INSTANCE being
-{"class", "properties": {NAME: MOF}}.
+It is like one that is built as usual: its interop namespace is root/PG_InterOp, where it has an object
+manager of its own, and it answers for PG_Namespace everywhere.
+
+The state is {"namespaces": {NAME: {CLASS: {"super", "version", "refs", "keys", "text"}}},
+"qualifiers": {NAME: [QUALIFIER...]}, "registered": [INSTANCE...], "stored": [[NAMESPACE, CLASS]...],
+"configured": {PROPERTY: VALUE}}, an INSTANCE being {"class", "properties": {NAME: MOF}}.
 """
 
 import pathlib
@@ -11,6 +14,9 @@ import re
 
 CLASS = re.compile(r"((?:\[(?:\"(?:\\.|[^\"])*\"|[^\]\"])*\]\s*)?class\s+(\w+)(?:\s*:\s*(\w+))?"
                    r"\s*\{.*?\n\};)", re.S)
+QUALIFIER = re.compile(r"^Qualifier\s+(\w+)", re.M | re.I)
+KEY = re.compile(r"\[Key\b(?:\"(?:\\.|[^\"])*\"|[^\]\"])*\]\s*(\w+(?:\s+REF)?\s+\w+)")
+INCLUDE = re.compile(r'^#pragma include \("(.*)"\)', re.M)
 INSTANCE = re.compile(r"instance of (\w+)\s*\{(.*?)\n\};", re.S)
 PROPERTY = re.compile(r"(\w+)\s*=\s*(.*?);", re.S)
 KEYS = {"PG_ProviderModule": ["Name"], "PG_Provider": ["ProviderModuleName", "Name"],
@@ -57,14 +63,24 @@ class Cimmof(Tool):
     def __init__(self, state, arguments):
         super().__init__(state)
         self.update = "-uc" in arguments
-        self.classes = state["namespaces"].setdefault(
-            arguments[arguments.index("-n") + 1], {})
-        self.text = re.sub(r"^\s*//.*$", "", pathlib.Path(arguments[-1]).read_text(), flags=re.M)
+        namespace = arguments[arguments.index("-n") + 1]
+        self.classes = state["namespaces"].setdefault(namespace, {})
+        self.qualifiers = state["qualifiers"].setdefault(namespace, [])
+        self.include = (pathlib.Path(arguments[arguments.index("-I") + 1]) if "-I" in arguments
+                        else None)
+        self.file = pathlib.Path(arguments[-1])
 
     def run(self):
-        for text, name, above in CLASS.findall(self.text):
-            self.add_class(text, name, above)
-        for name, body in INSTANCE.findall(self.text):
+        self.compile(self.file)
+
+    def compile(self, file):
+        text = re.sub(r"^\s*//.*$", "", file.read_text(), flags=re.M)
+        for name in INCLUDE.findall(text):
+            self.compile(self.include / name)
+        self.qualifiers += [q for q in QUALIFIER.findall(text) if q not in self.qualifiers]
+        for declaration, name, above in CLASS.findall(text):
+            self.add_class(declaration, name, above)
+        for name, body in INSTANCE.findall(text):
             self.add_instance(name, body)
 
     def add_class(self, text, name, above):
@@ -74,9 +90,13 @@ class Cimmof(Tool):
         if name in self.classes and not self.update:
             self.err += (f"Warning:  Class {name} already exists in the repository\n")
             return
+        if "Version" in text and "Version" not in self.qualifiers:
+            raise Refused(250, "Parsing error: Could not find declaration for Qualifier named "
+                               "Version\n")
         version = re.search(r'Version\s*\(\s*"([^"]*)"', text)
         self.classes[name] = {"super": above, "version": version[1] if version else "",
-                              "refs": re.findall(r"(\w+)\s+REF\s", text), "text": text}
+                              "refs": re.findall(r"(\w+)\s+REF\s", text),
+                              "keys": KEY.findall(text), "text": text}
 
     def add_instance(self, name, body):
         properties = dict(PROPERTY.findall(body))
@@ -140,12 +160,15 @@ class Cimcli(Tool):
         self.command = arguments[0]
         self.name = arguments[1] if not arguments[1].startswith("-") else ""
         self.namespace = arguments[arguments.index("-n") + 1]
+        self.whole = "-nlo" in arguments
 
     def run(self):
         if self.namespace not in self.state["namespaces"]:
             raise status(3, "INVALID_NAMESPACE", self.namespace, self.command)
         self.classes = self.state["namespaces"][self.namespace]
-        if self.name and self.name not in self.classes:
+        self.qualifiers = self.state["qualifiers"][self.namespace]
+        if (self.name and self.command not in ("dq", "di") and
+                self.name not in self.classes):
             raise (status(6, "NOT_FOUND", self.name, self.command)
                    if self.command in ("gc", "dc") else
                    status(5, "INVALID_CLASS", self.name, self.command))
@@ -161,7 +184,30 @@ class Cimcli(Tool):
 
     def gc(self):
         line = "// " + "=" * 51
-        self.say(f"\n{line}\n// {self.name}\n{line}\n\n{self.classes[self.name]['text']}")
+        text = self.classes[self.name]["text"]
+        if self.whole:
+            keys = [key for name in chain(self.classes, self.name)
+                    for key in self.classes[name]["keys"]]
+            text = f"class {self.name}\n{{\n" + "".join(f"    [Key] {k};\n" for k in keys) + "};"
+        self.say(f"\n{line}\n// {self.name}\n{line}\n\n{text}")
+
+    def eq(self):
+        for name in self.qualifiers:
+            self.say(f"\nQualifier {name} : boolean = FALSE, Scope(property method),\n"
+                     "    Flavor(DisableOverride, ToSubclass);")
+
+    def dq(self):
+        if self.name not in self.qualifiers:
+            raise status(6, "NOT_FOUND", self.name, "dq")
+        self.qualifiers.remove(self.name)
+
+    def di(self):
+        if self.name != '__Namespace.Name=""':
+            raise status(6, "NOT_FOUND", self.name, "di")
+        if self.classes or self.qualifiers:
+            raise status(1, "FAILED",
+                         f"Attempt to delete a non-empty namespace: {self.namespace}", "di")
+        del self.state["namespaces"][self.namespace], self.state["qualifiers"][self.namespace]
 
     def dc(self):
         if len(self.below(self.name)) > 1:
@@ -182,7 +228,9 @@ class Cimcli(Tool):
 
     def ni(self):
         for name in self.below(self.name):
-            if [self.namespace, name] in self.state["stored"] or self.served(name):
+            if ([self.namespace, name] in self.state["stored"] or self.served(name)
+                    or name == "PG_Namespace"
+                    or (name, self.namespace) == ("PG_ObjectManager", "root/PG_InterOp")):
                 self.say(f'{name}.InstanceID="x"')
 
     def served(self, name):
@@ -209,12 +257,25 @@ class Cimconfig(Tool):
         self.arguments = arguments
 
     def run(self):
-        if self.arguments != ["-g", "providerDir", "-c"]:
+        get, name, current = self.arguments
+        if (get, current) != ("-g", "-c") or name not in self.state["configured"]:
             raise Refused(1, "Invalid property name\n")
-        self.say("Current value: " + self.state["providers"])
+        self.say("Current value: " + self.state["configured"][name])
 
 
-TOOLS = {"cimmof": Cimmof, "cimprovider": Cimprovider, "cimcli": Cimcli, "cimconfig": Cimconfig}
+class Cimserver(Tool):
+    def __init__(self, state, arguments):
+        super().__init__(state)
+        self.arguments = arguments
+
+    def run(self):
+        if self.arguments != ["--version"]:
+            raise Refused(1, "the server runs already\n")
+        self.say("2.14.4\n")
+
+
+TOOLS = {"cimmof": Cimmof, "cimprovider": Cimprovider, "cimcli": Cimcli, "cimconfig": Cimconfig,
+         "cimserver": Cimserver}
 
 
 def call(state, name, arguments):

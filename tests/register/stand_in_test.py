@@ -3,9 +3,11 @@
 
 import argparse
 import copy
+import json
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import unittest
@@ -14,15 +16,17 @@ import stand_in
 from scenarios import SCHEMA, Scenarios
 
 LIBRARIES = pathlib.Path()
-CIM = ("cim_core", "cim_system", "cim_software", "cim_interop")
-
-
-def schema(*names):
-    """The project's MOF in the stand-in's form."""
-    state = {"namespaces": {}, "registered": []}
-    for name in names:
-        stand_in.Cimmof(state, ["-n", "root", str(SCHEMA / f"{name}.mof")]).run()
-    return state["namespaces"]["root"]
+# Stands for serverprofile-walk: writes down what it was asked, and says what the test has put there.
+WALK = """#!{}
+import json, pathlib, sys
+here = pathlib.Path(__file__).parent
+with open(here / "asked", "a") as file:
+    print(*sys.argv[1:], file=file)
+name = sys.argv[sys.argv.index("--namespace") + 1].split("/")[-1]
+code, text = json.loads((here / "verdicts").read_text())[name]
+print(text)
+sys.exit(code)
+"""
 
 
 class StandIn:
@@ -30,15 +34,24 @@ class StandIn:
 
     def __init__(self):
         self.state = {
-            "namespaces": {"root/cimv2": schema(*CIM),
-                           "root/PG_InterOp": schema(*CIM, "pg_registration", "pg_server")},
-            "registered": [], "stored": [], "providers": f"lib:{LIBRARIES / 'good'}"}
+            "namespaces": {}, "qualifiers": {}, "registered": [], "stored": [],
+            "configured": {"providerDir": f"lib:{LIBRARIES / 'good'}"}}
+        self.fill("root/cimv2")
+        self.fill("root/PG_InterOp", "pg_registration", "pg_server")
+        for name in ("PG_RegisteredProfile", "PG_ElementConformsToProfile"):
+            self.state["namespaces"]["root/PG_InterOp"][name] = {
+                "super": "CIM" + name[2:], "version": "", "refs": [], "keys": [], "text": ""}
 
     def call(self, name, arguments):
         return stand_in.call(self.state, name, arguments)
 
-    def fill(self, namespace):
-        self.state["namespaces"][namespace] = schema(*CIM)
+    def fill(self, namespace, *more):
+        for name in ("cim_schema", *more):
+            stand_in.Cimmof(self.state, ["-n", namespace, "-I", str(SCHEMA),
+                                         str(SCHEMA / f"{name}.mof")]).run()
+
+    def clear(self, namespace):
+        del self.state["namespaces"][namespace], self.state["qualifiers"][namespace]
 
     def snapshot(self):
         state = copy.deepcopy(self.state)
@@ -46,6 +59,8 @@ class StandIn:
             for name, value in instance["properties"].items():
                 instance["properties"][name] = re.sub(r"\s", "", value)
         state["registered"].sort(key=str)
+        for names in state["qualifiers"].values():
+            names.sort()
         return state
 
     def run(self, command):
@@ -67,6 +82,11 @@ class WithStandIn(Scenarios, unittest.TestCase):
         self.server = StandIn()
         super().setUp()
 
+    def locate(self):
+        self.settings = self.place / "etc" / "ServerObjectsProvider.conf"
+        self.record = self.place / "var" / "record"
+        return ["--settings-dir", self.settings.parent, "--record", self.record]
+
     def test_a_library_that_the_server_cannot_load_is_said(self):
         damaged = self.place / "damaged"
         damaged.mkdir()
@@ -78,20 +98,20 @@ class WithStandIn(Scenarios, unittest.TestCase):
                 (damaged, "cannot be loaded: .*too short"),
                 (self.place, "the server finds no libServerProfileProvider.so in ")):
             with self.subTest(library=library):
-                self.server.state["providers"] = str(library)
-                before = self.server.snapshot()
+                self.server.state["configured"]["providerDir"] = str(library)
+                before = self.state()
                 for command in ("install", "status"):
                     self.assertRegex(self.tool_says([command], 1), f"WRONG  .*{problem}")
                 self.assertStateIs(before)
-        self.server.state["providers"] = self.pristine["providers"]
+        self.server.state["configured"] = self.pristine["configured"]
 
     def test_status_asks_for_nothing_that_loads_a_wrong_library(self):
         self.tool_says(["install"], 0)
-        self.server.state["providers"] = str(LIBRARIES / "embedded")
+        self.server.state["configured"]["providerDir"] = str(LIBRARIES / "embedded")
         said = self.tool_says(["status"], 1)
         self.assertIn("no requests are tried, as the server would load that library", said)
         self.assertNotIn("from the module", said)
-        self.server.state["providers"] = self.pristine["providers"]
+        self.server.state["configured"] = self.pristine["configured"]
 
     def test_a_library_that_the_server_would_not_load_is_said(self):
         other = LIBRARIES / "undefined" / "libServerProfileProvider.so"
@@ -99,6 +119,84 @@ class WithStandIn(Scenarios, unittest.TestCase):
         self.assertIn(f"WRONG  {other} is not what the server loads; that is "
                       f"{LIBRARIES}/good/libServerProfileProvider.so", said)
         self.tool_says(["status", "--library", LIBRARIES / "good/libServerProfileProvider.so"], 1)
+
+    # --- a client's walk
+
+    def walk(self, **verdicts):
+        """Puts a serverprofile-walk beside a copy of the tool. `verdicts` are (exit code, output) by
+        the last part of the namespace's name."""
+        directory = self.place / "bin"
+        if not directory.exists():
+            directory.mkdir()
+            self.tool = shutil.copy(self.tool, directory)
+            (directory / "serverprofile-walk").write_text(WALK.format(sys.executable))
+            (directory / "serverprofile-walk").chmod(0o755)
+        (directory / "verdicts").write_text(json.dumps(verdicts))
+        return directory / "asked"
+
+    @staticmethod
+    def verdict(*problems, error=None):
+        return json.dumps({
+            "format": 1, "whole": not problems and not error, "questions": 418, "error": error,
+            "wrongs": [{"command": f"wbemcli ein 'http://x:{number}'",
+                        "problems": [{"text": text, "advice": None}]}
+                       for number, text in enumerate(problems)]})
+
+    def test_status_says_whether_a_clients_walk_is_whole(self):
+        self.tool_says(["install"], 0)
+        asked = self.walk(interop=(0, self.verdict()), cimv2=(0, self.verdict()))
+        url = "http://127.0.0.1:15988"
+        said = self.tool_says(["status", "--url", url], 0)
+        for namespace in ("interop", "root/cimv2"):
+            self.assertIn(f"ok     a client's walk is whole in {namespace}: 418 questions", said)
+        self.assertEqual(asked.read_text().splitlines(), [
+            f"--json --timeout 60 --namespace {namespace} {url}"
+            for namespace in ("interop", "root/cimv2")])
+
+    def test_status_names_what_breaks_a_clients_walk_and_not_without_end(self):
+        self.tool_says(["install"], 0)
+        self.walk(interop=(1, self.verdict("CIM_Namespace is\nmissing")),
+                  cimv2=(1, self.verdict(*(f"no {number}" for number in range(20)))))
+        said = self.tool_says(["status", "--url", "http://x"], 1)
+        self.assertIn("WRONG  a client's walk in interop: wbemcli ein 'http://x:0': CIM_Namespace is "
+                      "missing", said)
+        self.assertEqual(len(re.findall("WRONG  a client's walk in root/cimv2", said)), 5)
+        self.assertIn("15 more are wrong in root/cimv2: serverprofile-walk --namespace root/cimv2 "
+                      "http://x", said)
+        self.assertIn("6 WRONG", said)
+        self.walk(interop=(1, self.verdict(error="the server stopped answering")),
+                  cimv2=(0, self.verdict()))
+        self.assertIn("WRONG  a client's walk in interop: the server stopped answering",
+                      self.tool_says(["status", "--url", "http://x"], 1))
+
+    def test_status_says_why_it_did_not_walk_and_how_to(self):
+        self.tool_says(["install"], 0)
+        self.walk(interop=(3, self.verdict(error="http://x: Connection refused")),
+                  cimv2=(1, "no verdict"))
+        said = self.tool_says(["status", "--url", "http://x"], 0)
+        self.assertRegex(said, "note   .* in interop was not found out: http://x: Connection "
+                               "refused; .*--url.* serverprofile-walk --namespace interop http://x")
+        self.assertRegex(said, "note   .* in root/cimv2 was not found out: .* is not understood")
+        self.assertRegex(self.tool_says(["status"], 0), "note   .* say it with --url")
+        (self.place / "bin" / "serverprofile-walk").unlink()
+        self.assertRegex(self.tool_says(["status"], 0),
+                         "note   .* there is no serverprofile-walk .*; install it")
+
+    def test_the_walk_goes_where_the_servers_configuration_says(self):
+        self.tool_says(["install"], 0)
+        asked = self.walk(interop=(0, self.verdict()), cimv2=(0, self.verdict()))
+        for configured, url in (
+                ({"enableHttpConnection": "true", "httpPort": "15988"}, "http://127.0.0.1:15988"),
+                ({"enableHttpConnection": "true"}, "http://127.0.0.1:5988"),
+                ({"enableHttpConnection": "false", "httpPort": "5988", "httpsPort": "15989",
+                  "enableHttpsConnection": "true"}, "https://127.0.0.1:15989")):
+            with self.subTest(url=url):
+                self.server.state["configured"] = {**self.pristine["configured"], **configured}
+                asked.unlink(missing_ok=True)
+                self.tool_says(["status"], 0)
+                self.assertEqual({line.split()[-1] for line in asked.read_text().splitlines()},
+                                 {url})
+        self.server.state["configured"] = self.pristine["configured"]
 
     def test_classes_with_instances_of_others_are_kept(self):
         self.tool_says(["install"], 0)

@@ -9,7 +9,7 @@ import socketserver
 import tempfile
 import threading
 
-NAMES = ("cimmof", "cimprovider", "cimcli", "cimconfig")
+NAMES = ("cimmof", "cimprovider", "cimcli", "cimconfig", "cimserver")
 HANGS = 600.0
 
 # What the tools say and how they end when the server refuses, and when it is not there.
@@ -18,6 +18,7 @@ REFUSALS = {
     "cimprovider": ("Failed to disable provider module: Provider is busy.\n", 1),
     "cimcli": ("cimcli CIMException:  Cmd= x Object= x Code= 1\nCIM_ERR_FAILED: no\n", 1),
     "cimconfig": ("no\n", 1),
+    "cimserver": ("no\n", 1),
 }
 DOWN = {
     "cimmof": ("Cannot connect to CIM Server. The CIM Server may not be running.\n", 246),
@@ -26,6 +27,7 @@ DOWN = {
                "trying to connect to\n", 54),
     "cimconfig": ("Current value can not be determined because the CIM server is not running.\n",
                   1),
+    "cimserver": ("2.14.4\n", 0),
 }
 
 
@@ -120,9 +122,14 @@ class Tools:
         return code, "", text
 
     def half_of(self, file):
-        """The declarations of the first half of a MOF file, as a file."""
-        parts = pathlib.Path(file).read_text().split("\n};\n")
+        """The declarations, or inclusions, of the first half of a MOF file, as a file."""
+        text = pathlib.Path(file).read_text()
+        included = [line for line in text.split("\n") if line.startswith("#pragma include")]
+        parts = text.split("\n};\n")
+        if included:
+            parts = []
         handle, name = tempfile.mkstemp(suffix=".mof", dir=self.directory)
         with os.fdopen(handle, "w") as stream:
+            stream.write("".join(line + "\n" for line in included[: len(included) // 2 + 1]))
             stream.write("".join(part + "\n};\n" for part in parts[: len(parts) // 2]))
         return name

@@ -69,52 +69,48 @@ def server(url, **more):
     return Server(parts.hostname, port, tls, **more)
 
 
-class _Timed(io.RawIOBase):
-    """A socket whose every wait ends at `deadline`, however little comes each time. It is what
-    http.client takes for a socket, and the stream that it reads from it."""
+class _Timed:
+    """What http.client takes for a socket: one whose every wait ends at `deadline`, however little comes
+    each time."""
 
     def __init__(self, plain):
-        super().__init__()
         self.plain = plain
         self.deadline = 0.0
 
-    def _wait(self):
+    def wait(self):
+        """Lets the next operation of the socket wait until the deadline, and no longer."""
         left = self.deadline - time.monotonic()
         if left <= 0:
             raise socket.timeout("timed out")
         self.plain.settimeout(left)
 
     def sendall(self, data):
-        self._wait()
+        self.wait()
         self.plain.sendall(data)
 
-    def readable(self):
-        return True
-
-    def readinto(self, buffer):
-        self._wait()
-        return self.plain.recv_into(buffer)
-
     def makefile(self, _mode):
-        return io.BufferedReader(_Borrowed(self))
+        return io.BufferedReader(_Reader(self))
 
     def close(self):
-        self.plain.close()
-        super().close()
+        self.plain.close()  # for good when the last reader closes
 
 
-class _Borrowed(io.RawIOBase):
-    """Reads from a _Timed, which stays open when this is closed."""
-
+class _Reader(io.RawIOBase):
     def __init__(self, timed):
         super().__init__()
         self._timed = timed
+        self._stream = timed.plain.makefile("rb", buffering=0)
 
     def readable(self):
         return True
 
     def readinto(self, buffer):
-        return self._timed.readinto(buffer)
+        self._timed.wait()
+        return self._stream.readinto(buffer)
+
+    def close(self):
+        self._stream.close()
+        super().close()
 
 
 class Connection:
@@ -212,21 +208,27 @@ class Connection:
             pair = f"{at.user}:{at.password}".encode()
             headers["Authorization"] = "Basic " + base64.b64encode(pair).decode()
         self._http.request("POST", "/cimom", body, headers)
-        reply = self._http.getresponse()
-        length = reply.length
-        text = b"" if (length or 0) > at.largest else reply.read(at.largest + 1)
-        if (length or 0) > at.largest or len(text) > at.largest:
-            raise NoAnswer(f"{at.url}: the reply is larger than {at.largest} bytes, and was not read "
-                           "on")
-        if length is not None and len(text) < length:
-            raise http.client.IncompleteRead(text, length - len(text))
-        if reply.will_close:
+        with self._http.getresponse() as reply:  # left in the middle, it would hold the connection open
+            text = self._read(reply)
+            closes = reply.will_close
+        if closes:
             self.close()
         try:
             _judge(at, reply)
         except NoAnswer as error:
             error.received = text
             raise
+        return text
+
+    def _read(self, reply):
+        """The body of a reply. Throws NoAnswer if it is too large, IncompleteRead if it breaks off."""
+        largest, length = self._at.largest, reply.length
+        text = b"" if (length or 0) > largest else reply.read(largest + 1)
+        if (length or 0) > largest or len(text) > largest:
+            raise NoAnswer(f"{self._at.url}: the reply is larger than {largest} bytes, and was not "
+                           "read on")
+        if length is not None and len(text) < length:
+            raise http.client.IncompleteRead(text, length - len(text))
         return text
 
 

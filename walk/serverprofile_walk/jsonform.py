@@ -12,11 +12,12 @@ def document(at, walk, error=None, password_file=None):
     """The text of the document. `error` is why the server could not be reached; then `walk` is None."""
     content = {"format": FORMAT, "program": f"serverprofile-walk {VERSION}", "url": at.url,
                "whole": False, "error": error, "questions": 0, "wrong": 0, "interop": None,
-               "namespaces": [], "left_out": [], "wrongs": []}
+               "namespaces": [], "left_out": [], "notes": [], "wrongs": []}
     if walk is not None:
         content.update(
             whole=walk.whole, questions=len(walk.asked), wrong=len(walk.wrong),
             interop=walk.interop, left_out=walk.left_out,
+            notes=[{"name": note.name, "text": note.text} for note in walk.notes],
             namespaces=[{"name": section.namespace,
                          "whole": bool(section.asked) and not section.wrong and not walk.gave_up,
                          "questions": len(section.asked), "wrong": len(section.wrong),

@@ -88,8 +88,8 @@ def _shown(path):
 
 def _in_place(asked, path, what):
     namespace = asked.question.namespace
-    allowed = what.places(namespace) if isinstance(what, Thing) else {namespace.lower()}
-    in_place = path.namespace is None or path.namespace.lower() in allowed
+    in_place = path.namespace is None or path.namespace.lower() == namespace.lower() \
+        or isinstance(what, Thing) and what.is_in(path.namespace, namespace)
     if not in_place:
         asked.wrong(f"{_shown(path)} is in the namespace {path.namespace}, not in {namespace}")
     elif not isinstance(what, Thing):

@@ -5,7 +5,7 @@ import os
 import pathlib
 import sys
 
-from . import VERSION, connection, jsonform, text
+from . import VERSION, connection, graph, jsonform, page, text
 from .client import Client, NoAnswer
 from .command import PASSWORD_VARIABLE
 from .walk import Walk
@@ -133,7 +133,33 @@ def run(arguments, say=print):
         say(jsonform.document(at, walk, password_file=options.password_file), end="")
     else:
         writer.end(walk)
+    if not _files(options, at, walk):
+        return 4
     return 0 if walk.whole else 1
+
+
+def _files(options, at, walk):
+    """Writes the page and the picture that are asked for. Returns whether all is written."""
+    done = True
+    try:
+        if options.html:
+            content, no_picture = page.page(at, walk, options.password_file)
+            options.html.write_text(content, encoding="utf-8")
+            if no_picture:
+                _complain(f"no picture in {options.html}: {no_picture}")
+    except OSError as error:
+        done = _complain(f"--html: {error}")
+    try:
+        if options.draw and walk.sections:
+            graph.write(graph.Graph(walk, walk.sections[0]).dot(), options.draw)
+    except (OSError, graph.CannotDraw) as error:
+        done = _complain(f"--draw: {error}")
+    return done
+
+
+def _complain(words):
+    print(f"serverprofile-walk: {text.printable(words)}", file=sys.stderr)
+    return False
 
 
 def main():

@@ -93,6 +93,8 @@ class Writer:
                 say(f"         bytes:    {asked.error.received[:2000]!r}")
 
     def end(self, walk):
+        for note in walk.notes:
+            self._say(f"\nLet pass: {note.text}")
         if walk.left_out:
             self._say(f"\nNot walked: {printable(', '.join(walk.left_out))} "
                       "(--namespace names what to walk, --all walks all where the profile is served)")

@@ -48,6 +48,8 @@ class Step:
         self.used = []
         self.met = []
         self.oddities = []
+        self.ties = []  # Ties that came
+        self.ways = []  # (association class, Thing, Thing): far ends that came
 
     @property
     def wrong(self):
@@ -83,7 +85,7 @@ class Walk:
 
     `asked` are the questions in their order, each asked once; `interop` is the namespace that was
     found, `left_out` those that the server lists and that are not walked, `gave_up` whether the
-    server stopped answering."""
+    server stopped answering, `notes` for what reasons something was let pass."""
 
     def __init__(self, ask, report=lambda what: None):
         self.asked = []
@@ -91,6 +93,7 @@ class Walk:
         self.interop = None
         self.left_out = []
         self.gave_up = False
+        self.notes = {}  # Oddities for which something was let pass, as a set that keeps its order
         self._ask = ask
         self._report = report
         self._answers = {}  # Question -> Asked
@@ -223,6 +226,11 @@ class Walk:
                     forms += self._stand_at(form)
         return [form for form in seen.values()
                 if form.namespace.lower() != section.namespace.lower()]
+
+    def told(self, namespace, thing):
+        """What is known of an object in a namespace: its properties by their names in small letters."""
+        world = self._worlds.get(namespace.lower())
+        return world.told.get(thing.identity, ({}, None))[0] if world else {}
 
     def _world(self, namespace):
         if namespace.lower() not in self._worlds:
@@ -380,6 +388,7 @@ class Walk:
         for path, tie, instance in judge.judge_paths(asked, ties):
             if instance is not None:
                 judge.judge_tie(asked, instance, path, tie)
+            step.ties.append(tie)
             self._meet(step, path, asked.question.namespace, tie)
 
     # --- from an object
@@ -402,6 +411,7 @@ class Walk:
                               if thing and form.what.kind.name == kind
                               and form.path.key(key) == value]
             if step.oddities:
+                self.notes.update(dict.fromkeys(step.oddities))
                 step.found = f"{form.path.class_name}, not asked for by its path"
                 return
             asked = self._asked_for(step, "GetInstance", form.namespace, form.path)
@@ -430,10 +440,13 @@ class Walk:
                         # An associator's instance is told in the namespace in which its path is.
                         judge.judge_object(asked, instance, path, what, self._world(
                             path.namespace or form.namespace))
+                    if name:
+                        step.ways.append((name, thing, what))
                     self._meet(step, path, form.namespace, what)
             step.found = _labels(far)
-            step.oddities += [oddity for asked in step.asked for oddity in asked.oddities
-                              if oddity not in step.oddities]
+            passed = dict.fromkeys(oddity for asked in step.asked for oddity in asked.oddities)
+            self.notes.update(passed)
+            step.oddities += passed
         title = f"{thing.label} along {name or 'every association'}"
         return self._step(("follow", *form.key, name), Step(form.namespace, title), follow)
 
@@ -445,7 +458,9 @@ def judge_instances(asked):
 
 
 def _leaves_out(kind, path):
-    return kind.only is not None and path.key(kind.only[0]) != kind.only[1]
+    """Whether it is one of the kind's class that does not count."""
+    return kind.only is not None and path.class_name.lower() == kind.enumerated.lower() \
+        and path.key(kind.only[0]) not in (None, kind.only[1])
 
 
 def _judge_count(asked, kind, things, namespace):

@@ -16,25 +16,28 @@ class Thing(NamedTuple):
     shown: str
     identity: tuple
 
-    def places(self, namespace):
-        """The namespaces in which its path may say that it is, when `namespace` was asked."""
-        own = {profile.OWN_NAMESPACE.lower()} if self.kind.own else set()
-        return own | {namespace.lower()}
+    def __eq__(self, other):
+        return isinstance(other, Thing) and self.identity == other.identity
+
+    def __hash__(self):
+        return hash(self.identity)
+
+    def is_in(self, place, namespace):
+        """Whether its path may say that it is in the namespace `place` when `namespace` was asked."""
+        place = place.lower()
+        return place == namespace.lower() \
+            or self.kind.own and place == profile.OWN_NAMESPACE.lower()
 
     def __str__(self):
         return self.shown if self.label == self.shown else f"{self.label}, {self.shown}"
 
 
 class Tie(NamedTuple):
-    """An association that there has to be between two Things."""
+    """An association that there has to be between two Things; `tie` makes one."""
 
     association: profile.Association
     ends: tuple
-
-    @property
-    def identity(self):
-        return reference_identity(self.association.name, zip(
-            self.association.roles, (end.identity for end in self.ends)))
+    identity: tuple
 
     @property
     def label(self):
@@ -45,6 +48,11 @@ class Tie(NamedTuple):
 
     def __str__(self):
         return f"{self.association.name} between {self.ends[0]} and {self.ends[1]}"
+
+
+def tie(association, ends):
+    return Tie(association, ends, reference_identity(association.name, zip(
+        association.roles, (end.identity for end in ends))))
 
 
 def telling(path):
@@ -97,6 +105,7 @@ class World:
         self.told = {}  # identity -> (the properties that were told first, by whom)
         self._list_objects = list_objects
         self._listed = {}
+        self._ties = {}
 
     def things(self, selector):
         """The Things of a kind, or the one with a label."""
@@ -110,13 +119,18 @@ class World:
         return self._listed[selector]
 
     def all_ties(self, association):
-        return [Tie(association, (first, second)) for row in association.rows
-                for first in self.things(row[0]) for second in self.things(row[1])]
+        rows = [(self.things(first), self.things(second)) for first, second in association.rows]
+        made, ties = self._ties.get(association.name, (None, None))
+        if made != rows:
+            ties = [tie(association, (first, second)) for firsts, seconds in rows
+                    for first in firsts for second in seconds]
+            self._ties[association.name] = rows, ties
+        return ties
 
     def ties(self, thing, associations):
         """The associations that `thing` is in."""
-        return [tie for association in associations for tie in self.all_ties(association)
-                if thing in tie.ends]
+        return [each for association in associations for each in self.all_ties(association)
+                if thing in each.ends]
 
     def far_ends(self, thing, associations):
         """The Things at the far ends for who follows associations from `thing`, and the oddities by
@@ -125,7 +139,7 @@ class World:
         for association in associations:
             instead = profile.FAR_END_INSTEAD.get((association.name, thing.label))
             if instead is None:
-                found += [tie.other(thing) for tie in self.ties(thing, [association])]
+                found += [each.other(thing) for each in self.ties(thing, [association])]
             else:
                 found += self.things(instead[0])
                 oddities.append(instead[1])

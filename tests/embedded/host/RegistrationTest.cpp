@@ -224,5 +224,14 @@ TEST(Registration, ALinkedModuleLeavesOthersTheirClasses) {
     EXPECT_EQ("Own", holder("TST_Link"));
 }
 
+TEST(Registration, ALinkedModuleLeavesAClassWhoseSubclassAnotherPublishes) {
+    repository::Repository repository;
+    fill(repository, registered + capabilityMof("M", "P", "1", "2", "TST_Leaf"));
+    Registration registration(repository, interop);
+    registration.addLinked(repository, {"Own", "Own"}, "inside", {CIMName("TST_Base")});
+    EXPECT_EQ(nullptr, registration.find(CIMNamespaceName("root/test"), CIMName("TST_Base"),
+                                         ProviderType::Instance));
+}
+
 } // namespace
 } // namespace embedded::host::test

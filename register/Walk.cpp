@@ -1,0 +1,121 @@
+#include "register/Walk.h"
+
+#include "register/Interrupt.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace registering {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr const char* program = "serverprofile-walk";
+// What it ends with (its manual page).
+constexpr int whole = 0;
+constexpr int notWhole = 1;
+constexpr int notReached = 3;
+// Enough to see what is wrong; it says the rest itself.
+constexpr std::size_t mostWrongs = 5;
+constexpr std::size_t mostOfAText = 300;
+
+// Where the server answers clients on this machine; empty if it cannot be found out.
+std::string urlOf(const Server& server) {
+    struct Access {
+        const char* enabled;
+        const char* port;
+        const char* scheme;
+        const char* usualPort;
+    };
+    for (const Access& access : {Access{"enableHttpConnection", "httpPort", "http", "5988"},
+                                 Access{"enableHttpsConnection", "httpsPort", "https", "5989"}}) {
+        if (server.configured(access.enabled) != "true")
+            continue;
+        const std::string port = server.configured(access.port);
+        return std::string(access.scheme) +
+               "://127.0.0.1:" + (port.empty() ? access.usualPort : port);
+    }
+    return "";
+}
+
+// A text of the server's, on one line.
+std::string shown(const Json& object, const char* key) {
+    const auto at = object.find(key);
+    std::string text = at == object.end() || !at->is_string() ? "" : at->get<std::string>();
+    if (text.size() > mostOfAText)
+        text = text.substr(0, mostOfAText) + "...";
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, ' ');
+    return text;
+}
+
+void sayWrongs(const Json& verdict, const std::string& nameSpace, const std::string& byHand,
+               Report& report) {
+    std::size_t said = 0;
+    for (const Json& wrong : verdict.at("wrongs"))
+        for (const Json& problem : wrong.at("problems")) {
+            if (++said > mostWrongs)
+                continue;
+            const std::string advice = shown(problem, "advice");
+            report.wrong("a client's walk in " + nameSpace + ": " + shown(wrong, "command") + ": " +
+                             shown(problem, "text"),
+                         advice.empty() ? "ask again with that command, or see " + byHand : advice);
+        }
+    if (said == 0)
+        report.wrong("a client's walk in " + nameSpace + ": " + shown(verdict, "error"),
+                     "see " + byHand);
+    if (said > mostWrongs)
+        report.note(std::to_string(said - mostWrongs) + " more are wrong in " + nameSpace + ": " +
+                    byHand);
+}
+
+void checkWalk(const Arguments& command, const std::string& nameSpace, const Server& server,
+               Report& report) {
+    const std::string byHand = commandText({program, "--namespace", nameSpace, command.back()}) +
+                               " (with --user or --ca-file where the server wants them)";
+    const Outcome outcome = server.ask(command);
+    const auto notTried = [&](const std::string& why) {
+        report.note("whether a client's walk is whole in " + nameSpace + " was not found out: " +
+                    why + "; say with --url where the server answers clients, or try " + byHand);
+    };
+    if (outcome.exitCode != whole && outcome.exitCode != notWhole && outcome.exitCode != notReached)
+        return notTried(describe(outcome));
+    try {
+        const Json verdict = Json::parse(outcome.out);
+        if (outcome.exitCode == notReached)
+            notTried(shown(verdict, "error"));
+        else if (verdict.at("whole").get<bool>())
+            report.ok("a client's walk is whole in " + nameSpace + ": " +
+                      verdict.at("questions").dump() + " questions");
+        else
+            sayWrongs(verdict, nameSpace, byHand, report);
+    } catch (const Json::exception& error) {
+        notTried(std::string("what ") + program + " says is not understood: " + error.what());
+    }
+}
+
+} // namespace
+
+void checkWalks(const Settings& settings, const Situation& situation, const Server& server,
+                Report& report) {
+    const std::filesystem::path walk = findWalk();
+    const std::string url = settings.url.empty() ? urlOf(server) : settings.url;
+    if (walk.empty() || url.empty()) {
+        report.note(std::string("whether a client's walk is whole was not found out: ") +
+                    (walk.empty() ? std::string("there is no ") + program +
+                                        " beside this program or in PATH; install it"
+                                  : "the server's configuration does not say where it answers "
+                                    "clients; say it with --url"));
+        return;
+    }
+    for (const Place& place : situation.places)
+        if (place.served && interruptedBy() == 0)
+            checkWalk({walk, "--json", "--timeout", std::to_string(settings.timeout.count()),
+                       "--namespace", place.nameSpace, url},
+                      place.nameSpace, server, report);
+}
+
+} // namespace registering

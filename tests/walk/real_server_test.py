@@ -1,0 +1,64 @@
+#!/usr/bin/env python3
+"""serverprofile-walk against the server of an OpenPegasus on which both modules are installed as the
+documentation says, with the sample switch in `interop` and `root/cimv2`.
+
+usage: real_server_test.py --build BUILD-DIRECTORY --home PEGASUS_HOME
+"""
+
+import argparse
+import json
+import pathlib
+import subprocess
+import sys
+import unittest
+
+SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(SOURCE / "tests" / "clients"))
+
+from installed import NAMESPACES, Installed  # noqa: E402
+
+SERVER = None
+
+
+def walk(*options):
+    return subprocess.run(
+        [sys.executable, "-B", str(SOURCE / "walk" / "serverprofile-walk"), *options,
+         f"http://{SERVER.address}"], capture_output=True, text=True, timeout=300, check=False)
+
+
+class Walk(unittest.TestCase):
+    def test_finds_interop_and_is_whole_there_and_in_cimv2(self):
+        done = walk()
+        self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
+        self.assertRegex(done.stdout.splitlines()[-1],
+                         r"^The walk is whole in interop, root/cimv2: \d{3} questions, 0 wrong$")
+
+    def test_of_each_namespace_alone_is_whole(self):
+        for namespace in NAMESPACES:
+            done = walk("--json", "--namespace", namespace)
+            self.assertEqual(done.returncode, 0, done.stdout)
+            self.assertTrue(json.loads(done.stdout)["whole"])
+
+    def test_misses_what_the_switch_does_not_publish(self):
+        # The sample goes, and comes back.
+        path = 'ORVEX_ComputerSystem.CreationClassName="ORVEX_ComputerSystem",Name="10000005AD000001"'
+        SERVER.must("cimcli di", "cimcli", "di", path, "-n", "interop")
+        try:
+            done = walk("--namespace", "interop")
+        finally:
+            SERVER.must("cimcli ci", "cimcli", "ci", "ORVEX_ComputerSystem",
+                        "CreationClassName=ORVEX_ComputerSystem", "Name=10000005AD000001",
+                        "-n", "interop")
+        self.assertEqual(done.returncode, 1, done.stdout)
+        self.assertIn("WRONG", done.stdout)
+        self.assertEqual(walk("--namespace", "interop").returncode, 0)
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--home", required=True)
+    parser.add_argument("--build", required=True)
+    known, rest = parser.parse_known_args()
+    with Installed(known.home, known.build) as SERVER:
+        program = unittest.main(argv=[sys.argv[0], *rest], exit=False)
+    sys.exit(not program.result.wasSuccessful())
