@@ -322,6 +322,23 @@ class Associations(unittest.TestCase):
             for association in ("", *ASSOCIATIONS, "CIM_Dependency", "CIM_HostedDependency"):
                 self.check_ties(world, source, association)
 
+    def test_the_paths_that_were_printed_are_asked_letter_for_letter(self):
+        for namespace in NAMESPACES:
+            world = World(namespace, self.host, self.host_name, self.server_host, SERVED.port)
+            by_name = {source.name: source for source in sources(world, self.host_name)}
+            for class_name in ("CIM_RegisteredProfile", "CIM_ObjectManager", "CIM_Namespace",
+                               "CIM_CIMXMLCommunicationMechanism", "ORVEX_ObjectManagerHost",
+                               "ORVEX_SoftwareIdentity"):
+                _, printed, _ = ask("ein", f"http://{SERVED.address}/{namespace}:{class_name}")
+                self.assertTrue(printed, class_name)
+                for path in printed:
+                    source = by_name[path.split(f"/{namespace}:", 1)[1]]
+                    with self.subTest(path=path):
+                        self.assertEqual(
+                            ask("ain", "http://" + path),
+                            (0, [far_line(end, world, whole=False) for name in ASSOCIATIONS
+                                 for end in source.far.get(name, [])], ""))
+
     def test_filters_are_read_in_any_letter_case(self):
         for world, source in self.each():
             for association in ("cim_hostedservice", "orvex_elementsoftwareidentity"):

@@ -11,28 +11,19 @@ import unittest
 import warnings
 
 import pywbem
+import pywbem_walk
 
+from pywbem_walk import connection
 from served import NAMESPACES, Served
 
 SERVED = None
-
-
-def connection(namespace=None):
-    return pywbem.WBEMConnection(f"http://{SERVED.address}", default_namespace=namespace)
 
 
 def ids(paths):
     return [path["InstanceID"] for path in paths]
 
 
-class Discovery(unittest.TestCase):
-    def setUp(self):
-        warnings.simplefilter("error")
-        self.server = pywbem.WBEMServer(connection())
-
-    def test_finds_the_interop_namespace(self):
-        self.assertEqual(self.server.interop_ns, "interop")
-
+class Discovery(pywbem_walk.Discovery):
     def test_finds_every_namespace(self):
         self.assertEqual(sorted(self.server.namespaces), sorted(NAMESPACES))
 
@@ -40,31 +31,9 @@ class Discovery(unittest.TestCase):
         self.assertEqual(self.server.brand, "cimhost")
         self.assertRegex(self.server.version, r"^\d+\.\d+")
 
-    def test_lists_the_profiles_of_the_switch(self):
-        self.assertEqual(
-            {(p["RegisteredName"], p["RegisteredVersion"]) for p in self.server.profiles},
-            {(name, "1.1.0") for name in (
-                "Fabric", "Switch", "Server", "Zone Control",
-                "Enhanced Zoning and Enhanced Zoning Control", "Blades")})
 
-    def test_reads_the_registered_organization_from_the_schema(self):
-        found = self.server.get_selected_profiles(registered_org="SNIA", registered_name="Server")
-        self.assertEqual(ids(p.path for p in found), ["Orvex6"])
-
-
-    def test_finds_what_conforms_to_each_profile(self):
-        expected = {"Fabric": ["ORVEX_Vsan", "ORVEX_Vsan"],
-                    "Switch": ["ORVEX_PhysicalComputerSystem"],
-                    "Server": ["CIM_ObjectManager"]}
-        for name, classes in expected.items():
-            profile, = self.server.get_selected_profiles(
-                registered_org="SNIA", registered_name=name)
-            central = self.server.get_central_instances(profile.path)
-            self.assertEqual([path.classname for path in central], classes, name)
-            for path in central:
-                # Each can be got from where its path says that it is.
-                found = connection(path.namespace).GetInstance(path)
-                self.assertEqual(found.classname, path.classname)
+class Follows(pywbem_walk.Follows):
+    """As any server that serves the module."""
 
 
 class Operations(unittest.TestCase):
@@ -166,5 +135,6 @@ class CommandLine(unittest.TestCase):
 if __name__ == "__main__":
     build = sys.argv.pop(1)
     with Served(build) as SERVED:
+        pywbem_walk.use(SERVED.address, NAMESPACES)
         program = unittest.main(exit=False)
     sys.exit(not program.result.wasSuccessful())
