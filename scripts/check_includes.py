@@ -28,7 +28,7 @@ LIBRARIES = {
 }
 
 # The tool that registers the module stands alone: it knows the server by its commands.
-REGISTER_LIBRARIES = ["CLI/"]
+REGISTER_LIBRARIES = ["CLI/", "nlohmann/"]
 
 # Headers that a room's build makes.
 GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
