@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""serverprofile-walk against the server of an OpenPegasus on which both modules are installed as the
-documentation says, with the sample switch in `interop` and `root/cimv2`.
+"""serverprofile-walk, and pywbem if there is a Python that has it, against the server of an
+OpenPegasus on which both modules are installed as the documentation says, with the sample switch in
+`interop` and `root/cimv2`.
 
-usage: real_server_test.py --build BUILD-DIRECTORY --home PEGASUS_HOME
+usage: real_server_test.py --build BUILD-DIRECTORY --home PEGASUS_HOME [--pywbem PYTHON]
 """
 
 import argparse
@@ -17,7 +18,7 @@ sys.path.insert(0, str(SOURCE / "tests" / "clients"))
 
 from installed import NAMESPACES, Installed  # noqa: E402
 
-SERVER = None
+SERVER = PYWBEM = None
 
 
 def walk(*options):
@@ -39,6 +40,14 @@ class Walk(unittest.TestCase):
             self.assertEqual(done.returncode, 0, done.stdout)
             self.assertTrue(json.loads(done.stdout)["whole"])
 
+    def test_is_pywbems_too(self):
+        if PYWBEM is None:
+            self.skipTest("no Python with pywbem is given")
+        done = subprocess.run(
+            [PYWBEM, "-B", str(SOURCE / "tests" / "clients" / "pywbem_walk.py"), SERVER.address,
+             *NAMESPACES], capture_output=True, text=True, timeout=300, check=False)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
     def test_misses_what_the_switch_does_not_publish(self):
         # The sample goes, and comes back.
         path = 'ORVEX_ComputerSystem.CreationClassName="ORVEX_ComputerSystem",Name="10000005AD000001"'
@@ -58,7 +67,9 @@ if __name__ == "__main__":
     parser = argparse.ArgumentParser()
     parser.add_argument("--home", required=True)
     parser.add_argument("--build", required=True)
+    parser.add_argument("--pywbem")
     known, rest = parser.parse_known_args()
+    PYWBEM = known.pywbem
     with Installed(known.home, known.build) as SERVER:
         program = unittest.main(argv=[sys.argv[0], *rest], exit=False)
     sys.exit(not program.result.wasSuccessful())
