@@ -2,7 +2,7 @@
 # Judges the sources by .clang-tidy, each as a build directory compiles it. What the build
 # generates has to be there: build before.
 # usage: check_tidy.sh BUILD-DIRECTORY [--all]
-#   the module's rooms and the registration tool; with --all the embedded server too, which takes minutes
+#   the modules' rooms and the registration tool; with --all the embedded server too, which takes minutes
 set -euo pipefail
 
 wrong() { echo "check_tidy: $1" >&2 && exit 2; }
@@ -18,7 +18,7 @@ if [ "${1-}" = "--one" ]; then
 fi
 
 build=""
-rooms=(provider profiles objectmanager traversal register)
+rooms=(provider profiles objectmanager traversal serverobjects register)
 for argument in "$@"; do
   case "$argument" in
     --help | -h) sed -n '4,5s/^# //p' "$0" && exit 0 ;;

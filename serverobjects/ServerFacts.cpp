@@ -61,7 +61,7 @@ Array<CIMObjectPath> names(Pegasus::CIMOMHandle& cimom, const CIMNamespaceName& 
 
 /// The value of a key, empty without it.
 String key(const CIMObjectPath& path, const char* name) {
-    const Array<Pegasus::CIMKeyBinding> keys = path.getKeyBindings();
+    const Array<Pegasus::CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); ++i) {
         if (keys[i].getName().equal(CIMName(name))) {
             return keys[i].getValue();

@@ -6,10 +6,8 @@
 
 namespace serverobjects {
 
-using Pegasus::Array;
 using Pegasus::Boolean;
 using Pegasus::CIMInstance;
-using Pegasus::CIMKeyBinding;
 using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
 using Pegasus::CIMPropertyList;
