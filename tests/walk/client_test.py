@@ -328,8 +328,8 @@ class Answers(unittest.TestCase):
 def waiting(peer):
     """A script whose reply comes only when the test is over."""
     def nothing():
-        while peer.scripts is not None:
-            yield b""
+        peer.over.wait()
+        yield b""
     return [nothing()]
 
 
