@@ -5,6 +5,7 @@ again with single answers spoilt, and with servers that are wrong as a whole.
 usage: answers_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
+import gc
 import os
 import sys
 import traceback
@@ -166,12 +167,14 @@ def spoilt_items(question, each):
     yield "another namespace", on_path(elsewhere)(each)
     if isinstance(each, Instance):
         yield "another class inside", each._replace(class_name="CIM_Other")
-        judged = settled(each, question)
-        for one in judged:
+        for number, one in enumerate(settled(each, question)):
             rest = tuple(other for other in each.properties if other is not one)
-            yield f"without {one.name}", each._replace(properties=rest)
-            yield f"another {one.name}", each._replace(
-                properties=(*rest, one._replace(value=other_value(one))))
+            # Most objects come in a dozen answers: each property is left out of some, changed in others.
+            if (number + len(question.operation) + len(question.association or "")) % 2:
+                yield f"without {one.name}", each._replace(properties=rest)
+            else:
+                yield f"another {one.name}", each._replace(
+                    properties=(*rest, one._replace(value=other_value(one))))
 
 
 class EverySpoiltAnswer(unittest.TestCase):
@@ -208,6 +211,7 @@ class EverySpoiltAnswer(unittest.TestCase):
                 os._exit(FOUND)
 
         walk = Walk(ask, report)
+        gc.disable()  # it would make each copy a copy of all memory
         try:
             walk.run([INTEROP])
         except BaseException:
@@ -215,6 +219,8 @@ class EverySpoiltAnswer(unittest.TestCase):
                 raise
             traceback.print_exc()
             os._exit(2)
+        finally:
+            gc.enable()
         if asker.child:
             os._exit(0)
         self.assertTrue(walk.whole, problems(walk))

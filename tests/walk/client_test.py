@@ -253,6 +253,14 @@ class Answers(unittest.TestCase):
                                       itertools.repeat(b" " * 1024))
         self.refused([until_close], words="larger than 5000 bytes", largest=5000)
 
+    def test_a_server_that_has_sent_too_much_in_all_is_not_asked_any_more(self):
+        with Peer([reply(EMPTY)] * 9) as peer, \
+                Client(connection.server(peer.url, in_all=2 * len(EMPTY) - 1)) as client:
+            self.assertEqual([client.ask(NAMES) for _ in range(2)], [[], []])
+            with self.assertRaisesRegex(NoAnswer, "bytes in all"):
+                client.ask(NAMES)
+            self.assertEqual(len(peer.requests), 2)
+
     def test_whoever_sends_without_end_is_left_at_the_deadline(self):
         for start in (b"", b"HTTP/1.1 200 OK\r\nX: ", b"HTTP/1.1 100 Continue\r\n\r\n",
                       b"HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nContent-Length: 9999999\r\n\r\n"):
@@ -320,8 +328,8 @@ class Answers(unittest.TestCase):
 def waiting(peer):
     """A script whose reply comes only when the test is over."""
     def nothing():
-        while peer.scripts is not None:
-            yield b""
+        peer.over.wait()
+        yield b""
     return [nothing()]
 
 

@@ -28,6 +28,7 @@ class Peer:
     def __init__(self, *scripts, tls=None):
         self.scripts = list(scripts)
         self.requests = []
+        self.over = threading.Event()  # set when the test has what it wanted
         self._tls = tls  # an ssl.SSLContext, for https
 
     def __enter__(self):
@@ -41,6 +42,7 @@ class Peer:
     def __exit__(self, *_):
         # Whoever accepts is woken by a connection, since closing alone does not wake it.
         self.scripts = None
+        self.over.set()
         socket.create_connection(self._listener.getsockname()).close()
         self._thread.join()
         self._listener.close()

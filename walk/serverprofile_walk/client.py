@@ -67,6 +67,7 @@ class Client:
     def __init__(self, at):
         self.at = at
         self._connection = Connection(at)
+        self._received = 0
 
     def __enter__(self):
         return self
@@ -78,6 +79,9 @@ class Client:
         """What the operation returns: a list of Path for names, a list of Instance, one Instance for
         GetInstance, one Class for GetClass, a list of str for EnumerateClassNames. Throws CimError
         where the server answers with an error, NoAnswer where there is no answer."""
+        if self._received > self.at.in_all:
+            raise NoAnswer(f"{self.at.url}: the server has sent more than {self.at.in_all} bytes in all, "
+                           "and is not asked any more")
         operation = OPERATIONS[question.operation]
         named = ((operation.target, question.target and question.target.local),
                  *((name, value and Path(value)) for name, value in (
@@ -90,6 +94,7 @@ class Client:
             "CIMProtocolVersion": "1.0", "CIMOperation": "MethodCall",
             "CIMMethod": question.operation,
             "CIMObject": urllib.parse.quote(question.namespace, safe="")})
+        self._received += len(received)
         try:
             return operation.read(documents.answer(received, question.operation))
         except Malformed as error:

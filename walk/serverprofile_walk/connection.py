@@ -26,7 +26,8 @@ class Unreachable(NoAnswer):
 
 class Server(NamedTuple):
     """Where a server is, and how to talk to it. `patience` is the time for a whole question in
-    seconds, `largest` the size of a reply in bytes."""
+    seconds, `largest` the size of a reply in bytes, `in_all` that of all replies that one Client takes,
+    since whoever asks often keeps them."""
 
     host: str
     port: int
@@ -37,6 +38,7 @@ class Server(NamedTuple):
     verify: bool = True
     patience: float = 60.0
     largest: int = 8 * 1024 * 1024
+    in_all: int = 128 * 1024 * 1024
 
     @property
     def address(self):

@@ -51,9 +51,15 @@ class Graph:
         # A way that no association tells of; each association can be followed both ways, and by the
         # name of its superclass.
         told = {frozenset(ends) for _, *ends in edges}
-        self._edges = [edge for edge in edges if set(edge[1:]) <= self._paths.keys()][:MOST]
-        self._more = [way for way in ways if frozenset(way[1:]) not in told
-                      and set(way[1:]) <= self._paths.keys()][:MOST]
+        more = {}
+        for name, *ends in ways:
+            if frozenset(ends) not in told:
+                more.setdefault((name, frozenset(ends)), (name, *ends))
+        self._edges = self._drawable(edges)
+        self._more = self._drawable(more.values())
+
+    def _drawable(self, edges):
+        return [edge for edge in edges if set(edge[1:]) <= self._paths.keys()][:MOST]
 
     def dot(self, replace=str):
         """The graph in the dot language. `replace` is applied to the value of each telling key."""

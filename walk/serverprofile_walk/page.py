@@ -35,11 +35,11 @@ body { margin: 0 auto; max-width: 76rem; padding: 2rem 1.5rem 4rem; background: 
   color: var(--text); font: 15px/1.5 system-ui, "DejaVu Sans", sans-serif; }
 h1 { font-size: 1.6rem; margin: 0 0 .2rem; } h2 { margin: 2.5rem 0 .8rem; font-size: 1.25rem; }
 h3 { margin: 1.4rem 0 .5rem; font-size: 1rem; } p { margin: .4rem 0; }
-.soft { color: var(--soft); } .right { color: var(--good); } .wrong { color: var(--bad); }
+a { color: var(--link); } .soft { color: var(--soft); } .right { color: var(--good); } .wrong { color: var(--bad); }
 .verdict { margin: 1.2rem 0; padding: .9rem 1.2rem; border-radius: .5rem; font-size: 1.1rem;
   border-left: .4rem solid; }
 .verdict.right { background: var(--good-ground); } .verdict.wrong { background: var(--bad-ground); }
-nav { margin: 1rem 0; } nav a { margin-right: 1.1rem; color: var(--link); }
+nav { margin: 1rem 0; } nav a { margin-right: 1.1rem; }
 table { border-collapse: collapse; width: 100%%; } th { font-weight: 600; color: var(--soft); }
 td, th { text-align: left; vertical-align: top; padding: .25rem .9rem .25rem 0;
   border-bottom: 1px solid var(--line); overflow-wrap: anywhere; }

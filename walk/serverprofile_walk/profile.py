@@ -168,9 +168,10 @@ GET_SAYS_WHERE_IT_WAS_ASKED = Oddity(
 
 NAMESPACES_MAY_NOT_BE_GOT = Oddity(
     "namespaces that an OpenPegasus publishes itself are not got",
-    "It answers GetInstance of one in its own interop namespace only. Elsewhere there is no answer, "
-    "and after some such questions the server answers nothing more. Each is seen whole in the "
-    "enumeration and from the object manager.")
+    "An OpenPegasus that publishes its namespaces itself answers GetInstance of one in its own interop "
+    "namespace only; elsewhere there is no answer, and after some such questions the server answers "
+    "nothing more. So that is not asked. Each is seen whole in the enumeration and from the object "
+    "manager.")
 
 ODDITIES = (THE_SWITCH_IS_TWO_OBJECTS, THE_BOX_MAY_COME_WITHOUT_KEYS,
             OWN_OBJECTS_SAY_WHERE_THEY_ARE_KEPT, ELEMENTS_WITHOUT_A_PLACE, ELEMENTS_LEAD_NOWHERE,

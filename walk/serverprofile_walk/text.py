@@ -5,6 +5,7 @@ from .command import command
 from .walk import Outward, Section
 
 SHOWN = 20  # objects of an answer
+LONGEST = 2000  # characters of one
 
 
 def printable(text):
@@ -16,10 +17,14 @@ def printable(text):
 def came(asked):
     """What came, in a few words."""
     if asked.error is not None:
-        return printable(str(asked.error))
-    texts = asked.came
+        return _short(str(asked.error))
+    texts = [_short(each) for each in asked.came]
     more = f"; ... {len(texts)} in all" if len(texts) > SHOWN else ""
-    return printable("; ".join(texts[:SHOWN]) + more) if texts else "nothing"
+    return "; ".join(texts[:SHOWN]) + more if texts else "nothing"
+
+
+def _short(words):
+    return printable(words if len(words) <= LONGEST else words[:LONGEST] + "...")
 
 
 def verdict(walk):
@@ -85,7 +90,7 @@ class Writer:
             if asked.expected is not None:
                 say(f"         expected: {printable('; '.join(asked.expected)) or 'nothing'}")
             for text, advice in asked.problems:
-                say(f"         WRONG:    {printable(text)}")
+                say(f"         WRONG:    {_short(text)}")
                 if advice and advice not in self._advised:
                     self._advised.add(advice)
                     say(f"         do:       {printable(advice)}")

@@ -236,7 +236,7 @@ class Walk:
     def _world(self, namespace):
         if namespace.lower() not in self._worlds:
             world = World(namespace, None)
-            world._list_objects = lambda kind: self._enumeration(world, kind).things
+            world.list_objects = lambda kind: self._enumeration(world, kind).things
             self._worlds[namespace.lower()] = world
         return self._worlds[namespace.lower()]
 

@@ -104,7 +104,7 @@ class World:
     def __init__(self, namespace, list_objects):
         self.namespace = namespace
         self.told = {}  # identity -> (the properties that were told first, by whom)
-        self._list_objects = list_objects
+        self.list_objects = list_objects
         self._listed = {}
         self._ties = {}
 
@@ -116,22 +116,30 @@ class World:
             return MEMBERS[selector]
         if selector not in self._listed:
             self._listed[selector] = ()  # what asks for itself while it is listed finds nothing
-            self._listed[selector] = tuple(self._list_objects(KIND[selector]))
+            self._listed[selector] = tuple(self.list_objects(KIND[selector]))
         return self._listed[selector]
 
     def all_ties(self, association):
+        return self._tied(association)[0]
+
+    def _tied(self, association):
+        """All associations of a class, and those of each Thing."""
         rows = [(self.things(first), self.things(second)) for first, second in association.rows]
-        made, ties = self._ties.get(association.name, (None, None))
+        made, ties, by_end = self._ties.get(association.name, (None, None, None))
         if made != rows:
             ties = [tie(association, (first, second)) for firsts, seconds in rows
                     for first in firsts for second in seconds]
-            self._ties[association.name] = rows, ties
-        return ties
+            by_end = {}
+            for each in ties:
+                for end in each.ends:
+                    by_end.setdefault(end, []).append(each)
+            self._ties[association.name] = rows, ties, by_end
+        return ties, by_end
 
     def ties(self, thing, associations):
         """The associations that `thing` is in."""
-        return [each for association in associations for each in self.all_ties(association)
-                if thing in each.ends]
+        return [each for association in associations
+                for each in self._tied(association)[1].get(thing, ())]
 
     def far_ends(self, thing, associations):
         """The Things at the far ends for who follows associations from `thing`, and the oddities by
