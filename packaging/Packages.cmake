@@ -54,6 +54,7 @@ endif()
 
 set(CPACK_DEBIAN_PROVIDER_PACKAGE_NAME ${provider_package})
 set(CPACK_DEBIAN_PROVIDER_DESCRIPTION "${provider_summary}\n${provider_text}")
+set(CPACK_DEBIAN_PROVIDER_PACKAGE_SUGGESTS serverprofile-walk)
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_NAME cimhost)
 set(CPACK_DEBIAN_CIMHOST_DESCRIPTION "${cimhost_summary}\n${cimhost_text}")
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_SUGGESTS "${provider_package}, sblim-wbemcli")
