@@ -54,6 +54,7 @@ endif()
 
 set(CPACK_DEBIAN_PROVIDER_PACKAGE_NAME ${provider_package})
 set(CPACK_DEBIAN_PROVIDER_DESCRIPTION "${provider_summary}\n${provider_text}")
+set(CPACK_DEBIAN_PROVIDER_PACKAGE_SUGGESTS serverprofile-walk)
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_NAME cimhost)
 set(CPACK_DEBIAN_CIMHOST_DESCRIPTION "${cimhost_summary}\n${cimhost_text}")
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_SUGGESTS "${provider_package}, sblim-wbemcli")
@@ -102,11 +103,12 @@ set(CPACK_RPM_WALK_PACKAGE_REQUIRES "python3 >= 3.9")
 
 file(READ registration.sh REGISTRATION)
 string(CONFIGURE "${REGISTRATION}" REGISTRATION @ONLY)
-foreach(script postinst prerm post preun)
+foreach(script postinst prerm postrm post preun)
   configure_file(${script}.in scripts/${script} @ONLY USE_SOURCE_PERMISSIONS)
 endforeach()
 set(scripts ${CMAKE_CURRENT_BINARY_DIR}/scripts)
-set(CPACK_DEBIAN_PROVIDER_PACKAGE_CONTROL_EXTRA ${scripts}/postinst ${scripts}/prerm)
+set(CPACK_DEBIAN_PROVIDER_PACKAGE_CONTROL_EXTRA ${scripts}/postinst ${scripts}/prerm
+    ${scripts}/postrm)
 set(CPACK_RPM_PROVIDER_POST_INSTALL_SCRIPT_FILE ${scripts}/post)
 set(CPACK_RPM_PROVIDER_PRE_UNINSTALL_SCRIPT_FILE ${scripts}/preun)
 

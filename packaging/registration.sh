@@ -2,7 +2,7 @@
 # never fail, whatever the server does: a package can be installed before the server, and must go
 # away after it. (A part of the generated scripts; not a program.)
 
-# $1: "install" puts the module into the server, "remove" takes it out.
+# $1: "install" puts the modules into the server, "remove" takes them out.
 register() {
   if [ "$1" = install ]; then
     succeeded="registered with the CIM server"
@@ -11,7 +11,7 @@ register() {
   else
     succeeded="not registered with a CIM server any more"
     failed="could not be unregistered"
-    advice="if a CIM server still lists it, 'cimprovider -r -m ServerProfileProviderModule' removes it"
+    advice="if a CIM server still lists them, 'cimprovider -r -m MODULE' removes ServerProfileProviderModule and ServerObjectsProviderModule"
   fi
   # A server that hangs must not hold up the package manager for ever; what was begun is rolled back.
   patience=${SERVERPROFILE_PATIENCE:-120}

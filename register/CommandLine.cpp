@@ -31,7 +31,7 @@ constexpr const char* footer =
     "\n"
     "Examples:\n"
     "  serverprofile-register install --dry-run\n"
-    "  serverprofile-register install --namespace root/cimv2 --namespace root/switch\n"
+    "  serverprofile-register install --namespace interop --namespace root/switch\n"
     "  serverprofile-register status";
 
 // A namespace is CIM names with slashes between them. It is written into MOF and handed to the

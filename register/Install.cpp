@@ -13,7 +13,10 @@ constexpr mode_t settingsMode = 0644; // the server may run as another user
 Record planned(const Settings& settings, const Situation& situation,
                const ServerSettings& serverSettings) {
     Record record = situation.record.value_or(Record());
+    record.served.clear();
     for (const Place& place : situation.places) {
+        if (place.served)
+            record.served.push_back(place.nameSpace);
         if (!place.there)
             addName(record.nameSpaces, place.nameSpace);
         std::vector<std::string>& classes = record.classes[place.nameSpace];

@@ -41,6 +41,7 @@ Record fromJson(const Json& json) {
     if (json.at("format") != format)
         throw std::runtime_error("it is of another version of this program");
     Record record;
+    record.served = all(json.at("served"), name);
     record.nameSpaces = all(json.at("namespaces"), name);
     for (const auto& [nameSpace, classes] : json.at("classes").items())
         record.classes[name(nameSpace)] = all(classes, name);
@@ -79,6 +80,7 @@ std::string textOf(const Record& record) {
         if (!loaded.empty())
             classes[nameSpace] = loaded;
     return Json{{"format", format},
+                {"served", record.served},
                 {"namespaces", record.nameSpaces},
                 {"classes", classes},
                 {"files", Json(record.files)},

@@ -13,6 +13,8 @@
 namespace registering {
 
 struct Record {
+    /// The namespaces that were chosen to be served.
+    std::vector<std::string> served;
     /// The namespaces that were made.
     std::vector<std::string> nameSpaces;
     /// The classes that were loaded, by namespace, in the order in which they depend on each other.

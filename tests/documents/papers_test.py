@@ -101,12 +101,14 @@ class Papers(unittest.TestCase):
     def help_of(self, command):
         programs = {"serverprofile-register": self.build / "bin/serverprofile-register",
                     "cimhost": self.build / "bin/cimhost", "serve-sample": self.build / "bin/cimhost",
+                    "serverprofile-walk": SOURCE / "walk/serverprofile-walk",
                     "scripts/package.sh": SOURCE / "scripts/package.sh"}
         return subprocess.run([programs[command], "--help"], capture_output=True, text=True,
                               check=True).stdout
 
     def test_commands_have_the_options_that_are_named(self):
-        ours = r"(?:^|[\s/])(serverprofile-register|cimhost|serve-sample|scripts/package\.sh)\s(.*)"
+        ours = (r"(?:^|[\s/])(serverprofile-register|serverprofile-walk|cimhost|serve-sample|"
+                r"scripts/package\.sh)\s(.*)")
         seen = set()
         for path, text in self.each():
             for line in [*fences(text), *spans(text)]:
@@ -120,11 +122,11 @@ class Papers(unittest.TestCase):
                         self.assertRegex(offered, rf"{option}\b(?!-)")
                     if found[1] == "serverprofile-register" and not found[2].startswith("-"):
                         self.assertRegex(offered, rf"(?m)^ +{found[2].split()[0]} ")
-        self.assertEqual(len(seen), 4, "each is named somewhere, or this finds nothing")
+        self.assertEqual(len(seen), 5, "each is named somewhere, or this finds nothing")
 
     def test_options_that_stand_alone_are_those_of_a_command_of_ours(self):
         offered = "".join(self.help_of(command) for command in (
-            "serverprofile-register", "cimhost", "scripts/package.sh"))
+            "serverprofile-register", "serverprofile-walk", "cimhost", "scripts/package.sh"))
         for path, text in self.each():
             for span in spans(text):
                 for option in re.findall(r"^(--[\w-]+)", span):

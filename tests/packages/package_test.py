@@ -100,7 +100,8 @@ class Lint(unittest.TestCase):
         deb, rpm = (kind.files["serverprofile-provider"] for kind in KINDS)
         with tempfile.TemporaryDirectory() as folder:
             kinds.output("dpkg-deb", "-e", deb, folder)
-            self.judged_clean("shellcheck", f"{folder}/postinst", f"{folder}/prerm")
+            self.judged_clean("shellcheck", f"{folder}/postinst", f"{folder}/prerm",
+                              f"{folder}/postrm")
             for tag in ("POSTIN", "PREUN"):
                 script = pathlib.Path(folder, tag)
                 script.write_text(kinds.output("rpm", "-qp", "--qf", f"%{{{tag}}}", rpm))

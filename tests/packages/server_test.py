@@ -8,9 +8,11 @@ import sys
 import tempfile
 
 import kinds
-from installation import HIGHER, PACKED, SOURCE, Installation
+from installation import HIGHER, KIND, PACKED, SOURCE, Installation
 
 REGISTER_TESTS = SOURCE / "tests" / "register"
+RECORD = pathlib.Path("/var/lib/serverprofile-provider/record")
+SETTINGS = pathlib.Path("/etc/serverobjects/ServerObjectsProvider.conf")
 sys.path.append(str(REGISTER_TESTS))
 import stand_in_test  # pylint: disable=wrong-import-position
 import tools  # pylint: disable=wrong-import-position
@@ -30,6 +32,7 @@ def build(folder):
              REGISTER_TESTS / "StandInModule.cpp", library),
             ("-std=c++17", "-o", folder / "client", REGISTER_TESTS / "ToolClient.cpp")):
         subprocess.run(["c++", *arguments], check=True)
+    (good / "libServerObjectsProvider.so").symlink_to("libServerProfileProvider.so")
 
 
 class Server(Installation):
@@ -67,8 +70,10 @@ class Server(Installation):
                                  "registered with the CIM server")
                 served = self.server.snapshot()
                 self.assertEqual(len([instance for instance in served["registered"]
-                                      if instance["class"] == "PG_ProviderModule"]), 1)
-                self.assertIn("ORVEX_SoftwareIdentity", served["namespaces"]["root/cimv2"])
+                                      if instance["class"] == "PG_ProviderModule"]), 2)
+                for namespace in ("interop", "root/cimv2"):
+                    self.assertIn("ORVEX_SoftwareIdentity", served["namespaces"][namespace])
+                self.assertTrue(RECORD.exists())
                 self.told(PACKED.remove(*kinds.NAMES, purge=purge))
                 self.assertEqual(self.server.snapshot(), self.pristine)
 
@@ -88,8 +93,8 @@ class Server(Installation):
     def test_a_server_that_goes_wrong_never_fails_the_transaction_nor_keeps_a_half(self):
         # Enough for the tool to give up a call that hangs, and to put everything back.
         self.change_environment("SERVERPROFILE_PATIENCE", "8")
-        for fault in ({"mode": "down"}, {"match": "cimmof.*registration", "mode": "half"},
-                      {"match": "cimmof.*registration", "mode": "hang"}):
+        for fault in ({"mode": "down"}, {"match": "cimmof.*ProviderModule", "mode": "half"},
+                      {"match": "cimmof.*ProviderModule", "mode": "hang"}):
             with self.subTest(fault):
                 self.tools.plan(fault)
                 self.assertRegex(self.told(PACKED.install(*kinds.NAMES)),
@@ -102,4 +107,12 @@ class Server(Installation):
         PACKED.install(*kinds.NAMES)
         self.tools.plan({"mode": "down"})
         self.assertRegex(self.told(PACKED.remove(*kinds.NAMES)),
-                         r"^could not be unregistered \(.+\); if a CIM server still lists it, ")
+                         r"^could not be unregistered \(.+\); if a CIM server still lists them, ")
+        # A later installation can take back what is left. Who wants no trace says so.
+        self.assertTrue(RECORD.exists())
+        if KIND is kinds.Deb:
+            PACKED.remove(*kinds.NAMES, purge=True)
+        else:
+            for file in (RECORD, SETTINGS):
+                file.unlink()
+                file.parent.rmdir()

@@ -38,7 +38,8 @@ class TheRecord : public testing::Test {
 
 TEST_F(TheRecord, IsReadAsItWasWritten) {
     EXPECT_FALSE(readRecord(file));
-    const Record record{{"interop"},
+    const Record record{{"root/cimv2"},
+                        {"interop"},
                         {{"interop", {"CIM_B", "CIM_A"}}, {"root/cimv2", {"ORVEX_X"}}},
                         {{"/etc/x.conf", "A = \"b\"\n"}},
                         {"/etc/x"}};
@@ -87,9 +88,9 @@ TEST_F(TheRecord, IsNoPipeThatOneWaitsFor) {
 
 TEST_F(TheRecord, OfAnotherShapeIsSaid) {
     for (const char* text : {"", "[]", "{", "{\"format\": 1}",
-                             "{\"format\": 1, \"namespaces\": [\"a b\"], \"classes\": {}, "
+                             "{\"format\": 1, \"served\": [], \"namespaces\": [\"a b\"], \"classes\": {}, "
                              "\"files\": {}, \"directories\": []}",
-                             "{\"format\": 1, \"namespaces\": [], \"classes\": {}, "
+                             "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {}, "
                              "\"files\": {\"relative\": \"\"}, \"directories\": []}"}) {
         writeFile(file, text, 0600);
         EXPECT_NE(complaint().find("is no record of this program"), std::string::npos) << text;

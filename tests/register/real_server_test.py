@@ -65,8 +65,11 @@ class Server(RealServer):
             names = sorted(self.ask("cimcli", "nc", "-di", "-n", namespace).split())
             state[namespace] = {name: "" for name in names}
             for name in names:
-                if name.startswith("ORVEX_") or namespace == "interop":
+                if name.startswith("ORVEX_"):
                     state[namespace][name] = self.ask("cimcli", "gc", name, "-n", namespace)
+            if namespace == "interop":
+                state[namespace]["all"] = sorted(
+                    self.ask("cimcli", "ec", "-di", "-n", namespace).split("// " + "=" * 51))
         return state
 
     def signal(self, process, number):
@@ -81,6 +84,7 @@ class WithRealServer(Scenarios, unittest.TestCase):
     maxDiff = None
     home = ""
     modules = ()
+    thorough = False
 
     def locate(self):
         self.settings = self.server.etc / "serverobjects" / "ServerObjectsProvider.conf"
@@ -95,6 +99,7 @@ class WithRealServer(Scenarios, unittest.TestCase):
         build = pathlib.Path(cls.tool).resolve().parent.parent
         cls.server = Server(cls.home, [directory.name, SOURCE, build])
         cls.server.__enter__()
+        cls.direct = cls.server.home / "bin"
         cls.addClassCleanup(cls.server.__exit__, None, None, None)
         for module in cls.modules:
             shutil.copy(module, cls.server.providers)

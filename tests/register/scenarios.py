@@ -45,6 +45,8 @@ class Scenarios:
     client = ""    # what stands for the server's tools
     server = None
     parent = None  # where scratch directories go; None: where they usually are
+    direct = None  # the server's tools, for runs in which no test meddles; None: there are none
+    thorough = True  # whether failures of what only asks are tried, and more of what repeats itself
 
     def setUp(self):
         directory = tempfile.TemporaryDirectory(dir=self.parent)
@@ -56,13 +58,14 @@ class Scenarios:
         (self.place / "tools").mkdir()
         self.tools = Tools(self.place / "tools", self.client, self.server.call)
         self.addCleanup(self.tools.close)
+        self.meddling = False
         self.pristine = self.state()
         self.left_behind = []  # files that the tool is meant to leave
         self.addCleanup(self.put_back)
 
     def put_back(self):
         """Leaves the server as the next test expects it."""
-        self.plan()
+        self.leave_alone()
         self.tool_says(["remove"], 0, mof=SCHEMA)
         self.assertStateIs(self.pristine)
         self.assertEqual(self.tools.errors, [])
@@ -71,7 +74,13 @@ class Scenarios:
     # --- what the tests are written with
 
     def plan(self, *faults):
+        """From now on the tool's commands are counted, and have these faults."""
+        self.meddling = True
         self.tools.plan(*faults)
+
+    def leave_alone(self):
+        self.plan()
+        self.meddling = False
 
     def state(self):
         """All that the tool may change, in a form that can be compared."""
@@ -87,9 +96,9 @@ class Scenarios:
 
     def command(self, arguments, mof=None):
         # Its files go where both it and the test see them.
+        tools = self.place / "tools" if self.meddling or not self.direct else self.direct
         return ["env", f"REGISTER_TEST_SOCKET={self.tools.socket}", f"TMPDIR={self.place}",
-                self.tool, *arguments, "--mof", mof or self.mof, "--tools", self.place / "tools",
-                *self.options]
+                self.tool, *arguments, "--mof", mof or self.mof, "--tools", tools, *self.options]
 
     def tool_says(self, arguments, code, mof=None):
         """Runs the tool, which has to end with `code`, unless that is None; returns what it said."""
@@ -120,15 +129,19 @@ class Scenarios:
         if state != expected:
             self.fail("\n".join([message, "the server has changed:", *changes(expected, state)]))
 
-    @staticmethod
-    def some_of(calls):
+    def some_of(self, calls):
         """The numbers of calls of each kind: of those that do the same to a namespace's many classes
-        or qualifiers the first, one in the middle and the last."""
+        or qualifiers the first, one in the middle and the last, or just the one in the middle."""
         kinds = {}
         for index, call in enumerate(calls):
             kinds.setdefault(re.sub(r"^(cimcli \w+) \w+ ", r"\1 ", call), []).append(index)
-        return sorted(i for kind in kinds.values()
-                      for i in (kind if len(kind) < 4 else (kind[0], kind[len(kind) // 2], kind[-1])))
+        numbers = []
+        for kind in kinds.values():
+            middle = kind[len(kind) // 2]
+            few = (kind[0], middle, kind[-1]) if self.thorough else (middle,)
+            if self.thorough or re.search(CHANGES, calls[kind[0]]):
+                numbers += kind if len(kind) < 4 else few
+        return sorted(numbers)
 
     def each_failure_of(self, arguments, prepare=lambda: None, harmless="^cimconfig|^cimserver"):
         """Lets commands of each kind fail, in each way; nothing may be left of any of them."""
@@ -138,6 +151,7 @@ class Scenarios:
         self.tool_says(arguments, 0)
         calls = self.calls()
         self.assertGreater(len([c for c in calls if re.search(CHANGES, c)]), 2, calls)
+        self.leave_alone()
         self.tool_says(["remove"], 0)
         prepare()
         for index in self.some_of(calls):
@@ -584,12 +598,48 @@ class Scenarios:
         self.plan()
         self.tool_says(["install"], 0)
         calls = self.calls()
+        self.leave_alone()
         self.tool_says(["remove"], 0)
         for index in self.some_of(calls):
             if re.search(CHANGES, calls[index]):
                 with self.subTest(call=calls[index]):
                     said = self.interrupted({"index": index, "mode": "pause"}, signal.SIGINT, True)
                     self.assertIn("interrupted (Interrupt)", said)
+
+    def killed(self, pattern):
+        """Kills an install, at once and for good, while it runs the first command of that kind."""
+        self.plan({"match": pattern, "mode": "pause"})
+        process = self.server.popen(self.command(["install"]))
+        self.assertTrue(self.tools.waiting.wait(PATIENCE))
+        self.server.signal(process, signal.SIGKILL)
+        process.communicate(timeout=PATIENCE)
+        self.tools.release()
+        self.assertTrue(self.tools.done.wait(PATIENCE))
+        self.leave_alone()
+        self.left_behind = list(self.place.glob("serverprofile-register.*"))
+
+    def test_after_a_run_that_was_killed_the_next_completes_it_or_takes_it_back(self):
+        self.tool_says(["install"], 0)
+        wanted = self.state()
+        self.tool_says(["remove"], 0)
+        for pattern in ("^cimmof .* -n root/cimv2",
+                        f"^cimmof .*/{OBJECTS}"):
+            with self.subTest(pattern=pattern):
+                self.killed(pattern)
+                self.tool_says(["install"], 0)
+                self.assertStateIs(wanted)
+                self.tool_says(["remove"], 0)
+                self.killed(pattern)
+                self.tool_says(["remove"], 0)
+                self.assertStateIs(self.pristine)
+
+    def test_an_upgrade_of_an_earlier_version_that_was_killed_is_completed(self):
+        self.earlier_version()
+        self.killed("^cimmof .*cim_schema")
+        said = self.tool_says(["install"], 0)
+        self.assertIn(f"{MODULE} serves root/cimv2, root/PG_InterOp and interop", said)
+        self.tool_says(["remove"], 0)
+        self.assertStateIs(self.pristine)
 
     def test_a_signal_does_not_wait_for_a_command_that_hangs(self):
         self.interrupted({"match": f"^cimmof -.*/{MODULE}", "mode": "hang"}, signal.SIGTERM,
@@ -608,6 +658,7 @@ class Scenarios:
         self.tool_says(["install"], 0)
         registering = next(i for i, c in enumerate(self.calls())
                            if re.search(rf"^cimmof .*/{MODULE}", c))
+        self.leave_alone()
         self.tool_says(["remove"], 0)
         self.plan({"from": registering + 1, "mode": "down"})
         said = self.tool_says(["install"], 4)
@@ -621,6 +672,7 @@ class Scenarios:
         self.assertEqual(len(self.left_behind), 1)
 
     def test_missing_tools_are_named(self):
+        self.plan()
         cimmof = self.place / "tools" / "cimmof"
         cimmof.unlink()
         said = self.tool_says(["install"], 1)

@@ -43,7 +43,7 @@ class Tools:
     after   it does its work and then says that it failed
     crash   it ends by a signal, having done nothing
     hang    it never ends, having done nothing; `waiting` is set
-    pause   it does its work once release() is called; `waiting` is set
+    pause   it does its work once release() is called; `waiting` is set, and then `done`
     down    the server is not there
 
     `errors` are what went wrong in answering.
@@ -56,6 +56,7 @@ class Tools:
         self.answer = answer
         self.socket = str(self.directory / "socket")
         self.waiting = threading.Event()
+        self.done = threading.Event()
         self.errors = []
         self.plan()
         tools = self
@@ -94,6 +95,7 @@ class Tools:
         self.calls = []
         self.faults = faults
         self.waiting.clear()
+        self.done.clear()
         self._released = threading.Event()
 
     def take(self, name, arguments):
@@ -117,7 +119,9 @@ class Tools:
             self.waiting.set()
             self._released.wait(HANGS)
             if mode == "pause":
-                return self.answer(name, arguments)
+                answer = self.answer(name, arguments)
+                self.done.set()
+                return answer
         text, code = (DOWN if mode == "down" else REFUSALS)[name]
         return code, "", text
 
