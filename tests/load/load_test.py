@@ -154,7 +154,8 @@ class ShortLoad(unittest.TestCase):
         self.assert_ends(load(SERVED.address, "--module", "Nobody"), 2,
                          "has no module Nobody registered")
         self.assert_ends(load(SERVED.address, "--namespace", "root/none"), 2,
-                         "is not registered for root/none, but for root/cimv2, root/PG_InterOp")
+                         "is not registered for root/none, but for interop, root/cimv2, "
+                         "root/PG_InterOp")
         self.assert_ends(load(SERVED.address, "--pid", "4194305"), 2, "no process 4194305")
         self.assert_ends(load(SERVED.address, "--clients", "0"), 2, "--clients")
 

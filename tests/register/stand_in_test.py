@@ -235,9 +235,11 @@ if __name__ == "__main__":
     parser.add_argument("--tool", required=True)
     parser.add_argument("--client", required=True)
     parser.add_argument("--libraries", required=True, type=pathlib.Path)
+    parser.add_argument("--brief", action="store_true", help="fewer failures of each kind")
     known, rest = parser.parse_known_args()
     os.environ.pop("PEGASUS_HOME", None)
     WithStandIn.tool = known.tool
     WithStandIn.client = known.client
+    WithStandIn.thorough = not known.brief
     LIBRARIES = known.libraries
     unittest.main(argv=[sys.argv[0], *rest])
