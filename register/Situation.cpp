@@ -14,9 +14,9 @@ constexpr const char* definitions = "root/cimv2";
 // is made: others are an administrator's choice, and may be misspelt.
 constexpr const char* usual = "interop";
 
-// The namespaces that were asked for; without a word about them those that are served already, or were
-// to be when a run was broken off, so that an upgrade keeps what an administrator chose. What was
-// installed before there were records did not know the usual one.
+// The namespaces that were asked for; without a word about them those that are served already, or
+// were to be when a run was broken off, so that an upgrade keeps what an administrator chose. What
+// was installed before there were records did not know the usual one.
 std::vector<std::string> chosenNameSpaces(const Settings& settings, const Situation& situation) {
     std::vector<std::string> chosen;
     for (const std::string& nameSpace : settings.nameSpaces)

@@ -87,11 +87,12 @@ TEST_F(TheRecord, IsNoPipeThatOneWaitsFor) {
 }
 
 TEST_F(TheRecord, OfAnotherShapeIsSaid) {
-    for (const char* text : {"", "[]", "{", "{\"format\": 1}",
-                             "{\"format\": 1, \"served\": [], \"namespaces\": [\"a b\"], \"classes\": {}, "
-                             "\"files\": {}, \"directories\": []}",
-                             "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {}, "
-                             "\"files\": {\"relative\": \"\"}, \"directories\": []}"}) {
+    for (const char* text :
+         {"", "[]", "{", "{\"format\": 1}",
+          "{\"format\": 1, \"served\": [], \"namespaces\": [\"a b\"], \"classes\": {}, "
+          "\"files\": {}, \"directories\": []}",
+          "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {}, "
+          "\"files\": {\"relative\": \"\"}, \"directories\": []}"}) {
         writeFile(file, text, 0600);
         EXPECT_NE(complaint().find("is no record of this program"), std::string::npos) << text;
     }
