@@ -198,6 +198,13 @@ class WithStandIn(Scenarios, unittest.TestCase):
                                  {url})
         self.server.state["configured"] = self.pristine["configured"]
 
+    def test_the_cim_schema_of_others_is_not_completed(self):
+        del self.server.state["namespaces"]["root/cimv2"]["CIM_CommMechanismForManager"]
+        self.pristine = self.state()
+        self.assertIn("WRONG  root/cimv2 has no class CIM_CommMechanismForManager\n"
+                      "         load the CIM schema into it", self.tool_says(["install"], 1))
+        self.assertStateIs(self.pristine)
+
     def test_classes_with_instances_of_others_are_kept(self):
         self.tool_says(["install"], 0)
         self.server.state["stored"].append(["root/cimv2", "ORVEX_ObjectManagerHost"])
