@@ -66,7 +66,7 @@ TEST_F(TheRecord, IsForItsOwnerAlone) {
     struct stat found = {};
     ASSERT_EQ(stat(file.c_str(), &found), 0);
     EXPECT_EQ(found.st_mode & 0777U, 0600U);
-    for (const mode_t mode : {0620, 0602}) {
+    for (const mode_t mode : {0620U, 0602U}) {
         ASSERT_EQ(chmod(file.c_str(), mode), 0);
         EXPECT_NE(complaint().find("others may write it"), std::string::npos);
     }
