@@ -180,22 +180,23 @@ def object_paths(elements):
     return [_read_path(_expect(each, "OBJECTPATH")) for each in elements]
 
 
-def named_instances(elements):
-    """Instances with names, as EnumerateInstances returns them."""
+def _with_paths(elements, pair, path):
+    """Instances that come in pairs with their paths."""
     found = []
     for each in elements:
-        name, instance = _two(each, "VALUE.NAMEDINSTANCE")
-        found.append(_read_instance(instance, _read_path(_expect(name, "INSTANCENAME"))))
+        name, instance = _two(each, pair)
+        found.append(_read_instance(instance, _read_path(_expect(name, path))))
     return found
+
+
+def named_instances(elements):
+    """Instances with names, as EnumerateInstances returns them."""
+    return _with_paths(elements, "VALUE.NAMEDINSTANCE", "INSTANCENAME")
 
 
 def objects_with_path(elements):
     """Instances with their whole paths, as Associators and References return them."""
-    found = []
-    for each in elements:
-        name, instance = _two(each, "VALUE.OBJECTWITHPATH")
-        found.append(_read_instance(instance, _read_path(_expect(name, "INSTANCEPATH"))))
-    return found
+    return _with_paths(elements, "VALUE.OBJECTWITHPATH", "INSTANCEPATH")
 
 
 def instance(elements):
