@@ -115,6 +115,11 @@ class Listed(unittest.TestCase):
         self.assertEqual((["several requests in one piece"], []),
                          found(answer(asked, wire=["", ""]), ours))
         self.assertEqual(([], [asked]), found(answer(asked, wire=["HTTP/1.1 400"]), ours))
+        def message(number):
+            return answer(asked, wire=["HTTP/1.1 200 OK", f'  MESSAGE ID="{number}"'])
+        for there, here, expected in ((3, 2, (["several requests in one piece"], [])),
+                                      (1, 2, ([], [asked])), ("x", 2, ([], [asked]))):
+            self.assertEqual(expected, found(message(there), message(here)))
         self.assertEqual(([], ["wire host-missing 1"]),
                          found(answer("wire host-missing 1", wire=["", ""]),
                                answer("wire host-missing 1", wire=["HTTP/1.1 200 OK"])))
