@@ -8,8 +8,12 @@
 #include <Pegasus/Common/CIMStatusCode.h>
 #include <Pegasus/Common/Exception.h>
 
+#include <utility>
+
 namespace embedded::cimxml {
 namespace {
+
+constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
 // DESCRIPTION starts with the name of the status; without a message it is the name alone.
 std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
@@ -22,30 +26,12 @@ std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
     return out += "\"/>"; // no line feed here
 }
 
-std::string reply(const Request& request, const std::string& content) {
-    const std::string response = request.isIntrinsic() ? "IMETHODRESPONSE" : "METHODRESPONSE";
-    std::string out = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
-                      "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
-                      "<MESSAGE";
-    appendAttribute(out, "ID", fromUtf8(request.messageId));
-    out += " PROTOCOLVERSION=\"1.0\">\n"
-           "<SIMPLERSP>\n";
-    out += '<' + response;
-    appendAttribute(out, "NAME", fromUtf8(request.method));
-    out += ">\n" + content + "</" + response + ">\n";
-    out += "</SIMPLERSP>\n"
-           "</MESSAGE>\n"
-           "</CIM>\n";
-    return out;
-}
-
-std::string contentFor(const Request& request, const host::Caller& caller,
-                       host::CimOperations& operations) {
+/// What `work` does; "" or the ERROR element when it throws an exception of CIM's.
+template <class Work>
+std::string errorOf(const Work& work) {
     try {
-        if (!request.isIntrinsic()) {
-            answerExtrinsic(request, caller, operations);
-        }
-        return answerIntrinsic(request, caller, operations);
+        work();
+        return {};
     } catch (const Pegasus::CIMException& exception) {
         return error(exception.getCode(), exception.getMessage());
     } catch (const Pegasus::Exception& exception) {
@@ -55,11 +41,141 @@ std::string contentFor(const Request& request, const host::Caller& caller,
 
 } // namespace
 
+class Exchange::State {
+  public:
+    State(const std::string& body, const Headers& headers, const host::Caller& caller,
+          host::CimOperations& operations) {
+        Request request;
+        readRequest(body, headers, request);
+        _messageId = request.messageId;
+        _method = request.method;
+        _response = request.isIntrinsic() ? "IMETHODRESPONSE" : "METHODRESPONSE";
+        _error = errorOf([&] {
+            if (!request.isIntrinsic()) {
+                answerExtrinsic(request, caller, operations);
+            }
+            _call = readCall(request, caller, operations);
+            _plan = operations.plan(_call.operation);
+        });
+    }
+
+    bool entersModules() const { return _error.empty() && _plan.entersModules; }
+    bool ended() const { return _stage == Stage::Ended; }
+
+    bool next(std::string& out) {
+        if (_stage == Stage::Ended) {
+            return false;
+        }
+        if (_stage == Stage::Before) {
+            begin(out);
+        } else if (!fill(out, out.size())) {
+            end(out);
+        }
+        return true;
+    }
+
+  private:
+    enum class Stage { Before, Within, Ended };
+
+    void begin(std::string& out) {
+        const std::size_t start = out.size();
+        out += "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
+               "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
+               "<MESSAGE";
+        appendAttribute(out, "ID", fromUtf8(_messageId));
+        out += " PROTOCOLVERSION=\"1.0\">\n"
+               "<SIMPLERSP>\n"
+               "<";
+        out += _response;
+        appendAttribute(out, "NAME", fromUtf8(_method));
+        out += ">\n";
+        const std::size_t content = out.size();
+        if (_error.empty()) {
+            _error = errorOf([&] { perform(out, start); });
+        }
+        if (!_error.empty()) {
+            out.resize(content);
+            out += _error;
+            _returns = false;
+            end(out);
+        }
+    }
+
+    void perform(std::string& out, std::size_t start) {
+        host::Answer answer = _plan.perform();
+        _plan = {};
+        _cursor = std::move(answer.next);
+        _stage = Stage::Within;
+        const std::size_t before = out.size();
+        out += "<IRETURNVALUE>\n";
+        const std::size_t within = out.size();
+        const bool more = fill(out, start);
+        // An empty answer of one leg has no IRETURNVALUE, one of several has an empty one.
+        _returns = more || out.size() != within || answer.legs > 1;
+        if (!_returns) {
+            out.resize(before);
+        }
+        if (!more) {
+            end(out);
+        }
+    }
+
+    /// Appends objects until the piece that began at `start` is long enough; false if that was all.
+    bool fill(std::string& out, std::size_t start) {
+        for (host::Answered answered; out.size() - start < pieceSize;) {
+            if (!_cursor || !_cursor(answered)) {
+                return false;
+            }
+            appendAnswered(out, answered, _call);
+        }
+        return true;
+    }
+
+    void end(std::string& out) {
+        _cursor = nullptr;
+        _stage = Stage::Ended;
+        out += _returns ? "</IRETURNVALUE>\n</" : "</";
+        out += _response;
+        out += ">\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n";
+    }
+
+    std::string _messageId;
+    std::string _method;
+    const char* _response = "";
+    Call _call; // which plan and cursor refer to
+    host::Plan _plan;
+    std::string _error;
+    host::Cursor _cursor;
+    bool _returns = false; // there is an IRETURNVALUE to be closed
+    Stage _stage = Stage::Before;
+};
+
+Exchange::Exchange(const std::string& body, const Headers& headers, const host::Caller& caller,
+                   host::CimOperations& operations)
+    : _state(std::make_unique<State>(body, headers, caller, operations)) {
+}
+
+Exchange::~Exchange() = default;
+
+bool Exchange::entersModules() const {
+    return _state->entersModules();
+}
+
+bool Exchange::next(std::string& out) {
+    return _state->next(out);
+}
+
+bool Exchange::ended() const {
+    return _state->ended();
+}
+
 std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
                    host::CimOperations& operations) {
-    Request request;
-    readRequest(body, headers, request);
-    return reply(request, contentFor(request, caller, operations));
+    Exchange exchange(body, headers, caller, operations);
+    std::string reply;
+    while (exchange.next(reply)) {
+    }
+    return reply;
 }
 
 } // namespace embedded::cimxml

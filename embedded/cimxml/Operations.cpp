@@ -1,237 +1,69 @@
 #include "cimxml/Operations.h"
 
-#include "cimxml/Arguments.h"
+#include "cimxml/Parameters.h"
 #include "cimxml/Text.h"
-#include "cimxml/Writer.h"
 
 #include <string_view>
 
 namespace embedded::cimxml {
 
 using namespace Pegasus;
+using host::Operation;
+using host::OperationKind;
 
 namespace {
 
-struct Call {
-    const host::Caller& caller;
-    const CIMNamespaceName& nameSpace;
-    const Arguments& arguments;
-    host::CimOperations& operations;
-};
-
-// What stands in the IRETURNVALUE.
-struct Returned {
-    std::string content;
-    unsigned legs = 1;
-};
-
-struct Operation {
+struct Row {
     std::string_view name;
-    std::string_view parameters; // see readArguments()
-    Returned (*answer)(const Call& call);
+    OperationKind kind;
+    ParameterList parameters;
 };
-
-template <class Append>
-Returned one(const Append& append) {
-    Returned returned;
-    append(returned.content);
-    return returned;
-}
-
-template <class T, class Append>
-Returned all(const Array<T>& objects, unsigned legs, const Append& append) {
-    Returned returned;
-    returned.legs = legs;
-    for (Uint32 i = 0; i < objects.size(); ++i) {
-        append(returned.content, objects[i]);
-    }
-    return returned;
-}
-
-template <class T, class Append>
-Returned all(const host::Answer<T>& answer, const Append& append) {
-    return all(answer.objects, answer.legs, append);
-}
-
-InstanceFilter filterOf(const Arguments& arguments) {
-    return {arguments.includeQualifiers, arguments.includeClassOrigin, arguments.propertyList};
-}
-
-void appendObjectWithPath(std::string& out, const CIMObject& object, const InstanceFilter& filter) {
-    appendElement(out, "VALUE.OBJECTWITHPATH", [&] {
-        (object.isClass() ? appendClassPath : appendInstancePath)(out, object.getPath());
-        appendObject(out, object, filter);
-    });
-}
-
-// Names of classes answer a question about a class. A client that wrote its class as an
-// INSTANCENAME without keys gets theirs in that form, too: wbemcli, for one, reads no CLASSPATH.
-Returned allObjectPaths(const Call& call, const host::Answer<CIMObjectPath>& answer) {
-    const auto append = call.arguments.objectIsClass ? appendClassPath : appendInstancePath;
-    return all(answer, [&](std::string& out, const CIMObjectPath& path) {
-        appendElement(out, "OBJECTPATH", [&] { append(out, path); });
-    });
-}
-
-void appendNamedInstance(std::string& out, const CIMInstance& instance,
-                         const InstanceFilter& filter) {
-    appendElement(out, "VALUE.NAMEDINSTANCE", [&] {
-        appendInstanceName(out, instance.getPath());
-        appendInstance(out, instance, filter);
-    });
-}
-
-Returned getClass(const Call& call) {
-    const Arguments& a = call.arguments;
-    const CIMClass found =
-        call.operations.getClass(call.caller, call.nameSpace, a.className, a.localOnly,
-                                 a.includeQualifiers, a.includeClassOrigin, a.propertyList);
-    return one([&](std::string& out) { appendClass(out, found); });
-}
-
-Returned enumerateClasses(const Call& call) {
-    const Arguments& a = call.arguments;
-    return all(call.operations.enumerateClasses(call.caller, call.nameSpace, a.className,
-                                                a.deepInheritance, a.localOnly, a.includeQualifiers,
-                                                a.includeClassOrigin),
-               1, [](std::string& out, const CIMClass& found) { appendClass(out, found); });
-}
-
-Returned enumerateClassNames(const Call& call) {
-    const Arguments& a = call.arguments;
-    return all(call.operations.enumerateClassNames(call.caller, call.nameSpace, a.className,
-                                                   a.deepInheritance),
-               1, appendClassName);
-}
-
-Returned getInstance(const Call& call) {
-    const Arguments& a = call.arguments;
-    const CIMInstance found =
-        call.operations.getInstance(call.caller, call.nameSpace, a.instanceName,
-                                    a.includeQualifiers, a.includeClassOrigin, a.propertyList);
-    return one([&](std::string& out) { appendInstance(out, found, filterOf(a)); });
-}
-
-Returned enumerateInstances(const Call& call) {
-    const Arguments& a = call.arguments;
-    const InstanceFilter filter = filterOf(a);
-    return all(call.operations.enumerateInstances(call.caller, call.nameSpace, a.className,
-                                                  a.deepInheritance, a.includeQualifiers,
-                                                  a.includeClassOrigin, a.propertyList),
-               [&](std::string& out, const CIMInstance& found) {
-                   appendNamedInstance(out, found, filter);
-               });
-}
-
-Returned enumerateInstanceNames(const Call& call) {
-    return all(call.operations.enumerateInstanceNames(call.caller, call.nameSpace,
-                                                      call.arguments.className),
-               appendInstanceName);
-}
-
-Returned createInstance(const Call& call) {
-    const CIMObjectPath created =
-        call.operations.createInstance(call.caller, call.nameSpace, call.arguments.instance);
-    return one([&](std::string& out) { appendInstanceName(out, created); });
-}
-
-Returned modifyInstance(const Call& call) {
-    const Arguments& a = call.arguments;
-    call.operations.modifyInstance(call.caller, call.nameSpace, a.instance, a.includeQualifiers,
-                                   a.propertyList);
-    return {};
-}
-
-Returned deleteInstance(const Call& call) {
-    call.operations.deleteInstance(call.caller, call.nameSpace, call.arguments.instanceName);
-    return {};
-}
-
-Returned getProperty(const Call& call) {
-    const Arguments& a = call.arguments;
-    const CIMValue value =
-        call.operations.getProperty(call.caller, call.nameSpace, a.instanceName, a.propertyName);
-    return one([&](std::string& out) { appendValue(out, value); });
-}
-
-Returned associators(const Call& call) {
-    const Arguments& a = call.arguments;
-    const InstanceFilter filter = filterOf(a);
-    return all(call.operations.associators(call.caller, call.nameSpace, a.objectName, a.assocClass,
-                                           a.resultClass, a.role, a.resultRole, a.includeQualifiers,
-                                           a.includeClassOrigin, a.propertyList),
-               [&](std::string& out, const CIMObject& found) {
-                   appendObjectWithPath(out, found, filter);
-               });
-}
-
-Returned associatorNames(const Call& call) {
-    const Arguments& a = call.arguments;
-    return allObjectPaths(
-        call, call.operations.associatorNames(call.caller, call.nameSpace, a.objectName,
-                                              a.assocClass, a.resultClass, a.role, a.resultRole));
-}
-
-Returned references(const Call& call) {
-    const Arguments& a = call.arguments;
-    const InstanceFilter filter = filterOf(a);
-    return all(call.operations.references(call.caller, call.nameSpace, a.objectName, a.resultClass,
-                                          a.role, a.includeQualifiers, a.includeClassOrigin,
-                                          a.propertyList),
-               [&](std::string& out, const CIMObject& found) {
-                   appendObjectWithPath(out, found, filter);
-               });
-}
-
-Returned referenceNames(const Call& call) {
-    const Arguments& a = call.arguments;
-    return allObjectPaths(call,
-                          call.operations.referenceNames(call.caller, call.nameSpace, a.objectName,
-                                                         a.resultClass, a.role));
-}
-
-Returned getQualifier(const Call& call) {
-    const CIMQualifierDecl found =
-        call.operations.getQualifier(call.caller, call.nameSpace, call.arguments.qualifierName);
-    return one([&](std::string& out) { appendQualifierDeclaration(out, found); });
-}
-
-Returned enumerateQualifiers(const Call& call) {
-    return all(call.operations.enumerateQualifiers(call.caller, call.nameSpace), 1,
-               appendQualifierDeclaration);
-}
 
 // DSP0200 clause 5.3.2, the defaults included. LocalOnly of the instance operations is deprecated
 // there and has no effect here, but clients send it.
-constexpr Operation served[] = {
-    {"GetClass", "ClassName! LocalOnly=TRUE IncludeQualifiers=TRUE IncludeClassOrigin PropertyList",
-     getClass},
-    {"EnumerateClasses",
-     "ClassName DeepInheritance LocalOnly=TRUE IncludeQualifiers=TRUE IncludeClassOrigin",
-     enumerateClasses},
-    {"EnumerateClassNames", "ClassName DeepInheritance", enumerateClassNames},
-    {"GetInstance",
-     "InstanceName! LocalOnly=TRUE IncludeQualifiers IncludeClassOrigin PropertyList", getInstance},
-    {"EnumerateInstances",
-     "ClassName! LocalOnly=TRUE DeepInheritance=TRUE IncludeQualifiers IncludeClassOrigin "
-     "PropertyList",
-     enumerateInstances},
-    {"EnumerateInstanceNames", "ClassName!", enumerateInstanceNames},
-    {"CreateInstance", "NewInstance!", createInstance},
-    {"ModifyInstance", "ModifiedInstance! IncludeQualifiers=TRUE PropertyList", modifyInstance},
-    {"DeleteInstance", "InstanceName!", deleteInstance},
-    {"GetProperty", "InstanceName! PropertyName!", getProperty},
-    {"Associators",
-     "ObjectName! AssocClass ResultClass Role ResultRole IncludeQualifiers IncludeClassOrigin "
-     "PropertyList",
-     associators},
-    {"AssociatorNames", "ObjectName! AssocClass ResultClass Role ResultRole", associatorNames},
-    {"References", "ObjectName! ResultClass Role IncludeQualifiers IncludeClassOrigin PropertyList",
-     references},
-    {"ReferenceNames", "ObjectName! ResultClass Role", referenceNames},
-    {"GetQualifier", "QualifierName!", getQualifier},
-    {"EnumerateQualifiers", "", enumerateQualifiers},
-};
+const std::vector<Row>& served() {
+    using P = ParameterName;
+    constexpr auto required = Presence::Required;
+    constexpr auto on = Presence::TrueIfAbsent;
+    static const std::vector<Row> rows = {
+        {"GetClass", OperationKind::GetClass,
+         {{P::ClassName, required}, {P::LocalOnly, on}, {P::IncludeQualifiers, on},
+          {P::IncludeClassOrigin}, {P::PropertyList}}},
+        {"EnumerateClasses", OperationKind::EnumerateClasses,
+         {{P::ClassName}, {P::DeepInheritance}, {P::LocalOnly, on}, {P::IncludeQualifiers, on},
+          {P::IncludeClassOrigin}}},
+        {"EnumerateClassNames", OperationKind::EnumerateClassNames,
+         {{P::ClassName}, {P::DeepInheritance}}},
+        {"GetInstance", OperationKind::GetInstance,
+         {{P::InstanceName, required}, {P::LocalOnly, on}, {P::IncludeQualifiers},
+          {P::IncludeClassOrigin}, {P::PropertyList}}},
+        {"EnumerateInstances", OperationKind::EnumerateInstances,
+         {{P::ClassName, required}, {P::LocalOnly, on}, {P::DeepInheritance, on},
+          {P::IncludeQualifiers}, {P::IncludeClassOrigin}, {P::PropertyList}}},
+        {"EnumerateInstanceNames", OperationKind::EnumerateInstanceNames,
+         {{P::ClassName, required}}},
+        {"CreateInstance", OperationKind::CreateInstance, {{P::NewInstance, required}}},
+        {"ModifyInstance", OperationKind::ModifyInstance,
+         {{P::ModifiedInstance, required}, {P::IncludeQualifiers, on}, {P::PropertyList}}},
+        {"DeleteInstance", OperationKind::DeleteInstance, {{P::InstanceName, required}}},
+        {"GetProperty", OperationKind::GetProperty,
+         {{P::InstanceName, required}, {P::PropertyName, required}}},
+        {"Associators", OperationKind::Associators,
+         {{P::ObjectName, required}, {P::AssocClass}, {P::ResultClass}, {P::Role}, {P::ResultRole},
+          {P::IncludeQualifiers}, {P::IncludeClassOrigin}, {P::PropertyList}}},
+        {"AssociatorNames", OperationKind::AssociatorNames,
+         {{P::ObjectName, required}, {P::AssocClass}, {P::ResultClass}, {P::Role},
+          {P::ResultRole}}},
+        {"References", OperationKind::References,
+         {{P::ObjectName, required}, {P::ResultClass}, {P::Role}, {P::IncludeQualifiers},
+          {P::IncludeClassOrigin}, {P::PropertyList}}},
+        {"ReferenceNames", OperationKind::ReferenceNames,
+         {{P::ObjectName, required}, {P::ResultClass}, {P::Role}}},
+        {"GetQualifier", OperationKind::GetQualifier, {{P::QualifierName, required}}},
+        {"EnumerateQualifiers", OperationKind::EnumerateQualifiers, {}},
+    };
+    return rows;
+}
 
 // Operations that DSP0200 has and this server has not.
 constexpr std::string_view notServed[] = {
@@ -256,18 +88,14 @@ constexpr std::string_view notServed[] = {
     "EnumerationCount",
 };
 
-bool isNamed(const Request& request, std::string_view name) {
-    return String::equalNoCase(fromUtf8(request.method), fromUtf8(name));
-}
-
-const Operation& operationOf(const Request& request) {
-    for (const Operation& operation : served) {
-        if (isNamed(request, operation.name)) {
-            return operation;
+const Row& rowOf(const Request& request) {
+    for (const Row& row : served()) {
+        if (equalNoCase(request.method, row.name)) {
+            return row;
         }
     }
     for (const std::string_view name : notServed) {
-        if (isNamed(request, name)) {
+        if (equalNoCase(request.method, name)) {
             throw CIMException(CIM_ERR_NOT_SUPPORTED,
                                fromUtf8("This server does not support " + std::string(name) + "."));
         }
@@ -276,16 +104,77 @@ const Operation& operationOf(const Request& request) {
                        fromUtf8("Unrecognized intrinsic method: " + request.method));
 }
 
+CIMClass classNamed(const CIMName& name, bool includeQualifiers, const Request& request,
+                    const host::Caller& caller, host::CimOperations& operations) {
+    Operation get;
+    get.kind = OperationKind::GetClass;
+    get.caller = caller;
+    get.nameSpace = request.nameSpace;
+    get.className = name;
+    get.includeQualifiers = includeQualifiers;
+    return host::onlyOf<CIMClass>(operations.perform(get));
+}
+
+// One function for each thing that an operation answers with.
+struct Appending {
+    std::string& out;
+    const Call& call;
+
+    InstanceFilter filter() const {
+        const Operation& asked = call.operation;
+        return {asked.includeQualifiers, asked.includeClassOrigin, asked.propertyList};
+    }
+
+    void operator()(const CIMClass& cimClass) const { appendClass(out, cimClass); }
+    void operator()(const CIMName& name) const { appendClassName(out, name); }
+    void operator()(const CIMValue& value) const { appendValue(out, value); }
+    void operator()(const CIMQualifierDecl& declaration) const {
+        appendQualifierDeclaration(out, declaration);
+    }
+
+    void operator()(const CIMInstance& instance) const {
+        if (call.operation.kind == OperationKind::GetInstance) {
+            appendInstance(out, instance, filter());
+            return;
+        }
+        appendElement(out, "VALUE.NAMEDINSTANCE", [&] {
+            appendInstanceName(out, instance.getPath());
+            appendInstance(out, instance, filter());
+        });
+    }
+
+    // Names of classes answer a question about a class. A client that wrote its class as an
+    // INSTANCENAME without keys gets theirs in that form, too: wbemcli, for one, reads no
+    // CLASSPATH.
+    void operator()(const CIMObjectPath& path) const {
+        switch (call.operation.kind) {
+        case OperationKind::AssociatorNames:
+        case OperationKind::ReferenceNames:
+            appendElement(out, "OBJECTPATH", [&] {
+                (call.objectIsClass ? appendClassPath : appendInstancePath)(out, path);
+            });
+            return;
+        default:
+            appendInstanceName(out, path);
+        }
+    }
+
+    void operator()(const CIMObject& object) const {
+        appendElement(out, "VALUE.OBJECTWITHPATH", [&] {
+            (object.isClass() ? appendClassPath : appendInstancePath)(out, object.getPath());
+            appendObject(out, object, filter());
+        });
+    }
+};
+
 } // namespace
 
-std::string answerIntrinsic(const Request& request, const host::Caller& caller,
-                            host::CimOperations& operations) {
-    const Operation& operation = operationOf(request);
+Call readCall(const Request& request, const host::Caller& caller,
+              host::CimOperations& operations) {
+    const Row& row = rowOf(request);
     const SoleKey soleKey = [&](const CIMName& className) {
-        const CIMClass found = operations.getClass(caller, request.nameSpace, className, false,
-                                                   true, false, CIMPropertyList());
         Array<CIMName> keys;
-        found.getKeyNames(keys);
+        classNamed(className, true, request, caller, operations).getKeyNames(keys);
         if (keys.size() != 1) {
             throw CIMException(CIM_ERR_INVALID_PARAMETER,
                                String("A key value of class ") + className.getString() +
@@ -293,21 +182,21 @@ std::string answerIntrinsic(const Request& request, const host::Caller& caller,
         }
         return keys[0];
     };
-    const Arguments arguments = readArguments(request.call, operation.parameters, soleKey);
-    const Returned returned =
-        operation.answer(Call{caller, request.nameSpace, arguments, operations});
+    Call call;
+    call.operation.kind = row.kind;
+    call.operation.caller = caller;
+    call.operation.nameSpace = request.nameSpace;
+    readParameters(request.call, row.parameters, soleKey, call);
+    return call;
+}
 
-    std::string content;
-    if (!returned.content.empty() || returned.legs > 1) {
-        appendElement(content, "IRETURNVALUE", [&] { content += returned.content; });
-    }
-    return content;
+void appendAnswered(std::string& out, const host::Answered& answered, const Call& call) {
+    std::visit(Appending{out, call}, answered);
 }
 
 void answerExtrinsic(const Request& request, const host::Caller& caller,
                      host::CimOperations& operations) {
-    const CIMClass found = operations.getClass(caller, request.nameSpace, request.className, false,
-                                               false, false, CIMPropertyList());
+    const CIMClass found = classNamed(request.className, false, request, caller, operations);
     const String method = fromUtf8(request.method);
     if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND) {
         throw CIMException(CIM_ERR_METHOD_NOT_FOUND, method);

@@ -1,5 +1,7 @@
 #include "cimxml/Text.h"
 
+#include <algorithm>
+
 namespace embedded::cimxml {
 namespace {
 
@@ -59,6 +61,15 @@ Pegasus::String fromUtf8(std::string_view text) {
     return text.empty() // whose data() may be null, which String does not take
                ? Pegasus::String()
                : Pegasus::String(text.data(), static_cast<Pegasus::Uint32>(text.size()));
+}
+
+bool equalNoCase(std::string_view left, std::string_view right) {
+    const auto lower = [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    };
+    return left.size() == right.size() &&
+           std::equal(left.begin(), left.end(), right.begin(),
+                      [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 void appendEscaped(std::string& out, std::string_view text) {

@@ -15,6 +15,9 @@ std::string toUtf8(const Pegasus::String& text);
 /// The String that the UTF-8 of `text` spells; `text` is valid (see checkWellFormed).
 Pegasus::String fromUtf8(std::string_view text);
 
+/// Whether the two are the same but for the case of ASCII letters.
+bool equalNoCase(std::string_view left, std::string_view right);
+
 /// Appends `text` so that it reads back as it is, as element content and as attribute value.
 /// Blanks that a reader might take for layout (first, last, after a blank) and control characters
 /// are written as character references. Those below U+0020 but for tab, CR and LF are not XML 1.0

@@ -17,15 +17,19 @@ namespace {
 using Pegasus::CIMName;
 using Pegasus::CIMStatusCode;
 using Pegasus::String;
+using Pegasus::hosting::operationName;
 
-// In the order of ReadBackOperation.
-constexpr const char* operationNames[] = {
-    "getClass",       "enumerateClasses",   "enumerateClassNames",
-    "getInstance",    "enumerateInstances", "enumerateInstanceNames",
-    "createInstance", "modifyInstance",     "deleteInstance",
-    "getProperty",    "associators",        "associatorNames",
-    "references",     "referenceNames",
-};
+/// The operations that a provider can ask for through its handle.
+const std::vector<OperationKind>& readBacks() {
+    static const std::vector<OperationKind> all = [] {
+        std::vector<OperationKind> kinds;
+        for (int i = 0; i <= static_cast<int>(OperationKind::ReferenceNames); ++i) {
+            kinds.push_back(static_cast<OperationKind>(i));
+        }
+        return kinds;
+    }();
+    return all;
+}
 
 constexpr const char* any = "*";
 constexpr const char* hang = "hang:";
@@ -50,8 +54,8 @@ std::vector<CIMStatusCode> statuses() {
 
 std::string operationList() {
     std::string result = any;
-    for (const char* name : operationNames) {
-        result += std::string(", ") + name;
+    for (const OperationKind kind : readBacks()) {
+        result += std::string(", ") + operationName(kind);
     }
     return result;
 }
@@ -69,13 +73,13 @@ std::string statusList() {
     throw std::invalid_argument(what + "; possible: " + possible);
 }
 
-std::optional<ReadBackOperation> readOperation(const std::string& text) {
+std::optional<OperationKind> readOperation(const std::string& text) {
     if (text == any) {
         return std::nullopt;
     }
-    for (std::size_t i = 0; i < std::size(operationNames); ++i) {
-        if (sameName(text, operationNames[i])) {
-            return static_cast<ReadBackOperation>(i);
+    for (const OperationKind kind : readBacks()) {
+        if (sameName(text, operationName(kind))) {
+            return kind;
         }
     }
     reject("no operation is called '" + text + "'", operationList());
@@ -170,8 +174,7 @@ std::string faultHelp() {
 }
 
 std::string describe(const Fault& fault) {
-    std::string text = (fault.operation ? operationNames[static_cast<std::size_t>(*fault.operation)]
-                                        : std::string("everything")) +
+    std::string text = std::string(fault.operation ? operationName(*fault.operation) : "everything") +
                        " of " +
                        (fault.className.isNull() ? "any class" : utf8(fault.className.getString()));
     switch (fault.kind) {
@@ -186,10 +189,10 @@ std::string describe(const Fault& fault) {
     return text;
 }
 
-Faults::Outcome Faults::meet(ReadBackOperation operation, const CIMName& className) const {
+Faults::Outcome Faults::meet(const Operation& operation) const {
     for (const Fault& fault : _faults) {
-        if ((fault.operation && *fault.operation != operation) ||
-            (!fault.className.isNull() && !fault.className.equal(className))) {
+        if ((fault.operation && *fault.operation != operation.kind) ||
+            (!fault.className.isNull() && !fault.className.equal(operation.target()))) {
             continue;
         }
         switch (fault.kind) {

@@ -1,6 +1,8 @@
 // Faults on demand: what goes wrong, in place of an answer, when a provider asks the server back.
 #pragma once
 
+#include "host/CimOperations.h"
+
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMStatusCode.h>
 
@@ -11,24 +13,6 @@
 
 namespace embedded::host {
 
-/// What a provider can ask through its CIMOMHandle.
-enum class ReadBackOperation {
-    GetClass,
-    EnumerateClasses,
-    EnumerateClassNames,
-    GetInstance,
-    EnumerateInstances,
-    EnumerateInstanceNames,
-    CreateInstance,
-    ModifyInstance,
-    DeleteInstance,
-    GetProperty,
-    Associators,
-    AssociatorNames,
-    References,
-    ReferenceNames,
-};
-
 struct Fault {
     enum class Kind {
         Fails,          ///< with `status` and `message`
@@ -36,7 +20,7 @@ struct Fault {
         AnswersNothing, ///< an empty list, an uninitialised object; nothing is done
     };
 
-    std::optional<ReadBackOperation> operation; ///< empty: any
+    std::optional<OperationKind> operation; ///< empty: any
     Pegasus::CIMName className;                 ///< null: any
     Kind kind = Kind::Fails;
     Pegasus::CIMStatusCode status = Pegasus::CIM_ERR_FAILED;
@@ -61,10 +45,9 @@ class Faults {
 
     explicit Faults(std::vector<Fault> faults) : _faults(std::move(faults)) {}
 
-    /// Suffers, in their order, the faults for `operation` on `className` (the class named, or the
-    /// class of the path or instance named; case is ignored): waits out those that hang, until one
-    /// throws its CIMException or says that there is no answer.
-    Outcome meet(ReadBackOperation operation, const Pegasus::CIMName& className) const;
+    /// Suffers, in their order, the faults for `operation` on its target() (case is ignored): waits
+    /// out those that hang, until one throws its CIMException or says that there is no answer.
+    Outcome meet(const Operation& operation) const;
 
   private:
     const std::vector<Fault> _faults;

@@ -1,10 +1,11 @@
 // One answer out of those of several providers and of the repository.
 #pragma once
 
-#include "host/CimOperations.h"
+#include "host/Cursors.h"
 #include "host/Errors.h"
 
 #include <optional>
+#include <vector>
 
 namespace embedded::host {
 
@@ -13,18 +14,16 @@ namespace embedded::host {
 /// CIM_ERR_NOT_SUPPORTED from a leg is passed over while another leg fares otherwise. Any other
 /// error, the first one, is the answer of the whole operation; the legs after it are asked all the
 /// same, as they are where legs run side by side.
-template <class Object>
 class Legs {
   public:
-    /// `ask` returns an Array<Object> or throws.
+    /// `ask` returns a Cursor or throws.
     template <class Ask>
     void add(Ask&& ask) {
-        ++_answer.legs;
+        ++_legs;
         try {
-            _answer.objects.appendArray(asCimErrors(ask));
+            _answers.push_back(asCimErrors(ask));
         } catch (const Pegasus::CIMException& error) {
             const bool notSupported = error.getCode() == Pegasus::CIM_ERR_NOT_SUPPORTED;
-            _notSupported += notSupported ? 1 : 0;
             std::optional<Pegasus::CIMException>& first =
                 notSupported ? _firstNotSupported : _firstError;
             if (!first) {
@@ -33,20 +32,20 @@ class Legs {
         }
     }
 
-    /// Throws CIMException when an error is the answer.
-    Answer<Object> answer() const {
+    /// What the legs answered; to be called once. Throws CIMException when an error is the answer.
+    Answer answer() {
         if (_firstError) {
             throw Pegasus::CIMException(*_firstError);
         }
-        if (_firstNotSupported && _notSupported == _answer.legs) {
+        if (_firstNotSupported && _answers.empty()) {
             throw Pegasus::CIMException(*_firstNotSupported);
         }
-        return _answer;
+        return {joined(std::move(_answers)), _legs};
     }
 
   private:
-    Answer<Object> _answer{{}, 0};
-    unsigned _notSupported = 0;
+    unsigned _legs = 0;
+    std::vector<Cursor> _answers;
     std::optional<Pegasus::CIMException> _firstError;
     std::optional<Pegasus::CIMException> _firstNotSupported;
 };

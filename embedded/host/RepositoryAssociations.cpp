@@ -12,12 +12,12 @@
 
 namespace embedded::host {
 
-using Pegasus::CIMInstance;
 using Pegasus::CIMName;
 using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
 using Pegasus::String;
 using Pegasus::Uint32;
+using repository::StoredInstance;
 
 namespace {
 
@@ -28,15 +28,10 @@ struct End {
     Target target;
 };
 
-std::vector<End<CIMObjectPath>> endsOf(const CIMInstance& association) {
+std::vector<End<CIMObjectPath>> endsOf(const StoredInstance& association) {
     std::vector<End<CIMObjectPath>> ends;
-    for (Uint32 i = 0; i < association.getPropertyCount(); ++i) {
-        const Pegasus::CIMConstProperty property = association.getProperty(i);
-        if (property.getType() == Pegasus::CIMTYPE_REFERENCE && !property.getValue().isNull()) {
-            CIMObjectPath target;
-            property.getValue().get(target);
-            ends.push_back({property.getName(), target});
-        }
+    for (const auto& [role, target] : association.references()) {
+        ends.push_back({role, target});
     }
     return ends;
 }
@@ -89,21 +84,21 @@ void addFarTargets(const std::vector<End<Target>>& ends, const TraversalFilters&
 
 } // namespace
 
-RepositoryAssociations::RepositoryAssociations(const repository::Repository& repository,
+RepositoryAssociations::RepositoryAssociations(repository::View view,
                                                const CIMNamespaceName& nameSpace,
                                                const CIMObjectPath& source,
                                                TraversalFilters filters)
-    : _repository(repository), _nameSpace(nameSpace), _source(localPath(source)),
+    : _view(std::move(view)), _nameSpace(nameSpace), _source(localPath(source)),
       _filters(std::move(filters)) {
 }
 
-std::vector<CIMInstance> RepositoryAssociations::instances(const Names& classes) const {
-    std::vector<CIMInstance> found;
+std::vector<StoredInstance> RepositoryAssociations::instances(const Names& classes) const {
+    std::vector<StoredInstance> found;
     for (const CIMName& className : classes) {
-        for (const CIMInstance& instance : _repository.enumerateInstances(_nameSpace, className)) {
-            if (hasNearEnd(endsOf(instance), _filters.role,
+        for (const StoredInstance& each : _view.referrers(_nameSpace, className, _source)) {
+            if (hasNearEnd(endsOf(each), _filters.role,
                            [&](const CIMObjectPath& target) { return isSource(target); })) {
-                found.push_back(instance);
+                found.push_back(each);
             }
         }
     }
@@ -112,7 +107,7 @@ std::vector<CIMInstance> RepositoryAssociations::instances(const Names& classes)
 
 std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& classes) const {
     std::vector<CIMObjectPath> targets;
-    for (const CIMInstance& association : instances(classes)) {
+    for (const StoredInstance& association : instances(classes)) {
         addFarTargets(
             endsOf(association), _filters,
             [&](const CIMObjectPath& target) { return isSource(target); },
@@ -126,7 +121,7 @@ RepositoryAssociations::associationClasses(const Names& classes) const {
     Names found;
     std::copy_if(
         classes.begin(), classes.end(), std::back_inserter(found), [&](const CIMName& className) {
-            return hasNearEnd(endsOf(_repository.getClass(_nameSpace, className)), _filters.role,
+            return hasNearEnd(endsOf(_view.getClass(_nameSpace, className, false, false)), _filters.role,
                               [&](const CIMName& target) { return takesSource(target); });
         });
     return found;
@@ -136,7 +131,7 @@ RepositoryAssociations::Names RepositoryAssociations::farClasses(const Names& cl
     Names targets;
     for (const CIMName& className : classes) {
         addFarTargets(
-            endsOf(_repository.getClass(_nameSpace, className)), _filters,
+            endsOf(_view.getClass(_nameSpace, className, false, false)), _filters,
             [&](const CIMName& target) { return takesSource(target); },
             [&](const CIMName& target) { return isResultClass(_nameSpace, target); }, targets);
     }
@@ -151,10 +146,7 @@ bool RepositoryAssociations::isSource(const CIMObjectPath& reference) const {
 }
 
 bool RepositoryAssociations::takesSource(const CIMName& referenceClass) const {
-    const CIMName sourceClass = _source.getClassName();
-    const Names above = _repository.superClassNames(_nameSpace, sourceClass);
-    return referenceClass.equal(sourceClass) ||
-           std::find(above.begin(), above.end(), referenceClass) != above.end();
+    return _view.isA(_nameSpace, _source.getClassName(), referenceClass);
 }
 
 bool RepositoryAssociations::isResult(const CIMObjectPath& reference) const {
@@ -162,18 +154,11 @@ bool RepositoryAssociations::isResult(const CIMObjectPath& reference) const {
     return isResultClass(nameSpace.isNull() ? _nameSpace : nameSpace, reference.getClassName());
 }
 
+/// A reference to a class that is not there is of no other class that could be asked for.
 bool RepositoryAssociations::isResultClass(const CIMNamespaceName& nameSpace,
                                            const CIMName& className) const {
-    if (_filters.resultClass.isNull() || className.equal(_filters.resultClass)) {
-        return true;
-    }
-    try {
-        const Names above = _repository.superClassNames(nameSpace, className);
-        return std::find(above.begin(), above.end(), _filters.resultClass) != above.end();
-    } catch (const Pegasus::CIMException&) {
-        // A reference to a class that is not there is of no class that could be asked for.
-        return false;
-    }
+    return _filters.resultClass.isNull() || className.equal(_filters.resultClass) ||
+           _view.isA(nameSpace, className, _filters.resultClass);
 }
 
 } // namespace embedded::host

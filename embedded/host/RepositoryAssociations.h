@@ -3,7 +3,6 @@
 
 #include "repository/Repository.h"
 
-#include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 
 #include <vector>
@@ -26,13 +25,11 @@ class RepositoryAssociations {
   public:
     using Names = std::vector<Pegasus::CIMName>;
 
-    /// The repository must outlive this object.
-    RepositoryAssociations(const repository::Repository& repository,
-                           const Pegasus::CIMNamespaceName& nameSpace,
+    RepositoryAssociations(repository::View view, const Pegasus::CIMNamespaceName& nameSpace,
                            const Pegasus::CIMObjectPath& source, TraversalFilters filters);
 
     /// The association instances that refer to the source instance.
-    std::vector<Pegasus::CIMInstance> instances(const Names& classes) const;
+    std::vector<repository::StoredInstance> instances(const Names& classes) const;
     /// The far ends of those, each once.
     std::vector<Pegasus::CIMObjectPath> farInstances(const Names& classes) const;
 
@@ -48,7 +45,7 @@ class RepositoryAssociations {
     bool isResultClass(const Pegasus::CIMNamespaceName& nameSpace,
                        const Pegasus::CIMName& className) const;
 
-    const repository::Repository& _repository;
+    const repository::View _view;
     const Pegasus::CIMNamespaceName _nameSpace;
     const Pegasus::CIMObjectPath _source; ///< without host and namespace
     const TraversalFilters _filters;

@@ -1,5 +1,6 @@
 #include "host/Router.h"
 
+#include "host/Cursors.h"
 #include "host/Legs.h"
 #include "host/ProviderCall.h"
 #include "host/ResponseCollector.h"
@@ -20,17 +21,13 @@ using Pegasus::CIMException;
 using Pegasus::CIMInstance;
 using Pegasus::CIMInstanceProvider;
 using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
 using Pegasus::CIMPropertyList;
 using Pegasus::String;
 using Pegasus::Uint32;
+using repository::StoredInstance;
 
 namespace {
-
-CIMException notFound(const CIMObjectPath& path) {
-    return CIMException(Pegasus::CIM_ERR_NOT_FOUND, localPath(path).toString());
-}
 
 /// The one object of `collector`, which a provider may have failed to deliver.
 CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath& path) {
@@ -38,9 +35,21 @@ CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath&
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, String());
     }
     if (collector.objects().size() == 0) {
-        throw notFound(path);
+        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, localPath(path).toString());
     }
     return collector.objects()[0];
+}
+
+/// What `instance` answers to a GetInstance or GetProperty.
+Answer answerFrom(const CIMInstance& instance, const Operation& operation) {
+    if (operation.kind == OperationKind::GetInstance) {
+        return {cursorOver(instance)};
+    }
+    const Uint32 position = instance.findProperty(operation.memberName);
+    if (position == PEG_NOT_FOUND) {
+        throw CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, operation.memberName.getString());
+    }
+    return {cursorOver(instance.getProperty(position).getValue())};
 }
 
 /// Whether an instance of the class stands for a namespace, so that creating one creates the other.
@@ -51,12 +60,27 @@ bool isNameSpaceClass(const CIMName& className) {
     return isCalled("CIM_Namespace") || isCalled("PG_Namespace") || isCalled("__Namespace");
 }
 
+CIMPropertyList listOf(const CIMName& name) {
+    return CIMPropertyList(Array<CIMName>(&name, 1));
+}
+
 CIMPropertyList allProperties(const CIMClass& cimClass) {
     Array<CIMName> names;
     for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
         names.append(cimClass.getProperty(i).getName());
     }
     return CIMPropertyList(names);
+}
+
+/// A plan whose errors are all CIMExceptions.
+template <class Perform>
+Plan planned(bool entersModules, Perform perform) {
+    return {entersModules,
+            [perform = std::move(perform)]() mutable { return asCimErrors(perform); }};
+}
+
+Plan answered(Cursor cursor) {
+    return {false, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
 }
 
 } // namespace
@@ -73,32 +97,124 @@ Router::Router(repository::Repository& repository, const ProviderModules& module
     : _repository(repository), _modules(modules), _hostName(hostName), _writable(writable) {
 }
 
-void Router::requireNameSpace(const CIMNamespaceName& nameSpace) const {
-    if (!_repository.hasNameSpace(nameSpace)) {
-        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
+Plan Router::plan(const Operation& operation) {
+    return asCimErrors([&] {
+        const Question question{operation, _repository.view()};
+        switch (operation.kind) {
+        case OperationKind::GetInstance:
+        case OperationKind::GetProperty:
+            return planGet(question);
+        case OperationKind::CreateInstance:
+        case OperationKind::ModifyInstance:
+        case OperationKind::DeleteInstance:
+            return planWrite(question);
+        case OperationKind::EnumerateInstances:
+        case OperationKind::EnumerateInstanceNames:
+            return planEnumeration(question);
+        case OperationKind::Associators:
+        case OperationKind::AssociatorNames:
+        case OperationKind::References:
+        case OperationKind::ReferenceNames:
+            return planTraversal(question);
+        default:
+            return planSchema(question);
+        }
+    });
+}
+
+void Router::Question::requireNameSpace() const {
+    if (!view.hasNameSpace(operation.nameSpace)) {
+        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, operation.nameSpace.getString());
     }
 }
 
-void Router::requireClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
-    requireNameSpace(nameSpace);
-    if (!_repository.hasClass(nameSpace, className)) {
+void Router::Question::requireClass(const CIMName& className) const {
+    requireNameSpace();
+    if (!view.hasClass(operation.nameSpace, className)) {
         throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
     }
 }
 
+Provider* Router::providerOf(const Question& question, const CIMName& className) const {
+    return _modules.find(question.operation.nameSpace, className, ProviderType::Instance);
+}
+
+/// The path as a provider gets it: class and keys as the client spelled them.
+CIMObjectPath Router::requestPath(const Operation& operation,
+                                  const CIMObjectPath& objectName) const {
+    return CIMObjectPath(_hostName, operation.nameSpace, objectName.getClassName(),
+                         objectName.getKeyBindings());
+}
+
+// Classes and qualifiers: the repository's alone.
+
+Plan Router::planSchema(const Question& question) {
+    const auto& [operation, view] = question;
+    const auto classOf = [&operation = operation, view = view](const CIMName& name) {
+        return view.getClass(operation.nameSpace, name, operation.localOnly,
+                             operation.includeQualifiers, operation.includeClassOrigin,
+                             operation.propertyList);
+    };
+    switch (operation.kind) {
+    case OperationKind::GetClass:
+        return answered(cursorOver(classOf(operation.className)));
+    case OperationKind::EnumerateClasses:
+        return answered(madeOf(view.subClassNames(operation.nameSpace, operation.className,
+                                                  operation.deepInheritance),
+                               classOf));
+    case OperationKind::EnumerateClassNames:
+        return answered(cursorOverAll(view.subClassNames(
+            operation.nameSpace, operation.className, operation.deepInheritance)));
+    case OperationKind::GetQualifier:
+        return answered(cursorOver(view.getQualifier(operation.nameSpace, operation.memberName)));
+    default:
+        return answered(cursorOverAll(view.enumerateQualifiers(operation.nameSpace)));
+    }
+}
+
+// Operations on one instance: the class that is named, and no other.
+
+Plan Router::planGet(const Question& question) const {
+    const Operation& operation = question.operation;
+    const CIMName& className = operation.objectName.getClassName();
+    question.requireClass(className);
+    Provider* const provider = providerOf(question, className);
+    if (provider == nullptr) {
+        return answered(std::move(
+            answerFrom(question.view.getInstance(operation.nameSpace, operation.objectName)
+                           .instance(),
+                       operation)
+                .next));
+    }
+    return planned(true, [this, &operation, provider] {
+        const bool whole = operation.kind == OperationKind::GetInstance;
+        const CIMObjectPath path = requestPath(operation, operation.objectName);
+        InstanceCollector collector(Expected::One);
+        callProvider<CIMInstanceProvider>(
+            *provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
+                asked.getInstance(contextFor(operation.caller), path,
+                                  whole && operation.includeQualifiers,
+                                  whole && operation.includeClassOrigin,
+                                  whole ? operation.propertyList : listOf(operation.memberName),
+                                  collector);
+            });
+        return answerFrom(oneInstance(collector, path), operation);
+    });
+}
+
 /// REQUIRES: no provider is registered for the class itself.
-void Router::requireWritable(const CIMNamespaceName& nameSpace, const CIMName& className) const {
+void Router::requireWritable(const Question& question, const CIMName& className) const {
     if (!_writable) {
         throw CIMException(
             Pegasus::CIM_ERR_ACCESS_DENIED,
             "The repository is read-only; start cimhost with --writable to change it.");
     }
-    std::vector<CIMName> related = _repository.superClassNames(nameSpace, className);
-    const std::vector<CIMName> below = _repository.subClassNames(nameSpace, className, true);
+    const auto& [operation, view] = question;
+    std::vector<CIMName> related = view.superClassNames(operation.nameSpace, className);
+    const std::vector<CIMName> below = view.subClassNames(operation.nameSpace, className, true);
     related.insert(related.end(), below.begin(), below.end());
     for (const CIMName& name : related) {
-        if (const Provider* const provider =
-                _modules.find(nameSpace, name, ProviderType::Instance)) {
+        if (const Provider* const provider = providerOf(question, name)) {
             throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED,
                                String("Instances of ") + className.getString() +
                                    " cannot be changed: they appear among those of " +
@@ -108,246 +224,127 @@ void Router::requireWritable(const CIMNamespaceName& nameSpace, const CIMName& c
     }
 }
 
-/// The path as a provider gets it: class and keys as the client spelled them.
-CIMObjectPath Router::requestPath(const CIMNamespaceName& nameSpace,
-                                  const CIMObjectPath& objectName) const {
-    return CIMObjectPath(_hostName, nameSpace, objectName.getClassName(),
-                         objectName.getKeyBindings());
-}
-
-// Classes and qualifiers: the repository's alone.
-
-CIMClass Router::getClass(const Caller&, const CIMNamespaceName& nameSpace,
-                          const CIMName& className, bool localOnly, bool includeQualifiers,
-                          bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    return asCimErrors([&] {
-        return _repository.getClass(nameSpace, className, localOnly, includeQualifiers,
-                                    includeClassOrigin, propertyList);
-    });
-}
-
-Array<CIMClass> Router::enumerateClasses(const Caller&, const CIMNamespaceName& nameSpace,
-                                         const CIMName& className, bool deepInheritance,
-                                         bool localOnly, bool includeQualifiers,
-                                         bool includeClassOrigin) {
-    return asCimErrors([&] {
-        Array<CIMClass> classes;
-        for (const CIMName& name :
-             _repository.subClassNames(nameSpace, className, deepInheritance)) {
-            classes.append(_repository.getClass(nameSpace, name, localOnly, includeQualifiers,
-                                                includeClassOrigin));
-        }
-        return classes;
-    });
-}
-
-Array<CIMName> Router::enumerateClassNames(const Caller&, const CIMNamespaceName& nameSpace,
-                                           const CIMName& className, bool deepInheritance) {
-    return asCimErrors(
-        [&] { return arrayOf(_repository.subClassNames(nameSpace, className, deepInheritance)); });
-}
-
-Pegasus::CIMQualifierDecl Router::getQualifier(const Caller&, const CIMNamespaceName& nameSpace,
-                                               const CIMName& qualifierName) {
-    return asCimErrors([&] { return _repository.getQualifier(nameSpace, qualifierName); });
-}
-
-Array<Pegasus::CIMQualifierDecl> Router::enumerateQualifiers(const Caller&,
-                                                             const CIMNamespaceName& nameSpace) {
-    return asCimErrors([&] { return arrayOf(_repository.enumerateQualifiers(nameSpace)); });
-}
-
-// Operations on one instance: the class that is named, and no other.
-
-/// `askProvider` gets the provider's interface and the path; `askRepository` nothing.
-template <class AskProvider, class AskRepository>
-auto Router::atInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
-                        AskProvider askProvider, AskRepository askRepository) const {
-    return asCimErrors([&] {
-        const CIMName& className = instanceName.getClassName();
-        requireClass(nameSpace, className);
-        Provider* const provider = _modules.find(nameSpace, className, ProviderType::Instance);
-        if (provider == nullptr) {
-            return askRepository();
-        }
-        return askProvider(*provider, requestPath(nameSpace, instanceName));
-    });
-}
-
-CIMInstance Router::getInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                const CIMObjectPath& instanceName, bool includeQualifiers,
-                                bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    return atInstance(
-        nameSpace, instanceName,
-        [&](Provider& provider, const CIMObjectPath& path) {
-            InstanceCollector collector(Expected::One);
-            callProvider<CIMInstanceProvider>(
-                provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                    asked.getInstance(contextFor(caller), path, includeQualifiers,
-                                      includeClassOrigin, propertyList, collector);
-                });
-            return oneInstance(collector, path);
-        },
-        [&] { return _repository.getInstance(nameSpace, instanceName); });
-}
-
-Pegasus::CIMValue Router::getProperty(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                      const CIMObjectPath& instanceName,
-                                      const CIMName& propertyName) {
-    return asCimErrors([&] {
-        Array<CIMName> names;
-        names.append(propertyName);
-        const CIMInstance instance =
-            getInstance(caller, nameSpace, instanceName, false, false, CIMPropertyList(names));
-        const Uint32 position = instance.findProperty(propertyName);
-        if (position == PEG_NOT_FOUND) {
-            throw CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, propertyName.getString());
-        }
-        return instance.getProperty(position).getValue();
-    });
-}
-
-CIMObjectPath Router::createInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                     const CIMInstance& newInstance) {
-    return asCimErrors([&] {
-        const CIMName& className = newInstance.getClassName();
-        if (isNameSpaceClass(className) &&
-            _modules.find(nameSpace, className, ProviderType::Instance) == nullptr) {
-            requireNameSpace(nameSpace);
-            throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED,
-                               "Namespaces are not created by requests; start cimhost with "
-                               "--namespace or --mof to add one.");
-        }
-        return atInstance(
-            nameSpace, newInstance.getPath(),
-            [&](Provider& provider, const CIMObjectPath& path) {
-                PathCollector collector(Expected::One);
-                callProvider<CIMInstanceProvider>(
-                    provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                        asked.createInstance(contextFor(caller), path, newInstance, collector);
-                    });
-                // A provider that names nothing has still created something.
-                return collector.objects().size() == 0 ? CIMObjectPath() : collector.objects()[0];
-            },
-            [&] {
-                requireWritable(nameSpace, newInstance.getClassName());
-                return _repository.createInstance(nameSpace, newInstance);
-            });
-    });
-}
-
-void Router::modifyInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                            const CIMInstance& modifiedInstance, bool includeQualifiers,
-                            const CIMPropertyList& propertyList) {
-    asCimErrors([&] {
-        atInstance(
-            nameSpace, modifiedInstance.getPath(),
-            [&](Provider& provider, const CIMObjectPath& path) {
-                Acknowledgement acknowledgement;
-                callProvider<CIMInstanceProvider>(
-                    provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                        asked.modifyInstance(contextFor(caller), path, modifiedInstance,
-                                             includeQualifiers, propertyList, acknowledgement);
-                    });
-            },
-            [&] {
-                requireWritable(nameSpace, modifiedInstance.getClassName());
-                _repository.modifyInstance(nameSpace, modifiedInstance, propertyList);
-            });
-    });
-}
-
-void Router::deleteInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                            const CIMObjectPath& instanceName) {
-    atInstance(
-        nameSpace, instanceName,
-        [&](Provider& provider, const CIMObjectPath& path) {
-            Acknowledgement acknowledgement;
-            callProvider<CIMInstanceProvider>(
-                provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                    asked.deleteInstance(contextFor(caller), path, acknowledgement);
-                });
-        },
-        [&] {
-            requireWritable(nameSpace, instanceName.getClassName());
-            _repository.deleteInstance(nameSpace, instanceName);
+Plan Router::planWrite(const Question& question) {
+    const Operation& operation = question.operation;
+    const CIMObjectPath objectName = operation.kind == OperationKind::DeleteInstance
+                                         ? operation.objectName
+                                         : operation.instance.getPath();
+    const CIMName& className = objectName.getClassName();
+    Provider* const provider = providerOf(question, className);
+    if (operation.kind == OperationKind::CreateInstance && provider == nullptr &&
+        isNameSpaceClass(className)) {
+        question.requireNameSpace();
+        throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED,
+                           "Namespaces are not created by requests; start cimhost with "
+                           "--namespace or --mof to add one.");
+    }
+    question.requireClass(className);
+    if (provider != nullptr) {
+        return planned(true, [this, &operation, provider, objectName] {
+            return askToWrite(operation, *provider, requestPath(operation, objectName));
         });
+    }
+    requireWritable(question, className);
+    return planned(false, [this, &operation]() -> Answer {
+        switch (operation.kind) {
+        case OperationKind::CreateInstance:
+            return {cursorOver(
+                _repository.createInstance(operation.nameSpace, operation.instance))};
+        case OperationKind::ModifyInstance:
+            _repository.modifyInstance(operation.nameSpace, operation.instance,
+                                       operation.propertyList);
+            return {};
+        default:
+            _repository.deleteInstance(operation.nameSpace, operation.objectName);
+            return {};
+        }
+    });
+}
+
+Answer Router::askToWrite(const Operation& operation, Provider& provider,
+                          const CIMObjectPath& path) {
+    const Pegasus::OperationContext context = contextFor(operation.caller);
+    PathCollector created(Expected::One);
+    Acknowledgement done;
+    callProvider<CIMInstanceProvider>(
+        provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
+            switch (operation.kind) {
+            case OperationKind::CreateInstance:
+                return asked.createInstance(context, path, operation.instance, created);
+            case OperationKind::ModifyInstance:
+                return asked.modifyInstance(context, path, operation.instance,
+                                            operation.includeQualifiers, operation.propertyList,
+                                            done);
+            default:
+                return asked.deleteInstance(context, path, done);
+            }
+        });
+    if (operation.kind != OperationKind::CreateInstance) {
+        return {};
+    }
+    // A provider that names nothing has still created something.
+    return {cursorOver(created.objects().size() == 0 ? CIMObjectPath() : created.objects()[0])};
 }
 
 // Enumerations: one leg for the class and one for each of its subclasses.
 
-/// `askProvider` gets the provider's interface, the path of the leg's class and the collector,
-/// `askRepository` the leg's class.
-template <class Collector, class AskProvider, class AskRepository>
-auto Router::enumerate(const CIMNamespaceName& nameSpace, const CIMName& className,
-                       AskProvider askProvider, AskRepository askRepository) const {
-    using Objects = std::decay_t<decltype(std::declval<Collector>().objects())>;
-    requireClass(nameSpace, className);
-    std::vector<CIMName> classNames = _repository.subClassNames(nameSpace, className, true);
-    classNames.insert(classNames.begin(), className);
-    Legs<std::decay_t<decltype(std::declval<Objects>()[0])>> legs;
-    for (const CIMName& name : classNames) {
-        legs.add([&]() -> Objects {
-            Provider* const provider = _modules.find(nameSpace, name, ProviderType::Instance);
-            if (provider == nullptr) {
-                return arrayOf(askRepository(name));
-            }
-            Collector collector(Expected::Any);
-            callProvider<CIMInstanceProvider>(*provider, name, [&](CIMInstanceProvider& asked) {
-                askProvider(asked, CIMObjectPath(_hostName, nameSpace, name), collector);
-            });
-            return collector.objects();
-        });
+Plan Router::planEnumeration(const Question& question) const {
+    const auto& [operation, view] = question;
+    question.requireClass(operation.className);
+    std::vector<Source> sources{{operation.className, providerOf(question, operation.className)}};
+    bool entersModules = sources[0].provider != nullptr;
+    for (const CIMName& name : view.subClassNames(operation.nameSpace, operation.className, true)) {
+        sources.push_back({name, providerOf(question, name)});
+        entersModules = entersModules || sources.back().provider != nullptr;
     }
-    return legs.answer();
+    // Without deep inheritance instances of subclasses show the properties that the class
+    // asked for has, no more. Nobody after this one knows that list, so it is applied here.
+    const bool ofThisClass = operation.kind == OperationKind::EnumerateInstances &&
+                             !operation.deepInheritance && operation.propertyList.isNull();
+    const CIMPropertyList list =
+        ofThisClass ? allProperties(view.getClass(operation.nameSpace, operation.className))
+                    : operation.propertyList;
+    return planned(entersModules,
+                   [this, question, sources = std::move(sources), ofThisClass, list] {
+                       Legs legs;
+                       for (const Source& source : sources) {
+                           legs.add([&] { return enumerated(question, source, list); });
+                       }
+                       Answer answer = legs.answer();
+                       if (ofThisClass) {
+                           answer.next = mapped<CIMInstance>(
+                               std::move(answer.next), [list](CIMInstance& instance) {
+                                   instance = withProperties(instance, list);
+                               });
+                       }
+                       return answer;
+                   });
 }
 
-Answer<CIMInstance> Router::enumerateInstances(const Caller& caller,
-                                               const CIMNamespaceName& nameSpace,
-                                               const CIMName& className, bool deepInheritance,
-                                               bool includeQualifiers, bool includeClassOrigin,
-                                               const CIMPropertyList& propertyList) {
-    return asCimErrors([&] {
-        requireClass(nameSpace, className);
-        // Without deep inheritance instances of subclasses show the properties that the class
-        // asked for has, no more. Nobody after this one knows that list, so it is applied here.
-        const bool ofThisClass = !deepInheritance && propertyList.isNull();
-        const CIMPropertyList asked =
-            ofThisClass ? allProperties(_repository.getClass(nameSpace, className)) : propertyList;
-        Answer<CIMInstance> answer = enumerate<InstanceCollector>(
-            nameSpace, className,
-            [&](CIMInstanceProvider& provider, const CIMObjectPath& path,
-                InstanceCollector& collector) {
-                provider.enumerateInstances(contextFor(caller), path, includeQualifiers,
-                                            includeClassOrigin, asked, collector);
-            },
-            [&](const CIMName& name) { return _repository.enumerateInstances(nameSpace, name); });
-        for (Uint32 i = 0; ofThisClass && i < answer.objects.size(); ++i) {
-            answer.objects[i] = withProperties(answer.objects[i], asked);
-        }
-        return answer;
-    });
-}
-
-Answer<CIMObjectPath> Router::enumerateInstanceNames(const Caller& caller,
-                                                     const CIMNamespaceName& nameSpace,
-                                                     const CIMName& className) {
-    return asCimErrors([&] {
-        return enumerate<PathCollector>(
-            nameSpace, className,
-            [&](CIMInstanceProvider& provider, const CIMObjectPath& path,
-                PathCollector& collector) {
-                provider.enumerateInstanceNames(contextFor(caller), path, collector);
-            },
-            [&](const CIMName& name) {
-                std::vector<CIMObjectPath> paths;
-                for (const CIMInstance& instance :
-                     _repository.enumerateInstances(nameSpace, name)) {
-                    paths.push_back(instance.getPath());
-                }
-                return paths;
-            });
-    });
+Cursor Router::enumerated(const Question& question, const Source& source,
+                          const CIMPropertyList& list) const {
+    const auto& [operation, view] = question;
+    const bool names = operation.kind == OperationKind::EnumerateInstanceNames;
+    if (source.provider == nullptr) {
+        repository::InstanceList stored = view.instances(operation.nameSpace, source.className);
+        return names ? madeOf(std::move(stored), [](const StoredInstance& one) { return one.path(); })
+                     : madeOf(std::move(stored),
+                              [](const StoredInstance& one) { return one.instance(); });
+    }
+    const Pegasus::OperationContext context = contextFor(operation.caller);
+    const CIMObjectPath path(_hostName, operation.nameSpace, source.className);
+    PathCollector paths(Expected::Any);
+    InstanceCollector instances(Expected::Any);
+    callProvider<CIMInstanceProvider>(
+        *source.provider, source.className, [&, &operation = operation](CIMInstanceProvider& asked) {
+            if (names) {
+                asked.enumerateInstanceNames(context, path, paths);
+            } else {
+                asked.enumerateInstances(context, path, operation.includeQualifiers,
+                                         operation.includeClassOrigin, list, instances);
+            }
+        });
+    return names ? cursorOverAll(paths.objects()) : cursorOverAll(instances.objects());
 }
 
 } // namespace embedded::host

@@ -1,6 +1,7 @@
 // The association operations of the router. One mechanism: the candidates are the association
 // classes that can touch the source's class; the repository is one leg, always; every candidate
 // that is registered is one more.
+#include "host/Cursors.h"
 #include "host/Legs.h"
 #include "host/ProviderCall.h"
 #include "host/ResponseCollector.h"
@@ -9,27 +10,19 @@
 
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 
+#include <algorithm>
+#include <optional>
+
 namespace embedded::host {
 
-using Pegasus::Array;
 using Pegasus::CIMAssociationProvider;
 using Pegasus::CIMException;
+using Pegasus::CIMInstance;
 using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObject;
 using Pegasus::CIMObjectPath;
-using Pegasus::CIMPropertyList;
 using Pegasus::String;
-using Pegasus::Uint32;
-
-/// What the four operations have in common.
-struct Router::Traversal {
-    const Caller& caller;
-    const CIMNamespaceName& nameSpace;
-    const CIMObjectPath& objectName;
-    const CIMName& associationClass; ///< the client's filter on the association classes
-    TraversalFilters filters;
-};
+using repository::StoredInstance;
 
 namespace {
 
@@ -41,215 +34,205 @@ void requireRole(const char* parameter, const String& role) {
     }
 }
 
-Array<CIMObjectPath> classPaths(const Names& classNames) {
-    Array<CIMObjectPath> paths;
-    for (const CIMName& name : classNames) {
-        paths.append(CIMObjectPath(String(), CIMNamespaceName(), name));
-    }
-    return paths;
+/// Whether the far ends of associations are asked for, or else the associations themselves.
+bool asksForFarEnds(const Operation& operation) {
+    return operation.kind == OperationKind::Associators ||
+           operation.kind == OperationKind::AssociatorNames;
 }
 
-} // namespace
+bool asksForNames(const Operation& operation) {
+    return operation.kind == OperationKind::AssociatorNames ||
+           operation.kind == OperationKind::ReferenceNames;
+}
 
-/// `askProvider` gets the provider's interface, the path of the source, the candidate and the
-/// collector. `askRepository` gets the associations and the candidates that no provider serves,
-/// `askSchema`, for a source that is a class, the associations and all candidates; both return
-/// Array<object>.
-template <class Collector, class AskProvider, class AskRepository, class AskSchema>
-auto Router::traverse(const Traversal& traversal, AskProvider askProvider,
-                      AskRepository askRepository, AskSchema askSchema) const {
-    using Objects = std::decay_t<decltype(std::declval<Collector>().objects())>;
-    return asCimErrors([&] {
-        const CIMNamespaceName& nameSpace = traversal.nameSpace;
-        requireRole("role", traversal.filters.role);
-        requireRole("resultrole", traversal.filters.resultRole);
-        const Names candidates = _repository.associationClassNames(
-            nameSpace, traversal.objectName.getClassName(), traversal.associationClass);
-        if (!traversal.filters.resultClass.isNull()) {
-            requireClass(nameSpace, traversal.filters.resultClass);
-        }
-        std::vector<std::pair<CIMName, Provider*>> served;
-        Names unserved;
-        for (const CIMName& candidate : candidates) {
-            if (Provider* const provider =
-                    _modules.find(nameSpace, candidate, ProviderType::Association)) {
-                served.emplace_back(candidate, provider);
-            } else {
-                unserved.push_back(candidate);
-            }
-        }
-        const RepositoryAssociations associations(_repository, nameSpace, traversal.objectName,
-                                                  traversal.filters);
-        Legs<std::decay_t<decltype(std::declval<Objects>()[0])>> legs;
-        if (traversal.objectName.getKeyBindings().size() == 0) {
-            legs.add([&] { return askSchema(associations, candidates); });
-            served.clear();
-        } else {
-            legs.add([&] { return askRepository(associations, unserved); });
-        }
-        for (const auto& [candidate, provider] : served) {
-            legs.add([&, candidate = candidate, provider = provider] {
-                Collector collector(Expected::Any);
-                callProvider<CIMAssociationProvider>(
-                    *provider, candidate, [&](CIMAssociationProvider& asked) {
-                        askProvider(asked, requestPath(nameSpace, traversal.objectName), candidate,
-                                    collector);
-                    });
-                return Objects(collector.objects());
-            });
-        }
-        auto answer = legs.answer();
-        for (Uint32 i = 0; i < answer.objects.size(); ++i) {
-            complete(nameSpace, answer.objects[i]);
-        }
-        return answer;
+/// What the schema answers about a source that is a class.
+Cursor classesAt(const Operation& operation, const repository::View& view,
+                 const RepositoryAssociations& associations, const Names& candidates) {
+    Names found = asksForFarEnds(operation) ? associations.farClasses(candidates)
+                                            : associations.associationClasses(candidates);
+    if (asksForNames(operation)) {
+        return madeOf(std::move(found), [](const CIMName& name) {
+            return CIMObjectPath(String(), Pegasus::CIMNamespaceName(), name);
+        });
+    }
+    return madeOf(std::move(found), [&operation, view](const CIMName& name) {
+        return CIMObject(view.getClass(operation.nameSpace, name, false,
+                                       operation.includeQualifiers, operation.includeClassOrigin,
+                                       operation.propertyList));
     });
 }
 
-/// Host and namespace are put in where a path has none; others stay, right or wrong.
-void Router::complete(const CIMNamespaceName& nameSpace, CIMObjectPath& path) const {
-    if (path.getHost().size() == 0) {
-        path.setHost(_hostName);
+/// The far end of a stored association: an instance of the repository, or one that was got.
+struct FarEnd {
+    CIMObjectPath path;
+    std::optional<StoredInstance> stored;
+    CIMInstance got;
+
+    CIMObject object() const {
+        CIMInstance instance = stored ? stored->instance() : got;
+        instance.setPath(path);
+        return CIMObject(instance);
     }
-    if (path.getNameSpace().isNull()) {
-        path.setNameSpace(nameSpace);
+};
+
+} // namespace
+
+Plan Router::planTraversal(const Question& question) {
+    const auto& [operation, view] = question;
+    const bool farEnds = asksForFarEnds(operation);
+    requireRole("role", operation.role);
+    requireRole("resultrole", operation.resultRole);
+    // For references the result class is the filter on the association classes.
+    const Names candidates = view.associationClassNames(
+        operation.nameSpace, operation.objectName.getClassName(),
+        farEnds ? operation.assocClass : operation.resultClass);
+    const CIMName resultClass = farEnds ? operation.resultClass : CIMName();
+    if (!resultClass.isNull()) {
+        question.requireClass(resultClass);
     }
+    const RepositoryAssociations associations(
+        view, operation.nameSpace, operation.objectName,
+        {resultClass, operation.role, operation.resultRole});
+    if (operation.objectName.getKeyBindings().size() == 0) {
+        Cursor cursor =
+            completed(operation, classesAt(operation, view, associations, candidates));
+        return {false,
+                [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
+    }
+
+    std::vector<Source> served;
+    Names unserved;
+    for (const CIMName& candidate : candidates) {
+        if (Provider* const provider =
+                _modules.find(operation.nameSpace, candidate, ProviderType::Association)) {
+            served.push_back({candidate, provider});
+        } else {
+            unserved.push_back(candidate);
+        }
+    }
+    std::vector<StoredInstance> stored;
+    std::vector<CIMObjectPath> farPaths;
+    if (farEnds) {
+        farPaths = associations.farInstances(unserved);
+        for (CIMObjectPath& path : farPaths) {
+            complete(operation, path);
+        }
+    } else {
+        stored = associations.instances(unserved);
+    }
+    const bool entersModules =
+        !served.empty() ||
+        (operation.kind == OperationKind::Associators &&
+         std::any_of(farPaths.begin(), farPaths.end(), [&](const CIMObjectPath& path) {
+             return _modules.find(path.getNameSpace(), path.getClassName(),
+                                  ProviderType::Instance) != nullptr;
+         }));
+    return {entersModules, [this, question, served = std::move(served),
+                            stored = std::move(stored), farPaths = std::move(farPaths)]() mutable {
+                return asCimErrors([&] {
+                    const Operation& asked = question.operation;
+                    Legs legs;
+                    legs.add([&]() -> Cursor {
+                        switch (asked.kind) {
+                        case OperationKind::Associators:
+                            return instanceObjects(question, farPaths);
+                        case OperationKind::AssociatorNames:
+                            return cursorOverAll(std::move(farPaths));
+                        case OperationKind::References:
+                            return madeOf(std::move(stored), [](const StoredInstance& one) {
+                                return CIMObject(one.instance());
+                            });
+                        default:
+                            return madeOf(std::move(stored),
+                                          [](const StoredInstance& one) { return one.path(); });
+                        }
+                    });
+                    for (const Source& source : served) {
+                        legs.add([&] { return traversed(asked, source); });
+                    }
+                    Answer answer = legs.answer();
+                    answer.next = completed(asked, std::move(answer.next));
+                    return answer;
+                });
+            }};
 }
 
-void Router::complete(const CIMNamespaceName& nameSpace, CIMObject& object) const {
-    CIMObjectPath path = object.getPath();
-    complete(nameSpace, path);
-    object.setPath(path);
-}
-
-/// The classes `classNames`, as the source's associations or far ends.
-Array<CIMObject> Router::classObjects(const CIMNamespaceName& nameSpace, const Names& classNames,
-                                      bool includeQualifiers, bool includeClassOrigin,
-                                      const CIMPropertyList& propertyList) const {
-    Array<CIMObject> objects;
-    for (const CIMName& name : classNames) {
-        objects.append(CIMObject(_repository.getClass(nameSpace, name, false, includeQualifiers,
-                                                      includeClassOrigin, propertyList)));
-    }
-    return objects;
+Cursor Router::traversed(const Operation& operation, const Source& source) const {
+    const Pegasus::OperationContext context = contextFor(operation.caller);
+    const CIMObjectPath path = requestPath(operation, operation.objectName);
+    const CIMName& candidate = source.className;
+    PathCollector paths(Expected::Any);
+    ObjectCollector objects(Expected::Any);
+    callProvider<CIMAssociationProvider>(
+        *source.provider, candidate, [&](CIMAssociationProvider& asked) {
+            switch (operation.kind) {
+            case OperationKind::Associators:
+                return asked.associators(context, path, candidate, operation.resultClass,
+                                         operation.role, operation.resultRole,
+                                         operation.includeQualifiers, operation.includeClassOrigin,
+                                         operation.propertyList, objects);
+            case OperationKind::AssociatorNames:
+                return asked.associatorNames(context, path, candidate, operation.resultClass,
+                                             operation.role, operation.resultRole, paths);
+            case OperationKind::References:
+                return asked.references(context, path, candidate, operation.role,
+                                        operation.includeQualifiers, operation.includeClassOrigin,
+                                        operation.propertyList, objects);
+            default:
+                return asked.referenceNames(context, path, candidate, operation.role, paths);
+            }
+        });
+    return asksForNames(operation) ? cursorOverAll(paths.objects())
+                                   : cursorOverAll(objects.objects());
 }
 
 /// The instances that `paths` name, whoever serves them. A path that leads nowhere is left out:
 /// associatorNames tells it, but there is no object to show.
-Array<CIMObject> Router::instanceObjects(const Traversal& traversal,
-                                         const std::vector<CIMObjectPath>& paths,
-                                         bool includeQualifiers, bool includeClassOrigin,
-                                         const CIMPropertyList& propertyList) {
-    Array<CIMObject> objects;
-    for (CIMObjectPath path : paths) {
-        complete(traversal.nameSpace, path);
+Cursor Router::instanceObjects(const Question& question, const std::vector<CIMObjectPath>& paths) {
+    std::vector<FarEnd> found;
+    for (const CIMObjectPath& path : paths) {
+        Operation get = question.operation;
+        get.kind = OperationKind::GetInstance;
+        get.nameSpace = path.getNameSpace();
+        get.objectName = path;
+        const Question there{get, question.view};
         try {
-            Pegasus::CIMInstance instance =
-                getInstance(traversal.caller, path.getNameSpace(), path, includeQualifiers,
-                            includeClassOrigin, propertyList);
-            instance.setPath(path);
-            objects.append(CIMObject(instance));
+            there.requireClass(path.getClassName());
+            if (providerOf(there, path.getClassName()) == nullptr) {
+                found.push_back({path, question.view.getInstance(get.nameSpace, path), {}});
+            } else {
+                found.push_back({path, std::nullopt, onlyOf<CIMInstance>(perform(get))});
+            }
         } catch (const CIMException& error) {
             if (error.getCode() != Pegasus::CIM_ERR_NOT_FOUND) {
                 throw;
             }
         }
     }
-    return objects;
+    return madeOf(std::move(found), [](const FarEnd& end) { return end.object(); });
 }
 
-Answer<CIMObject> Router::associators(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                      const CIMObjectPath& objectName, const CIMName& assocClass,
-                                      const CIMName& resultClass, const String& role,
-                                      const String& resultRole, bool includeQualifiers,
-                                      bool includeClassOrigin,
-                                      const CIMPropertyList& propertyList) {
-    const Traversal traversal{
-        caller, nameSpace, objectName, assocClass, {resultClass, role, resultRole}};
-    return traverse<ObjectCollector>(
-        traversal,
-        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
-            ObjectCollector& collector) {
-            provider.associators(contextFor(caller), source, candidate, resultClass, role,
-                                 resultRole, includeQualifiers, includeClassOrigin, propertyList,
-                                 collector);
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return instanceObjects(traversal, associations.farInstances(classNames),
-                                   includeQualifiers, includeClassOrigin, propertyList);
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return classObjects(nameSpace, associations.farClasses(classNames), includeQualifiers,
-                                includeClassOrigin, propertyList);
-        });
+/// Host and namespace are put in where a path has none; others stay, right or wrong.
+void Router::complete(const Operation& operation, CIMObjectPath& path) const {
+    if (path.getHost().size() == 0) {
+        path.setHost(_hostName);
+    }
+    if (path.getNameSpace().isNull()) {
+        path.setNameSpace(operation.nameSpace);
+    }
 }
 
-Answer<CIMObjectPath> Router::associatorNames(const Caller& caller,
-                                              const CIMNamespaceName& nameSpace,
-                                              const CIMObjectPath& objectName,
-                                              const CIMName& assocClass, const CIMName& resultClass,
-                                              const String& role, const String& resultRole) {
-    return traverse<PathCollector>(
-        {caller, nameSpace, objectName, assocClass, {resultClass, role, resultRole}},
-        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
-            PathCollector& collector) {
-            provider.associatorNames(contextFor(caller), source, candidate, resultClass, role,
-                                     resultRole, collector);
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return arrayOf(associations.farInstances(classNames));
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return classPaths(associations.farClasses(classNames));
+Cursor Router::completed(const Operation& operation, Cursor cursor) const {
+    if (asksForNames(operation)) {
+        return mapped<CIMObjectPath>(std::move(cursor), [this, &operation](CIMObjectPath& path) {
+            complete(operation, path);
         });
-}
-
-// For references the result class is the filter on the association classes.
-
-Answer<CIMObject> Router::references(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                     const CIMObjectPath& objectName, const CIMName& resultClass,
-                                     const String& role, bool includeQualifiers,
-                                     bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    return traverse<ObjectCollector>(
-        {caller, nameSpace, objectName, resultClass, {CIMName(), role, String()}},
-        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
-            ObjectCollector& collector) {
-            provider.references(contextFor(caller), source, candidate, role, includeQualifiers,
-                                includeClassOrigin, propertyList, collector);
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            Array<CIMObject> objects;
-            for (const Pegasus::CIMInstance& instance : associations.instances(classNames)) {
-                objects.append(CIMObject(instance));
-            }
-            return objects;
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return classObjects(nameSpace, associations.associationClasses(classNames),
-                                includeQualifiers, includeClassOrigin, propertyList);
-        });
-}
-
-Answer<CIMObjectPath> Router::referenceNames(const Caller& caller,
-                                             const CIMNamespaceName& nameSpace,
-                                             const CIMObjectPath& objectName,
-                                             const CIMName& resultClass, const String& role) {
-    return traverse<PathCollector>(
-        {caller, nameSpace, objectName, resultClass, {CIMName(), role, String()}},
-        [&](CIMAssociationProvider& provider, const CIMObjectPath& source, const CIMName& candidate,
-            PathCollector& collector) {
-            provider.referenceNames(contextFor(caller), source, candidate, role, collector);
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            Array<CIMObjectPath> paths;
-            for (const Pegasus::CIMInstance& instance : associations.instances(classNames)) {
-                paths.append(instance.getPath());
-            }
-            return paths;
-        },
-        [&](const RepositoryAssociations& associations, const Names& classNames) {
-            return classPaths(associations.associationClasses(classNames));
-        });
+    }
+    return mapped<CIMObject>(std::move(cursor), [this, &operation](CIMObject& object) {
+        CIMObjectPath path = object.getPath();
+        complete(operation, path);
+        object.setPath(path);
+    });
 }
 
 } // namespace embedded::host

@@ -24,8 +24,58 @@
 
 namespace embedded::repository {
 
+class Repository;
+
+class StoredInstance {
+  public:
+    explicit StoredInstance(const Pegasus::CIMInstance& i) : _i(i) {}
+    const Pegasus::CIMObjectPath& path() const { return _i.getPath(); }
+    Pegasus::CIMInstance instance(bool = true) const { return _i.clone(); }
+    std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPath>> references() const;
+  private:
+    Pegasus::CIMInstance _i;
+};
+class InstanceList {
+  public:
+    explicit InstanceList(std::vector<Pegasus::CIMInstance> all) : _all(std::move(all)) {}
+    std::size_t size() const { return _all.size(); }
+    StoredInstance operator[](std::size_t i) const { return StoredInstance(_all[i]); }
+  private:
+    std::vector<Pegasus::CIMInstance> _all;
+};
+class View {
+  public:
+    explicit View(const Repository& r) : _r(&r) {}
+    bool hasNameSpace(const Pegasus::CIMNamespaceName& ns) const;
+    bool hasClass(const Pegasus::CIMNamespaceName& ns, const Pegasus::CIMName& c) const;
+    Pegasus::CIMClass getClass(const Pegasus::CIMNamespaceName& nameSpace,
+                               const Pegasus::CIMName& className, bool localOnly = false,
+                               bool includeQualifiers = true, bool includeClassOrigin = true,
+                               const Pegasus::CIMPropertyList& propertyList = {}) const;
+    std::vector<Pegasus::CIMName> subClassNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                const Pegasus::CIMName& className, bool deep) const;
+    std::vector<Pegasus::CIMName> superClassNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                  const Pegasus::CIMName& className) const;
+    bool isA(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& d, const Pegasus::CIMName& b) const;
+    std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& c) const;
+    std::vector<Pegasus::CIMName> associationClassNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                        const Pegasus::CIMName& sourceClass,
+                                                        const Pegasus::CIMName& filter) const;
+    StoredInstance getInstance(const Pegasus::CIMNamespaceName& nameSpace,
+                                     const Pegasus::CIMObjectPath& instanceName) const;
+    InstanceList instances(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className) const;
+    std::vector<StoredInstance> referrers(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className, const Pegasus::CIMObjectPath& source) const;
+    Pegasus::CIMQualifierDecl getQualifier(const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& qualifierName) const;
+    std::vector<Pegasus::CIMQualifierDecl>
+    enumerateQualifiers(const Pegasus::CIMNamespaceName& nameSpace) const;
+  private:
+    const Repository* _r;
+};
+
 class Repository {
   public:
+    View view() const { return View(*this); }
     Repository();
     ~Repository();
     Repository(const Repository&) = delete;

@@ -30,9 +30,19 @@ class Server : public CIMOMHandleRep {
     std::function<void()> fail; ///< called by every request
     Texts asked;                ///< "namespace:class"
 
-    Array<CIMObjectPath> enumerateInstanceNames(const OperationContext&,
-                                                const CIMNamespaceName& nameSpace,
-                                                const CIMName& className) override {
+    hosting::Answer perform(const hosting::Operation& operation) override {
+        switch (operation.kind) {
+        case hosting::OperationKind::EnumerateInstanceNames:
+            return {hosting::cursorOverAll(names(operation.nameSpace, operation.className))};
+        case hosting::OperationKind::EnumerateInstances:
+            return {hosting::cursorOverAll(instances(operation.nameSpace, operation.className))};
+        default:
+            return CIMOMHandleRep::perform(operation);
+        }
+    }
+
+  private:
+    Array<CIMObjectPath> names(const CIMNamespaceName& nameSpace, const CIMName& className) {
         const auto found = paths.find(ask(nameSpace, className));
         if (found == paths.end()) {
             throw CIMException(CIM_ERR_INVALID_CLASS, className.getString());
@@ -44,10 +54,7 @@ class Server : public CIMOMHandleRep {
         return result;
     }
 
-    Array<CIMInstance> enumerateInstances(const OperationContext&,
-                                          const CIMNamespaceName& nameSpace,
-                                          const CIMName& className, Boolean, Boolean, Boolean,
-                                          Boolean, const CIMPropertyList&) override {
+    Array<CIMInstance> instances(const CIMNamespaceName& nameSpace, const CIMName& className) {
         if (ask(nameSpace, className) != "root/PG_Internal:PG_ConfigSetting" ||
             configuration.empty()) {
             throw CIMException(CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
@@ -64,7 +71,6 @@ class Server : public CIMOMHandleRep {
         return result;
     }
 
-  private:
     std::string ask(const CIMNamespaceName& nameSpace, const CIMName& className) {
         asked.push_back(text(nameSpace.getString()) + ":" + text(className.getString()));
         if (fail) {

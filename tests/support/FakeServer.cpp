@@ -11,6 +11,8 @@ PEGASUS_USING_PEGASUS;
 
 namespace testsupport {
 
+using hosting::OperationKind;
+
 namespace {
 
 std::string lower(std::string name) {
@@ -142,73 +144,61 @@ const std::vector<CIMInstance>& FakeServer::objectsOf(const std::string& classNa
     return found != _objects.end() ? found->second : none;
 }
 
-CIMClass FakeServer::getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
-                              const CIMName& className, Boolean localOnly,
-                              Boolean includeQualifiers, Boolean includeClassOrigin,
-                              const CIMPropertyList& propertyList) {
-    const std::string name = text(className.getString());
-    const std::string space = text(nameSpace.getString());
-    calls.push_back("getClass " + space + " " + name + flag("localOnly", localOnly) +
-                    flag("qualifiers", includeQualifiers) + flag("origin", includeClassOrigin) +
-                    listFlag(propertyList));
-    failIfTold("getClass", name);
-    const auto found = _classes.find(lower(space + ":" + name));
+hosting::Answer FakeServer::perform(const hosting::Operation& operation) {
+    const std::string name = hosting::operationName(operation.kind);
+    const std::string className = text(operation.target().getString());
+    const bool ofInstance = operation.kind == OperationKind::GetInstance;
+    std::string flags;
+    if (operation.kind != OperationKind::EnumerateInstanceNames) {
+        flags = (operation.kind == OperationKind::EnumerateInstances
+                     ? flag("deep", operation.deepInheritance)
+                     : "") +
+                flag("localOnly", operation.localOnly) +
+                flag("qualifiers", operation.includeQualifiers) +
+                flag("origin", operation.includeClassOrigin) + listFlag(operation.propertyList);
+    }
+    calls.push_back(name + " " + text(operation.nameSpace.getString()) + " " +
+                    (ofInstance ? text(operation.objectName) : className) + flags);
+    failIfTold(name, className);
+    switch (operation.kind) {
+    case OperationKind::GetClass:
+        return {hosting::cursorOver(classFor(operation))};
+    case OperationKind::GetInstance:
+        return {hosting::cursorOver(instanceFor(operation))};
+    case OperationKind::EnumerateInstances:
+        return {hosting::cursorOverAll(objectsOf(className))};
+    case OperationKind::EnumerateInstanceNames: {
+        std::vector<CIMObjectPath> paths;
+        for (const CIMInstance& object : objectsOf(className)) {
+            paths.push_back(object.getPath());
+        }
+        return {hosting::cursorOverAll(paths)};
+    }
+    default:
+        return CIMOMHandleRep::perform(operation);
+    }
+}
+
+CIMClass FakeServer::classFor(const hosting::Operation& operation) const {
+    const auto found = _classes.find(lower(text(operation.nameSpace.getString()) + ":" +
+                                           text(operation.className.getString())));
     if (found == _classes.end()) {
-        throw CIMException(CIM_ERR_NOT_FOUND, className.getString());
+        throw CIMException(CIM_ERR_NOT_FOUND, operation.className.getString());
     }
     return found->second;
 }
 
-CIMInstance FakeServer::getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
-                                    const CIMObjectPath& instanceName, Boolean localOnly,
-                                    Boolean includeQualifiers, Boolean includeClassOrigin,
-                                    const CIMPropertyList& propertyList) {
-    const std::string name = text(instanceName.getClassName().getString());
-    calls.push_back("getInstance " + text(nameSpace.getString()) + " " + text(instanceName) +
-                    flag("localOnly", localOnly) + flag("qualifiers", includeQualifiers) +
-                    flag("origin", includeClassOrigin) + listFlag(propertyList));
-    failIfTold("getInstance", name);
-    for (const CIMInstance& object : objectsOf(name)) {
+CIMInstance FakeServer::instanceFor(const hosting::Operation& operation) const {
+    const CIMObjectPath& name = operation.objectName;
+    for (const CIMInstance& object : objectsOf(text(name.getClassName().getString()))) {
         CIMObjectPath mine = object.getPath();
-        mine.setHost(instanceName.getHost());
-        mine.setNameSpace(instanceName.getNameSpace());
-        if (mine.identical(instanceName)) {
+        mine.setHost(name.getHost());
+        mine.setNameSpace(name.getNameSpace());
+        if (mine.identical(name)) {
             return object;
         }
     }
-    throw CIMException(CIM_ERR_NOT_FOUND, instanceName.toString());
-}
-
-Array<CIMInstance> FakeServer::enumerateInstances(const OperationContext&,
-                                                  const CIMNamespaceName& nameSpace,
-                                                  const CIMName& className, Boolean deepInheritance,
-                                                  Boolean localOnly, Boolean includeQualifiers,
-                                                  Boolean includeClassOrigin,
-                                                  const CIMPropertyList& propertyList) {
-    const std::string name = text(className.getString());
-    calls.push_back("enumerateInstances " + text(nameSpace.getString()) + " " + name +
-                    flag("deep", deepInheritance) + flag("localOnly", localOnly) +
-                    flag("qualifiers", includeQualifiers) + flag("origin", includeClassOrigin) +
-                    listFlag(propertyList));
-    failIfTold("enumerateInstances", name);
-    Array<CIMInstance> instances;
-    for (const CIMInstance& object : objectsOf(name)) {
-        instances.append(object);
-    }
-    return instances;
-}
-
-Array<CIMObjectPath> FakeServer::enumerateInstanceNames(const OperationContext&,
-                                                        const CIMNamespaceName& nameSpace,
-                                                        const CIMName& className) {
-    const std::string name = text(className.getString());
-    calls.push_back("enumerateInstanceNames " + text(nameSpace.getString()) + " " + name);
-    failIfTold("enumerateInstanceNames", name);
-    Array<CIMObjectPath> paths;
-    for (const CIMInstance& object : objectsOf(name)) {
-        paths.append(object.getPath());
-    }
-    return paths;
+    throw CIMException(CIM_ERR_NOT_FOUND, name.toString());
 }
 
 } // namespace testsupport

@@ -45,29 +45,11 @@ class FakeServer : public Pegasus::CIMOMHandleRep {
     /// One line for each call: "operation nameSpace class-or-path flags", flags as "name=0|1".
     std::vector<std::string> calls;
 
-    Pegasus::CIMClass getClass(const Pegasus::OperationContext& context,
-                               const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className, Pegasus::Boolean localOnly,
-                               Pegasus::Boolean includeQualifiers,
-                               Pegasus::Boolean includeClassOrigin,
-                               const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::CIMInstance getInstance(const Pegasus::OperationContext& context,
-                                     const Pegasus::CIMNamespaceName& nameSpace,
-                                     const Pegasus::CIMObjectPath& instanceName,
-                                     Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
-                                     Pegasus::Boolean includeClassOrigin,
-                                     const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::Array<Pegasus::CIMInstance> enumerateInstances(
-        const Pegasus::OperationContext& context, const Pegasus::CIMNamespaceName& nameSpace,
-        const Pegasus::CIMName& className, Pegasus::Boolean deepInheritance,
-        Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
-        Pegasus::Boolean includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) override;
-    Pegasus::Array<Pegasus::CIMObjectPath>
-    enumerateInstanceNames(const Pegasus::OperationContext& context,
-                           const Pegasus::CIMNamespaceName& nameSpace,
-                           const Pegasus::CIMName& className) override;
+    Pegasus::hosting::Answer perform(const Pegasus::hosting::Operation& operation) override;
 
   private:
+    Pegasus::CIMClass classFor(const Pegasus::hosting::Operation& operation) const;
+    Pegasus::CIMInstance instanceFor(const Pegasus::hosting::Operation& operation) const;
     const std::vector<Pegasus::CIMInstance>& objectsOf(const std::string& className) const;
     void failIfTold(const std::string& operation, const std::string& className) const;
 

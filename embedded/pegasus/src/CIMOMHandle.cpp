@@ -4,12 +4,61 @@
 
 namespace Pegasus {
 
+using hosting::allOf;
+using hosting::onlyOf;
+using hosting::Operation;
+using hosting::OperationKind;
+
 namespace {
 
 CIMOMHandleRep& serverOf(const std::shared_ptr<CIMOMHandleRep>& rep) {
     if (!rep)
         throw CIMException(CIM_ERR_FAILED, "no CIM server in this process");
     return *rep;
+}
+
+/// Containers that are missing are those of nobody in particular.
+hosting::Caller callerOf(const OperationContext& context) {
+    hosting::Caller caller;
+    if (context.contains(IdentityContainer::NAME))
+        caller.userName = IdentityContainer(context.get(IdentityContainer::NAME)).getUserName();
+    return caller;
+}
+
+Operation of(OperationKind kind, const OperationContext& context,
+             const CIMNamespaceName& nameSpace) {
+    Operation operation;
+    operation.kind = kind;
+    operation.caller = callerOf(context);
+    operation.nameSpace = nameSpace;
+    return operation;
+}
+
+Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
+             const CIMName& className) {
+    Operation operation = of(kind, context, nameSpace);
+    operation.className = className;
+    return operation;
+}
+
+Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
+             const CIMObjectPath& objectName) {
+    Operation operation = of(kind, context, nameSpace);
+    operation.objectName = objectName;
+    return operation;
+}
+
+Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
+             const CIMInstance& instance) {
+    Operation operation = of(kind, context, nameSpace);
+    operation.instance = instance;
+    return operation;
+}
+
+/// No host offers it, so nothing says what was asked.
+[[noreturn]] void refuse(const std::shared_ptr<CIMOMHandleRep>& rep, const char* operation) {
+    serverOf(rep);
+    hosting::refuseOperation(operation);
 }
 
 } // namespace
@@ -27,8 +76,12 @@ CIMClass CIMOMHandle::getClass(const OperationContext& context, const CIMNamespa
                                const CIMName& className, Boolean localOnly,
                                Boolean includeQualifiers, Boolean includeClassOrigin,
                                const CIMPropertyList& propertyList) {
-    return serverOf(_rep).getClass(context, nameSpace, className, localOnly, includeQualifiers,
-                                   includeClassOrigin, propertyList);
+    Operation operation = of(OperationKind::GetClass, context, nameSpace, className);
+    operation.localOnly = localOnly;
+    operation.includeQualifiers = includeQualifiers;
+    operation.includeClassOrigin = includeClassOrigin;
+    operation.propertyList = propertyList;
+    return onlyOf<CIMClass>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMClass> CIMOMHandle::enumerateClasses(const OperationContext& context,
@@ -36,29 +89,32 @@ Array<CIMClass> CIMOMHandle::enumerateClasses(const OperationContext& context,
                                               const CIMName& className, Boolean deepInheritance,
                                               Boolean localOnly, Boolean includeQualifiers,
                                               Boolean includeClassOrigin) {
-    return serverOf(_rep).enumerateClasses(context, nameSpace, className, deepInheritance,
-                                           localOnly, includeQualifiers, includeClassOrigin);
+    Operation operation = of(OperationKind::EnumerateClasses, context, nameSpace, className);
+    operation.deepInheritance = deepInheritance;
+    operation.localOnly = localOnly;
+    operation.includeQualifiers = includeQualifiers;
+    operation.includeClassOrigin = includeClassOrigin;
+    return allOf<CIMClass>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMName> CIMOMHandle::enumerateClassNames(const OperationContext& context,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMName& className, Boolean deepInheritance) {
-    return serverOf(_rep).enumerateClassNames(context, nameSpace, className, deepInheritance);
+    Operation operation = of(OperationKind::EnumerateClassNames, context, nameSpace, className);
+    operation.deepInheritance = deepInheritance;
+    return allOf<CIMName>(serverOf(_rep).perform(operation));
 }
 
-void CIMOMHandle::createClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
-                              const CIMClass& newClass) {
-    serverOf(_rep).createClass(context, nameSpace, newClass);
+void CIMOMHandle::createClass(const OperationContext&, const CIMNamespaceName&, const CIMClass&) {
+    refuse(_rep, "createClass");
 }
 
-void CIMOMHandle::modifyClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
-                              const CIMClass& modifiedClass) {
-    serverOf(_rep).modifyClass(context, nameSpace, modifiedClass);
+void CIMOMHandle::modifyClass(const OperationContext&, const CIMNamespaceName&, const CIMClass&) {
+    refuse(_rep, "modifyClass");
 }
 
-void CIMOMHandle::deleteClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
-                              const CIMName& className) {
-    serverOf(_rep).deleteClass(context, nameSpace, className);
+void CIMOMHandle::deleteClass(const OperationContext&, const CIMNamespaceName&, const CIMName&) {
+    refuse(_rep, "deleteClass");
 }
 
 CIMInstance CIMOMHandle::getInstance(const OperationContext& context,
@@ -66,8 +122,12 @@ CIMInstance CIMOMHandle::getInstance(const OperationContext& context,
                                      const CIMObjectPath& instanceName, Boolean localOnly,
                                      Boolean includeQualifiers, Boolean includeClassOrigin,
                                      const CIMPropertyList& propertyList) {
-    return serverOf(_rep).getInstance(context, nameSpace, instanceName, localOnly,
-                                      includeQualifiers, includeClassOrigin, propertyList);
+    Operation operation = of(OperationKind::GetInstance, context, nameSpace, instanceName);
+    operation.localOnly = localOnly;
+    operation.includeQualifiers = includeQualifiers;
+    operation.includeClassOrigin = includeClassOrigin;
+    operation.propertyList = propertyList;
+    return onlyOf<CIMInstance>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMInstance>
@@ -75,39 +135,46 @@ CIMOMHandle::enumerateInstances(const OperationContext& context, const CIMNamesp
                                 const CIMName& className, Boolean deepInheritance,
                                 Boolean localOnly, Boolean includeQualifiers,
                                 Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
-    return serverOf(_rep).enumerateInstances(context, nameSpace, className, deepInheritance,
-                                             localOnly, includeQualifiers, includeClassOrigin,
-                                             propertyList);
+    Operation operation = of(OperationKind::EnumerateInstances, context, nameSpace, className);
+    operation.deepInheritance = deepInheritance;
+    operation.localOnly = localOnly;
+    operation.includeQualifiers = includeQualifiers;
+    operation.includeClassOrigin = includeClassOrigin;
+    operation.propertyList = propertyList;
+    return allOf<CIMInstance>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMObjectPath> CIMOMHandle::enumerateInstanceNames(const OperationContext& context,
                                                          const CIMNamespaceName& nameSpace,
                                                          const CIMName& className) {
-    return serverOf(_rep).enumerateInstanceNames(context, nameSpace, className);
+    return allOf<CIMObjectPath>(serverOf(_rep).perform(
+        of(OperationKind::EnumerateInstanceNames, context, nameSpace, className)));
 }
 
 CIMObjectPath CIMOMHandle::createInstance(const OperationContext& context,
                                           const CIMNamespaceName& nameSpace,
                                           const CIMInstance& newInstance) {
-    return serverOf(_rep).createInstance(context, nameSpace, newInstance);
+    return onlyOf<CIMObjectPath>(serverOf(_rep).perform(
+        of(OperationKind::CreateInstance, context, nameSpace, newInstance)));
 }
 
 void CIMOMHandle::modifyInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                  const CIMInstance& modifiedInstance, Boolean includeQualifiers,
                                  const CIMPropertyList& propertyList) {
-    serverOf(_rep).modifyInstance(context, nameSpace, modifiedInstance, includeQualifiers,
-                                  propertyList);
+    Operation operation = of(OperationKind::ModifyInstance, context, nameSpace, modifiedInstance);
+    operation.includeQualifiers = includeQualifiers;
+    operation.propertyList = propertyList;
+    serverOf(_rep).perform(operation);
 }
 
 void CIMOMHandle::deleteInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                  const CIMObjectPath& instanceName) {
-    serverOf(_rep).deleteInstance(context, nameSpace, instanceName);
+    serverOf(_rep).perform(of(OperationKind::DeleteInstance, context, nameSpace, instanceName));
 }
 
-Array<CIMObject> CIMOMHandle::execQuery(const OperationContext& context,
-                                        const CIMNamespaceName& nameSpace,
-                                        const String& queryLanguage, const String& query) {
-    return serverOf(_rep).execQuery(context, nameSpace, queryLanguage, query);
+Array<CIMObject> CIMOMHandle::execQuery(const OperationContext&, const CIMNamespaceName&,
+                                        const String&, const String&) {
+    refuse(_rep, "execQuery");
 }
 
 Array<CIMObject> CIMOMHandle::associators(const OperationContext& context,
@@ -117,9 +184,15 @@ Array<CIMObject> CIMOMHandle::associators(const OperationContext& context,
                                           const String& role, const String& resultRole,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) {
-    return serverOf(_rep).associators(context, nameSpace, objectName, assocClass, resultClass, role,
-                                      resultRole, includeQualifiers, includeClassOrigin,
-                                      propertyList);
+    Operation operation = of(OperationKind::Associators, context, nameSpace, objectName);
+    operation.assocClass = assocClass;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.resultRole = resultRole;
+    operation.includeQualifiers = includeQualifiers;
+    operation.includeClassOrigin = includeClassOrigin;
+    operation.propertyList = propertyList;
+    return allOf<CIMObject>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMObjectPath> CIMOMHandle::associatorNames(const OperationContext& context,
@@ -128,8 +201,12 @@ Array<CIMObjectPath> CIMOMHandle::associatorNames(const OperationContext& contex
                                                   const CIMName& assocClass,
                                                   const CIMName& resultClass, const String& role,
                                                   const String& resultRole) {
-    return serverOf(_rep).associatorNames(context, nameSpace, objectName, assocClass, resultClass,
-                                          role, resultRole);
+    Operation operation = of(OperationKind::AssociatorNames, context, nameSpace, objectName);
+    operation.assocClass = assocClass;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.resultRole = resultRole;
+    return allOf<CIMObjectPath>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMObject> CIMOMHandle::references(const OperationContext& context,
@@ -138,36 +215,42 @@ Array<CIMObject> CIMOMHandle::references(const OperationContext& context,
                                          const CIMName& resultClass, const String& role,
                                          Boolean includeQualifiers, Boolean includeClassOrigin,
                                          const CIMPropertyList& propertyList) {
-    return serverOf(_rep).references(context, nameSpace, objectName, resultClass, role,
-                                     includeQualifiers, includeClassOrigin, propertyList);
+    Operation operation = of(OperationKind::References, context, nameSpace, objectName);
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.includeQualifiers = includeQualifiers;
+    operation.includeClassOrigin = includeClassOrigin;
+    operation.propertyList = propertyList;
+    return allOf<CIMObject>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMObjectPath> CIMOMHandle::referenceNames(const OperationContext& context,
                                                  const CIMNamespaceName& nameSpace,
                                                  const CIMObjectPath& objectName,
                                                  const CIMName& resultClass, const String& role) {
-    return serverOf(_rep).referenceNames(context, nameSpace, objectName, resultClass, role);
+    Operation operation = of(OperationKind::ReferenceNames, context, nameSpace, objectName);
+    operation.resultClass = resultClass;
+    operation.role = role;
+    return allOf<CIMObjectPath>(serverOf(_rep).perform(operation));
 }
 
 CIMValue CIMOMHandle::getProperty(const OperationContext& context,
                                   const CIMNamespaceName& nameSpace,
                                   const CIMObjectPath& instanceName, const CIMName& propertyName) {
-    return serverOf(_rep).getProperty(context, nameSpace, instanceName, propertyName);
+    Operation operation = of(OperationKind::GetProperty, context, nameSpace, instanceName);
+    operation.memberName = propertyName;
+    return onlyOf<CIMValue>(serverOf(_rep).perform(operation));
 }
 
-void CIMOMHandle::setProperty(const OperationContext& context, const CIMNamespaceName& nameSpace,
-                              const CIMObjectPath& instanceName, const CIMName& propertyName,
-                              const CIMValue& newValue) {
-    serverOf(_rep).setProperty(context, nameSpace, instanceName, propertyName, newValue);
+void CIMOMHandle::setProperty(const OperationContext&, const CIMNamespaceName&,
+                              const CIMObjectPath&, const CIMName&, const CIMValue&) {
+    refuse(_rep, "setProperty");
 }
 
-CIMValue CIMOMHandle::invokeMethod(const OperationContext& context,
-                                   const CIMNamespaceName& nameSpace,
-                                   const CIMObjectPath& instanceName, const CIMName& methodName,
-                                   const Array<CIMParamValue>& inParameters,
-                                   Array<CIMParamValue>& outParameters) {
-    return serverOf(_rep).invokeMethod(context, nameSpace, instanceName, methodName, inParameters,
-                                       outParameters);
+CIMValue CIMOMHandle::invokeMethod(const OperationContext&, const CIMNamespaceName&,
+                                   const CIMObjectPath&, const CIMName&,
+                                   const Array<CIMParamValue>&, Array<CIMParamValue>&) {
+    refuse(_rep, "invokeMethod");
 }
 
 // Where there is no server, nothing unloads the provider.

@@ -5,8 +5,8 @@
 namespace embedded::cimxml::test {
 
 using namespace Pegasus;
-using host::Answer;
-using host::Caller;
+using host::Operation;
+using host::OperationKind;
 
 namespace {
 
@@ -45,152 +45,98 @@ std::string show(const CIMInstance& instance) {
     return show(instance.getPath());
 }
 
+/// The arguments of `o`, in the order in which DSP0200 has them.
+std::vector<std::string> argumentsOf(const Operation& o) {
+    const std::string flags = show(o.includeQualifiers) + " " + show(o.includeClassOrigin);
+    const std::string shown = flags + " " + show(o.propertyList);
+    switch (o.kind) {
+    case OperationKind::GetClass:
+        return {show(o.className), show(o.localOnly), shown};
+    case OperationKind::EnumerateClasses:
+        return {show(o.className), show(o.deepInheritance), show(o.localOnly), flags};
+    case OperationKind::EnumerateClassNames:
+        return {show(o.className), show(o.deepInheritance)};
+    case OperationKind::GetInstance:
+        return {show(o.objectName), shown};
+    case OperationKind::EnumerateInstances:
+        return {show(o.className), show(o.deepInheritance), shown};
+    case OperationKind::EnumerateInstanceNames:
+        return {show(o.className)};
+    case OperationKind::CreateInstance:
+        return {show(o.instance)};
+    case OperationKind::ModifyInstance:
+        return {show(o.instance), show(o.includeQualifiers), show(o.propertyList)};
+    case OperationKind::DeleteInstance:
+        return {show(o.objectName)};
+    case OperationKind::GetProperty:
+        return {show(o.objectName), show(o.memberName)};
+    case OperationKind::Associators:
+        return {show(o.objectName), show(o.assocClass), show(o.resultClass),
+                show(o.role),       show(o.resultRole), shown};
+    case OperationKind::AssociatorNames:
+        return {show(o.objectName), show(o.assocClass), show(o.resultClass), show(o.role),
+                show(o.resultRole)};
+    case OperationKind::References:
+        return {show(o.objectName), show(o.resultClass), show(o.role), shown};
+    case OperationKind::ReferenceNames:
+        return {show(o.objectName), show(o.resultClass), show(o.role)};
+    case OperationKind::GetQualifier:
+        return {show(o.memberName)};
+    case OperationKind::EnumerateQualifiers:
+        return {};
+    }
+    return {};
+}
+
 } // namespace
 
-template <class... Arguments>
-void FakeOperations::record(const Caller& caller, const char* operation,
-                            const Arguments&... arguments) {
-    std::string line = operation;
-    ((line += " " + show(arguments)), ...);
+host::Plan FakeOperations::plan(const Operation& operation) {
+    std::string line = hosting::operationName(operation.kind);
+    line += " " + show(operation.nameSpace);
+    for (const std::string& argument : argumentsOf(operation)) {
+        line += " " + argument;
+    }
     calls.push_back(line);
-    lastCaller = caller;
+    lastCaller = operation.caller;
+    lastInstance = operation.instance;
     if (failure) {
         throw *failure;
     }
+    return {entersModules, [this, &operation] { return answerTo(operation); }};
 }
 
-CIMClass FakeOperations::getClass(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                  const CIMName& className, bool localOnly, bool includeQualifiers,
-                                  bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    record(caller, "getClass", nameSpace, className, localOnly, includeQualifiers,
-           includeClassOrigin, propertyList);
-    return cimClass;
-}
-
-Array<CIMClass> FakeOperations::enumerateClasses(const Caller& caller,
-                                                 const CIMNamespaceName& nameSpace,
-                                                 const CIMName& className, bool deepInheritance,
-                                                 bool localOnly, bool includeQualifiers,
-                                                 bool includeClassOrigin) {
-    record(caller, "enumerateClasses", nameSpace, className, deepInheritance, localOnly,
-           includeQualifiers, includeClassOrigin);
-    return classes;
-}
-
-Array<CIMName> FakeOperations::enumerateClassNames(const Caller& caller,
-                                                   const CIMNamespaceName& nameSpace,
-                                                   const CIMName& className, bool deepInheritance) {
-    record(caller, "enumerateClassNames", nameSpace, className, deepInheritance);
-    return classNames;
-}
-
-CIMInstance FakeOperations::getInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                        const CIMObjectPath& instanceName, bool includeQualifiers,
-                                        bool includeClassOrigin,
-                                        const CIMPropertyList& propertyList) {
-    record(caller, "getInstance", nameSpace, instanceName, includeQualifiers, includeClassOrigin,
-           propertyList);
-    return instance;
-}
-
-Answer<CIMInstance> FakeOperations::enumerateInstances(const Caller& caller,
-                                                       const CIMNamespaceName& nameSpace,
-                                                       const CIMName& className,
-                                                       bool deepInheritance, bool includeQualifiers,
-                                                       bool includeClassOrigin,
-                                                       const CIMPropertyList& propertyList) {
-    record(caller, "enumerateInstances", nameSpace, className, deepInheritance, includeQualifiers,
-           includeClassOrigin, propertyList);
-    return instances;
-}
-
-Answer<CIMObjectPath> FakeOperations::enumerateInstanceNames(const Caller& caller,
-                                                             const CIMNamespaceName& nameSpace,
-                                                             const CIMName& className) {
-    record(caller, "enumerateInstanceNames", nameSpace, className);
-    return paths;
-}
-
-CIMObjectPath FakeOperations::createInstance(const Caller& caller,
-                                             const CIMNamespaceName& nameSpace,
-                                             const CIMInstance& newInstance) {
-    lastInstance = newInstance;
-    record(caller, "createInstance", nameSpace, newInstance);
-    return createdPath;
-}
-
-void FakeOperations::modifyInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                    const CIMInstance& modifiedInstance, bool includeQualifiers,
-                                    const CIMPropertyList& propertyList) {
-    lastInstance = modifiedInstance;
-    record(caller, "modifyInstance", nameSpace, modifiedInstance, includeQualifiers, propertyList);
-}
-
-void FakeOperations::deleteInstance(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                    const CIMObjectPath& instanceName) {
-    record(caller, "deleteInstance", nameSpace, instanceName);
-}
-
-CIMValue FakeOperations::getProperty(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                     const CIMObjectPath& instanceName,
-                                     const CIMName& propertyName) {
-    record(caller, "getProperty", nameSpace, instanceName, propertyName);
-    return value;
-}
-
-Answer<CIMObject> FakeOperations::associators(const Caller& caller,
-                                              const CIMNamespaceName& nameSpace,
-                                              const CIMObjectPath& objectName,
-                                              const CIMName& assocClass, const CIMName& resultClass,
-                                              const String& role, const String& resultRole,
-                                              bool includeQualifiers, bool includeClassOrigin,
-                                              const CIMPropertyList& propertyList) {
-    record(caller, "associators", nameSpace, objectName, assocClass, resultClass, role, resultRole,
-           includeQualifiers, includeClassOrigin, propertyList);
-    return objects;
-}
-
-Answer<CIMObjectPath>
-FakeOperations::associatorNames(const Caller& caller, const CIMNamespaceName& nameSpace,
-                                const CIMObjectPath& objectName, const CIMName& assocClass,
-                                const CIMName& resultClass, const String& role,
-                                const String& resultRole) {
-    record(caller, "associatorNames", nameSpace, objectName, assocClass, resultClass, role,
-           resultRole);
-    return paths;
-}
-
-Answer<CIMObject> FakeOperations::references(const Caller& caller,
-                                             const CIMNamespaceName& nameSpace,
-                                             const CIMObjectPath& objectName,
-                                             const CIMName& resultClass, const String& role,
-                                             bool includeQualifiers, bool includeClassOrigin,
-                                             const CIMPropertyList& propertyList) {
-    record(caller, "references", nameSpace, objectName, resultClass, role, includeQualifiers,
-           includeClassOrigin, propertyList);
-    return objects;
-}
-
-Answer<CIMObjectPath> FakeOperations::referenceNames(const Caller& caller,
-                                                     const CIMNamespaceName& nameSpace,
-                                                     const CIMObjectPath& objectName,
-                                                     const CIMName& resultClass,
-                                                     const String& role) {
-    record(caller, "referenceNames", nameSpace, objectName, resultClass, role);
-    return paths;
-}
-
-CIMQualifierDecl FakeOperations::getQualifier(const Caller& caller,
-                                              const CIMNamespaceName& nameSpace,
-                                              const CIMName& qualifierName) {
-    record(caller, "getQualifier", nameSpace, qualifierName);
-    return qualifier;
-}
-
-Array<CIMQualifierDecl> FakeOperations::enumerateQualifiers(const Caller& caller,
-                                                            const CIMNamespaceName& nameSpace) {
-    record(caller, "enumerateQualifiers", nameSpace);
-    return qualifiers;
+host::Answer FakeOperations::answerTo(const Operation& operation) {
+    switch (operation.kind) {
+    case OperationKind::GetClass:
+        return {host::cursorOver(cimClass)};
+    case OperationKind::EnumerateClasses:
+        return {host::cursorOverAll(classes)};
+    case OperationKind::EnumerateClassNames:
+        return {host::cursorOverAll(classNames)};
+    case OperationKind::GetInstance:
+        return {host::cursorOver(instance)};
+    case OperationKind::EnumerateInstances:
+        return {host::cursorOverAll(instances), legs};
+    case OperationKind::CreateInstance:
+        return {host::cursorOver(createdPath)};
+    case OperationKind::ModifyInstance:
+    case OperationKind::DeleteInstance:
+        return {};
+    case OperationKind::GetProperty:
+        return {host::cursorOver(value)};
+    case OperationKind::Associators:
+    case OperationKind::References:
+        return {host::cursorOverAll(objects), legs};
+    case OperationKind::EnumerateInstanceNames:
+    case OperationKind::AssociatorNames:
+    case OperationKind::ReferenceNames:
+        return {host::cursorOverAll(paths), legs};
+    case OperationKind::GetQualifier:
+        return {host::cursorOver(qualifier)};
+    case OperationKind::EnumerateQualifiers:
+        return {host::cursorOverAll(qualifiers)};
+    }
+    return {};
 }
 
 } // namespace embedded::cimxml::test

@@ -156,8 +156,8 @@ TEST(WrittenInstance, IsFilteredAlikeInEveryOperation) {
         return answer.find(expected) != std::string::npos;
     };
     FakeOperations operations;
-    operations.instances.objects.append(fullInstance());
-    operations.objects.objects.append(CIMObject(fullInstance()));
+    operations.instances.append(fullInstance());
+    operations.objects.append(CIMObject(fullInstance()));
     EXPECT_TRUE(has(returned(operations, "EnumerateInstances",
                              parameter("ClassName", "<CLASSNAME NAME=\"X\"/>") + list)));
     for (const char* operation : {"Associators", "References"}) {

@@ -222,8 +222,8 @@ TEST(Responses, ToGetInstanceHoldNoPath) {
 
 TEST(Responses, ToEnumerateInstancesHoldNamesWithoutHostAndNamespace) {
     FakeOperations operations;
-    operations.instances.objects.append(instanceWithPath());
-    operations.instances.objects.append(instanceWithPath());
+    operations.instances.append(instanceWithPath());
+    operations.instances.append(instanceWithPath());
     const std::string one =
         "<VALUE.NAMEDINSTANCE>\n" + writtenName + writtenInstance + "</VALUE.NAMEDINSTANCE>\n";
     EXPECT_EQ(returned(operations, "EnumerateInstances", classX), one + one);
@@ -231,7 +231,7 @@ TEST(Responses, ToEnumerateInstancesHoldNamesWithoutHostAndNamespace) {
 
 TEST(Responses, ToEnumerateInstanceNamesHoldNamesWithoutHostAndNamespace) {
     FakeOperations operations;
-    operations.paths.objects.append(pathWithHost());
+    operations.paths.append(pathWithHost());
     EXPECT_EQ(returned(operations, "EnumerateInstanceNames", classX), writtenName);
 }
 
@@ -268,14 +268,14 @@ TEST(Responses, ToGetPropertyHoldTheValueOrNothingForNull) {
 TEST(Responses, ToAssociationQueriesHoldFullPaths) {
     for (const char* operation : {"Associators", "References"}) {
         FakeOperations operations;
-        operations.objects.objects.append(CIMObject(instanceWithPath()));
+        operations.objects.append(CIMObject(instanceWithPath()));
         EXPECT_EQ(returned(operations, operation, objectX), "<VALUE.OBJECTWITHPATH>\n" +
                                                                 writtenPath + writtenInstance +
                                                                 "</VALUE.OBJECTWITHPATH>\n");
     }
     for (const char* operation : {"AssociatorNames", "ReferenceNames"}) {
         FakeOperations operations;
-        operations.paths.objects.append(pathWithHost());
+        operations.paths.append(pathWithHost());
         EXPECT_EQ(returned(operations, operation, objectX),
                   "<OBJECTPATH>\n" + writtenPath + "</OBJECTPATH>\n");
     }
@@ -286,7 +286,7 @@ TEST(Responses, ToAssociationQueriesOnAClassHoldClasses) {
     const std::string noKeys = parameter("ObjectName", "<INSTANCENAME CLASSNAME=\"C\"/>");
     for (const char* operation : {"Associators", "References"}) {
         FakeOperations operations;
-        operations.objects.objects.append(CIMObject(classWithPath()));
+        operations.objects.append(CIMObject(classWithPath()));
         const std::string answer = "<VALUE.OBJECTWITHPATH>\n" + writtenClassPath +
                                    "<CLASS NAME=\"C\" >\n</CLASS>\n</VALUE.OBJECTWITHPATH>\n";
         EXPECT_EQ(returned(operations, operation, className), answer);
@@ -294,7 +294,7 @@ TEST(Responses, ToAssociationQueriesOnAClassHoldClasses) {
     }
     for (const char* operation : {"AssociatorNames", "ReferenceNames"}) {
         FakeOperations operations;
-        operations.paths.objects.append(classWithPath().getPath());
+        operations.paths.append(classWithPath().getPath());
         EXPECT_EQ(returned(operations, operation, className),
                   "<OBJECTPATH>\n" + writtenClassPath + "</OBJECTPATH>\n");
         // As the client wrote its own class.
@@ -317,9 +317,7 @@ TEST(Responses, WithNothingOfOneLegHaveNoReturnValue) {
 
 TEST(Responses, WithNothingOfSeveralLegsHaveAnEmptyReturnValue) {
     FakeOperations operations;
-    operations.instances.legs = 2;
-    operations.paths.legs = 2;
-    operations.objects.legs = 2;
+    operations.legs = 2;
     for (const auto& [operation, parameters] :
          {std::pair("EnumerateInstances", classX), std::pair("EnumerateInstanceNames", classX),
           std::pair("Associators", objectX), std::pair("AssociatorNames", objectX),

@@ -54,7 +54,7 @@ class AssociationRouting : public testing::Test {
         toy::setScript("Q", script("Q"));
     }
 
-    Answer<CIMObjectPath> associatorNames(const CIMObjectPath& source,
+    Answers<CIMObjectPath> associatorNames(const CIMObjectPath& source,
                                           const char* assocClass = nullptr,
                                           const char* resultClass = nullptr, const char* role = "",
                                           const char* resultRole = "") {
@@ -62,7 +62,7 @@ class AssociationRouting : public testing::Test {
             {}, nameSpace, source, assocClass == nullptr ? CIMName() : assocClass,
             resultClass == nullptr ? CIMName() : resultClass, role, resultRole);
     }
-    Answer<CIMObjectPath> referenceNames(const CIMObjectPath& source,
+    Answers<CIMObjectPath> referenceNames(const CIMObjectPath& source,
                                          const char* resultClass = nullptr, const char* role = "") {
         return server.router.referenceNames({}, nameSpace, source,
                                             resultClass == nullptr ? CIMName() : resultClass, role);

@@ -4,6 +4,7 @@
 #include "Server.h"
 #include "host/FaultyReadBacks.h"
 
+#include <Pegasus/Provider/CIMOMHandle.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -13,6 +14,7 @@ namespace embedded::host::test {
 namespace {
 
 using Pegasus::CIMName;
+using Pegasus::CIMOMHandle;
 using Pegasus::OperationContext;
 
 std::string read(const std::string& text) {
@@ -88,25 +90,26 @@ std::vector<Fault> readAll(const std::vector<std::string>& texts) {
     return result;
 }
 
-/// What stands behind a provider's handle when faults are asked for.
+/// A provider's handle when faults are asked for.
 class Handle {
   public:
     Handle(Server& server, const std::vector<std::string>& faults)
-        : _readBacks(server.router, Faults(readAll(faults))), _handle(_readBacks) {}
+        : _readBacks(server.router, Faults(readAll(faults))), _handles(_readBacks) {}
 
-    operator ProviderHandle&() { return _handle; }
-    ProviderHandle* operator->() { return &_handle; }
+    operator CIMOMHandle&() { return _handle; }
+    CIMOMHandle* operator->() { return &_handle; }
 
   private:
     FaultyReadBacks _readBacks;
-    ProviderHandle _handle;
+    ProviderHandles _handles;
+    CIMOMHandle _handle;
 };
 
 const OperationContext context;
 const char* const stored = "instance of TST_Base { Id = \"1\"; };\n"
                            "instance of TST_Other { Id = \"2\"; };\n";
 
-std::size_t names(ProviderHandle& handle, const char* className) {
+std::size_t names(CIMOMHandle& handle, const char* className) {
     return handle.enumerateInstanceNames(context, nameSpace, CIMName(className)).size();
 }
 
@@ -156,78 +159,78 @@ TEST(Faults, MeetEveryOperationUnderItsName) {
     const CIMName none;
     struct Row {
         const char* operation;
-        std::function<bool(ProviderHandle&)> nothing;
+        std::function<bool(CIMOMHandle&)> nothing;
     };
     const std::vector<Row> rows = {
         {"getClass",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.getClass(context, nameSpace, CIMName("TST_Base"), false, true, true, {})
                  .isUninitialized();
          }},
         {"enumerateClasses",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle
                         .enumerateClasses(context, nameSpace, CIMName("TST_Base"), true, false,
                                           true, true)
                         .size() == 0;
          }},
         {"enumerateClassNames",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.enumerateClassNames(context, nameSpace, CIMName("TST_Base"), true)
                         .size() == 0;
          }},
         {"getInstance",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.getInstance(context, nameSpace, base, false, false, false, {})
                  .isUninitialized();
          }},
         {"enumerateInstances",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle
                         .enumerateInstances(context, nameSpace, CIMName("TST_Base"), true, false,
                                             false, false, {})
                         .size() == 0;
          }},
         {"enumerateInstanceNames",
-         [&](ProviderHandle& handle) { return names(handle, "TST_Base") == 0; }},
+         [&](CIMOMHandle& handle) { return names(handle, "TST_Base") == 0; }},
         {"createInstance",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.createInstance(context, nameSpace, instanceOf("TST_Base", "3"))
                  .getClassName()
                  .isNull();
          }},
         {"modifyInstance",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              handle.modifyInstance(context, nameSpace, instanceOf("TST_Base", "none"), false, {});
              return true;
          }},
         {"deleteInstance",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              handle.deleteInstance(context, nameSpace, pathOf("TST_Base", "none"));
              return true;
          }},
         {"getProperty",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.getProperty(context, nameSpace, base, CIMName("Id")).isNull();
          }},
         {"associators",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle
                         .associators(context, nameSpace, base, none, none, "", "", false, false, {})
                         .size() == 0;
          }},
         {"associatorNames",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.associatorNames(context, nameSpace, base, none, none, "", "").size() ==
                     0;
          }},
         {"references",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.references(context, nameSpace, base, none, "", false, false, {})
                         .size() == 0;
          }},
         {"referenceNames",
-         [&](ProviderHandle& handle) {
+         [&](CIMOMHandle& handle) {
              return handle.referenceNames(context, nameSpace, base, none, "").size() == 0;
          }},
     };

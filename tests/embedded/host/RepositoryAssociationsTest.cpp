@@ -28,7 +28,7 @@ class RepositoryAssociationsTest : public testing::Test {
     Texts farInstances(const CIMObjectPath& source, const TraversalFilters& filters = {}) {
         Texts result;
         for (const CIMObjectPath& path :
-             RepositoryAssociations(repository, nameSpace, source, filters).farInstances(classes)) {
+             RepositoryAssociations(repository.view(), nameSpace, source, filters).farInstances(classes)) {
             const std::string prefix =
                 path.getNameSpace().equal("root/elsewhere") ? "elsewhere " : "";
             result.push_back(prefix + text(path.getClassName().getString()) + " " +
@@ -37,14 +37,14 @@ class RepositoryAssociationsTest : public testing::Test {
         return result;
     }
     std::size_t instances(const CIMObjectPath& source, const TraversalFilters& filters = {}) {
-        return RepositoryAssociations(repository, nameSpace, source, filters)
+        return RepositoryAssociations(repository.view(), nameSpace, source, filters)
             .instances(classes)
             .size();
     }
     Texts farClasses(const char* source, const TraversalFilters& filters = {}) {
         Texts result;
         for (const CIMName& name :
-             RepositoryAssociations(repository, nameSpace, CIMObjectPath("", {}, CIMName(source)),
+             RepositoryAssociations(repository.view(), nameSpace, CIMObjectPath("", {}, CIMName(source)),
                                     filters)
                  .farClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")})) {
             result.push_back(text(name.getString()));
@@ -63,7 +63,7 @@ TEST_F(RepositoryAssociationsTest, EveryFarEndIsThereOnce) {
 }
 
 TEST_F(RepositoryAssociationsTest, OnlyTheClassesGivenAreLookedAt) {
-    const RepositoryAssociations associations(repository, nameSpace, a, {});
+    const RepositoryAssociations associations(repository.view(), nameSpace, a, {});
     EXPECT_EQ(2U, associations.instances({CIMName("TST_Link")}).size());
     EXPECT_EQ(1U, associations.instances({CIMName("TST_SubLink")}).size());
     EXPECT_EQ(0U, associations.instances({}).size());
@@ -108,7 +108,7 @@ TEST_F(RepositoryAssociationsTest, ClassesAreLinkedByTheirReferences) {
     EXPECT_EQ(Texts{"TST_Other"}, farClasses("TST_Base", {CIMName("TST_Other"), "", ""}));
     EXPECT_EQ(Texts{"TST_Other"}, farClasses("TST_Base", {CIMName(), "Source", ""}));
     const RepositoryAssociations associations(
-        repository, nameSpace, CIMObjectPath("", {}, CIMName("TST_Base")), {CIMName(), "Left", ""});
+        repository.view(), nameSpace, CIMObjectPath("", {}, CIMName("TST_Base")), {CIMName(), "Left", ""});
     EXPECT_EQ(std::vector{CIMName("TST_Link")},
               associations.associationClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")}));
 }

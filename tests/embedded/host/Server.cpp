@@ -60,6 +60,14 @@ repository::Repository& filled(repository::Repository& repository, const std::st
     return repository;
 }
 
+Operation operationOf(OperationKind kind, const Caller& caller, const CIMNamespaceName& nameSpace) {
+    Operation operation;
+    operation.kind = kind;
+    operation.caller = caller;
+    operation.nameSpace = nameSpace;
+    return operation;
+}
+
 template <class Object>
 Texts pathTexts(const Pegasus::Array<Object>& objects) {
     Texts result;
@@ -112,6 +120,172 @@ std::string servedBy(const std::string& provider, const std::vector<std::string>
     return mof;
 }
 
+template <class T>
+Answers<T> Router::all(const Operation& operation) {
+    const Answer answer = perform(operation);
+    return {allOf<T>(answer), answer.legs};
+}
+
+Pegasus::CIMClass Router::getClass(const Caller& caller, const NameSpace& home, const Name& name,
+                                   bool localOnly, bool qualifiers, bool origins,
+                                   const List& list) {
+    Operation operation = operationOf(OperationKind::GetClass, caller, home);
+    operation.className = name;
+    operation.localOnly = localOnly;
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = origins;
+    operation.propertyList = list;
+    return onlyOf<Pegasus::CIMClass>(perform(operation));
+}
+
+Pegasus::Array<Pegasus::CIMClass> Router::enumerateClasses(const Caller& caller,
+                                                           const NameSpace& home, const Name& name,
+                                                           bool deep, bool localOnly,
+                                                           bool qualifiers, bool origins) {
+    Operation operation = operationOf(OperationKind::EnumerateClasses, caller, home);
+    operation.className = name;
+    operation.deepInheritance = deep;
+    operation.localOnly = localOnly;
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = origins;
+    return all<Pegasus::CIMClass>(operation).objects;
+}
+
+Pegasus::Array<CIMName> Router::enumerateClassNames(const Caller& caller, const NameSpace& home,
+                                                    const Name& name, bool deep) {
+    Operation operation = operationOf(OperationKind::EnumerateClassNames, caller, home);
+    operation.className = name;
+    operation.deepInheritance = deep;
+    return all<CIMName>(operation).objects;
+}
+
+CIMInstance Router::getInstance(const Caller& caller, const NameSpace& home, const Path& path,
+                                bool qualifiers, bool origins, const List& list) {
+    Operation operation = operationOf(OperationKind::GetInstance, caller, home);
+    operation.objectName = path;
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = origins;
+    operation.propertyList = list;
+    return onlyOf<CIMInstance>(perform(operation));
+}
+
+Answers<CIMInstance> Router::enumerateInstances(const Caller& caller, const NameSpace& home,
+                                                const Name& name, bool deep, bool qualifiers,
+                                                bool origins, const List& list) {
+    Operation operation = operationOf(OperationKind::EnumerateInstances, caller, home);
+    operation.className = name;
+    operation.deepInheritance = deep;
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = origins;
+    operation.propertyList = list;
+    return all<CIMInstance>(operation);
+}
+
+Answers<CIMObjectPath> Router::enumerateInstanceNames(const Caller& caller, const NameSpace& home,
+                                                      const Name& name) {
+    Operation operation = operationOf(OperationKind::EnumerateInstanceNames, caller, home);
+    operation.className = name;
+    return all<CIMObjectPath>(operation);
+}
+
+CIMObjectPath Router::createInstance(const Caller& caller, const NameSpace& home,
+                                     const Instance& instance) {
+    Operation operation = operationOf(OperationKind::CreateInstance, caller, home);
+    operation.instance = instance;
+    return onlyOf<CIMObjectPath>(perform(operation));
+}
+
+void Router::modifyInstance(const Caller& caller, const NameSpace& home, const Instance& instance,
+                            bool qualifiers, const List& list) {
+    Operation operation = operationOf(OperationKind::ModifyInstance, caller, home);
+    operation.instance = instance;
+    operation.includeQualifiers = qualifiers;
+    operation.propertyList = list;
+    perform(operation);
+}
+
+void Router::deleteInstance(const Caller& caller, const NameSpace& home, const Path& path) {
+    Operation operation = operationOf(OperationKind::DeleteInstance, caller, home);
+    operation.objectName = path;
+    perform(operation);
+}
+
+Pegasus::CIMValue Router::getProperty(const Caller& caller, const NameSpace& home, const Path& path,
+                                      const Name& property) {
+    Operation operation = operationOf(OperationKind::GetProperty, caller, home);
+    operation.objectName = path;
+    operation.memberName = property;
+    return onlyOf<Pegasus::CIMValue>(perform(operation));
+}
+
+Answers<Pegasus::CIMObject> Router::associators(const Caller& caller, const NameSpace& home,
+                                                const Path& path, const Name& assocClass,
+                                                const Name& resultClass, const Text& role,
+                                                const Text& resultRole, bool qualifiers,
+                                                bool origins, const List& list) {
+    Operation operation = operationOf(OperationKind::Associators, caller, home);
+    operation.objectName = path;
+    operation.assocClass = assocClass;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.resultRole = resultRole;
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = origins;
+    operation.propertyList = list;
+    return all<Pegasus::CIMObject>(operation);
+}
+
+Answers<CIMObjectPath> Router::associatorNames(const Caller& caller, const NameSpace& home,
+                                               const Path& path, const Name& assocClass,
+                                               const Name& resultClass, const Text& role,
+                                               const Text& resultRole) {
+    Operation operation = operationOf(OperationKind::AssociatorNames, caller, home);
+    operation.objectName = path;
+    operation.assocClass = assocClass;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.resultRole = resultRole;
+    return all<CIMObjectPath>(operation);
+}
+
+Answers<Pegasus::CIMObject> Router::references(const Caller& caller, const NameSpace& home,
+                                               const Path& path, const Name& resultClass,
+                                               const Text& role, bool qualifiers, bool origins,
+                                               const List& list) {
+    Operation operation = operationOf(OperationKind::References, caller, home);
+    operation.objectName = path;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = origins;
+    operation.propertyList = list;
+    return all<Pegasus::CIMObject>(operation);
+}
+
+Answers<CIMObjectPath> Router::referenceNames(const Caller& caller, const NameSpace& home,
+                                              const Path& path, const Name& resultClass,
+                                              const Text& role) {
+    Operation operation = operationOf(OperationKind::ReferenceNames, caller, home);
+    operation.objectName = path;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    return all<CIMObjectPath>(operation);
+}
+
+Pegasus::CIMQualifierDecl Router::getQualifier(const Caller& caller, const NameSpace& home,
+                                               const Name& name) {
+    Operation operation = operationOf(OperationKind::GetQualifier, caller, home);
+    operation.memberName = name;
+    return onlyOf<Pegasus::CIMQualifierDecl>(perform(operation));
+}
+
+Pegasus::Array<Pegasus::CIMQualifierDecl> Router::enumerateQualifiers(const Caller& caller,
+                                                                      const NameSpace& home) {
+    return all<Pegasus::CIMQualifierDecl>(
+               operationOf(OperationKind::EnumerateQualifiers, caller, home))
+        .objects;
+}
+
 Server::Server(const std::string& mof, bool keepLibraries)
     : modules(Registration(filled(repository, mof), interop),
               {{modulesDirectory()},
@@ -134,7 +308,7 @@ std::vector<std::string> Server::log() const {
     return _log;
 }
 
-Answer<CIMInstance> Server::enumerate(const char* className, bool deep,
+Answers<CIMInstance> Server::enumerate(const char* className, bool deep,
                                       const Pegasus::CIMPropertyList& list) {
     return router.enumerateInstances({}, nameSpace, CIMName(className), deep, false, false, list);
 }

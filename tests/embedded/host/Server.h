@@ -49,6 +49,69 @@ std::string capabilityMof(const std::string& module, const std::string& provider
 /// and association capabilities in `nameSpace`.
 std::string servedBy(const std::string& provider, const std::vector<std::string>& classNames);
 
+/// What an operation answered, all of it.
+template <class T>
+struct Answers {
+    Pegasus::Array<T> objects;
+    unsigned legs = 1;
+};
+
+/// A router that is asked with a function for each operation.
+class Router : public host::Router {
+  public:
+    using host::Router::Router;
+    using Name = Pegasus::CIMName;
+    using NameSpace = Pegasus::CIMNamespaceName;
+    using Path = Pegasus::CIMObjectPath;
+    using Instance = Pegasus::CIMInstance;
+    using List = Pegasus::CIMPropertyList;
+    using Text = Pegasus::String;
+
+    Pegasus::CIMClass getClass(const Caller& caller, const NameSpace& nameSpace, const Name& name,
+                               bool localOnly, bool qualifiers, bool origins, const List& list);
+    Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const Caller& caller,
+                                                       const NameSpace& nameSpace, const Name& name,
+                                                       bool deep, bool localOnly, bool qualifiers,
+                                                       bool origins);
+    Pegasus::Array<Name> enumerateClassNames(const Caller& caller, const NameSpace& nameSpace,
+                                             const Name& name, bool deep);
+    Instance getInstance(const Caller& caller, const NameSpace& nameSpace, const Path& path,
+                         bool qualifiers, bool origins, const List& list);
+    Answers<Instance> enumerateInstances(const Caller& caller, const NameSpace& nameSpace,
+                                         const Name& name, bool deep, bool qualifiers, bool origins,
+                                         const List& list);
+    Answers<Path> enumerateInstanceNames(const Caller& caller, const NameSpace& nameSpace,
+                                         const Name& name);
+    Path createInstance(const Caller& caller, const NameSpace& nameSpace, const Instance& instance);
+    void modifyInstance(const Caller& caller, const NameSpace& nameSpace, const Instance& instance,
+                        bool qualifiers, const List& list);
+    void deleteInstance(const Caller& caller, const NameSpace& nameSpace, const Path& path);
+    Pegasus::CIMValue getProperty(const Caller& caller, const NameSpace& nameSpace,
+                                  const Path& path, const Name& property);
+    Answers<Pegasus::CIMObject> associators(const Caller& caller, const NameSpace& nameSpace,
+                                            const Path& path, const Name& assocClass,
+                                            const Name& resultClass, const Text& role,
+                                            const Text& resultRole, bool qualifiers, bool origins,
+                                            const List& list);
+    Answers<Path> associatorNames(const Caller& caller, const NameSpace& nameSpace,
+                                  const Path& path, const Name& assocClass, const Name& resultClass,
+                                  const Text& role, const Text& resultRole);
+    Answers<Pegasus::CIMObject> references(const Caller& caller, const NameSpace& nameSpace,
+                                           const Path& path, const Name& resultClass,
+                                           const Text& role, bool qualifiers, bool origins,
+                                           const List& list);
+    Answers<Path> referenceNames(const Caller& caller, const NameSpace& nameSpace, const Path& path,
+                                 const Name& resultClass, const Text& role);
+    Pegasus::CIMQualifierDecl getQualifier(const Caller& caller, const NameSpace& nameSpace,
+                                           const Name& name);
+    Pegasus::Array<Pegasus::CIMQualifierDecl> enumerateQualifiers(const Caller& caller,
+                                                                  const NameSpace& nameSpace);
+
+  private:
+    template <class T>
+    Answers<T> all(const Operation& operation);
+};
+
 /// One server at a time, writable; scripts and journal are forgotten with it.
 class Server {
   public:
@@ -68,7 +131,7 @@ class Server {
     ProviderHandles handles;
 
     // The operations with what most tests leave out.
-    Answer<Pegasus::CIMInstance> enumerate(const char* className, bool deep = true,
+    Answers<Pegasus::CIMInstance> enumerate(const char* className, bool deep = true,
                                            const Pegasus::CIMPropertyList& list = {});
     Pegasus::CIMInstance get(const Pegasus::CIMObjectPath& path);
 };

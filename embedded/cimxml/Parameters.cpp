@@ -1,0 +1,198 @@
+#include "cimxml/Parameters.h"
+
+#include "cimxml/ElementRules.h"
+#include "cimxml/Instances.h"
+#include "cimxml/Names.h"
+#include "cimxml/Operations.h"
+#include "cimxml/Rejection.h"
+#include "cimxml/Text.h"
+#include "cimxml/Values.h"
+
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace embedded::cimxml {
+
+using namespace Pegasus;
+using host::Operation;
+
+namespace {
+
+using Read = void (*)(const pugi::xml_node& value, const SoleKey& soleKey, Call& call);
+
+[[noreturn]] void throwInvalid(const std::string& message) {
+    throw CIMException(CIM_ERR_INVALID_PARAMETER, fromUtf8(message));
+}
+
+CIMName readNameText(const pugi::xml_node& value) {
+    const std::string text = textOf(value);
+    const String name = fromUtf8(text);
+    if (!CIMName::legal(name)) {
+        throwInvalid("The CIM name is not valid: " + text);
+    }
+    return CIMName(name);
+}
+
+template <bool Operation::*member>
+void readBooleanInto(const pugi::xml_node& value, const SoleKey&, Call& call) {
+    try {
+        call.operation.*member = readBoolean(textOf(value));
+    } catch (const CIMException& error) { // of a parameter, it makes the whole request invalid
+        rejectNotValid(toUtf8(error.getMessage()));
+    }
+}
+
+template <CIMName Operation::*member>
+void readClassInto(const pugi::xml_node& value, const SoleKey&, Call& call) {
+    call.operation.*member = readName(value.attribute("NAME"));
+}
+
+void readMemberName(const pugi::xml_node& value, const SoleKey&, Call& call) {
+    call.operation.memberName = readNameText(value);
+}
+
+template <String Operation::*member>
+void readStringInto(const pugi::xml_node& value, const SoleKey&, Call& call) {
+    call.operation.*member = fromUtf8(textOf(value));
+}
+
+void readObjectName(const pugi::xml_node& value, const SoleKey& soleKey, Call& call) {
+    call.objectIsClass = std::string_view(value.name()) == "CLASSNAME";
+    if (call.objectIsClass) {
+        call.operation.objectName.setClassName(readName(value.attribute("NAME")));
+    } else {
+        call.operation.objectName = readInstanceName(value, soleKey);
+    }
+}
+
+void readNewInstance(const pugi::xml_node& value, const SoleKey& soleKey, Call& call) {
+    call.operation.instance = readInstance(value, soleKey);
+}
+
+void readModifiedInstance(const pugi::xml_node& value, const SoleKey& key, Call& call) {
+    call.operation.instance = readNamedInstance(value, key);
+}
+
+void readPropertyList(const pugi::xml_node& value, const SoleKey&, Call& call) {
+    Array<CIMName> names;
+    std::set<std::string> seen;
+    for (const pugi::xml_node& item : value.children()) {
+        if (item.type() != pugi::node_element) {
+            continue;
+        }
+        const CIMName name = readNameText(item); // a VALUE.NULL is no name
+        String folded = name.getString();
+        folded.toLower();
+        if (seen.insert(toUtf8(folded)).second) {
+            names.append(name);
+        }
+    }
+    call.operation.propertyList.set(names);
+}
+
+struct Parameter {
+    std::string_view name;
+    std::string_view element; // that carries it
+    Read read;
+    bool Operation::*flag = nullptr; // that a default goes to
+    std::string_view otherElement = {};
+};
+
+template <bool Operation::*member>
+constexpr Parameter booleanParameter(std::string_view name) {
+    return {name, "VALUE", readBooleanInto<member>, member};
+}
+
+// In the order of ParameterName.
+constexpr Parameter allParameters[] = {
+    {"ClassName", "CLASSNAME", readClassInto<&Operation::className>},
+    {"InstanceName", "INSTANCENAME", readObjectName},
+    {"ObjectName", "INSTANCENAME", readObjectName, nullptr, "CLASSNAME"},
+    {"NewInstance", "INSTANCE", readNewInstance},
+    {"ModifiedInstance", "VALUE.NAMEDINSTANCE", readModifiedInstance},
+    {"AssocClass", "CLASSNAME", readClassInto<&Operation::assocClass>},
+    {"ResultClass", "CLASSNAME", readClassInto<&Operation::resultClass>},
+    {"Role", "VALUE", readStringInto<&Operation::role>},
+    {"ResultRole", "VALUE", readStringInto<&Operation::resultRole>},
+    {"PropertyName", "VALUE", readMemberName},
+    {"QualifierName", "VALUE", readMemberName},
+    booleanParameter<&Operation::localOnly>("LocalOnly"),
+    booleanParameter<&Operation::deepInheritance>("DeepInheritance"),
+    booleanParameter<&Operation::includeQualifiers>("IncludeQualifiers"),
+    booleanParameter<&Operation::includeClassOrigin>("IncludeClassOrigin"),
+    {"PropertyList", "VALUE.ARRAY", readPropertyList},
+};
+
+const Parameter& parameterOf(const TakenParameter& taken) {
+    return allParameters[static_cast<std::size_t>(taken.name)];
+}
+
+// What became of a parameter in one request: in it, and with a value.
+struct Fate {
+    bool seen = false;
+    bool given = false;
+};
+
+pugi::xml_node elementIn(const pugi::xml_node& node) {
+    return node.find_child(
+        [](const pugi::xml_node& child) { return child.type() == pugi::node_element; });
+}
+
+void readOne(const pugi::xml_node& given, const ParameterList& parameters,
+             std::vector<Fate>& fates, const SoleKey& soleKey, Call& call) {
+    const std::string_view name = given.attribute("NAME").value();
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        const Parameter& parameter = parameterOf(parameters[i]);
+        if (!equalNoCase(name, parameter.name)) {
+            continue;
+        }
+        if (fates[i].seen) {
+            throwInvalid("Duplicated request input parameter.");
+        }
+        fates[i].seen = true;
+        const pugi::xml_node value = elementIn(given);
+        if (!value) {
+            return; // null: as if it were not there
+        }
+        if (value.name() != parameter.element && value.name() != parameter.otherElement) {
+            rejectNotValid("parameter " + std::string(name) + " as " + value.name());
+        }
+        fates[i].given = true;
+        parameter.read(value, soleKey, call);
+        return;
+    }
+    throw CIMException(CIM_ERR_NOT_SUPPORTED,
+                       fromUtf8("Unrecognized or invalid request input parameter \"" +
+                                std::string(name) + "\""));
+}
+
+} // namespace
+
+void readParameters(const pugi::xml_node& element, const ParameterList& parameters,
+                    const SoleKey& soleKey, Call& call) {
+    for (const TakenParameter& taken : parameters) {
+        if (taken.presence == Presence::TrueIfAbsent) {
+            call.operation.*parameterOf(taken).flag = true;
+        }
+    }
+    std::vector<Fate> fates(parameters.size());
+    try {
+        for (const pugi::xml_node& given : element.children("IPARAMVALUE")) {
+            readOne(given, parameters, fates, soleKey, call);
+        }
+    } catch (const CIMException&) {
+        throw;
+    } catch (const Exception& exception) {
+        // The object model refuses it: a property twice, an illegal host, a wrong array size, ...
+        throw CIMException(CIM_ERR_INVALID_PARAMETER, exception.getMessage());
+    }
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        if (parameters[i].presence == Presence::Required && !fates[i].given) {
+            throwInvalid("Required parameter \"" + std::string(parameterOf(parameters[i]).name) +
+                         "\" missing from request.");
+        }
+    }
+}
+
+} // namespace embedded::cimxml
