@@ -4,11 +4,11 @@
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
 #include "cimhost/WireTrace.h"
+#include "cimxml/Exchange.h"
 #include "host/FaultyReadBacks.h"
 #include "host/ProviderHandle.h"
 #include "host/ProviderModule.h"
 #include "host/Router.h"
-#include "http/CimExchange.h"
 #include "http/Server.h"
 
 #include <spdlog/spdlog.h>
@@ -65,7 +65,7 @@ http::Options options(const Settings& settings) {
 
 http::Handler handler(const Settings& settings, host::CimOperations*& operations) {
     http::Handler answer = [&operations](const http::Request& request) {
-        http::Reply reply = http::exchange(request, *operations);
+        http::Reply reply = cimxml::exchange(request, *operations);
         const auto field = [&](const char* name) {
             const std::string* value = http::findField(request.fields, name);
             return value ? *value : std::string("-");

@@ -2,21 +2,15 @@
 // on the same connection. Knows nothing of CIM.
 #pragma once
 
+#include "http/Fields.h"
+
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace embedded::http {
-
-/// Header fields in the order in which they came or shall go; names keep their spelling.
-using Fields = std::vector<std::pair<std::string, std::string>>;
-
-/// The value of the first field named `name` (case ignored), or nullptr.
-const std::string* findField(const Fields& fields, const std::string& name);
 
 struct Request {
     std::string verb; ///< "POST", "M-POST", ... as it came

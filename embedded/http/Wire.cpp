@@ -1,6 +1,5 @@
 #include "http/Wire.h"
 
-#include <algorithm>
 #include <iomanip>
 #include <locale>
 #include <sstream>
@@ -8,10 +7,6 @@
 
 namespace embedded::http {
 namespace {
-
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // A line break inside a field would let whoever chose its text write fields of his own.
 const std::string& singleLine(const std::string& text) {
@@ -21,18 +16,6 @@ const std::string& singleLine(const std::string& text) {
 }
 
 } // namespace
-
-bool equalIgnoringCase(const std::string& left, const std::string& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return lower(a) == lower(b); });
-}
-
-const std::string* findField(const Fields& fields, const std::string& name) {
-    for (const auto& field : fields)
-        if (equalIgnoringCase(field.first, name))
-            return &field.second;
-    return nullptr;
-}
 
 std::string wireText(const Reply& reply, Persistence persistence, bool withBody) {
     std::string text =

@@ -25,7 +25,4 @@ Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {})
 /// whatever the locale and the time zone.
 std::string httpDate(std::time_t time);
 
-/// Whether the two are the same but for the case of ASCII letters.
-bool equalIgnoringCase(const std::string& left, const std::string& right);
-
 } // namespace embedded::http

@@ -1,12 +1,18 @@
-#include "http/CimExchange.h"
+#include "cimxml/Exchange.h"
 
-#include "http/CimHeaders.h"
+#include "cimxml/HeaderFields.h"
 #include "http/Wire.h"
 
 #include <algorithm>
 #include <array>
 
-namespace embedded::http {
+namespace embedded::cimxml {
+
+using http::emptyReply;
+using http::Fields;
+using http::Reply;
+using http::Request;
+
 namespace {
 
 constexpr const char* verbPost = "POST";
@@ -32,7 +38,7 @@ Reply errorReply(unsigned status, const std::string& cimError, const std::string
     if (!cimError.empty())
         fields.emplace_back("CIMError", cimError);
     if (!detail.empty())
-        fields.emplace_back("PGErrorDetail", percentEncoded(detail));
+        fields.emplace_back("PGErrorDetail", http::percentEncoded(detail));
     return emptyReply(status, reason(status), std::move(fields));
 }
 
@@ -82,18 +88,18 @@ Reply exchange(const Request& request, const DocumentAnswer& answer) {
         return otherVerbReply(request.verb);
     try {
         const std::string prefix = extended ? extensionPrefix(request) : std::string();
-        const cimxml::Headers headers = cimHeaders(request, prefix);
+        const Headers headers = cimHeaders(request, prefix);
         return okReply(answer(request.body, headers), extended, prefix);
-    } catch (const cimxml::RequestRejected& rejected) {
+    } catch (const RequestRejected& rejected) {
         return errorReply(rejected.status(), rejected.cimError(), rejected.what());
     }
 }
 
 Reply exchange(const Request& request, host::CimOperations& operations) {
-    return exchange(request, [&](const std::string& body, const cimxml::Headers& headers) {
+    return exchange(request, [&](const std::string& body, const Headers& headers) {
         // Nobody is authenticated, so nobody has a name.
         return cimxml::answer(body, headers, host::Caller(), operations);
     });
 }
 
-} // namespace embedded::http
+} // namespace embedded::cimxml
