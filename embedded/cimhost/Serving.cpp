@@ -17,9 +17,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <future>
-#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace embedded::cimhost {
 namespace {
@@ -55,17 +56,15 @@ void writePortFile(const std::filesystem::path& file, std::uint16_t port) {
     std::filesystem::rename(unfinished, file);
 }
 
-http::Options options(const Settings& settings) {
+http::Options options() {
     http::Options result;
-    result.address = settings.address;
-    result.port = settings.port;
     result.log = warn;
     return result;
 }
 
-http::Handler handler(const Settings& settings, host::CimOperations*& operations) {
+http::Handler handler(const Settings& settings, host::CimOperations& operations) {
     http::Handler answer = [&operations](const http::Request& request) {
-        http::Reply reply = cimxml::exchange(request, *operations);
+        http::Reply reply = cimxml::exchange(request, operations);
         const auto field = [&](const char* name) {
             const std::string* value = http::findField(request.fields, name);
             return value ? *value : std::string("-");
@@ -77,14 +76,14 @@ http::Handler handler(const Settings& settings, host::CimOperations*& operations
     return settings.wireTrace.empty() ? answer : traced(answer, settings.wireTrace, warn);
 }
 
-std::unique_ptr<http::Server> listen(const Settings& settings, const http::Handler& answer) {
+std::optional<http::Listener> listen(const Settings& settings) {
     try {
-        return std::make_unique<http::Server>(options(settings), answer);
+        return http::Listener(settings.address, settings.port);
     } catch (const std::runtime_error& error) {
         spdlog::error("{}; choose another address or port with --address and --port, or let "
                       "--port 0 take any free one",
                       error.what());
-        return nullptr;
+        return std::nullopt;
     }
 }
 
@@ -108,20 +107,20 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration) {
     if (settings.portFile)
         std::filesystem::remove(*settings.portFile); // an old one would be taken for ours
-    host::CimOperations* operations = nullptr;       // set before the first request
-    const std::unique_ptr<http::Server> server = listen(settings, handler(settings, operations));
-    if (!server)
+    std::optional<http::Listener> listener = listen(settings);
+    if (!listener)
         return ExitCode::CannotListen;
+    const std::uint16_t port = listener->port();
 
     host::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warn, {}};
-    linkOwnObjects(settings, repository, server->port(), moduleSettings);
+    linkOwnObjects(settings, repository, port, moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
     host::Router router(repository, modules, host::localHostName(), settings.writable);
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
-    operations = &router; // NOLINT(clang-analyzer-deadcode.DeadStores): the handler reads it
+    http::Server server(std::move(*listener), options(), handler(settings, router));
 
     const SignalWatch watch([&](unsigned count) {
         if (count > 1) {
@@ -129,13 +128,13 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
             leave(ExitCode::Interrupted);
         }
         spdlog::info("ending: requests in progress have {} s", settings.grace.count());
-        server->stop(settings.grace);
+        server.stop(settings.grace);
     });
     if (settings.portFile)
-        writePortFile(*settings.portFile, server->port());
-    spdlog::info("serving {}", url(settings.address, server->port()));
-    server->run();
-    if (!server->drained()) {
+        writePortFile(*settings.portFile, port);
+    spdlog::info("serving {}", url(settings.address, port));
+    server.run();
+    if (!server.drained()) {
         spdlog::error("a provider has not returned within {} s; ending without it",
                       settings.grace.count());
         leave(ExitCode::ProviderStuck);

@@ -13,6 +13,9 @@
 #include <mutex>
 #include <set>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
 
 namespace embedded::http {
 
@@ -26,25 +29,61 @@ namespace {
 constexpr std::size_t refusalLimit = 64;
 constexpr std::chrono::milliseconds acceptPause{100};
 
-std::runtime_error cannotListen(const Options& options, const Error& error) {
-    const bool v6 = options.address.find(':') != std::string::npos;
-    return std::runtime_error("cannot listen on " +
-                              (v6 ? "[" + options.address + "]" : options.address) + ":" +
-                              std::to_string(options.port) + ": " + error.message());
+std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
+                                const Error& error) {
+    const bool v6 = address.find(':') != std::string::npos;
+    return std::runtime_error("cannot listen on " + (v6 ? "[" + address + "]" : address) + ":" +
+                              std::to_string(port) + ": " + error.message());
 }
 
-tcp::endpoint endpoint(asio::io_context& io, const Options& options) {
+tcp::endpoint endpoint(asio::io_context& io, const std::string& address, std::uint16_t port) {
     Error notNumeric;
-    const auto address = asio::ip::make_address(options.address, notNumeric);
+    const auto number = asio::ip::make_address(address, notNumeric);
     if (!notNumeric)
-        return {address, options.port};
+        return {number, port};
     return tcp::resolver(io)
-        .resolve(options.address, std::to_string(options.port), tcp::resolver::passive)
+        .resolve(address, std::to_string(port), tcp::resolver::passive)
         .begin()
         ->endpoint();
 }
 
+// What the listening socket `socket` speaks.
+tcp protocol(int socket) {
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
+    return address.ss_family == AF_INET6 ? tcp::v6() : tcp::v4();
+}
+
 } // namespace
+
+Listener::Listener(const std::string& address, std::uint16_t port) {
+    try {
+        asio::io_context io;
+        tcp::acceptor acceptor(io);
+        const tcp::endpoint local = endpoint(io, address, port);
+        acceptor.open(local.protocol());
+        acceptor.set_option(tcp::acceptor::reuse_address(true));
+        acceptor.bind(local);
+        acceptor.listen(tcp::acceptor::max_listen_connections);
+        _port = acceptor.local_endpoint().port();
+        _socket = acceptor.release();
+    } catch (const boost::system::system_error& error) {
+        throw cannotListen(address, port, error.code());
+    }
+}
+
+Listener::Listener(Listener&& other) noexcept : _socket(other.release()), _port(other._port) {
+}
+
+Listener::~Listener() {
+    if (_socket >= 0)
+        ::close(_socket);
+}
+
+int Listener::release() {
+    return std::exchange(_socket, -1);
+}
 
 // Ownership: connections belong to _connections and to what they wait for in _io, and know the
 // server by reference only. A job on a worker owns the server, because a handler that does not
@@ -52,22 +91,13 @@ tcp::endpoint endpoint(asio::io_context& io, const Options& options) {
 class Server::Implementation : public ConnectionOwner,
                                public std::enable_shared_from_this<Server::Implementation> {
   public:
-    Implementation(Options options, Handler handler)
+    Implementation(Listener listener, Options options, Handler handler)
         : _options(std::move(options)), _handler(std::move(handler)), _acceptor(_io), _grace(_io),
           _pause(_io), _work(_io.get_executor()) {
-        try {
-            const tcp::endpoint local = endpoint(_io, _options);
-            _acceptor.open(local.protocol());
-            _acceptor.set_option(tcp::acceptor::reuse_address(true));
-            _acceptor.bind(local);
-            _acceptor.listen(tcp::acceptor::max_listen_connections);
-        } catch (const boost::system::system_error& error) {
-            throw cannotListen(_options, error.code());
-        }
-        _port = _acceptor.local_endpoint().port();
+        const int socket = listener.release();
+        _acceptor.assign(protocol(socket), socket);
     }
 
-    std::uint16_t port() const { return _port; }
     bool drained() const { return _drained; }
 
     void run() {
@@ -194,21 +224,17 @@ class Server::Implementation : public ConnectionOwner,
     asio::executor_work_guard<asio::io_context::executor_type> _work;
     std::set<std::shared_ptr<Connection>> _connections;
     Workers _workers;
-    std::uint16_t _port = 0;
     unsigned _handling = 0; // requests at the workers
     bool _stopping = false;
     bool _drained = true;
 };
 
-Server::Server(const Options& options, Handler handler)
-    : _implementation(std::make_shared<Implementation>(options, std::move(handler))) {
+Server::Server(Listener listener, const Options& options, Handler handler)
+    : _implementation(
+          std::make_shared<Implementation>(std::move(listener), options, std::move(handler))) {
 }
 
 Server::~Server() = default;
-
-std::uint16_t Server::port() const {
-    return _implementation->port();
-}
 
 void Server::run() {
     _implementation->run();

@@ -33,10 +33,8 @@ struct Reply {
 using Handler = std::function<Reply(const Request&)>;
 
 struct Options {
-    std::string address = "127.0.0.1";
-    std::uint16_t port = 5988;      ///< 0: any free one, see Server::port()
-    unsigned workers = 16;          ///< threads that run the handler
-    unsigned connectionLimit = 512; ///< beyond it the reply is 503
+    unsigned workers = 16;                                    ///< threads that run the handler
+    unsigned connectionLimit = 512;                           ///< beyond it the reply is 503
     std::uint64_t bodyLimit = std::uint64_t{8} * 1024 * 1024; ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = std::uint32_t{64} * 1024;     ///< bytes; beyond it the reply is 431
     std::chrono::seconds idleTimeout{300};   ///< for the next request on a connection
@@ -45,19 +43,37 @@ struct Options {
     std::function<void(const std::string&)> log;
 };
 
-/// Listens from its construction (throws std::runtime_error that says address, port and reason),
-/// serves from run() on.
+/// Listens from its construction on, so that the port is known, and clients may connect, before
+/// there is anything that could answer: a Server, which takes it over.
+class Listener {
+  public:
+    /// `address`: a number or a name; `port` 0: any free one. Throws std::runtime_error that says
+    /// address, port and reason.
+    Listener(const std::string& address, std::uint16_t port);
+    ~Listener();
+    Listener(Listener&& other) noexcept;
+    Listener& operator=(Listener&&) = delete;
+
+    /// The port in use.
+    std::uint16_t port() const { return _port; }
+    /// The listening socket, from now on the caller's to close.
+    int release();
+
+  private:
+    int _socket = -1;
+    std::uint16_t _port = 0;
+};
+
+/// Serves from run() on.
 ///
 /// Thread-safety: stop() may be called from any thread and from a signal watcher.
 class Server {
   public:
-    Server(const Options& options, Handler handler);
+    Server(Listener listener, const Options& options, Handler handler);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// The port in use.
-    std::uint16_t port() const;
     /// Serves until stop(). Requests that are being handled then are finished and answered.
     void run();
     /// No new connections or requests; makes run() return when the last handler has returned or

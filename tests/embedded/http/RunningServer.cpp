@@ -5,13 +5,15 @@
 namespace embedded::http::test {
 
 RunningServer::RunningServer(Options options) {
-    options.port = 0;
+    Listener listener("127.0.0.1", 0);
+    _port = listener.port();
     options.log = [shared = _shared](const std::string& line) {
         const std::lock_guard<std::mutex> lock(shared->mutex);
         shared->log += line + "\n";
     };
     _server = std::make_unique<Server>(
-        options, [shared = _shared](const Request& request) { return answer(*shared, request); });
+        std::move(listener), options,
+        [shared = _shared](const Request& request) { return answer(*shared, request); });
     _thread = std::thread([this] { _server->run(); });
 }
 

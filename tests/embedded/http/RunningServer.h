@@ -19,7 +19,7 @@ class RunningServer {
     /// Releases what waits, stops and joins.
     ~RunningServer();
 
-    std::uint16_t port() const { return _server->port(); }
+    std::uint16_t port() const { return _port; }
     Server& server() { return *_server; }
     /// Waits until `count` requests for "/wait" have reached the handler.
     void awaitWaiting(unsigned count);
@@ -44,6 +44,7 @@ class RunningServer {
     static Reply answer(Shared& shared, const Request& request);
 
     std::shared_ptr<Shared> _shared = std::make_shared<Shared>();
+    std::uint16_t _port;
     std::unique_ptr<Server> _server;
     std::thread _thread;
 };
