@@ -10,6 +10,7 @@
 #include "host/ProviderModule.h"
 #include "host/Router.h"
 #include "http/Server.h"
+#include "http/Watched.h"
 
 #include <spdlog/spdlog.h>
 
@@ -62,18 +63,26 @@ http::Options options() {
     return result;
 }
 
-http::Handler handler(const Settings& settings, host::CimOperations& operations) {
-    http::Handler answer = [&operations](const http::Request& request) {
-        http::Reply reply = cimxml::exchange(request, operations);
-        const auto field = [&](const char* name) {
-            const std::string* value = http::findField(request.fields, name);
-            return value ? *value : std::string("-");
-        };
-        spdlog::debug("{} {} {}: {} {}", request.verb, field("CIMMethod"), field("CIMObject"),
-                      reply.status, reply.reason);
-        return reply;
+// What was asked and answered, for the log.
+http::ReplyWatch logged(const http::Request& request) {
+    const auto field = [&](const char* name) {
+        const std::string* value = http::findField(request.fields, name);
+        return value ? *value : std::string("-");
     };
-    return settings.wireTrace.empty() ? answer : traced(answer, settings.wireTrace, warn);
+    return [asked = request.verb + " " + field("CIMMethod") + " " +
+                    field("CIMObject")](const http::Reply& reply) {
+        spdlog::debug("{}: {} {}", asked, reply.status, reply.reason);
+    };
+}
+
+http::Handler handler(const Settings& settings, host::CimOperations& operations) {
+    http::Handler answer = [&operations](http::Request&& request) {
+        return cimxml::exchange(std::move(request), operations);
+    };
+    if (spdlog::should_log(spdlog::level::debug))
+        answer = http::watched(std::move(answer), logged);
+    return settings.wireTrace.empty() ? answer
+                                      : traced(std::move(answer), settings.wireTrace, warn);
 }
 
 std::optional<http::Listener> listen(const Settings& settings) {

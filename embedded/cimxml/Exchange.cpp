@@ -69,7 +69,7 @@ Reply okReply(std::string document, bool extended, const std::string& prefix) {
 // There is nothing to be had by other verbs. Who comes with a browser is told what this is.
 Reply otherVerbReply(const std::string& verb) {
     if (verb == "GET" || verb == "HEAD") {
-        Reply reply{404, "Not Found", {{"Content-Type", "text/plain; charset=utf-8"}}, {}};
+        Reply reply{404, "Not Found", {{"Content-Type", "text/plain; charset=utf-8"}}};
         reply.body = "This is a CIM server. It answers CIM-XML requests, sent with POST.\n";
         return reply;
     }
@@ -95,11 +95,16 @@ Reply exchange(const Request& request, const DocumentAnswer& answer) {
     }
 }
 
-Reply exchange(const Request& request, host::CimOperations& operations) {
-    return exchange(request, [&](const std::string& body, const Headers& headers) {
-        // Nobody is authenticated, so nobody has a name.
-        return cimxml::answer(body, headers, host::Caller(), operations);
-    });
+http::Answer exchange(Request&& request, host::CimOperations& operations) {
+    const auto reply = [&operations](const Request& read) {
+        return exchange(read, [&](const std::string& body, const Headers& headers) {
+            // Nobody is authenticated, so nobody has a name.
+            return cimxml::answer(body, headers, host::Caller(), operations);
+        });
+    };
+    if (request.verb != verbPost && request.verb != verbExtensionPost)
+        return reply(request); // needs no operation
+    return http::Work([reply, request = std::move(request)] { return reply(request); });
 }
 
 } // namespace embedded::cimxml

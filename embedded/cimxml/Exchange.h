@@ -3,7 +3,7 @@
 #pragma once
 
 #include "cimxml/Message.h"
-#include "http/Server.h"
+#include "http/Message.h"
 
 #include <functional>
 #include <string>
@@ -17,7 +17,8 @@ using DocumentAnswer = std::function<std::string(const std::string& body, const 
 /// RequestRejected.
 http::Reply exchange(const http::Request& request, const DocumentAnswer& answer);
 
-/// Answers one CIM-XML request; to be used as an http::Handler. Thread-safe as `operations` is.
-http::Reply exchange(const http::Request& request, host::CimOperations& operations);
+/// Answers one CIM-XML request; to be used as an http::Handler. `operations` is called by the Work
+/// that is returned, and thread-safe.
+http::Answer exchange(http::Request&& request, host::CimOperations& operations);
 
 } // namespace embedded::cimxml

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cimxml/Message.h"
-#include "http/Server.h"
+#include "http/Message.h"
 
 #include <string>
 

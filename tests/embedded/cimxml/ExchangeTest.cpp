@@ -14,7 +14,7 @@ using http::equalIgnoringCase;
 using http::Fields;
 using http::Persistence;
 using http::Request;
-using http::wireText;
+using http::wireHeader;
 
 const Fields complete = {{"Host", "h"},
                          {"Content-Type", "application/xml; charset=\"utf-8\""},
@@ -61,7 +61,8 @@ struct Reader {
             headers = read;
             return std::string("<reply/>");
         };
-        return wireText(exchange(request, answer), Persistence::Silent);
+        const http::Reply reply = exchange(request, answer);
+        return wireHeader(reply, Persistence::Silent) + reply.body;
     }
 };
 
@@ -242,7 +243,7 @@ TEST(Exchange, SendsTheDocumentsRejectionAsHeadersOnly) {
     const DocumentAnswer reject = [](const std::string&, const Headers&) -> std::string {
         throw RequestRejected(501, "unsupported-dtd-version", "DTDVERSION 3.0");
     };
-    EXPECT_EQ(wireText(exchange(post(), reject), Persistence::Silent),
+    EXPECT_EQ(wireHeader(exchange(post(), reject), Persistence::Silent),
               "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-dtd-version\r\n"
               "PGErrorDetail: DTDVERSION%203.0\r\ncontent-length: 0\r\n\r\n");
 }

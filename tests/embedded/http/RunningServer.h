@@ -11,11 +11,14 @@
 
 namespace embedded::http::test {
 
-/// Targets: "/echo" answers with verb, target and body; "/wait" does so once release() was called;
+/// Targets, whose replies are made by Work: "/echo" answers with verb, target and body; "/wait"
+/// does so once release() was called;
 /// "/throw" throws; "/big" answers with 32 MiB; "/split" with a field that has a line break.
+/// Made on the I/O thread: "/now" answers like "/echo", "/now/throw" throws.
 class RunningServer {
   public:
-    explicit RunningServer(Options options = Options());
+    /// With `handler`: the test's own, and none of the above.
+    explicit RunningServer(Options options = Options(), Handler handler = nullptr);
     /// Releases what waits, stops and joins.
     ~RunningServer();
 
