@@ -220,6 +220,7 @@ TEST(ServerPieces, KeepNobodyElseWaiting) {
         }
     }
     running.server().stop(std::chrono::seconds(0));
+    running.join();
 }
 
 TEST(ServerPieces, OfAClientThatIsGoneAreNotMade) {
