@@ -18,9 +18,9 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["pegasus", "mof", "repository", "host", "cimxml", "http", "cimhost"]
+EMBEDDED_ROOMS = ["pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
 # The reader of MOF and the server of HTTP are of use without a CIM object model.
-WITHOUT_CIM = {"mof": ["mof"]}
+WITHOUT_CIM = {"mof": ["mof"], "http": ["http"]}
 LIBRARIES = {
     "cimxml": ["pugixml.hpp"],
     "http": ["boost/"],

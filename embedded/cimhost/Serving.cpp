@@ -4,12 +4,13 @@
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
 #include "cimhost/WireTrace.h"
+#include "cimxml/Exchange.h"
 #include "host/FaultyReadBacks.h"
 #include "host/ProviderHandle.h"
 #include "host/ProviderModule.h"
 #include "host/Router.h"
-#include "http/CimExchange.h"
 #include "http/Server.h"
+#include "http/Watched.h"
 
 #include <spdlog/spdlog.h>
 
@@ -17,9 +18,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <future>
-#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace embedded::cimhost {
 namespace {
@@ -55,36 +57,42 @@ void writePortFile(const std::filesystem::path& file, std::uint16_t port) {
     std::filesystem::rename(unfinished, file);
 }
 
-http::Options options(const Settings& settings) {
+http::Options options() {
     http::Options result;
-    result.address = settings.address;
-    result.port = settings.port;
     result.log = warn;
     return result;
 }
 
-http::Handler handler(const Settings& settings, host::CimOperations*& operations) {
-    http::Handler answer = [&operations](const http::Request& request) {
-        http::Reply reply = http::exchange(request, *operations);
-        const auto field = [&](const char* name) {
-            const std::string* value = http::findField(request.fields, name);
-            return value ? *value : std::string("-");
-        };
-        spdlog::debug("{} {} {}: {} {}", request.verb, field("CIMMethod"), field("CIMObject"),
-                      reply.status, reply.reason);
-        return reply;
+// What was asked and answered, for the log.
+http::ReplyWatch logged(const http::Request& request) {
+    const auto field = [&](const char* name) {
+        const std::string* value = http::findField(request.fields, name);
+        return value ? *value : std::string("-");
     };
-    return settings.wireTrace.empty() ? answer : traced(answer, settings.wireTrace, warn);
+    return [asked = request.verb + " " + field("CIMMethod") + " " +
+                    field("CIMObject")](const http::Reply& reply) {
+        spdlog::debug("{}: {} {}", asked, reply.status, reply.reason);
+    };
 }
 
-std::unique_ptr<http::Server> listen(const Settings& settings, const http::Handler& answer) {
+http::Handler handler(const Settings& settings, host::CimOperations& operations) {
+    http::Handler answer = [&operations](http::Request&& request) {
+        return cimxml::exchange(std::move(request), operations);
+    };
+    if (spdlog::should_log(spdlog::level::debug))
+        answer = http::watched(std::move(answer), logged);
+    return settings.wireTrace.empty() ? answer
+                                      : traced(std::move(answer), settings.wireTrace, warn);
+}
+
+std::optional<http::Listener> listen(const Settings& settings) {
     try {
-        return std::make_unique<http::Server>(options(settings), answer);
+        return http::Listener(settings.address, settings.port);
     } catch (const std::runtime_error& error) {
         spdlog::error("{}; choose another address or port with --address and --port, or let "
                       "--port 0 take any free one",
                       error.what());
-        return nullptr;
+        return std::nullopt;
     }
 }
 
@@ -108,20 +116,20 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration) {
     if (settings.portFile)
         std::filesystem::remove(*settings.portFile); // an old one would be taken for ours
-    host::CimOperations* operations = nullptr;       // set before the first request
-    const std::unique_ptr<http::Server> server = listen(settings, handler(settings, operations));
-    if (!server)
+    std::optional<http::Listener> listener = listen(settings);
+    if (!listener)
         return ExitCode::CannotListen;
+    const std::uint16_t port = listener->port();
 
     host::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warn, {}};
-    linkOwnObjects(settings, repository, server->port(), moduleSettings);
+    linkOwnObjects(settings, repository, port, moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
     host::Router router(repository, modules, host::localHostName(), settings.writable);
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
-    operations = &router; // NOLINT(clang-analyzer-deadcode.DeadStores): the handler reads it
+    http::Server server(std::move(*listener), options(), handler(settings, router));
 
     const SignalWatch watch([&](unsigned count) {
         if (count > 1) {
@@ -129,13 +137,13 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
             leave(ExitCode::Interrupted);
         }
         spdlog::info("ending: requests in progress have {} s", settings.grace.count());
-        server->stop(settings.grace);
+        server.stop(settings.grace);
     });
     if (settings.portFile)
-        writePortFile(*settings.portFile, server->port());
-    spdlog::info("serving {}", url(settings.address, server->port()));
-    server->run();
-    if (!server->drained()) {
+        writePortFile(*settings.portFile, port);
+    spdlog::info("serving {}", url(settings.address, port));
+    server.run();
+    if (!server.drained()) {
         spdlog::error("a provider has not returned within {} s; ending without it",
                       settings.grace.count());
         leave(ExitCode::ProviderStuck);

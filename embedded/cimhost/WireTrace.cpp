@@ -1,11 +1,12 @@
 #include "cimhost/WireTrace.h"
 
-#include "http/Wire.h"
+#include "http/Watched.h"
 
 #include <cstdio>
 #include <fstream>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace embedded::cimhost {
 namespace {
@@ -44,7 +45,15 @@ class Trace {
         if (_directory.empty())
             print(number, what, text);
         else
-            store(number, what, text);
+            store(number, what, text, std::ios::trunc);
+    }
+
+    /// What follows a text that was written before.
+    void writeMore(unsigned number, const char* what, const std::string& text) {
+        if (_directory.empty())
+            print(number, (std::string(what) + ", continued,").c_str(), text);
+        else
+            store(number, what, text, std::ios::app);
     }
 
   private:
@@ -55,11 +64,12 @@ class Trace {
         std::fwrite(all.data(), 1, all.size(), stderr);
     }
 
-    void store(unsigned number, const char* what, const std::string& text) {
+    void store(unsigned number, const char* what, const std::string& text,
+               std::ios::openmode mode) {
         const std::string digits = std::to_string(number);
         const std::string padding(digits.size() < 6 ? 6 - digits.size() : 0, '0');
         const std::filesystem::path file = _directory / (padding + digits + "-" + what);
-        std::ofstream out(file, std::ios::binary);
+        std::ofstream out(file, std::ios::binary | mode);
         out << text << std::flush;
         if (!out)
             _log("cannot write " + file.string() + " of the wire trace");
@@ -76,13 +86,22 @@ class Trace {
 http::Handler traced(http::Handler handler, const std::string& where,
                      const std::function<void(const std::string&)>& log) {
     const auto trace = std::make_shared<Trace>(where, log);
-    return [trace, handler = std::move(handler)](const http::Request& request) {
+    return http::watched(std::move(handler), [trace](const http::Request& request) {
         const unsigned number = trace->next();
         trace->write(number, "request", requestText(request));
-        http::Reply reply = handler(request);
-        trace->write(number, "reply", replyText(reply));
-        return reply;
-    };
+        return [trace, number](http::Reply& reply) {
+            trace->write(number, "reply", replyText(reply));
+            if (!reply.rest)
+                return;
+            reply.rest = [trace, number, rest = std::move(reply.rest)](std::string& out) {
+                const std::size_t before = out.size();
+                const bool more = rest(out);
+                if (out.size() > before)
+                    trace->writeMore(number, "reply", out.substr(before));
+                return more;
+            };
+        };
+    });
 }
 
 } // namespace embedded::cimhost

@@ -1,11 +1,13 @@
 #include "http/Connection.h"
 
-#include <boost/asio/read.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
-#include <boost/beast/http/read.hpp>
+#include <boost/beast/core/buffer_traits.hpp>
+#include <boost/beast/http/error.hpp>
 
+#include <ctime>
 #include <sstream>
-#include <string_view>
+#include <stdexcept>
 
 namespace embedded::http {
 
@@ -14,39 +16,34 @@ namespace beast = boost::beast;
 
 namespace {
 
+// What is read at once: of a header, and of a body, which may be long.
 constexpr std::size_t readSize = 4096;
+constexpr std::size_t bodyReadSize = 65536;
 // How long an answered client is listened to after the last reply. Closing while its bytes are
 // still coming in makes the kernel reset the connection, and the reply may never be seen.
 constexpr std::chrono::seconds lingerTime{2};
 // How the ClientHello of a TLS client begins: a handshake record of a version 3.x (RFC 8446 clause
 // 5.1).
 constexpr std::string_view tlsRecord = "\x16\x03";
-
-std::string text(beast::string_view view) {
-    return std::string(view.data(), view.size());
-}
+// The end of a chunk, and the chunk that ends a body (RFC 9112 clause 7.1).
+constexpr std::string_view chunkEnd = "\r\n";
+constexpr std::string_view lastChunk = "0\r\n\r\n";
 
 // Every reply says when it was made (RFC 9110 clause 6.6.1).
-Reply dated(Reply reply) {
-    reply.fields.emplace(reply.fields.begin(), "Date", httpDate(std::time(nullptr)));
-    return reply;
-}
-
-template <class Message>
-Request request(Message&& message) {
-    Request result;
-    result.verb = text(message.method_string());
-    result.target = text(message.target());
-    result.version = message.version();
-    for (const auto& field : message)
-        result.fields.emplace_back(text(field.name_string()), text(field.value()));
-    result.body = std::move(message.body());
-    return result;
+const std::string& now() {
+    thread_local std::time_t time = 0;
+    thread_local std::string text;
+    const std::time_t present = std::time(nullptr);
+    if (present != time) {
+        time = present;
+        text = httpDate(time);
+    }
+    return text;
 }
 
 } // namespace
 
-Connection::Connection(asio::ip::tcp::socket socket, ConnectionOwner& owner)
+Connection::Connection(Socket socket, ConnectionOwner& owner)
     : _socket(std::move(socket)), _timer(_socket.get_executor()), _owner(owner) {
     Error error;
     const auto peer = _socket.remote_endpoint(error);
@@ -62,10 +59,10 @@ void Connection::start() {
     awaitRequest();
 }
 
-void Connection::refuse(const Reply& reply) {
+void Connection::refuse(Reply reply) {
     _owner.log(_peer + ": " + std::to_string(reply.status) + " " + reply.reason);
     _persistence = Persistence::Close;
-    respond(reply);
+    respond(std::move(reply));
 }
 
 void Connection::stop() {
@@ -91,100 +88,235 @@ void Connection::awaitRequest() {
             return;
         }
         if (first != '\r' && first != '\n') {
-            readHeader();
+            beginRequest();
             return;
         }
         _in.consume(1);
     }
     _state = State::Idle;
-    arm(_owner.options().idleTimeout, &Connection::close);
-    _socket.async_read_some(_in.prepare(readSize),
+    if (_in.capacity() > readSize)
+        _in.shrink_to_fit(); // a connection that waits keeps no large buffer
+    within(_owner.options().idleTimeout, &Connection::close);
+    read();
+}
+
+void Connection::read() {
+    const bool inBody = _parser && _parser->is_header_done();
+    _socket.async_read_some(_in.prepare(inBody ? bodyReadSize : readSize),
                             [self = shared_from_this()](const Error& error, std::size_t size) {
-                                if (self->_state == State::Closed)
-                                    return;
-                                if (error) {
-                                    self->close();
-                                    return;
-                                }
-                                self->_in.commit(size);
-                                self->awaitRequest();
+                                self->bytesRead(error, size);
                             });
 }
 
-auto Connection::then(Step next) {
-    return [self = shared_from_this(), next](const Error& error, std::size_t) {
-        if (self->_state == State::Closed)
-            return;
-        if (self->_timedOut)
-            self->reject(408, "Request Timeout", "the request did not come to its end in time");
-        else if (error)
-            self->readingFailed(error);
+void Connection::bytesRead(const Error& error, std::size_t size) {
+    if (_state == State::Closed)
+        return;
+    if (_timedOut && _state == State::Reading) {
+        reject(408, "Request Timeout", "the request did not come to its end in time");
+    } else if (error == asio::error::eof && _state == State::Reading) {
+        Error cutOff;
+        _parser->put_eof(cutOff);
+        readingFailed(cutOff);
+    } else if (error) {
+        close();
+    } else if (_state == State::Lingering) {
+        _in.clear();
+        read();
+    } else {
+        _in.commit(size);
+        if (_state == State::Idle)
+            awaitRequest();
         else
-            (*self.*next)();
-    };
+            parse();
+    }
 }
 
-void Connection::readHeader() {
+void Connection::beginRequest() {
     _state = State::Reading;
     _parser.emplace();
     _parser->header_limit(_owner.options().headerLimit);
     _parser->body_limit(_owner.options().bodyLimit);
-    arm(_owner.options().requestTimeout, &Connection::requestTimedOut);
-    beast::http::async_read_header(_socket, _in, *_parser, then(&Connection::headerRead));
+    within(_owner.options().requestTimeout, &Connection::requestTimedOut);
+    parse();
 }
 
-void Connection::headerRead() {
-    const auto expectation = _parser->get().find(beast::http::field::expect);
-    if (expectation == _parser->get().end() || _parser->get().version() < 11)
-        readBody();
-    else if (beast::iequals(expectation->value(), "100-continue"))
-        sendContinue();
-    else
-        reject(417, "Expectation Failed", "unknown expectation: " + text(expectation->value()));
+void Connection::parse() {
+    while (!_parser->is_done()) {
+        if (_in.size() == 0) {
+            read();
+            return;
+        }
+        const bool inHeader = !_parser->is_header_done();
+        Error error;
+        _in.consume(_parser->put(_in.data(), error));
+        if (error == beast::http::error::need_more) {
+            // The parser bounds the header, but not the line that begins a chunk, nor trailers.
+            if (_in.size() > _owner.options().headerLimit)
+                readingFailed(beast::http::make_error_code(beast::http::error::header_limit));
+            else
+                read();
+            return;
+        }
+        if (error) {
+            readingFailed(error);
+            return;
+        }
+        if (inHeader && _parser->is_header_done() && holdForExpectation())
+            return;
+    }
+    handle();
 }
 
-void Connection::sendContinue() {
+// The header is there. Whether what it expects (RFC 9110 clause 10.1.1) is to be seen to before the
+// body is read.
+bool Connection::holdForExpectation() {
     static const std::string interim = "HTTP/1.1 100 Continue\r\n\r\n";
+    const Request& request = _parser->request();
+    const std::string* expectation = findField(request.fields, "Expect");
+    if (!expectation || request.version < 11)
+        return false;
+    if (!equalIgnoringCase(*expectation, "100-continue")) {
+        reject(417, "Expectation Failed", "unknown expectation: " + *expectation);
+        return true;
+    }
     if (_parser->is_done()) // there is no body that could be waiting
-        readBody();
-    else
-        asio::async_write(_socket, asio::buffer(interim), then(&Connection::readBody));
-}
-
-void Connection::readBody() {
-    if (_parser->is_done())
-        handle();
-    else
-        beast::http::async_read(_socket, _in, *_parser, then(&Connection::handle));
+        return false;
+    asio::async_write(_socket, asio::buffer(interim),
+                      [self = shared_from_this()](const Error& error, std::size_t) {
+                          if (error || self->_timedOut)
+                              self->bytesRead(error, 0);
+                          else if (self->_state == State::Reading)
+                              self->parse();
+                      });
+    return true;
 }
 
 void Connection::handle() {
     disarm();
     _state = State::Handling;
+    Request request = std::move(_parser->request());
+    _chunks = request.version >= 11;
     if (!_parser->keep_alive())
         _persistence = Persistence::Close;
-    else if (_parser->get().version() < 11)
-        _persistence = Persistence::KeepAlive;
     else
-        _persistence = Persistence::Silent;
-    Request received = request(_parser->release());
+        _persistence = _chunks ? Persistence::Silent : Persistence::KeepAlive;
     _parser.reset();
-    _withBody = received.verb != "HEAD";
-    _owner.handle(std::move(received),
-                  [self = shared_from_this()](Reply reply) { self->respond(std::move(reply)); });
+    _withBody = request.verb != "HEAD";
+    _asked.assign(request.verb).append(" ").append(request.target);
+    _owner.handle(std::move(request), *this);
 }
 
 void Connection::respond(Reply reply) {
+    if (_state == State::Closed)
+        return;
+    _reply = std::move(reply);
+    if (_reply.rest && !_chunks)
+        gather();
+    else
+        send();
+}
+
+// A piece at a turn, so that other connections have theirs.
+void Connection::gather() {
+    const std::size_t limit = _owner.options().wholeReplyLimit;
+    try {
+        if (!_reply.rest(_reply.body))
+            _reply.rest = nullptr;
+    } catch (...) {
+        _owner.log("500 for " + _asked + ": " + thrownText());
+        _reply = emptyReply(500, "Internal Server Error");
+    }
+    if (_reply.body.size() > limit) {
+        _owner.log("500 for " + _asked + ": more than " + std::to_string(limit) +
+                   " bytes for a client that has to have them whole (HTTP/1.0)");
+        _reply = emptyReply(500, "Internal Server Error");
+    }
+    if (_reply.rest)
+        later(&Connection::gather);
+    else
+        send();
+}
+
+void Connection::send() {
     if (_owner.stopping())
         _persistence = Persistence::Close;
     try {
-        _out = wireText(dated(std::move(reply)), _persistence, _withBody);
+        _head = wireHeader(_reply, _persistence, now());
     } catch (const std::invalid_argument& error) {
         _owner.log(_peer + ": reply not sent: " + error.what());
-        _out = wireText(dated(emptyReply(500, "Internal Server Error")), _persistence);
+        _reply = emptyReply(500, "Internal Server Error");
+        _head = wireHeader(_reply, _persistence, now());
     }
-    _written = 0;
+    if (!_withBody) {
+        _reply.body.clear();
+        _reply.rest = nullptr;
+    }
+    sendPiece(_reply.rest ? chunkEnd : std::string_view());
+}
+
+// Writes _head and _reply.body from where they are; as a chunk when it has an end. An empty chunk
+// would be the last one.
+void Connection::sendPiece(std::string_view end) {
+    if (_reply.body.empty())
+        end = {};
+    else if (!end.empty())
+        _head += chunkBegin(_reply.body.size());
+    _out = Out({asio::buffer(_head), asio::buffer(_reply.body), asio::buffer(end)});
     write();
+}
+
+void Connection::nextPiece() {
+    _head.clear();
+    _reply.body.clear();
+    bool more = false;
+    try {
+        more = _reply.rest(_reply.body);
+    } catch (...) {
+        _owner.log("reply cut off, " + _asked + ": " + thrownText());
+        _persistence = Persistence::Close;
+        linger();
+        return;
+    }
+    if (more && _reply.body.empty()) {
+        later(&Connection::nextPiece);
+        return;
+    }
+    if (!more) {
+        _reply = Reply();
+        _head = lastChunk;
+    }
+    sendPiece(chunkEnd);
+}
+
+// Some bytes after the other, so that the time runs against a client that takes nothing, not
+// against a long reply.
+void Connection::write() {
+    _state = State::Writing;
+    within(_owner.options().requestTimeout, &Connection::close);
+    _socket.async_write_some(_out,
+                             [self = shared_from_this()](const Error& error, std::size_t size) {
+                                 if (self->_state == State::Closed)
+                                     return;
+                                 self->_out.consume(size);
+                                 if (error)
+                                     self->close();
+                                 else if (beast::buffer_bytes(self->_out) != 0)
+                                     self->write();
+                                 else
+                                     self->written();
+                             });
+}
+
+void Connection::written() {
+    if (_reply.rest) {
+        nextPiece();
+        return;
+    }
+    _reply = Reply();
+    if (_persistence == Persistence::Close)
+        linger();
+    else
+        awaitRequest();
 }
 
 void Connection::reject(unsigned status, const std::string& reason, const std::string& why) {
@@ -193,87 +325,72 @@ void Connection::reject(unsigned status, const std::string& reason, const std::s
     respond(emptyReply(status, reason));
 }
 
-// Piece by piece, so that the time runs against a client that takes nothing, not against a long
-// reply.
-void Connection::write() {
-    _state = State::Writing;
-    arm(_owner.options().requestTimeout, &Connection::close);
-    _socket.async_write_some(asio::buffer(_out) + _written,
-                             [self = shared_from_this()](const Error& error, std::size_t size) {
-                                 if (self->_state == State::Closed)
-                                     return;
-                                 self->_written += size;
-                                 if (error)
-                                     self->close();
-                                 else if (self->_written < self->_out.size())
-                                     self->write();
-                                 else if (self->_persistence == Persistence::Close)
-                                     self->linger();
-                                 else
-                                     self->awaitRequest();
-                             });
-}
-
 void Connection::linger() {
     _state = State::Lingering;
+    _reply = Reply();
+    _parser.reset();
     Error ignored;
     _socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
-    arm(lingerTime, &Connection::close);
-    discard();
-}
-
-void Connection::discard() {
+    within(lingerTime, &Connection::close);
     _in.clear();
-    _socket.async_read_some(_in.prepare(readSize),
-                            [self = shared_from_this()](const Error& error, std::size_t) {
-                                if (self->_state == State::Closed)
-                                    return;
-                                if (error)
-                                    self->close();
-                                else
-                                    self->discard();
-                            });
+    read();
 }
 
 void Connection::close() {
     if (_state == State::Closed)
         return;
     _state = State::Closed;
-    disarm();
+    _reply.rest = nullptr;
+    _timer.cancel();
     Error ignored;
     _socket.close(ignored);
     _owner.closed(*this);
 }
 
 void Connection::readingFailed(const Error& error) {
-    static const Error sample = beast::http::make_error_code(beast::http::error::end_of_stream);
-    if (error.category() != sample.category()) { // the connection is gone, nobody is to be told
-        close();
-        return;
-    }
-    if (error == beast::http::make_error_code(beast::http::error::header_limit))
+    if (error == beast::http::error::header_limit)
         reject(431, "Request Header Fields Too Large", error.message());
-    else if (error == beast::http::make_error_code(beast::http::error::body_limit))
+    else if (error == beast::http::error::body_limit)
         reject(413, "Request Entity Too Large", error.message());
     else
         reject(400, "Bad Request", error.message());
 }
 
-void Connection::arm(std::chrono::steady_clock::duration time, Step expired) {
-    const std::uint64_t armed = ++_armed;
-    _timer.expires_after(time);
-    _timer.async_wait([self = shared_from_this(), armed, expired](const Error& error) {
-        if (!error && armed == self->_armed && self->_state != State::Closed)
-            (*self.*expired)();
+void Connection::later(Step next) {
+    asio::post(_socket.get_executor(), [self = shared_from_this(), next] {
+        if (self->_state != State::Closed)
+            (*self.*next)();
     });
 }
 
-void Connection::disarm() {
-    ++_armed;
-    _timer.cancel();
+// The timer is left alone while it ends before the deadline does: most deadlines are replaced by
+// later ones long before they are over.
+void Connection::within(Clock::duration time, Step expired) {
+    _deadline = Clock::now() + time;
+    _expired = expired;
+    if (!_timing || _deadline < _timer.expiry())
+        awaitDeadline();
 }
 
-// Cancelling what is being waited for ends in then(), where the client is told.
+void Connection::disarm() {
+    _deadline = Clock::time_point::max();
+}
+
+void Connection::awaitDeadline() {
+    _timing = true;
+    _timer.expires_at(_deadline);
+    _timer.async_wait([self = shared_from_this()](const Error& error) {
+        if (error || self->_state == State::Closed)
+            return;
+        self->_timing = false;
+        if (self->_deadline <= Clock::now())
+            (*self.*self->_expired)();
+        else if (self->_deadline != Clock::time_point::max())
+            self->awaitDeadline();
+    });
+}
+
+// Cancelling what is being waited for ends in bytesRead(), where the client is told.
 void Connection::requestTimedOut() {
     _timedOut = true;
     Error ignored;

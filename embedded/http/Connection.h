@@ -1,90 +1,116 @@
 // One client's connection: a request is read, handled and answered, then the next one.
 #pragma once
 
+#include "http/Parser.h"
 #include "http/Server.h"
 #include "http/Wire.h"
 
+#include <boost/asio/basic_stream_socket.hpp>
+#include <boost/asio/basic_waitable_timer.hpp>
+#include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core/buffers_suffix.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/http/parser.hpp>
-#include <boost/beast/http/string_body.hpp>
 
-#include <cstdint>
-#include <functional>
+#include <array>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace embedded::http {
 
 class Connection;
 
-/// What a connection asks of the server that has accepted it. Called on the I/O thread only.
+/// What a connection asks of the server that has accepted it. Called on the connection's I/O thread
+/// only, but for log().
 class ConnectionOwner {
   public:
     virtual ~ConnectionOwner() = default;
     virtual const Options& options() const = 0;
     virtual bool stopping() const = 0;
-    /// Has `request` handled on a worker and calls `done` with the reply on the I/O thread.
-    virtual void handle(Request request, std::function<void(Reply)> done) = 0;
+    /// Has `request` handled, and calls `connection.respond()` with the reply, now or later.
+    virtual void handle(Request&& request, Connection& connection) = 0;
     virtual void log(const std::string& line) = 0;
     /// `connection` is closed and may be forgotten.
     virtual void closed(Connection& connection) = 0;
 };
 
-/// Thread-safety: everything happens on the I/O thread. Outlived by its owner.
+/// Thread-safety: everything happens on one I/O thread. Outlived by its owner.
 class Connection : public std::enable_shared_from_this<Connection> {
   public:
-    Connection(boost::asio::ip::tcp::socket socket, ConnectionOwner& owner);
+    using Executor = boost::asio::io_context::executor_type;
+    using Socket = boost::asio::basic_stream_socket<boost::asio::ip::tcp, Executor>;
+
+    Connection(Socket socket, ConnectionOwner& owner);
 
     /// Reads the first request.
     void start();
     /// Sends `reply` without having read anything, and closes.
-    void refuse(const Reply& reply);
+    void refuse(Reply reply);
+    /// Verb and target of the request that is being handled, for the log.
+    const std::string& asked() const { return _asked; }
+    /// Sends the reply to the request that is being handled, unless the connection was closed.
+    void respond(Reply reply);
     /// Closes, unless a request is being handled or answered; that is finished first.
     void stop();
+    /// Closes at once. A body source is destroyed.
+    void close();
 
   private:
     enum class State { Idle, Reading, Handling, Writing, Lingering, Closed };
+    using Clock = std::chrono::steady_clock;
+    using Timer =
+        boost::asio::basic_waitable_timer<Clock, boost::asio::wait_traits<Clock>, Executor>;
     using Error = boost::beast::error_code;
-    using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
+    using Out = boost::beast::buffers_suffix<std::array<boost::asio::const_buffer, 3>>;
     using Step = void (Connection::*)();
 
     void awaitRequest();
-    void readHeader();
-    void headerRead();
-    void sendContinue();
-    void readBody();
+    void read();
+    void bytesRead(const Error& error, std::size_t size);
+    void beginRequest();
+    void parse();
+    bool holdForExpectation();
     void handle();
-    void respond(Reply reply);
-    void reject(unsigned status, const std::string& reason, const std::string& why);
+    void gather();
+    void send();
+    void sendPiece(std::string_view end);
+    void nextPiece();
     void write();
+    void written();
+    void reject(unsigned status, const std::string& reason, const std::string& why);
     void linger();
-    void discard();
-    void close();
-
     void readingFailed(const Error& error);
-    /// A completion handler that goes on with `next`, or ends the request that cannot be read.
-    auto then(Step next);
-    /// Calls `expired` after `time` unless arm() or disarm() is called before.
-    void arm(std::chrono::steady_clock::duration time, Step expired);
+    /// Has `next` called from the I/O thread's loop, after what else is waiting there.
+    void later(Step next);
+
+    /// Calls `expired` after `time` unless within() or disarm() is called before.
+    void within(Clock::duration time, Step expired);
     void disarm();
+    void awaitDeadline();
     void requestTimedOut();
 
-    boost::asio::ip::tcp::socket _socket;
-    boost::asio::steady_timer _timer;
-    std::uint64_t _armed = 0; // tells a late call of an old timer from the present one
+    Socket _socket;
+    Timer _timer; // waits for _deadline as it was some time ago
+    bool _timing = false;
+    Clock::time_point _deadline = Clock::time_point::max();
+    Step _expired = nullptr;
     ConnectionOwner& _owner;
     State _state = State::Idle;
     std::string _peer; // for the log
     boost::beast::flat_buffer _in;
     std::optional<Parser> _parser;
     bool _timedOut = false;
+    std::string _asked;
     bool _withBody = true;
+    bool _chunks = false; // the client knows them
     Persistence _persistence = Persistence::Close;
-    std::string _out;
-    std::size_t _written = 0;
+    // What is being written: _head, _reply.body, an end.
+    std::string _head;
+    Reply _reply;
+    Out _out;
 };
 
 } // namespace embedded::http

@@ -2,17 +2,26 @@
 
 #include "http/Connection.h"
 #include "http/Wire.h"
-#include "http/Workers.h"
 
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
+#include <boost/asio/thread_pool.hpp>
 
+#include <algorithm>
+#include <atomic>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace embedded::http {
 
@@ -26,147 +35,139 @@ namespace {
 constexpr std::size_t refusalLimit = 64;
 constexpr std::chrono::milliseconds acceptPause{100};
 
-std::runtime_error cannotListen(const Options& options, const Error& error) {
-    const bool v6 = options.address.find(':') != std::string::npos;
-    return std::runtime_error("cannot listen on " +
-                              (v6 ? "[" + options.address + "]" : options.address) + ":" +
-                              std::to_string(options.port) + ": " + error.message());
+std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
+                                const Error& error) {
+    const bool v6 = address.find(':') != std::string::npos;
+    return std::runtime_error("cannot listen on " + (v6 ? "[" + address + "]" : address) + ":" +
+                              std::to_string(port) + ": " + error.message());
 }
 
-tcp::endpoint endpoint(asio::io_context& io, const Options& options) {
+tcp::endpoint endpoint(asio::io_context& io, const std::string& address, std::uint16_t port) {
     Error notNumeric;
-    const auto address = asio::ip::make_address(options.address, notNumeric);
+    const auto number = asio::ip::make_address(address, notNumeric);
     if (!notNumeric)
-        return {address, options.port};
+        return {number, port};
     return tcp::resolver(io)
-        .resolve(options.address, std::to_string(options.port), tcp::resolver::passive)
+        .resolve(address, std::to_string(port), tcp::resolver::passive)
         .begin()
         ->endpoint();
 }
 
+// What the listening socket `socket` speaks.
+tcp protocol(int socket) {
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
+    return address.ss_family == AF_INET6 ? tcp::v6() : tcp::v4();
+}
+
 } // namespace
 
-// Ownership: connections belong to _connections and to what they wait for in _io, and know the
-// server by reference only. A job on a worker owns the server, because a handler that does not
-// return may outlive Server.
-class Server::Implementation : public ConnectionOwner,
-                               public std::enable_shared_from_this<Server::Implementation> {
+Listener::Listener(const std::string& address, std::uint16_t port) {
+    try {
+        asio::io_context io;
+        tcp::acceptor acceptor(io);
+        const tcp::endpoint local = endpoint(io, address, port);
+        acceptor.open(local.protocol());
+        acceptor.set_option(tcp::acceptor::reuse_address(true));
+        acceptor.bind(local);
+        acceptor.listen(tcp::acceptor::max_listen_connections);
+        _port = acceptor.local_endpoint().port();
+        _socket = acceptor.release();
+    } catch (const boost::system::system_error& error) {
+        throw cannotListen(address, port, error.code());
+    }
+}
+
+Listener::Listener(Listener&& other) noexcept : _socket(other.release()), _port(other._port) {
+}
+
+Listener::~Listener() {
+    if (_socket >= 0)
+        ::close(_socket);
+}
+
+int Listener::release() {
+    return std::exchange(_socket, -1);
+}
+
+// Each I/O thread has an io_context of its own and keeps the connections that it was given, so that
+// what happens to a connection happens on one thread, and threads share next to nothing. The first
+// one accepts, and ends the others.
+//
+// Ownership: connections belong to their thread and to what they wait for, and know it by reference
+// only. All belongs to the server; Work that does not return keeps it, see run().
+class Server::Implementation : public std::enable_shared_from_this<Server::Implementation> {
   public:
-    Implementation(Options options, Handler handler)
-        : _options(std::move(options)), _handler(std::move(handler)), _acceptor(_io), _grace(_io),
-          _pause(_io), _work(_io.get_executor()) {
-        try {
-            const tcp::endpoint local = endpoint(_io, _options);
-            _acceptor.open(local.protocol());
-            _acceptor.set_option(tcp::acceptor::reuse_address(true));
-            _acceptor.bind(local);
-            _acceptor.listen(tcp::acceptor::max_listen_connections);
-        } catch (const boost::system::system_error& error) {
-            throw cannotListen(_options, error.code());
-        }
-        _port = _acceptor.local_endpoint().port();
+    Implementation(Listener listener, Options options, Handler handler)
+        : _options(std::move(options)), _handler(std::move(handler)) {
+        const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
+        const unsigned threads = _options.ioThreads != 0 ? _options.ioThreads : std::min(cores, 4U);
+        while (_threads.size() < threads)
+            _threads.push_back(std::make_unique<IoThread>(*this));
+        const int socket = listener.release();
+        _acceptor.emplace(_threads.front()->io(), protocol(socket), socket);
+        _grace.emplace(_threads.front()->io());
+        _pause.emplace(_threads.front()->io());
     }
 
-    std::uint16_t port() const { return _port; }
     bool drained() const { return _drained; }
 
     void run() {
-        _workers.start(_options.workers);
+        _workers.emplace(_options.workers);
         accept();
-        _io.run();
+        std::vector<std::thread> others;
+        for (std::size_t i = 1; i < _threads.size(); ++i)
+            others.emplace_back([thread = _threads[i].get()] { thread->run(); });
+        _threads.front()->run();
+        for (std::thread& other : others)
+            other.join();
         _drained = _handling == 0;
         if (_drained)
-            _workers.join();
-        else
-            _workers.leave();
+            _workers->join();
+        else // nobody waits for what does not return, but what it uses has to stay
+            std::thread([self = shared_from_this()] {
+                self->_workers->stop();
+                self->_workers->join();
+            }).detach();
     }
 
     void stop(std::chrono::seconds grace) {
-        asio::post(_io, [this, grace] {
+        asio::post(_threads.front()->io(), [this, grace] {
             _stopping = true;
             Error ignored;
-            _acceptor.close(ignored);
-            _pause.cancel();
-            _grace.expires_after(grace);
-            _grace.async_wait([this](const Error& error) {
+            _acceptor->close(ignored);
+            _pause->cancel();
+            _grace->expires_after(grace);
+            _grace->async_wait([this](const Error& error) {
                 if (!error)
-                    _io.stop();
+                    for (const auto& thread : _threads)
+                        thread->io().stop();
             });
-            // A copy: a connection that closes leaves the set.
-            const auto connections = _connections;
-            for (const auto& connection : connections)
-                connection->stop();
-            endWhenIdle();
+            for (const auto& thread : _threads)
+                asio::post(thread->io(), [&thread] { thread->stop(); });
+            if (_open == 0)
+                end();
         });
-    }
-
-    const Options& options() const override { return _options; }
-    bool stopping() const override { return _stopping; }
-
-    void handle(Request request, std::function<void(Reply)> done) override {
-        ++_handling;
-        _workers.submit([self = shared_from_this(), request = std::move(request),
-                         done = std::move(done)]() mutable {
-            Reply reply = self->answer(request);
-            // Not `self`: what is queued in _io must not own it.
-            asio::post(self->_io,
-                       [server = self.get(), reply = std::move(reply), done = std::move(done)] {
-                           --server->_handling;
-                           done(reply);
-                       });
-        });
-    }
-
-    void log(const std::string& line) override {
-        if (!_options.log)
-            return;
-        const std::lock_guard<std::mutex> lock(_logMutex);
-        _options.log(line);
-    }
-
-    void closed(Connection& connection) override {
-        _connections.erase(connection.shared_from_this());
-        endWhenIdle();
     }
 
   private:
-    Reply answer(const Request& request) noexcept {
-        try {
-            return _handler(request);
-        } catch (const std::exception& error) {
-            log("500 for " + request.verb + " " + request.target + ": " + error.what());
-        } catch (...) {
-            log("500 for " + request.verb + " " + request.target + ": unknown exception");
+    class IoThread : public ConnectionOwner {
+      public:
+        explicit IoThread(Implementation& server) : _server(server), _work(_io.get_executor()) {}
+
+        asio::io_context& io() { return _io; }
+
+        void run() {
+            _io.run();
+            closeAll(&Connection::close);
         }
-        return emptyReply(500, "Internal Server Error");
-    }
+        /// On this thread, as the rest.
+        void stop() { closeAll(&Connection::stop); }
+        /// Without work, run() returns.
+        void end() { _work.reset(); }
 
-    void accept() {
-        _acceptor.async_accept([this](const Error& error, tcp::socket socket) {
-            if (_stopping)
-                return;
-            if (error)
-                acceptFailed(error);
-            else
-                admit(std::move(socket));
-        });
-    }
-
-    // Out of file descriptors, most likely: asking again at once would only burn time.
-    void acceptFailed(const Error& error) {
-        log("cannot accept a connection: " + error.message());
-        _pause.expires_after(acceptPause);
-        _pause.async_wait([this](const Error& cancelled) {
-            if (!cancelled && !_stopping)
-                accept();
-        });
-    }
-
-    void admit(tcp::socket socket) {
-        if (_connections.size() < _options.connectionLimit + refusalLimit) {
-            Error ignored;
-            socket.set_option(tcp::no_delay(true), ignored);
-            const bool full = _connections.size() >= _options.connectionLimit;
+        void admit(Connection::Socket socket, bool full) {
             const auto connection = std::make_shared<Connection>(std::move(socket), *this);
             _connections.insert(connection);
             if (full)
@@ -174,41 +175,142 @@ class Server::Implementation : public ConnectionOwner,
             else
                 connection->start();
         }
+
+        const Options& options() const override { return _server._options; }
+        bool stopping() const override { return _server._stopping; }
+        void log(const std::string& line) override { _server.log(line); }
+
+        void handle(Request&& request, Connection& connection) override {
+            Answer answer = _server.guarded(
+                connection, [&]() -> Answer { return _server._handler(std::move(request)); });
+            if (Reply* reply = std::get_if<Reply>(&answer))
+                connection.respond(std::move(*reply));
+            else
+                handOver(std::get<Work>(std::move(answer)), connection.shared_from_this());
+        }
+
+        void closed(Connection& connection) override {
+            _connections.erase(connection.shared_from_this());
+            _server.closed();
+        }
+
+      private:
+        void handOver(Work work, std::shared_ptr<Connection> connection) {
+            ++_server._handling;
+            asio::post(*_server._workers, [this, work = std::move(work),
+                                           connection = std::move(connection)]() mutable {
+                Reply reply = std::get<Reply>(
+                    _server.guarded(*connection, [&]() -> Answer { return work(); }));
+                work = nullptr; // what it holds may be large, or be wanted elsewhere
+                asio::post(_io, [this, reply = std::move(reply),
+                                 connection = std::move(connection)]() mutable {
+                    --_server._handling;
+                    connection->respond(std::move(reply));
+                });
+            });
+        }
+
+        void closeAll(void (Connection::*how)()) {
+            // A copy: a connection that closes leaves the set.
+            const auto connections = _connections;
+            for (const auto& connection : connections)
+                (*connection.*how)();
+        }
+
+        Implementation& _server;
+        asio::io_context _io{1};
+        asio::executor_work_guard<asio::io_context::executor_type> _work;
+        std::set<std::shared_ptr<Connection>> _connections;
+    };
+
+    template <class Function>
+    Answer guarded(const Connection& connection, const Function& function) noexcept {
+        try {
+            return function();
+        } catch (...) {
+            log("500 for " + connection.asked() + ": " + thrownText());
+        }
+        return emptyReply(500, "Internal Server Error");
+    }
+
+    void log(const std::string& line) {
+        if (!_options.log)
+            return;
+        const std::lock_guard<std::mutex> lock(_logMutex);
+        _options.log(line);
+    }
+
+    void accept() {
+        IoThread& thread = *_threads[_next++ % _threads.size()];
+        _acceptor->async_accept(thread.io(),
+                                [this, &thread](const Error& error, Connection::Socket socket) {
+                                    if (_stopping)
+                                        return;
+                                    if (error)
+                                        acceptFailed(error);
+                                    else
+                                        admit(thread, std::move(socket));
+                                });
+    }
+
+    // Out of file descriptors, most likely: asking again at once would only burn time.
+    void acceptFailed(const Error& error) {
+        log("cannot accept a connection: " + error.message());
+        _pause->expires_after(acceptPause);
+        _pause->async_wait([this](const Error& cancelled) {
+            if (!cancelled && !_stopping)
+                accept();
+        });
+    }
+
+    void admit(IoThread& thread, Connection::Socket socket) {
+        if (_open < _options.connectionLimit + refusalLimit) {
+            Error ignored;
+            socket.set_option(tcp::no_delay(true), ignored);
+            const bool full = _open++ >= _options.connectionLimit;
+            asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
+                thread.admit(std::move(socket), full);
+            });
+        }
         accept();
     }
 
-    void endWhenIdle() {
-        if (!_stopping || !_connections.empty())
-            return;
-        _grace.cancel();
-        _work.reset();
+    // On any I/O thread.
+    void closed() {
+        if (--_open == 0 && _stopping)
+            asio::post(_threads.front()->io(), [this] { end(); });
+    }
+
+    void end() {
+        _grace->cancel();
+        for (const auto& thread : _threads)
+            thread->end();
     }
 
     const Options _options;
     const Handler _handler;
     std::mutex _logMutex;
-    asio::io_context _io{1};
-    tcp::acceptor _acceptor;
-    asio::steady_timer _grace;
-    asio::steady_timer _pause;
-    asio::executor_work_guard<asio::io_context::executor_type> _work;
-    std::set<std::shared_ptr<Connection>> _connections;
-    Workers _workers;
-    std::uint16_t _port = 0;
-    unsigned _handling = 0; // requests at the workers
-    bool _stopping = false;
+    std::vector<std::unique_ptr<IoThread>> _threads;
+    // Used by the first thread only.
+    std::optional<tcp::acceptor> _acceptor;
+    std::optional<asio::steady_timer> _grace;
+    std::optional<asio::steady_timer> _pause;
+    std::size_t _next = 0;
+    // Shared. A connection counts from before its thread hears of it, so that no thread ends before
+    // it has all of its own.
+    std::atomic<std::size_t> _open{0};
+    std::atomic<unsigned> _handling{0}; // requests at the workers
+    std::atomic<bool> _stopping{false};
     bool _drained = true;
+    std::optional<asio::thread_pool> _workers; // what waits in it refers to all of the above
 };
 
-Server::Server(const Options& options, Handler handler)
-    : _implementation(std::make_shared<Implementation>(options, std::move(handler))) {
+Server::Server(Listener listener, const Options& options, Handler handler)
+    : _implementation(
+          std::make_shared<Implementation>(std::move(listener), options, std::move(handler))) {
 }
 
 Server::~Server() = default;
-
-std::uint16_t Server::port() const {
-    return _implementation->port();
-}
 
 void Server::run() {
     _implementation->run();

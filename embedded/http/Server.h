@@ -2,74 +2,72 @@
 // on the same connection. Knows nothing of CIM.
 #pragma once
 
+#include "http/Message.h"
+
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace embedded::http {
 
-/// Header fields in the order in which they came or shall go; names keep their spelling.
-using Fields = std::vector<std::pair<std::string, std::string>>;
-
-/// The value of the first field named `name` (case ignored), or nullptr.
-const std::string* findField(const Fields& fields, const std::string& name);
-
-struct Request {
-    std::string verb; ///< "POST", "M-POST", ... as it came
-    std::string target;
-    unsigned version = 11; ///< 10 or 11
-    Fields fields;
-    std::string body;
-};
-
-/// The server adds Date, and what the connection needs (the content length when it is not among
-/// `fields`, Connection when it closes); everything else is the handler's.
-struct Reply {
-    unsigned status = 200;
-    std::string reason = "OK";
-    Fields fields;
-    std::string body;
-};
-
-/// Called on a worker thread, several at once. What it throws becomes a 500 and a line in the log.
-using Handler = std::function<Reply(const Request&)>;
-
 struct Options {
-    std::string address = "127.0.0.1";
-    std::uint16_t port = 5988;      ///< 0: any free one, see Server::port()
-    unsigned workers = 16;          ///< threads that run the handler
+    unsigned ioThreads = 0;         ///< threads that read and write; 0: one a core, at most four
+    unsigned workers = 16;          ///< threads that do what a handler returns as Work
     unsigned connectionLimit = 512; ///< beyond it the reply is 503
     std::uint64_t bodyLimit = std::uint64_t{8} * 1024 * 1024; ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = std::uint32_t{64} * 1024;     ///< bytes; beyond it the reply is 431
+    /// Bytes of a body in pieces that is sent whole, to an HTTP/1.0 client; beyond it the reply is
+    /// 500.
+    std::size_t wholeReplyLimit = std::size_t{64} * 1024 * 1024;
     std::chrono::seconds idleTimeout{300};   ///< for the next request on a connection
-    std::chrono::seconds requestTimeout{30}; ///< for the rest of a request that has begun
+    std::chrono::seconds requestTimeout{30}; ///< for the rest of a request that has begun, and for
+                                             ///< a client to take any more of its reply
     /// Takes a line for whoever runs the server. Called on any thread, one call at a time.
     std::function<void(const std::string&)> log;
 };
 
-/// Listens from its construction (throws std::runtime_error that says address, port and reason),
-/// serves from run() on.
+/// Listens from its construction on, so that the port is known, and clients may connect, before
+/// there is anything that could answer: a Server, which takes it over.
+class Listener {
+  public:
+    /// `address`: a number or a name; `port` 0: any free one. Throws std::runtime_error that says
+    /// address, port and reason.
+    Listener(const std::string& address, std::uint16_t port);
+    ~Listener();
+    Listener(Listener&& other) noexcept;
+    Listener& operator=(Listener&&) = delete;
+
+    /// The port in use.
+    std::uint16_t port() const { return _port; }
+    /// The listening socket, from now on the caller's to close.
+    int release();
+
+  private:
+    int _socket = -1;
+    std::uint16_t _port = 0;
+};
+
+/// Serves from run() on.
 ///
 /// Thread-safety: stop() may be called from any thread and from a signal watcher.
 class Server {
   public:
-    Server(const Options& options, Handler handler);
+    Server(Listener listener, const Options& options, Handler handler);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// The port in use.
-    std::uint16_t port() const;
-    /// Serves until stop(). Requests that are being handled then are finished and answered.
+    /// Serves until stop(). Requests that are being handled then are finished and answered. When it
+    /// returns, no connection is left, nor the source of a body.
     void run();
-    /// No new connections or requests; makes run() return when the last handler has returned or
-    /// `grace` is over, whichever comes first. run() says which: see drained().
+    /// No new connections or requests; makes run() return when the last reply is sent or `grace` is
+    /// over, whichever comes first. run() says which: see drained().
     void stop(std::chrono::seconds grace = std::chrono::seconds(10));
-    /// After run(): false when a handler was still running at the end of the grace time.
+    /// After run(): false when some Work was still running at the end of the grace time. It is left
+    /// to itself, and may outlive the server.
     bool drained() const;
 
   private:

@@ -1,61 +1,61 @@
 #include "http/Wire.h"
 
-#include <algorithm>
+#include <array>
+#include <charconv>
 #include <iomanip>
 #include <locale>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 namespace embedded::http {
 namespace {
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 // A line break inside a field would let whoever chose its text write fields of his own.
 const std::string& singleLine(const std::string& text) {
-    if (text.find_first_of(std::string("\r\n\0", 3)) != std::string::npos)
+    static constexpr std::string_view breaks("\r\n\0", 3);
+    if (text.find_first_of(breaks) != std::string::npos)
         throw std::invalid_argument("a line break or NUL in a header field: " + text);
     return text;
 }
 
 } // namespace
 
-bool equalIgnoringCase(const std::string& left, const std::string& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return lower(a) == lower(b); });
-}
-
-const std::string* findField(const Fields& fields, const std::string& name) {
-    for (const auto& field : fields)
-        if (equalIgnoringCase(field.first, name))
-            return &field.second;
-    return nullptr;
-}
-
-std::string wireText(const Reply& reply, Persistence persistence, bool withBody) {
-    std::string text =
-        "HTTP/1.1 " + std::to_string(reply.status) + " " + singleLine(reply.reason) + "\r\n";
+std::string wireHeader(const Reply& reply, Persistence persistence, const std::string& date) {
+    std::string text;
+    text.reserve(512);
     const auto add = [&text](const std::string& name, const std::string& value) {
-        text += singleLine(name) + (value.empty() ? ":" : ": ") + singleLine(value) + "\r\n";
+        text.append(singleLine(name)).append(value.empty() ? ":" : ": ");
+        text.append(singleLine(value)).append("\r\n");
     };
+    text.append("HTTP/1.1 ").append(std::to_string(reply.status)).append(" ");
+    text.append(singleLine(reply.reason)).append("\r\n");
+    if (!date.empty())
+        add("Date", date);
     for (const auto& field : reply.fields)
         add(field.first, field.second);
-    if (!findField(reply.fields, "content-length"))
+    const bool hasLength = findField(reply.fields, "content-length") != nullptr;
+    if (reply.rest && hasLength)
+        throw std::invalid_argument("a content length beside a body that comes in pieces");
+    if (reply.rest)
+        add("Transfer-Encoding", "chunked");
+    else if (!hasLength)
         add("content-length", std::to_string(reply.body.size()));
     if (persistence == Persistence::Close)
         add("Connection", "close");
     else if (persistence == Persistence::KeepAlive)
         add("Connection", "keep-alive");
-    text += "\r\n";
-    if (withBody)
-        text += reply.body;
-    return text;
+    return text.append("\r\n");
+}
+
+std::string chunkBegin(std::size_t size) {
+    std::array<char, 2 * sizeof size> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), size, 16).ptr;
+    return std::string(digits.data(), end) + "\r\n";
 }
 
 Reply emptyReply(unsigned status, const std::string& reason, Fields fields) {
-    return Reply{status, reason, std::move(fields), {}};
+    return Reply{status, reason, std::move(fields)};
 }
 
 std::string httpDate(std::time_t time) {
@@ -65,6 +65,16 @@ std::string httpDate(std::time_t time) {
     text.imbue(std::locale::classic());
     text << std::put_time(&parts, "%a, %d %b %Y %H:%M:%S GMT");
     return text.str();
+}
+
+std::string thrownText() {
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        return error.what();
+    } catch (...) {
+        return "unknown exception";
+    }
 }
 
 } // namespace embedded::http

@@ -1,8 +1,9 @@
 // Requests and replies as bytes, where it is not a parser's work.
 #pragma once
 
-#include "http/Server.h"
+#include "http/Message.h"
 
+#include <cstddef>
 #include <ctime>
 #include <string>
 
@@ -12,11 +13,15 @@ namespace embedded::http {
 /// reads as "stays open".
 enum class Persistence { Silent, KeepAlive, Close };
 
-/// The bytes of `reply`: its fields with the names, order and values that it has, then the content
-/// length when it is not among them, then Connection. `withBody` false leaves the body out but
-/// not its length, as a reply to HEAD wants it (RFC 9110 clause 9.3.2).
-/// Throws std::invalid_argument for a reason or field that would not stay on its line.
-std::string wireText(const Reply& reply, Persistence persistence, bool withBody = true);
+/// The header of `reply` with the empty line that ends it: Date when `date` is not empty, the
+/// reply's fields with the names, order and values that they have, then how long the body is (its
+/// length when that is not among the fields, or that it comes in chunks), then Connection.
+/// Throws std::invalid_argument for a reason or field that would not stay on its line, and for a
+/// content length beside a body that comes in pieces.
+std::string wireHeader(const Reply& reply, Persistence persistence, const std::string& date = {});
+
+/// The line with which a chunk of `size` bytes begins (RFC 9112 clause 7.1).
+std::string chunkBegin(std::size_t size);
 
 /// A reply without a body; `content-length: 0` says so.
 Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {});
@@ -25,7 +30,7 @@ Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {})
 /// whatever the locale and the time zone.
 std::string httpDate(std::time_t time);
 
-/// Whether the two are the same but for the case of ASCII letters.
-bool equalIgnoringCase(const std::string& left, const std::string& right);
+/// What the exception that is being handled says. REQUIRES: called in a handler of exceptions.
+std::string thrownText();
 
 } // namespace embedded::http

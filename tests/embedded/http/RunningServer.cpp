@@ -1,17 +1,25 @@
 #include "RunningServer.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace embedded::http::test {
 
-RunningServer::RunningServer(Options options) {
-    options.port = 0;
+RunningServer::RunningServer(Options options, Handler handler) {
+    Listener listener("127.0.0.1", 0);
+    _port = listener.port();
     options.log = [shared = _shared](const std::string& line) {
         const std::lock_guard<std::mutex> lock(shared->mutex);
         shared->log += line + "\n";
     };
-    _server = std::make_unique<Server>(
-        options, [shared = _shared](const Request& request) { return answer(*shared, request); });
+    if (!handler)
+        handler = [shared = _shared](Request&& request) -> Answer {
+            if (request.target.rfind("/now", 0) == 0)
+                return answer(*shared, request);
+            return Work(
+                [shared, request = std::move(request)] { return answer(*shared, request); });
+        };
+    _server = std::make_unique<Server>(std::move(listener), options, std::move(handler));
     _thread = std::thread([this] { _server->run(); });
 }
 
@@ -58,7 +66,7 @@ Reply RunningServer::answer(Shared& shared, const Request& request) {
         }
     }
     Reply reply;
-    if (request.target == "/throw")
+    if (request.target == "/throw" || request.target == "/now/throw")
         throw std::runtime_error("the handler gave up");
     if (request.target == "/split")
         reply.fields.emplace_back("X-Text", "one\r\nX-Forged: two");

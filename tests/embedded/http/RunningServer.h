@@ -11,15 +11,18 @@
 
 namespace embedded::http::test {
 
-/// Targets: "/echo" answers with verb, target and body; "/wait" does so once release() was called;
+/// Targets, whose replies are made by Work: "/echo" answers with verb, target and body; "/wait"
+/// does so once release() was called;
 /// "/throw" throws; "/big" answers with 32 MiB; "/split" with a field that has a line break.
+/// Made on the I/O thread: "/now" answers like "/echo", "/now/throw" throws.
 class RunningServer {
   public:
-    explicit RunningServer(Options options = Options());
+    /// With `handler`: the test's own, and none of the above.
+    explicit RunningServer(Options options = Options(), Handler handler = nullptr);
     /// Releases what waits, stops and joins.
     ~RunningServer();
 
-    std::uint16_t port() const { return _server->port(); }
+    std::uint16_t port() const { return _port; }
     Server& server() { return *_server; }
     /// Waits until `count` requests for "/wait" have reached the handler.
     void awaitWaiting(unsigned count);
@@ -44,6 +47,7 @@ class RunningServer {
     static Reply answer(Shared& shared, const Request& request);
 
     std::shared_ptr<Shared> _shared = std::make_shared<Shared>();
+    std::uint16_t _port;
     std::unique_ptr<Server> _server;
     std::thread _thread;
 };

@@ -71,6 +71,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "413 Request Entity Too Large"},
         RefusedCase{"LargeChunk", start + "Transfer-Encoding: chunked\r\n\r\n3e9\r\n",
                     "413 Request Entity Too Large"},
+        RefusedCase{"LongLineOfAChunk",
+                    start + "Transfer-Encoding: chunked\r\n\r\n1;" + std::string(6000, 'a'),
+                    "431 Request Header Fields Too Large"},
         RefusedCase{"LargeHeader", start + "A: " + std::string(600, 'a') + "\r\n\r\n",
                     "431 Request Header Fields Too Large"},
         RefusedCase{"LargeTarget", "POST /" + std::string(600, 'a') + " HTTP/1.1\r\n\r\n",
@@ -201,6 +204,19 @@ TEST(ServerLimits, ASlowHandlerKeepsNobodyElseWaiting) {
     slow.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
     running.awaitWaiting(1);
     EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, WhatNeedsNoWorkerDoesNotWaitForOne) {
+    Options options;
+    options.workers = 1;
+    options.ioThreads = 1;
+    RunningServer running(options);
+    RawClient slow(running.port());
+    slow.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+    running.awaitWaiting(1);
+    RawClient second(running.port());
+    second.send("GET /now HTTP/1.1\r\n\r\n");
+    EXPECT_NE(second.reply().find("GET /now []"), std::string::npos);
 }
 
 TEST(ServerLimits, RequestsBeyondTheWorkersWaitTheirTurn) {

@@ -18,9 +18,9 @@ using std::chrono::seconds;
 const std::string waiting = "POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n";
 const std::string echo = "POST /echo HTTP/1.1\r\nContent-Length: 4\r\n\r\nbody";
 
-std::string listeningError(const Options& options) {
+std::string listeningError(const std::string& address, std::uint16_t port) {
     try {
-        const Server server(options, [](const Request&) { return Reply(); });
+        const Listener listener(address, port);
         return "none";
     } catch (const std::runtime_error& error) {
         return error.what();
@@ -29,42 +29,52 @@ std::string listeningError(const Options& options) {
 
 TEST(ServerStart, APortInUseIsNamedWithAddressAndReason) {
     RunningServer running;
-    Options options;
-    options.port = running.port();
-    EXPECT_EQ(listeningError(options),
+    EXPECT_EQ(listeningError("127.0.0.1", running.port()),
               "cannot listen on 127.0.0.1:" + std::to_string(running.port()) +
                   ": Address already in use");
 }
 
 TEST(ServerStart, AnAddressThatIsNotOursIsNamed) {
-    Options options;
-    options.port = 0;
-    options.address = "192.0.2.1";
-    EXPECT_EQ(listeningError(options),
+    EXPECT_EQ(listeningError("192.0.2.1", 0),
               "cannot listen on 192.0.2.1:0: Cannot assign requested address");
-    options.address = "no such host";
-    EXPECT_EQ(listeningError(options).rfind("cannot listen on no such host:0: ", 0), 0U);
+    EXPECT_EQ(listeningError("no such host", 0).rfind("cannot listen on no such host:0: ", 0), 0U);
 }
 
 TEST(ServerStart, ANameWillDoForAnAddress) {
-    Options options;
-    options.address = "localhost";
-    RunningServer running(options);
-    EXPECT_NE(running.port(), 0);
+    EXPECT_NE(Listener("localhost", 0).port(), 0);
+}
+
+TEST(ServerStart, WhoConnectsBeforeThereIsAServerIsAnswered) {
+    for (const std::string address : {"127.0.0.1", "::ffff:127.0.0.1"}) {
+        Listener listener(address, 0);
+        RawClient client(listener.port());
+        client.send(echo);
+        Server server(std::move(listener), Options(), [](Request&&) { return Reply(); });
+        std::thread serving([&] { server.run(); });
+        EXPECT_EQ(client.reply(), "HTTP/1.1 200 OK\r\n" + date + "content-length: 0\r\n\r\n");
+        server.stop();
+        serving.join();
+    }
+}
+
+TEST(ServerStart, AListenerThatIsGivenBackLeavesThePort) {
+    std::uint16_t port = 0;
+    {
+        const Listener listener("127.0.0.1", 0);
+        port = listener.port();
+    }
+    EXPECT_EQ(listeningError("127.0.0.1", port), "none");
 }
 
 TEST(ServerStart, AServerThatNeverRanIsGivenBack) {
-    Options options;
-    options.port = 0;
-    const Server server(options, [](const Request&) { return Reply(); });
-    RawClient client(server.port());
+    Listener listener("127.0.0.1", 0);
+    RawClient client(listener.port());
+    const Server server(std::move(listener), Options(), [](Request&&) { return Reply(); });
     client.send(echo);
 }
 
 TEST(ServerStop, BeforeRunMakesRunReturn) {
-    Options options;
-    options.port = 0;
-    Server server(options, [](const Request&) { return Reply(); });
+    Server server(Listener("127.0.0.1", 0), Options(), [](Request&&) { return Reply(); });
     server.stop();
     server.run();
     EXPECT_TRUE(server.drained());

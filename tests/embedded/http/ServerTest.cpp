@@ -110,12 +110,16 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Server, AnswersPipelinedRequestsInOrder) {
     RunningServer running;
     RawClient client(running.port());
-    client.send(post("/wait", "1") + post("/echo", "2") + "\r\n" + post("/echo", "3"));
+    client.send(post("/now", "1") + post("/wait", "2") + post("/now", "3") + "\r\n" +
+                post("/echo", "4") + post("/now/throw", "") + post("/now", "6"));
     running.awaitWaiting(1);
     running.release();
-    EXPECT_EQ(client.reply(), ok("POST /wait [1]"));
-    EXPECT_EQ(client.reply(), ok("POST /echo [2]"));
-    EXPECT_EQ(client.reply(), ok("POST /echo [3]"));
+    EXPECT_EQ(client.reply(), ok("POST /now [1]"));
+    EXPECT_EQ(client.reply(), ok("POST /wait [2]"));
+    EXPECT_EQ(client.reply(), ok("POST /now [3]"));
+    EXPECT_EQ(client.reply(), ok("POST /echo [4]"));
+    EXPECT_NE(client.reply().find("500 Internal Server Error"), std::string::npos);
+    EXPECT_EQ(client.reply(), ok("POST /now [6]"));
 }
 
 TEST(Server, AcceptsChunkedBodies) {
@@ -154,13 +158,15 @@ TEST(Server, SendsNoContinueToAnOldClient) {
 }
 
 TEST(Server, AnswersAHandlersExceptionWith500AndLogsIt) {
-    RunningServer running;
-    RawClient client(running.port());
-    client.send(post("/throw", "") + post("/echo", "after"));
-    EXPECT_EQ(client.reply(),
-              "HTTP/1.1 500 Internal Server Error\r\n" + date + "content-length: 0\r\n\r\n");
-    EXPECT_EQ(client.reply(), ok("POST /echo [after]"));
-    EXPECT_NE(running.log().find("500 for POST /throw: the handler gave up"), std::string::npos);
+    for (const std::string target : {"/throw", "/now/throw"}) {
+        RunningServer running;
+        RawClient client(running.port());
+        client.send(post(target, "") + post("/echo", "after"));
+        EXPECT_EQ(client.reply(),
+                  "HTTP/1.1 500 Internal Server Error\r\n" + date + "content-length: 0\r\n\r\n");
+        EXPECT_EQ(client.reply(), ok("POST /echo [after]"));
+        EXPECT_EQ(running.log(), "500 for POST " + target + ": the handler gave up\n");
+    }
 }
 
 TEST(Server, SendsNoFieldThatHasALineBreak) {

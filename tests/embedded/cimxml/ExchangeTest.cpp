@@ -1,15 +1,20 @@
 // Which requests reach the CIM-XML reader, with what, and the exact form of every reply.
-#include "http/CimExchange.h"
-#include "http/CimHeaders.h"
+#include "cimxml/Exchange.h"
+
 #include "http/Wire.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
-#include <stdexcept>
 
-namespace embedded::http {
+namespace embedded::cimxml {
 namespace {
+
+using http::equalIgnoringCase;
+using http::Fields;
+using http::Persistence;
+using http::Request;
+using http::wireHeader;
 
 const Fields complete = {{"Host", "h"},
                          {"Content-Type", "application/xml; charset=\"utf-8\""},
@@ -47,20 +52,21 @@ Fields prefixed(const std::string& prefix, const std::string& man) {
 struct Reader {
     unsigned calls = 0;
     std::string body;
-    cimxml::Headers headers;
+    Headers headers;
 
     std::string wire(const Request& request) {
-        const DocumentAnswer answer = [this](const std::string& text, const cimxml::Headers& read) {
+        const DocumentAnswer answer = [this](const std::string& text, const Headers& read) {
             ++calls;
             body = text;
             headers = read;
             return std::string("<reply/>");
         };
-        return wireText(exchange(request, answer), Persistence::Silent);
+        const http::Reply reply = exchange(request, answer);
+        return wireHeader(reply, Persistence::Silent) + reply.body;
     }
 };
 
-TEST(CimExchange, AnswersPostWithTheFieldsInTheirOrder) {
+TEST(Exchange, AnswersPostWithTheFieldsInTheirOrder) {
     Reader reader;
     EXPECT_EQ(reader.wire(post()), "HTTP/1.1 200 OK\r\n"
                                    "Content-Type: application/xml; charset=utf-8\r\n"
@@ -74,13 +80,13 @@ TEST(CimExchange, AnswersPostWithTheFieldsInTheirOrder) {
     EXPECT_EQ(reader.headers.protocolVersion, "1.0");
 }
 
-TEST(CimExchange, HandsTheProtocolVersionOn) {
+TEST(Exchange, HandsTheProtocolVersionOn) {
     Reader reader;
     reader.wire(post(with(complete, "CIMProtocolVersion", "1.1")));
     EXPECT_EQ(reader.headers.protocolVersion, "1.1");
 }
 
-TEST(CimExchange, AnswersAnExtendedPostInKind) {
+TEST(Exchange, AnswersAnExtendedPostInKind) {
     for (const std::string& man :
          {manWith40, std::string("\"http://www.dmtf.org/cim/mapping/http/v1.0\" ;ns=\"40\"")}) {
         Reader reader;
@@ -99,7 +105,7 @@ TEST(CimExchange, AnswersAnExtendedPostInKind) {
     }
 }
 
-TEST(CimExchange, AnswersAnExtendedPostWithoutPrefix) {
+TEST(Exchange, AnswersAnExtendedPostWithoutPrefix) {
     for (const std::optional<std::string>& man :
          {std::optional<std::string>(),
           std::optional<std::string>("http://www.dmtf.org/cim/mapping/http/v1.0")}) {
@@ -113,7 +119,7 @@ TEST(CimExchange, AnswersAnExtendedPostWithoutPrefix) {
     }
 }
 
-TEST(CimExchange, TakesFieldsOfAnExtendedPostWithoutThePrefixThatItDeclares) {
+TEST(Exchange, TakesFieldsOfAnExtendedPostWithoutThePrefixThatItDeclares) {
     Fields mixed = with(prefixed("", manWith40), "CIMMethod", {});
     mixed.emplace_back("40-CIMMethod", "GetClass");
     for (const Fields& fields : {prefixed("", manWith40), mixed}) {
@@ -129,7 +135,7 @@ TEST(CimExchange, TakesFieldsOfAnExtendedPostWithoutThePrefixThatItDeclares) {
     }
 }
 
-TEST(CimExchange, PrefersTheFieldWithThePrefixThatAnExtendedPostDeclares) {
+TEST(Exchange, PrefersTheFieldWithThePrefixThatAnExtendedPostDeclares) {
     Reader reader;
     Request request = post(with(prefixed("40-", manWith40), "CIMMethod", "GetInstance"));
     request.verb = "M-POST";
@@ -163,7 +169,7 @@ const std::string bad = "400 Bad Request\r\n";
 const std::string mismatch = bad + "CIMError: header-mismatch\r\nPGErrorDetail: ";
 
 INSTANTIATE_TEST_SUITE_P(
-    CimExchange, RefusedExchange,
+    Exchange, RefusedExchange,
     testing::Values(
         refused("NoHost", "Host", {}, bad + "PGErrorDetail: Host%20is%20missing\r\n"),
         refused("NoType", "Content-Type", {},
@@ -205,7 +211,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedCase{"UnknownVerb", "FROB", complete, "501 Not Implemented\r\n"}),
     [](const auto& rule) { return rule.param.name; });
 
-TEST(CimExchange, AcceptsBothMediaTypesWithOrWithoutCharset) {
+TEST(Exchange, AcceptsBothMediaTypesWithOrWithoutCharset) {
     for (const std::string type : {"application/xml", "text/xml", "Text/XML;charset=UTF-8",
                                    "application/xml ; x=y; charset=\"utf-8\"; z"}) {
         Reader reader;
@@ -214,7 +220,7 @@ TEST(CimExchange, AcceptsBothMediaTypesWithOrWithoutCharset) {
     }
 }
 
-TEST(CimExchange, NeedsNoHostBeforeHttp11) {
+TEST(Exchange, NeedsNoHostBeforeHttp11) {
     Reader reader;
     Request request = post(with(complete, "Host", {}));
     request.version = 10;
@@ -222,7 +228,7 @@ TEST(CimExchange, NeedsNoHostBeforeHttp11) {
     EXPECT_EQ(reader.calls, 1U);
 }
 
-TEST(CimExchange, TellsABrowserWhatItHasFound) {
+TEST(Exchange, TellsABrowserWhatItHasFound) {
     Reader reader;
     Request request = post({{"Host", "h"}});
     request.verb = "GET";
@@ -233,28 +239,14 @@ TEST(CimExchange, TellsABrowserWhatItHasFound) {
     EXPECT_EQ(reader.calls, 0U);
 }
 
-TEST(CimExchange, SendsTheDocumentsRejectionAsHeadersOnly) {
-    const DocumentAnswer reject = [](const std::string&, const cimxml::Headers&) -> std::string {
-        throw cimxml::RequestRejected(501, "unsupported-dtd-version", "DTDVERSION 3.0");
+TEST(Exchange, SendsTheDocumentsRejectionAsHeadersOnly) {
+    const DocumentAnswer reject = [](const std::string&, const Headers&) -> std::string {
+        throw RequestRejected(501, "unsupported-dtd-version", "DTDVERSION 3.0");
     };
-    EXPECT_EQ(wireText(exchange(post(), reject), Persistence::Silent),
+    EXPECT_EQ(wireHeader(exchange(post(), reject), Persistence::Silent),
               "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-dtd-version\r\n"
               "PGErrorDetail: DTDVERSION%203.0\r\ncontent-length: 0\r\n\r\n");
 }
 
-TEST(PercentCoding, EveryByteSurvivesARoundTrip) {
-    std::string bytes;
-    for (int byte = 0; byte < 256; ++byte)
-        bytes += static_cast<char>(byte);
-    EXPECT_EQ(percentDecoded(percentEncoded(bytes)), bytes);
-    EXPECT_EQ(percentEncoded("aZ09-._~"), "aZ09-._~");
-    EXPECT_EQ(percentDecoded("%c3%A4+"), "\xc3\xa4+");
-}
-
-TEST(PercentCoding, ABrokenEscapeIsRefused) {
-    for (const std::string text : {"%", "%4", "%4g", "%g4", "a%%41"})
-        EXPECT_THROW(percentDecoded(text), std::invalid_argument) << text;
-}
-
 } // namespace
-} // namespace embedded::http
+} // namespace embedded::cimxml

@@ -1,12 +1,18 @@
-#include "http/CimExchange.h"
+#include "cimxml/Exchange.h"
 
-#include "http/CimHeaders.h"
+#include "cimxml/HeaderFields.h"
 #include "http/Wire.h"
 
 #include <algorithm>
 #include <array>
 
-namespace embedded::http {
+namespace embedded::cimxml {
+
+using http::emptyReply;
+using http::Fields;
+using http::Reply;
+using http::Request;
+
 namespace {
 
 constexpr const char* verbPost = "POST";
@@ -32,7 +38,7 @@ Reply errorReply(unsigned status, const std::string& cimError, const std::string
     if (!cimError.empty())
         fields.emplace_back("CIMError", cimError);
     if (!detail.empty())
-        fields.emplace_back("PGErrorDetail", percentEncoded(detail));
+        fields.emplace_back("PGErrorDetail", http::percentEncoded(detail));
     return emptyReply(status, reason(status), std::move(fields));
 }
 
@@ -63,7 +69,7 @@ Reply okReply(std::string document, bool extended, const std::string& prefix) {
 // There is nothing to be had by other verbs. Who comes with a browser is told what this is.
 Reply otherVerbReply(const std::string& verb) {
     if (verb == "GET" || verb == "HEAD") {
-        Reply reply{404, "Not Found", {{"Content-Type", "text/plain; charset=utf-8"}}, {}};
+        Reply reply{404, "Not Found", {{"Content-Type", "text/plain; charset=utf-8"}}};
         reply.body = "This is a CIM server. It answers CIM-XML requests, sent with POST.\n";
         return reply;
     }
@@ -82,18 +88,23 @@ Reply exchange(const Request& request, const DocumentAnswer& answer) {
         return otherVerbReply(request.verb);
     try {
         const std::string prefix = extended ? extensionPrefix(request) : std::string();
-        const cimxml::Headers headers = cimHeaders(request, prefix);
+        const Headers headers = cimHeaders(request, prefix);
         return okReply(answer(request.body, headers), extended, prefix);
-    } catch (const cimxml::RequestRejected& rejected) {
+    } catch (const RequestRejected& rejected) {
         return errorReply(rejected.status(), rejected.cimError(), rejected.what());
     }
 }
 
-Reply exchange(const Request& request, host::CimOperations& operations) {
-    return exchange(request, [&](const std::string& body, const cimxml::Headers& headers) {
-        // Nobody is authenticated, so nobody has a name.
-        return cimxml::answer(body, headers, host::Caller(), operations);
-    });
+http::Answer exchange(Request&& request, host::CimOperations& operations) {
+    const auto reply = [&operations](const Request& read) {
+        return exchange(read, [&](const std::string& body, const Headers& headers) {
+            // Nobody is authenticated, so nobody has a name.
+            return cimxml::answer(body, headers, host::Caller(), operations);
+        });
+    };
+    if (request.verb != verbPost && request.verb != verbExtensionPost)
+        return reply(request); // needs no operation
+    return http::Work([reply, request = std::move(request)] { return reply(request); });
 }
 
-} // namespace embedded::http
+} // namespace embedded::cimxml

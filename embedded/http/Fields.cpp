@@ -1,0 +1,111 @@
+#include "http/Fields.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace embedded::http {
+namespace {
+
+constexpr const char* whitespace = " \t";
+constexpr const char* hexadecimal = "0123456789ABCDEF";
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isUnreserved(char c) {
+    return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '.' ||
+           c == '_' || c == '~';
+}
+
+// The value of a hexadecimal digit, or -1.
+int digitValue(char c) {
+    if (isDigit(c))
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+std::string trimmed(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(whitespace);
+    if (first == std::string::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(whitespace) - first + 1);
+}
+
+std::string unquoted(const std::string& text) {
+    if (text.size() >= 2 && text.front() == '"' && text.back() == '"')
+        return text.substr(1, text.size() - 2);
+    return text;
+}
+
+} // namespace
+
+bool equalIgnoringCase(const std::string& left, const std::string& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return lower(a) == lower(b); });
+}
+
+const std::string* findField(const Fields& fields, const std::string& name) {
+    for (const auto& field : fields)
+        if (equalIgnoringCase(field.first, name))
+            return &field.second;
+    return nullptr;
+}
+
+Parametrized parametrized(const std::string& text) {
+    Parametrized result;
+    std::size_t end = text.find(';');
+    result.value = unquoted(trimmed(text.substr(0, end)));
+    while (end != std::string::npos) {
+        const std::size_t begin = end + 1;
+        end = text.find(';', begin);
+        const std::string parameter = text.substr(begin, end - begin);
+        const std::size_t equals = parameter.find('=');
+        if (equals != std::string::npos)
+            result.parameters.emplace_back(trimmed(parameter.substr(0, equals)),
+                                           unquoted(trimmed(parameter.substr(equals + 1))));
+    }
+    return result;
+}
+
+std::string percentDecoded(const std::string& text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            result += text[i];
+            continue;
+        }
+        const int high = i + 2 < text.size() ? digitValue(text[i + 1]) : -1;
+        const int low = i + 2 < text.size() ? digitValue(text[i + 2]) : -1;
+        if (high < 0 || low < 0)
+            throw std::invalid_argument("not two hexadecimal digits after % in " + text);
+        result += static_cast<char>(high * 16 + low);
+        i += 2;
+    }
+    return result;
+}
+
+std::string percentEncoded(const std::string& text) {
+    std::string result;
+    for (const char c : text) {
+        if (isUnreserved(c)) {
+            result += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        result += '%';
+        result += hexadecimal[byte / 16];
+        result += hexadecimal[byte % 16];
+    }
+    return result;
+}
+
+} // namespace embedded::http

@@ -1,0 +1,49 @@
+// What comes in and what goes out, and who makes the one from the other.
+#pragma once
+
+#include "http/Fields.h"
+
+#include <functional>
+#include <string>
+#include <variant>
+
+namespace embedded::http {
+
+struct Request {
+    std::string verb; ///< "POST", "M-POST", ... as it came
+    std::string target;
+    unsigned version = 11; ///< 10 or 11
+    Fields fields;
+    std::string body;
+};
+
+/// Appends the next piece of a body to `out`; false: there is no more, and nothing was appended.
+/// Called on an I/O thread, so a piece is made without waiting and is no larger than a fraction of
+/// a millisecond's work (64 KiB, say); a piece is asked for when the one before it is written. May
+/// be destroyed before it has come to its end. If it throws, the connection ends without the last
+/// chunk.
+using BodySource = std::function<bool(std::string& out)>;
+
+/// The server adds Date, and what the connection needs (the content length when it is not among
+/// `fields`, Transfer-Encoding, Connection when it closes); everything else is the handler's.
+struct Reply {
+    unsigned status = 200;
+    std::string reason = "OK";
+    Fields fields;
+    std::string body = {}; ///< the whole body, or its first piece when there is a `rest`
+    /// What follows `body`, sent in chunks; there is no content length among `fields` then. To a
+    /// client that knows no chunks (HTTP/1.0) everything is sent whole, up to a limit.
+    BodySource rest = nullptr;
+};
+
+/// Makes a reply on a worker thread. What it throws becomes a 500 and a line in the log.
+using Work = std::function<Reply()>;
+
+/// A reply, or the work that makes it.
+using Answer = std::variant<Reply, Work>;
+
+/// Called on an I/O thread, several at once, and must not block: what may do so is returned as
+/// Work. What it throws becomes a 500 and a line in the log.
+using Handler = std::function<Answer(Request&&)>;
+
+} // namespace embedded::http
