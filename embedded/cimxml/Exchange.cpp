@@ -15,6 +15,9 @@ using http::Request;
 
 namespace {
 
+// A longer request takes a worker already to be read: other connections are not to wait for it.
+constexpr std::size_t longestReadAtOnce = std::size_t{32} * 1024;
+
 constexpr const char* verbPost = "POST";
 constexpr const char* verbExtensionPost = "M-POST";
 // The name of the HTTP extension that CIM-XML is (DSP0200 clause 6.2.2).
@@ -48,10 +51,15 @@ std::string paddedLength(std::size_t length) {
     return std::string(digits.size() < 10 ? 10 - digits.size() : 0, '0') + digits;
 }
 
-Reply okReply(std::string document, bool extended, const std::string& prefix) {
+Reply replyOf(const std::shared_ptr<ReplyDocument>& document, bool extended,
+              const std::string& prefix) {
     Reply reply;
-    reply.fields = {{"Content-Type", "application/xml; charset=utf-8"},
-                    {"content-length", paddedLength(document.size())}};
+    document->next(reply.body);
+    reply.fields = {{"Content-Type", "application/xml; charset=utf-8"}};
+    if (document->ended())
+        reply.fields.emplace_back("content-length", paddedLength(reply.body.size()));
+    else
+        reply.rest = [document](std::string& out) { return document->next(out); };
     if (extended) {
         // An extended reply names its own prefix even if the request did without one.
         const std::string own = prefix.empty() ? "01" : prefix;
@@ -62,7 +70,6 @@ Reply okReply(std::string document, bool extended, const std::string& prefix) {
     } else {
         reply.fields.emplace_back("CIMOperation", "MethodResponse");
     }
-    reply.body = std::move(document);
     return reply;
 }
 
@@ -82,29 +89,37 @@ Reply otherVerbReply(const std::string& verb) {
 
 } // namespace
 
-Reply exchange(const Request& request, const DocumentAnswer& answer) {
+http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
     const bool extended = request.verb == verbExtensionPost;
     if (!extended && request.verb != verbPost)
         return otherVerbReply(request.verb);
     try {
         const std::string prefix = extended ? extensionPrefix(request) : std::string();
-        const Headers headers = cimHeaders(request, prefix);
-        return okReply(answer(request.body, headers), extended, prefix);
+        const std::shared_ptr<ReplyDocument> document =
+            answer(request.body, cimHeaders(request, prefix));
+        const auto reply = [=] { return replyOf(document, extended, prefix); };
+        if (document->entersModules())
+            return http::Work(reply);
+        return reply();
     } catch (const RequestRejected& rejected) {
         return errorReply(rejected.status(), rejected.cimError(), rejected.what());
     }
 }
 
 http::Answer exchange(Request&& request, host::CimOperations& operations) {
-    const auto reply = [&operations](const Request& read) {
+    const auto answer = [&operations](const Request& read) {
         return exchange(read, [&](const std::string& body, const Headers& headers) {
             // Nobody is authenticated, so nobody has a name.
-            return cimxml::answer(body, headers, host::Caller(), operations);
+            return std::make_shared<Exchange>(body, headers, host::Caller(), operations);
         });
     };
-    if (request.verb != verbPost && request.verb != verbExtensionPost)
-        return reply(request); // needs no operation
-    return http::Work([reply, request = std::move(request)] { return reply(request); });
+    if (request.body.size() <= longestReadAtOnce)
+        return answer(request);
+    return http::Work([answer, request = std::move(request)] {
+        http::Answer answered = answer(request);
+        const auto* const work = std::get_if<http::Work>(&answered);
+        return work ? (*work)() : std::get<Reply>(std::move(answered));
+    });
 }
 
 } // namespace embedded::cimxml

@@ -6,19 +6,22 @@
 #include "http/Message.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace embedded::cimxml {
 
-/// Turns a request document into a reply document; throws RequestRejected.
-using DocumentAnswer = std::function<std::string(const std::string& body, const Headers& headers)>;
+/// Reads a request document and answers it; throws RequestRejected.
+using DocumentAnswer = std::function<std::shared_ptr<ReplyDocument>(const std::string& body,
+                                                                    const Headers& headers)>;
 
-/// Answers one request whose document is `answer`'s to read. Throws what `answer` throws but for
+/// Answers one request whose document is `answer`'s to read: at once, or with Work for a reply that
+/// enters modules. A long document goes out in pieces. Throws what `answer` throws but for
 /// RequestRejected.
-http::Reply exchange(const http::Request& request, const DocumentAnswer& answer);
+http::Answer exchange(const http::Request& request, const DocumentAnswer& answer);
 
-/// Answers one CIM-XML request; to be used as an http::Handler. `operations` is called by the Work
-/// that is returned, and thread-safe.
+/// Answers one CIM-XML request; to be used as an http::Handler. A long request is read on a worker.
+/// `operations` must be thread-safe and outlive the replies.
 http::Answer exchange(http::Request&& request, host::CimOperations& operations);
 
 } // namespace embedded::cimxml

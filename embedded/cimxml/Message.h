@@ -35,30 +35,37 @@ class RequestRejected : public std::runtime_error {
     std::string _cimError;
 };
 
-/// One request and its reply. A CIM error is a reply like any other.
+/// A reply document, made piece by piece.
 ///
 /// Thread-safety: one thread at a time; not always the same one.
-class Exchange {
+class ReplyDocument {
+  public:
+    virtual ~ReplyDocument() = default;
+
+    /// Whether the first piece takes calls of providers, which may take their time.
+    virtual bool entersModules() const = 0;
+    /// Appends the next piece to `out`, not much more than 64 KiB of it; false, with nothing
+    /// appended, behind the end. What a call behind the first one throws leaves the document
+    /// without an end.
+    virtual bool next(std::string& out) = 0;
+    /// Whether next() has nothing more.
+    virtual bool ended() const = 0;
+};
+
+/// One request and the reply to it. The first piece performs the operation, so all providers have
+/// answered before there is anything to be sent. A CIM error is a reply like any other, and so is
+/// whatever goes wrong up to the first piece.
+class Exchange final : public ReplyDocument {
   public:
     /// Reads the request document `body` and has `operations`, which must outlive this object,
     /// plan what it asks for. Throws RequestRejected, nothing else of this module's.
     Exchange(const std::string& body, const Headers& headers, const host::Caller& caller,
              host::CimOperations& operations);
-    ~Exchange();
-    Exchange(const Exchange&) = delete;
-    Exchange& operator=(const Exchange&) = delete;
+    ~Exchange() override;
 
-    /// Whether the answer takes calls of providers, which may take their time.
-    bool entersModules() const;
-
-    /// Appends the next piece of the reply document to `out`, at least one object and no more than
-    /// one above 64 KiB; false, with nothing appended, behind the end. The first call performs the
-    /// operation, so all providers have answered before the first piece is there. Whatever goes
-    /// wrong up to the first piece becomes an error reply; what a later call throws leaves the
-    /// reply without an end.
-    bool next(std::string& out);
-    /// Whether next() has nothing more.
-    bool ended() const;
+    bool entersModules() const override;
+    bool next(std::string& out) override;
+    bool ended() const override;
 
   private:
     class State;

@@ -5,7 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace embedded::cimxml {
 namespace {
@@ -48,6 +53,30 @@ Fields prefixed(const std::string& prefix, const std::string& man) {
             {prefix + "CIMObject", "root/cimv2"}};
 }
 
+// A document of these pieces.
+class Pieces : public ReplyDocument {
+  public:
+    explicit Pieces(std::vector<std::string> pieces, bool enters = false)
+        : _pieces(std::move(pieces)), _enters(enters) {}
+    bool entersModules() const override { return _enters; }
+    bool ended() const override { return _at == _pieces.size(); }
+    bool next(std::string& out) override {
+        if (ended())
+            return false;
+        out += _pieces[_at++];
+        return true;
+    }
+
+  private:
+    const std::vector<std::string> _pieces;
+    const bool _enters;
+    std::size_t _at = 0;
+};
+
+http::Reply replyTo(const Request& request, const DocumentAnswer& answer) {
+    return std::get<http::Reply>(exchange(request, answer));
+}
+
 // Answers with a fixed document and keeps what it was asked.
 struct Reader {
     unsigned calls = 0;
@@ -59,9 +88,9 @@ struct Reader {
             ++calls;
             body = text;
             headers = read;
-            return std::string("<reply/>");
+            return std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"});
         };
-        const http::Reply reply = exchange(request, answer);
+        const http::Reply reply = replyTo(request, answer);
         return wireHeader(reply, Persistence::Silent) + reply.body;
     }
 };
@@ -240,12 +269,40 @@ TEST(Exchange, TellsABrowserWhatItHasFound) {
 }
 
 TEST(Exchange, SendsTheDocumentsRejectionAsHeadersOnly) {
-    const DocumentAnswer reject = [](const std::string&, const Headers&) -> std::string {
+    const DocumentAnswer reject = [](const std::string&,
+                                     const Headers&) -> std::shared_ptr<ReplyDocument> {
         throw RequestRejected(501, "unsupported-dtd-version", "DTDVERSION 3.0");
     };
-    EXPECT_EQ(wireHeader(exchange(post(), reject), Persistence::Silent),
+    EXPECT_EQ(wireHeader(replyTo(post(), reject), Persistence::Silent),
               "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-dtd-version\r\n"
               "PGErrorDetail: DTDVERSION%203.0\r\ncontent-length: 0\r\n\r\n");
+}
+
+TEST(Exchange, SendsALongDocumentInPiecesWithoutALength) {
+    const http::Reply reply = replyTo(post(), [](const std::string&, const Headers&) {
+        return std::make_shared<Pieces>(std::vector<std::string>{"<a>", "<b/>", "</a>"});
+    });
+    EXPECT_EQ(reply.body, "<a>");
+    EXPECT_EQ(http::findField(reply.fields, "content-length"), nullptr);
+    std::string rest;
+    while (reply.rest(rest)) {
+    }
+    EXPECT_EQ(rest, "<b/></a>");
+}
+
+TEST(Exchange, WorksOnADocumentThatEntersModulesAndOnNoOther) {
+    const auto enters = [](bool modules) {
+        const auto document =
+            std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"}, modules);
+        http::Answer answered = exchange(
+            post(), [document](const std::string&, const Headers&) { return document; });
+        const auto* const work = std::get_if<http::Work>(&answered);
+        EXPECT_NE(document->ended(), work != nullptr) << "answered before its time";
+        EXPECT_EQ(work ? (*work)().body : std::get<http::Reply>(answered).body, "<reply/>");
+        return work != nullptr;
+    };
+    EXPECT_TRUE(enters(true));
+    EXPECT_FALSE(enters(false));
 }
 
 } // namespace
