@@ -3,49 +3,44 @@
 #include "repository/MemberBuilder.h"
 #include "repository/Types.h"
 
-#include <algorithm>
 #include <set>
 
 namespace embedded::repository {
 
 namespace {
 
-using Pegasus::CIMClass;
-using Pegasus::CIMConstClass;
-using Pegasus::CIMConstMethod;
-using Pegasus::CIMConstProperty;
 using Pegasus::CIMName;
 using Pegasus::CIMScope;
-using Pegasus::Uint32;
 
 std::string words(const mof::ClassDeclaration& declaration) {
     return "class " + declaration.name;
 }
 
-CIMConstClass superclassOf(const mof::ClassDeclaration& declaration, const NameSpace& nameSpace) {
+/// Null for a root.
+const ClassNode* superclassOf(const mof::ClassDeclaration& declaration,
+                              const NameSpace& nameSpace) {
     if (declaration.superclass.empty()) {
-        return {};
+        return nullptr;
     }
-    const auto* entry = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
-    if (!entry) {
+    const ClassNode* found = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
+    if (!found) {
         throw mof::MofError(declaration.where, words(declaration) + ": its superclass " +
                                                    declaration.superclass +
                                                    " is not declared in namespace " +
                                                    toText(nameSpace.name().getString()));
     }
-    return entry->resolved;
+    return found;
 }
 
 /// An association or indication takes the qualifiers of its own scope only, not those of plain
 /// classes; what its superclass is, it is too.
-CIMScope scopeOf(const mof::ClassDeclaration& declaration, const CIMConstClass& superclass) {
-    const bool derived = !superclass.isUninitialized();
+CIMScope scopeOf(const mof::ClassDeclaration& declaration, const ClassNode* superclass) {
     if (isSwitchedOn(declaration.qualifiers, "association") ||
-        (derived && superclass.isAssociation())) {
+        (superclass && superclass->head.isAssociation())) {
         return CIMScope::ASSOCIATION;
     }
     if (isSwitchedOn(declaration.qualifiers, "indication") ||
-        (derived && isSet(superclass, "Indication"))) {
+        (superclass && isSet(superclass->head, "Indication"))) {
         return CIMScope::INDICATION;
     }
     return CIMScope::CLASS;
@@ -53,9 +48,8 @@ CIMScope scopeOf(const mof::ClassDeclaration& declaration, const CIMConstClass& 
 
 /// DSP0004, qualifier Association: references are for associations, and an association is
 /// derived from associations only.
-void checkAssociation(const mof::ClassDeclaration& declaration, const CIMClass& built,
-                      const CIMConstClass& superclass) {
-    if (!built.isAssociation()) {
+void checkAssociation(const mof::ClassDeclaration& declaration, const ClassNode& built) {
+    if (!built.head.isAssociation()) {
         for (const mof::Property& written : declaration.properties) {
             if (written.type == "ref") {
                 throw mof::MofError(written.where,
@@ -63,7 +57,7 @@ void checkAssociation(const mof::ClassDeclaration& declaration, const CIMClass& 
                                         " stands in a class without the qualifier Association");
             }
         }
-    } else if (!superclass.isUninitialized() && !superclass.isAssociation()) {
+    } else if (built.superclass && !built.superclass->head.isAssociation()) {
         throw mof::MofError(declaration.where,
                             words(declaration) + " is an association and cannot be derived from " +
                                 declaration.superclass + ", which is none");
@@ -80,48 +74,6 @@ void checkUnique(const std::vector<Written>& members, const std::string& kind) {
     }
 }
 
-/// `member` of the superclass as a subclass shows it that does not write it down.
-template <class Member>
-auto handedDown(const Member& member) {
-    auto copy = member.clone();
-    copy.setPropagated(true);
-    return copy;
-}
-
-template <class Written>
-bool isWritten(const std::vector<Written>& members, const CIMName& name) {
-    return std::any_of(members.begin(), members.end(),
-                       [&](const Written& each) { return folded(each.name) == folded(name); });
-}
-
-void addProperties(CIMClass& built, const mof::ClassDeclaration& declaration,
-                   const CIMConstClass& superclass, const MemberBuilder& members) {
-    const Uint32 inherited = superclass.isUninitialized() ? 0 : superclass.getPropertyCount();
-    for (Uint32 i = 0; i < inherited; ++i) {
-        const CIMConstProperty above = superclass.getProperty(i);
-        if (!isWritten(declaration.properties, above.getName())) {
-            built.addProperty(handedDown(above));
-        }
-    }
-    for (const mof::Property& written : declaration.properties) {
-        built.addProperty(members.property(written));
-    }
-}
-
-void addMethods(CIMClass& built, const mof::ClassDeclaration& declaration,
-                const CIMConstClass& superclass, const MemberBuilder& members) {
-    const Uint32 inherited = superclass.isUninitialized() ? 0 : superclass.getMethodCount();
-    for (Uint32 i = 0; i < inherited; ++i) {
-        const CIMConstMethod above = superclass.getMethod(i);
-        if (!isWritten(declaration.methods, above.getName())) {
-            built.addMethod(handedDown(above));
-        }
-    }
-    for (const mof::Method& written : declaration.methods) {
-        built.addMethod(members.method(written));
-    }
-}
-
 void checkKnown(const std::string& type, const std::string& referenceClass,
                 const std::string& member, const mof::Location& where, const NameSpace& nameSpace) {
     if (type == "ref" && !nameSpace.find(cimNameAt(referenceClass, where))) {
@@ -133,12 +85,12 @@ void checkKnown(const std::string& type, const std::string& referenceClass,
 
 /// A reference may take fewer classes than the one that it overrides, not others.
 void checkNarrowed(const mof::Property& written, const std::string& member,
-                   const CIMConstClass& superclass, const NameSpace& nameSpace) {
-    const Uint32 position = superclass.findProperty(cimNameAt(written.name, written.where));
-    if (written.type != "ref" || position == nowhere) {
+                   const ClassNode& superclass, const NameSpace& nameSpace) {
+    const auto* overridden = superclass.properties.find(cimNameAt(written.name, written.where));
+    if (written.type != "ref" || !overridden) {
         return;
     }
-    const CIMName& wide = superclass.getProperty(position).getReferenceClassName();
+    const CIMName& wide = overridden->declared.getReferenceClassName();
     if (!nameSpace.isA(cimNameAt(written.referenceClass, written.where), wide)) {
         throw mof::MofError(written.where, member + " overrides a reference to " + toText(wide) +
                                                ", and " + written.referenceClass +
@@ -148,30 +100,35 @@ void checkNarrowed(const mof::Property& written, const std::string& member,
 
 } // namespace
 
-CIMClass buildClass(const mof::ClassDeclaration& declaration, const NameSpace& nameSpace) {
+Ref<ClassNode> buildClass(const mof::ClassDeclaration& declaration, const NameSpace& nameSpace) {
     checkUnique(declaration.properties, "property");
     checkUnique(declaration.methods, "method");
-    const CIMConstClass superclass = superclassOf(declaration, nameSpace);
-    const bool derived = !superclass.isUninitialized();
-    CIMClass built(cimNameAt(declaration.name, declaration.where),
-                   derived ? superclass.getClassName() : CIMName());
-    addQualifiers(built, buildQualifiers(declaration.qualifiers, nameSpace.qualifiers(),
-                                         {words(declaration), scopeOf(declaration, superclass)},
-                                         derived ? qualifiersOf(superclass) : QualifierList()));
-    checkAssociation(declaration, built, superclass);
+    const ClassNode* superclass = superclassOf(declaration, nameSpace);
+    Ref<ClassNode> built(new ClassNode(cimNameAt(declaration.name, declaration.where), superclass,
+                                       nameSpace.classCount()));
+    ClassNode& node = built.change();
+    addQualifiers(node.head,
+                  buildQualifiers(declaration.qualifiers, nameSpace.qualifiers(),
+                                  {words(declaration), scopeOf(declaration, superclass)},
+                                  superclass ? qualifiersOf(superclass->head) : QualifierList()));
+    checkAssociation(declaration, node);
     const MemberBuilder members(declaration, nameSpace, superclass);
-    addProperties(built, declaration, superclass, members);
-    addMethods(built, declaration, superclass, members);
+    for (const mof::Property& written : declaration.properties) {
+        node.declare(members.property(written));
+    }
+    for (const mof::Method& written : declaration.methods) {
+        node.declare(members.method(written));
+    }
     return built;
 }
 
 void checkReferenceClasses(const mof::ClassDeclaration& declaration, const NameSpace& nameSpace) {
-    const CIMConstClass superclass = superclassOf(declaration, nameSpace);
+    const ClassNode* superclass = superclassOf(declaration, nameSpace);
     for (const mof::Property& each : declaration.properties) {
         const std::string member = "reference " + declaration.name + "." + each.name;
         checkKnown(each.type, each.referenceClass, member, each.where, nameSpace);
-        if (!superclass.isUninitialized()) {
-            checkNarrowed(each, member, superclass, nameSpace);
+        if (superclass) {
+            checkNarrowed(each, member, *superclass, nameSpace);
         }
     }
     for (const mof::Method& method : declaration.methods) {
@@ -181,19 +138,6 @@ void checkReferenceClasses(const mof::ClassDeclaration& declaration, const NameS
                        each.where, nameSpace);
         }
     }
-}
-
-bool sameClass(const CIMConstClass& a, const CIMConstClass& b) {
-    if (!a.identical(b)) {
-        return false;
-    }
-    // identical() leaves out the sizes of arrays.
-    for (Uint32 i = 0; i < a.getPropertyCount(); ++i) {
-        if (a.getProperty(i).getArraySize() != b.getProperty(i).getArraySize()) {
-            return false;
-        }
-    }
-    return true;
 }
 
 } // namespace embedded::repository

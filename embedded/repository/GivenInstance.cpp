@@ -1,10 +1,11 @@
 #include "repository/GivenInstance.h"
 
-#include "repository/InstanceBuilder.h"
-#include "repository/Qualifiers.h"
+#include "repository/Types.h"
 
 #include <Pegasus/Common/Exception.h>
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,11 +13,9 @@ namespace embedded::repository {
 
 namespace {
 
-using Pegasus::CIMConstClass;
 using Pegasus::CIMConstInstance;
 using Pegasus::CIMConstProperty;
 using Pegasus::CIMException;
-using Pegasus::CIMInstance;
 using Pegasus::CIMName;
 using Pegasus::CIMPropertyList;
 using Pegasus::CIMValue;
@@ -44,14 +43,14 @@ void checkType(const CIMConstProperty& declared, const CIMConstProperty& given) 
 
 /// Checks all properties of `given`; `unknown` is thrown for one that the class does not have.
 template <class Unknown>
-void checkGiven(const CIMConstClass& cimClass, const CIMConstInstance& given, Unknown unknown) {
+void checkGiven(const ClassForm& form, const CIMConstInstance& given, Unknown unknown) {
     for (Uint32 i = 0; i < given.getPropertyCount(); ++i) {
         const CIMConstProperty property = given.getProperty(i);
-        const Uint32 position = cimClass.findProperty(property.getName());
-        if (position == nowhere) {
+        const Uint32 place = form.find(property.getName());
+        if (place == nowhere) {
             throw unknown(property.getName());
         }
-        checkType(cimClass.getProperty(position), property);
+        checkType(form.properties()[place], property);
     }
 }
 
@@ -59,18 +58,16 @@ CIMException noSuchProperty(const CIMName& name) {
     return CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, name.getString());
 }
 
-ValueSource valuesOf(const CIMConstInstance& instance) {
-    return [instance](const CIMConstProperty& declared) -> std::optional<CIMValue> {
-        const Uint32 position = instance.findProperty(declared.getName());
-        if (position == nowhere) {
-            return std::nullopt;
-        }
-        const CIMValue& value = instance.getProperty(position).getValue();
-        if (value.isNull()) {
-            return CIMValue(declared.getType(), declared.isArray(), declared.getArraySize());
-        }
-        return value;
-    };
+/// The value that `given` has for the property `declared`, if it has one.
+std::optional<CIMValue> valueIn(const CIMConstInstance& given, const CIMConstProperty& declared) {
+    const Uint32 position = given.findProperty(declared.getName());
+    if (position == nowhere) {
+        return std::nullopt;
+    }
+    const CIMValue& value = given.getProperty(position).getValue();
+    return value.isNull()
+               ? CIMValue(declared.getType(), declared.isArray(), declared.getArraySize())
+               : value;
 }
 
 bool isNamedBy(const CIMPropertyList& list, const CIMName& name) {
@@ -79,18 +76,26 @@ bool isNamedBy(const CIMPropertyList& list, const CIMName& name) {
 
 } // namespace
 
-CIMInstance completedInstance(const CIMConstClass& cimClass, const CIMConstInstance& given) {
-    checkGiven(cimClass, given, [&](const CIMName& name) {
+Ref<Stored> completedInstance(ClassForm& form, const CIMConstInstance& given) {
+    checkGiven(form, given, [&](const CIMName& name) {
         return CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
-                            String("class ") + cimClass.getClassName().getString() +
-                                " has no property " + name.getString());
+                            String("class ") + form.className().getString() + " has no property " +
+                                name.getString());
     });
+    std::vector<Uint32> places;
+    std::vector<CIMValue> values;
+    for (Uint32 i = 0; i < given.getPropertyCount(); ++i) {
+        places.push_back(form.find(given.getProperty(i).getName()));
+        values.push_back(*valueIn(given, form.properties()[places.back()]));
+    }
     try {
-        std::vector<CIMName> names;
-        for (Uint32 i = 0; i < given.getPropertyCount(); ++i) {
-            names.push_back(given.getProperty(i).getName());
-        }
-        return buildInstance(cimClass, names, valuesOf(given));
+        const auto path = form.path([&](Uint32 property) -> const CIMValue* {
+            const auto found = std::find(places.begin(), places.end(), property);
+            return found == places.end()
+                       ? nullptr
+                       : &values[static_cast<std::size_t>(found - places.begin())];
+        });
+        return form.stored(form.shape(places), path, values);
     } catch (const MissingKey& missing) {
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String("key property ") +
                                                                    missing.property.getString() +
@@ -98,34 +103,34 @@ CIMInstance completedInstance(const CIMConstClass& cimClass, const CIMConstInsta
     }
 }
 
-CIMInstance modifiedInstance(const CIMConstInstance& kept, const CIMConstInstance& given,
-                             const CIMPropertyList& list, const CIMConstClass& cimClass) {
+Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConstInstance& given,
+                             const CIMPropertyList& list) {
     for (Uint32 i = 0; !list.isNull() && i < list.size(); ++i) {
-        if (cimClass.findProperty(list[i]) == nowhere) {
+        if (form.find(list[i]) == nowhere) {
             throw noSuchProperty(list[i]);
         }
     }
-    checkGiven(cimClass, given, noSuchProperty);
-    const ValueSource values = valuesOf(given);
-    CIMInstance result = kept.clone();
-    for (Uint32 i = 0; i < result.getPropertyCount(); ++i) {
-        Pegasus::CIMProperty property = result.getProperty(i);
-        const CIMConstProperty declared =
-            cimClass.getProperty(cimClass.findProperty(property.getName()));
-        const std::optional<CIMValue> value = values(declared);
-        if (!isNamedBy(list, property.getName()) || (list.isNull() && !value)) {
-            continue;
+    checkGiven(form, given, noSuchProperty);
+    std::vector<Shape::Member> members = kept.shape->members;
+    std::vector<CIMValue> values;
+    for (Uint32 i = 0; i < members.size(); ++i) {
+        const CIMConstProperty& declared = form.properties()[members[i].property];
+        const std::optional<CIMValue> value = valueIn(given, declared);
+        CIMValue next = kept.valueAt(i);
+        if (isNamedBy(list, declared.getName()) && (!list.isNull() || value)) {
+            next = value.value_or(declared.getValue());
+            if (form.isKey(members[i].property) && next != kept.valueAt(i)) {
+                throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
+                                   String("key property ") + declared.getName().getString() +
+                                       " cannot be modified");
+            }
+            members[i].given = value.has_value();
         }
-        const CIMValue next = value.value_or(declared.getValue());
-        if (isSet(declared, "Key") && next != property.getValue()) {
-            throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
-                               String("key property ") + property.getName().getString() +
-                                   " cannot be modified");
+        if (members[i].given) {
+            values.push_back(next);
         }
-        property.setValue(next);
-        property.setPropagated(!value);
     }
-    return result;
+    return form.stored(form.reshaped(kept.shape, members), kept.path, values);
 }
 
 } // namespace embedded::repository

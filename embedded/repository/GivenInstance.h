@@ -4,7 +4,8 @@
 // property's, and what is said below.
 #pragma once
 
-#include <Pegasus/Common/CIMClass.h>
+#include "repository/ClassForm.h"
+
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 
@@ -12,17 +13,15 @@ namespace embedded::repository {
 
 /// `given` with the class's defaults for what it leaves out, and with its path.
 /// CIM_ERR_INVALID_PARAMETER for a property that the class does not have or a key without value.
-Pegasus::CIMInstance completedInstance(const Pegasus::CIMConstClass& cimClass,
-                                       const Pegasus::CIMConstInstance& given);
+Ref<Stored> completedInstance(ClassForm& form, const Pegasus::CIMConstInstance& given);
 
-/// A copy of `kept` with the values that `given` has for the properties in `list`, or for all
-/// that it has if `list` is null (DSP0200 clause 5.3.2.8). A listed property that `given` does not
-/// have falls back to the class's default.
+/// `kept` with the values that `given` has for the properties in `list`, or for all that it has if
+/// `list` is null (DSP0200 clause 5.3.2.8). A listed property that `given` does not have falls back
+/// to the class's default.
 /// CIM_ERR_NO_SUCH_PROPERTY "<property>" for one that the class does not have,
 /// CIM_ERR_INVALID_PARAMETER for a key with another value than before.
-Pegasus::CIMInstance modifiedInstance(const Pegasus::CIMConstInstance& kept,
-                                      const Pegasus::CIMConstInstance& given,
-                                      const Pegasus::CIMPropertyList& list,
-                                      const Pegasus::CIMConstClass& cimClass);
+Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept,
+                             const Pegasus::CIMConstInstance& given,
+                             const Pegasus::CIMPropertyList& list);
 
 } // namespace embedded::repository

@@ -3,54 +3,142 @@
 #include "repository/Qualifiers.h"
 #include "repository/References.h"
 #include "repository/Types.h"
-#include "repository/ValueBuilder.h"
+
+#include <algorithm>
 
 namespace embedded::repository {
 
 namespace {
 
-using Pegasus::CIMConstClass;
-using Pegasus::CIMConstProperty;
 using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
 using Pegasus::CIMScope;
+using Pegasus::CIMValue;
+using Pegasus::Uint32;
 
 std::string words(const mof::InstanceDeclaration& declaration) {
     return "instance of " + declaration.className;
 }
 
-CIMConstClass classOf(const mof::InstanceDeclaration& declaration, const NameSpace& nameSpace) {
-    const auto* entry = nameSpace.find(cimNameAt(declaration.className, declaration.where));
-    if (!entry) {
+const ClassNode& classOf(const mof::InstanceDeclaration& declaration, const NameSpace& nameSpace) {
+    const ClassNode* node = nameSpace.find(cimNameAt(declaration.className, declaration.where));
+    if (!node) {
         throw mof::MofError(declaration.where, words(declaration) +
                                                    ": the class is not declared in namespace " +
                                                    toText(nameSpace.name().getString()));
     }
-    if (entry->resolved.isAbstract()) {
+    if (node->head.isAbstract()) {
         throw mof::MofError(declaration.where,
                             words(declaration) + ": the class is abstract and has no instances");
     }
-    return entry->resolved;
+    return *node;
+}
+
+/// REQUIRES: they are of one class.
+bool areOfOneKind(const mof::InstanceDeclaration& a, const mof::InstanceDeclaration& b) {
+    return std::equal(a.properties.begin(), a.properties.end(), b.properties.begin(),
+                      b.properties.end(),
+                      [](const auto& x, const auto& y) { return x.name == y.name; });
+}
+
+bool isWrittenAs(const mof::Value& a, const mof::Value& b) {
+    return a.isArray == b.isArray &&
+           std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
+                      [](const mof::Literal& x, const mof::Literal& y) {
+                          return x.kind == y.kind && x.text == y.text;
+                      });
+}
+
+void describe(std::string& text, const std::string& part) {
+    text += std::to_string(part.size()) + ':' + part;
+}
+
+/// The same for lists that are written alike.
+std::string described(const std::vector<mof::Qualifier>& qualifiers) {
+    std::string text = "(";
+    for (const mof::Qualifier& each : qualifiers) {
+        describe(text, each.name);
+        text += !each.value ? "-" : each.value->isArray ? "{" : "=";
+        for (std::size_t i = 0; each.value && i < each.value->items.size(); ++i) {
+            text += std::to_string(static_cast<int>(each.value->items[i].kind));
+            describe(text, each.value->items[i].text);
+        }
+        for (const std::string& flavor : each.flavors) {
+            text += ',' + flavor;
+        }
+        text += ';';
+    }
+    return text + ")";
+}
+
+/// Replaces the qualifiers that the class hands down to `built` by those and the ones that
+/// `declaration` is written with.
+void qualify(Pegasus::CIMInstance& built, const mof::InstanceDeclaration& declaration,
+             const ClassForm& form, const NameSpace& home) {
+    const CIMScope& scope = form.head().isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
+    removeQualifiers(built, [](const auto&) { return true; });
+    addQualifiers(built, buildQualifiers(declaration.qualifiers, home.qualifiers(),
+                                         {words(declaration), scope}, qualifiersOf(form.head())));
+    for (const mof::PropertyInitializer& each : declaration.properties) {
+        Pegasus::CIMProperty property =
+            built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
+        const bool isReference = property.getType() == Pegasus::CIMTYPE_REFERENCE;
+        addQualifiers(property,
+                      buildQualifiers(each.qualifiers, home.qualifiers(),
+                                      {"property " + each.name,
+                                       isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY}));
+    }
 }
 
 } // namespace
+
+InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& declaration,
+                                             const CIMNamespaceName& nameSpace) {
+    auto& kinds = _kinds[declaration.className];
+    const auto known = std::find_if(kinds.rbegin(), kinds.rend(), [&](const auto& each) {
+        return areOfOneKind(*each->first, declaration) && each->nameSpace.equal(nameSpace);
+    });
+    if (known != kinds.rend()) {
+        return **known;
+    }
+    auto kind = std::make_unique<Kind>();
+    NameSpace& home = _nameSpaces.change(nameSpace);
+    const ClassNode& node = classOf(declaration, home);
+    kind->first = &declaration;
+    kind->nameSpace = nameSpace;
+    kind->home = &home;
+    kind->store = &home.changeInstancesOf(node);
+    const ClassForm& form = kind->store->form();
+    for (const mof::PropertyInitializer& each : declaration.properties) {
+        const Uint32 place = form.find(cimNameAt(each.name, each.where));
+        if (place == nowhere) {
+            throw mof::MofError(each.where,
+                                "class " + declaration.className + " has no property " + each.name);
+        }
+        if (std::find(kind->places.begin(), kind->places.end(), place) != kind->places.end()) {
+            throw mof::MofError(each.where, "property " + each.name + " is given twice");
+        }
+        const Pegasus::CIMConstProperty& declared = form.properties()[place];
+        kind->places.push_back(place);
+        kind->targets.push_back({"property " + declaration.className + "." + each.name,
+                                 declared.getType(), static_cast<bool>(declared.isArray()),
+                                 declared.getArraySize()});
+    }
+    for (const Uint32 key : form.keys()) {
+        const auto given = std::find(kind->places.begin(), kind->places.end(), key);
+        if (given != kind->places.end()) {
+            kind->keys.push_back(static_cast<std::size_t>(given - kind->places.begin()));
+        }
+    }
+    kinds.push_back(std::move(kind));
+    return *kinds.back();
+}
 
 void InstanceLoader::announce(const mof::InstanceDeclaration& declaration,
                               const CIMNamespaceName& nameSpace) {
     Announced instance;
     instance.declaration = &declaration;
-    instance.nameSpace = nameSpace;
-    instance.cimClass = classOf(declaration, *_nameSpaces.find(nameSpace));
-    for (const mof::PropertyInitializer& each : declaration.properties) {
-        const auto name = cimNameAt(each.name, each.where);
-        if (instance.cimClass.findProperty(name) == nowhere) {
-            throw mof::MofError(each.where,
-                                "class " + declaration.className + " has no property " + each.name);
-        }
-        if (!instance.initializers.emplace(folded(name), &each).second) {
-            throw mof::MofError(each.where, "property " + each.name + " is given twice");
-        }
-    }
+    instance.kind = &kindOf(declaration, nameSpace);
     if (!declaration.alias.empty() &&
         !_aliases.emplace(folded(declaration.alias), _announced.size()).second) {
         throw mof::MofError(declaration.where, "alias " + declaration.alias + " is declared twice");
@@ -64,53 +152,63 @@ void InstanceLoader::addAll() {
     }
 }
 
-ValueSource InstanceLoader::valuesOf(const Announced& instance) {
-    return [&](const CIMConstProperty& declared) -> std::optional<Pegasus::CIMValue> {
-        const auto found = instance.initializers.find(folded(declared.getName()));
-        if (found == instance.initializers.end()) {
-            return std::nullopt;
-        }
-        const mof::PropertyInitializer& initializer = *found->second;
-        const ValueTarget target{
-            "property " + instance.declaration->className + "." + initializer.name,
-            declared.getType(), static_cast<bool>(declared.isArray()), declared.getArraySize()};
-        return buildValue(initializer.value, target, [&](const mof::Literal& literal) {
-            const CIMObjectPath path = readReference(literal, target.words, instance);
-            checkTarget(path, declared.getReferenceClassName(), target.words, literal.where,
-                        _nameSpaces, instance.nameSpace);
-            return path;
-        });
-    };
+CIMValue InstanceLoader::valueOf(const Announced& instance, std::size_t given) {
+    const Kind& kind = *instance.kind;
+    const mof::Value& value = instance.declaration->properties[given].value;
+    if (kind.last && isWrittenAs(kind.last->properties[given].value, value)) {
+        return kind.lastValues[given];
+    }
+    const ValueTarget& target = kind.targets[given];
+    return buildValue(value, target, [&](const mof::Literal& literal) {
+        const CIMObjectPath path = readReference(literal, target.words, kind);
+        const auto& declared = kind.store->form().properties()[kind.places[given]];
+        checkTarget(path, declared.getReferenceClassName(), target.words, literal.where,
+                    _nameSpaces, kind.nameSpace);
+        return path;
+    });
 }
 
-const CIMObjectPath& InstanceLoader::pathOf(Announced& instance) {
-    if (!instance.path) {
-        instance.beingNamed = true;
-        try {
-            instance.path = buildPath(instance.cimClass, valuesOf(instance));
-        } catch (const MissingKey& missing) {
-            const auto found = instance.initializers.find(folded(missing.property));
-            throw mof::MofError(found == instance.initializers.end() ? instance.declaration->where
-                                                                     : found->second->value.where,
-                                words(*instance.declaration) + " has no value for key " +
-                                    toText(missing.property));
-        }
-        instance.beingNamed = false;
+std::vector<CIMValue> InstanceLoader::keyValuesOf(Announced& instance) {
+    std::vector<CIMValue> values(instance.kind->places.size());
+    instance.beingNamed = true;
+    for (const std::size_t key : instance.kind->keys) {
+        values[key] = valueOf(instance, key);
     }
-    return *instance.path;
+    instance.beingNamed = false;
+    return values;
+}
+
+void InstanceLoader::name(Announced& instance, const std::vector<CIMValue>& values) {
+    const Kind& kind = *instance.kind;
+    const mof::InstanceDeclaration& declaration = *instance.declaration;
+    const auto placeOf = [&](Uint32 property) {
+        return static_cast<std::size_t>(
+            std::find(kind.places.begin(), kind.places.end(), property) - kind.places.begin());
+    };
+    try {
+        instance.path = kind.store->form().path([&](Uint32 property) {
+            const std::size_t given = placeOf(property);
+            return given == values.size() ? nullptr : &values[given];
+        });
+    } catch (const MissingKey& missing) {
+        const std::size_t given = placeOf(kind.store->form().find(missing.property));
+        throw mof::MofError(
+            given == values.size() ? declaration.where : declaration.properties[given].value.where,
+            words(declaration) + " has no value for key " + toText(missing.property));
+    }
 }
 
 CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal, const std::string& words,
-                                            const Announced& instance) {
+                                            const Kind& kind) {
     if (literal.kind == mof::Literal::Kind::Alias) {
-        return followAlias(literal, words, instance);
+        return followAlias(literal, words, kind);
     }
     return withDeclaredKeys(parsePath(literal, words), words, literal.where, _nameSpaces,
-                            instance.nameSpace);
+                            kind.nameSpace);
 }
 
 CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal, const std::string& words,
-                                          const Announced& instance) {
+                                          const Kind& kind) {
     const auto found = _aliases.find(folded(literal.text));
     if (found == _aliases.end()) {
         throw mof::MofError(literal.where, words + ": no instance has the alias " + literal.text);
@@ -120,48 +218,58 @@ CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal, const std
         throw mof::MofError(literal.where,
                             words + ": the keys of " + literal.text + " depend on themselves");
     }
-    CIMObjectPath path = pathOf(target);
+    if (!target.path) {
+        name(target, keyValuesOf(target));
+    }
+    CIMObjectPath path = *target.path;
     // A path that stays in its namespace does not name it.
-    if (!target.nameSpace.equal(instance.nameSpace)) {
-        path.setNameSpace(target.nameSpace);
+    if (!target.kind->nameSpace.equal(kind.nameSpace)) {
+        path.setNameSpace(target.kind->nameSpace);
     }
     return path;
 }
 
-void InstanceLoader::qualify(Pegasus::CIMInstance& built, const Announced& instance,
-                             const NameSpace& home) {
-    const CIMScope& scope =
-        instance.cimClass.isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
-    removeQualifiers(built, [](const auto&) { return true; });
-    addQualifiers(built, buildQualifiers(instance.declaration->qualifiers, home.qualifiers(),
-                                         {words(*instance.declaration), scope},
-                                         qualifiersOf(instance.cimClass)));
-    for (const mof::PropertyInitializer& each : instance.declaration->properties) {
-        Pegasus::CIMProperty property =
-            built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
-        const bool isReference = property.getType() == Pegasus::CIMTYPE_REFERENCE;
-        addQualifiers(property,
-                      buildQualifiers(each.qualifiers, home.qualifiers(),
-                                      {"property " + each.name,
-                                       isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY}));
+Ref<Shape> InstanceLoader::shapeOf(const Announced& instance) {
+    Kind& kind = *instance.kind;
+    const mof::InstanceDeclaration& declaration = *instance.declaration;
+    const bool isQualified =
+        !declaration.qualifiers.empty() ||
+        std::any_of(declaration.properties.begin(), declaration.properties.end(),
+                    [](const auto& each) { return !each.qualifiers.empty(); });
+    if (!isQualified) {
+        if (!kind.unqualified) {
+            kind.unqualified = kind.store->form().shape(kind.places);
+        }
+        return kind.unqualified;
     }
+    std::string written = described(declaration.qualifiers);
+    for (const mof::PropertyInitializer& each : declaration.properties) {
+        written += described(each.qualifiers);
+    }
+    return kind.store->form().shape(kind.places, written, [&](Pegasus::CIMInstance& example) {
+        qualify(example, declaration, kind.store->form(), *kind.home);
+    });
 }
 
 void InstanceLoader::add(Announced& instance) {
-    const CIMObjectPath path = pathOf(instance);
-    NameSpace::ClassEntry* entry =
-        _nameSpaces.change(instance.nameSpace).find(instance.cimClass.getClassName());
-    std::vector<Pegasus::CIMName> given;
-    for (const mof::PropertyInitializer& each : instance.declaration->properties) {
-        given.push_back(cimNameAt(each.name, each.where));
+    Kind& kind = *instance.kind;
+    std::vector<CIMValue> values = keyValuesOf(instance);
+    if (!instance.path) {
+        name(instance, values);
     }
-    Pegasus::CIMInstance built = buildInstance(instance.cimClass, given, valuesOf(instance));
-    qualify(built, instance, *_nameSpaces.find(instance.nameSpace));
-    if (!entry->instances.add(built)) {
-        throw mof::MofError(instance.declaration->where,
-                            words(*instance.declaration) +
-                                ": there is one with these keys: " + toText(path.toString()));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (std::find(kind.keys.begin(), kind.keys.end(), i) == kind.keys.end()) {
+            values[i] = valueOf(instance, i);
+        }
     }
+    const Ref<Stored> built = kind.store->form().stored(shapeOf(instance), *instance.path, values);
+    if (!kind.store->add(built)) {
+        throw mof::MofError(instance.declaration->where, words(*instance.declaration) +
+                                                             ": there is one with these keys: " +
+                                                             toText(instance.path->toString()));
+    }
+    kind.last = instance.declaration;
+    kind.lastValues = std::move(values);
 }
 
 } // namespace embedded::repository

@@ -2,19 +2,21 @@
 #pragma once
 
 #include "mof/Mof.h"
-#include "repository/InstanceBuilder.h"
 #include "repository/NameSpaceList.h"
+#include "repository/ValueBuilder.h"
 
-#include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace embedded::repository {
 
 class InstanceLoader {
   public:
-    /// `nameSpaces` holds all classes that the instances are of.
+    /// `nameSpaces` holds all classes that the instances are of; no copy of it is made while this
+    /// is in use.
     explicit InstanceLoader(NameSpaceList& nameSpaces) : _nameSpaces(nameSpaces) {}
 
     /// `declaration` must outlive this. Throws MofError for an instance of an unknown or abstract
@@ -26,29 +28,53 @@ class InstanceLoader {
     void addAll();
 
   private:
+    /// How to make instances that give properties of the same names, spelt alike, of one class.
+    /// Instances of a kind tend to stand together, and to be alike.
+    struct Kind {
+        const mof::InstanceDeclaration* first = nullptr; ///< one of the kind
+        Pegasus::CIMNamespaceName nameSpace;
+        const NameSpace* home = nullptr;
+        InstanceStore* store = nullptr;
+
+        // One for each property that is given.
+
+        std::vector<Pegasus::Uint32> places;
+        std::vector<ValueTarget> targets;
+
+        std::vector<std::size_t> keys; ///< of the given ones, in the class's order
+        Ref<Shape> unqualified;        ///< null until there is one
+
+        // What the last instance was written with, and what it became. Those that are written
+        // alike share it.
+
+        const mof::InstanceDeclaration* last = nullptr;
+        std::vector<Pegasus::CIMValue> lastValues;
+    };
+
     struct Announced {
         const mof::InstanceDeclaration* declaration = nullptr;
-        Pegasus::CIMNamespaceName nameSpace;
-        Pegasus::CIMConstClass cimClass;
-        std::map<std::string, const mof::PropertyInitializer*> initializers; ///< by folded name
-        std::optional<Pegasus::CIMObjectPath> path;                          ///< once it is known
+        Kind* kind = nullptr;
+        std::optional<Pegasus::CIMObjectPath> path; ///< once it is known
         bool beingNamed = false; ///< its path is being built, and must not be asked for
     };
 
-    ValueSource valuesOf(const Announced& instance);
-    const Pegasus::CIMObjectPath& pathOf(Announced& instance);
+    Kind& kindOf(const mof::InstanceDeclaration& declaration,
+                 const Pegasus::CIMNamespaceName& nameSpace);
+    Pegasus::CIMValue valueOf(const Announced& instance, std::size_t given);
+    /// The values of the keys that are given, among all that are.
+    std::vector<Pegasus::CIMValue> keyValuesOf(Announced& instance);
+    void name(Announced& instance, const std::vector<Pegasus::CIMValue>& values);
     Pegasus::CIMObjectPath readReference(const mof::Literal& literal, const std::string& words,
-                                         const Announced& instance);
+                                         const Kind& kind);
     Pegasus::CIMObjectPath followAlias(const mof::Literal& literal, const std::string& words,
-                                       const Announced& instance);
-    /// Adds the qualifiers that the instance and its properties are written with.
-    static void qualify(Pegasus::CIMInstance& built, const Announced& instance,
-                        const NameSpace& home);
+                                       const Kind& kind);
+    static Ref<Shape> shapeOf(const Announced& instance);
     void add(Announced& instance);
 
     NameSpaceList& _nameSpaces;
+    std::unordered_map<std::string, std::vector<std::unique_ptr<Kind>>> _kinds; ///< by class name
     std::vector<Announced> _announced;
-    std::map<std::string, std::size_t> _aliases; ///< folded, to the place in _announced
+    std::unordered_map<std::string, std::size_t> _aliases; ///< folded, to the place in _announced
 };
 
 } // namespace embedded::repository

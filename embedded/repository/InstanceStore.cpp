@@ -1,73 +1,103 @@
 #include "repository/InstanceStore.h"
 
-#include <algorithm>
-#include <utility>
+#include <functional>
 
 namespace embedded::repository {
 
-InstanceStore::Entries::const_iterator InstanceStore::locate(const PathKey& asked,
-                                                             bool loosely) const {
-    const auto [first, last] = _byKey.equal_range(asked.text());
-    for (auto each = first; each != last; ++each) {
-        const auto entry = _entries.find(each->second);
-        const PathKey& kept = entry->second.key;
-        if (loosely ? kept.matchesLoosely(asked) : kept.matches(asked)) {
-            return entry;
+using Pegasus::CIMObjectPath;
+
+namespace {
+
+std::uint64_t hashOf(const PathKey& key) {
+    return std::hash<std::u16string>()(key.text());
+}
+
+} // namespace
+
+const InstanceStore::Numbered* InstanceStore::locate(const PathKey& asked, bool loosely) const {
+    const Numbered* exact = nullptr;
+    const Numbered* loose = nullptr;
+    forEachLink(_byPath, hashOf(asked), [&](std::uint64_t number) {
+        const Numbered* each = _instances.find(number);
+        const PathKey kept(each->instance->path, _home);
+        if (kept.matches(asked)) {
+            exact = each;
+        } else if (loosely && !loose && kept.matchesLoosely(asked)) {
+            loose = each;
+        }
+        return !exact;
+    });
+    return exact ? exact : loose;
+}
+
+const Ref<Stored>* InstanceStore::find(const CIMObjectPath& path) const {
+    const Numbered* found = locate(PathKey(path, _home), true);
+    return found ? &found->instance : nullptr;
+}
+
+bool InstanceStore::isHere(const CIMObjectPath& reference) const {
+    return reference.getNameSpace().isNull() || reference.getNameSpace().equal(_home);
+}
+
+std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source) const {
+    const CIMObjectPath named = withoutPlace(source);
+    std::vector<Ref<Stored>> found;
+    forEachLink(_byTarget, named.makeHashCode(), [&](std::uint64_t number) {
+        const Ref<Stored>& each = _instances.find(number)->instance;
+        for (const auto& [role, target] : each->references()) {
+            if (isHere(target) && withoutPlace(target) == named) {
+                found.push_back(each);
+                break;
+            }
+        }
+        return true;
+    });
+    return found;
+}
+
+/// Calls `change` with the hash of each object in this namespace that `instance` refers to.
+template <class Change>
+void InstanceStore::changeTargets(const Stored& instance, Change change) {
+    for (const auto& [role, target] : instance.references()) {
+        if (isHere(target)) {
+            change(withoutPlace(target).makeHashCode());
         }
     }
-    return _entries.end();
 }
 
-InstanceStore::Entries::const_iterator
-InstanceStore::locate(const Pegasus::CIMObjectPath& path) const {
-    const PathKey asked(path, _home);
-    const auto exact = locate(asked, false);
-    return exact != _entries.end() ? exact : locate(asked, true);
-}
-
-const Pegasus::CIMInstance* InstanceStore::find(const Pegasus::CIMObjectPath& path) const {
-    const auto found = locate(path);
-    return found == _entries.end() ? nullptr : &found->second.instance;
-}
-
-std::vector<Pegasus::CIMInstance> InstanceStore::all() const {
-    std::vector<Pegasus::CIMInstance> instances;
-    instances.reserve(_entries.size());
-    for (const auto& [number, entry] : _entries) {
-        instances.push_back(entry.instance);
-    }
-    return instances;
-}
-
-bool InstanceStore::add(const Pegasus::CIMInstance& instance) {
-    PathKey key(instance.getPath(), _home);
-    if (locate(key, false) != _entries.end()) {
+bool InstanceStore::add(const Ref<Stored>& instance) {
+    const PathKey key(instance->path, _home);
+    if (locate(key, false)) {
         return false;
     }
-    _byKey.emplace(key.text(), _next);
-    _entries.emplace(_next, Entry{std::move(key), instance});
+    _byPath.put({hashOf(key), _next});
+    changeTargets(*instance, [&](std::uint64_t target) { _byTarget.put({target, _next}); });
+    _instances.put({_next, instance});
     ++_next;
     return true;
 }
 
-bool InstanceStore::replace(const Pegasus::CIMInstance& instance) {
-    const auto found = locate(instance.getPath());
-    if (found == _entries.end()) {
-        return false;
-    }
-    _entries.at(found->first).instance = instance;
-    return true;
+void InstanceStore::replace(const Ref<Stored>& instance) {
+    const Numbered* known = locate(PathKey(instance->path, _home), false);
+    const std::uint64_t number = known->number;
+    changeTargets(*known->instance, [&](std::uint64_t target) {
+        _byTarget.erase({target, number});
+    });
+    changeTargets(*instance, [&](std::uint64_t target) { _byTarget.put({target, number}); });
+    _instances.put({number, instance});
 }
 
-bool InstanceStore::remove(const Pegasus::CIMObjectPath& path) {
-    const auto found = locate(path);
-    if (found == _entries.end()) {
+bool InstanceStore::remove(const CIMObjectPath& path) {
+    const Numbered* found = locate(PathKey(path, _home), true);
+    if (!found) {
         return false;
     }
-    const auto [first, last] = _byKey.equal_range(found->second.key.text());
-    _byKey.erase(
-        std::find_if(first, last, [&](const auto& each) { return each.second == found->first; }));
-    _entries.erase(found);
+    const Numbered gone = *found;
+    changeTargets(*gone.instance, [&](std::uint64_t target) {
+        _byTarget.erase({target, gone.number});
+    });
+    _byPath.erase({hashOf(PathKey(gone.instance->path, _home)), gone.number});
+    _instances.erase(gone.number);
     return true;
 }
 

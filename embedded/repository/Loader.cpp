@@ -48,11 +48,11 @@ class Loader {
 
     void take(const mof::ClassDeclaration& declaration, const CIMNamespaceName& nameSpace) {
         NameSpace& home = _nameSpaces.change(nameSpace);
-        const Pegasus::CIMClass built = buildClass(declaration, home);
-        const auto* known = home.find(built.getClassName());
+        Ref<ClassNode> built = buildClass(declaration, home);
+        const ClassNode* known = home.find(built->name());
         if (!known) {
-            home.add(built);
-        } else if (!sameClass(known->resolved, built)) {
+            home.add(std::move(built));
+        } else if (!sameClass(*known, *built)) {
             throw mof::MofError(declaration.where, "class " + declaration.name +
                                                        " is declared already, in other words");
         }

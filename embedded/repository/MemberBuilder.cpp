@@ -61,14 +61,14 @@ std::string MemberBuilder::words(const char* kind, const std::string& member) co
 
 CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
                                            const std::string& words) const {
-    const Uint32 position = _superclass.isUninitialized()
-                                ? nowhere
-                                : _superclass.findProperty(cimNameAt(written.name, written.where));
-    if (position == nowhere) {
+    const auto* found = _superclass
+                            ? _superclass->properties.find(cimNameAt(written.name, written.where))
+                            : nullptr;
+    if (!found) {
         checkOverridesNothing(written.qualifiers, words);
         return {};
     }
-    const CIMConstProperty inherited = _superclass.getProperty(position);
+    const CIMConstProperty inherited = found->declared;
     const std::string before =
         typeText(inherited.getType(), inherited.isArray(), inherited.getArraySize());
     const std::string now =
@@ -113,14 +113,13 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
 
 CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
                                          const std::string& words) const {
-    const Uint32 position = _superclass.isUninitialized()
-                                ? nowhere
-                                : _superclass.findMethod(cimNameAt(written.name, written.where));
-    if (position == nowhere) {
+    const auto* found =
+        _superclass ? _superclass->methods.find(cimNameAt(written.name, written.where)) : nullptr;
+    if (!found) {
         checkOverridesNothing(written.qualifiers, words);
         return {};
     }
-    const CIMConstMethod inherited = _superclass.getMethod(position);
+    const CIMConstMethod inherited = found->declared;
     if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
         throw mof::MofError(written.where, words + " overrides one that returns " +
                                                Pegasus::cimTypeToString(inherited.getType()) +

@@ -21,9 +21,9 @@ bool isSwitchedOn(const std::vector<mof::Qualifier>& qualifiers, const std::stri
 
 class MemberBuilder {
   public:
-    /// `superclass` is resolved, or uninitialized for a root. All arguments must outlive this.
+    /// `superclass` is null for a root. All arguments must outlive this.
     MemberBuilder(const mof::ClassDeclaration& declaration, const NameSpace& nameSpace,
-                  const Pegasus::CIMConstClass& superclass)
+                  const ClassNode* superclass)
         : _declaration(declaration), _nameSpace(nameSpace), _superclass(superclass) {}
 
     // Both throw MofError for what has no meaning, an override with another type among it. What
@@ -42,7 +42,7 @@ class MemberBuilder {
 
     const mof::ClassDeclaration& _declaration;
     const NameSpace& _nameSpace;
-    const Pegasus::CIMConstClass& _superclass;
+    const ClassNode* _superclass;
 };
 
 } // namespace embedded::repository

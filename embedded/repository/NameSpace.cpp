@@ -1,85 +1,100 @@
 #include "repository/NameSpace.h"
 
-#include "repository/Types.h"
+#include <algorithm>
 
 namespace embedded::repository {
 
-using Pegasus::CIMConstClass;
 using Pegasus::CIMName;
 
-const NameSpace::ClassEntry* NameSpace::find(const CIMName& className) const {
-    const auto found = _classes.find(folded(className));
-    return found == _classes.end() ? nullptr : &found->second;
+namespace {
+
+/// What stands for `node` in the index of subclasses.
+std::uint64_t parentKey(const ClassNode* node) {
+    return node ? node->number + 1 : 0;
 }
 
-NameSpace::ClassEntry* NameSpace::find(const CIMName& className) {
-    const auto found = _classes.find(folded(className));
-    return found == _classes.end() ? nullptr : &found->second;
+bool takes(const ClassNode& association, const ClassNode& referenceClass) {
+    bool found = false;
+    association.references.forEach([&](const ClassNode::Property& each) {
+        found = found || each.declared.getReferenceClassName().equal(referenceClass.name());
+    });
+    return found;
 }
 
-void NameSpace::add(const Pegasus::CIMClass& resolved) {
-    const std::string key = folded(resolved.getClassName());
-    _classes.emplace(key, ClassEntry{resolved, InstanceStore(_name)});
-    _order.push_back(key);
+} // namespace
+
+const ClassNode* NameSpace::find(const CIMName& className) const {
+    const Ref<ClassNode>* found = _classes.find(className);
+    return found ? found->get() : nullptr;
+}
+
+void NameSpace::add(Ref<ClassNode> node) {
+    _subclasses.put({parentKey(node->superclass), node->number});
+    node->references.forEach([&](const ClassNode::Property& each) {
+        _associations.put(
+            {foldedHash(each.declared.getReferenceClassName().getString()), node->number});
+    });
+    _classes.add(std::move(node));
+}
+
+const InstanceStore* NameSpace::instancesOf(const ClassNode& node) const {
+    const Instances* found = _instances.find(node.number);
+    return found ? found->store.get() : nullptr;
+}
+
+InstanceStore& NameSpace::changeInstancesOf(const ClassNode& node) {
+    if (!_instances.find(node.number)) {
+        _instances.put({node.number, Ref<InstanceStore>(new InstanceStore(_name, node))});
+    }
+    return _instances.change(node.number)->store.change();
 }
 
 bool NameSpace::isA(const CIMName& derived, const CIMName& base) const {
-    const ClassEntry* entry = find(derived);
-    while (entry) {
-        if (entry->resolved.getClassName().equal(base)) {
+    const ClassNode* below = find(derived);
+    const ClassNode* above = find(base);
+    return below && above && below->isA(*above);
+}
+
+std::vector<CIMName> NameSpace::namesOf(std::vector<std::uint64_t> numbers) const {
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    std::vector<CIMName> names;
+    names.reserve(numbers.size());
+    for (const std::uint64_t number : numbers) {
+        names.push_back(_classes[number]->name());
+    }
+    return names;
+}
+
+std::vector<CIMName> NameSpace::subClassNames(const ClassNode* node, bool deep) const {
+    std::vector<std::uint64_t> numbers;
+    const auto addBelow = [&](std::uint64_t parent) {
+        forEachLink(_subclasses, parent, [&](std::uint64_t number) {
+            numbers.push_back(number);
             return true;
-        }
-        entry = find(entry->resolved.getSuperClassName());
-    }
-    return false;
-}
-
-std::vector<CIMName> NameSpace::subClassNames(const CIMName& className, bool deep) const {
-    std::vector<CIMName> names;
-    for (const std::string& key : _order) {
-        const CIMConstClass& each = _classes.at(key).resolved;
-        const CIMName& parent = each.getSuperClassName();
-        const bool direct = className.isNull() ? parent.isNull() : parent.equal(className);
-        const bool below = deep && (className.isNull() || isA(parent, className));
-        if (direct || below) {
-            names.push_back(each.getClassName());
-        }
-    }
-    return names;
-}
-
-std::vector<CIMName> NameSpace::superClassNames(const CIMName& className) const {
-    std::vector<CIMName> names;
-    CIMName parent = find(className)->resolved.getSuperClassName();
-    while (!parent.isNull()) {
-        const CIMConstClass superclass = find(parent)->resolved;
-        names.push_back(superclass.getClassName());
-        parent = superclass.getSuperClassName();
-    }
-    return names;
-}
-
-std::vector<CIMName> NameSpace::associationClassNames(const CIMName& sourceClass,
-                                                      const CIMName& filter) const {
-    // That it is an association goes without asking: no other class has references.
-    const auto takesSource = [&](const CIMConstClass& association) {
-        for (Pegasus::Uint32 i = 0; i < association.getPropertyCount(); ++i) {
-            const Pegasus::CIMConstProperty property = association.getProperty(i);
-            if (property.getType() == Pegasus::CIMTYPE_REFERENCE &&
-                isA(sourceClass, property.getReferenceClassName())) {
-                return true;
-            }
-        }
-        return false;
+        });
     };
-    std::vector<CIMName> names;
-    for (const std::string& key : _order) {
-        const CIMConstClass each = _classes.at(key).resolved;
-        if ((filter.isNull() || isA(each.getClassName(), filter)) && takesSource(each)) {
-            names.push_back(each.getClassName());
-        }
+    addBelow(parentKey(node));
+    for (std::size_t i = 0; deep && i < numbers.size(); ++i) {
+        addBelow(numbers[i] + 1);
     }
-    return names;
+    return namesOf(std::move(numbers));
+}
+
+std::vector<CIMName> NameSpace::associationClassNames(const ClassNode& source,
+                                                      const ClassNode* filter) const {
+    // That it is an association goes without asking: no other class has references.
+    std::vector<std::uint64_t> numbers;
+    for (const ClassNode* each = &source; each; each = each->superclass) {
+        forEachLink(_associations, foldedHash(each->name().getString()), [&](std::uint64_t number) {
+            const ClassNode& association = *_classes[number];
+            if ((!filter || association.isA(*filter)) && takes(association, *each)) {
+                numbers.push_back(number);
+            }
+            return true;
+        });
+    }
+    return namesOf(std::move(numbers));
 }
 
 } // namespace embedded::repository

@@ -1,23 +1,18 @@
-// One namespace: its qualifier declarations, its resolved classes and their instances.
+// One namespace: its qualifier declarations, its classes and their instances.
 //
-// A plain value, with no locking and no status codes of its own. Copying one is cheap, since
-// classes and instances are shared and never changed once they are in; that is how a load can be
-// tried on a copy and thrown away.
+// A plain value, with no locking and no status codes of its own. Copies share what they have in
+// common; that is how a load can be tried on a copy and thrown away, and how a view stays as it is.
 #pragma once
 
+#include "repository/ClassNode.h"
 #include "repository/InstanceStore.h"
 #include "repository/Qualifiers.h"
 
-#include <Pegasus/Common/CIMClass.h>
-#include <Pegasus/Common/CIMName.h>
-
-#include <map>
-#include <string>
 #include <vector>
 
 namespace embedded::repository {
 
-class NameSpace {
+class NameSpace : public Counted {
   public:
     explicit NameSpace(const Pegasus::CIMNamespaceName& name) : _name(name) {}
 
@@ -25,33 +20,43 @@ class NameSpace {
     QualifierTable& qualifiers() { return _qualifiers; }
     const QualifierTable& qualifiers() const { return _qualifiers; }
 
-    struct ClassEntry {
-        Pegasus::CIMClass resolved; ///< with all that it inherits
-        InstanceStore instances;
-    };
+    /// Null if there is none. The class stays where it is for as long as there is a copy of this.
+    const ClassNode* find(const Pegasus::CIMName& className) const;
+    std::uint64_t classCount() const { return _classes.size(); }
+    /// REQUIRES: no class of that name; its superclass is there, its number is classCount().
+    void add(Ref<ClassNode> node);
 
-    /// Null if there is none.
-    const ClassEntry* find(const Pegasus::CIMName& className) const;
-    ClassEntry* find(const Pegasus::CIMName& className);
-    /// REQUIRES: no class of that name; its superclass is there.
-    void add(const Pegasus::CIMClass& resolved);
+    /// Null if `node` has none and never had.
+    const InstanceStore* instancesOf(const ClassNode& node) const;
+    InstanceStore& changeInstancesOf(const ClassNode& node);
 
-    /// Whether `derived` is `base` or is derived from it. False if `derived` is unknown.
+    /// Whether `derived` is `base` or is derived from it. False if either is unknown.
     bool isA(const Pegasus::CIMName& derived, const Pegasus::CIMName& base) const;
 
-    // The names come in the order of declaration, which puts parents before their children.
-    // REQUIRES: the classes that are named are known; a null name stands above the roots.
-
-    std::vector<Pegasus::CIMName> subClassNames(const Pegasus::CIMName& className, bool deep) const;
-    std::vector<Pegasus::CIMName> superClassNames(const Pegasus::CIMName& className) const;
-    std::vector<Pegasus::CIMName> associationClassNames(const Pegasus::CIMName& sourceClass,
-                                                        const Pegasus::CIMName& filter) const;
+    /// In the order of declaration, which puts parents before their children; null stands above
+    /// the roots.
+    std::vector<Pegasus::CIMName> subClassNames(const ClassNode* node, bool deep) const;
+    /// The association classes with a reference of the class of `source` or of a superclass of it,
+    /// in the order of declaration; unless `filter` is null, those only that are below it or it.
+    std::vector<Pegasus::CIMName> associationClassNames(const ClassNode& source,
+                                                        const ClassNode* filter) const;
 
   private:
+    struct Instances {
+        std::uint64_t classNumber;
+        Ref<InstanceStore> store;
+
+        std::uint64_t key() const { return classNumber; }
+    };
+
+    std::vector<Pegasus::CIMName> namesOf(std::vector<std::uint64_t> numbers) const;
+
     Pegasus::CIMNamespaceName _name;
     QualifierTable _qualifiers;
-    std::map<std::string, ClassEntry> _classes; ///< by folded name
-    std::vector<std::string> _order;            ///< folded names, as declared
+    NamedList<Ref<ClassNode>> _classes; ///< by number
+    SharedTree<Link> _subclasses;       ///< 0 for the roots, else the superclass's number plus one
+    SharedTree<Link> _associations;     ///< from the hash of the class that a reference is of
+    SharedTree<Instances> _instances;
 };
 
 } // namespace embedded::repository

@@ -3,32 +3,23 @@
 namespace embedded::repository {
 
 const NameSpace* NameSpaceList::find(const Pegasus::CIMNamespaceName& name) const {
-    for (const auto& each : _all) {
-        if (each->name().equal(name)) {
-            return each.get();
-        }
-    }
-    return nullptr;
+    const Ref<NameSpace>* found = _all.find(name);
+    return found ? found->get() : nullptr;
 }
 
 NameSpace& NameSpaceList::change(const Pegasus::CIMNamespaceName& name) {
-    for (auto& each : _all) {
-        if (each->name().equal(name)) {
-            if (each.use_count() > 1) {
-                each = std::make_shared<NameSpace>(*each);
-            }
-            return *each;
-        }
+    if (Ref<NameSpace>* known = _all.change(name)) {
+        return known->change();
     }
-    _all.push_back(std::make_shared<NameSpace>(name));
-    return *_all.back();
+    Ref<NameSpace> made(new NameSpace(name));
+    NameSpace& home = made.change();
+    _all.add(std::move(made));
+    return home;
 }
 
 std::vector<Pegasus::CIMNamespaceName> NameSpaceList::names() const {
     std::vector<Pegasus::CIMNamespaceName> names;
-    for (const auto& each : _all) {
-        names.push_back(each->name());
-    }
+    _all.forEach([&](const Ref<NameSpace>& each) { names.push_back(each->name()); });
     return names;
 }
 

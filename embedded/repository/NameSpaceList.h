@@ -3,9 +3,6 @@
 
 #include "repository/NameSpace.h"
 
-#include <memory>
-#include <vector>
-
 namespace embedded::repository {
 
 /// Copies share the namespaces until one of them is changed, so that a copy is a place to try
@@ -14,12 +11,12 @@ class NameSpaceList {
   public:
     /// Null if there is none. Valid until the list changes.
     const NameSpace* find(const Pegasus::CIMNamespaceName& name) const;
-    /// For changing; created if there is none. Stays valid as long as no copy of the list is made.
+    /// For changing; created if there is none. Valid until a copy of the list is made.
     NameSpace& change(const Pegasus::CIMNamespaceName& name);
     std::vector<Pegasus::CIMNamespaceName> names() const;
 
   private:
-    std::vector<std::shared_ptr<NameSpace>> _all;
+    NamedList<Ref<NameSpace>> _all;
 };
 
 } // namespace embedded::repository

@@ -19,7 +19,7 @@ class PathKey {
     PathKey(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& home);
 
     /// All that counts except where the reference keys point to. Equal for paths that match.
-    const std::string& text() const { return _text; }
+    const std::u16string& text() const { return _text; }
 
     /// Whether the kept path of this key is the one that is `asked` for.
     bool matches(const PathKey& asked) const;
@@ -29,16 +29,16 @@ class PathKey {
 
   private:
     struct Place {
-        std::string host;
-        std::string nameSpace; ///< empty: not said
+        Pegasus::String host;
+        Pegasus::CIMNamespaceName nameSpace; ///< null: not said
     };
 
     void add(const Pegasus::CIMObjectPath& path);
-    void addReference(const std::string& value);
+    void addReference(const Pegasus::String& value);
     bool matches(const PathKey& asked, bool loosely) const;
 
-    std::string _home;
-    std::string _text;
+    Pegasus::CIMNamespaceName _home;
+    std::u16string _text;
     std::vector<Place> _places; ///< of the reference keys, as they come
 };
 

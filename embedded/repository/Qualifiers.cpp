@@ -113,7 +113,7 @@ bool isRestricted(const CIMQualifier& qualifier) {
 CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, const Element& element,
                    const CIMQualifier* handedDown) {
     const std::string words = "qualifier " + used.name + " of " + element.words;
-    const auto declaration = table.find(cimNameAt(used.name, used.where));
+    const CIMQualifierDecl* declaration = table.find(cimNameAt(used.name, used.where));
     if (!declaration) {
         throw mof::MofError(used.where, words + " is not declared");
     }
@@ -135,21 +135,11 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
 
 } // namespace
 
-std::optional<CIMQualifierDecl> QualifierTable::find(const Pegasus::CIMName& name) const {
-    const auto found =
-        std::find_if(_declarations.begin(), _declarations.end(),
-                     [&](const CIMQualifierDecl& each) { return each.getName().equal(name); });
-    if (found == _declarations.end()) {
-        return std::nullopt;
-    }
-    return *found;
-}
-
 void QualifierTable::declare(const mof::QualifierDeclaration& declaration) {
     const CIMQualifierDecl built = build(declaration);
-    const auto known = find(built.getName());
+    const CIMQualifierDecl* known = find(built.getName());
     if (!known) {
-        _declarations.push_back(built);
+        _declarations.add(built);
     } else if (!sameDeclaration(*known, built)) {
         throw mof::MofError(declaration.where, "qualifier " + declaration.name +
                                                    " is declared already, in other words");

@@ -3,14 +3,13 @@
 #pragma once
 
 #include "mof/Mof.h"
-#include "repository/Types.h"
+#include "repository/NamedList.h"
 #include "repository/ValueBuilder.h"
 
 #include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/CIMScope.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,16 +20,18 @@ using QualifierList = std::vector<Pegasus::CIMQualifier>;
 /// The qualifier declarations of a namespace, in the order in which they were declared.
 class QualifierTable {
   public:
-    /// None if `name` is not declared.
-    std::optional<Pegasus::CIMQualifierDecl> find(const Pegasus::CIMName& name) const;
-    const std::vector<Pegasus::CIMQualifierDecl>& all() const { return _declarations; }
+    /// Null if `name` is not declared.
+    const Pegasus::CIMQualifierDecl* find(const Pegasus::CIMName& name) const {
+        return _declarations.find(name);
+    }
+    const NamedList<Pegasus::CIMQualifierDecl>& all() const { return _declarations; }
 
     /// One that is declared again in the same words is left alone.
     /// Throws MofError for a declaration without meaning, or in other words than before.
     void declare(const mof::QualifierDeclaration& declaration);
 
   private:
-    std::vector<Pegasus::CIMQualifierDecl> _declarations;
+    NamedList<Pegasus::CIMQualifierDecl> _declarations;
 };
 
 /// An element that carries qualifiers.

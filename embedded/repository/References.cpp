@@ -9,7 +9,6 @@ namespace embedded::repository {
 
 namespace {
 
-using Pegasus::CIMConstClass;
 using Pegasus::CIMKeyBinding;
 using Pegasus::CIMName;
 using Pegasus::CIMObjectPath;
@@ -35,27 +34,18 @@ CIMKeyBinding::Type bindingType(Pegasus::CIMType type) {
     }
 }
 
-bool contains(const Pegasus::Array<CIMName>& names, const CIMName& name) {
-    for (Pegasus::Uint32 i = 0; i < names.size(); ++i) {
-        if (names[i].equal(name)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 bool quoted(CIMKeyBinding::Type type) {
     return type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE;
 }
 
-CIMKeyBinding asDeclared(CIMKeyBinding binding, const CIMConstClass& cimClass,
-                         const Pegasus::Array<CIMName>& keyNames, const std::string& words,
+CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node, const std::string& words,
                          const mof::Location& where) {
-    const std::string key = toText(cimClass.getClassName()) + "." + toText(binding.getName());
-    if (!contains(keyNames, binding.getName())) {
+    const std::string key = toText(node.name()) + "." + toText(binding.getName());
+    const ClassNode::Property* found = node.keys.find(binding.getName());
+    if (!found) {
         throw mof::MofError(where, words + ": " + key + " is not a key property");
     }
-    const auto property = cimClass.getProperty(cimClass.findProperty(binding.getName()));
+    const Pegasus::CIMConstProperty& property = found->declared;
     const CIMKeyBinding::Type declared = bindingType(property.getType());
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
@@ -104,25 +94,21 @@ CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& wor
                                const mof::Location& where, const NameSpaceList& nameSpaces,
                                const Pegasus::CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
-    const NameSpace::ClassEntry* entry = target ? target->find(path.getClassName()) : nullptr;
+    const ClassNode* node = target ? target->find(path.getClassName()) : nullptr;
     const Pegasus::Array<CIMKeyBinding>& given = path.getKeyBindings();
-    if (!entry || given.size() == 0) {
+    if (!node || given.size() == 0) {
         return path;
     }
-    const CIMConstClass cimClass = entry->resolved;
-    Pegasus::Array<CIMName> keyNames;
-    cimClass.getKeyNames(keyNames);
-
     Pegasus::Array<CIMKeyBinding> bindings;
     for (Pegasus::Uint32 i = 0; i < given.size(); ++i) {
-        bindings.append(asDeclared(given[i], cimClass, keyNames, words, where));
+        bindings.append(asDeclared(given[i], *node, words, where));
     }
-    if (bindings.size() != keyNames.size()) {
+    if (bindings.size() != node->keys.size()) {
         throw mof::MofError(where, words + ": the path has " + std::to_string(bindings.size()) +
-                                       " of the " + std::to_string(keyNames.size()) + " keys of " +
-                                       toText(cimClass.getClassName()));
+                                       " of the " + std::to_string(node->keys.size()) +
+                                       " keys of " + toText(node->name()));
     }
-    return CIMObjectPath(path.getHost(), path.getNameSpace(), cimClass.getClassName(), bindings);
+    return CIMObjectPath(path.getHost(), path.getNameSpace(), node->name(), bindings);
 }
 
 } // namespace embedded::repository

@@ -1,6 +1,5 @@
 #include "repository/Repository.h"
 
-#include "repository/ClassFilter.h"
 #include "repository/GivenInstance.h"
 #include "repository/Loader.h"
 #include "repository/NameSpaceList.h"
@@ -9,7 +8,6 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <mutex>
-#include <shared_mutex>
 
 namespace embedded::repository {
 
@@ -28,47 +26,48 @@ using Pegasus::String;
     throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
 }
 
-using Read = std::shared_lock<std::shared_mutex>;
-using Write = std::unique_lock<std::shared_mutex>;
+/// For changing.
+InstanceStore& instancesOf(NameSpaceList& all, const CIMNamespaceName& nameSpace,
+                           const CIMName& className) {
+    if (!all.find(nameSpace)) {
+        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
+    }
+    NameSpace& home = all.change(nameSpace);
+    const ClassNode* node = home.find(className);
+    if (!node) {
+        throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
+    }
+    return home.changeInstancesOf(*node);
+}
 
 } // namespace
 
 class Repository::Implementation {
   public:
-    mutable std::shared_mutex mutex;
-    NameSpaceList nameSpaces;
-
-    // REQUIRES for all: the mutex is held, for writing by those that hand out what may be changed.
-
-    const NameSpace& nameSpace(const CIMNamespaceName& name) const {
-        const NameSpace* found = nameSpaces.find(name);
-        if (!found) {
-            throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, name.getString());
-        }
-        return *found;
+    std::shared_ptr<const NameSpaceList> now() const {
+        const std::lock_guard lock(_reading);
+        return _now;
     }
 
-    const NameSpace::ClassEntry& entry(const CIMNamespaceName& nameSpaceName,
-                                       const CIMName& className,
-                                       Pegasus::CIMStatusCode otherwise) const {
-        const auto* found = nameSpace(nameSpaceName).find(className);
-        if (!found) {
-            throw CIMException(otherwise, className.getString());
-        }
-        return *found;
+    /// `change` works on a copy, which is thrown away if it throws.
+    template <class Change>
+    void write(Change change) {
+        const std::lock_guard lock(_writing);
+        auto next = std::make_shared<NameSpaceList>(*now());
+        change(*next);
+        publish(std::move(next));
     }
 
-    /// The class with its instances.
-    const NameSpace::ClassEntry& instancesOf(const CIMNamespaceName& nameSpaceName,
-                                             const CIMName& className) const {
-        return entry(nameSpaceName, className, Pegasus::CIM_ERR_INVALID_CLASS);
+  private:
+    void publish(std::shared_ptr<const NameSpaceList> next) {
+        // What was before goes when the lock has gone: there may be much to take down.
+        const std::lock_guard lock(_reading);
+        _now.swap(next);
     }
 
-    NameSpace::ClassEntry& changeInstancesOf(const CIMNamespaceName& nameSpaceName,
-                                             const CIMName& className) {
-        instancesOf(nameSpaceName, className);
-        return *nameSpaces.change(nameSpaceName).find(className);
-    }
+    std::mutex _writing;         ///< held for the whole of a write
+    mutable std::mutex _reading; ///< held for as long as it takes to copy or change a pointer
+    std::shared_ptr<const NameSpaceList> _now = std::make_shared<NameSpaceList>();
 };
 
 Repository::Repository() : _implementation(std::make_unique<Implementation>()) {
@@ -76,149 +75,121 @@ Repository::Repository() : _implementation(std::make_unique<Implementation>()) {
 
 Repository::~Repository() = default;
 
+View Repository::view() const {
+    return View(_implementation->now());
+}
+
 void Repository::createNameSpace(const CIMNamespaceName& nameSpace) {
     if (nameSpace.isNull()) {
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, "a namespace must have a name");
     }
-    const Write lock(_implementation->mutex);
-    _implementation->nameSpaces.change(nameSpace);
-}
-
-bool Repository::hasNameSpace(const CIMNamespaceName& nameSpace) const {
-    const Read lock(_implementation->mutex);
-    return _implementation->nameSpaces.find(nameSpace) != nullptr;
-}
-
-std::vector<CIMNamespaceName> Repository::nameSpaces() const {
-    const Read lock(_implementation->mutex);
-    return _implementation->nameSpaces.names();
+    _implementation->write([&](NameSpaceList& all) { all.change(nameSpace); });
 }
 
 void Repository::load(const mof::Specification& specification, const CIMNamespaceName& nameSpace) {
-    const Write lock(_implementation->mutex);
-    NameSpaceList attempt = _implementation->nameSpaces;
-    loadInto(attempt, specification, nameSpace);
-    _implementation->nameSpaces = std::move(attempt);
+    _implementation->write([&](NameSpaceList& all) { loadInto(all, specification, nameSpace); });
+}
+
+CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
+                                         const CIMInstance& instance) {
+    CIMObjectPath path;
+    _implementation->write([&](NameSpaceList& all) {
+        InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
+        ClassForm& form = store.form();
+        if (form.head().isAbstract()) {
+            throw CIMException(Pegasus::CIM_ERR_FAILED, String("class ") +
+                                                            form.className().getString() +
+                                                            " is abstract and has no instances");
+        }
+        const Ref<Stored> created = completedInstance(form, instance);
+        path = created->path;
+        if (!store.add(created)) {
+            throw CIMException(Pegasus::CIM_ERR_ALREADY_EXISTS, path.toString());
+        }
+    });
+    return path;
+}
+
+void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance,
+                                const CIMPropertyList& propertyList) {
+    _implementation->write([&](NameSpaceList& all) {
+        InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
+        const Ref<Stored>* kept = store.find(instance.getPath());
+        if (!kept) {
+            notFound(instance.getPath());
+        }
+        store.replace(modifiedInstance(store.form(), **kept, instance, propertyList));
+    });
+}
+
+void Repository::deleteInstance(const CIMNamespaceName& nameSpace,
+                                const CIMObjectPath& instanceName) {
+    _implementation->write([&](NameSpaceList& all) {
+        if (!instancesOf(all, nameSpace, instanceName.getClassName()).remove(instanceName)) {
+            notFound(instanceName);
+        }
+    });
+}
+
+bool Repository::hasNameSpace(const CIMNamespaceName& nameSpace) const {
+    return view().hasNameSpace(nameSpace);
+}
+
+std::vector<CIMNamespaceName> Repository::nameSpaces() const {
+    return view().nameSpaces();
 }
 
 bool Repository::hasClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
-    const Read lock(_implementation->mutex);
-    return _implementation->nameSpace(nameSpace).find(className) != nullptr;
+    return view().hasClass(nameSpace, className);
 }
 
 CIMClass Repository::getClass(const CIMNamespaceName& nameSpace, const CIMName& className,
                               bool localOnly, bool includeQualifiers, bool includeClassOrigin,
                               const CIMPropertyList& propertyList) const {
-    const Read lock(_implementation->mutex);
-    return filteredClass(
-        _implementation->entry(nameSpace, className, Pegasus::CIM_ERR_NOT_FOUND).resolved,
-        localOnly, includeQualifiers, includeClassOrigin, propertyList);
+    return view().getClass(nameSpace, className, localOnly, includeQualifiers, includeClassOrigin,
+                           propertyList);
 }
 
 std::vector<CIMName> Repository::subClassNames(const CIMNamespaceName& nameSpace,
                                                const CIMName& className, bool deep) const {
-    const Read lock(_implementation->mutex);
-    if (!className.isNull()) {
-        _implementation->entry(nameSpace, className, Pegasus::CIM_ERR_INVALID_CLASS);
-    }
-    return _implementation->nameSpace(nameSpace).subClassNames(className, deep);
+    return view().subClassNames(nameSpace, className, deep);
 }
 
 std::vector<CIMName> Repository::superClassNames(const CIMNamespaceName& nameSpace,
                                                  const CIMName& className) const {
-    const Read lock(_implementation->mutex);
-    _implementation->entry(nameSpace, className, Pegasus::CIM_ERR_INVALID_CLASS);
-    return _implementation->nameSpace(nameSpace).superClassNames(className);
+    return view().superClassNames(nameSpace, className);
 }
 
 std::vector<CIMName> Repository::associationClassNames(const CIMNamespaceName& nameSpace,
                                                        const CIMName& sourceClass,
                                                        const CIMName& filter) const {
-    const Read lock(_implementation->mutex);
-    _implementation->entry(nameSpace, sourceClass, Pegasus::CIM_ERR_INVALID_PARAMETER);
-    if (!filter.isNull()) {
-        _implementation->entry(nameSpace, filter, Pegasus::CIM_ERR_INVALID_PARAMETER);
-    }
-    return _implementation->nameSpace(nameSpace).associationClassNames(sourceClass, filter);
+    return view().associationClassNames(nameSpace, sourceClass, filter);
 }
 
 CIMInstance Repository::getInstance(const CIMNamespaceName& nameSpace,
                                     const CIMObjectPath& instanceName) const {
-    const Read lock(_implementation->mutex);
-    const CIMInstance* found = _implementation->instancesOf(nameSpace, instanceName.getClassName())
-                                   .instances.find(instanceName);
-    if (!found) {
-        notFound(instanceName);
-    }
-    return found->clone();
+    return view().getInstance(nameSpace, instanceName).instance();
 }
 
 std::vector<CIMInstance> Repository::enumerateInstances(const CIMNamespaceName& nameSpace,
                                                         const CIMName& className) const {
-    const Read lock(_implementation->mutex);
-    std::vector<CIMInstance> instances =
-        _implementation->instancesOf(nameSpace, className).instances.all();
-    for (CIMInstance& each : instances) {
-        each = each.clone();
+    const InstanceList list = view().instances(nameSpace, className);
+    std::vector<CIMInstance> instances;
+    instances.reserve(list.size());
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        instances.push_back(list[i].instance());
     }
     return instances;
 }
 
-CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
-                                         const CIMInstance& instance) {
-    const Write lock(_implementation->mutex);
-    auto& entry = _implementation->changeInstancesOf(nameSpace, instance.getClassName());
-    if (entry.resolved.isAbstract()) {
-        throw CIMException(Pegasus::CIM_ERR_FAILED, String("class ") +
-                                                        entry.resolved.getClassName().getString() +
-                                                        " is abstract and has no instances");
-    }
-    const CIMInstance created = completedInstance(entry.resolved, instance);
-    if (!entry.instances.add(created)) {
-        throw CIMException(Pegasus::CIM_ERR_ALREADY_EXISTS, created.getPath().toString());
-    }
-    return created.getPath();
-}
-
-void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance,
-                                const CIMPropertyList& propertyList) {
-    const Write lock(_implementation->mutex);
-    auto& entry = _implementation->changeInstancesOf(nameSpace, instance.getClassName());
-    const CIMInstance* kept = entry.instances.find(instance.getPath());
-    if (!kept) {
-        notFound(instance.getPath());
-    }
-    entry.instances.replace(modifiedInstance(*kept, instance, propertyList, entry.resolved));
-}
-
-void Repository::deleteInstance(const CIMNamespaceName& nameSpace,
-                                const CIMObjectPath& instanceName) {
-    const Write lock(_implementation->mutex);
-    auto& entry = _implementation->changeInstancesOf(nameSpace, instanceName.getClassName());
-    if (!entry.instances.remove(instanceName)) {
-        notFound(instanceName);
-    }
-}
-
 Pegasus::CIMQualifierDecl Repository::getQualifier(const CIMNamespaceName& nameSpace,
                                                    const CIMName& qualifierName) const {
-    const Read lock(_implementation->mutex);
-    const auto found = _implementation->nameSpace(nameSpace).qualifiers().find(qualifierName);
-    if (!found) {
-        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, qualifierName.getString());
-    }
-    return found->clone();
+    return view().getQualifier(nameSpace, qualifierName);
 }
 
 std::vector<Pegasus::CIMQualifierDecl>
 Repository::enumerateQualifiers(const CIMNamespaceName& nameSpace) const {
-    const Read lock(_implementation->mutex);
-    std::vector<Pegasus::CIMQualifierDecl> declarations =
-        _implementation->nameSpace(nameSpace).qualifiers().all();
-    for (Pegasus::CIMQualifierDecl& each : declarations) {
-        each = each.clone();
-    }
-    return declarations;
+    return view().enumerateQualifiers(nameSpace);
 }
 
 } // namespace embedded::repository

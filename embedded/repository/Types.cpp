@@ -45,6 +45,18 @@ std::string folded(const Pegasus::CIMName& name) {
     return folded(toText(name));
 }
 
+std::uint64_t foldedHash(const Pegasus::String& text) {
+    // FNV-1a, over code units.
+    std::uint64_t hash = 14695981039346656037U;
+    const Pegasus::Char16* const units = text.getChar16Data();
+    for (Pegasus::Uint32 i = 0; i < text.size(); ++i) {
+        const Pegasus::Uint16 unit = units[i];
+        const unsigned lower = unit >= 'A' && unit <= 'Z' ? unit + 0x20U : unit;
+        hash = (hash ^ lower) * 1099511628211U;
+    }
+    return hash;
+}
+
 std::optional<Pegasus::CIMType> cimType(const std::string& name) {
     const auto* found = std::find_if(std::begin(typeNames), std::end(typeNames),
                                      [&](const auto& row) { return name == row.first; });

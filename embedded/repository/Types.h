@@ -6,6 +6,7 @@
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMType.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -22,6 +23,8 @@ std::string toText(const Pegasus::CIMName& name);
 /// CIM does not tell names apart by case (DSP0004): the form in which to look them up.
 std::string folded(const std::string& name);
 std::string folded(const Pegasus::CIMName& name);
+/// The same for texts that do not differ but in case.
+std::uint64_t foldedHash(const Pegasus::String& text);
 
 /// The CIM type that MOF spells `name` in lower case ("ref" for references); none if unknown.
 std::optional<Pegasus::CIMType> cimType(const std::string& name);

@@ -283,5 +283,48 @@ TEST_F(ClassTest, SuperclassesComeNearestFirst) {
     EXPECT_EQ(texts(repository.superClassNames(home, "Base")), Strings{});
 }
 
+TEST_F(ClassTest, ADeepChainHandsDownEverythingInItsOrder) {
+    const int depth = 300;
+    std::string mof = "class C_0 { [Key] string Id; string P0; uint32 M0(); };";
+    for (int i = 1; i < depth; ++i) {
+        const std::string n = std::to_string(i);
+        mof += "class C_" + n + " : C_" + std::to_string(i - 1) + " { string P" + n +
+               (i == depth / 2 ? "; [Description(\"new\")] string P0; uint32 M" : "; uint32 M") +
+               n + "(); };";
+    }
+    load(mof);
+    const CIMClass last = classNamed("C_299");
+    Strings expected{"Id C_0 propagated"};
+    for (int i = 1; i < depth; ++i) {
+        const std::string n = std::to_string(i);
+        expected.push_back("P" + n + " C_" + n + (i == depth - 1 ? " own" : " propagated"));
+        if (i == depth / 2) {
+            expected.emplace_back("P0 C_0 propagated");
+        }
+    }
+    EXPECT_EQ(propertiesOf(last), expected);
+    EXPECT_EQ(last.getMethodCount(), 300U);
+    EXPECT_EQ(qualifierTexts(propertyOf(last, "P0")), (Strings{"Description=new own"}));
+    EXPECT_EQ(qualifierTexts(propertyOf(classNamed("C_149"), "P0")), Strings{});
+    EXPECT_EQ(repository.superClassNames(home, "C_299").size(), 299U);
+    EXPECT_EQ(repository.subClassNames(home, "C_0", true).size(), 299U);
+    EXPECT_EQ(texts(repository.subClassNames(home, "C_0", false)), (Strings{"C_1"}));
+    load(mof);
+    EXPECT_EQ(propertiesOf(classNamed("C_299")), expected);
+}
+
+TEST_F(ClassTest, ASubclassDoesNotChangeWhatItsSiblingsAndItsSuperclassHave) {
+    load("class A : Base { string Extra; uint16 Speed; }; class B : Base { uint8 Codes[]; };"
+         "class C : Base {};");
+    EXPECT_EQ(propertiesOf(classNamed("Base")),
+              (Strings{"Id Base own", "Speed Base own", "Codes Base own"}));
+    EXPECT_EQ(propertiesOf(classNamed("A")), (Strings{"Id Base propagated", "Codes Base propagated",
+                                                      "Extra A own", "Speed Base own"}));
+    EXPECT_EQ(propertiesOf(classNamed("B")),
+              (Strings{"Id Base propagated", "Speed Base propagated", "Codes Base own"}));
+    EXPECT_EQ(propertiesOf(classNamed("C")),
+              (Strings{"Id Base propagated", "Speed Base propagated", "Codes Base propagated"}));
+}
+
 } // namespace
 } // namespace embedded::repository

@@ -66,6 +66,42 @@ class ConcurrencyTest : public RepositoryTest {
     std::atomic<int> faults{0};
 };
 
+TEST_F(ConcurrencyTest, ViewsAreReadAndDroppedWhileOthersWrite) {
+    const std::size_t many = 200;
+    for (std::size_t i = 0; i < many; ++i) {
+        repository.createInstance(home, pair(std::to_string(i), 0));
+    }
+    const auto read = [&] {
+        while (writing) {
+            const View view = repository.view();
+            const InstanceList list = view.instances(home, "Pair");
+            std::size_t whole = 0;
+            for (std::size_t i = 0; i < list.size(); ++i) {
+                const CIMInstance each = list[i].instance();
+                const bool isWhole =
+                    each.getProperty(1).getValue() == each.getProperty(2).getValue();
+                whole += isWhole && view.getInstance(home, list[i].path()).path() == each.getPath()
+                             ? 1
+                             : 0;
+            }
+            faults += whole == list.size() && whole > many ? 0 : 1;
+        }
+    };
+    std::vector<std::thread> readers;
+    readers.emplace_back(read);
+    readers.emplace_back(read);
+    std::thread changing([&] { modify(); });
+    std::thread comingAndGoing([&] { createAndDelete("first"); });
+    loadClasses();
+    changing.join();
+    comingAndGoing.join();
+    writing = false;
+    for (std::thread& each : readers) {
+        each.join();
+    }
+    EXPECT_EQ(faults, 0);
+}
+
 TEST_F(ConcurrencyTest, ReadersSeeWholeInstancesAndWholeLoads) {
     const auto read = [&] {
         while (writing) {

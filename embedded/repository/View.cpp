@@ -1,0 +1,147 @@
+#include "repository/View.h"
+
+#include "repository/NameSpaceList.h"
+#include "repository/PathMatch.h"
+
+#include <Pegasus/Common/Exception.h>
+
+namespace embedded::repository {
+
+namespace {
+
+using Pegasus::CIMClass;
+using Pegasus::CIMException;
+using Pegasus::CIMName;
+using Pegasus::CIMNamespaceName;
+using Pegasus::CIMObjectPath;
+using Pegasus::CIMQualifierDecl;
+
+const ClassNode& classIn(const NameSpace& nameSpace, const CIMName& className,
+                         Pegasus::CIMStatusCode otherwise) {
+    const ClassNode* found = nameSpace.find(className);
+    if (!found) {
+        throw CIMException(otherwise, className.getString());
+    }
+    return *found;
+}
+
+/// Null if there are none, and never were.
+const InstanceStore* instancesIn(const NameSpace& nameSpace, const CIMName& className) {
+    return nameSpace.instancesOf(classIn(nameSpace, className, Pegasus::CIM_ERR_INVALID_CLASS));
+}
+
+} // namespace
+
+const NameSpace& View::in(const CIMNamespaceName& nameSpace) const {
+    const NameSpace* found = _all->find(nameSpace);
+    if (!found) {
+        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
+    }
+    return *found;
+}
+
+bool View::hasNameSpace(const CIMNamespaceName& nameSpace) const {
+    return _all->find(nameSpace) != nullptr;
+}
+
+std::vector<CIMNamespaceName> View::nameSpaces() const {
+    return _all->names();
+}
+
+bool View::hasClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
+    return in(nameSpace).find(className) != nullptr;
+}
+
+CIMClass View::getClass(const CIMNamespaceName& nameSpace, const CIMName& className, bool localOnly,
+                        bool includeQualifiers, bool includeClassOrigin,
+                        const Pegasus::CIMPropertyList& propertyList) const {
+    return shownClass(classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND), localOnly,
+                      includeQualifiers, includeClassOrigin, propertyList);
+}
+
+std::vector<CIMName> View::subClassNames(const CIMNamespaceName& nameSpace,
+                                         const CIMName& className, bool deep) const {
+    const NameSpace& home = in(nameSpace);
+    return home.subClassNames(
+        className.isNull() ? nullptr : &classIn(home, className, Pegasus::CIM_ERR_INVALID_CLASS),
+        deep);
+}
+
+std::vector<CIMName> View::superClassNames(const CIMNamespaceName& nameSpace,
+                                           const CIMName& className) const {
+    std::vector<CIMName> names;
+    const ClassNode* node = &classIn(in(nameSpace), className, Pegasus::CIM_ERR_INVALID_CLASS);
+    while ((node = node->superclass)) {
+        names.push_back(node->name());
+    }
+    return names;
+}
+
+bool View::isA(const CIMNamespaceName& nameSpace, const CIMName& derived,
+               const CIMName& base) const {
+    const NameSpace* home = _all->find(nameSpace);
+    return home && home->isA(derived, base);
+}
+
+std::vector<CIMName> View::keyNames(const CIMNamespaceName& nameSpace,
+                                    const CIMName& className) const {
+    std::vector<CIMName> names;
+    classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND)
+        .keys.forEach([&](const auto& key) { names.push_back(key.getName()); });
+    return names;
+}
+
+std::vector<CIMName> View::associationClassNames(const CIMNamespaceName& nameSpace,
+                                                 const CIMName& sourceClass,
+                                                 const CIMName& filter) const {
+    const auto otherwise = Pegasus::CIM_ERR_INVALID_PARAMETER;
+    const NameSpace& home = in(nameSpace);
+    const ClassNode& source = classIn(home, sourceClass, otherwise);
+    return home.associationClassNames(source, filter.isNull() ? nullptr
+                                                              : &classIn(home, filter, otherwise));
+}
+
+StoredInstance View::getInstance(const CIMNamespaceName& nameSpace,
+                                 const CIMObjectPath& instanceName) const {
+    const InstanceStore* store = instancesIn(in(nameSpace), instanceName.getClassName());
+    const Ref<Stored>* found = store ? store->find(instanceName) : nullptr;
+    if (!found) {
+        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
+    }
+    return StoredInstance(*found);
+}
+
+InstanceList View::instances(const CIMNamespaceName& nameSpace, const CIMName& className) const {
+    const InstanceStore* store = instancesIn(in(nameSpace), className);
+    return store ? InstanceList(store->all()) : InstanceList();
+}
+
+std::vector<StoredInstance> View::referrers(const CIMNamespaceName& nameSpace,
+                                            const CIMName& associationClass,
+                                            const CIMObjectPath& source) const {
+    std::vector<StoredInstance> found;
+    if (const InstanceStore* store = instancesIn(in(nameSpace), associationClass)) {
+        for (const Ref<Stored>& each : store->referrers(source)) {
+            found.emplace_back(each);
+        }
+    }
+    return found;
+}
+
+CIMQualifierDecl View::getQualifier(const CIMNamespaceName& nameSpace,
+                                    const CIMName& qualifierName) const {
+    const CIMQualifierDecl* found = in(nameSpace).qualifiers().find(qualifierName);
+    if (!found) {
+        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, qualifierName.getString());
+    }
+    return found->clone();
+}
+
+std::vector<CIMQualifierDecl> View::enumerateQualifiers(const CIMNamespaceName& nameSpace) const {
+    std::vector<CIMQualifierDecl> declarations;
+    in(nameSpace).qualifiers().all().forEach(
+        [&](const CIMQualifierDecl& each) { declarations.push_back(each.clone()); });
+    return declarations;
+}
+
+} // namespace embedded::repository
