@@ -1,64 +1,24 @@
 #include "cimxml/Text.h"
 
+#include "text/Utf8.h"
+
 namespace embedded::cimxml {
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;
-
-void appendUtf8(std::string& out, char32_t c) {
-    const auto tail = [&](unsigned shift) {
-        out += static_cast<char>(0x80U | ((c >> shift) & 0x3FU));
-    };
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0U | (c >> 6));
-        tail(0);
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0U | (c >> 12));
-        tail(6);
-        tail(0);
-    } else {
-        out += static_cast<char>(0xF0U | (c >> 18));
-        tail(12);
-        tail(6);
-        tail(0);
-    }
-}
-
-bool isHighSurrogate(char32_t c) {
-    return c >= 0xD800 && c < 0xDC00;
-}
-
-bool isLowSurrogate(char32_t c) {
-    return c >= 0xDC00 && c < 0xE000;
-}
-
-char32_t codeUnit(const Pegasus::String& text, Pegasus::Uint32 index) {
-    return static_cast<Pegasus::Uint16>(text[index]);
-}
 
 } // namespace
 
 std::string toUtf8(const Pegasus::String& text) {
     std::string out;
     out.reserve(text.size());
-    for (Pegasus::Uint32 i = 0; i < text.size(); ++i) {
-        char32_t c = codeUnit(text, i);
-        if (isHighSurrogate(c) && i + 1 < text.size() && isLowSurrogate(codeUnit(text, i + 1))) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (codeUnit(text, ++i) - 0xDC00);
-        } else if (isHighSurrogate(c) || isLowSurrogate(c) || c == 0xFFFE || c == 0xFFFF) {
-            c = replacement;
-        }
-        appendUtf8(out, c);
+    const Pegasus::Char16* at = text.getChar16Data();
+    for (const Pegasus::Char16* const end = at + text.size(); at != end;) {
+        const char32_t c = text::takeCharacter(at, end);
+        const bool isSurrogate = text::isHighSurrogate(c) || text::isLowSurrogate(c);
+        text::appendUtf8(out, isSurrogate || c == 0xFFFE || c == 0xFFFF ? replacement : c);
     }
     return out;
-}
-
-Pegasus::String fromUtf8(std::string_view text) {
-    return text.empty() // whose data() may be null, which String does not take
-               ? Pegasus::String()
-               : Pegasus::String(text.data(), static_cast<Pegasus::Uint32>(text.size()));
 }
 
 void appendEscaped(std::string& out, std::string_view text) {

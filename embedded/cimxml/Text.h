@@ -1,6 +1,8 @@
 // Characters on their way into a document.
 #pragma once
 
+#include "hosting/Text.h"
+
 #include <Pegasus/Common/String.h>
 
 #include <string>
@@ -12,8 +14,7 @@ namespace embedded::cimxml {
 /// U+FFFD.
 std::string toUtf8(const Pegasus::String& text);
 
-/// The String that the UTF-8 of `text` spells; `text` is valid (see checkWellFormed).
-Pegasus::String fromUtf8(std::string_view text);
+using Pegasus::hosting::fromUtf8;
 
 /// Appends `text` so that it reads back as it is, as element content and as attribute value.
 /// Blanks that a reader might take for layout (first, last, after a blank) and control characters

@@ -23,28 +23,6 @@ const std::pair<const char*, Pegasus::CIMType> typeNames[] = {
 
 } // namespace
 
-std::string toText(const Pegasus::String& value) {
-    return std::string(static_cast<const char*>(value.getCString()));
-}
-
-std::string toText(const Pegasus::CIMName& name) {
-    return toText(name.getString());
-}
-
-std::string folded(const std::string& name) {
-    std::string lower = name;
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') {
-            c = static_cast<char>(c - 'A' + 'a');
-        }
-    }
-    return lower;
-}
-
-std::string folded(const Pegasus::CIMName& name) {
-    return folded(toText(name));
-}
-
 std::optional<Pegasus::CIMType> cimType(const std::string& name) {
     const auto* found = std::find_if(std::begin(typeNames), std::end(typeNames),
                                      [&](const auto& row) { return name == row.first; });

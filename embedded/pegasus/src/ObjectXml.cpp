@@ -1,6 +1,6 @@
 #include "ObjectXml.h"
 
-#include "Utf8.h"
+#include "hosting/Text.h"
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -15,7 +15,7 @@ namespace Pegasus {
 namespace {
 
 std::string utf8Of(const String& text) {
-    return utf8::encode(text.getChar16Data(), text.size());
+    return hosting::utf8(text);
 }
 
 /// Characters that XML would read otherwise, and control characters and outer blanks, which it
