@@ -18,10 +18,11 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
-# The reader of MOF and the server of HTTP are of use without a CIM object model.
-WITHOUT_CIM = {"mof": ["mof"], "http": ["http"]}
+EMBEDDED_ROOMS = ["text", "pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
+# Characters, the reader of MOF and the server of HTTP are of use without a CIM object model.
+WITHOUT_CIM = {"text": ["text"], "mof": ["text", "mof"], "http": ["text", "http"]}
 LIBRARIES = {
+    "text": ["utf8cpp/"],
     "cimxml": ["pugixml.hpp"],
     "http": ["boost/"],
     "cimhost": ["CLI/", "spdlog/"],
@@ -36,17 +37,23 @@ GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 
 
+def is_system(name):
+    return bool(SYSTEM.match(name)) and not name.startswith(
+        tuple(library for libraries in LIBRARIES.values() for library in libraries)
+    )
+
+
 def module_allows(rooms, quoted, name):
     if quoted:
         return any(name.startswith(room + "/") for room in rooms)
-    return bool(PUBLIC.match(name) or SYSTEM.match(name))
+    return bool(PUBLIC.match(name) or is_system(name))
 
 
 def embedded_allows(room, quoted, name):
     if room == "pegasus":
         # Its sources sit together; the headers that hosts see are hosting/ and the public ones.
-        return PUBLIC.match(name) or SYSTEM.match(name) if not quoted else (
-            "/" not in name or name.startswith("hosting/"))
+        return PUBLIC.match(name) or is_system(name) if not quoted else (
+            "/" not in name or name.startswith(("hosting/", "text/")))
     known = WITHOUT_CIM.get(room) or EMBEDDED_ROOMS[: EMBEDDED_ROOMS.index(room) + 1]
     if name.startswith("hosting/"):
         return room not in WITHOUT_CIM
@@ -56,17 +63,13 @@ def embedded_allows(room, quoted, name):
         return name in GENERATED.get(room, []) or any(name.startswith(r + "/") for r in known)
     if PUBLIC.match(name):
         return room not in WITHOUT_CIM
-    return bool(SYSTEM.match(name)) and not name.startswith("boost/") or any(
-        name.startswith(library) for library in LIBRARIES.get(room, [])
-    )
+    return is_system(name) or name.startswith(tuple(LIBRARIES.get(room, [])))
 
 
 def register_allows(quoted, name):
     if quoted:
         return name.startswith("register/")
-    return bool(SYSTEM.match(name)) and not name.startswith("boost/") or any(
-        name.startswith(library) for library in REGISTER_LIBRARIES
-    )
+    return is_system(name) or name.startswith(tuple(REGISTER_LIBRARIES))
 
 
 def main():

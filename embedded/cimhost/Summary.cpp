@@ -84,10 +84,6 @@ class Offers {
 
 } // namespace
 
-std::string text(const Pegasus::String& string) {
-    return static_cast<const char*>(string.getCString());
-}
-
 std::vector<std::string> summary(const Repository& repository,
                                  const host::Registration& registration,
                                  const Pegasus::CIMNamespaceName& interop) {

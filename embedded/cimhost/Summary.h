@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/Registration.h"
+#include "hosting/Text.h"
 #include "repository/Repository.h"
 
 #include <Pegasus/Common/CIMName.h>
@@ -12,7 +13,9 @@
 namespace embedded::cimhost {
 
 /// UTF-8.
-std::string text(const Pegasus::String& string);
+inline std::string text(const Pegasus::String& string) {
+    return Pegasus::hosting::utf8(string);
+}
 
 /// A line for each namespace with its numbers of classes and instances, for each module with its
 /// library, and for each provider with the classes, types and namespaces that it answers for.

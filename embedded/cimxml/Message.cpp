@@ -17,12 +17,12 @@ constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
 // DESCRIPTION starts with the name of the status; without a message it is the name alone.
 std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
-    std::string description = Pegasus::cimStatusCodeToString(code);
+    Pegasus::String description(Pegasus::cimStatusCodeToString(code));
     if (message.size() != 0) {
-        description += ": " + toUtf8(message);
+        description.append(": ").append(message);
     }
     std::string out = "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"";
-    appendEscaped(out, std::string_view(description));
+    appendEscaped(out, description);
     return out += "\"/>"; // no line feed here
 }
 

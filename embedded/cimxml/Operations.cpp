@@ -90,12 +90,12 @@ constexpr std::string_view notServed[] = {
 
 const Row& rowOf(const Request& request) {
     for (const Row& row : served()) {
-        if (equalNoCase(request.method, row.name)) {
+        if (equalIgnoringCase(request.method, row.name)) {
             return row;
         }
     }
     for (const std::string_view name : notServed) {
-        if (equalNoCase(request.method, name)) {
+        if (equalIgnoringCase(request.method, name)) {
             throw CIMException(CIM_ERR_NOT_SUPPORTED,
                                fromUtf8("This server does not support " + std::string(name) + "."));
         }

@@ -144,7 +144,7 @@ void readOne(const pugi::xml_node& given, const ParameterList& parameters,
     const std::string_view name = given.attribute("NAME").value();
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const Parameter& parameter = parameterOf(parameters[i]);
-        if (!equalNoCase(name, parameter.name)) {
+        if (!equalIgnoringCase(name, parameter.name)) {
             continue;
         }
         if (fates[i].seen) {

@@ -1,31 +1,19 @@
-// Characters on their way into a document.
+// Characters on their way into and out of a document, by the names that this room calls it.
 #pragma once
 
-#include <Pegasus/Common/String.h>
-
-#include <string>
-#include <string_view>
+#include "hosting/Text.h"
+#include "hosting/XmlWriter.h"
 
 namespace embedded::cimxml {
 
-/// `text` in UTF-8. What no XML document can hold (a lone surrogate, U+FFFE, U+FFFF) becomes
-/// U+FFFD.
-std::string toUtf8(const Pegasus::String& text);
+using Pegasus::hosting::appendAttribute;
+using Pegasus::hosting::appendEscaped;
+using Pegasus::hosting::fromUtf8;
 
-/// The String that the UTF-8 of `text` spells; `text` is valid (see checkWellFormed).
-Pegasus::String fromUtf8(std::string_view text);
+using text::equalIgnoringCase;
 
-/// Whether the two are the same but for the case of ASCII letters.
-bool equalNoCase(std::string_view left, std::string_view right);
-
-/// Appends `text` so that it reads back as it is, as element content and as attribute value.
-/// Blanks that a reader might take for layout (first, last, after a blank) and control characters
-/// are written as character references. Those below U+0020 but for tab, CR and LF are not XML 1.0
-/// even so; clients of such servers know them in this form.
-void appendEscaped(std::string& out, std::string_view text);
-void appendEscaped(std::string& out, const Pegasus::String& text);
-
-/// Appends ` name="value"`.
-void appendAttribute(std::string& out, std::string_view name, const Pegasus::String& value);
+inline std::string toUtf8(const Pegasus::String& text) {
+    return Pegasus::hosting::utf8(text);
+}
 
 } // namespace embedded::cimxml

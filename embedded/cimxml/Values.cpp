@@ -3,6 +3,7 @@
 #include "cimxml/ElementRules.h"
 #include "cimxml/Text.h"
 #include "cimxml/Types.h"
+#include "text/Ascii.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
 
@@ -13,6 +14,7 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
+using text::trimmed;
 
 namespace {
 
@@ -20,14 +22,6 @@ namespace {
     throw CIMException(
         CIM_ERR_INVALID_PARAMETER,
         fromUtf8("Invalid " + std::string(type) + " value \"" + std::string(text) + "\"."));
-}
-
-std::string_view trimmed(std::string_view text) {
-    constexpr const char* blanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    return begin == std::string_view::npos
-               ? std::string_view()
-               : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 // All of `text`, or nothing; `text` has no sign but "-".

@@ -51,16 +51,6 @@ std::vector<T> array(const CIMInstance& instance, const char* property, Pegasus:
 
 } // namespace
 
-std::string utf8(const String& text) {
-    return static_cast<const char*>(text.getCString());
-}
-
-std::string lowerCase(const String& text) {
-    String lower(text);
-    lower.toLower();
-    return utf8(lower);
-}
-
 bool hasValue(const CIMInstance& instance, const char* property) {
     const CIMValue value = valueOf(instance, property);
     return !value.isNull() && !(value.isArray() && value.getArraySize() == 0);

@@ -1,6 +1,8 @@
 // Reading property values, and texts in the form that the standard library likes.
 #pragma once
 
+#include "hosting/Text.h"
+
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMPropertyList.h>
@@ -12,9 +14,11 @@
 
 namespace embedded::host {
 
-std::string utf8(const Pegasus::String& text);
+using Pegasus::hosting::utf8;
 /// As names of classes and namespaces are compared: without regard to case.
-std::string lowerCase(const Pegasus::String& text);
+inline std::string lowerCase(const Pegasus::String& text) {
+    return Pegasus::hosting::folded(text);
+}
 
 /// Whether `instance` has a value, not NULL and not an empty array, for that property.
 bool hasValue(const Pegasus::CIMInstance& instance, const char* property);

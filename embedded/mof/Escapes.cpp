@@ -1,6 +1,6 @@
 #include "mof/Escapes.h"
 
-#include "mof/Text.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cctype>
@@ -47,7 +47,7 @@ class Decoder {
         const std::size_t begin = _at;
         const char letter = _literal[begin + 1];
         if (letter == 'x' || letter == 'X') {
-            appendUtf8(out, decodeHex());
+            text::appendUtf8(out, decodeHex());
             return;
         }
         const auto* found = std::find_if(std::begin(simpleEscapes), std::end(simpleEscapes),
@@ -121,7 +121,7 @@ std::string decodeString(std::string_view literal, const Source& source, const P
 std::string decodeCharacter(std::string_view literal, const Source& source, const Position& start) {
     constexpr std::size_t longestInBasicPlane = 3;
     std::string text = decodeString(literal, source, start);
-    if (countCharacters(text) != 1 || text.size() > longestInBasicPlane)
+    if (text::countCharacters(text) != 1 || text.size() > longestInBasicPlane)
         source.fail(start, unexpected(literal, "one character up to U+FFFF between the quotes"));
     return text;
 }

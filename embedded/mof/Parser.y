@@ -54,7 +54,7 @@ struct Features {
 #include "mof/Parse.h"
 #include "mof/Reading.h"
 #include "mof/Scanner.h"
-#include "mof/Text.h"
+#include "text/Ascii.h"
 
 #include <charconv>
 
@@ -68,7 +68,7 @@ static Parser::symbol_type yylex(Scanner& scanner) {
 }
 
 static Literal literal(Literal::Kind kind, std::string text, Location where) {
-    const bool boolean = kind == Literal::Kind::Boolean && toLower(text) == "true";
+    const bool boolean = kind == Literal::Kind::Boolean && text::lowered(text) == "true";
     return {kind, std::move(text), boolean, std::move(where)};
 }
 
@@ -164,13 +164,13 @@ qualifier_declaration:
   QUALIFIER qualifier_name COLON TYPE array_suffix default_value COMMA
   SCOPE LPAREN scopes RPAREN default_flavors SEMICOLON {
     const ArraySuffix array = $5;
-    $$ = {$2, toLower($4), array.isArray, array.size, $6, $10, $12, scanner.source().at(@2)};
+    $$ = {$2, text::lowered($4), array.isArray, array.size, $6, $10, $12, scanner.source().at(@2)};
   }
 ;
 
 scopes:
-  scope              { $$.push_back(toLower($1)); }
-| scopes COMMA scope { $$ = $1; $$.push_back(toLower($3)); }
+  scope              { $$.push_back(text::lowered($1)); }
+| scopes COMMA scope { $$ = $1; $$.push_back(text::lowered($3)); }
 ;
 
 scope: SCOPE_NAME | CLASS | QUALIFIER ;
@@ -181,8 +181,8 @@ default_flavors:
 ;
 
 flavor_list:
-  FLAVOR_NAME                   { $$.push_back(toLower($1)); }
-| flavor_list COMMA FLAVOR_NAME { $$ = $1; $$.push_back(toLower($3)); }
+  FLAVOR_NAME                   { $$.push_back(text::lowered($1)); }
+| flavor_list COMMA FLAVOR_NAME { $$ = $1; $$.push_back(text::lowered($3)); }
 ;
 
 /* Qualifiers. */
@@ -215,8 +215,8 @@ qualifier_flavors:
 ;
 
 flavors:
-  FLAVOR_NAME         { $$.push_back(toLower($1)); }
-| flavors FLAVOR_NAME { $$ = $1; $$.push_back(toLower($2)); }
+  FLAVOR_NAME         { $$.push_back(text::lowered($1)); }
+| flavors FLAVOR_NAME { $$ = $1; $$.push_back(text::lowered($2)); }
 ;
 
 /* Classes. */
@@ -246,11 +246,11 @@ features:
   }
 | features qualifiers TYPE name LPAREN parameters RPAREN SEMICOLON {
     $$ = $1;
-    $$.methods.push_back({$2, toLower($3), $4, $6, scanner.source().at(@4)});
+    $$.methods.push_back({$2, text::lowered($3), $4, $6, scanner.source().at(@4)});
   }
 ;
 
-typed: TYPE name array_suffix { $$ = {toLower($1), {}, $2, $3, @2}; } ;
+typed: TYPE name array_suffix { $$ = {text::lowered($1), {}, $2, $3, @2}; } ;
 
 /* A property never is an array of references, but a parameter may be one. */
 reference: IDENTIFIER REF name { $$ = {"ref", $1, $3, {}, @3}; } ;

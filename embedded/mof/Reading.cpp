@@ -1,7 +1,8 @@
 #include "mof/Reading.h"
 
 #include "mof/Parse.h"
-#include "mof/Text.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <fstream>
@@ -28,7 +29,7 @@ std::string hexadecimal(char byte) {
 }
 
 void checkBytes(std::string_view text, const Source& source) {
-    const std::size_t at = std::min(findInvalidUtf8(text), text.find('\0'));
+    const std::size_t at = std::min(text::findInvalidUtf8(text), text.find('\0'));
     if (at == std::string_view::npos)
         return;
     Position where;
@@ -121,7 +122,7 @@ void Reading::declare(decltype(Declaration::what) what) {
 // Pragmas that nothing is known of say something to other compilers (DSP0004, clause on
 // compiler directives).
 void Reading::pragma(const std::string& name, const std::string& value, const Location& where) {
-    const std::string known = toLower(name);
+    const std::string known = text::lowered(name);
     if (known == "include")
         include(value, where);
     else if (known == "namespace")

@@ -23,36 +23,13 @@ const std::pair<const char*, Pegasus::CIMType> typeNames[] = {
 
 } // namespace
 
-std::string toText(const Pegasus::String& value) {
-    return std::string(static_cast<const char*>(value.getCString()));
-}
-
-std::string toText(const Pegasus::CIMName& name) {
-    return toText(name.getString());
-}
-
-std::string folded(const std::string& name) {
-    std::string lower = name;
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') {
-            c = static_cast<char>(c - 'A' + 'a');
-        }
-    }
-    return lower;
-}
-
-std::string folded(const Pegasus::CIMName& name) {
-    return folded(toText(name));
-}
-
-std::uint64_t foldedHash(const Pegasus::String& text) {
+std::uint64_t foldedHash(const Pegasus::String& name) {
     // FNV-1a, over code units.
     std::uint64_t hash = 14695981039346656037U;
-    const Pegasus::Char16* const units = text.getChar16Data();
-    for (Pegasus::Uint32 i = 0; i < text.size(); ++i) {
+    const Pegasus::Char16* const units = name.getChar16Data();
+    for (Pegasus::Uint32 i = 0; i < name.size(); ++i) {
         const Pegasus::Uint16 unit = units[i];
-        const unsigned lower = unit >= 'A' && unit <= 'Z' ? unit + 0x20U : unit;
-        hash = (hash ^ lower) * 1099511628211U;
+        hash = (hash ^ text::lower(unit)) * 1099511628211U;
     }
     return hash;
 }

@@ -1,7 +1,9 @@
 // MOF's type names against CIM types, and the small conversions that every file here needs.
 #pragma once
 
+#include "hosting/Text.h"
 #include "mof/Mof.h"
+#include "text/Ascii.h"
 
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMType.h>
@@ -17,14 +19,20 @@ namespace embedded::repository {
 constexpr auto nowhere = static_cast<Pegasus::Uint32>(-1);
 
 /// The UTF-8 text of `value`.
-std::string toText(const Pegasus::String& value);
-std::string toText(const Pegasus::CIMName& name);
+inline std::string toText(const Pegasus::String& value) {
+    return Pegasus::hosting::utf8(value);
+}
+inline std::string toText(const Pegasus::CIMName& name) {
+    return Pegasus::hosting::utf8(name);
+}
 
 /// CIM does not tell names apart by case (DSP0004): the form in which to look them up.
-std::string folded(const std::string& name);
-std::string folded(const Pegasus::CIMName& name);
+inline std::string folded(const std::string& name) {
+    return text::lowered(name);
+}
+using Pegasus::hosting::folded;
 /// The same for texts that do not differ but in case.
-std::uint64_t foldedHash(const Pegasus::String& text);
+std::uint64_t foldedHash(const Pegasus::String& name);
 
 /// The CIM type that MOF spells `name` in lower case ("ref" for references); none if unknown.
 std::optional<Pegasus::CIMType> cimType(const std::string& name);

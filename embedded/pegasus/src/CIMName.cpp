@@ -1,4 +1,4 @@
-#include "Ascii.h"
+#include "text/Ascii.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -9,14 +9,14 @@ namespace {
 // DSP0004, "Identifiers": beside '_' and ASCII letters, U+0080 to U+FFEF may begin a name. The
 // code units of surrogate pairs lie in this range.
 bool mayBeginName(Uint16 unit) {
-    return ascii::isLetter(unit) || unit == '_' || (unit >= 0x0080 && unit <= 0xFFEF);
+    return embedded::text::isLetter(unit) || unit == '_' || (unit >= 0x0080 && unit <= 0xFFEF);
 }
 
 bool isName(const Char16* units, Uint32 size) {
     if (size == 0 || !mayBeginName(units[0]))
         return false;
     for (Uint32 i = 1; i < size; ++i) {
-        if (!mayBeginName(units[i]) && !ascii::isDigit(units[i]))
+        if (!mayBeginName(units[i]) && !embedded::text::isDigit(units[i]))
             return false;
     }
     return true;

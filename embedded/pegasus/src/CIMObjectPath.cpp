@@ -1,8 +1,8 @@
-#include "Ascii.h"
 #include "HostName.h"
 #include "Numbers.h"
 #include "ObjectPathParser.h"
 #include "ObjectPathReps.h"
+#include "text/Ascii.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -86,7 +86,7 @@ void addValue(Hash& hash, const CIMKeyBinding& keyBinding) {
     const String& value = keyBinding.getValue();
     switch (keyBinding.getType()) {
     case CIMKeyBinding::BOOLEAN:
-        return hash.add(value, ascii::lower);
+        return hash.add(value, embedded::text::lower);
     case CIMKeyBinding::STRING:
         return hash.add(value, asIs);
     case CIMKeyBinding::NUMERIC:
@@ -225,12 +225,12 @@ Boolean CIMObjectPath::identical(const CIMObjectPath& x) const {
 
 Uint32 CIMObjectPath::makeHashCode() const {
     Hash hash;
-    hash.add(_rep->host, ascii::lower);
-    hash.add(_rep->nameSpace.getString(), ascii::lower);
-    hash.add(_rep->className.getString(), ascii::lower);
+    hash.add(_rep->host, embedded::text::lower);
+    hash.add(_rep->nameSpace.getString(), embedded::text::lower);
+    hash.add(_rep->className.getString(), embedded::text::lower);
     const Array<CIMKeyBinding>& keys = _rep->keyBindings;
     for (Uint32 i = 0; i < keys.size(); ++i) {
-        hash.add(keys[i].getName().getString(), ascii::lower);
+        hash.add(keys[i].getName().getString(), embedded::text::lower);
         hash.add(static_cast<Uint32>(keys[i].getType()));
         addValue(hash, keys[i]);
     }

@@ -47,6 +47,13 @@ struct Plain {
 
 } // namespace
 
+bool CIMValueRep::equals(const CIMValueRep&) const {
+    return true; // a null and a null
+}
+
+void CIMValueRep::appendXml(std::string&) const {
+}
+
 CIM_VALUE_MEMBERS(Plain, Boolean, Boolean, CIMTYPE_BOOLEAN)
 CIM_VALUE_MEMBERS(Plain, Uint8, Uint8, CIMTYPE_UINT8)
 CIM_VALUE_MEMBERS(Plain, Sint8, Sint8, CIMTYPE_SINT8)
@@ -103,7 +110,7 @@ Boolean CIMValue::isArray() const {
 }
 
 Boolean CIMValue::isNull() const {
-    return !_rep || !_rep->held;
+    return !_rep || _rep->isNull();
 }
 
 Uint32 CIMValue::getArraySize() const {
@@ -117,11 +124,20 @@ CIMType CIMValue::getType() const {
 Boolean CIMValue::equal(const CIMValue& x) const {
     if (!typeCompatible(x) || isNull() != x.isNull())
         return false;
-    return isNull() || _rep->held->equals(*x._rep->held);
+    return isNull() || _rep->equals(*x._rep);
 }
 
 String CIMValue::toString() const {
-    return isNull() ? String() : _rep->held->text();
+    return _rep ? _rep->text() : String();
+}
+
+void CIMValueRep::append(std::string& out, const CIMValue& value) {
+    if (value._rep)
+        value._rep->appendXml(out);
+}
+
+void hosting::appendValue(std::string& out, const CIMValue& value) {
+    CIMValueRep::append(out, value);
 }
 
 Boolean operator==(const CIMValue& x, const CIMValue& y) {

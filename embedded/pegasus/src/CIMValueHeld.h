@@ -11,51 +11,64 @@
 #pragma once
 
 #include "Shared.h"
+#include "XmlValues.h"
 
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Exception.h>
 
-#include <memory>
-#include <utility>
-
 namespace Pegasus {
+
+/// A null, and the base of what has a value. Never changed once it is made, so that it can be
+/// shared.
+struct CIMValueRep : Shared {
+    CIMValueRep(CIMType cimType, bool array, Uint32 size)
+        : type(cimType), isArray(array), arraySize(size) {}
+    CIMValueRep(const CIMValueRep&) = delete;
+    virtual ~CIMValueRep() = default;
+
+    virtual bool isNull() const { return true; }
+    /// REQUIRES: `other` has the same type, is an array as this one is, and is null as this one is.
+    virtual bool equals(const CIMValueRep& other) const;
+    virtual String text() const { return String(); }
+    virtual void appendXml(std::string& out) const;
+
+    /// As hosting::appendValue.
+    static void append(std::string& out, const CIMValue& value);
+
+    const CIMType type;
+    const bool isArray;
+    const Uint32 arraySize;
+};
+
 namespace values {
 
-/// A scalar or an array, whatever its type. What two values hold may be compared only when their
-/// types and array-ness are the same.
-class Held {
-  public:
-    virtual ~Held() = default;
-    virtual bool equals(const Held& other) const = 0;
-    virtual String text() const = 0;
-    virtual Uint32 arraySize() const = 0;
-};
-
 template <class Treatment, class T>
-class HeldScalar final : public Held {
-  public:
-    explicit HeldScalar(const T& x) : _value(Treatment::copyOf(x)) {}
+struct Scalar final : CIMValueRep {
+    Scalar(CIMType cimType, const T& x)
+        : CIMValueRep(cimType, false, 0), _value(Treatment::copyOf(x)) {}
 
+    bool isNull() const override { return false; }
     T value() const { return Treatment::copyOf(_value); }
-    bool equals(const Held& other) const override {
-        return Treatment::same(_value, static_cast<const HeldScalar&>(other)._value);
+    bool equals(const CIMValueRep& other) const override {
+        return Treatment::same(_value, static_cast<const Scalar&>(other)._value);
     }
     String text() const override { return Treatment::textOf(_value); }
-    Uint32 arraySize() const override { return 0; }
+    void appendXml(std::string& out) const override { hosting::appendScalar(out, _value); }
 
   private:
-    T _value;
+    const T _value;
 };
 
 template <class Treatment, class T>
-class HeldArray final : public Held {
-  public:
-    explicit HeldArray(const Array<T>& x) : _elements(Treatment::copyOfAll(x)) {}
+struct Vector final : CIMValueRep {
+    Vector(CIMType cimType, const Array<T>& x)
+        : CIMValueRep(cimType, true, x.size()), _elements(Treatment::copyOfAll(x)) {}
 
+    bool isNull() const override { return false; }
     Array<T> value() const { return Treatment::copyOfAll(_elements); }
 
-    bool equals(const Held& other) const override {
-        const Array<T>& others = static_cast<const HeldArray&>(other)._elements;
+    bool equals(const CIMValueRep& other) const override {
+        const Array<T>& others = static_cast<const Vector&>(other)._elements;
         if (_elements.size() != others.size())
             return false;
         for (Uint32 i = 0; i < others.size(); ++i) {
@@ -73,53 +86,28 @@ class HeldArray final : public Held {
         return text;
     }
 
-    Uint32 arraySize() const override { return _elements.size(); }
+    void appendXml(std::string& out) const override { hosting::appendArray(out, _elements); }
 
   private:
     const Array<T> _elements;
 };
 
-} // namespace values
-
-/// Never changed once it is made, so that it can be shared.
-struct CIMValueRep : Shared {
-    CIMValueRep(CIMType cimType, bool array, Uint32 size,
-                std::unique_ptr<const values::Held> value = nullptr)
-        : type(cimType), isArray(array), arraySize(size), held(std::move(value)) {}
-
-    const CIMType type;
-    const bool isArray;
-    const Uint32 arraySize;
-    const std::unique_ptr<const values::Held> held; // null when the value is null
-};
-
-namespace values {
-
-template <class HeldValue, class T>
-CIMValueRep* makeRep(CIMType type, bool isArray, const T& x) {
-    std::unique_ptr<const Held> held = std::make_unique<HeldValue>(x);
-    const Uint32 size = held->arraySize();
-    return new CIMValueRep(type, isArray, size, std::move(held));
-}
-
 /// `rep` may be null: a null boolean.
-template <class HeldValue, class T>
+template <class Rep, class T>
 void get(const CIMValueRep* rep, CIMType type, bool isArray, T& x) {
     if ((rep ? rep->type : CIMTYPE_BOOLEAN) != type || (rep && rep->isArray) != isArray)
         throw TypeMismatchException();
-    if (rep && rep->held)
-        x = static_cast<const HeldValue&>(*rep->held).value();
+    if (rep && !rep->isNull())
+        x = static_cast<const Rep&>(*rep).value();
 }
 
 } // namespace values
 } // namespace Pegasus
 
 #define CIM_VALUE_MEMBERS(TREATMENT, ARGUMENT, T, TYPE)                                            \
-    CIMValue::CIMValue(ARGUMENT x)                                                                 \
-        : _rep(values::makeRep<values::HeldScalar<TREATMENT, T>>(TYPE, false, x)) {                \
+    CIMValue::CIMValue(ARGUMENT x) : _rep(new values::Scalar<TREATMENT, T>(TYPE, x)) {             \
     }                                                                                              \
-    CIMValue::CIMValue(const Array<T>& x)                                                          \
-        : _rep(values::makeRep<values::HeldArray<TREATMENT, T>>(TYPE, true, x)) {                  \
+    CIMValue::CIMValue(const Array<T>& x) : _rep(new values::Vector<TREATMENT, T>(TYPE, x)) {      \
     }                                                                                              \
     void CIMValue::set(ARGUMENT x) {                                                               \
         assign(CIMValue(x));                                                                       \
@@ -128,8 +116,8 @@ void get(const CIMValueRep* rep, CIMType type, bool isArray, T& x) {
         assign(CIMValue(x));                                                                       \
     }                                                                                              \
     void CIMValue::get(T& x) const {                                                               \
-        values::get<values::HeldScalar<TREATMENT, T>>(_rep, TYPE, false, x);                       \
+        values::get<values::Scalar<TREATMENT, T>>(_rep, TYPE, false, x);                           \
     }                                                                                              \
     void CIMValue::get(Array<T>& x) const {                                                        \
-        values::get<values::HeldArray<TREATMENT, T>>(_rep, TYPE, true, x);                         \
+        values::get<values::Vector<TREATMENT, T>>(_rep, TYPE, true, x);                            \
     }

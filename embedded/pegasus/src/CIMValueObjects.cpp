@@ -1,6 +1,5 @@
 // Embedded objects and instances.
 #include "CIMValueHeld.h"
-#include "ObjectXml.h"
 
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObject.h>
@@ -32,7 +31,7 @@ struct Cloned {
         return x.identical(y);
     }
 
-    static String textOf(const CIMObject& x) { return objectXml(x); }
+    static String textOf(const CIMObject& x) { return x.toString(); }
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "DateTimeForm.h"
 
-#include "Ascii.h"
 #include "Calendar.h"
+#include "text/Ascii.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -43,7 +43,7 @@ class Reader {
                 _digits += readDigit(units[i]);
         }
         for (Uint32 i = 22; i < 25; ++i) {
-            require(ascii::isDigit(units[i]));
+            require(embedded::text::isDigit(units[i]));
             utcOffset = utcOffset * 10 + (units[i] - '0');
         }
         require(!isInterval || utcOffset == 0);
@@ -84,7 +84,7 @@ class Reader {
             ++wildcards;
             return '*';
         }
-        require(ascii::isDigit(unit) && wildcards == 0);
+        require(embedded::text::isDigit(unit) && wildcards == 0);
         return static_cast<char>(unit);
     }
 

@@ -1,6 +1,6 @@
 #include "HostName.h"
 
-#include "Ascii.h"
+#include "text/Ascii.h"
 
 #include <arpa/inet.h>
 #include <net/if.h>
@@ -15,7 +15,7 @@ namespace {
 bool isNumber(const std::string& text, std::size_t maximumSize, unsigned long maximum) {
     return !text.empty() && text.size() <= maximumSize &&
            std::all_of(text.begin(), text.end(),
-                       [](char c) { return ascii::isDigit(static_cast<Uint16>(c)); }) &&
+                       [](char c) { return embedded::text::isDigit(static_cast<Uint16>(c)); }) &&
            std::stoul(text) <= maximum;
 }
 
@@ -35,7 +35,8 @@ bool isLabel(const std::string& label) {
         return false;
     return std::all_of(label.begin(), label.end(), [](char c) {
         const Uint16 unit = static_cast<unsigned char>(c);
-        return ascii::isLetter(unit) || ascii::isDigit(unit) || unit == '-' || unit == '_';
+        return embedded::text::isLetter(unit) || embedded::text::isDigit(unit) || unit == '-' ||
+               unit == '_';
     });
 }
 

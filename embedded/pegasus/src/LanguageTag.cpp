@@ -1,6 +1,7 @@
 #include <Pegasus/Common/LanguageTag.h>
 
 #include "RepAccess.h"
+#include "text/Ascii.h"
 
 #include <vector>
 
@@ -15,16 +16,14 @@ struct LanguageTagRep {
 
 namespace {
 
+using embedded::text::isDigit;
+using embedded::text::isLetter;
+
 constexpr Uint16 hyphen = '-';
 constexpr Uint32 longestSubtag = 8;
 
-// Language tags are ASCII, whatever the locale of the process.
-bool isLetter(Uint16 c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 bool isLetterOrDigit(Uint16 c) {
-    return isLetter(c) || (c >= '0' && c <= '9');
+    return isLetter(c) || isDigit(c);
 }
 
 std::vector<String> split(const String& tag) {
@@ -51,7 +50,7 @@ bool isSubtag(const String& text, Accepts accepts) {
 }
 
 void checkSyntax(const String& tag, const std::vector<String>& subtags) {
-    bool wellFormed = isSubtag(subtags.front(), isLetter);
+    bool wellFormed = isSubtag(subtags.front(), isLetter<Uint16>);
     for (const String& subtag : subtags)
         wellFormed = wellFormed && isSubtag(subtag, isLetterOrDigit);
     if (!wellFormed)

@@ -1,6 +1,6 @@
 #include "Numbers.h"
 
-#include "Ascii.h"
+#include "text/Ascii.h"
 
 #include <limits>
 
@@ -11,8 +11,8 @@ namespace {
 constexpr Uint32 noDigit = 16;
 
 Uint32 digit(Uint16 unit) {
-    const Uint16 lower = ascii::lower(unit);
-    if (ascii::isDigit(lower))
+    const Uint16 lower = embedded::text::lower(unit);
+    if (embedded::text::isDigit(lower))
         return lower - Uint32{'0'};
     return lower >= 'a' && lower <= 'f' ? lower - Uint32{'a'} + 10 : noDigit;
 }
@@ -20,7 +20,7 @@ Uint32 digit(Uint16 unit) {
 bool parse(const Char16* at, const Char16* end, Uint64& value) {
     Uint32 base = 10;
     if (end - at > 1 && at[0] == '0') {
-        if (ascii::lower(at[1]) != 'x')
+        if (embedded::text::lower(at[1]) != 'x')
             return false;
         base = 16;
         at += 2;

@@ -1,8 +1,8 @@
 #include "ObjectPathParser.h"
 
-#include "Ascii.h"
 #include "HostName.h"
 #include "Numbers.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
 
@@ -117,7 +117,7 @@ class Parser {
 
     CIMKeyBinding plainKey(const CIMName& name) {
         const String value = upTo(',');
-        const Uint16 first = ascii::upper(value[0]);
+        const Uint16 first = embedded::text::upper(value[0]);
         if (first == 'T' || first == 'F') {
             const String truth(first == 'T' ? "TRUE" : "FALSE");
             if (!String::equalNoCase(value, truth))

@@ -1,6 +1,8 @@
-#include "Ascii.h"
 #include "Shared.h"
-#include "Utf8.h"
+
+#include "hosting/Text.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
 
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Common/String.h>
@@ -12,6 +14,8 @@
 #include <vector>
 
 namespace Pegasus {
+
+using namespace embedded::text;
 
 /// The code units, closed by a 0.
 struct StringRep : Shared {
@@ -55,11 +59,32 @@ StringRep* makeRep(const Char16* units, Uint32 size) {
     return makeRep(std::move(copy));
 }
 
+/// Shows some of what stands before the offence, and the offending bytes in hexadecimal.
+[[noreturn]] void reject(const char* bytes, Uint32 size, Uint32 at) {
+    constexpr Uint32 shownBefore = 40;
+    constexpr Uint32 shownFrom = 11;
+    Uint32 begin = at > shownBefore ? at - shownBefore : 0;
+    while (begin < at && (static_cast<unsigned char>(bytes[begin]) & 0xC0) == 0x80)
+        ++begin;
+    std::string message = "The byte sequence starting at index " + std::to_string(at) +
+                          " is not valid UTF-8 encoding: " + std::string(bytes + begin, bytes + at);
+    for (Uint32 i = at; i < std::min(size, at + shownFrom); ++i) {
+        char hexadecimal[8];
+        std::snprintf(hexadecimal, sizeof hexadecimal, " 0x%02X",
+                      static_cast<unsigned>(static_cast<unsigned char>(bytes[i])));
+        message += hexadecimal;
+    }
+    throw Exception(String(message.c_str()));
+}
+
 StringRep* makeRep(const char* text, Uint32 size) {
-    std::vector<Char16> units;
-    utf8::decode(notNull(text), size, units);
-    units.emplace_back(0);
-    return makeRep(std::move(units));
+    std::u16string units;
+    const std::size_t invalid = appendUtf16(units, std::string_view(notNull(text), size));
+    if (invalid != std::string_view::npos)
+        reject(text, size, static_cast<Uint32>(invalid));
+    std::vector<Char16> copy(units.begin(), units.end());
+    copy.emplace_back(0);
+    return makeRep(std::move(copy));
 }
 
 int difference(Uint16 x, Uint16 y) {
@@ -160,7 +185,7 @@ const Char16* String::getChar16Data() const {
 }
 
 CString String::getCString() const {
-    const std::string text = utf8::encode(getChar16Data(), size());
+    const std::string text = hosting::utf8(*this);
     char* const copy = new char[text.size() + 1];
     std::memcpy(copy, text.c_str(), text.size() + 1);
     return CString(copy);
@@ -253,12 +278,12 @@ Uint32 String::reverseFind(Char16 c) const {
 
 void String::toLower() {
     for (Char16& unit : detach(_rep).units)
-        unit = ascii::lower(unit);
+        unit = lower<Uint16>(unit);
 }
 
 void String::toUpper() {
     for (Char16& unit : detach(_rep).units)
-        unit = ascii::upper(unit);
+        unit = upper<Uint16>(unit);
 }
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface declares it so
@@ -292,7 +317,7 @@ int String::compare(const String& s1, const String& s2) {
 }
 
 int String::compareNoCase(const String& s1, const String& s2) {
-    return compareFolded(s1, s2, ascii::lower);
+    return compareFolded(s1, s2, lower<Uint16>);
 }
 
 Boolean String::equal(const String& s1, const String& s2) {

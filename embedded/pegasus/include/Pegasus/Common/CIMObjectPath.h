@@ -44,8 +44,8 @@ class PEGASUS_COMMON_LINKAGE CIMKeyBinding {
     Boolean equal(CIMValue value);
 
   private:
-    CIMKeyBindingRep* _rep;
-    friend class CIMObjectPath;
+    CIMKeyBindingRep* _rep; // null: as default-constructed
+    friend struct CIMKeyBindingRep;
 };
 
 /// Same name without regard to case, same type, same value: numbers are compared as integers,
@@ -104,7 +104,8 @@ class PEGASUS_COMMON_LINKAGE CIMObjectPath {
     Uint32 makeHashCode() const;
 
   private:
-    CIMObjectPathRep* _rep;
+    CIMObjectPathRep* _rep; // null: the empty path
+    friend struct CIMObjectPathRep;
 };
 
 PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y);

@@ -162,6 +162,7 @@ class PEGASUS_COMMON_LINKAGE CIMValue {
 
   private:
     CIMValueRep* _rep;
+    friend struct CIMValueRep;
 };
 
 PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMValue& x, const CIMValue& y);

@@ -118,6 +118,7 @@ class PEGASUS_COMMON_LINKAGE String {
 
   private:
     StringRep* _rep; // null: the empty string
+    friend struct StringRep;
 };
 
 PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const String& str2);

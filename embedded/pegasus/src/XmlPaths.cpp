@@ -1,18 +1,18 @@
-#include "cimxml/Text.h"
-#include "cimxml/Writer.h"
+#include "hosting/XmlWriter.h"
 
-namespace embedded::cimxml {
+#include <algorithm>
 
-using namespace Pegasus;
+namespace Pegasus::hosting {
 
 namespace {
 
 void appendLocalNamespacePath(std::string& out, const CIMNamespaceName& nameSpace) {
     appendElement(out, "LOCALNAMESPACEPATH", [&] {
-        const std::string name = nameSpace.isNull() ? "" : toUtf8(nameSpace.getString());
+        std::string name;
+        appendEscaped(name, nameSpace.getString());
         for (std::size_t begin = 0; begin < name.size();) {
             const std::size_t end = std::min(name.find('/', begin), name.size());
-            out += "<NAMESPACE NAME=\"" + name.substr(begin, end - begin) + "\"/>\n";
+            out.append("<NAMESPACE NAME=\"").append(name, begin, end - begin).append("\"/>\n");
             begin = end + 1;
         }
     });
@@ -28,10 +28,12 @@ void appendNamespacePath(std::string& out, const CIMObjectPath& path) {
 }
 
 void appendKeyValue(std::string& out, const CIMKeyBinding& key) {
-    const char* const type = key.getType() == CIMKeyBinding::BOOLEAN   ? "boolean"
-                             : key.getType() == CIMKeyBinding::NUMERIC ? "numeric"
-                                                                       : "string";
-    out.append("<KEYVALUE VALUETYPE=\"").append(type).append("\">");
+    const CIMKeyBinding::Type type = key.getType();
+    out += "<KEYVALUE VALUETYPE=\"";
+    out += type == CIMKeyBinding::BOOLEAN   ? "boolean"
+           : type == CIMKeyBinding::NUMERIC ? "numeric"
+                                            : "string";
+    out += "\">";
     appendEscaped(out, key.getValue());
     out += "</KEYVALUE>\n";
 }
@@ -53,11 +55,10 @@ void appendInstanceName(std::string& out, const CIMObjectPath& path) {
         out += "<KEYBINDING";
         appendAttribute(out, "NAME", keys[i].getName().getString());
         out += ">\n";
-        if (keys[i].getType() == CIMKeyBinding::REFERENCE) {
+        if (keys[i].getType() == CIMKeyBinding::REFERENCE)
             appendReference(out, CIMObjectPath(keys[i].getValue()));
-        } else {
+        else
             appendKeyValue(out, keys[i]);
-        }
         out += "</KEYBINDING>\n";
     }
     out += "</INSTANCENAME>\n";
@@ -92,4 +93,4 @@ void appendReference(std::string& out, const CIMObjectPath& path) {
     });
 }
 
-} // namespace embedded::cimxml
+} // namespace Pegasus::hosting

@@ -1,0 +1,34 @@
+#include "hosting/Text.h"
+
+#include "text/Ascii.h"
+#include "text/Utf8.h"
+
+#include <algorithm>
+
+namespace Pegasus::hosting {
+
+std::string utf8(const String& text) {
+    std::string out;
+    out.reserve(text.size());
+    appendUtf8(out, text);
+    return out;
+}
+
+void appendUtf8(std::string& out, const String& text) {
+    const Char16* at = text.getChar16Data();
+    const Char16* const end = at + text.size();
+    while (at != end)
+        embedded::text::appendUtf8(out, embedded::text::takeCharacter(at, end));
+}
+
+String fromUtf8(std::string_view text) {
+    return text.empty() ? String() : String(text.data(), static_cast<Uint32>(text.size()));
+}
+
+std::string folded(const String& text) {
+    std::string out = utf8(text);
+    std::transform(out.begin(), out.end(), out.begin(), embedded::text::lower<char>);
+    return out;
+}
+
+} // namespace Pegasus::hosting
