@@ -3,13 +3,13 @@
 
 #include "hosting/Text.h"
 #include "hosting/XmlWriter.h"
+#include "text/Ascii.h"
 
 namespace embedded::cimxml {
 
 using Pegasus::hosting::appendAttribute;
 using Pegasus::hosting::appendEscaped;
 using Pegasus::hosting::fromUtf8;
-
 using text::equalIgnoringCase;
 
 inline std::string toUtf8(const Pegasus::String& text) {
