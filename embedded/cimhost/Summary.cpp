@@ -41,10 +41,11 @@ const char* name(host::ProviderType type) {
 
 std::string nameSpaceLine(const Repository& repository, const Pegasus::CIMNamespaceName& nameSpace,
                           bool isInterop) {
-    const auto classes = repository.subClassNames(nameSpace, Pegasus::CIMName(), true);
+    const repository::View view = repository.view();
+    const auto classes = view.subClassNames(nameSpace, Pegasus::CIMName(), true);
     std::size_t instances = 0;
     for (const Pegasus::CIMName& className : classes)
-        instances += repository.enumerateInstances(nameSpace, className).size();
+        instances += view.instances(nameSpace, className).size();
     return "namespace " + text(nameSpace.getString()) + (isInterop ? " (interop): " : ": ") +
            count(classes.size(), "classes, ") + count(instances, "instances");
 }

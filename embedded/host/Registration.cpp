@@ -225,7 +225,7 @@ void Registration::addLinked(const repository::Repository& repository, const Pro
         all.push_back(className);
         return std::any_of(all.begin(), all.end(), [&](const CIMName& name) {
             return find(nameSpace, name, ProviderType::Instance) != nullptr ||
-                   !repository.enumerateInstances(nameSpace, name).empty();
+                   repository.view().instances(nameSpace, name).size() != 0;
         });
     };
     for (const CIMNamespaceName& nameSpace : repository.nameSpaces()) {

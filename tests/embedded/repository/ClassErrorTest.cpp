@@ -107,7 +107,7 @@ const MofCase cases[] = {
      "2:7: class Base is declared already, in other words"},
     {"ClassBelowAnother", "class F : Base {};\nclass F : Other {};",
      "2:7: class F is declared already, in other words"},
-    {"ClassThatNoLongerOverrides", "class F : Base { uint8 Codes[]; };\nclass F : Base {};",
+    {"ClassThatNoLongerOverrides", "class F : Base { uint8 Four[4]; };\nclass F : Base {};",
      "2:7: class F is declared already, in other words"},
     {"ClassThatOverridesAnother",
      "class F : Base { uint8 Codes[]; };\nclass F : Base { uint8 Four[4]; };",
