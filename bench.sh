@@ -5,7 +5,7 @@ set -euo pipefail
 
 usage() {
   cat <<'TEXT'
-usage: bench.sh [--quick] [--against DIRECTORY] [--save] [--rounds N] [what ...]
+usage: bench.sh [--quick] [--against DIRECTORY] [--save] [--note TEXT] [--rounds N] [what ...]
   what                 module   each operation of the module against its floor
                        wire     rates and latencies over the wire
                        growth   the cost with more classes, instances, connections ...
@@ -15,6 +15,7 @@ usage: bench.sh [--quick] [--against DIRECTORY] [--save] [--rounds N] [what ...]
   --against DIRECTORY  measure that build directory of another version of this project, too: the
                        columns "before". The module's benchmark needs its sources where they were
   --save               make the tables and plots of docs/performance.md anew
+  --note TEXT          what the document shall say of this run, such as "on a busy machine"
   --rounds N           rounds of each measurement (default: 9, with --quick 3 or 1)
   --io-threads N       threads of the bare server (default: as many as cimhost has)
   --help               this text
@@ -45,8 +46,12 @@ passed=()
 while [ $# -gt 0 ]; do
   case $1 in
     --quick | --save) passed+=("$1") ;;
-    --against) against=$(build_directory "${2:?bench.sh: --against needs a directory}") && shift ;;
+    --against)
+      against=$(build_directory "${2:?bench.sh: --against needs a directory}") || exit 2
+      shift
+      ;;
     --rounds | --io-threads) passed+=("$1" "${2:?bench.sh: $1 needs a number}") && shift ;;
+    --note) passed+=("$1" "${2:?bench.sh: --note needs a text}") && shift ;;
     --help | -h) usage && exit 0 ;;
     module | wire | growth | memory) passed+=("$1") ;;
     *) echo "bench.sh: $1: no such option or benchmark" >&2 && usage >&2 && exit 2 ;;

@@ -35,6 +35,7 @@ def arguments():
     parser.add_argument("--rounds", type=int)
     parser.add_argument("--io-threads", type=int, default=IO_THREADS)
     parser.add_argument("--save", action="store_true")
+    parser.add_argument("--note", default="")
     chosen = parser.parse_args()
     for what in chosen.what:
         if what not in SECTIONS:
@@ -68,7 +69,7 @@ def facts(setup):
                 built[side] = commit(line.split("=", 1)[1])
     return {"built": built, "processors": os.cpu_count(), "processor": processor(),
             "system": f"{platform.system()} {platform.release()}", "quick": setup.quick,
-            "date": time.strftime("%Y-%m-%d"),
+            "date": time.strftime("%Y-%m-%d"), "note": setup.note,
             "load": round(os.getloadavg()[0], 1), "openpegasus": setup.openpegasus is not None}
 
 

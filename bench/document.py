@@ -50,9 +50,10 @@ def run_of(results, section):
     apart = (f" The middle half of the rounds lies within {tables.percent(statistics.median(spreads))} "
              f"of the median for half of the rows, {tables.percent(max(spreads))} for the worst."
              if spreads else "")
+    note = f" {facts['note']}." if facts.get("note") else ""
     return (f"- **{section}**: {facts['date']}, {facts['processors']} x {facts['processor']}, "
             f"{facts['system']}, load of the machine at the start {facts['load']}; rounds: "
-            f"{rounds}{', --quick' if facts['quick'] else ''}.{apart} Versions: {built}.")
+            f"{rounds}{', --quick' if facts['quick'] else ''}.{note}{apart} Versions: {built}.")
 
 
 def filled(text, results):
