@@ -73,27 +73,35 @@ def facts(setup):
             "load": round(os.getloadavg()[0], 1), "openpegasus": setup.openpegasus is not None}
 
 
-def main():
-    setup = arguments()
-    results = Results()
-    if not setup.openpegasus:
-        progress("no OpenPegasus server is found (PEGASUS_ROOT, PEGASUS_HOME): its side is left out")
+def measure(what, setup, results):
+    """An exit code; what was measured stays in the results."""
+    results.facts[what] = facts(setup)
     try:
-        for what in setup.what:
-            results.facts[what] = facts(setup)
-            SECTIONS[what].measure(setup, results)
-            print("\n\n".join(tables.tables(results, what)), end="\n\n", flush=True)
+        SECTIONS[what].measure(setup, results)
     except (WrongAnswer, NotStarted, measure_wire.LoadFailed, CannotIsolate, RuntimeError,
             OSError) as error:
         print(f"bench.sh: {what}: {error}", file=sys.stderr)
         return 1
     except KeyboardInterrupt:
-        print("bench.sh: interrupted; nothing is kept", file=sys.stderr)
+        print(f"bench.sh: interrupted in {what}", file=sys.stderr)
         return 130
-    place = setup.build / "results"
-    place.mkdir(exist_ok=True)
-    kept = place / "results.json"
-    results.write(kept)
+    return 0
+
+
+def main():
+    setup = arguments()
+    results = Results()
+    if not setup.openpegasus:
+        progress("no OpenPegasus server is found (PEGASUS_ROOT, PEGASUS_HOME): its side is left out")
+    kept = setup.build / "results" / "results.json"
+    kept.parent.mkdir(exist_ok=True)
+    for what in setup.what:
+        failed = measure(what, setup, results)
+        results.write(kept)
+        print("\n\n".join(tables.tables(results, what)), end="\n\n", flush=True)
+        if failed:
+            progress(f"what was measured until then is in {kept}; no more is saved")
+            return failed
     print(tables.aims(results))
     progress(f"the results are in {kept}")
     if setup.save:

@@ -5,11 +5,12 @@ import tempfile
 
 import mof
 from measure_wire import load
-from questions import ASSOCIATORS, INSTANCES, NAMES, ask, ask_on, connect
+from questions import ASSOCIATORS, INSTANCES, NAMES, SOURCE, ask_on, connect
 from results import progress
 from servers import Cimhost, OpenPegasus
 
 LOAD_CONNECTIONS = 32
+OPENPEGASUS_FILE = 1000  # instances in a file; its compiler refuses some 10,000
 SLOW = 4  # seconds; what takes longer to load is measured fewer times
 FEW = 3
 
@@ -21,7 +22,7 @@ class Sizes:
         self.classes = (0, 1000) if quick else (0, 100, 500, 2000, 8000, 10000)
         self.namespaces = (0, 10) if quick else (0, 10, 100)
         self.qualifiers = (1000, 2000) if quick else (12500, 25000, 50000)
-        self.depth = (10, 100) if quick else (10, 100, 1000)
+        self.depth = (100, 200) if quick else (100, 1000)
         self.instances = (1000, 4000) if quick else (1000, 10000, 100000)
         self.connections = (32, 400) if quick else (1, 8, 32, 128, 400)
         # It takes long to start, to load and to end.
@@ -47,8 +48,9 @@ class Growth:
     def _file(self, name, parts):
         return mof.write(self._place / name, parts)
 
-    def _rounds_of(self, what, sizes):
-        """(round, size, side, build), the sides in turn; slow ones not in every round."""
+    def _drive(self, what, sizes, visit):
+        """visit(size, side, build) for each size and side in each round, the sides in turn. It returns
+        the seconds of a load, if there is one; what is slow to load is not visited in every round."""
         slow = set()
         for turn in range(self._rounds):
             for size in sizes:
@@ -56,19 +58,9 @@ class Growth:
                     if (size, side) in slow and turn >= FEW:
                         continue
                     progress(f"growth: {what}, round {turn + 1} of {self._rounds}, {size}, {side}")
-                    taken = yield size, side, build
+                    taken = visit(size, side, build)
                     if taken is not None and taken > SLOW:
                         slow.add((size, side))
-
-    def _drive(self, what, sizes, visit):
-        """visit(size, side, build) returns the seconds of a load."""
-        turns = self._rounds_of(what, sizes)
-        taken = None
-        while True:
-            try:
-                taken = visit(*turns.send(taken))
-            except StopIteration:
-                return
 
     def _add(self, what, size, side, **measures):
         for measure, value in measures.items():
@@ -99,7 +91,7 @@ class Growth:
 
     def namespaces(self):
         def visit(size, side, build):
-            schema = mof.SOURCE / "schema" / "cim_schema.mof"
+            schema = SOURCE / "schema" / "cim_schema.mof"
             more = [(f"bench/n{n}", schema) for n in range(size)]
             with Cimhost(build, more) as server:
                 self._add("namespaces", size, side, load=self._load_time(server, side))
@@ -112,8 +104,7 @@ class Growth:
         files = {size: self._file(f"{what.replace(' ', '')}{size}", make(size)) for size in sizes}
 
         def visit(size, side, build):
-            with Cimhost(build, [("bench", mof.SOURCE / "schema" / "cim_schema.mof"),
-                                 ("bench", files[size])]) as server:
+            with Cimhost(build, [("interop", files[size])]) as server:
                 self._add(what, size, side, load=self._load_time(server, side))
                 return server.ready
         self._drive(what, sizes, visit)
@@ -141,7 +132,7 @@ class Growth:
         self._drive("instances", self._sizes.instances, visit)
 
     def _enumerate(self, server, size, side):
-        """Names first: they show what is left of the memory that instances need."""
+        """Both, each on a connection of its own."""
         for question, kind in ((NAMES, "names"), (INSTANCES, "instances")):
             question = question._replace(least=size)
             with connect(server.port) as connection:
@@ -161,10 +152,12 @@ class Growth:
     def openpegasus(self):
         """The same enumerations there, of as many instances as it loads in a reasonable time."""
         for size in self._sizes.openpegasus_instances:
-            progress(f"growth: instances, {size}, OpenPegasus")
-            file = self._file(f"instances{size}", mof.instances(size))
+            progress(f"growth: instances, {size}, OpenPegasus (loads them in minutes)")
+            parts = list(mof.instances(size))
             with OpenPegasus(self._setup.openpegasus, self._setup.build, self._place) as server:
-                server.must("cimmof", "cimmof", "-aE", "-aV", "-n", "interop", file)
+                for first in range(0, size, OPENPEGASUS_FILE):
+                    file = self._file("instances", parts[first:first + OPENPEGASUS_FILE])
+                    server.must("cimmof", "cimmof", "-aE", "-aV", "-n", "interop", file)
                 for _ in range(self._rounds):
                     self._enumerate(server, size, "OpenPegasus")
 

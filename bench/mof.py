@@ -1,6 +1,6 @@
 """MOF that is more of the same: what the growth is measured with."""
 
-from questions import SOURCE, vsan
+from questions import vsan
 
 
 def classes(count):

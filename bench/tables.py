@@ -2,7 +2,7 @@
 
 import statistics
 
-from questions import ASSOCIATORS, GET_MODULE, NAMES, QUESTIONS
+from questions import QUESTIONS
 
 SIDES = ("before", "now")
 LIBRARIES = ("OpenPegasus's library", "embedded library")
