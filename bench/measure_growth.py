@@ -127,7 +127,8 @@ class Growth:
                 self._add("instances", size, side, load=self._load_time(server, side),
                           memory=held - nothing)
                 self._enumerate(server, size, side)
-                self._add("instances", size, side, after=server.memory() - held)
+                self._add("instances", size, side, after=server.memory() - held,
+                          peak=server.memory("VmHWM") - held)
                 return server.ready
         self._drive("instances", self._sizes.instances, visit)
 

@@ -66,10 +66,10 @@ class Process:
         self._process.wait()
         self._directory.cleanup()
 
-    def memory(self):
-        """Resident memory in bytes."""
+    def memory(self, which="VmRSS"):
+        """Resident memory in bytes, or with VmHWM the most that it ever was."""
         for line in pathlib.Path(f"/proc/{self.pid}/status").read_text().splitlines():
-            if line.startswith("VmRSS:"):
+            if line.startswith(which + ":"):
                 return int(line.split()[1]) * 1024
         raise NotStarted(f"process {self.pid} has ended")
 

@@ -198,9 +198,10 @@ def growth(results):
     what = "instances"
     yield growth_table(results, "Instances: memory and load", what,
                        ["memory of each", "load of each", "load of each in %",
-                        "memory left by the enumerations"],
+                        "memory left by the enumerations", "at most meanwhile"],
                        [each(what, "memory", size), each(what, "load", seconds),
-                        relative_each(what, "load"), whole(what, "after", size)])
+                        relative_each(what, "load"), whole(what, "after", size),
+                        whole(what, "peak", size)])
     for kind in ("names", "instances"):
         rows = growth_rows(results, what, [
             whole(what, f"{kind} first byte", seconds), whole(what, f"{kind} whole", seconds),
@@ -283,11 +284,8 @@ def of_today(measure):
 
 
 def names_against_openpegasus(results, side):
-    ats = [at for at in results.ats("growth", "instances") if at <= 10000 and results.values(
-        "growth", "instances", at, "OpenPegasus", "names whole")]
-    return results.ratio(("growth", "instances", ats[-1], side, "names whole"),
-                         ("growth", "instances", ats[-1], "OpenPegasus", "names whole")) if (
-        ats) else None
+    at = ("growth", "instances", 10000)
+    return results.ratio((*at, side, "names whole"), (*at, "OpenPegasus", "names whole"))
 
 
 AIMS = (
