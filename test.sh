@@ -50,7 +50,7 @@ scripts/setup.sh test
 python_clients
 
 say "scripts and sources"
-shellcheck run.sh test.sh scripts/*.sh tests/packages/*.sh
+shellcheck run.sh test.sh bench.sh scripts/*.sh tests/packages/*.sh
 scripts/check_format.sh
 scripts/check_includes.py
 mandoc -T lint -W warning docs/man/*.[0-9]

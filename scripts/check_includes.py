@@ -31,6 +31,9 @@ LIBRARIES = {
 # The tool that registers the module stands alone: it knows the server by its commands.
 REGISTER_LIBRARIES = ["CLI/", "nlohmann/"]
 
+# The benchmarks stand outside: they know what a provider's author and a client know.
+BENCH_LIBRARIES = ["benchmark/", "boost/"]
+
 # Headers that a room's build makes.
 GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
 
@@ -72,6 +75,14 @@ def register_allows(quoted, name):
     return is_system(name) or name.startswith(tuple(REGISTER_LIBRARIES))
 
 
+def bench_allows(quoted, name):
+    if quoted:
+        return "/" not in name
+    return bool(PUBLIC.match(name) or SYSTEM.match(name)) or any(
+        name.startswith(library) for library in BENCH_LIBRARIES
+    )
+
+
 def main():
     listed = subprocess.run(
         ["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True, capture_output=True
@@ -90,6 +101,8 @@ def main():
             allows = functools.partial(module_allows, SERVER_OBJECTS_ROOMS)
         elif room == "register":
             allows = register_allows
+        elif room == "bench":
+            allows = bench_allows
         else:
             continue
         files += 1

@@ -1,19 +1,21 @@
 #!/bin/sh
 # Installs from Debian's packages what is missing to build and run the project, or, with "package",
-# to pack it, or, with "test", to check it too. Says what it installs and asks nothing; with nothing
-# missing it does nothing.
+# to pack it, with "bench", to measure it, or, with "test", to check it too. Says what it installs and
+# asks nothing; with nothing missing it does nothing.
 set -eu
 
-usage="usage: setup.sh run|package|test"
+usage="usage: setup.sh run|package|bench|test"
 run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libpugixml-dev libutfcpp-dev libcli11-dev
   nlohmann-json3-dev libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
 package_packages="dpkg-dev file rpm"
-test_packages="$package_packages lintian rpmlint mandoc man-db iproute2 openssl
+bench_packages="libbenchmark-dev wrk"
+test_packages="$package_packages $bench_packages lintian rpmlint mandoc man-db iproute2 openssl
   git clang clang-format clang-tidy libclang-rt-14-dev shellcheck python3-venv"
 
 case "${1-}" in
   run) wanted=$run_packages ;;
   package) wanted="$run_packages $package_packages" ;;
+  bench) wanted="$run_packages $bench_packages" ;;
   test) wanted="$run_packages $test_packages" ;;
   --help | -h) echo "$usage" && exit 0 ;;
   *) echo "$usage" >&2 && exit 2 ;;
