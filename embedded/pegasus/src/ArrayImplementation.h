@@ -9,52 +9,41 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
-#include <functional>
-#include <iterator>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace Pegasus {
 namespace arrays {
 
-/// Elements beyond `size` are default-constructed: they hold no resources. Not a std::vector,
-/// because one of bool has no elements to point at.
+/// The elements stand behind the header, in the same allocation.
 template <class T>
 struct Rep : Shared {
     Uint32 size = 0;
-    Uint32 capacity = 0;
-    std::unique_ptr<T[]> items;
+    const Uint32 capacity;
 
-    Rep() = default;
-    Rep(const Rep& x)
-        : Shared(x), size(x.size), capacity(x.size), items(std::make_unique<T[]>(x.size)) {
-        std::copy_n(x.items.get(), size, items.get());
+    /// Without elements yet. `delete` ends it.
+    static std::unique_ptr<Rep> make(Uint32 capacity) {
+        void* const memory = ::operator new (offset() + std::size_t{capacity} * sizeof(T));
+        return std::unique_ptr<Rep>(::new (memory) Rep(capacity));
     }
+    static void operator delete(void* memory) { ::operator delete(memory); }
+    Rep(const Rep&) = delete;
+    ~Rep() { std::destroy_n(items(), size); }
 
-    void reserve(Uint32 wanted) {
-        if (wanted <= capacity)
-            return;
-        const Uint32 roomy = std::max(wanted, capacity + capacity / 2);
-        std::unique_ptr<T[]> larger = std::make_unique<T[]>(roomy);
-        std::move(items.get(), items.get() + size, larger.get());
-        items = std::move(larger);
-        capacity = roomy;
-    }
+    T* items() { return reinterpret_cast<T*>(reinterpret_cast<char*>(this) + offset()); }
 
-    /// Moves the elements from `index` on up by `n` and returns the first of the gap.
-    T* openGap(Uint32 index, Uint32 n) {
-        reserve(size + n);
-        T* gap = items.get() + index;
-        std::move_backward(gap, items.get() + size, items.get() + size + n);
+    /// Adds copies of the `n` elements from `from` on. REQUIRES: there is room.
+    void append(const T* from, Uint32 n) {
+        std::uninitialized_copy_n(from, n, items() + size);
         size += n;
-        return gap;
     }
 
-    void closeGap(Uint32 index, Uint32 n) {
-        T* const end = items.get() + size;
-        std::move(items.get() + index + n, end, items.get() + index);
-        std::fill(end - n, end, T());
-        size -= n;
+  private:
+    explicit Rep(Uint32 room) : capacity(room) {}
+
+    static constexpr std::size_t offset() {
+        return (sizeof(Rep) + alignof(T) - 1) / alignof(T) * alignof(T);
     }
 };
 
@@ -63,13 +52,37 @@ Rep<T>* rep(void* pointer) noexcept {
     return static_cast<Rep<T>*>(pointer);
 }
 
-/// As detach() for the untyped pointer that the header holds.
+/// Whether nobody else sees the elements, and there is room for `size`.
 template <class T>
-Rep<T>& detached(void*& pointer) {
-    Rep<T>* typed = rep<T>(pointer);
-    Rep<T>& own = detach(typed);
-    pointer = typed;
-    return own;
+bool isOwn(void* pointer, Uint32 size) {
+    return pointer && rep<T>(pointer)->hasOneOwner() && size <= rep<T>(pointer)->capacity;
+}
+
+/// Half as much again as there is, or more if that is wanted.
+template <class T>
+Uint32 roomy(void* pointer, Uint32 wanted) {
+    const Uint32 size = pointer ? rep<T>(pointer)->size : 0;
+    return std::max(wanted, size + size / 2);
+}
+
+/// Lets `pointer` be `other`.
+template <class T>
+void reset(void*& pointer, std::unique_ptr<Rep<T>> other) {
+    release(rep<T>(pointer));
+    pointer = other.release();
+}
+
+/// The elements, which nobody else sees, with room for at least `capacity`.
+template <class T>
+Rep<T>& own(void*& pointer, Uint32 capacity) {
+    if (!isOwn<T>(pointer, capacity)) {
+        const Uint32 size = pointer ? rep<T>(pointer)->size : 0;
+        std::unique_ptr<Rep<T>> copy = Rep<T>::make(std::max(capacity, size));
+        if (pointer)
+            copy->append(rep<T>(pointer)->items(), size);
+        reset(pointer, std::move(copy));
+    }
+    return *rep<T>(pointer);
 }
 
 } // namespace arrays
@@ -114,15 +127,20 @@ void Array<T>::clear() {
 
 template <class T>
 void Array<T>::reserveCapacity(Uint32 capacity) {
-    arrays::detached<T>(_rep).reserve(capacity);
+    arrays::own<T>(_rep, capacity);
 }
 
 template <class T>
 void Array<T>::grow(Uint32 size, const T& x) {
+    if (size == 0)
+        return;
     // A copy, since `x` may be an element of this array.
     const T value = x; // NOLINT(performance-unnecessary-copy-initialization)
-    T* gap = arrays::detached<T>(_rep).openGap(this->size(), size);
-    std::fill_n(gap, size, value);
+    const Uint32 wanted = this->size() + size;
+    const bool hasRoom = arrays::isOwn<T>(_rep, wanted);
+    arrays::Rep<T>& mine = arrays::own<T>(_rep, hasRoom ? wanted : arrays::roomy<T>(_rep, wanted));
+    std::uninitialized_fill_n(mine.items() + mine.size, size, value);
+    mine.size += size;
 }
 
 template <class T>
@@ -142,21 +160,21 @@ Uint32 Array<T>::getCapacity() const {
 
 template <class T>
 const T* Array<T>::getData() const {
-    return _rep ? arrays::rep<T>(_rep)->items.get() : nullptr;
+    return _rep ? arrays::rep<T>(_rep)->items() : nullptr;
 }
 
 template <class T>
 T& Array<T>::operator[](Uint32 index) {
     if (index >= size())
         throw IndexOutOfBoundsException();
-    return arrays::detached<T>(_rep).items[index];
+    return arrays::own<T>(_rep, 0).items()[index];
 }
 
 template <class T>
 const T& Array<T>::operator[](Uint32 index) const {
     if (index >= size())
         throw IndexOutOfBoundsException();
-    return arrays::rep<T>(_rep)->items[index];
+    return arrays::rep<T>(_rep)->items()[index];
 }
 
 template <class T>
@@ -195,13 +213,19 @@ void Array<T>::insert(Uint32 index, const T* x, Uint32 size) {
         throw IndexOutOfBoundsException();
     if (size == 0)
         return;
-    // Elements of this array may be inserted into it: then the old elements are kept while they
-    // are copied.
-    const T* const begin = getData();
-    const bool ownElements =
-        std::less_equal<>()(begin, x) && std::less<>()(x, begin + this->size());
-    const Array<T> kept = ownElements ? *this : Array<T>();
-    std::copy_n(x, size, arrays::detached<T>(_rep).openGap(index, size));
+    const Uint32 oldSize = this->size();
+    if (index == oldSize && arrays::isOwn<T>(_rep, oldSize + size)) {
+        arrays::rep<T>(_rep)->append(x, size);
+        return;
+    }
+    // The old elements stay until all is copied: `x` may be some of them.
+    std::unique_ptr<arrays::Rep<T>> larger =
+        arrays::Rep<T>::make(arrays::roomy<T>(_rep, oldSize + size));
+    larger->append(getData(), index);
+    larger->append(x, size);
+    if (index < oldSize)
+        larger->append(getData() + index, oldSize - index);
+    arrays::reset<T>(_rep, std::move(larger));
 }
 
 template <class T>
@@ -215,7 +239,11 @@ void Array<T>::remove(Uint32 index, Uint32 size) {
         return;
     if (index >= this->size() || size > this->size() - index)
         throw IndexOutOfBoundsException();
-    arrays::detached<T>(_rep).closeGap(index, size);
+    arrays::Rep<T>& mine = arrays::own<T>(_rep, 0);
+    T* const end = mine.items() + mine.size;
+    std::move(mine.items() + index + size, end, mine.items() + index);
+    std::destroy(end - size, end);
+    mine.size -= size;
 }
 
 } // namespace Pegasus

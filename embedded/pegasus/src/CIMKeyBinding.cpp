@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <limits>
+#include <mutex>
 #include <string>
 
 namespace Pegasus {
@@ -48,21 +49,88 @@ Real64 realOf(const String& text) {
 
 } // namespace
 
-CIMKeyBinding::CIMKeyBinding() : _rep(new CIMKeyBindingRep) {
+CIMKeyBindingRep::CIMKeyBindingRep(const CIMKeyBindingRep& x)
+    : Shared(x), name(x.name), type(x.type), _hasValue(x._hasValue.load(std::memory_order_acquire)),
+      _path(share(x._path.load(std::memory_order_acquire))) {
+    if (_hasValue)
+        _value = x._value;
+}
+
+CIMKeyBindingRep::~CIMKeyBindingRep() {
+    release(_path.load(std::memory_order_acquire));
+}
+
+const CIMKeyBindingRep& CIMKeyBindingRep::of(const CIMKeyBinding& binding) {
+    static const CIMKeyBindingRep none;
+    return binding._rep ? *binding._rep : none;
+}
+
+CIMKeyBinding CIMKeyBindingRep::keeping(const CIMName& name, const CIMObjectPath& path) {
+    CIMKeyBinding binding;
+    CIMKeyBindingRep& rep = detach(binding._rep);
+    rep.name = name;
+    rep.type = CIMKeyBinding::REFERENCE;
+    rep._hasValue = false;
+    rep.keep(path);
+    return binding;
+}
+
+const String& CIMKeyBindingRep::value() const {
+    if (!_hasValue.load(std::memory_order_acquire)) {
+        // Made before the lock, because nested references take it, too.
+        const String text = path().toString();
+        static std::mutex mutex;
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (!_hasValue.load(std::memory_order_relaxed)) {
+            _value = text;
+            _hasValue.store(true, std::memory_order_release);
+        }
+    }
+    return _value;
+}
+
+void CIMKeyBindingRep::setValue(const String& value) {
+    _value = value;
+    _hasValue.store(true, std::memory_order_release);
+    release(_path.exchange(nullptr, std::memory_order_acq_rel));
+}
+
+void CIMKeyBindingRep::keep(const CIMObjectPath& path) const {
+    CIMObjectPathRep* const mine = CIMObjectPathRep::shared(path);
+    CIMObjectPathRep* kept = nullptr;
+    if (!_path.compare_exchange_strong(kept, mine, std::memory_order_acq_rel))
+        release(mine);
+}
+
+CIMObjectPath CIMKeyBindingRep::path() const {
+    CIMObjectPathRep* const kept = _path.load(std::memory_order_acquire);
+    return kept ? CIMObjectPathRep::pathOf(kept) : CIMObjectPath(_value);
+}
+
+CIMKeyBinding::CIMKeyBinding() : _rep(nullptr) {
 }
 
 CIMKeyBinding::CIMKeyBinding(const CIMKeyBinding& x) : _rep(share(x._rep)) {
 }
 
 CIMKeyBinding::CIMKeyBinding(const CIMName& name, const String& value, Type type)
-    : CIMKeyBinding() {
+    : _rep(new CIMKeyBindingRep) {
     _rep->name = name;
-    _rep->value = value;
+    _rep->setValue(value);
     _rep->type = type;
 }
 
-CIMKeyBinding::CIMKeyBinding(const CIMName& name, const CIMValue& value)
-    : CIMKeyBinding(name, value.toString(), typeFor(value)) {
+CIMKeyBinding::CIMKeyBinding(const CIMName& name, const CIMValue& value) : CIMKeyBinding() {
+    const Type type = typeFor(value);
+    if (type == REFERENCE && !value.isNull()) {
+        CIMObjectPath path;
+        value.get(path);
+        if (CIMObjectPathRep::of(path).readsBack()) {
+            *this = CIMKeyBindingRep::keeping(name, path);
+            return;
+        }
+    }
+    *this = CIMKeyBinding(name, value.toString(), type);
 }
 
 CIMKeyBinding::~CIMKeyBinding() {
@@ -75,23 +143,30 @@ CIMKeyBinding& CIMKeyBinding::operator=(const CIMKeyBinding& x) {
 }
 
 const CIMName& CIMKeyBinding::getName() const {
-    return _rep->name;
+    return CIMKeyBindingRep::of(*this).name;
 }
 
+// The setters copy first what they are given: it may be a part of this key.
+// NOLINTBEGIN(performance-unnecessary-copy-initialization)
+
 void CIMKeyBinding::setName(const CIMName& name) {
-    detach(_rep).name = name;
+    const CIMName given = name;
+    detach(_rep).name = given;
 }
 
 const String& CIMKeyBinding::getValue() const {
-    return _rep->value;
+    return CIMKeyBindingRep::of(*this).value();
 }
 
 void CIMKeyBinding::setValue(const String& value) {
-    detach(_rep).value = value;
+    const String given = value;
+    detach(_rep).setValue(given);
 }
 
+// NOLINTEND(performance-unnecessary-copy-initialization)
+
 CIMKeyBinding::Type CIMKeyBinding::getType() const {
-    return _rep->type;
+    return CIMKeyBindingRep::of(*this).type;
 }
 
 void CIMKeyBinding::setType(Type type) {
@@ -116,6 +191,10 @@ Boolean CIMKeyBinding::equal(CIMValue value) {
 Boolean operator==(const CIMKeyBinding& x, const CIMKeyBinding& y) {
     if (x.getType() != y.getType() || x.getName() != y.getName())
         return false;
+    const CIMKeyBindingRep& xRep = CIMKeyBindingRep::of(x);
+    const CIMKeyBindingRep& yRep = CIMKeyBindingRep::of(y);
+    if (x.getType() == CIMKeyBinding::REFERENCE && xRep.keepsPath() && yRep.keepsPath())
+        return xRep.path() == yRep.path();
     if (x.getValue() == y.getValue())
         return true;
     switch (x.getType()) {
@@ -125,7 +204,7 @@ Boolean operator==(const CIMKeyBinding& x, const CIMKeyBinding& y) {
         return numbers::canonical(x.getValue()) == numbers::canonical(y.getValue());
     case CIMKeyBinding::REFERENCE:
         try {
-            return CIMObjectPath(x.getValue()) == CIMObjectPath(y.getValue());
+            return xRep.path() == yRep.path();
         } catch (const Exception&) {
             // A key binding that is not part of a path may hold any text.
             return false;

@@ -1,6 +1,8 @@
-#include "text/Ascii.h"
+#include "StringRep.h"
 
 #include <Pegasus/Common/CIMName.h>
+
+#include <algorithm>
 
 namespace Pegasus {
 
@@ -12,14 +14,27 @@ bool mayBeginName(Uint16 unit) {
     return embedded::text::isLetter(unit) || unit == '_' || (unit >= 0x0080 && unit <= 0xFFEF);
 }
 
-bool isName(const Char16* units, Uint32 size) {
-    if (size == 0 || !mayBeginName(units[0]))
-        return false;
-    for (Uint32 i = 1; i < size; ++i) {
-        if (!mayBeginName(units[i]) && !embedded::text::isDigit(units[i]))
+template <class Unit>
+bool isName(const Unit* begin, const Unit* end) {
+    return begin != end && !embedded::text::isDigit(unitOf(*begin)) &&
+           std::all_of(begin, end, [](Unit unit) {
+               return mayBeginName(unitOf(unit)) || embedded::text::isDigit(unitOf(unit));
+           });
+}
+
+template <class Unit>
+bool isNamespaceName(const Unit* at, const Unit* end) {
+    if (at != end && unitOf(*at) == '/')
+        ++at;
+    while (true) {
+        const Unit* const slash =
+            std::find_if(at, end, [](Unit unit) { return unitOf(unit) == '/'; });
+        if (!isName(at, slash))
             return false;
+        if (slash == end)
+            return true;
+        at = slash + 1;
     }
-    return true;
 }
 
 const String& legalName(const String& name) {
@@ -76,7 +91,8 @@ Boolean CIMName::equal(const char* name) const {
 }
 
 Boolean CIMName::legal(const String& name) {
-    return isName(name.getChar16Data(), name.size());
+    return StringRep::visit(
+        name, [](const auto* units, Uint32 size) { return isName(units, units + size); });
 }
 
 Boolean operator==(const CIMName& name1, const CIMName& name2) {
@@ -127,18 +143,8 @@ Boolean CIMNamespaceName::equal(const char* name) const {
 }
 
 Boolean CIMNamespaceName::legal(const String& name) {
-    const Char16* const units = name.getChar16Data();
-    const Char16* const end = units + name.size();
-    const Char16* element = units != end && *units == '/' ? units + 1 : units;
-    for (const Char16* at = element;; ++at) {
-        if (at != end && *at != '/')
-            continue;
-        if (!isName(element, static_cast<Uint32>(at - element)))
-            return false;
-        if (at == end)
-            return true;
-        element = at + 1;
-    }
+    return StringRep::visit(
+        name, [](const auto* units, Uint32 size) { return isNamespaceName(units, units + size); });
 }
 
 Boolean operator==(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {

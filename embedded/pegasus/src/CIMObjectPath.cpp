@@ -2,12 +2,13 @@
 #include "Numbers.h"
 #include "ObjectPathParser.h"
 #include "ObjectPathReps.h"
+#include "StringRep.h"
 #include "text/Ascii.h"
 
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
-#include <memory>
+#include <utility>
 #include <vector>
 
 namespace Pegasus {
@@ -21,19 +22,21 @@ bool comesBefore(const CIMKeyBinding& x, const CIMKeyBinding& y) {
 /// Sorts the elements where they are, although others share them: whoever gave the array sees it
 /// sorted, as providers know it. Elements that are sorted already are only read.
 void normalize(const Array<CIMKeyBinding>& keyBindings) {
-    // All references are read before anything is changed, so that one that cannot be read leaves
-    // the array as it was.
-    std::vector<String> references(keyBindings.size());
-    for (Uint32 i = 0; i < keyBindings.size(); ++i) {
-        if (keyBindings[i].getType() == CIMKeyBinding::REFERENCE)
-            references[i] = CIMObjectPath(keyBindings[i].getValue()).toString();
-    }
     auto* const begin = const_cast<CIMKeyBinding*>(keyBindings.getData());
     CIMKeyBinding* const end = begin + keyBindings.size();
-    for (Uint32 i = 0; i < keyBindings.size(); ++i) {
-        const bool isReference = begin[i].getType() == CIMKeyBinding::REFERENCE;
-        if (isReference && begin[i].getValue() != references[i])
-            begin[i].setValue(references[i]);
+    // All references are read before anything is changed, so that one that cannot be read leaves
+    // the array as it was.
+    std::vector<std::pair<CIMKeyBinding*, CIMObjectPath>> read;
+    for (CIMKeyBinding* key = begin; key != end; ++key) {
+        const CIMKeyBindingRep& rep = CIMKeyBindingRep::of(*key);
+        if (rep.type == CIMKeyBinding::REFERENCE && !rep.keepsPath())
+            read.emplace_back(key, rep.path());
+    }
+    for (const auto& [key, path] : read) {
+        const String text = path.toString();
+        if (key->getValue() != text)
+            key->setValue(text);
+        CIMKeyBindingRep::of(*key).keep(path);
     }
     if (!std::is_sorted(begin, end, comesBefore))
         std::stable_sort(begin, end, comesBefore);
@@ -48,13 +51,17 @@ const String& checkedHost(const String& host) {
 void appendQuoted(String& text, const String& value) {
     const Char16 backslash('\\');
     const Char16 quote('"');
-    const Char16* const units = value.getChar16Data();
     text.append(quote);
-    for (Uint32 i = 0; i < value.size(); ++i) {
-        if (units[i] == backslash || units[i] == quote)
-            text.append(backslash);
-        text.append(units[i]);
-    }
+    StringRep::visit(value, [&](const auto* units, Uint32 size) {
+        Uint32 run = 0; // what is taken over as it is
+        for (Uint32 i = 0; i < size; ++i) {
+            if (unitOf(units[i]) != '\\' && unitOf(units[i]) != '"')
+                continue;
+            text.append(units + run, i - run).append(backslash);
+            run = i;
+        }
+        text.append(units + run, size - run);
+    });
     text.append(quote);
 }
 
@@ -66,9 +73,10 @@ Uint16 asIs(Uint16 unit) {
 class Hash {
   public:
     void add(const String& text, Uint16 (*fold)(Uint16)) {
-        const Char16* const units = text.getChar16Data();
-        for (Uint32 i = 0; i < text.size(); ++i)
-            add(fold(units[i]));
+        StringRep::visit(text, [&](const auto* units, Uint32 size) {
+            for (Uint32 i = 0; i < size; ++i)
+                add(fold(unitOf(units[i])));
+        });
         add(separator);
     }
 
@@ -83,22 +91,62 @@ class Hash {
 
 /// Adds the same for values that operator== holds for equal.
 void addValue(Hash& hash, const CIMKeyBinding& keyBinding) {
-    const String& value = keyBinding.getValue();
     switch (keyBinding.getType()) {
     case CIMKeyBinding::BOOLEAN:
-        return hash.add(value, embedded::text::lower);
+        return hash.add(keyBinding.getValue(), embedded::text::lower);
     case CIMKeyBinding::STRING:
-        return hash.add(value, asIs);
+        return hash.add(keyBinding.getValue(), asIs);
     case CIMKeyBinding::NUMERIC:
-        return hash.add(numbers::canonical(value), asIs);
+        return hash.add(numbers::canonical(keyBinding.getValue()), asIs);
     case CIMKeyBinding::REFERENCE:
-        return hash.add(CIMObjectPath(value).makeHashCode());
+        return hash.add(CIMKeyBindingRep::of(keyBinding).path().makeHashCode());
     }
 }
 
 } // namespace
 
-CIMObjectPath::CIMObjectPath() : _rep(new CIMObjectPathRep) {
+const CIMObjectPathRep& CIMObjectPathRep::of(const CIMObjectPath& path) {
+    static const CIMObjectPathRep empty;
+    return path._rep ? *path._rep : empty;
+}
+
+CIMObjectPath CIMObjectPathRep::pathOf(CIMObjectPathRep* rep) {
+    CIMObjectPath path;
+    path._rep = share(rep);
+    return path;
+}
+
+CIMObjectPathRep* CIMObjectPathRep::shared(const CIMObjectPath& path) {
+    return share(path._rep);
+}
+
+bool CIMObjectPathRep::readsBack() const {
+    const auto keyReadsBack = [](const CIMKeyBinding& key) {
+        const CIMKeyBindingRep& rep = CIMKeyBindingRep::of(key);
+        if (rep.name.isNull())
+            return false;
+        Uint64 number = 0;
+        Sint64 negative = 0;
+        switch (rep.type) {
+        case CIMKeyBinding::BOOLEAN:
+            return rep.value() == "TRUE" || rep.value() == "FALSE";
+        case CIMKeyBinding::NUMERIC:
+            return rep.value()[0] == '-' ? numbers::parse(rep.value(), negative)
+                                         : numbers::parse(rep.value(), number);
+        case CIMKeyBinding::REFERENCE:
+            return rep.keepsPath() && of(rep.path()).keyBindings.size() != 0;
+        case CIMKeyBinding::STRING:
+            break;
+        }
+        // Where there is an equal sign, it may be a path.
+        return rep.value().find(Char16('=')) == PEG_NOT_FOUND;
+    };
+    return !className.isNull() && (host.size() == 0 || !nameSpace.isNull()) &&
+           std::all_of(keyBindings.getData(), keyBindings.getData() + keyBindings.size(),
+                       keyReadsBack);
+}
+
+CIMObjectPath::CIMObjectPath() : _rep(nullptr) {
 }
 
 CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) : _rep(share(x._rep)) {
@@ -135,23 +183,25 @@ void CIMObjectPath::clear() {
 void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
                         const CIMName& className, const Array<CIMKeyBinding>& keyBindings) {
     CIMObjectPath path;
-    path._rep->host = checkedHost(host);
-    path._rep->nameSpace = nameSpace;
-    path._rep->className = className;
-    path.setKeyBindings(keyBindings);
+    CIMObjectPathRep& rep = detach(path._rep);
+    rep.host = checkedHost(host);
+    rep.nameSpace = nameSpace;
+    rep.className = className;
+    normalize(keyBindings);
+    rep.keyBindings = keyBindings;
     *this = path;
 }
 
 void CIMObjectPath::set(const String& objectName) {
     CIMObjectPath path;
-    CIMObjectPathRep& rep = *path._rep;
+    CIMObjectPathRep& rep = detach(path._rep);
     parseObjectPath(objectName, rep.host, rep.nameSpace, rep.className, rep.keyBindings);
     normalize(rep.keyBindings);
     *this = path;
 }
 
 const String& CIMObjectPath::getHost() const {
-    return _rep->host;
+    return CIMObjectPathRep::of(*this).host;
 }
 
 void CIMObjectPath::setHost(const String& host) {
@@ -160,7 +210,7 @@ void CIMObjectPath::setHost(const String& host) {
 }
 
 const CIMNamespaceName& CIMObjectPath::getNameSpace() const {
-    return _rep->nameSpace;
+    return CIMObjectPathRep::of(*this).nameSpace;
 }
 
 // The setters copy first what they are given: it may be a part of this path.
@@ -172,7 +222,7 @@ void CIMObjectPath::setNameSpace(const CIMNamespaceName& nameSpace) {
 }
 
 const CIMName& CIMObjectPath::getClassName() const {
-    return _rep->className;
+    return CIMObjectPathRep::of(*this).className;
 }
 
 void CIMObjectPath::setClassName(const CIMName& className) {
@@ -181,7 +231,7 @@ void CIMObjectPath::setClassName(const CIMName& className) {
 }
 
 const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const {
-    return _rep->keyBindings;
+    return CIMObjectPathRep::of(*this).keyBindings;
 }
 
 void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
@@ -193,13 +243,14 @@ void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
 // NOLINTEND(performance-unnecessary-copy-initialization)
 
 String CIMObjectPath::toString() const {
+    const CIMObjectPathRep& rep = CIMObjectPathRep::of(*this);
     String text;
-    if (_rep->host.size() != 0)
-        text = "//" + _rep->host + "/";
-    if (text.size() != 0 || !_rep->nameSpace.isNull())
-        text.append(_rep->nameSpace.getString()).append(Char16(':'));
-    text.append(_rep->className.getString());
-    const Array<CIMKeyBinding>& keys = _rep->keyBindings;
+    if (rep.host.size() != 0)
+        text.append("//").append(rep.host).append(Char16('/'));
+    if (text.size() != 0 || !rep.nameSpace.isNull())
+        text.append(rep.nameSpace.getString()).append(Char16(':'));
+    text.append(rep.className.getString());
+    const Array<CIMKeyBinding>& keys = rep.keyBindings;
     for (Uint32 i = 0; i < keys.size(); ++i) {
         text.append(Char16(i == 0 ? '.' : ','));
         text.append(keys[i].getName().getString()).append(Char16('='));
@@ -215,20 +266,23 @@ String CIMObjectPath::toString() const {
 Boolean CIMObjectPath::identical(const CIMObjectPath& x) const {
     if (_rep == x._rep)
         return true;
-    const Array<CIMKeyBinding>& mine = _rep->keyBindings;
-    const Array<CIMKeyBinding>& others = x._rep->keyBindings;
-    if (mine.size() != others.size() || _rep->className != x._rep->className ||
-        _rep->nameSpace != x._rep->nameSpace || !String::equalNoCase(_rep->host, x._rep->host))
+    const CIMObjectPathRep& rep = CIMObjectPathRep::of(*this);
+    const CIMObjectPathRep& other = CIMObjectPathRep::of(x);
+    const Array<CIMKeyBinding>& mine = rep.keyBindings;
+    const Array<CIMKeyBinding>& others = other.keyBindings;
+    if (mine.size() != others.size() || rep.className != other.className ||
+        rep.nameSpace != other.nameSpace || !String::equalNoCase(rep.host, other.host))
         return false;
     return std::equal(mine.getData(), mine.getData() + mine.size(), others.getData());
 }
 
 Uint32 CIMObjectPath::makeHashCode() const {
+    const CIMObjectPathRep& rep = CIMObjectPathRep::of(*this);
     Hash hash;
-    hash.add(_rep->host, embedded::text::lower);
-    hash.add(_rep->nameSpace.getString(), embedded::text::lower);
-    hash.add(_rep->className.getString(), embedded::text::lower);
-    const Array<CIMKeyBinding>& keys = _rep->keyBindings;
+    hash.add(rep.host, embedded::text::lower);
+    hash.add(rep.nameSpace.getString(), embedded::text::lower);
+    hash.add(rep.className.getString(), embedded::text::lower);
+    const Array<CIMKeyBinding>& keys = rep.keyBindings;
     for (Uint32 i = 0; i < keys.size(); ++i) {
         hash.add(keys[i].getName().getString(), embedded::text::lower);
         hash.add(static_cast<Uint32>(keys[i].getType()));

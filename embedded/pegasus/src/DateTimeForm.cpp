@@ -33,18 +33,18 @@ Uint64 microsecondsOfDay(const Fields& fields) {
 class Reader {
   public:
     explicit Reader(const String& text) {
-        const Char16* const units = text.getChar16Data();
-        require(text.size() == 25 && units[14] == '.');
-        const Uint16 sign = units[21];
+        require(text.size() == 25 && text[14] == '.');
+        const Uint16 sign = text[21];
         require(sign == '+' || sign == '-' || sign == ':');
         isInterval = sign == ':';
         for (Uint32 i = 0; i < 21; ++i) {
             if (i != 14)
-                _digits += readDigit(units[i]);
+                _digits += readDigit(text[i]);
         }
         for (Uint32 i = 22; i < 25; ++i) {
-            require(embedded::text::isDigit(units[i]));
-            utcOffset = utcOffset * 10 + (units[i] - '0');
+            const Uint16 digit = text[i];
+            require(embedded::text::isDigit(digit));
+            utcOffset = utcOffset * 10 + (digit - '0');
         }
         require(!isInterval || utcOffset == 0);
         if (sign == '-')

@@ -2,10 +2,14 @@
 #pragma once
 
 #include "RepAccess.h"
+#include "hosting/Text.h"
 
 #include <Pegasus/Common/CIMName.h>
 
 #include <atomic>
+#include <memory>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Pegasus {
@@ -65,9 +69,15 @@ class NamedElements {
         if (find(name) != PEG_NOT_FOUND)
             throw AlreadyExistsException(String(kind) + " \"" + name.getString() + "\"");
         insert(element);
+        if (count() > indexedFrom)
+            addToIndex();
     }
 
     Uint32 find(const CIMName& name) const {
+        if (_index) {
+            const auto found = _index->find(hosting::folded(name));
+            return found == _index->end() ? PEG_NOT_FOUND : found->second;
+        }
         for (Uint32 index = 0; index < count(); ++index) {
             if (repOf(_elements[index]).name().equal(name))
                 return index;
@@ -84,12 +94,14 @@ class NamedElements {
     void remove(Uint32 index) {
         repOf(at(index)).leaveContainer();
         _elements.erase(_elements.begin() + index);
+        _index.reset();
     }
 
     void clear() {
         for (const Handle& element : _elements)
             repOf(element).leaveContainer();
         _elements.clear();
+        _index.reset();
     }
 
     Uint32 count() const { return static_cast<Uint32>(_elements.size()); }
@@ -113,7 +125,21 @@ class NamedElements {
         repOf(element).enterContainer();
     }
 
+    /// Completes the index after an element was added, or makes it.
+    void addToIndex() {
+        if (!_index)
+            _index = std::make_unique<Index>();
+        for (auto next = static_cast<Uint32>(_index->size()); next < count(); ++next)
+            _index->emplace(hosting::folded(repOf(_elements[next]).name()), next);
+    }
+
+    /// From the name in lower case to the place.
+    using Index = std::unordered_map<std::string, Uint32>;
+    /// Fewer are found faster by looking at each.
+    static constexpr Uint32 indexedFrom = 32;
+
     std::vector<Handle> _elements;
+    std::unique_ptr<Index> _index; ///< of all elements; null until it pays
 };
 
 } // namespace Pegasus

@@ -1,5 +1,6 @@
 #include "Numbers.h"
 
+#include "StringRep.h"
 #include "text/Ascii.h"
 
 #include <limits>
@@ -17,10 +18,11 @@ Uint32 digit(Uint16 unit) {
     return lower >= 'a' && lower <= 'f' ? lower - Uint32{'a'} + 10 : noDigit;
 }
 
-bool parse(const Char16* at, const Char16* end, Uint64& value) {
+template <class Unit>
+bool parseUnits(const Unit* at, const Unit* end, Uint64& value) {
     Uint32 base = 10;
-    if (end - at > 1 && at[0] == '0') {
-        if (embedded::text::lower(at[1]) != 'x')
+    if (end - at > 1 && unitOf(at[0]) == '0') {
+        if (embedded::text::lower(unitOf(at[1])) != 'x')
             return false;
         base = 16;
         at += 2;
@@ -29,7 +31,7 @@ bool parse(const Char16* at, const Char16* end, Uint64& value) {
         return false;
     value = 0;
     for (; at != end; ++at) {
-        const Uint32 next = digit(*at);
+        const Uint32 next = digit(unitOf(*at));
         if (next >= base || value > (std::numeric_limits<Uint64>::max() - next) / base)
             return false;
         value = value * base + next;
@@ -40,17 +42,18 @@ bool parse(const Char16* at, const Char16* end, Uint64& value) {
 } // namespace
 
 bool parse(const String& text, Uint64& value) {
-    const Char16* const begin = text.getChar16Data();
-    return parse(begin, begin + text.size(), value);
+    return StringRep::visit(text, [&](const auto* units, Uint32 size) {
+        return parseUnits(units, units + size, value);
+    });
 }
 
 bool parse(const String& text, Sint64& value) {
-    const Char16* const begin = text.getChar16Data();
-    const Char16* const end = begin + text.size();
-    const bool negative = begin != end && *begin == '-';
-    const bool hasSign = negative || (begin != end && *begin == '+');
+    const bool negative = text[0] == '-'; // a closing 0 is always there
+    const bool hasSign = negative || text[0] == '+';
     Uint64 magnitude = 0;
-    if (!parse(hasSign ? begin + 1 : begin, end, magnitude))
+    if (!StringRep::visit(text, [&](const auto* units, Uint32 size) {
+            return parseUnits(units + (hasSign ? 1 : 0), units + size, magnitude);
+        }))
         return false;
     const Uint64 largest = std::numeric_limits<Sint64>::max();
     if (magnitude > largest + (negative ? 1 : 0))

@@ -2,6 +2,8 @@
 
 #include "HostName.h"
 #include "Numbers.h"
+#include "ObjectPathReps.h"
+#include "StringRep.h"
 #include "text/Ascii.h"
 
 #include <algorithm>
@@ -10,17 +12,19 @@ namespace Pegasus {
 
 namespace {
 
-/// Reads one text from left to right. No white space is skipped: it belongs to nothing.
+/// Reads one text from left to right, as it is kept. No white space is skipped: it belongs to
+/// nothing.
+template <class Unit>
 class Parser {
   public:
-    explicit Parser(const String& text)
-        : _text(text), _at(text.getChar16Data()), _end(_at + text.size()) {}
+    Parser(const String& text, const Unit* units, Uint32 size)
+        : _text(text), _at(units), _end(units + size) {}
 
     String host() {
-        if (_end - _at < 2 || _at[0] != '/' || _at[1] != '/')
+        if (_end - _at < 2 || !is(_at[0], '/') || !is(_at[1], '/'))
             return String();
-        const Char16* const begin = _at + 2;
-        const Char16* const slash = std::find(begin, _end, Char16('/'));
+        const Unit* const begin = _at + 2;
+        const Unit* const slash = find(begin, _end, '/');
         if (slash == _end)
             reject("missing slash after hostname");
         const String host = between(begin, slash);
@@ -32,8 +36,8 @@ class Parser {
     }
 
     CIMNamespaceName nameSpace(bool hasHost) {
-        const Char16* const dot = std::find(_at, _end, Char16('.'));
-        const Char16* const colon = std::find(_at, dot, Char16(':'));
+        const Unit* const dot = find(_at, _end, '.');
+        const Unit* const colon = find(_at, dot, ':');
         if (colon == dot) {
             if (hasHost)
                 reject("host specified, missing namespace");
@@ -56,47 +60,54 @@ class Parser {
     Array<CIMKeyBinding> keyBindings() {
         Array<CIMKeyBinding> keys;
         while (_at != _end) {
-            if (std::find(_at, _end, Char16('=')) == _end)
+            if (find(_at, _end, '=') == _end)
                 rejectPair("missing equal sign");
             const String name = upTo('=');
             if (!CIMName::legal(name))
                 rejectPair("invalid key name:" + name);
-            keys.append(_at != _end && *_at == '"' ? quotedKey(CIMName(name))
-                                                   : plainKey(CIMName(name)));
+            keys.append(_at != _end && is(*_at, '"') ? quotedKey(CIMName(name))
+                                                     : plainKey(CIMName(name)));
         }
         return keys;
     }
 
   private:
-    static String between(const Char16* begin, const Char16* end) {
+    static bool is(Unit unit, char c) { return unitOf(unit) == unitOf(c); }
+
+    static const Unit* find(const Unit* begin, const Unit* end, char c) {
+        return std::find_if(begin, end, [&](Unit unit) { return is(unit, c); });
+    }
+
+    static String between(const Unit* begin, const Unit* end) {
         return String(begin, static_cast<Uint32>(end - begin));
     }
 
     /// What stands before the next `separator`, or all that is left; steps behind the separator.
     String upTo(char separator) {
-        const Char16* const begin = _at;
-        const Char16* const found =
-            std::find(_at, _end, Char16(static_cast<unsigned char>(separator)));
+        const Unit* const begin = _at;
+        const Unit* const found = find(_at, _end, separator);
         _at = found == _end ? _end : found + 1;
         return between(begin, found);
     }
 
     CIMKeyBinding quotedKey(const CIMName& name) {
         String value;
-        for (++_at;; ++_at) {
+        const Unit* run = ++_at; // what is taken over as it is
+        for (;; ++_at) {
             if (_at == _end)
                 rejectPair("missing quote in key value");
-            if (*_at == '"')
+            if (is(*_at, '"'))
                 break;
-            if (*_at == '\\') {
-                ++_at;
-                if (_at == _end || (*_at != '\\' && *_at != '"'))
+            if (is(*_at, '\\')) {
+                value.append(run, static_cast<Uint32>(_at - run));
+                run = ++_at;
+                if (_at == _end || (!is(*_at, '\\') && !is(*_at, '"')))
                     rejectPair("malformed value");
             }
-            value.append(*_at);
         }
+        value.append(run, static_cast<Uint32>(_at - run));
         ++_at;
-        if (_at != _end && *_at++ != ',')
+        if (_at != _end && !is(*_at++, ','))
             rejectPair("next key-value pair has to start with comma");
         return referenceOrString(name, value);
     }
@@ -106,8 +117,7 @@ class Parser {
     static CIMKeyBinding referenceOrString(const CIMName& name, const String& value) {
         if (value.find(Char16('=')) != PEG_NOT_FOUND) {
             try {
-                return CIMKeyBinding(name, CIMObjectPath(value).toString(),
-                                     CIMKeyBinding::REFERENCE);
+                return CIMKeyBindingRep::keeping(name, CIMObjectPath(value));
             } catch (const MalformedObjectNameException&) {
                 // A string then.
             }
@@ -140,8 +150,8 @@ class Parser {
     }
 
     const String& _text;
-    const Char16* _at;
-    const Char16* const _end;
+    const Unit* _at;
+    const Unit* const _end;
 };
 
 } // namespace
@@ -152,11 +162,13 @@ void rejectObjectPath(const String& text, const String& reason) {
 
 void parseObjectPath(const String& text, String& host, CIMNamespaceName& nameSpace,
                      CIMName& className, Array<CIMKeyBinding>& keyBindings) {
-    Parser parser(text);
-    host = parser.host();
-    nameSpace = parser.nameSpace(host.size() != 0);
-    className = parser.className();
-    keyBindings = parser.keyBindings();
+    StringRep::visit(text, [&](const auto* units, Uint32 size) {
+        Parser parser(text, units, size);
+        host = parser.host();
+        nameSpace = parser.nameSpace(host.size() != 0);
+        className = parser.className();
+        keyBindings = parser.keyBindings();
+    });
 }
 
 } // namespace Pegasus

@@ -5,19 +5,54 @@
 
 #include <Pegasus/Common/CIMObjectPath.h>
 
-namespace Pegasus {
+#include <atomic>
 
-struct CIMKeyBindingRep : Shared {
-    CIMName name;
-    String value;
-    CIMKeyBinding::Type type = CIMKeyBinding::BOOLEAN;
-};
+namespace Pegasus {
 
 struct CIMObjectPathRep : Shared {
     String host;
     CIMNamespaceName nameSpace;
     CIMName className;
     Array<CIMKeyBinding> keyBindings;
+
+    static const CIMObjectPathRep& of(const CIMObjectPath& path);
+    /// A path that shares `rep`.
+    static CIMObjectPath pathOf(CIMObjectPathRep* rep);
+    /// What stands behind `path`, with one owner more.
+    static CIMObjectPathRep* shared(const CIMObjectPath& path);
+
+    /// Whether the text of the path is known to read back as the path: not if it cannot be read,
+    /// and not if it may say something else, as a string does that looks like a reference.
+    bool readsBack() const;
+};
+
+/// The value of a reference is kept as a text, as a path, or as both. A path that is kept is what
+/// the text says, and the text is the path's toString().
+struct CIMKeyBindingRep : Shared {
+    CIMName name;
+    CIMKeyBinding::Type type = CIMKeyBinding::BOOLEAN;
+
+    CIMKeyBindingRep() = default;
+    CIMKeyBindingRep(const CIMKeyBindingRep& x);
+    ~CIMKeyBindingRep();
+
+    static const CIMKeyBindingRep& of(const CIMKeyBinding& binding);
+    /// A reference that keeps `path`, which reads back.
+    static CIMKeyBinding keeping(const CIMName& name, const CIMObjectPath& path);
+
+    /// Makes the text when it is first asked. Thread-safe.
+    const String& value() const;
+    void setValue(const String& value);
+    bool keepsPath() const { return _path.load(std::memory_order_acquire) != nullptr; }
+    /// Keeps `path`, which is what the text says, beside it. Thread-safe.
+    void keep(const CIMObjectPath& path) const;
+    /// The path that the value of a reference says. Throws MalformedObjectNameException.
+    CIMObjectPath path() const;
+
+  private:
+    mutable String _value;
+    mutable std::atomic<bool> _hasValue{true};
+    mutable std::atomic<CIMObjectPathRep*> _path{nullptr};
 };
 
 } // namespace Pegasus

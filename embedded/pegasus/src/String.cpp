@@ -1,28 +1,20 @@
-#include "Shared.h"
+#include "StringRep.h"
 
 #include "hosting/Text.h"
-#include "text/Ascii.h"
 #include "text/Utf8.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <Pegasus/Common/String.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <functional>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace Pegasus {
 
 using namespace embedded::text;
-
-/// The code units, closed by a 0.
-struct StringRep : Shared {
-    std::vector<Char16> units{Char16(0)};
-
-    Uint32 size() const { return static_cast<Uint32>(units.size() - 1); }
-};
 
 namespace {
 
@@ -46,17 +38,42 @@ Uint32 length(const char* text) {
     return static_cast<Uint32>(std::strlen(text));
 }
 
-/// `units` are to be given closed by a 0.
-StringRep* makeRep(std::vector<Char16>&& units) {
-    auto* rep = new StringRep;
-    rep->units = std::move(units);
-    return rep;
+bool isAscii(const char* text, Uint32 size) {
+    return asciiPrefix(std::string_view(text, size)) == size;
 }
 
-StringRep* makeRep(const Char16* units, Uint32 size) {
-    std::vector<Char16> copy(notNull(units), units + size);
-    copy.emplace_back(0);
-    return makeRep(std::move(copy));
+bool isAscii(const Char16* units, Uint32 size) {
+    return std::all_of(units, units + size, [](Uint16 unit) { return unit < 0x80; });
+}
+
+/// The places may overlap if the units are of one kind.
+template <class To, class From>
+void copyUnits(To* to, const From* from, Uint32 size) {
+    if constexpr (std::is_same_v<To, From>)
+        std::memmove(static_cast<void*>(to), from, size * sizeof(To));
+    else
+        std::transform(from, from + size, to,
+                       [](From unit) { return static_cast<To>(unitOf(unit)); });
+}
+
+template <class Unit>
+void copyUnits(StringRep& to, Uint32 index, const Unit* from, Uint32 size) {
+    if (to.isWide)
+        copyUnits(to.units() + index, from, size);
+    else
+        copyUnits(to.chars() + index, from, size);
+}
+
+/// Null for an empty text. `units` are ASCII if they are of type char.
+template <class Unit>
+StringRep* makeRep(const Unit* units, Uint32 size) {
+    if (size == 0)
+        return nullptr;
+    const bool isWide = std::is_same_v<Unit, Char16> && !isAscii(units, size);
+    StringRep* const rep = StringRep::make(isWide, size);
+    copyUnits(*rep, 0, units, size);
+    rep->close(size);
+    return rep;
 }
 
 /// Shows some of what stands before the offence, and the offending bytes in hexadecimal.
@@ -77,40 +94,144 @@ StringRep* makeRep(const Char16* units, Uint32 size) {
     throw Exception(String(message.c_str()));
 }
 
-StringRep* makeRep(const char* text, Uint32 size) {
+StringRep* readUtf8(const char* text, Uint32 size) {
+    if (isAscii(notNull(text), size))
+        return makeRep(text, size);
     std::u16string units;
-    const std::size_t invalid = appendUtf16(units, std::string_view(notNull(text), size));
+    const std::size_t invalid = appendUtf16(units, std::string_view(text, size));
     if (invalid != std::string_view::npos)
         reject(text, size, static_cast<Uint32>(invalid));
-    std::vector<Char16> copy(units.begin(), units.end());
-    copy.emplace_back(0);
-    return makeRep(std::move(copy));
+    const std::vector<Char16> copy(units.begin(), units.end());
+    return makeRep(copy.data(), static_cast<Uint32>(copy.size()));
+}
+
+/// Makes `rep` one that nobody else sees, with at least this room.
+StringRep& own(StringRep*& rep, Uint32 capacity) {
+    if (rep && rep->hasOneOwner() && capacity <= rep->capacity)
+        return *rep;
+    const Uint32 size = rep ? rep->size : 0;
+    const bool isWide = rep && rep->isWide;
+    StringRep* const copy = StringRep::make(isWide, std::max(capacity, size));
+    if (isWide)
+        copyUnits(*copy, 0, static_cast<const Char16*>(rep->units()), size);
+    else if (rep)
+        copyUnits(*copy, 0, static_cast<const char*>(rep->chars()), size);
+    copy->close(size);
+    release(rep);
+    rep = copy;
+    return *rep;
+}
+
+/// The units may be some of `rep`, also of what it showed as UTF-16.
+template <class Unit>
+void appendTo(StringRep*& rep, const Unit* units, Uint32 n) {
+    if (n == 0)
+        return;
+    const Uint32 size = rep ? rep->size : 0;
+    const bool isWide =
+        (rep && rep->isWide) || (std::is_same_v<Unit, Char16> && !isAscii(units, n));
+    if (rep && rep->hasOneOwner() && rep->isWide == isWide && rep->capacity - size >= n) {
+        copyUnits(*rep, size, units, n);
+        rep->close(size + n);
+        return;
+    }
+    StringRep* const larger = StringRep::make(isWide, std::max(size + n, size + size / 2));
+    if (rep && rep->isWide)
+        copyUnits(*larger, 0, static_cast<const Char16*>(rep->units()), size);
+    else if (rep)
+        copyUnits(*larger, 0, static_cast<const char*>(rep->chars()), size);
+    copyUnits(*larger, size, units, n);
+    larger->close(size + n);
+    release(rep);
+    rep = larger;
 }
 
 int difference(Uint16 x, Uint16 y) {
     return static_cast<int>(x) - static_cast<int>(y);
 }
 
+/// Calls `function(units1, size1, units2, size2)` with the texts as they are kept.
+template <class Function>
+auto visitBoth(const String& s1, const String& s2, const Function& function) {
+    return StringRep::visit(s1, [&](const auto* p1, Uint32 size1) {
+        return StringRep::visit(
+            s2, [&](const auto* p2, Uint32 size2) { return function(p1, size1, p2, size2); });
+    });
+}
+
 /// Compares the code units that both have as `fold` shows them, then the sizes.
 template <class Fold>
 int compareFolded(const String& s1, const String& s2, Fold fold) {
-    const Char16* const p1 = s1.getChar16Data();
-    const Char16* const p2 = s2.getChar16Data();
-    const Uint32 common = std::min(s1.size(), s2.size());
-    for (Uint32 i = 0; i < common; ++i) {
-        if (const int result = difference(fold(p1[i]), fold(p2[i])))
-            return result;
-    }
-    if (s1.size() == s2.size())
-        return 0;
-    return s1.size() < s2.size() ? -1 : 1;
+    return visitBoth(s1, s2, [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
+        const Uint32 common = std::min(size1, size2);
+        for (Uint32 i = 0; i < common; ++i) {
+            if (const int result = difference(fold(unitOf(p1[i])), fold(unitOf(p2[i]))))
+                return result;
+        }
+        return size1 == size2 ? 0 : size1 < size2 ? -1 : 1;
+    });
 }
 
 Uint16 asIs(Uint16 unit) {
     return unit;
 }
 
+template <class Fold>
+void foldAll(StringRep*& rep, Fold fold) {
+    if (!rep)
+        return;
+    StringRep& mine = own(rep, 0);
+    const auto foldUnits = [&](auto* units) {
+        for (Uint32 i = 0; i < mine.size; ++i)
+            units[i] = static_cast<std::decay_t<decltype(*units)>>(fold(unitOf(units[i])));
+    };
+    if (mine.isWide)
+        foldUnits(mine.units());
+    else
+        foldUnits(mine.chars());
+    mine.close(mine.size);
+}
+
+/// The text of a literal, if it is ASCII; null for none throws.
+std::optional<std::string_view> asciiOf(const char* text) {
+    const std::string_view view(notNull(text));
+    if (asciiPrefix(view) != view.size())
+        return std::nullopt;
+    return view;
+}
+
 } // namespace
+
+const Char16* StringRep::wideUnits() const {
+    if (isWide)
+        return units();
+    Char16* widened = _widened.load(std::memory_order_acquire);
+    if (widened)
+        return widened;
+    auto made = std::make_unique<Char16[]>(std::size_t{size} + 1);
+    copyUnits(made.get(), chars(), size + 1);
+    if (_widened.compare_exchange_strong(widened, made.get(), std::memory_order_acq_rel))
+        return made.release();
+    return widened; // another thread's
+}
+
+void StringRep::becomeWide() {
+    if (isWide)
+        return;
+    wideUnits();
+    isWide = true;
+    capacity = size;
+}
+
+void StringRep::close(Uint32 newSize) {
+    size = newSize;
+    if (isWide) {
+        units()[size] = 0;
+    } else {
+        chars()[size] = 0;
+        delete[] _widened.exchange(nullptr, std::memory_order_acq_rel);
+    }
+}
 
 const String String::EMPTY;
 
@@ -123,19 +244,19 @@ String::String(const String& str) : _rep(share(str._rep)) {
 String::String(const String& str, Uint32 n) : _rep(nullptr) {
     if (n > str.size())
         throw IndexOutOfBoundsException();
-    _rep = n == str.size() ? share(str._rep) : makeRep(str.getChar16Data(), n);
+    *this = str.subString(0, n);
 }
 
 String::String(const Char16* str) : _rep(makeRep(str, length(notNull(str)))) {
 }
 
-String::String(const Char16* str, Uint32 n) : _rep(makeRep(str, n)) {
+String::String(const Char16* str, Uint32 n) : _rep(makeRep(notNull(str), n)) {
 }
 
-String::String(const char* str) : _rep(makeRep(str, length(notNull(str)))) {
+String::String(const char* str) : _rep(readUtf8(str, length(notNull(str)))) {
 }
 
-String::String(const char* str, Uint32 n) : _rep(makeRep(str, n)) {
+String::String(const char* str, Uint32 n) : _rep(readUtf8(str, n)) {
 }
 
 String::~String() {
@@ -173,35 +294,41 @@ void String::clear() {
 }
 
 void String::reserveCapacity(Uint32 capacity) {
-    detach(_rep).units.reserve(capacity + std::size_t{1});
+    own(_rep, capacity);
 }
 
 Uint32 String::size() const {
-    return _rep ? _rep->size() : 0;
+    return _rep ? _rep->size : 0;
 }
 
 const Char16* String::getChar16Data() const {
-    return _rep ? _rep->units.data() : nothing;
+    return _rep ? _rep->wideUnits() : nothing;
 }
 
 CString String::getCString() const {
-    const std::string text = hosting::utf8(*this);
+    const std::optional<std::string_view> ascii = StringRep::ascii(*this);
+    const std::string encoded = ascii ? std::string() : hosting::utf8(*this);
+    const std::string_view text = ascii ? *ascii : encoded;
     char* const copy = new char[text.size() + 1];
-    std::memcpy(copy, text.c_str(), text.size() + 1);
+    std::copy(text.begin(), text.end(), copy);
+    copy[text.size()] = 0;
     return CString(copy);
 }
 
 Char16& String::operator[](Uint32 index) {
     if (index > size())
         throw IndexOutOfBoundsException();
-    return detach(_rep).units[index];
+    StringRep& mine = own(_rep, 0);
+    mine.becomeWide();
+    return mine.units()[index];
 }
 
 // NOLINTNEXTLINE(readability-const-return-type): the interface declares it so
 const Char16 String::operator[](Uint32 index) const {
     if (index > size())
         throw IndexOutOfBoundsException();
-    return getChar16Data()[index];
+    return StringRep::visit(
+        *this, [&](const auto* units, Uint32) { return Char16(unitOf(units[index])); });
 }
 
 String& String::append(const Char16& c) {
@@ -210,19 +337,15 @@ String& String::append(const Char16& c) {
 }
 
 String& String::append(const Char16* str, Uint32 n) {
-    notNull(str);
-    // Parts of this text may be appended to it: then the old text is kept while it is copied.
-    const Char16* const begin = getChar16Data();
-    const bool ownText =
-        std::less_equal<>()(begin, str) && std::less_equal<>()(str, begin + size());
-    const String kept = ownText ? *this : String();
-    std::vector<Char16>& units = detach(_rep).units;
-    units.insert(units.end() - 1, str, str + n);
+    appendTo(_rep, notNull(str), n);
     return *this;
 }
 
 String& String::append(const String& str) {
-    return append(str.getChar16Data(), str.size());
+    if (!_rep)
+        return assign(str);
+    StringRep::visit(str, [&](const auto* units, Uint32 n) { appendTo(_rep, units, n); });
+    return *this;
 }
 
 void String::remove(Uint32 index, Uint32 size) {
@@ -235,14 +358,25 @@ void String::remove(Uint32 index, Uint32 size) {
         throw IndexOutOfBoundsException();
     if (size == 0)
         return;
-    std::vector<Char16>& units = detach(_rep).units;
-    units.erase(units.begin() + index, units.begin() + index + size);
+    StringRep& mine = own(_rep, 0);
+    const Uint32 end = index + size;
+    if (mine.isWide)
+        copyUnits(mine.units() + index, mine.units() + end, mine.size - end);
+    else
+        copyUnits(mine.chars() + index, mine.chars() + end, mine.size - end);
+    mine.close(mine.size - size);
 }
 
 String String::subString(Uint32 index, Uint32 n) const {
     if (index >= size())
         return String();
-    return String(getChar16Data() + index, std::min(n, size() - index));
+    n = std::min(n, size() - index);
+    if (n == size())
+        return *this;
+    String part;
+    part._rep = StringRep::visit(
+        *this, [&](const auto* units, Uint32) { return makeRep(units + index, n); });
+    return part;
 }
 
 Uint32 String::find(Char16 c) const {
@@ -252,38 +386,41 @@ Uint32 String::find(Char16 c) const {
 Uint32 String::find(Uint32 index, Char16 c) const {
     if (index > size())
         throw IndexOutOfBoundsException();
-    const Char16* const begin = getChar16Data();
-    const Char16* const found = std::find(begin + index, begin + size(), c);
-    return found == begin + size() ? PEG_NOT_FOUND : static_cast<Uint32>(found - begin);
+    return StringRep::visit(*this, [&](const auto* begin, Uint32 size) {
+        const auto* const end = begin + size;
+        const auto* const found =
+            std::find_if(begin + index, end, [&](auto unit) { return unitOf(unit) == Uint16(c); });
+        return found == end ? PEG_NOT_FOUND : static_cast<Uint32>(found - begin);
+    });
 }
 
 Uint32 String::find(const String& s) const {
     // An empty text is found nowhere.
     if (s.size() == 0)
         return PEG_NOT_FOUND;
-    const Char16* const begin = getChar16Data();
-    const Char16* const wanted = s.getChar16Data();
-    const Char16* const found = std::search(begin, begin + size(), wanted, wanted + s.size());
-    return found == begin + size() ? PEG_NOT_FOUND : static_cast<Uint32>(found - begin);
+    return visitBoth(*this, s, [](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
+        const auto* const found = std::search(
+            p1, p1 + size1, p2, p2 + size2, [](auto x, auto y) { return unitOf(x) == unitOf(y); });
+        return found == p1 + size1 ? PEG_NOT_FOUND : static_cast<Uint32>(found - p1);
+    });
 }
 
 Uint32 String::reverseFind(Char16 c) const {
-    const Char16* const begin = getChar16Data();
-    for (Uint32 i = size(); i > 0; --i) {
-        if (begin[i - 1] == c)
-            return i - 1;
-    }
-    return PEG_NOT_FOUND;
+    return StringRep::visit(*this, [&](const auto* units, Uint32 size) {
+        for (Uint32 i = size; i > 0; --i) {
+            if (unitOf(units[i - 1]) == Uint16(c))
+                return i - 1;
+        }
+        return PEG_NOT_FOUND;
+    });
 }
 
 void String::toLower() {
-    for (Char16& unit : detach(_rep).units)
-        unit = lower<Uint16>(unit);
+    foldAll(_rep, lower<Uint16>);
 }
 
 void String::toUpper() {
-    for (Char16& unit : detach(_rep).units)
-        unit = upper<Uint16>(unit);
+    foldAll(_rep, upper<Uint16>);
 }
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface declares it so
@@ -301,15 +438,15 @@ void String::appendPrintf(const char* format, ...) {
 }
 
 int String::compare(const String& s1, const String& s2, Uint32 n) {
-    const Char16* const p1 = s1.getChar16Data();
-    const Char16* const p2 = s2.getChar16Data();
-    for (Uint32 i = 0; i < n; ++i) {
-        // The closing 0 of a shorter text takes part.
-        const int result = difference(p1[i], p2[i]);
-        if (result != 0 || i == s1.size() || i == s2.size())
-            return result;
-    }
-    return 0;
+    return visitBoth(s1, s2, [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
+        for (Uint32 i = 0; i < n; ++i) {
+            // The closing 0 of a shorter text takes part.
+            const int result = difference(unitOf(p1[i]), unitOf(p2[i]));
+            if (result != 0 || i == size1 || i == size2)
+                return result;
+        }
+        return 0;
+    });
 }
 
 int String::compare(const String& s1, const String& s2) {
@@ -321,11 +458,23 @@ int String::compareNoCase(const String& s1, const String& s2) {
 }
 
 Boolean String::equal(const String& s1, const String& s2) {
-    return s1._rep == s2._rep || (s1.size() == s2.size() && compare(s1, s2) == 0);
+    if (s1._rep == s2._rep)
+        return true;
+    if (s1.size() != s2.size())
+        return false;
+    const std::optional<std::string_view> ascii1 = StringRep::ascii(s1);
+    const std::optional<std::string_view> ascii2 = StringRep::ascii(s2);
+    return ascii1 && ascii2 ? *ascii1 == *ascii2 : compare(s1, s2) == 0;
 }
 
 Boolean String::equalNoCase(const String& s1, const String& s2) {
-    return s1._rep == s2._rep || (s1.size() == s2.size() && compareNoCase(s1, s2) == 0);
+    if (s1._rep == s2._rep)
+        return true;
+    if (s1.size() != s2.size())
+        return false;
+    const std::optional<std::string_view> ascii1 = StringRep::ascii(s1);
+    const std::optional<std::string_view> ascii2 = StringRep::ascii(s2);
+    return ascii1 && ascii2 ? equalIgnoringCase(*ascii1, *ascii2) : compareNoCase(s1, s2) == 0;
 }
 
 // With the overloads for `const char*`, so that providers that ask for them find them.
@@ -350,7 +499,9 @@ Uint32 String::find(const char* s) const {
 }
 
 Boolean String::equal(const String& s1, const char* s2) {
-    return equal(s1, String(s2));
+    const std::optional<std::string_view> ascii1 = StringRep::ascii(s1);
+    const std::optional<std::string_view> ascii2 = asciiOf(s2);
+    return ascii1 && ascii2 ? *ascii1 == *ascii2 : equal(s1, String(s2));
 }
 
 int String::compare(const String& s1, const char* s2) {
@@ -358,15 +509,20 @@ int String::compare(const String& s1, const char* s2) {
 }
 
 String& String::append(const char* str) {
-    return append(String(str));
+    return append(str, length(notNull(str)));
 }
 
 String& String::append(const char* str, Uint32 size) {
-    return append(String(str, size));
+    if (!isAscii(notNull(str), size))
+        return append(String(str, size));
+    appendTo(_rep, str, size);
+    return *this;
 }
 
 Boolean String::equalNoCase(const String& s1, const char* s2) {
-    return equalNoCase(s1, String(s2));
+    const std::optional<std::string_view> ascii1 = StringRep::ascii(s1);
+    const std::optional<std::string_view> ascii2 = asciiOf(s2);
+    return ascii1 && ascii2 ? equalIgnoringCase(*ascii1, *ascii2) : equalNoCase(s1, String(s2));
 }
 
 Boolean operator==(const String& str1, const String& str2) {
@@ -406,14 +562,13 @@ String operator+(const String& str1, const String& str2) {
 }
 
 std::ostream& operator<<(std::ostream& os, const String& str) {
-    const Char16* const units = str.getChar16Data();
     for (Uint32 i = 0; i < str.size(); ++i) {
-        if (units[i] < 0x100) {
-            os << static_cast<char>(static_cast<unsigned char>(units[i]));
+        const Uint16 unit = str[i];
+        if (unit < 0x100) {
+            os << static_cast<char>(static_cast<unsigned char>(unit));
         } else {
             char hexadecimal[8];
-            std::snprintf(hexadecimal, sizeof hexadecimal, "\\x%04X",
-                          static_cast<unsigned>(units[i]));
+            std::snprintf(hexadecimal, sizeof hexadecimal, "\\x%04X", static_cast<unsigned>(unit));
             os << hexadecimal;
         }
     }

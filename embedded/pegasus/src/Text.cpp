@@ -1,6 +1,7 @@
 #include "hosting/Text.h"
 
-#include "text/Ascii.h"
+#include "StringRep.h"
+
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -9,12 +10,15 @@ namespace Pegasus::hosting {
 
 std::string utf8(const String& text) {
     std::string out;
-    out.reserve(text.size());
     appendUtf8(out, text);
     return out;
 }
 
 void appendUtf8(std::string& out, const String& text) {
+    if (const std::optional<std::string_view> ascii = StringRep::ascii(text)) {
+        out += *ascii;
+        return;
+    }
     const Char16* at = text.getChar16Data();
     const Char16* const end = at + text.size();
     while (at != end)

@@ -1,3 +1,5 @@
+#include "ObjectPathReps.h"
+
 #include "hosting/XmlWriter.h"
 
 #include <algorithm>
@@ -56,7 +58,7 @@ void appendInstanceName(std::string& out, const CIMObjectPath& path) {
         appendAttribute(out, "NAME", keys[i].getName().getString());
         out += ">\n";
         if (keys[i].getType() == CIMKeyBinding::REFERENCE)
-            appendReference(out, CIMObjectPath(keys[i].getValue()));
+            appendReference(out, CIMKeyBindingRep::of(keys[i]).path());
         else
             appendKeyValue(out, keys[i]);
         out += "</KEYBINDING>\n";

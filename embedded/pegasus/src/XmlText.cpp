@@ -1,3 +1,5 @@
+#include "StringRep.h"
+
 #include "hosting/XmlWriter.h"
 #include "text/Utf8.h"
 
@@ -47,10 +49,11 @@ void appendReference(std::string& out, unsigned char c) {
 /// Tells blanks that may be written as they are from those that a reader might take for layout.
 class Blanks {
   public:
-    /// For each character in turn.
+    /// For each special character in turn.
     bool isPlain(char32_t c, bool isLast) {
         return _afterPlainBlank = c == ' ' && !_afterPlainBlank && !isLast;
     }
+    void passCharacter() { _afterPlainBlank = false; }
 
   private:
     bool _afterPlainBlank = true; // so that a first blank is escaped
@@ -60,33 +63,40 @@ class Blanks {
 
 void appendEscaped(std::string& out, std::string_view text) {
     Blanks blanks;
-    std::size_t run = 0; // where what may be copied as it is begins
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        const bool isPlainBlank = blanks.isPlain(c, i + 1 == text.size());
-        if (!specials[c] || isPlainBlank)
-            continue;
-        out.append(text, run, i - run);
-        appendReference(out, c);
-        run = i + 1;
+    const char* const end = text.data() + text.size();
+    const char* run = text.data(); // what may be copied as it is
+    for (const char* at = run; at != end; ++at) {
+        const auto c = static_cast<unsigned char>(*at);
+        if (!specials[c]) {
+            blanks.passCharacter();
+        } else if (!blanks.isPlain(c, at + 1 == end)) {
+            out.append(run, at);
+            appendReference(out, c);
+            run = at + 1;
+        }
     }
-    out.append(text, run);
+    out.append(run, end);
 }
 
 void appendEscaped(std::string& out, const String& text) {
     constexpr char32_t replacement = 0xFFFD;
     using namespace embedded::text;
+    if (const std::optional<std::string_view> ascii = StringRep::ascii(text))
+        return appendEscaped(out, *ascii);
     Blanks blanks;
     const Char16* at = text.getChar16Data();
     for (const Char16* const end = at + text.size(); at != end;) {
         const char32_t c = takeCharacter(at, end);
-        const bool isPlainBlank = blanks.isPlain(c, at == end);
-        if (c < 0x80 && specials[c] && !isPlainBlank)
-            appendReference(out, static_cast<unsigned char>(c));
-        else if (isHighSurrogate(c) || isLowSurrogate(c) || c == 0xFFFE || c == 0xFFFF)
-            embedded::text::appendUtf8(out, replacement);
-        else
-            embedded::text::appendUtf8(out, c);
+        if (c < 0x80 && specials[c]) {
+            if (blanks.isPlain(c, at == end))
+                out += ' ';
+            else
+                appendReference(out, static_cast<unsigned char>(c));
+            continue;
+        }
+        blanks.passCharacter();
+        const bool cannotBe = isHighSurrogate(c) || isLowSurrogate(c) || c == 0xFFFE || c == 0xFFFF;
+        embedded::text::appendUtf8(out, cannotBe ? replacement : c);
     }
 }
 

@@ -139,4 +139,79 @@ TEST(CIMKeyBinding, ComparesWithAValue) {
     EXPECT_FALSE(equal(K::STRING, "s", CIMValue(CIMInstance(CIMName("A")))));
 }
 
+/// A reference made from a path is the one made from the path's text, also where the text says
+/// something else than the path, or nothing.
+TEST(CIMKeyBinding, OfAPathIsThatOfItsText) {
+    const auto pathOf = [](const CIMKeyBinding& binding) {
+        return CIMObjectPath(String(), CIMNamespaceName(), CIMName("A"),
+                             Array<CIMKeyBinding>(1, binding));
+    };
+    CIMObjectPath hosted("root/x:A.k=1");
+    hosted.setHost("h");
+    CIMObjectPath unnamed("A.k=1");
+    unnamed.setHost("h"); // and no namespace
+    const CIMObjectPath paths[] = {
+        CIMObjectPath("A"),
+        CIMObjectPath("A.k=1"),
+        CIMObjectPath("A.b=TRUE,k=-1,s=\"q\\\"\",t=\"\""),
+        hosted,
+        CIMObjectPath("A.r=\"root/x:B.z=1\""),
+        unnamed,
+        CIMObjectPath(),
+        pathOf(key("s", "B.k=\"1\"", CIMKeyBinding::STRING)), // reads as a reference
+        pathOf(key("s", "B.k=", CIMKeyBinding::STRING)),
+        pathOf(key("b", "true", CIMKeyBinding::BOOLEAN)), // reads as TRUE
+        pathOf(key("b", "maybe", CIMKeyBinding::BOOLEAN)),
+        pathOf(key("n", "1.5", CIMKeyBinding::NUMERIC)),
+        pathOf(key("n", "0x1F", CIMKeyBinding::NUMERIC)),
+        pathOf(key("n", "05", CIMKeyBinding::NUMERIC)),
+        pathOf(CIMKeyBinding()),
+        pathOf(CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath("B")))), // reads as a string
+        pathOf(CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath("B.k=1")))),
+    };
+    const auto holderText = [](const CIMKeyBinding& binding) {
+        try {
+            const CIMObjectPath holder(String(), CIMNamespaceName(), CIMName("Holder"),
+                                       Array<CIMKeyBinding>(1, binding));
+            const CIMObjectPath inner(holder.getKeyBindings()[0].getValue());
+            std::string all = text(holder.toString());
+            for (Uint32 i = 0; i < inner.getKeyBindings().size(); ++i)
+                all += " " + std::to_string(inner.getKeyBindings()[i].getType());
+            CIMInstance instance(CIMName("I"));
+            instance.addProperty(CIMProperty(CIMName("p"), CIMValue(holder)));
+            return all + text(CIMObject(instance).toString());
+        } catch (const MalformedObjectNameException& exception) {
+            return text(exception.getMessage());
+        }
+    };
+    for (const CIMObjectPath& path : paths) {
+        SCOPED_TRACE(text(path.toString()));
+        const CIMKeyBinding made(CIMName("r"), CIMValue(path));
+        const CIMKeyBinding read(CIMName("r"), path.toString(), CIMKeyBinding::REFERENCE);
+        EXPECT_TRUE(made == read);
+        EXPECT_TRUE(read == made);
+        EXPECT_EQ(holderText(made), holderText(read));
+        EXPECT_EQ(text(made.getValue()), text(read.getValue()));
+        const CIMKeyBinding again(CIMName("r"), CIMValue(path));
+        EXPECT_TRUE(made == again);
+        CIMKeyBinding changed(made);
+        changed.setType(CIMKeyBinding::STRING);
+        EXPECT_EQ(text(changed.getValue()), text(path.toString()));
+        changed.setValue("new");
+        EXPECT_EQ(text(changed.getValue()), "new");
+        EXPECT_EQ(text(made.getValue()), text(path.toString()));
+    }
+}
+
+TEST(CIMKeyBinding, OfAPathStaysWhenThePathChanges) {
+    CIMObjectPath path("A.k=1");
+    const CIMKeyBinding binding(CIMName("r"), CIMValue(path));
+    path.setClassName(CIMName("B"));
+    Array<CIMKeyBinding> keys = path.getKeyBindings();
+    keys[0].setValue("2");
+    path.setKeyBindings(keys);
+    EXPECT_EQ(text(path.toString()), "B.k=2");
+    EXPECT_EQ(text(binding.getValue()), "A.k=1");
+}
+
 } // namespace

@@ -65,6 +65,31 @@ TEST(CIMInstance, FindsItsPropertiesIgnoringCase) {
     EXPECT_EQ(instance.findProperty("Size"), 0U);
 }
 
+TEST(CIMInstance, FindsEachOfManyProperties) {
+    const auto name = [](Uint32 i) { return CIMName(String(("P" + std::to_string(i)).c_str())); };
+    const auto lower = [](Uint32 i) { return CIMName(String(("p" + std::to_string(i)).c_str())); };
+    constexpr Uint32 many = 100;
+    CIMInstance instance(CIMName("Disk"));
+    for (Uint32 i = 0; i < many; ++i) {
+        instance.addProperty(CIMProperty(name(i), CIMValue(i)));
+        EXPECT_THROW(instance.addProperty(CIMProperty(lower(i), CIMValue(i))),
+                     AlreadyExistsException);
+    }
+    const CIMInstance copy = instance.clone();
+    instance.removeProperty(10);
+    for (Uint32 i = 0; i < many; ++i) {
+        EXPECT_EQ(copy.findProperty(lower(i)), i);
+        const Uint32 expected = i < 10 ? i : i == 10 ? PEG_NOT_FOUND : i - 1;
+        EXPECT_EQ(instance.findProperty(lower(i)), expected);
+    }
+    instance.addProperty(CIMProperty(lower(10), CIMValue(Uint32(1))));
+    EXPECT_EQ(instance.findProperty(name(10)), many - 1);
+    EXPECT_EQ(instance.findProperty(name(50)), 49U);
+    instance.instanceFilter(true, true, CIMPropertyList(Array<CIMName>(1, name(99))));
+    EXPECT_EQ(instance.findProperty(name(99)), 0U);
+    EXPECT_EQ(instance.findProperty(name(98)), PEG_NOT_FOUND);
+}
+
 TEST(CIMInstance, HasNoPropertyBehindTheLast) {
     CIMInstance instance = disk();
     const CIMInstance& constInstance = instance;

@@ -55,4 +55,43 @@ TEST(Sharing, OfExceptions) {
         [](const CIMException& x) { return text(x.getMessage()); });
 }
 
+/// Lets several threads at once do what `read` answers, anew in each round.
+template <class Read>
+void expectSameInAllThreads(Read read) {
+    for (int round = 0; round < 200; ++round) {
+        const auto readOnce = read();
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back(readOnce);
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+}
+
+TEST(Sharing, OfTextsThatAreShownAsUtf16) {
+    expectSameInAllThreads([] {
+        return [shared = String("abc")] {
+            const String copy(shared);
+            EXPECT_EQ(shared.getChar16Data(), copy.getChar16Data());
+            EXPECT_EQ(Uint16(copy.getChar16Data()[2]), 'c');
+            EXPECT_EQ(text(copy), "abc");
+        };
+    });
+}
+
+TEST(Sharing, OfReferencesThatAreShownAsText) {
+    expectSameInAllThreads([] {
+        const CIMValue inner(CIMObjectPath("B.r=\"A.k=1\""));
+        return [shared = CIMKeyBinding("r", inner)] {
+            CIMKeyBinding copy(shared);
+            EXPECT_EQ(text(shared.getValue()), "B.r=\"A.k=1\"");
+            copy.setName("q");
+            EXPECT_EQ(text(copy.getValue()), "B.r=\"A.k=1\"");
+            const CIMObjectPath path(String(), CIMNamespaceName(), "C",
+                                     Array<CIMKeyBinding>(1, shared));
+            EXPECT_EQ(text(path.toString()), "C.r=\"B.r=\\\"A.k=1\\\"\"");
+        };
+    });
+}
+
 } // namespace

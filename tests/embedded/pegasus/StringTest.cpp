@@ -243,4 +243,63 @@ TEST(Char16, IsAsGoodAsAUint16) {
     EXPECT_EQ(Uint16(assigned), 0x20AC);
 }
 
+/// However the characters are kept: as they came, written through a reference, or beside others.
+TEST(String, IsTheSameHoweverItCameAbout) {
+    String written("abX");
+    written[2] = 'c';
+    String shortened("abc\xe2\x82\xac");
+    shortened.remove(3);
+    const Char16 units[] = {Char16('a'), Char16('b'), Char16('c')};
+    String grown;
+    for (const Char16& unit : units)
+        grown.append(unit);
+    for (const String& x : {abc, written, shortened, grown, String(units, 3)}) {
+        for (const String& y : {abc, written, shortened, grown, String(units, 3)}) {
+            EXPECT_EQ(text(x), "abc");
+            EXPECT_TRUE(x == y);
+            EXPECT_TRUE(x == "abc");
+            EXPECT_FALSE(x == "abd");
+            EXPECT_EQ(String::compare(x, y), 0);
+            EXPECT_EQ(String::compare(x, y, 9), 0);
+            EXPECT_TRUE(String::equalNoCase(x, String("ABC")));
+            EXPECT_TRUE(String::equalNoCase(String("ABC"), y));
+            EXPECT_EQ(x.find(y), 0U);
+            EXPECT_EQ(x.find(y.subString(1)), 1U);
+            EXPECT_EQ(text(x + y), "abcabc");
+            EXPECT_EQ(text(x + String("\xe2\x82\xac") + y), "abc\xe2\x82\xac"
+                                                            "abc");
+            EXPECT_EQ(Uint16(x.getChar16Data()[3]), 0);
+        }
+    }
+}
+
+TEST(String, ShowsItsTextAsItIsNow) {
+    String x("ABC");
+    EXPECT_EQ(Uint16(x.getChar16Data()[2]), 'C');
+    x.toLower();
+    EXPECT_EQ(Uint16(x.getChar16Data()[2]), 'c');
+    x.append(Char16('d'));
+    EXPECT_EQ(Uint16(x.getChar16Data()[3]), 'd');
+    x.remove(0, 1);
+    EXPECT_EQ(Uint16(x.getChar16Data()[0]), 'b');
+    x.append(x.getChar16Data(), 2);
+    EXPECT_EQ(text(x), "bcdbc");
+    x[0] = 0x20AC;
+    EXPECT_EQ(Uint16(x.getChar16Data()[0]), 0x20AC);
+    x.append(x.getChar16Data(), 1);
+    EXPECT_EQ(text(x), "\xe2\x82\xac"
+                       "cdbc\xe2\x82\xac");
+}
+
+TEST(String, StaysWhatItWasWhenItsCopyIsWrittenInto) {
+    String x("abc");
+    const String y(x);
+    EXPECT_EQ(x.getChar16Data(), y.getChar16Data());
+    Char16& third = x[2];
+    third = 'z';
+    EXPECT_EQ(text(y), "abc");
+    EXPECT_EQ(text(x), "abz");
+    EXPECT_EQ(Uint16(x.getChar16Data()[2]), 'z');
+}
+
 } // namespace
