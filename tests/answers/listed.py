@@ -196,7 +196,7 @@ RULES = (
          "answered; here error 7, on which clients fall back", "for the desk",
          in_cases("pull-operations-are-not-offered")),
     Rule("chunked replies",
-         "where the client can read them, with errors in trailers; here replies are whole",
+         "where the client can read them, with errors in trailers; here replies above 64 KiB alone",
          "clients accept both", in_cases("te-chunked-need-not-be-chunked")),
     Rule("PG_ObjectManager as an association",
          "its schema says so; here it is refused, and left out when the schema is mirrored",
