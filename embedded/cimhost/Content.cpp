@@ -23,13 +23,13 @@ void load(const Settings& settings, repository::Repository& repository) {
 }
 
 std::vector<std::string> faultsOfUnknownClasses(const std::vector<host::Fault>& faults,
-                                                const repository::Repository& repository) {
-    const std::vector<Pegasus::CIMNamespaceName> nameSpaces = repository.nameSpaces();
+                                                const repository::View& view) {
+    const std::vector<Pegasus::CIMNamespaceName> nameSpaces = view.nameSpaces();
     std::vector<std::string> complaints;
     for (const host::Fault& fault : faults) {
         const bool known = fault.className.isNull() ||
                            std::any_of(nameSpaces.begin(), nameSpaces.end(), [&](const auto& each) {
-                               return repository.hasClass(each, fault.className);
+                               return view.hasClass(each, fault.className);
                            });
         if (!known)
             complaints.push_back("--fault \"" + describe(fault) + "\": no namespace has a class " +

@@ -13,9 +13,9 @@ namespace embedded::cimhost {
 /// Creates the namespaces and loads the files of `settings`, in order. Throws mof::MofError.
 void load(const Settings& settings, repository::Repository& repository);
 
-/// What to tell about each of `faults` whose class no namespace of `repository` has: most likely
+/// What to tell about each of `faults` whose class no namespace of `view` has: most likely
 /// it is misspelt, and no provider's question would ever meet it.
 std::vector<std::string> faultsOfUnknownClasses(const std::vector<host::Fault>& faults,
-                                                const repository::Repository& repository);
+                                                const repository::View& view);
 
 } // namespace embedded::cimhost

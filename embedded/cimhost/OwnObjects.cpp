@@ -30,16 +30,15 @@ std::string reachedAt(const std::string& address, std::uint16_t port) {
 
 } // namespace
 
-void registerOwnObjects(const repository::Repository& repository,
-                        host::Registration& registration) {
+void registerOwnObjects(const repository::View& view, host::Registration& registration) {
     std::vector<Pegasus::CIMName> classNames;
     for (const serverobjects::PublishedClass& published : serverobjects::publishedClasses)
         classNames.emplace_back(published.name);
-    registration.addLinked(repository, {moduleName, providerName}, providerName, classNames);
+    registration.addLinked(view, {moduleName, providerName}, providerName, classNames);
 }
 
-void linkOwnObjects(const Settings& settings, const repository::Repository& repository,
-                    std::uint16_t port, host::ModuleSettings& modules) {
+void linkOwnObjects(const Settings& settings, const repository::View& view, std::uint16_t port,
+                    host::ModuleSettings& modules) {
     serverobjects::Settings own;
     own.askServer = false;
     own.systemCreationClassName = settings.systemClass;
@@ -52,7 +51,7 @@ void linkOwnObjects(const Settings& settings, const repository::Repository& repo
         own.functionalProfiles = {basicRead, instanceManipulation, associationTraversal};
     own.authenticationMechanisms = {authenticationNone};
     own.httpAddress = reachedAt(settings.address, port);
-    for (const Pegasus::CIMNamespaceName& nameSpace : repository.nameSpaces())
+    for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
         own.nameSpaces.push_back(text(nameSpace.getString()));
     modules.linked.emplace(providerName, [own](const Pegasus::String&) {
         return new serverobjects::ServerObjectsProvider([own] { return own; });

@@ -6,17 +6,17 @@
 #include "cimhost/CommandLine.h"
 #include "host/ProviderModule.h"
 #include "host/Registration.h"
-#include "repository/Repository.h"
+#include "repository/View.h"
 
 #include <cstdint>
 
 namespace embedded::cimhost {
 
 /// Registers the module where the classes are, unless another one, or what was loaded, has them.
-void registerOwnObjects(const repository::Repository& repository, host::Registration& registration);
+void registerOwnObjects(const repository::View& view, host::Registration& registration);
 
 /// Adds the module to those that are part of the program. `port` is the one that is listened on.
-void linkOwnObjects(const Settings& settings, const repository::Repository& repository,
-                    std::uint16_t port, host::ModuleSettings& modules);
+void linkOwnObjects(const Settings& settings, const repository::View& view, std::uint16_t port,
+                    host::ModuleSettings& modules);
 
 } // namespace embedded::cimhost

@@ -123,7 +123,7 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
 
     host::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warn, {}};
-    linkOwnObjects(settings, repository, port, moduleSettings);
+    linkOwnObjects(settings, repository.view(), port, moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
     host::Router router(repository, modules, host::localHostName(), settings.writable);
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));

@@ -9,8 +9,6 @@
 namespace embedded::cimhost {
 namespace {
 
-using repository::Repository;
-
 std::string count(std::size_t number, const std::string& what) {
     return std::to_string(number) + " " + what;
 }
@@ -39,9 +37,8 @@ const char* name(host::ProviderType type) {
     return "?";
 }
 
-std::string nameSpaceLine(const Repository& repository, const Pegasus::CIMNamespaceName& nameSpace,
+std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamespaceName& nameSpace,
                           bool isInterop) {
-    const repository::View view = repository.view();
     const auto classes = view.subClassNames(nameSpace, Pegasus::CIMName(), true);
     std::size_t instances = 0;
     for (const Pegasus::CIMName& className : classes)
@@ -85,12 +82,12 @@ class Offers {
 
 } // namespace
 
-std::vector<std::string> summary(const Repository& repository,
+std::vector<std::string> summary(const repository::View& view,
                                  const host::Registration& registration,
                                  const Pegasus::CIMNamespaceName& interop) {
     std::vector<std::string> lines;
-    for (const Pegasus::CIMNamespaceName& nameSpace : repository.nameSpaces())
-        lines.push_back(nameSpaceLine(repository, nameSpace, nameSpace.equal(interop)));
+    for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
+        lines.push_back(nameSpaceLine(view, nameSpace, nameSpace.equal(interop)));
     for (const auto& [moduleName, module] : registration.modules())
         lines.push_back(
             "module " + text(moduleName) + ": " +

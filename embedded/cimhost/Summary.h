@@ -3,7 +3,7 @@
 
 #include "host/Registration.h"
 #include "hosting/Text.h"
-#include "repository/Repository.h"
+#include "repository/View.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -19,7 +19,7 @@ inline std::string text(const Pegasus::String& string) {
 
 /// A line for each namespace with its numbers of classes and instances, for each module with its
 /// library, and for each provider with the classes, types and namespaces that it answers for.
-std::vector<std::string> summary(const repository::Repository& repository,
+std::vector<std::string> summary(const repository::View& view,
                                  const host::Registration& registration,
                                  const Pegasus::CIMNamespaceName& interop);
 

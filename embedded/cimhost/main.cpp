@@ -24,12 +24,12 @@ void setUpLog(const std::string& level) {
 }
 
 // The findings are the result that was asked for, so they go to standard output.
-ExitCode check(const Settings& settings, const repository::Repository& repository,
+ExitCode check(const Settings& settings, const repository::View& view,
                const host::Registration& registration) {
-    for (const std::string& line : summary(repository, registration, settings.interop))
+    for (const std::string& line : summary(view, registration, settings.interop))
         std::cout << line << "\n";
     const std::vector<host::Finding> findings =
-        host::checkRegistration(registration, repository, settings.providerDirectories);
+        host::checkRegistration(registration, view, settings.providerDirectories);
     for (const host::Finding& finding : findings)
         std::cout << (finding.severity == host::Finding::Severity::Problem ? "PROBLEM " : "ok ")
                   << finding.text << "\n";
@@ -49,16 +49,17 @@ ExitCode run(const Settings& settings) {
         spdlog::error(error.what());
         return ExitCode::Mof;
     }
-    const std::vector<std::string> complaints = faultsOfUnknownClasses(settings.faults, repository);
+    const repository::View view = repository.view();
+    const std::vector<std::string> complaints = faultsOfUnknownClasses(settings.faults, view);
     for (const std::string& complaint : complaints)
         spdlog::error(complaint);
     if (!complaints.empty())
         return ExitCode::Usage;
-    host::Registration registration(repository, settings.interop);
-    registerOwnObjects(repository, registration);
+    host::Registration registration(view, settings.interop);
+    registerOwnObjects(view, registration);
     if (settings.checkOnly)
-        return check(settings, repository, registration);
-    for (const std::string& line : summary(repository, registration, settings.interop))
+        return check(settings, view, registration);
+    for (const std::string& line : summary(view, registration, settings.interop))
         spdlog::info(line);
     for (const host::Finding& finding : registration.findings())
         spdlog::warn("{} (--check tells more)", finding.text);

@@ -12,8 +12,8 @@
 namespace embedded::cimxml {
 
 /// Reads a request document and answers it; throws RequestRejected.
-using DocumentAnswer = std::function<std::shared_ptr<ReplyDocument>(const std::string& body,
-                                                                    const Headers& headers)>;
+using DocumentAnswer =
+    std::function<std::shared_ptr<ReplyDocument>(const std::string& body, const Headers& headers)>;
 
 /// Answers one request whose document is `answer`'s to read: at once, or with Work for a reply that
 /// enters modules. A long document goes out in pieces. Throws what `answer` throws but for

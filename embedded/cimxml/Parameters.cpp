@@ -139,8 +139,8 @@ pugi::xml_node elementIn(const pugi::xml_node& node) {
         [](const pugi::xml_node& child) { return child.type() == pugi::node_element; });
 }
 
-void readOne(const pugi::xml_node& given, const ParameterList& parameters,
-             std::vector<Fate>& fates, const SoleKey& soleKey, Call& call) {
+void readOne(const pugi::xml_node& given, const ParameterList& parameters, std::vector<Fate>& fates,
+             const SoleKey& soleKey, Call& call) {
     const std::string_view name = given.attribute("NAME").value();
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const Parameter& parameter = parameterOf(parameters[i]);
@@ -162,9 +162,9 @@ void readOne(const pugi::xml_node& given, const ParameterList& parameters,
         parameter.read(value, soleKey, call);
         return;
     }
-    throw CIMException(CIM_ERR_NOT_SUPPORTED,
-                       fromUtf8("Unrecognized or invalid request input parameter \"" +
-                                std::string(name) + "\""));
+    throw CIMException(
+        CIM_ERR_NOT_SUPPORTED,
+        fromUtf8("Unrecognized or invalid request input parameter \"" + std::string(name) + "\""));
 }
 
 } // namespace

@@ -174,9 +174,9 @@ std::string faultHelp() {
 }
 
 std::string describe(const Fault& fault) {
-    std::string text = std::string(fault.operation ? operationName(*fault.operation) : "everything") +
-                       " of " +
-                       (fault.className.isNull() ? "any class" : utf8(fault.className.getString()));
+    std::string text =
+        std::string(fault.operation ? operationName(*fault.operation) : "everything") + " of " +
+        (fault.className.isNull() ? "any class" : utf8(fault.className.getString()));
     switch (fault.kind) {
     case Fault::Kind::Fails:
         text += std::string(" fails with ") + Pegasus::cimStatusCodeToString(fault.status);

@@ -21,7 +21,7 @@ struct Fault {
     };
 
     std::optional<OperationKind> operation; ///< empty: any
-    Pegasus::CIMName className;                 ///< null: any
+    Pegasus::CIMName className;             ///< null: any
     Kind kind = Kind::Fails;
     Pegasus::CIMStatusCode status = Pegasus::CIM_ERR_FAILED;
     std::string message;

@@ -20,8 +20,7 @@ class FaultyReadBacks : public CimOperations {
 
     Plan plan(const Operation& operation) override {
         return {true, [this, &operation] {
-                    const bool answered =
-                        _faults.meet(operation) == Faults::Outcome::ServersAnswer;
+                    const bool answered = _faults.meet(operation) == Faults::Outcome::ServersAnswer;
                     return answered ? _server.perform(operation) : Answer();
                 }};
     }

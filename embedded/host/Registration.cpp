@@ -69,9 +69,9 @@ ProviderType routedType(Uint16 value) {
 /// Fills one Registration; modules first, since providers name them, and capabilities last.
 class Registration::Reader {
   public:
-    Reader(Registration& registration, const repository::Repository& repository,
+    Reader(Registration& registration, const repository::View& view,
            const CIMNamespaceName& interop)
-        : _registration(registration), _repository(repository), _interop(interop) {}
+        : _registration(registration), _view(view), _interop(interop) {}
 
     void read() {
         each(moduleClass, &Reader::readModule);
@@ -85,16 +85,15 @@ class Registration::Reader {
     }
 
     void each(const char* className, void (Reader::*readOne)(const CIMInstance&)) {
-        std::vector<CIMInstance> instances;
-        try {
-            instances = _repository.enumerateInstances(_interop, CIMName(className));
-        } catch (const Pegasus::CIMException&) {
+        if (!_view.hasClass(_interop, CIMName(className))) {
             problem(std::string("The interop namespace ") + utf8(_interop.getString()) +
                     " does not define the class " + className +
                     ", so nothing can be registered. Load the registration schema there.");
             return;
         }
-        for (const CIMInstance& instance : instances) {
+        const repository::InstanceList instances = _view.instances(_interop, CIMName(className));
+        for (std::size_t i = 0; i < instances.size(); ++i) {
+            const CIMInstance instance = instances[i].instance();
             try {
                 (this->*readOne)(instance);
             } catch (const Fault& fault) {
@@ -195,20 +194,19 @@ class Registration::Reader {
     }
 
     Registration& _registration;
-    const repository::Repository& _repository;
+    const repository::View& _view;
     const CIMNamespaceName& _interop;
     std::set<ProviderName> _known;
 };
 
-Registration::Registration(const repository::Repository& repository,
-                           const CIMNamespaceName& interop) {
-    if (!repository.hasNameSpace(interop)) {
+Registration::Registration(const repository::View& view, const CIMNamespaceName& interop) {
+    if (!view.hasNameSpace(interop)) {
         _findings.push_back(
             {Finding::Severity::Problem, "The interop namespace " + utf8(interop.getString()) +
                                              " does not exist, so nothing is registered."});
         return;
     }
-    Reader(*this, repository, interop).read();
+    Reader(*this, view, interop).read();
 }
 
 void Registration::add(const Capability& capability) {
@@ -217,20 +215,20 @@ void Registration::add(const Capability& capability) {
     _capabilities.push_back(capability);
 }
 
-void Registration::addLinked(const repository::Repository& repository, const ProviderName& provider,
+void Registration::addLinked(const repository::View& view, const ProviderName& provider,
                              const std::string& location, const std::vector<CIMName>& classNames) {
     const std::size_t before = _capabilities.size();
     const auto taken = [&](const CIMNamespaceName& nameSpace, const CIMName& className) {
-        std::vector<CIMName> all = repository.subClassNames(nameSpace, className, true);
+        std::vector<CIMName> all = view.subClassNames(nameSpace, className, true);
         all.push_back(className);
         return std::any_of(all.begin(), all.end(), [&](const CIMName& name) {
             return find(nameSpace, name, ProviderType::Instance) != nullptr ||
-                   repository.view().instances(nameSpace, name).size() != 0;
+                   view.instances(nameSpace, name).size() != 0;
         });
     };
-    for (const CIMNamespaceName& nameSpace : repository.nameSpaces()) {
+    for (const CIMNamespaceName& nameSpace : view.nameSpaces()) {
         for (const CIMName& className : classNames) {
-            if (repository.hasClass(nameSpace, className) && !taken(nameSpace, className)) {
+            if (view.hasClass(nameSpace, className) && !taken(nameSpace, className)) {
                 add({nameSpace, className, ProviderType::Instance, provider});
             }
         }

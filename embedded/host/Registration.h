@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/Provider.h"
-#include "repository/Repository.h"
+#include "repository/View.h"
 
 #include <map>
 #include <string>
@@ -51,15 +51,14 @@ class Registration {
     /// Nothing is registered.
     Registration() = default;
     /// Reads the instances in `interop`. One that is faulty is left out and told in findings().
-    Registration(const repository::Repository& repository,
-                 const Pegasus::CIMNamespaceName& interop);
+    Registration(const repository::View& view, const Pegasus::CIMNamespaceName& interop);
 
     /// Registers a module that is part of the program, with one provider, for the instances of
-    /// each of the classes in every namespace of `repository` that defines the class, but for those
+    /// each of the classes in every namespace of `view` that defines the class, but for those
     /// where another provider is registered for the class or a subclass, and those that were loaded
     /// with instances of these: there, these are the objects. Without any namespace the module is
     /// not registered.
-    void addLinked(const repository::Repository& repository, const ProviderName& provider,
+    void addLinked(const repository::View& view, const ProviderName& provider,
                    const std::string& location, const std::vector<Pegasus::CIMName>& classNames);
 
     /// The provider that is registered for exactly this class, or null.

@@ -37,9 +37,9 @@ const char* kindOf(ProviderType type) {
 
 class Check {
   public:
-    Check(const Registration& registration, const repository::Repository& repository,
+    Check(const Registration& registration, const repository::View& view,
           const std::vector<std::filesystem::path>& directories)
-        : _registration(registration), _repository(repository), _directories(directories),
+        : _registration(registration), _view(view), _directories(directories),
           _findings(registration.findings()) {}
 
     std::vector<Finding> run() {
@@ -65,23 +65,22 @@ class Check {
         const std::string what = text(capability.className) + " in " + text(capability.nameSpace) +
                                  " (" + kindOf(capability.type) + ")";
         add(Finding::Severity::Note, what + ": " + text(capability.provider));
-        if (!_repository.hasNameSpace(capability.nameSpace)) {
+        if (!_view.hasNameSpace(capability.nameSpace)) {
             problem(what + ": the namespace does not exist; load the class's MOF there.");
-        } else if (!_repository.hasClass(capability.nameSpace, capability.className)) {
+        } else if (!_view.hasClass(capability.nameSpace, capability.className)) {
             problem(what +
                     ": the namespace does not define the class, so it cannot be asked for; " +
                     whereDefined(capability.className));
         } else if (capability.type == ProviderType::Association &&
-                   !_repository.getClass(capability.nameSpace, capability.className)
-                        .isAssociation()) {
+                   !_view.getClass(capability.nameSpace, capability.className).isAssociation()) {
             problem(what + ": the class is not an association, so it is never traversed.");
         }
     }
 
     std::string whereDefined(const CIMName& className) const {
         std::string places;
-        for (const CIMNamespaceName& nameSpace : _repository.nameSpaces()) {
-            if (_repository.hasClass(nameSpace, className)) {
+        for (const CIMNamespaceName& nameSpace : _view.nameSpaces()) {
+            if (_view.hasClass(nameSpace, className)) {
                 places += (places.empty() ? "" : ", ") + text(nameSpace);
             }
         }
@@ -127,7 +126,7 @@ class Check {
     }
 
     const Registration& _registration;
-    const repository::Repository& _repository;
+    const repository::View& _view;
     const std::vector<std::filesystem::path>& _directories;
     std::vector<Finding> _findings;
 };
@@ -135,9 +134,9 @@ class Check {
 } // namespace
 
 std::vector<Finding> checkRegistration(const Registration& registration,
-                                       const repository::Repository& repository,
+                                       const repository::View& view,
                                        const std::vector<std::filesystem::path>& directories) {
-    return Check(registration, repository, directories).run();
+    return Check(registration, view, directories).run();
 }
 
 } // namespace embedded::host

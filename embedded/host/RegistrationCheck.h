@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/Registration.h"
-#include "repository/Repository.h"
+#include "repository/View.h"
 
 #include <filesystem>
 #include <vector>
@@ -14,7 +14,7 @@ namespace embedded::host {
 /// classes that are not defined, libraries that are not found, cannot be loaded, or lack the entry
 /// point. Opens the libraries, but creates no provider.
 std::vector<Finding> checkRegistration(const Registration& registration,
-                                       const repository::Repository& repository,
+                                       const repository::View& view,
                                        const std::vector<std::filesystem::path>& directories);
 
 } // namespace embedded::host

@@ -119,11 +119,12 @@ std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& cla
 RepositoryAssociations::Names
 RepositoryAssociations::associationClasses(const Names& classes) const {
     Names found;
-    std::copy_if(
-        classes.begin(), classes.end(), std::back_inserter(found), [&](const CIMName& className) {
-            return hasNearEnd(endsOf(_view.getClass(_nameSpace, className, false, false)), _filters.role,
-                              [&](const CIMName& target) { return takesSource(target); });
-        });
+    std::copy_if(classes.begin(), classes.end(), std::back_inserter(found),
+                 [&](const CIMName& className) {
+                     return hasNearEnd(endsOf(_view.getClass(_nameSpace, className, false, false)),
+                                       _filters.role,
+                                       [&](const CIMName& target) { return takesSource(target); });
+                 });
     return found;
 }
 

@@ -159,12 +159,12 @@ Plan Router::planSchema(const Question& question) {
     case OperationKind::GetClass:
         return answered(cursorOver(classOf(operation.className)));
     case OperationKind::EnumerateClasses:
-        return answered(madeOf(view.subClassNames(operation.nameSpace, operation.className,
-                                                  operation.deepInheritance),
-                               classOf));
+        return answered(madeOf(
+            view.subClassNames(operation.nameSpace, operation.className, operation.deepInheritance),
+            classOf));
     case OperationKind::EnumerateClassNames:
-        return answered(cursorOverAll(view.subClassNames(
-            operation.nameSpace, operation.className, operation.deepInheritance)));
+        return answered(cursorOverAll(view.subClassNames(operation.nameSpace, operation.className,
+                                                         operation.deepInheritance)));
     case OperationKind::GetQualifier:
         return answered(cursorOver(view.getQualifier(operation.nameSpace, operation.memberName)));
     default:
@@ -181,9 +181,9 @@ Plan Router::planGet(const Question& question) const {
     Provider* const provider = providerOf(question, className);
     if (provider == nullptr) {
         return answered(std::move(
-            answerFrom(question.view.getInstance(operation.nameSpace, operation.objectName)
-                           .instance(),
-                       operation)
+            answerFrom(
+                question.view.getInstance(operation.nameSpace, operation.objectName).instance(),
+                operation)
                 .next));
     }
     return planned(true, [this, &operation, provider] {
@@ -192,11 +192,10 @@ Plan Router::planGet(const Question& question) const {
         InstanceCollector collector(Expected::One);
         callProvider<CIMInstanceProvider>(
             *provider, path.getClassName(), [&](CIMInstanceProvider& asked) {
-                asked.getInstance(contextFor(operation.caller), path,
-                                  whole && operation.includeQualifiers,
-                                  whole && operation.includeClassOrigin,
-                                  whole ? operation.propertyList : listOf(operation.memberName),
-                                  collector);
+                asked.getInstance(
+                    contextFor(operation.caller), path, whole && operation.includeQualifiers,
+                    whole && operation.includeClassOrigin,
+                    whole ? operation.propertyList : listOf(operation.memberName), collector);
             });
         return answerFrom(oneInstance(collector, path), operation);
     });
@@ -248,8 +247,8 @@ Plan Router::planWrite(const Question& question) {
     return planned(false, [this, &operation]() -> Answer {
         switch (operation.kind) {
         case OperationKind::CreateInstance:
-            return {cursorOver(
-                _repository.createInstance(operation.nameSpace, operation.instance))};
+            return {
+                cursorOver(_repository.createInstance(operation.nameSpace, operation.instance))};
         case OperationKind::ModifyInstance:
             _repository.modifyInstance(operation.nameSpace, operation.instance,
                                        operation.propertyList);
@@ -304,21 +303,21 @@ Plan Router::planEnumeration(const Question& question) const {
     const CIMPropertyList list =
         ofThisClass ? allProperties(view.getClass(operation.nameSpace, operation.className))
                     : operation.propertyList;
-    return planned(entersModules,
-                   [this, question, sources = std::move(sources), ofThisClass, list] {
-                       Legs legs;
-                       for (const Source& source : sources) {
-                           legs.add([&] { return enumerated(question, source, list); });
-                       }
-                       Answer answer = legs.answer();
-                       if (ofThisClass) {
-                           answer.next = mapped<CIMInstance>(
-                               std::move(answer.next), [list](CIMInstance& instance) {
-                                   instance = withProperties(instance, list);
-                               });
-                       }
-                       return answer;
-                   });
+    return planned(
+        entersModules, [this, question, sources = std::move(sources), ofThisClass, list] {
+            Legs legs;
+            for (const Source& source : sources) {
+                legs.add([&] { return enumerated(question, source, list); });
+            }
+            Answer answer = legs.answer();
+            if (ofThisClass) {
+                answer.next =
+                    mapped<CIMInstance>(std::move(answer.next), [list](CIMInstance& instance) {
+                        instance = withProperties(instance, list);
+                    });
+            }
+            return answer;
+        });
 }
 
 Cursor Router::enumerated(const Question& question, const Source& source,
@@ -327,23 +326,25 @@ Cursor Router::enumerated(const Question& question, const Source& source,
     const bool names = operation.kind == OperationKind::EnumerateInstanceNames;
     if (source.provider == nullptr) {
         repository::InstanceList stored = view.instances(operation.nameSpace, source.className);
-        return names ? madeOf(std::move(stored), [](const StoredInstance& one) { return one.path(); })
-                     : madeOf(std::move(stored),
-                              [](const StoredInstance& one) { return one.instance(); });
+        return names
+                   ? madeOf(std::move(stored), [](const StoredInstance& one) { return one.path(); })
+                   : madeOf(std::move(stored),
+                            [](const StoredInstance& one) { return one.instance(); });
     }
     const Pegasus::OperationContext context = contextFor(operation.caller);
     const CIMObjectPath path(_hostName, operation.nameSpace, source.className);
     PathCollector paths(Expected::Any);
     InstanceCollector instances(Expected::Any);
-    callProvider<CIMInstanceProvider>(
-        *source.provider, source.className, [&, &operation = operation](CIMInstanceProvider& asked) {
-            if (names) {
-                asked.enumerateInstanceNames(context, path, paths);
-            } else {
-                asked.enumerateInstances(context, path, operation.includeQualifiers,
-                                         operation.includeClassOrigin, list, instances);
-            }
-        });
+    callProvider<CIMInstanceProvider>(*source.provider, source.className,
+                                      [&, &operation = operation](CIMInstanceProvider& asked) {
+                                          if (names) {
+                                              asked.enumerateInstanceNames(context, path, paths);
+                                          } else {
+                                              asked.enumerateInstances(
+                                                  context, path, operation.includeQualifiers,
+                                                  operation.includeClassOrigin, list, instances);
+                                          }
+                                      });
     return names ? cursorOverAll(paths.objects()) : cursorOverAll(instances.objects());
 }
 

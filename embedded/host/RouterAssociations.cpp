@@ -83,19 +83,17 @@ Plan Router::planTraversal(const Question& question) {
     requireRole("role", operation.role);
     requireRole("resultrole", operation.resultRole);
     // For references the result class is the filter on the association classes.
-    const Names candidates = view.associationClassNames(
-        operation.nameSpace, operation.objectName.getClassName(),
-        farEnds ? operation.assocClass : operation.resultClass);
+    const Names candidates =
+        view.associationClassNames(operation.nameSpace, operation.objectName.getClassName(),
+                                   farEnds ? operation.assocClass : operation.resultClass);
     const CIMName resultClass = farEnds ? operation.resultClass : CIMName();
     if (!resultClass.isNull()) {
         question.requireClass(resultClass);
     }
-    const RepositoryAssociations associations(
-        view, operation.nameSpace, operation.objectName,
-        {resultClass, operation.role, operation.resultRole});
+    const RepositoryAssociations associations(view, operation.nameSpace, operation.objectName,
+                                              {resultClass, operation.role, operation.resultRole});
     if (operation.objectName.getKeyBindings().size() == 0) {
-        Cursor cursor =
-            completed(operation, classesAt(operation, view, associations, candidates));
+        Cursor cursor = completed(operation, classesAt(operation, view, associations, candidates));
         return {false,
                 [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
     }
@@ -127,8 +125,8 @@ Plan Router::planTraversal(const Question& question) {
              return _modules.find(path.getNameSpace(), path.getClassName(),
                                   ProviderType::Instance) != nullptr;
          }));
-    return {entersModules, [this, question, served = std::move(served),
-                            stored = std::move(stored), farPaths = std::move(farPaths)]() mutable {
+    return {entersModules, [this, question, served = std::move(served), stored = std::move(stored),
+                            farPaths = std::move(farPaths)]() mutable {
                 return asCimErrors([&] {
                     const Operation& asked = question.operation;
                     Legs legs;

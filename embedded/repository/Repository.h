@@ -17,15 +17,11 @@
 #include "mof/Mof.h"
 #include "repository/View.h"
 
-#include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMObjectPath.h>
-#include <Pegasus/Common/CIMPropertyList.h>
-#include <Pegasus/Common/CIMQualifierDecl.h>
 
 #include <memory>
-#include <vector>
 
 namespace embedded::repository {
 
@@ -61,32 +57,6 @@ class Repository {
                         const Pegasus::CIMPropertyList& propertyList);
     void deleteInstance(const Pegasus::CIMNamespaceName& nameSpace,
                         const Pegasus::CIMObjectPath& instanceName);
-
-    // What view() says of this moment.
-
-    bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) const;
-    std::vector<Pegasus::CIMNamespaceName> nameSpaces() const;
-    bool hasClass(const Pegasus::CIMNamespaceName& nameSpace,
-                  const Pegasus::CIMName& className) const;
-    Pegasus::CIMClass getClass(const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className, bool localOnly = false,
-                               bool includeQualifiers = true, bool includeClassOrigin = true,
-                               const Pegasus::CIMPropertyList& propertyList = {}) const;
-    std::vector<Pegasus::CIMName> subClassNames(const Pegasus::CIMNamespaceName& nameSpace,
-                                                const Pegasus::CIMName& className, bool deep) const;
-    std::vector<Pegasus::CIMName> superClassNames(const Pegasus::CIMNamespaceName& nameSpace,
-                                                  const Pegasus::CIMName& className) const;
-    std::vector<Pegasus::CIMName> associationClassNames(const Pegasus::CIMNamespaceName& nameSpace,
-                                                        const Pegasus::CIMName& sourceClass,
-                                                        const Pegasus::CIMName& filter) const;
-    Pegasus::CIMInstance getInstance(const Pegasus::CIMNamespaceName& nameSpace,
-                                     const Pegasus::CIMObjectPath& instanceName) const;
-    std::vector<Pegasus::CIMInstance> enumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
-                                                         const Pegasus::CIMName& className) const;
-    Pegasus::CIMQualifierDecl getQualifier(const Pegasus::CIMNamespaceName& nameSpace,
-                                           const Pegasus::CIMName& qualifierName) const;
-    std::vector<Pegasus::CIMQualifierDecl>
-    enumerateQualifiers(const Pegasus::CIMNamespaceName& nameSpace) const;
 
   private:
     class Implementation;

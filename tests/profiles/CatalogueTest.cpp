@@ -100,10 +100,9 @@ TEST_F(CatalogueTest, ReadsEachClassFromRootCimv2WithItsQualifiers) {
 }
 
 TEST_F(CatalogueTest, CarriesTheQualifiersOfItsClassAndLeavesTheClassAlone) {
-    const CIMClass known =
-        CIMOMHandle().getClass(OperationContext(), CIMNamespaceName("root/cimv2"),
-                               CIMName("CIM_RegisteredProfile"), false, true, false,
-                               CIMPropertyList());
+    const CIMClass known = CIMOMHandle().getClass(
+        OperationContext(), CIMNamespaceName("root/cimv2"), CIMName("CIM_RegisteredProfile"), false,
+        true, false, CIMPropertyList());
     provider.initData();
     const CIMInstance instance = provider.registeredProfiles()[2];
     ASSERT_EQ(instance.getQualifierCount(), 2U);

@@ -26,12 +26,21 @@ LoadedSchema::LoadedSchema() {
         load(file, interop);
 }
 
+std::vector<Pegasus::CIMInstance>
+LoadedSchema::instancesOf(const Pegasus::CIMNamespaceName& nameSpace, const char* className) const {
+    std::vector<Pegasus::CIMInstance> instances;
+    const auto list = repository.view().instances(nameSpace, CIMName(className));
+    for (std::size_t i = 0; i < list.size(); ++i)
+        instances.push_back(list[i].instance());
+    return instances;
+}
+
 std::string LoadedSchema::text(const Pegasus::String& value) {
     return static_cast<const char*>(value.getCString());
 }
 
 Pegasus::CIMClass LoadedSchema::classNamed(const std::string& name) const {
-    return repository.getClass(home, CIMName(name.c_str()));
+    return repository.view().getClass(home, CIMName(name.c_str()));
 }
 
 std::vector<std::string> LoadedSchema::listQualifier(const std::string& className,

@@ -79,7 +79,7 @@ TEST_F(LoadedSchema, DerivesClassesAsCimDoes) {
     };
     for (const auto& [name, chain] : chains) {
         Words found;
-        for (const CIMName& above : repository.superClassNames(home, CIMName(name.c_str())))
+        for (const CIMName& above : repository.view().superClassNames(home, CIMName(name.c_str())))
             found.push_back(text(above.getString()));
         EXPECT_EQ(found, chain) << name;
     }
@@ -194,8 +194,8 @@ TEST_F(LoadedSchema, GivesPropertiesTheTypesOfCim) {
 
 // Clients print a value by its place in the two lists.
 TEST_F(LoadedSchema, PairsEachMappedValueWithItsName) {
-    for (const CIMName& name : repository.subClassNames(interop, CIMName(), true)) {
-        const auto type = repository.getClass(interop, name);
+    for (const CIMName& name : repository.view().subClassNames(interop, CIMName(), true)) {
+        const auto type = repository.view().getClass(interop, name);
         for (Uint32 i = 0; i < type.getPropertyCount(); ++i) {
             const auto property = type.getProperty(i);
             const Uint32 map = property.findQualifier(CIMName("ValueMap"));

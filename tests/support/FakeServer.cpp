@@ -180,8 +180,8 @@ hosting::Answer FakeServer::perform(const hosting::Operation& operation) {
 }
 
 CIMClass FakeServer::classFor(const hosting::Operation& operation) const {
-    const auto found = _classes.find(lower(text(operation.nameSpace.getString()) + ":" +
-                                           text(operation.className.getString())));
+    const auto found = _classes.find(
+        lower(text(operation.nameSpace.getString()) + ":" + text(operation.className.getString())));
     if (found == _classes.end()) {
         throw CIMException(CIM_ERR_NOT_FOUND, operation.className.getString());
     }

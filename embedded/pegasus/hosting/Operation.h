@@ -51,7 +51,7 @@ struct Operation {
     OperationKind kind{};
     Caller caller;
     CIMNamespaceName nameSpace;
-    CIMName className;        ///< ClassName of the class operations and enumerations; null: all roots
+    CIMName className; ///< ClassName of the class operations and enumerations; null: all roots
     CIMObjectPath objectName; ///< InstanceName or ObjectName
     CIMInstance instance;     ///< NewInstance or ModifiedInstance
     CIMName memberName;       ///< PropertyName or QualifierName

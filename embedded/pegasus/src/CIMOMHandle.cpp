@@ -154,8 +154,8 @@ Array<CIMObjectPath> CIMOMHandle::enumerateInstanceNames(const OperationContext&
 CIMObjectPath CIMOMHandle::createInstance(const OperationContext& context,
                                           const CIMNamespaceName& nameSpace,
                                           const CIMInstance& newInstance) {
-    return onlyOf<CIMObjectPath>(serverOf(_rep).perform(
-        of(OperationKind::CreateInstance, context, nameSpace, newInstance)));
+    return onlyOf<CIMObjectPath>(
+        serverOf(_rep).perform(of(OperationKind::CreateInstance, context, nameSpace, newInstance)));
 }
 
 void CIMOMHandle::modifyInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,

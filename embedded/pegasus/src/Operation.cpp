@@ -4,11 +4,21 @@ namespace Pegasus::hosting {
 
 const char* operationName(OperationKind kind) {
     static constexpr const char* names[] = {
-        "getClass",       "enumerateClasses",   "enumerateClassNames",
-        "getInstance",    "enumerateInstances", "enumerateInstanceNames",
-        "createInstance", "modifyInstance",     "deleteInstance",
-        "getProperty",    "associators",        "associatorNames",
-        "references",     "referenceNames",     "getQualifier",
+        "getClass",
+        "enumerateClasses",
+        "enumerateClassNames",
+        "getInstance",
+        "enumerateInstances",
+        "enumerateInstanceNames",
+        "createInstance",
+        "modifyInstance",
+        "deleteInstance",
+        "getProperty",
+        "associators",
+        "associatorNames",
+        "references",
+        "referenceNames",
+        "getQualifier",
         "enumerateQualifiers",
     };
     return names[static_cast<std::size_t>(kind)];

@@ -294,8 +294,8 @@ TEST(Exchange, WorksOnADocumentThatEntersModulesAndOnNoOther) {
     const auto enters = [](bool modules) {
         const auto document =
             std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"}, modules);
-        http::Answer answered = exchange(
-            post(), [document](const std::string&, const Headers&) { return document; });
+        http::Answer answered =
+            exchange(post(), [document](const std::string&, const Headers&) { return document; });
         const auto* const work = std::get_if<http::Work>(&answered);
         EXPECT_NE(document->ended(), work != nullptr) << "answered before its time";
         EXPECT_EQ(work ? (*work)().body : std::get<http::Reply>(answered).body, "<reply/>");

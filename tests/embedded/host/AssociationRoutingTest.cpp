@@ -55,15 +55,16 @@ class AssociationRouting : public testing::Test {
     }
 
     Answers<CIMObjectPath> associatorNames(const CIMObjectPath& source,
-                                          const char* assocClass = nullptr,
-                                          const char* resultClass = nullptr, const char* role = "",
-                                          const char* resultRole = "") {
+                                           const char* assocClass = nullptr,
+                                           const char* resultClass = nullptr, const char* role = "",
+                                           const char* resultRole = "") {
         return server.router.associatorNames(
             {}, nameSpace, source, assocClass == nullptr ? CIMName() : assocClass,
             resultClass == nullptr ? CIMName() : resultClass, role, resultRole);
     }
     Answers<CIMObjectPath> referenceNames(const CIMObjectPath& source,
-                                         const char* resultClass = nullptr, const char* role = "") {
+                                          const char* resultClass = nullptr,
+                                          const char* role = "") {
         return server.router.referenceNames({}, nameSpace, source,
                                             resultClass == nullptr ? CIMName() : resultClass, role);
     }

@@ -206,7 +206,7 @@ TEST(LifeCycle, TheFirstDirectoryThatHasTheLibraryIsTaken) {
     repository::Repository repository;
     toy::reset();
     fill(repository, servedBy("P", {"TST_Base"}));
-    ProviderModules modules(Registration(repository, interop),
+    ProviderModules modules(Registration(repository.view(), interop),
                             {{"/nowhere", modulesDirectory(), "/elsewhere"}, false, {}, {}});
     Router router(repository, modules, "testhost");
     const ProviderHandles handles(router);
@@ -254,7 +254,7 @@ TEST(LifeCycle, ALibraryThatCannotBeLoadedIsToldWithTheReason) {
     std::ofstream(directory / "libgarbage.so") << "no library\n";
     repository::Repository repository;
     fill(repository, register1("P", "garbage"));
-    ProviderModules modules(Registration(repository, interop), {{directory}, false, {}, {}});
+    ProviderModules modules(Registration(repository.view(), interop), {{directory}, false, {}, {}});
     Router router(repository, modules, "testhost");
     const std::string error = errorOf(
         [&] { router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base")); });

@@ -20,9 +20,9 @@ struct Lines {
 Lines check(const std::string& mof, const std::vector<std::filesystem::path>& directories) {
     repository::Repository repository;
     fill(repository, mof);
-    const Registration registration(repository, interop);
+    const Registration registration(repository.view(), interop);
     Lines lines;
-    for (const Finding& finding : checkRegistration(registration, repository, directories)) {
+    for (const Finding& finding : checkRegistration(registration, repository.view(), directories)) {
         (finding.severity == Finding::Severity::Note ? lines.notes : lines.problems)
             .push_back(finding.text);
     }
@@ -68,10 +68,10 @@ TEST(RegistrationCheck, TellsWhyAClassCannotBeAskedFor) {
 TEST(RegistrationCheck, LooksForNoLibraryOfAModuleThatIsPartOfTheProgram) {
     repository::Repository repository;
     fill(repository);
-    Registration registration(repository, interop);
-    registration.addLinked(repository, {"M", "P"}, "inside", {CIMName("TST_Base")});
+    Registration registration(repository.view(), interop);
+    registration.addLinked(repository.view(), {"M", "P"}, "inside", {CIMName("TST_Base")});
     Texts found;
-    for (const Finding& finding : checkRegistration(registration, repository, {})) {
+    for (const Finding& finding : checkRegistration(registration, repository.view(), {})) {
         EXPECT_EQ(Finding::Severity::Note, finding.severity) << finding.text;
         found.push_back(finding.text);
     }

@@ -13,7 +13,7 @@ using Pegasus::CIMNamespaceName;
 Registration registrationOf(const std::string& mof) {
     repository::Repository repository;
     fill(repository, mof);
-    return Registration(repository, interop);
+    return Registration(repository.view(), interop);
 }
 
 Texts findingsOf(const Registration& registration) {
@@ -69,7 +69,7 @@ TEST(Registration, AStoppedModuleIsMarked) {
 
 TEST(Registration, WithoutTheInteropNamespaceNothingIsRegistered) {
     const repository::Repository repository;
-    const Registration registration(repository, CIMNamespaceName("root/nowhere"));
+    const Registration registration(repository.view(), CIMNamespaceName("root/nowhere"));
     EXPECT_EQ(Texts{"The interop namespace root/nowhere does not exist, so nothing is registered."},
               findingsOf(registration));
 }
@@ -77,7 +77,7 @@ TEST(Registration, WithoutTheInteropNamespaceNothingIsRegistered) {
 TEST(Registration, WithoutTheRegistrationClassesNothingIsRegistered) {
     repository::Repository repository;
     fill(repository);
-    EXPECT_EQ(3U, Registration(repository, nameSpace).findings().size());
+    EXPECT_EQ(3U, Registration(repository.view(), nameSpace).findings().size());
 }
 
 struct FaultyCase {
@@ -184,8 +184,8 @@ TEST(Registration, ALinkedModuleIsRegisteredWhereItsClassesAre) {
     fill(repository, "#pragma namespace(\"root/second\")\n"
                      "Qualifier Key : boolean = false, Scope(property);\n"
                      "class TST_Base { [Key] string Id; };\n");
-    Registration registration(repository, interop);
-    registration.addLinked(repository, {"M", "P"}, "inside",
+    Registration registration(repository.view(), interop);
+    registration.addLinked(repository.view(), {"M", "P"}, "inside",
                            {CIMName("TST_Base"), CIMName("TST_None")});
     EXPECT_EQ(2U, registration.capabilities().size());
     for (const char* where : {"root/test", "root/second"}) {
@@ -201,8 +201,8 @@ TEST(Registration, ALinkedModuleIsRegisteredWhereItsClassesAre) {
 TEST(Registration, ALinkedModuleWithoutItsClassesIsNotThere) {
     repository::Repository repository;
     fill(repository);
-    Registration registration(repository, interop);
-    registration.addLinked(repository, {"M", "P"}, "inside", {CIMName("TST_None")});
+    Registration registration(repository.view(), interop);
+    registration.addLinked(repository.view(), {"M", "P"}, "inside", {CIMName("TST_None")});
     EXPECT_TRUE(registration.modules().empty());
     EXPECT_TRUE(registration.providers().empty());
 }
@@ -211,8 +211,8 @@ TEST(Registration, ALinkedModuleLeavesOthersTheirClasses) {
     repository::Repository repository;
     fill(repository, registered + capabilityMof("M", "P", "1", "2", "TST_Other") +
                          "instance of TST_Leaf { Id = \"loaded\"; };\n");
-    Registration registration(repository, interop);
-    registration.addLinked(repository, {"Own", "Own"}, "inside",
+    Registration registration(repository.view(), interop);
+    registration.addLinked(repository.view(), {"Own", "Own"}, "inside",
                            {CIMName("TST_Other"), CIMName("TST_Middle"), CIMName("TST_Link")});
     const auto holder = [&](const char* className) {
         const ProviderName* const found = registration.find(
@@ -227,8 +227,8 @@ TEST(Registration, ALinkedModuleLeavesOthersTheirClasses) {
 TEST(Registration, ALinkedModuleLeavesAClassWhoseSubclassAnotherPublishes) {
     repository::Repository repository;
     fill(repository, registered + capabilityMof("M", "P", "1", "2", "TST_Leaf"));
-    Registration registration(repository, interop);
-    registration.addLinked(repository, {"Own", "Own"}, "inside", {CIMName("TST_Base")});
+    Registration registration(repository.view(), interop);
+    registration.addLinked(repository.view(), {"Own", "Own"}, "inside", {CIMName("TST_Base")});
     EXPECT_EQ(nullptr, registration.find(CIMNamespaceName("root/test"), CIMName("TST_Base"),
                                          ProviderType::Instance));
 }

@@ -28,7 +28,8 @@ class RepositoryAssociationsTest : public testing::Test {
     Texts farInstances(const CIMObjectPath& source, const TraversalFilters& filters = {}) {
         Texts result;
         for (const CIMObjectPath& path :
-             RepositoryAssociations(repository.view(), nameSpace, source, filters).farInstances(classes)) {
+             RepositoryAssociations(repository.view(), nameSpace, source, filters)
+                 .farInstances(classes)) {
             const std::string prefix =
                 path.getNameSpace().equal("root/elsewhere") ? "elsewhere " : "";
             result.push_back(prefix + text(path.getClassName().getString()) + " " +
@@ -44,8 +45,8 @@ class RepositoryAssociationsTest : public testing::Test {
     Texts farClasses(const char* source, const TraversalFilters& filters = {}) {
         Texts result;
         for (const CIMName& name :
-             RepositoryAssociations(repository.view(), nameSpace, CIMObjectPath("", {}, CIMName(source)),
-                                    filters)
+             RepositoryAssociations(repository.view(), nameSpace,
+                                    CIMObjectPath("", {}, CIMName(source)), filters)
                  .farClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")})) {
             result.push_back(text(name.getString()));
         }
@@ -107,8 +108,9 @@ TEST_F(RepositoryAssociationsTest, ClassesAreLinkedByTheirReferences) {
     EXPECT_EQ(Texts{"TST_Base"}, farClasses("TST_Other"));
     EXPECT_EQ(Texts{"TST_Other"}, farClasses("TST_Base", {CIMName("TST_Other"), "", ""}));
     EXPECT_EQ(Texts{"TST_Other"}, farClasses("TST_Base", {CIMName(), "Source", ""}));
-    const RepositoryAssociations associations(
-        repository.view(), nameSpace, CIMObjectPath("", {}, CIMName("TST_Base")), {CIMName(), "Left", ""});
+    const RepositoryAssociations associations(repository.view(), nameSpace,
+                                              CIMObjectPath("", {}, CIMName("TST_Base")),
+                                              {CIMName(), "Left", ""});
     EXPECT_EQ(std::vector{CIMName("TST_Link")},
               associations.associationClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")}));
 }

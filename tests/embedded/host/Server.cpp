@@ -287,7 +287,7 @@ Pegasus::Array<Pegasus::CIMQualifierDecl> Router::enumerateQualifiers(const Call
 }
 
 Server::Server(const std::string& mof, bool keepLibraries)
-    : modules(Registration(filled(repository, mof), interop),
+    : modules(Registration(filled(repository, mof).view(), interop),
               {{modulesDirectory()},
                keepLibraries,
                [this](const std::string& line) {
@@ -309,7 +309,7 @@ std::vector<std::string> Server::log() const {
 }
 
 Answers<CIMInstance> Server::enumerate(const char* className, bool deep,
-                                      const Pegasus::CIMPropertyList& list) {
+                                       const Pegasus::CIMPropertyList& list) {
     return router.enumerateInstances({}, nameSpace, CIMName(className), deep, false, false, list);
 }
 

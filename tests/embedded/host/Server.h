@@ -132,7 +132,7 @@ class Server {
 
     // The operations with what most tests leave out.
     Answers<Pegasus::CIMInstance> enumerate(const char* className, bool deep = true,
-                                           const Pegasus::CIMPropertyList& list = {});
+                                            const Pegasus::CIMPropertyList& list = {});
     Pegasus::CIMInstance get(const Pegasus::CIMObjectPath& path);
 };
 

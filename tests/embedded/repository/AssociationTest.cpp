@@ -25,7 +25,7 @@ class Plain : Aside {};
     }
 
     Strings associations(const char* source, const CIMName& filter = {}) const {
-        return texts(repository.associationClassNames(home, source, filter));
+        return texts(repository.view().associationClassNames(home, source, filter));
     }
 };
 
@@ -55,8 +55,9 @@ TEST_F(AssociationTest, AFilterThatIsNoAssociationFindsNone) {
 TEST_F(AssociationTest, UnknownClassesAreInvalidParameters) {
     EXPECT_EQ(statusOf([&] { associations("NoSuch"); }), (Status{4, "NoSuch"}));
     EXPECT_EQ(statusOf([&] { associations("Below", "NoLink"); }), (Status{4, "NoLink"}));
-    EXPECT_EQ(statusOf([&] { repository.associationClassNames("root/none", "Below", CIMName()); }),
-              (Status{3, "root/none"}));
+    EXPECT_EQ(
+        statusOf([&] { repository.view().associationClassNames("root/none", "Below", CIMName()); }),
+        (Status{3, "root/none"}));
 }
 
 } // namespace

@@ -28,7 +28,8 @@ TEST_P(ClassErrors, AreRefusedWhereTheyStand) {
     const std::string expected =
         *GetParam().complaint ? std::string("test.mof:") + GetParam().complaint : "";
     EXPECT_EQ(errorOf(GetParam().mof), expected);
-    const std::size_t classes = repository.subClassNames(home, Pegasus::CIMName(), true).size();
+    const std::size_t classes =
+        repository.view().subClassNames(home, Pegasus::CIMName(), true).size();
     EXPECT_EQ(classes, *GetParam().complaint ? 4U : 5U);
 }
 

@@ -193,7 +193,7 @@ TEST_F(ClassTest, NamesAreFoundInAnyCaseAndShownAsDeclared) {
 }
 
 TEST_F(ClassTest, LocalOnlyLeavesOutWhatIsPropagated) {
-    const CIMConstClass middle = repository.getClass(home, "Middle", true);
+    const CIMConstClass middle = repository.view().getClass(home, "Middle", true);
     EXPECT_EQ(propertiesOf(middle), (Strings{"Extra Middle own", "SPEED Base own"}));
     EXPECT_EQ(methodsOf(middle), (Strings{"Start Base own"}));
     EXPECT_EQ(qualifierTexts(middle), Strings{});
@@ -204,19 +204,19 @@ TEST_F(ClassTest, LocalOnlyLeavesOutWhatIsPropagated) {
 TEST_F(ClassTest, LocalOnlyShowsTheClassesOwnQualifiersAndThoseThatNothingMarks) {
     load("[Version(\"2\"), DisplayName(\"a\")] class A : Base { [MaxLen(2)] uint16 Speed; };"
          "class B : A {};");
-    const CIMClass a = repository.getClass(home, "A", true);
+    const CIMClass a = repository.view().getClass(home, "A", true);
     EXPECT_EQ(qualifierTexts(a), (Strings{"Version=2 own", "DisplayName=a own"}));
     EXPECT_EQ(qualifierTexts(propertyOf(a, "Speed")),
               (Strings{"MaxLen=2 own", "Override=NULL own"}))
         << "OpenPegasus does not mark restricted ones either";
-    const CIMClass b = repository.getClass(home, "B", true);
+    const CIMClass b = repository.view().getClass(home, "B", true);
     EXPECT_EQ(qualifierTexts(b), Strings{});
     EXPECT_EQ(propertiesOf(b), Strings{});
     EXPECT_EQ(methodsOf(b), Strings{});
 }
 
 TEST_F(ClassTest, WithoutQualifiersNoElementHasAny) {
-    const CIMClass base = repository.getClass(home, "Base", false, false);
+    const CIMClass base = repository.view().getClass(home, "Base", false, false);
     EXPECT_EQ(base.getQualifierCount(), 0U);
     EXPECT_EQ(propertyOf(base, "Id").getQualifierCount(), 0U);
     const Pegasus::CIMConstMethod start = CIMConstClass(base).getMethod(0);
@@ -225,7 +225,7 @@ TEST_F(ClassTest, WithoutQualifiersNoElementHasAny) {
 }
 
 TEST_F(ClassTest, WithoutClassOriginNoElementHasOne) {
-    const CIMClass leaf = repository.getClass(home, "Leaf", false, true, false);
+    const CIMClass leaf = repository.view().getClass(home, "Leaf", false, true, false);
     EXPECT_EQ(propertiesOf(leaf)[0], "Id  propagated");
     EXPECT_EQ(methodsOf(leaf)[0], "Stop  propagated");
 }
@@ -235,11 +235,12 @@ TEST_F(ClassTest, APropertyListNarrowsThePropertiesAndNothingElse) {
     names.append(CIMName("extra"));
     names.append(CIMName("NoSuch"));
     const CIMClass leaf =
-        repository.getClass(home, "Leaf", false, true, true, CIMPropertyList(names));
+        repository.view().getClass(home, "Leaf", false, true, true, CIMPropertyList(names));
     EXPECT_EQ(propertiesOf(leaf), (Strings{"Extra Middle propagated"}));
     EXPECT_EQ(leaf.getMethodCount(), 2U);
     const CIMPropertyList none{Pegasus::Array<CIMName>()};
-    EXPECT_EQ(repository.getClass(home, "Leaf", false, true, true, none).getPropertyCount(), 0U);
+    EXPECT_EQ(repository.view().getClass(home, "Leaf", false, true, true, none).getPropertyCount(),
+              0U);
 }
 
 TEST_F(ClassTest, ChangingWhatWasHandedOutChangesNothingInside) {
@@ -252,35 +253,38 @@ TEST_F(ClassTest, ChangingWhatWasHandedOutChangesNothingInside) {
 
 TEST_F(ClassTest, TheSameClassMayBeDeclaredAgain) {
     load(classes);
-    EXPECT_EQ(repository.subClassNames(home, CIMName(), true).size(), 3U);
+    EXPECT_EQ(repository.view().subClassNames(home, CIMName(), true).size(), 3U);
 }
 
 TEST_F(ClassTest, UnknownNamesHaveTheStatusOfTheirOperation) {
-    EXPECT_EQ(statusOf([&] { repository.getClass("root/none", "Base"); }),
+    EXPECT_EQ(statusOf([&] { repository.view().getClass("root/none", "Base"); }),
               (Status{3, "root/none"}));
-    EXPECT_EQ(statusOf([&] { repository.getClass(home, "NoSuch"); }), (Status{6, "NoSuch"}));
-    EXPECT_EQ(statusOf([&] { repository.hasClass("root/none", "Base"); }),
+    EXPECT_EQ(statusOf([&] { repository.view().getClass(home, "NoSuch"); }), (Status{6, "NoSuch"}));
+    EXPECT_EQ(statusOf([&] { repository.view().hasClass("root/none", "Base"); }),
               (Status{3, "root/none"}));
-    EXPECT_EQ(statusOf([&] { repository.subClassNames(home, "NoSuch", true); }),
+    EXPECT_EQ(statusOf([&] { repository.view().subClassNames(home, "NoSuch", true); }),
               (Status{5, "NoSuch"}));
-    EXPECT_EQ(statusOf([&] { repository.superClassNames(home, "NoSuch"); }), (Status{5, "NoSuch"}));
-    EXPECT_EQ(statusOf([&] { repository.subClassNames("root/none", CIMName(), true); }),
+    EXPECT_EQ(statusOf([&] { repository.view().superClassNames(home, "NoSuch"); }),
+              (Status{5, "NoSuch"}));
+    EXPECT_EQ(statusOf([&] { repository.view().subClassNames("root/none", CIMName(), true); }),
               (Status{3, "root/none"}));
 }
 
 TEST_F(ClassTest, SubclassesComeInTheOrderOfDeclaration) {
     load("class Second : Base {}; class Root {}; class UnderSecond : Second {};"
          "class UnderMiddle : Middle {};");
-    EXPECT_EQ(texts(repository.subClassNames(home, "base", false)), (Strings{"Middle", "Second"}));
-    EXPECT_EQ(texts(repository.subClassNames(home, "Base", true)),
+    EXPECT_EQ(texts(repository.view().subClassNames(home, "base", false)),
+              (Strings{"Middle", "Second"}));
+    EXPECT_EQ(texts(repository.view().subClassNames(home, "Base", true)),
               (Strings{"Middle", "Leaf", "Second", "UnderSecond", "UnderMiddle"}));
-    EXPECT_EQ(texts(repository.subClassNames(home, CIMName(), false)), (Strings{"Base", "Root"}));
-    EXPECT_EQ(repository.subClassNames(home, CIMName(), true).size(), 7U);
+    EXPECT_EQ(texts(repository.view().subClassNames(home, CIMName(), false)),
+              (Strings{"Base", "Root"}));
+    EXPECT_EQ(repository.view().subClassNames(home, CIMName(), true).size(), 7U);
 }
 
 TEST_F(ClassTest, SuperclassesComeNearestFirst) {
-    EXPECT_EQ(texts(repository.superClassNames(home, "leaf")), (Strings{"Middle", "Base"}));
-    EXPECT_EQ(texts(repository.superClassNames(home, "Base")), Strings{});
+    EXPECT_EQ(texts(repository.view().superClassNames(home, "leaf")), (Strings{"Middle", "Base"}));
+    EXPECT_EQ(texts(repository.view().superClassNames(home, "Base")), Strings{});
 }
 
 TEST_F(ClassTest, ADeepChainHandsDownEverythingInItsOrder) {
@@ -306,9 +310,9 @@ TEST_F(ClassTest, ADeepChainHandsDownEverythingInItsOrder) {
     EXPECT_EQ(last.getMethodCount(), 300U);
     EXPECT_EQ(qualifierTexts(propertyOf(last, "P0")), (Strings{"Description=new own"}));
     EXPECT_EQ(qualifierTexts(propertyOf(classNamed("C_149"), "P0")), Strings{});
-    EXPECT_EQ(repository.superClassNames(home, "C_299").size(), 299U);
-    EXPECT_EQ(repository.subClassNames(home, "C_0", true).size(), 299U);
-    EXPECT_EQ(texts(repository.subClassNames(home, "C_0", false)), (Strings{"C_1"}));
+    EXPECT_EQ(repository.view().superClassNames(home, "C_299").size(), 299U);
+    EXPECT_EQ(repository.view().subClassNames(home, "C_0", true).size(), 299U);
+    EXPECT_EQ(texts(repository.view().subClassNames(home, "C_0", false)), (Strings{"C_1"}));
     load(mof);
     EXPECT_EQ(propertiesOf(classNamed("C_299")), expected);
 }

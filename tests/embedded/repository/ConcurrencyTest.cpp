@@ -54,7 +54,9 @@ class ConcurrencyTest : public RepositoryTest {
     }
     /// Both halves of every pair are the same, as they were written together.
     bool pairsAreWhole() const {
-        for (const CIMInstance& each : repository.enumerateInstances(home, "Pair")) {
+        const InstanceList pairs = repository.view().instances(home, "Pair");
+        for (std::size_t i = 0; i < pairs.size(); ++i) {
+            const CIMInstance each = pairs[i].instance();
             if (each.getProperty(1).getValue() != each.getProperty(2).getValue()) {
                 return false;
             }
@@ -105,9 +107,10 @@ TEST_F(ConcurrencyTest, ViewsAreReadAndDroppedWhileOthersWrite) {
 TEST_F(ConcurrencyTest, ReadersSeeWholeInstancesAndWholeLoads) {
     const auto read = [&] {
         while (writing) {
-            const bool whole = pairsAreWhole() &&
-                               repository.subClassNames(home, "Pair", true).size() % 2 == 0 &&
-                               repository.getClass(home, "Pair").getPropertyCount() == 3;
+            const bool whole =
+                pairsAreWhole() &&
+                repository.view().subClassNames(home, "Pair", true).size() % 2 == 0 &&
+                repository.view().getClass(home, "Pair").getPropertyCount() == 3;
             faults += whole ? 0 : 1;
         }
     };
@@ -128,7 +131,7 @@ TEST_F(ConcurrencyTest, ReadersSeeWholeInstancesAndWholeLoads) {
     }
     EXPECT_EQ(faults, 0);
     EXPECT_EQ(valueOf("Pair.Id=\"shared\"", "Left"), std::to_string(rounds));
-    EXPECT_EQ(repository.enumerateInstances(home, "Pair").size(), 1U);
+    EXPECT_EQ(repository.view().instances(home, "Pair").size(), 1U);
 }
 
 } // namespace

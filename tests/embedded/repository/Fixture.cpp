@@ -87,7 +87,9 @@ std::string RepositoryTest::errorOf(const std::string& mof) {
 }
 
 Pegasus::CIMInstance RepositoryTest::instanceAt(const char* path) const {
-    return repository.getInstance(home, Pegasus::CIMObjectPath(Pegasus::String(path)));
+    return repository.view()
+        .getInstance(home, Pegasus::CIMObjectPath(Pegasus::String(path)))
+        .instance();
 }
 
 std::string RepositoryTest::valueOf(const char* path, const char* property) const {

@@ -56,7 +56,9 @@ class RepositoryTest : public testing::Test {
     /// What load() complains of, "test.mof:line:column: message"; empty if it does not.
     std::string errorOf(const std::string& mof);
 
-    Pegasus::CIMClass classNamed(const char* name) const { return repository.getClass(home, name); }
+    Pegasus::CIMClass classNamed(const char* name) const {
+        return repository.view().getClass(home, name);
+    }
     Pegasus::CIMInstance instanceAt(const char* path) const;
     /// The value of a property as text.
     std::string valueOf(const char* path, const char* property) const;

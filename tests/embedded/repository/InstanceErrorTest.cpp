@@ -21,8 +21,8 @@ class InstanceErrors : public RepositoryTest, public testing::WithParamInterface
 
 TEST_P(InstanceErrors, AreRefusedWhereTheyStand) {
     EXPECT_EQ(errorOf(GetParam().mof), std::string("test.mof:") + GetParam().complaint);
-    EXPECT_EQ(repository.enumerateInstances(home, "Thing").size(), 1U);
-    EXPECT_EQ(repository.enumerateInstances(home, "Link").size(), 0U);
+    EXPECT_EQ(repository.view().instances(home, "Thing").size(), 1U);
+    EXPECT_EQ(repository.view().instances(home, "Link").size(), 0U);
 }
 
 const MofCase cases[] = {

@@ -27,7 +27,12 @@ class InstanceTest : public RepositoryTest {
     InstanceTest() { load(classes); }
 
     std::vector<CIMInstance> all(const char* className) const {
-        return repository.enumerateInstances(home, className);
+        std::vector<CIMInstance> instances;
+        const InstanceList list = repository.view().instances(home, className);
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            instances.push_back(list[i].instance());
+        }
+        return instances;
     }
     std::string pathOf(const CIMInstance& instance) const {
         return text(instance.getPath().toString());
@@ -202,7 +207,7 @@ TEST_F(InstanceTest, ThatIsMissingIsNamedWithoutHostAndNamespace) {
     EXPECT_EQ(get("Thing.Id=5"), (Status{6, "Thing.Id=5"}));
     EXPECT_EQ(get("NoSuch.Id=\"a\""), (Status{5, "NoSuch"}));
     EXPECT_EQ(statusOf([&] { all("NoSuch"); }), (Status{5, "NoSuch"}));
-    EXPECT_EQ(statusOf([&] { repository.enumerateInstances("root/none", "Thing"); }),
+    EXPECT_EQ(statusOf([&] { repository.view().instances("root/none", "Thing"); }),
               (Status{3, "root/none"}));
 }
 

@@ -14,7 +14,7 @@ class LoadTest : public RepositoryTest {
 
     std::vector<std::string> nameSpaces() const {
         std::vector<std::string> names;
-        for (const CIMNamespaceName& name : repository.nameSpaces()) {
+        for (const CIMNamespaceName& name : repository.view().nameSpaces()) {
             names.push_back(text(name.getString()));
         }
         return names;
@@ -36,16 +36,16 @@ instance of Young { Id = "1"; };
 )"),
               "");
     EXPECT_EQ(nameSpaces(), (Strings{"root/test"}));
-    EXPECT_EQ(statusOf([&] { repository.getQualifier(home, "New"); }), (Status{6, "New"}));
-    EXPECT_FALSE(repository.hasClass(home, "Young"));
-    EXPECT_EQ(repository.enumerateInstances(home, "Old").size(), 1U);
+    EXPECT_EQ(statusOf([&] { repository.view().getQualifier(home, "New"); }), (Status{6, "New"}));
+    EXPECT_FALSE(repository.view().hasClass(home, "Young"));
+    EXPECT_EQ(repository.view().instances(home, "Old").size(), 1U);
 }
 
 TEST_F(LoadTest, AfterAFailureTheCorrectedFileLoads) {
     const std::string start = "class Young : Old {}; instance of Young { Id = \"1\"; };";
     EXPECT_NE(errorOf(start + "class Broken : Nowhere {};"), "");
     EXPECT_EQ(errorOf(start), "");
-    EXPECT_EQ(repository.enumerateInstances(home, "Young").size(), 1U);
+    EXPECT_EQ(repository.view().instances(home, "Young").size(), 1U);
 }
 
 TEST_F(LoadTest, ALaterFileBuildsOnTheEarlierOnes) {
@@ -71,14 +71,14 @@ TEST_F(LoadTest, NamespacesAreCreatedAsNeededAndKeptInOrder) {
     load("", "root/empty");
     load("#pragma namespace (\"root/second\")\nQualifier Q : boolean = false, Scope(any);");
     EXPECT_EQ(nameSpaces(), (Strings{"root/test", "root/empty", "root/second"}));
-    EXPECT_TRUE(repository.hasNameSpace("ROOT/Second"));
-    EXPECT_FALSE(repository.hasNameSpace("root/third"));
+    EXPECT_TRUE(repository.view().hasNameSpace("ROOT/Second"));
+    EXPECT_FALSE(repository.view().hasNameSpace("root/third"));
 }
 
 TEST_F(LoadTest, ANamespaceThatIsKnownStaysAsItIs) {
     repository.createNameSpace("ROOT/Test");
     EXPECT_EQ(nameSpaces(), (Strings{"root/test"}));
-    EXPECT_TRUE(repository.hasClass(home, "Old"));
+    EXPECT_TRUE(repository.view().hasClass(home, "Old"));
 }
 
 TEST_F(LoadTest, ANamespaceMustHaveAName) {

@@ -193,7 +193,7 @@ TEST_F(OperationTest, ModifyAndDeleteNameWhatIsMissing) {
 
 TEST_F(OperationTest, WhatIsDeletedIsGoneAndMayComeBack) {
     repository.deleteInstance(home, CIMObjectPath("//h/root/test:thing.ID=\"a\""));
-    EXPECT_TRUE(repository.enumerateInstances(home, "Thing").empty());
+    EXPECT_EQ(repository.view().instances(home, "Thing").size(), 0U);
     EXPECT_EQ(create(thing("a")), success);
     EXPECT_EQ(valueOfA("Speed"), "5");
 }
@@ -206,7 +206,7 @@ TEST_F(OperationTest, ManyInstancesAreToldApart) {
         const std::string path = "Thing.Id=\"" + std::to_string(i) + "\"";
         repository.deleteInstance(home, CIMObjectPath(String(path.c_str())));
     }
-    EXPECT_EQ(repository.enumerateInstances(home, "Thing").size(), 251U);
+    EXPECT_EQ(repository.view().instances(home, "Thing").size(), 251U);
     EXPECT_EQ(valueOf("Thing.Id=\"333\"", "Id"), "333");
 }
 

@@ -12,7 +12,7 @@ using Pegasus::CIMScope;
 class QualifierTest : public RepositoryTest {
   protected:
     CIMQualifierDecl declared(const char* name) const {
-        return repository.getQualifier(home, name);
+        return repository.view().getQualifier(home, name);
     }
 };
 
@@ -45,7 +45,7 @@ TEST_F(QualifierTest, OneWithoutAValueIsTrueIfBooleanAndElseNull) {
 }
 
 TEST_F(QualifierTest, AllOfANamespaceComeInTheOrderOfDeclaration) {
-    const auto all = repository.enumerateQualifiers(home);
+    const auto all = repository.view().enumerateQualifiers(home);
     ASSERT_EQ(all.size(), 12U);
     EXPECT_EQ(text(all[0].getName()), "Abstract");
     EXPECT_EQ(text(all[11].getName()), "DisplayName");
@@ -53,9 +53,9 @@ TEST_F(QualifierTest, AllOfANamespaceComeInTheOrderOfDeclaration) {
 
 TEST_F(QualifierTest, UnknownNamesHaveTheStatusOfTheirOperation) {
     EXPECT_EQ(statusOf([&] { declared("NoSuch"); }), (Status{6, "NoSuch"}));
-    EXPECT_EQ(statusOf([&] { repository.getQualifier("root/none", "Key"); }),
+    EXPECT_EQ(statusOf([&] { repository.view().getQualifier("root/none", "Key"); }),
               (Status{3, "root/none"}));
-    EXPECT_EQ(statusOf([&] { repository.enumerateQualifiers("root/none"); }),
+    EXPECT_EQ(statusOf([&] { repository.view().enumerateQualifiers("root/none"); }),
               (Status{3, "root/none"}));
 }
 

@@ -247,13 +247,12 @@ TEST(CIMOMHandle, HandsEveryOperationToTheHostAndItsAnswerBack) {
                   "referenceNames" + one + " result=OnDisk role=From",
                   "getProperty" + one + " member=Size",
               }));
-    EXPECT_EQ(results,
-              (std::vector<std::string>{
-                  "getClass", "enumerateClasses", "enumerateClassNames", "no createClass",
-                  "no modifyClass", "no deleteClass", "getInstance", "enumerateInstances",
-                  "enumerateInstanceNames", "createInstance", "no execQuery", "associators",
-                  "associatorNames", "references", "referenceNames", "getProperty",
-                  "no setProperty", "no invokeMethod"}));
+    EXPECT_EQ(results, (std::vector<std::string>{
+                           "getClass", "enumerateClasses", "enumerateClassNames", "no createClass",
+                           "no modifyClass", "no deleteClass", "getInstance", "enumerateInstances",
+                           "enumerateInstanceNames", "createInstance", "no execQuery",
+                           "associators", "associatorNames", "references", "referenceNames",
+                           "getProperty", "no setProperty", "no invokeMethod"}));
 }
 
 TEST(CIMOMHandle, SharesWhatStandsBehindItWithItsCopies) {
