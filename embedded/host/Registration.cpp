@@ -146,18 +146,15 @@ class Registration::Reader {
             throw Fault("The provider \"" + utf8(provider.name) + "\" of module \"" +
                         utf8(provider.module) + "\" is not registered.");
         }
-        std::map<Key, Capability> wanted;
-        std::vector<Key> order;
-        for (const Capability& capability : capabilitiesOf(instance, provider)) {
-            const Key key = keyOf(capability.nameSpace, capability.className, capability.type);
-            requireFree(key);
-            if (wanted.emplace(key, capability).second) {
-                order.push_back(key);
-            }
-        }
+        const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
         // All or nothing: an instance with one fault gives no capability at all.
-        for (const Key& key : order) {
-            _registration.add(wanted.at(key));
+        for (const Capability& capability : wanted) {
+            requireFree(capability);
+        }
+        for (const Capability& capability : wanted) {
+            if (_registration.locate(capability) == nullptr) { // not given twice
+                _registration.add(capability);
+            }
         }
     }
 
@@ -180,12 +177,12 @@ class Registration::Reader {
         return all;
     }
 
-    void requireFree(const Key& key) const {
-        const auto taken = _registration._index.find(key);
-        if (taken == _registration._index.end()) {
+    void requireFree(const Capability& wanted) const {
+        const Capability* const taken = _registration.locate(wanted);
+        if (taken == nullptr) {
             return;
         }
-        const Capability& holder = _registration._capabilities[taken->second];
+        const Capability& holder = *taken;
         throw Fault(
             "A provider is already registered for the specified capability. (" +
             utf8(holder.className.getString()) + " in " + utf8(holder.nameSpace.getString()) +
@@ -210,8 +207,7 @@ Registration::Registration(const repository::View& view, const CIMNamespaceName&
 }
 
 void Registration::add(const Capability& capability) {
-    _index.emplace(keyOf(capability.nameSpace, capability.className, capability.type),
-                   _capabilities.size());
+    _index.emplace(hashOf(capability.nameSpace, capability.className), _capabilities.size());
     _capabilities.push_back(capability);
 }
 
@@ -240,15 +236,28 @@ void Registration::addLinked(const repository::View& view, const ProviderName& p
     }
 }
 
-Registration::Key Registration::keyOf(const CIMNamespaceName& nameSpace, const CIMName& className,
-                                      ProviderType type) {
-    return {lowerCase(nameSpace.getString()), lowerCase(className.getString()), type};
+std::uint64_t Registration::hashOf(const CIMNamespaceName& nameSpace, const CIMName& className) {
+    using Pegasus::hosting::foldedHash;
+    return foldedHash(nameSpace.getString()) * 31 + foldedHash(className.getString());
+}
+
+const Capability* Registration::locate(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                       ProviderType type) const {
+    const auto [first, last] = _index.equal_range(hashOf(nameSpace, className));
+    for (auto each = first; each != last; ++each) {
+        const Capability& capability = _capabilities[each->second];
+        if (capability.type == type && capability.className.equal(className) &&
+            capability.nameSpace.equal(nameSpace)) {
+            return &capability;
+        }
+    }
+    return nullptr;
 }
 
 const ProviderName* Registration::find(const CIMNamespaceName& nameSpace, const CIMName& className,
                                        ProviderType type) const {
-    const auto found = _index.find(keyOf(nameSpace, className, type));
-    return found == _index.end() ? nullptr : &_capabilities[found->second].provider;
+    const Capability* const found = locate(nameSpace, className, type);
+    return found == nullptr ? nullptr : &found->provider;
 }
 
 } // namespace embedded::host

@@ -5,9 +5,10 @@
 #include "host/Provider.h"
 #include "repository/View.h"
 
+#include <cstdint>
 #include <map>
 #include <string>
-#include <tuple>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -75,15 +76,20 @@ class Registration {
 
   private:
     class Reader;
-    using Key = std::tuple<std::string, std::string, ProviderType>;
-    static Key keyOf(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
-                     ProviderType type);
+    static std::uint64_t hashOf(const Pegasus::CIMNamespaceName& nameSpace,
+                                const Pegasus::CIMName& className);
+    /// Null if there is none.
+    const Capability* locate(const Pegasus::CIMNamespaceName& nameSpace,
+                             const Pegasus::CIMName& className, ProviderType type) const;
+    const Capability* locate(const Capability& same) const {
+        return locate(same.nameSpace, same.className, same.type);
+    }
     void add(const Capability& capability);
 
     std::map<Pegasus::String, RegisteredModule> _modules;
     std::vector<ProviderName> _providers;
     std::vector<Capability> _capabilities;
-    std::map<Key, std::size_t> _index; ///< into _capabilities
+    std::unordered_multimap<std::uint64_t, std::size_t> _index; ///< by hashOf(), into _capabilities
     std::vector<Finding> _findings;
 };
 

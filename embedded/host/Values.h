@@ -15,10 +15,6 @@
 namespace embedded::host {
 
 using Pegasus::hosting::utf8;
-/// As names of classes and namespaces are compared: without regard to case.
-inline std::string lowerCase(const Pegasus::String& text) {
-    return Pegasus::hosting::folded(text);
-}
 
 /// Whether `instance` has a value, not NULL and not an empty array, for that property.
 bool hasValue(const Pegasus::CIMInstance& instance, const char* property);

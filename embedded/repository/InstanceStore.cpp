@@ -9,7 +9,7 @@ using Pegasus::CIMObjectPath;
 namespace {
 
 std::uint64_t hashOf(const PathKey& key) {
-    return std::hash<std::u16string>()(key.text());
+    return std::hash<std::string>()(key.text());
 }
 
 } // namespace

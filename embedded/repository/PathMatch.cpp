@@ -26,22 +26,19 @@ Pegasus::String canonicalNumber(const Pegasus::String& text) {
 
 constexpr std::size_t usualLength = 160;
 
-char16_t asIs(char16_t unit) {
-    return unit;
-}
-
-char16_t lower(char16_t unit) {
-    return unit >= 'A' && unit <= 'Z' ? static_cast<char16_t>(unit + ('a' - 'A')) : unit;
-}
+enum class Case { Counts, Folded };
 
 /// With its length in front, so that no value can be mistaken for the end of another one.
-void append(std::u16string& out, const Pegasus::String& value, char16_t (*fold)(char16_t)) {
+void append(std::string& out, const Pegasus::String& value, Case letters = Case::Folded) {
     const Pegasus::Uint32 size = value.size();
-    out += static_cast<char16_t>(size & 0xFFFFU);
-    out += static_cast<char16_t>(size >> 16U);
-    const Pegasus::Char16* const units = value.getChar16Data();
-    for (Pegasus::Uint32 i = 0; i < size; ++i) {
-        out += fold(static_cast<char16_t>(Pegasus::Uint16(units[i])));
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        out += static_cast<char>((size >> shift) & 0xFFU);
+    }
+    const std::size_t begin = out.size();
+    Pegasus::hosting::appendUtf8(out, value);
+    if (letters == Case::Folded) {
+        std::transform(out.begin() + static_cast<std::ptrdiff_t>(begin), out.end(),
+                       out.begin() + static_cast<std::ptrdiff_t>(begin), text::lower<char>);
     }
 }
 
@@ -54,22 +51,22 @@ PathKey::PathKey(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespace
 }
 
 void PathKey::add(const Pegasus::CIMObjectPath& path) {
-    append(_text, path.getClassName().getString(), lower);
+    append(_text, path.getClassName().getString());
     // A path keeps its keys sorted by name, whatever their case.
     const Pegasus::Array<CIMKeyBinding>& bindings = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < bindings.size(); ++i) {
         const CIMKeyBinding& binding = bindings[i];
         const Pegasus::String& value = binding.getValue();
-        append(_text, binding.getName().getString(), lower);
+        append(_text, binding.getName().getString());
         switch (binding.getType()) {
         case CIMKeyBinding::BOOLEAN:
-            append(_text += u'b', value, lower);
+            append(_text += 'b', value);
             break;
         case CIMKeyBinding::NUMERIC:
-            append(_text += u'n', canonicalNumber(value), asIs);
+            append(_text += 'n', canonicalNumber(value), Case::Counts);
             break;
         case CIMKeyBinding::STRING:
-            append(_text += u's', value, asIs);
+            append(_text += 's', value, Case::Counts);
             break;
         case CIMKeyBinding::REFERENCE:
             addReference(value);
@@ -82,11 +79,11 @@ void PathKey::addReference(const Pegasus::String& value) {
     try {
         const Pegasus::CIMObjectPath path{value};
         _places.push_back({path.getHost(), path.getNameSpace()});
-        _text += u"r(";
+        _text += "r(";
         add(path);
-        _text += u')';
+        _text += ')';
     } catch (const Pegasus::Exception&) {
-        append(_text += u"r?", value, asIs);
+        append(_text += "r?", value, Case::Counts);
     }
 }
 

@@ -19,7 +19,7 @@ class PathKey {
     PathKey(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& home);
 
     /// All that counts except where the reference keys point to. Equal for paths that match.
-    const std::u16string& text() const { return _text; }
+    const std::string& text() const { return _text; }
 
     /// Whether the kept path of this key is the one that is `asked` for.
     bool matches(const PathKey& asked) const;
@@ -38,7 +38,7 @@ class PathKey {
     bool matches(const PathKey& asked, bool loosely) const;
 
     Pegasus::CIMNamespaceName _home;
-    std::u16string _text;
+    std::string _text;
     std::vector<Place> _places; ///< of the reference keys, as they come
 };
 

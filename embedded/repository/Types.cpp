@@ -23,17 +23,6 @@ const std::pair<const char*, Pegasus::CIMType> typeNames[] = {
 
 } // namespace
 
-std::uint64_t foldedHash(const Pegasus::String& name) {
-    // FNV-1a, over code units.
-    std::uint64_t hash = 14695981039346656037U;
-    const Pegasus::Char16* const units = name.getChar16Data();
-    for (Pegasus::Uint32 i = 0; i < name.size(); ++i) {
-        const Pegasus::Uint16 unit = units[i];
-        hash = (hash ^ text::lower(unit)) * 1099511628211U;
-    }
-    return hash;
-}
-
 std::optional<Pegasus::CIMType> cimType(const std::string& name) {
     const auto* found = std::find_if(std::begin(typeNames), std::end(typeNames),
                                      [&](const auto& row) { return name == row.first; });

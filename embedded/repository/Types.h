@@ -31,8 +31,7 @@ inline std::string folded(const std::string& name) {
     return text::lowered(name);
 }
 using Pegasus::hosting::folded;
-/// The same for texts that do not differ but in case.
-std::uint64_t foldedHash(const Pegasus::String& name);
+using Pegasus::hosting::foldedHash;
 
 /// The CIM type that MOF spells `name` in lower case ("ref" for references); none if unknown.
 std::optional<Pegasus::CIMType> cimType(const std::string& name);

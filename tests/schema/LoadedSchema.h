@@ -18,10 +18,10 @@ class LoadedSchema : public testing::Test {
     std::vector<std::string> listQualifier(const std::string& className,
                                            const std::string& property,
                                            const std::string& qualifier) const;
-    /// The value of a property of an instance as text; "" for NULL.
     /// All instances of that class itself, in their order.
     std::vector<Pegasus::CIMInstance> instancesOf(const Pegasus::CIMNamespaceName& nameSpace,
                                                   const char* className) const;
+    /// The value of a property of an instance as text; "" for NULL.
     static std::string value(const Pegasus::CIMInstance& instance, const char* property);
 
     const Pegasus::CIMNamespaceName home{"root/cimv2"};

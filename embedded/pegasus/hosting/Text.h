@@ -4,6 +4,7 @@
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/String.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -27,5 +28,8 @@ std::string folded(const String& text);
 inline std::string folded(const CIMName& name) {
     return folded(name.getString());
 }
+
+/// The same for texts that do not differ but in case.
+std::uint64_t foldedHash(const String& text);
 
 } // namespace Pegasus::hosting
