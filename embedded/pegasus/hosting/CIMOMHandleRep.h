@@ -10,6 +10,7 @@
 #include <Pegasus/Common/CIMParamValue.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/OperationContext.h>
 
 #include <functional>
@@ -22,7 +23,7 @@ namespace Pegasus {
 /// definitions given here do, so that a host or a test states only what it answers.
 ///
 /// Thread-safety: one object may be called from several threads at once.
-class CIMOMHandleRep {
+class PEGASUS_COMMON_LINKAGE CIMOMHandleRep {
   public:
     virtual ~CIMOMHandleRep() = default;
 
@@ -113,7 +114,8 @@ namespace hosting {
 /// CIM_ERR_FAILED "no CIM server in this process", but for those about unloading, which do nothing.
 ///
 /// Thread-safety: to be set before the first provider is loaded; then only read.
-void setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory);
+PEGASUS_COMMON_LINKAGE void
+setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory);
 
 } // namespace hosting
 } // namespace Pegasus
