@@ -4,6 +4,8 @@
 
 #include "hosting/Operation.h"
 
+#include <Pegasus/Common/Linkage.h>
+
 #include <functional>
 #include <memory>
 
@@ -12,7 +14,7 @@ namespace Pegasus {
 /// A server as the providers in it ask it back.
 ///
 /// Thread-safety: one object may be called from several threads at once.
-class CIMOMHandleRep {
+class PEGASUS_COMMON_LINKAGE CIMOMHandleRep {
   public:
     virtual ~CIMOMHandleRep() = default;
 
@@ -34,10 +36,11 @@ namespace hosting {
 /// CIM_ERR_FAILED "no CIM server in this process", but for those about unloading, which do nothing.
 ///
 /// Thread-safety: to be set before the first provider is loaded; then only read.
-void setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory);
+PEGASUS_COMMON_LINKAGE void
+setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory);
 
 /// Throws CIM_ERR_NOT_SUPPORTED: this host does not offer `operation`.
-[[noreturn]] void refuseOperation(const char* operation);
+[[noreturn]] PEGASUS_COMMON_LINKAGE void refuseOperation(const char* operation);
 
 } // namespace hosting
 } // namespace Pegasus

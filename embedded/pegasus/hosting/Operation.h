@@ -10,6 +10,7 @@
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Linkage.h>
 
 #include <functional>
 #include <utility>
@@ -38,7 +39,7 @@ enum class OperationKind {
 };
 
 /// As DSP0200 spells it, with a small first letter: "getClass".
-const char* operationName(OperationKind kind);
+PEGASUS_COMMON_LINKAGE const char* operationName(OperationKind kind);
 
 /// On whose behalf something is asked.
 struct Caller {
@@ -47,7 +48,7 @@ struct Caller {
 
 /// An operation with its arguments. Those that its kind does not have, and those that were left
 /// out, are null, empty or false.
-struct Operation {
+struct PEGASUS_COMMON_LINKAGE Operation {
     OperationKind kind{};
     Caller caller;
     CIMNamespaceName nameSpace;
@@ -89,7 +90,7 @@ struct Answer {
 };
 
 /// A cursor over one thing.
-Cursor cursorOver(Answered only);
+PEGASUS_COMMON_LINKAGE Cursor cursorOver(Answered only);
 
 /// A cursor over the elements of a random access container that it keeps, each as an Answered.
 template <class Container>

@@ -12,6 +12,7 @@
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/String.h>
 
 #include <string>
@@ -35,12 +36,13 @@ struct InstanceFilter {
 /// are written as character references. Those below U+0020 but for tab, CR and LF are not XML 1.0
 /// even so; clients of such servers know them in this form. What no XML document can hold (a lone
 /// surrogate, U+FFFE, U+FFFF) becomes U+FFFD.
-void appendEscaped(std::string& out, const String& text);
+PEGASUS_COMMON_LINKAGE void appendEscaped(std::string& out, const String& text);
 /// The same of UTF-8, which is valid.
-void appendEscaped(std::string& out, std::string_view text);
+PEGASUS_COMMON_LINKAGE void appendEscaped(std::string& out, std::string_view text);
 
 /// Appends ` name="value"`.
-void appendAttribute(std::string& out, std::string_view name, const String& value);
+PEGASUS_COMMON_LINKAGE void appendAttribute(std::string& out, std::string_view name,
+                                            const String& value);
 
 /// Appends `<name>`, what `content` appends, and `</name>`.
 template <class Content>
@@ -52,31 +54,33 @@ void appendElement(std::string& out, std::string_view name, const Content& conte
 
 // Paths
 
-void appendClassName(std::string& out, const CIMName& className);
-void appendInstanceName(std::string& out, const CIMObjectPath& path);
+PEGASUS_COMMON_LINKAGE void appendClassName(std::string& out, const CIMName& className);
+PEGASUS_COMMON_LINKAGE void appendInstanceName(std::string& out, const CIMObjectPath& path);
 /// INSTANCEPATH, whether host and namespace are set or not.
-void appendInstancePath(std::string& out, const CIMObjectPath& path);
-void appendClassPath(std::string& out, const CIMObjectPath& path);
+PEGASUS_COMMON_LINKAGE void appendInstancePath(std::string& out, const CIMObjectPath& path);
+PEGASUS_COMMON_LINKAGE void appendClassPath(std::string& out, const CIMObjectPath& path);
 /// VALUE.REFERENCE with INSTANCEPATH, LOCALINSTANCEPATH or INSTANCENAME, as host or namespace or
 /// neither is set.
-void appendReference(std::string& out, const CIMObjectPath& path);
+PEGASUS_COMMON_LINKAGE void appendReference(std::string& out, const CIMObjectPath& path);
 
 // Values
 
 /// VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for null.
-void appendValue(std::string& out, const CIMValue& value);
+PEGASUS_COMMON_LINKAGE void appendValue(std::string& out, const CIMValue& value);
 
 // Objects
 
-void appendProperty(std::string& out, const CIMConstProperty& property, bool includeQualifiers,
-                    bool includeClassOrigin);
-void appendInstance(std::string& out, const CIMConstInstance& instance,
-                    const InstanceFilter& filter);
+PEGASUS_COMMON_LINKAGE void appendProperty(std::string& out, const CIMConstProperty& property,
+                                           bool includeQualifiers, bool includeClassOrigin);
+PEGASUS_COMMON_LINKAGE void appendInstance(std::string& out, const CIMConstInstance& instance,
+                                           const InstanceFilter& filter);
 /// All of it.
-void appendClass(std::string& out, const CIMConstClass& cimClass);
+PEGASUS_COMMON_LINKAGE void appendClass(std::string& out, const CIMConstClass& cimClass);
 /// INSTANCE or CLASS.
-void appendObject(std::string& out, const CIMConstObject& object, const InstanceFilter& filter);
-void appendQualifier(std::string& out, const CIMConstQualifier& qualifier);
-void appendQualifierDeclaration(std::string& out, const CIMQualifierDecl& declaration);
+PEGASUS_COMMON_LINKAGE void appendObject(std::string& out, const CIMConstObject& object,
+                                         const InstanceFilter& filter);
+PEGASUS_COMMON_LINKAGE void appendQualifier(std::string& out, const CIMConstQualifier& qualifier);
+PEGASUS_COMMON_LINKAGE void appendQualifierDeclaration(std::string& out,
+                                                       const CIMQualifierDecl& declaration);
 
 } // namespace Pegasus::hosting

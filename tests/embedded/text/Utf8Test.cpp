@@ -37,7 +37,8 @@ TEST(Utf8, CountsCharacters) {
 
 TEST(Utf8, IsAsLongAsTheCharacterNeeds) {
     std::string out;
-    for (const char32_t character : {0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0x10000, 0x10FFFF}) {
+    for (const char32_t character :
+         std::u32string_view(U"\x7F\x80\u07FF\u0800\uFFFF\U00010000\U0010FFFF")) {
         appendUtf8(out, character);
     }
     EXPECT_EQ(out, "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");

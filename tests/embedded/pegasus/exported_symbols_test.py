@@ -1,0 +1,80 @@
+#!/usr/bin/env python3
+"""The provider library exports its public classes, their functions, and what hosting/ declares."""
+
+import argparse
+import pathlib
+import re
+import subprocess
+import sys
+import unittest
+
+DECLARED = re.compile(
+    r"PEGASUS_(?:COMMON|PROVIDER)_LINKAGE\s+"
+    r"[^;{()]*?(?P<function>operator[^\s(]+|\w+)\("
+)
+CLASS = re.compile(r"class PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (\w+)")
+ABOUT = re.compile(
+    r"(?:(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for |(?:non-)?(?:virtual )?thunk to )"
+)
+
+
+def declared(folder):
+    """The names that the headers below `folder` declare for others, as written after Pegasus::."""
+    names = set()
+    for header in sorted(folder.rglob("*.h")):
+        text = header.read_text(encoding="utf-8")
+        inside = "hosting::" if "hosting {" in text else ""
+        names.update(CLASS.findall(text))
+        names.update(inside + match["function"] for match in DECLARED.finditer(text))
+    return names
+
+
+def exported(library):
+    """The demangled names that `library` defines for others."""
+    listed = subprocess.run(
+        ["nm", "-D", "--defined-only", "-C", library], check=True, capture_output=True, text=True
+    ).stdout
+    # address, kind, name
+    return [line.split(maxsplit=2)[2] for line in listed.splitlines()]
+
+
+NAME = re.compile(r"Pegasus::((?:hosting::)?(?:operator[^\s(]+|\w+))")
+
+
+def owner(symbol):
+    """What a header would have declared for `symbol`: a class, a function, or None."""
+    match = NAME.match(ABOUT.sub("", symbol, count=1))
+    return match and match[1]
+
+
+def is_public(symbol, allowed):
+    """Templates of std are in each library that uses them: they say what they are made of."""
+    if re.match(r"(?:[\w:<>*&, ]+ )?std::", symbol):
+        return set(NAME.findall(symbol)) <= allowed
+    return owner(symbol) in allowed
+
+
+class ExportedSymbols(unittest.TestCase):
+    library = headers = hosting = ""
+
+    def test_nothing_else_is_exported(self):
+        allowed = declared(pathlib.Path(self.headers)) | declared(pathlib.Path(self.hosting))
+        more = [symbol for symbol in exported(self.library) if not is_public(symbol, allowed)]
+        self.assertEqual(more, [])
+
+    def test_what_is_declared_is_exported(self):
+        there = {owner(symbol) for symbol in exported(self.library)}
+        for wanted in ("CIMObjectPath", "Array", "operator==", "hosting::appendInstance"):
+            self.assertIn(wanted, there)
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--library", required=True, help="the library to look at")
+    parser.add_argument("--headers", required=True, help="the folder of its public headers")
+    parser.add_argument("--hosting", required=True, help="the folder of its headers for hosts")
+    given, rest = parser.parse_known_args()
+    ExportedSymbols.library = given.library
+    ExportedSymbols.headers = given.headers
+    ExportedSymbols.hosting = given.hosting
+    unittest.main(argv=[sys.argv[0], *rest])
