@@ -10,9 +10,8 @@ using namespace serverprofile;
 void ServerProfileProvider::_getOrvexSPESIHelper(String, Handler& handler, const String& nameSpace,
                                                  bool instances) {
     trace(" Quil OrvexSPESIHelper - Start ");
-    forEachImplemented(*this, nameSpace, [&](const Association& association) {
-        deliver(handler, instances, association, nameSpace);
-    });
+    forEachImplemented(*this, nameSpace,
+                       [&](Association& association) { deliver(handler, instances, association); });
 }
 
 CIMInstance ServerProfileProvider::_getOrvexSPESIInstance(const CIMObjectPath& path,

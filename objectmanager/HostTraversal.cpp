@@ -70,12 +70,14 @@ void deliverAssociations(ServerProfileProvider& provider, const String& keyValue
     }
     using List = Array<CIMObjectPath>;
     const CIMObjectPath host = hostPath(provider, nameSpace);
-    forEachBranch(
-        provider, keyValue, bits, nameSpace, List(), [&](const Branch& branch, const List& list) {
-            for (Uint32 i = 0; i < list.size(); ++i) {
-                deliver(handler, Association(branch.association, host, list[i]), nameSpace);
-            }
-        });
+    forEachBranch(provider, keyValue, bits, nameSpace, List(),
+                  [&](const Branch& branch, const List& list) {
+                      Association hosted(branch.association, nameSpace);
+                      hosted.from(host);
+                      for (Uint32 i = 0; i < list.size(); ++i) {
+                          deliver(handler, hosted.to(list[i]));
+                      }
+                  });
 }
 
 } // namespace

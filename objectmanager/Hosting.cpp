@@ -16,8 +16,10 @@ void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String, Handler& 
     guarded(ReadBack(_cimomHandle, nameSpace), mechanisms, communicationMechanismClass,
             {" Quil ni OrvexSPHostedAccessPointHelper:EXCEPTION for "
              "CIM_CIMXMLCommunicationMechanism "});
+    Association hosted(hostedAccessPoint, nameSpace);
+    hosted.from(host);
     for (Uint32 i = 0; i < mechanisms.size(); ++i) {
-        deliver(handler, instances, Association(hostedAccessPoint, host, mechanisms[i]), nameSpace);
+        deliver(handler, instances, hosted.to(mechanisms[i]));
     }
 }
 
@@ -32,7 +34,7 @@ void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String, Handler& hand
             {" Quil ni OrvexSPHostedServiceHelper:EXCEPTION for CIM_ObjectManager "});
     const CIMObjectPath manager = firstOf(managers);
     const CIMObjectPath host = hostPath(*this, nameSpace);
-    deliver(handler, instances, Association(hostedService, host, manager), nameSpace);
+    deliver(handler, instances, Association(hostedService, nameSpace).from(host).to(manager));
 }
 
 // The exit traces write "Sp" where the start traces write "SP": on purpose.

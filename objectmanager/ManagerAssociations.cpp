@@ -13,11 +13,7 @@ CIMObjectPath hostPath(ServerProfileProvider& provider, const String& nameSpace)
 CIMInstance echo(const AssociationClass& cimClass, const CIMObjectPath& path,
                  InstanceResponseHandler& handler, const char* startTrace, const char* exitTrace) {
     trace(startTrace);
-    Association named = namedAssociation(cimClass, path, NoPath::IsAnEmptyEnd);
-    if (cimClass.second.referenceClass == nullptr) {
-        named.secondIs(named.second().getClassName());
-    }
-    CIMInstance instance = named.instance();
+    CIMInstance instance = namedAssociation(cimClass, path, NoPath::IsAnEmptyEnd).instance();
     instance.setPath(path);
     handler.deliver(instance);
     trace(exitTrace);

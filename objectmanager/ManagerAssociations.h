@@ -25,9 +25,7 @@ Pegasus::CIMObjectPath hostPath(ServerProfileProvider& provider, const Pegasus::
 
 /// Delivers the association of `cimClass` that `path` names, with `path` as its own path, between
 /// the two traces. A key that is missing or holds no object path leaves its end empty, so that the
-/// paths that the module gives out can be got whatever they lack. Where the association class
-/// leaves the second reference's class open, it is that of the end that the client named, and none
-/// for an empty end.
+/// paths that the module gives out can be got whatever they lack.
 Pegasus::CIMInstance echo(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
                           Pegasus::InstanceResponseHandler& handler, const char* startTrace,
                           const char* exitTrace);

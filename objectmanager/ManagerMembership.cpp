@@ -25,8 +25,10 @@ void enumerateMembers(CIMOMHandle& handle, const AssociationClass& cimClass,
     // members. On purpose.
     guarded(readBack, list, memberClass,
             {" Quil exception ei for CIM_CIMXMLCommunicationMechanism "});
+    Association member(cimClass, nameSpace);
+    member.from(manager);
     for (Uint32 i = 0; i < list.size(); ++i) {
-        deliver(handler, instances, Association(cimClass, manager, list[i]), nameSpace);
+        deliver(handler, instances, member.to(list[i]));
     }
 }
 

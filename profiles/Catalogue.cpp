@@ -28,9 +28,9 @@ const struct {
 constexpr Uint16 organizationSnia = 11; // ValueMap of RegisteredOrganization, CIM 2.41
 constexpr Uint16 advertisedBySlp = 3;   // ValueMap of AdvertiseTypes, CIM 2.41
 
-Array<CIMKeyBinding> instanceIdKey(const String& instanceId) {
+Array<CIMKeyBinding> keyBindings(const CIMName& key, const String& instanceId) {
     Array<CIMKeyBinding> keys;
-    keys.append(CIMKeyBinding(CIMName("InstanceID"), instanceId, CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding(key, instanceId, CIMKeyBinding::STRING));
     return keys;
 }
 
@@ -72,7 +72,8 @@ CIMInstance ServerProfileProvider::buildRegisteredProfileInstance(String classNa
     setIfDefined(instance, "AdvertiseTypes", CIMValue(advertiseTypes));
 
     instance.setPath(CIMObjectPath(_getHostName(), CIMNamespaceName("root/cimv2"),
-                                   CIMName(className), instanceIdKey(profile.getInstanceId())));
+                                   CIMName(className),
+                                   keyBindings(CIMName("InstanceID"), profile.getInstanceId())));
     return instance;
 }
 
@@ -80,14 +81,16 @@ CIMObjectPath ServerProfileProvider::buildRegisteredProfileReference(String clas
                                                                      CIMInstance instance,
                                                                      String nameSpace) {
     trace("Quil regProfRef() Start");
+    const CIMName key("InstanceID");
     return CIMObjectPath(_getHostName(), CIMNamespaceName(nameSpace), CIMName(className),
-                         instanceIdKey(instanceIdOf(instance)));
+                         keyBindings(key, instanceIdOf(instance, key)));
 }
 
 Uint32 ServerProfileProvider::findRegProfIndex(String instanceId, Instances profiles) {
     const Instances& entriesToSearch = profiles;
+    const CIMName key("InstanceID");
     for (Uint32 i = 0; i < entriesToSearch.size(); ++i) {
-        if (String::equalNoCase(instanceId, instanceIdOf(entriesToSearch[i]))) {
+        if (String::equalNoCase(instanceId, instanceIdOf(entriesToSearch[i], key))) {
             return i;
         }
     }

@@ -36,8 +36,8 @@ void ServerProfileProvider::_getElementConformstoProfileInstances(String, Instan
 CIMInstance
 ServerProfileProvider::_getElementConformstoProfileInstance(const CIMObjectPath& instanceName,
                                                             InstanceHandler& handler) {
-    Association named = namedAssociation(elementConformsToProfile, instanceName, NoPath::IsAnError);
-    const CIMInstance echo = named.secondIs(named.second().getClassName()).instance();
+    const CIMInstance echo =
+        namedAssociation(elementConformsToProfile, instanceName, NoPath::IsAnError).instance();
     handler.deliver(echo);
     return echo;
 }

@@ -17,14 +17,18 @@ namespace {
     throw CIMInvalidParameterException(String(message));
 }
 
-} // namespace
-
-Uint32 instanceIdPosition(const CIMInstance& entry, const char* complaint) {
-    const Uint32 position = entry.findProperty(CIMName("InstanceID"));
+Uint32 positionOf(const CIMName& key, const CIMInstance& entry, const char* complaint) {
+    const Uint32 position = entry.findProperty(key);
     if (position == PEG_NOT_FOUND) {
         fail(complaint, "key InstanceId not present - internal error");
     }
     return position;
+}
+
+} // namespace
+
+Uint32 instanceIdPosition(const CIMInstance& entry, const char* complaint) {
+    return positionOf(CIMName("InstanceID"), entry, complaint);
 }
 
 String instanceIdAt(const CIMInstance& entry, Uint32 position, const char* complaint) {
@@ -37,8 +41,8 @@ String instanceIdAt(const CIMInstance& entry, Uint32 position, const char* compl
     return instanceId;
 }
 
-String instanceIdOf(const CIMInstance& entry) {
-    return instanceIdAt(entry, instanceIdPosition(entry));
+String instanceIdOf(const CIMInstance& entry, const CIMName& key) {
+    return instanceIdAt(entry, positionOf(key, entry, nullptr));
 }
 
 } // namespace serverprofile

@@ -16,7 +16,7 @@ Pegasus::Uint32 instanceIdPosition(const Pegasus::CIMInstance& entry,
 Pegasus::String instanceIdAt(const Pegasus::CIMInstance& entry, Pegasus::Uint32 position,
                              const char* complaint = nullptr);
 
-/// Both in one, without complaints.
-Pegasus::String instanceIdOf(const Pegasus::CIMInstance& entry);
+/// Both in one, without complaints. `key` is the name "InstanceID", from who has it already.
+Pegasus::String instanceIdOf(const Pegasus::CIMInstance& entry, const Pegasus::CIMName& key);
 
 } // namespace serverprofile

@@ -22,22 +22,16 @@ CIMObjectPath softwareIdentityPath(ServerProfileProvider& provider, const String
     return provider.buildOrvexSIReference("ORVEX_SoftwareIdentity", OrvexSI(), nameSpace);
 }
 
-Association requirement(ServerProfileProvider& provider, const SubProfilePair& pair,
-                        const String& nameSpace) {
-    const CIMObjectPath profile = profilePath(provider, pair.profile, nameSpace);
-    const CIMObjectPath subProfile = subProfilePath(provider, pair.subProfile, nameSpace);
-    return Association(subProfileRequiresProfile, profile, subProfile);
-}
-
-Association conforming(const CIMObjectPath& profile, const CIMObjectPath& element,
+Association conforming(const String& nameSpace, const CIMObjectPath& profile,
                        const char* elementClass) {
-    return Association(elementConformsToProfile, profile, element).secondIs(CIMName(elementClass));
+    return Association(elementConformsToProfile, nameSpace)
+        .from(profile)
+        .secondIs(CIMName(elementClass));
 }
 
-Association implementedBy(const CIMObjectPath& softwareIdentity, const CIMObjectPath& element,
-                          const char* elementClass) {
-    return Association(elementSoftwareIdentity, softwareIdentity, element)
-        .secondIs(CIMName(elementClass));
+Association implementedBy(ServerProfileProvider& provider, const String& nameSpace) {
+    return Association(elementSoftwareIdentity, nameSpace)
+        .from(softwareIdentityPath(provider, nameSpace));
 }
 
 Conformance readConformance(ServerProfileProvider& provider, const ConformanceRow& row,

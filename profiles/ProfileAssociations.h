@@ -40,15 +40,26 @@ Pegasus::CIMObjectPath subProfilePath(ServerProfileProvider& provider, Pegasus::
 Pegasus::CIMObjectPath softwareIdentityPath(ServerProfileProvider& provider,
                                             const Pegasus::String& nameSpace);
 
-/// CIM_SubProfileRequiresProfile for one pair.
-Association requirement(ServerProfileProvider& provider, const SubProfilePair& pair,
-                        const Pegasus::String& nameSpace);
-/// CIM_ElementConformsToProfile between `profile` and `element`, one of `elementClass`.
-Association conforming(const Pegasus::CIMObjectPath& profile, const Pegasus::CIMObjectPath& element,
+/// CIM_ElementConformsToProfile between `profile` and an element yet to be named, one of
+/// `elementClass`.
+Association conforming(const Pegasus::String& nameSpace, const Pegasus::CIMObjectPath& profile,
                        const char* elementClass);
-/// ORVEX_ElementSoftwareIdentity between the firmware and `element`, one of `elementClass`.
-Association implementedBy(const Pegasus::CIMObjectPath& softwareIdentity,
-                          const Pegasus::CIMObjectPath& element, const char* elementClass);
+/// ORVEX_ElementSoftwareIdentity between the firmware and an element yet to be named.
+Association implementedBy(ServerProfileProvider& provider, const Pegasus::String& nameSpace);
+
+/// Delivers CIM_SubProfileRequiresProfile for each pair for which wanted(pair) holds, in the order
+/// of the table.
+template <class Handler, class Wanted>
+void deliverRequirements(Handler& handler, ServerProfileProvider& provider,
+                         const Pegasus::String& nameSpace, Wanted wanted) {
+    Association requirement(subProfileRequiresProfile, nameSpace);
+    for (const SubProfilePair& pair : subProfilePairs) {
+        if (wanted(pair)) {
+            requirement.from(profilePath(provider, pair.profile, nameSpace));
+            deliver(handler, requirement.to(subProfilePath(provider, pair.subProfile, nameSpace)));
+        }
+    }
+}
 
 /// The names of a row's elements, and the path of the profile to which they conform.
 struct Conformance {
@@ -66,8 +77,9 @@ Conformance readConformance(ServerProfileProvider& provider, const ConformanceRo
 template <class Handler>
 void deliverConformance(Handler& handler, const Conformance& row,
                         const Pegasus::String& nameSpace) {
+    Association association = conforming(nameSpace, row.profile, row.elementClass);
     for (Pegasus::Uint32 i = 0; i < row.elements.size(); ++i) {
-        deliver(handler, conforming(row.profile, row.elements[i], row.elementClass), nameSpace);
+        deliver(handler, association.to(row.elements[i]));
     }
 }
 
@@ -76,14 +88,14 @@ void deliverConformance(Handler& handler, const Conformance& row,
 template <class Visit>
 void forEachImplemented(ServerProfileProvider& provider, const Pegasus::String& nameSpace,
                         Visit visit) {
-    const Pegasus::CIMObjectPath software = softwareIdentityPath(provider, nameSpace);
+    Association association = implementedBy(provider, nameSpace);
+    association.secondIs(Pegasus::CIMName("CIM_RegisteredProfile"));
     for (Pegasus::Uint32 i = 0; i < provider.registeredProfiles().size(); ++i) {
-        visit(
-            implementedBy(software, profilePath(provider, i, nameSpace), "CIM_RegisteredProfile"));
+        visit(association.to(profilePath(provider, i, nameSpace)));
     }
+    association.secondIs(Pegasus::CIMName("CIM_RegisteredSubProfile"));
     for (Pegasus::Uint32 i = 0; i < provider.registeredSubProfiles().size(); ++i) {
-        visit(implementedBy(software, subProfilePath(provider, i, nameSpace),
-                            "CIM_RegisteredSubProfile"));
+        visit(association.to(subProfilePath(provider, i, nameSpace)));
     }
 }
 

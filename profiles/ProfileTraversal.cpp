@@ -162,12 +162,9 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
             }
             return; // ends the whole operation, the other bits too
         }
-        for (const SubProfilePair& pair : subProfilePairs) {
-            if (static_cast<Sint32>(pair.profile) == index) {
-                deliver(handler, requirement(request.provider, pair, request.nameSpace),
-                        request.nameSpace);
-            }
-        }
+        deliverRequirements(
+            handler, request.provider, request.nameSpace,
+            [&](const SubProfilePair& pair) { return static_cast<Sint32>(pair.profile) == index; });
     }
     if ((bits & selected::referencedProfiles) != 0) {
         trace(" Quil Referenced Profile assoc ");
@@ -182,10 +179,9 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
         if (index != -1) {
             const CIMObjectPath profile =
                 profilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
-            deliver(handler,
-                    implementedBy(softwareIdentityPath(request.provider, request.nameSpace),
-                                  profile, "CIM_RegisteredProfile"),
-                    request.nameSpace);
+            deliver(handler, implementedBy(request.provider, request.nameSpace)
+                                 .to(profile)
+                                 .secondIs(CIMName("CIM_RegisteredProfile")));
         }
     }
 }

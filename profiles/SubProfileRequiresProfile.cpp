@@ -6,16 +6,12 @@ using namespace serverprofile;
 
 void ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames(String, PathHandler& handler,
                                                                        const String& nameSpace) {
-    for (const SubProfilePair& pair : subProfilePairs) {
-        deliver(handler, requirement(*this, pair, nameSpace), nameSpace);
-    }
+    deliverRequirements(handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
 }
 
 void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String, InstanceHandler& handler,
                                                                    const String& nameSpace) {
-    for (const SubProfilePair& pair : subProfilePairs) {
-        deliver(handler, requirement(*this, pair, nameSpace), nameSpace);
-    }
+    deliverRequirements(handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
 }
 
 // Any pair that the client names is echoed, in the table or not, as an instance without a path.

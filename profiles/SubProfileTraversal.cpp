@@ -16,16 +16,6 @@ Sint32 sourceIndex(const Request& request, const String& keyValue) {
         request.provider.findRegProfIndex(keyValue, request.provider.registeredSubProfiles()));
 }
 
-/// Calls visit(pair) for each pair of the subprofile at `index`, in the order of the table.
-template <class Visit>
-void forEachPair(Sint32 index, Visit visit) {
-    for (const SubProfilePair& pair : subProfilePairs) {
-        if (static_cast<Sint32>(pair.subProfile) == index) {
-            visit(pair);
-        }
-    }
-}
-
 template <class Handler>
 void deliverFarEnds(const Request& request, const String& keyValue, int bits,
                     const char* resultClass, Handler& handler) {
@@ -37,9 +27,11 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
                 trace("Quil index of RegSubProfile is ", index);
                 return; // ends the whole operation, the firmware too: on purpose
             }
-            forEachPair(index, [&](const SubProfilePair& pair) {
-                deliverProfile(handler, request, pair.profile);
-            });
+            for (const SubProfilePair& pair : subProfilePairs) {
+                if (static_cast<Sint32>(pair.subProfile) == index) {
+                    deliverProfile(handler, request, pair.profile);
+                }
+            }
         }
     }
     if ((bits & selected::softwareIdentity) != 0) {
@@ -76,10 +68,10 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
             trace(texts.unknown, index);
             return;
         }
-        forEachPair(index, [&](const SubProfilePair& pair) {
-            deliver(handler, requirement(request.provider, pair, request.nameSpace),
-                    request.nameSpace);
-        });
+        deliverRequirements(handler, request.provider, request.nameSpace,
+                            [&](const SubProfilePair& pair) {
+                                return static_cast<Sint32>(pair.subProfile) == index;
+                            });
     }
     if ((bits & selected::softwareIdentity) != 0) {
         trace(" Quil ESI references ");
@@ -90,10 +82,9 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
         }
         const CIMObjectPath subProfile =
             subProfilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
-        deliver(handler,
-                implementedBy(softwareIdentityPath(request.provider, request.nameSpace), subProfile,
-                              "CIM_RegisteredSubProfile"),
-                request.nameSpace);
+        deliver(handler, implementedBy(request.provider, request.nameSpace)
+                             .to(subProfile)
+                             .secondIs(CIMName("CIM_RegisteredSubProfile")));
     }
 }
 

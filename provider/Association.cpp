@@ -1,32 +1,15 @@
 #include "provider/Association.h"
 
 #include "provider/ModuleState.h"
+#include "provider/RequestKeys.h"
 
 #include <Pegasus/Common/CIMObject.h>
-#include <Pegasus/Common/CIMProperty.h>
 
 PEGASUS_USING_PEGASUS;
 
 namespace serverprofile {
 
 namespace {
-
-CIMName classOf(const ReferenceRole& role) {
-    return role.referenceClass != nullptr ? CIMName(role.referenceClass) : CIMName();
-}
-
-CIMProperty referenceProperty(const ReferenceRole& role, const CIMName& referenceClass,
-                              const CIMObjectPath& end) {
-    const Uint32 noArray = 0;
-    return CIMProperty(CIMName(role.name), CIMValue(end), noArray, referenceClass);
-}
-
-CIMKeyBinding referenceKey(const ReferenceRole& role, const CIMObjectPath& end) {
-    if (end.getClassName().isNull()) {
-        return CIMKeyBinding(CIMName(role.name), String(), CIMKeyBinding::STRING);
-    }
-    return CIMKeyBinding(CIMName(role.name), CIMValue(end));
-}
 
 CIMObjectPath pathOrEmpty(const String& text, NoPath noPath) {
     try {
@@ -41,13 +24,47 @@ CIMObjectPath pathOrEmpty(const String& text, NoPath noPath) {
 
 } // namespace
 
-Association::Association(const AssociationClass& cimClass, const CIMObjectPath& first,
-                         const CIMObjectPath& second)
-    : _class(cimClass), _first(first), _second(second), _secondClass(classOf(cimClass.second)) {
+Association::End::End(const ReferenceRole& declared)
+    : role(declared.name),
+      referenceClass(declared.referenceClass != nullptr ? CIMName(declared.referenceClass)
+                                                        : CIMName()) {
+}
+
+void Association::End::operator=(const CIMObjectPath& end) {
+    path = end;
+    key.reset();
+}
+
+const CIMKeyBinding& Association::End::asKey() {
+    if (!key) {
+        key = path.getClassName().isNull() ? CIMKeyBinding(role, String(), CIMKeyBinding::STRING)
+                                           : CIMKeyBinding(role, CIMValue(path));
+    }
+    return *key;
+}
+
+CIMProperty Association::End::asProperty() const {
+    const Uint32 noArray = 0;
+    return CIMProperty(role, CIMValue(path), noArray, referenceClass);
+}
+
+Association::Association(const AssociationClass& cimClass, const String& nameSpace)
+    : _name(cimClass.name), _nameSpace(nameSpace), _first(cimClass.first),
+      _second(cimClass.second) {
+}
+
+Association& Association::from(const CIMObjectPath& first) {
+    _first = first;
+    return *this;
+}
+
+Association& Association::to(const CIMObjectPath& second) {
+    _second = second;
+    return *this;
 }
 
 Association& Association::secondIs(const CIMName& referenceClass) {
-    _secondClass = referenceClass;
+    _second.referenceClass = referenceClass;
     return *this;
 }
 
@@ -56,25 +73,23 @@ Association& Association::secondPropertyFirst() {
     return *this;
 }
 
-CIMObjectPath Association::path(const String& nameSpace) const {
+CIMObjectPath Association::path() {
     Array<CIMKeyBinding> keys;
-    keys.append(referenceKey(_class.first, _first));
-    keys.append(referenceKey(_class.second, _second));
-    return CIMObjectPath(_getHostName(), CIMNamespaceName(nameSpace), CIMName(_class.name), keys);
+    keys.append(_first.asKey());
+    keys.append(_second.asKey());
+    return CIMObjectPath(_getHostName(), CIMNamespaceName(_nameSpace), _name, keys);
 }
 
 CIMInstance Association::instance() const {
-    const CIMProperty first = referenceProperty(_class.first, classOf(_class.first), _first);
-    const CIMProperty second = referenceProperty(_class.second, _secondClass, _second);
-    CIMInstance instance{CIMName(_class.name)};
-    instance.addProperty(_secondPropertyFirst ? second : first);
-    instance.addProperty(_secondPropertyFirst ? first : second);
+    CIMInstance instance(_name);
+    instance.addProperty((_secondPropertyFirst ? _second : _first).asProperty());
+    instance.addProperty((_secondPropertyFirst ? _first : _second).asProperty());
     return instance;
 }
 
-CIMInstance Association::instance(const String& nameSpace) const {
+CIMInstance Association::instanceWithPath() {
     CIMInstance withPath = instance();
-    withPath.setPath(path(nameSpace));
+    withPath.setPath(path());
     return withPath;
 }
 
@@ -84,9 +99,9 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
     CIMObjectPath second;
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); ++i) {
-        const CIMName name = keys[i].getName();
-        const bool isFirst = name == cimClass.first.name;
-        if (!isFirst && name != cimClass.second.name) {
+        const CString name = plain(keys[i].getName());
+        const bool isFirst = ::strcasecmp(name, cimClass.first.name) == 0;
+        if (!isFirst && ::strcasecmp(name, cimClass.second.name) != 0) {
             continue;
         }
         CIMObjectPath& end = isFirst ? first : second;
@@ -96,30 +111,30 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
             end.setNameSpace(path.getNameSpace());
         }
     }
-    return Association(cimClass, first, second);
+    Association named(cimClass, String());
+    if (cimClass.second.referenceClass == nullptr) {
+        named.secondIs(second.getClassName());
+    }
+    return named.from(first).to(second);
 }
 
-void deliver(ObjectPathResponseHandler& handler, const Association& association,
-             const String& nameSpace) {
-    handler.deliver(association.path(nameSpace));
+void deliver(ObjectPathResponseHandler& handler, Association& association) {
+    handler.deliver(association.path());
 }
 
-void deliver(InstanceResponseHandler& handler, const Association& association,
-             const String& nameSpace) {
-    handler.deliver(association.instance(nameSpace));
+void deliver(InstanceResponseHandler& handler, Association& association) {
+    handler.deliver(association.instanceWithPath());
 }
 
-void deliver(ObjectResponseHandler& handler, const Association& association,
-             const String& nameSpace) {
-    handler.deliver(CIMObject(association.instance(nameSpace)));
+void deliver(ObjectResponseHandler& handler, Association& association) {
+    handler.deliver(CIMObject(association.instanceWithPath()));
 }
 
-void deliver(ResponseHandler& handler, bool instances, const Association& association,
-             const String& nameSpace) {
+void deliver(ResponseHandler& handler, bool instances, Association& association) {
     if (instances) {
-        deliver(dynamic_cast<InstanceResponseHandler&>(handler), association, nameSpace);
+        deliver(dynamic_cast<InstanceResponseHandler&>(handler), association);
     } else {
-        deliver(dynamic_cast<ObjectPathResponseHandler&>(handler), association, nameSpace);
+        deliver(dynamic_cast<ObjectPathResponseHandler&>(handler), association);
     }
 }
 

@@ -6,7 +6,10 @@
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/ResponseHandler.h>
+
+#include <optional>
 
 namespace serverprofile {
 
@@ -59,34 +62,47 @@ constexpr AssociationClass elementSoftwareIdentity = {
     {"Dependent", nullptr},
 };
 
-/// One association between two objects.
+/// One association between two objects, or one after another of the same class: the names are made
+/// once, and an end that stays is written into a key once.
 class Association {
   public:
-    Association(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& first,
-                const Pegasus::CIMObjectPath& second);
+    /// Its path is in `nameSpace`, its ends are empty.
+    Association(const AssociationClass& cimClass, const Pegasus::String& nameSpace);
 
-    const Pegasus::CIMObjectPath& second() const { return _second; }
-
+    Association& from(const Pegasus::CIMObjectPath& first);
+    Association& to(const Pegasus::CIMObjectPath& second);
     /// Declares the class of the second reference, where the association class leaves it open. A
     /// null name leaves the reference without one.
     Association& secondIs(const Pegasus::CIMName& referenceClass);
     /// Puts the second reference before the first among the properties; the keys stay as they are.
     Association& secondPropertyFirst();
 
-    /// The association's own path: the local host name, `nameSpace`, and the ends as keys. The
+    /// The association's own path: the local host name, the namespace, and the ends as keys. The
     /// library refuses a reference key without a value, so an end without a path stands as a string
     /// key with an empty value.
-    Pegasus::CIMObjectPath path(const Pegasus::String& nameSpace) const;
+    Pegasus::CIMObjectPath path();
     /// The two reference properties, without a path.
     Pegasus::CIMInstance instance() const;
-    /// The two reference properties, with path(nameSpace).
-    Pegasus::CIMInstance instance(const Pegasus::String& nameSpace) const;
+    /// The two reference properties, with path().
+    Pegasus::CIMInstance instanceWithPath();
 
   private:
-    const AssociationClass& _class;
-    Pegasus::CIMObjectPath _first;
-    Pegasus::CIMObjectPath _second;
-    Pegasus::CIMName _secondClass;
+    struct End {
+        explicit End(const ReferenceRole& role);
+        void operator=(const Pegasus::CIMObjectPath& path);
+        const Pegasus::CIMKeyBinding& asKey();
+        Pegasus::CIMProperty asProperty() const;
+
+        Pegasus::CIMName role;
+        Pegasus::CIMName referenceClass;
+        Pegasus::CIMObjectPath path;
+        std::optional<Pegasus::CIMKeyBinding> key; ///< once it was asked for
+    };
+
+    Pegasus::CIMName _name;
+    Pegasus::String _nameSpace;
+    End _first;
+    End _second;
     bool _secondPropertyFirst = false;
 };
 
@@ -98,20 +114,17 @@ enum class NoPath {
 
 /// The association that `path` names, whether there is one or not: its ends are those of the keys,
 /// put on the local host and into the namespace of `path`. A missing key leaves its end empty, of
-/// several with one name the last counts.
+/// several with one name the last counts. Where the association class leaves the second reference's
+/// class open, it is that of the end that the client named, and none for an empty end.
 Association namedAssociation(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
                              NoPath noPath);
 
 // Delivery, in the form that the handler takes: the path, the instance, the instance as an object.
 
-void deliver(Pegasus::ObjectPathResponseHandler& handler, const Association& association,
-             const Pegasus::String& nameSpace);
-void deliver(Pegasus::InstanceResponseHandler& handler, const Association& association,
-             const Pegasus::String& nameSpace);
-void deliver(Pegasus::ObjectResponseHandler& handler, const Association& association,
-             const Pegasus::String& nameSpace);
+void deliver(Pegasus::ObjectPathResponseHandler& handler, Association& association);
+void deliver(Pegasus::InstanceResponseHandler& handler, Association& association);
+void deliver(Pegasus::ObjectResponseHandler& handler, Association& association);
 /// The instance when `instances`, else the path. A handler of the other kind: std::bad_cast.
-void deliver(Pegasus::ResponseHandler& handler, bool instances, const Association& association,
-             const Pegasus::String& nameSpace);
+void deliver(Pegasus::ResponseHandler& handler, bool instances, Association& association);
 
 } // namespace serverprofile

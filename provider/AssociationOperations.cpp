@@ -3,6 +3,7 @@
 #include "provider/Serve.h"
 
 PEGASUS_USING_PEGASUS;
+using serverprofile::plain;
 using serverprofile::trace;
 
 namespace {
@@ -68,15 +69,11 @@ struct PlainRequest {
     String keyValue;
     String nameSpace;
 
-    PlainRequest(const CIMObjectPath& source, const String& key)
-        : objectName(source), row(serverprofile::findRow(sources, source.getClassName())),
-          isSoftwareIdentity(source.getClassName() == "ORVEX_SoftwareIdentity"), keyValue(key),
+    PlainRequest(const CIMObjectPath& source, const char* className, const String& key)
+        : objectName(source), row(serverprofile::findRow(sources, className)),
+          isSoftwareIdentity(::strcasecmp(className, "ORVEX_SoftwareIdentity") == 0), keyValue(key),
           nameSpace(source.getNameSpace().getString()) {}
 };
-
-CString plain(const CIMName& name) {
-    return name.getString().getCString();
-}
 
 CString plain(const String& text) {
     return text.getCString();
@@ -87,19 +84,19 @@ CString plain(const String& text) {
 template <class Work>
 void ServerProfileProvider::serveFrom(const char* name, const CIMObjectPath& objectName,
                                       Handler& handler, Work work, const char* flagTrace) {
-    const std::string who = std::string("Quil ") + name + "(): ";
-    trace((who + "Start ").c_str(), objectName.getClassName());
+    trace("Quil ", name, "(): Start ", objectName.getClassName());
     serve(name, handler, [&] {
         if (flagTrace != nullptr) {
             trace(flagTrace, initFlag);
         }
         CIMName className = objectName.getClassName();
-        trace((who + "className ").c_str(), className);
+        trace("Quil ", name, "(): className ", className);
         _checkClass(className);
-        trace((who + "keys.size is: ").c_str(), objectName.getKeyBindings().size());
-        const auto key = serverprofile::findKey(*this, objectName);
+        trace("Quil ", name, "(): keys.size is: ", objectName.getKeyBindings().size());
+        const CString plainName = plain(className);
+        const auto key = serverprofile::findKey(*this, objectName, plainName);
         serverprofile::requireKey(key);
-        work(PlainRequest(objectName, key.value));
+        work(PlainRequest(objectName, plainName, key.value));
     });
 }
 

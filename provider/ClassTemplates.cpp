@@ -1,5 +1,6 @@
 #include "provider/ClassTemplates.h"
 
+#include "provider/RequestKeys.h"
 #include "provider/Trace.h"
 
 #include <Pegasus/Common/CIMPropertyList.h>
@@ -7,8 +8,11 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <vector>
 
 PEGASUS_USING_PEGASUS;
+using serverprofile::findRow;
+using serverprofile::plain;
 using serverprofile::trace;
 
 CIMClass _getClassFromCIMOM(CIMOMHandle& cimom, CIMNamespaceName& nameSpace, CIMName& className,
@@ -49,14 +53,20 @@ const struct {
     {"ORVEX_ObjectManagerHost", hostProperties},
 };
 
-bool isCarried(const CIMName& className, const CIMName& property) {
-    for (const auto& set : propertySets) {
-        if (className == set.className) {
-            return std::any_of(set.properties.begin(), set.properties.end(),
-                               [&](const char* name) { return property == name; });
+/// The positions, in their order, of the properties of `cimClass` that an instance of `className`
+/// carries.
+std::vector<Uint32> carried(const CIMClass& cimClass, const CIMName& className) {
+    std::vector<Uint32> positions;
+    if (const auto* const set = findRow(propertySets, plain(className))) {
+        for (const char* const name : set->properties) {
+            const Uint32 position = cimClass.findProperty(CIMName(name));
+            if (position != PEG_NOT_FOUND) {
+                positions.push_back(position);
+            }
         }
     }
-    return false;
+    std::sort(positions.begin(), positions.end());
+    return positions;
 }
 
 } // namespace
@@ -71,11 +81,8 @@ CIMInstance _instAddQualifieres(CIMOMHandle& cimom, CIMName className) {
     for (Uint32 i = 0; i < cimClass.getQualifierCount(); ++i) {
         instance.addQualifier(cimClass.getQualifier(i).clone());
     }
-    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
-        const CIMProperty property = cimClass.getProperty(i);
-        if (isCarried(className, property.getName())) {
-            instance.addProperty(property.clone());
-        }
+    for (const Uint32 i : carried(cimClass, className)) {
+        instance.addProperty(cimClass.getProperty(i).clone());
     }
     return instance;
 }

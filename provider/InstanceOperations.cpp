@@ -77,7 +77,7 @@ void ServerProfileProvider::enumerate(const char* name, const CIMObjectPath& cla
     serve(name, handler, [&] {
         CIMName className = classReference.getClassName();
         _checkClass(className);
-        const Row* row = serverprofile::findRow(enumerations, className);
+        const Row* row = serverprofile::findRow(enumerations, serverprofile::plain(className));
         if (row == nullptr) {
             return;
         }
@@ -113,11 +113,12 @@ void ServerProfileProvider::getInstance(const OperationContext&,
     serve("getInstance", handler, [&] {
         CIMName className = instanceReference.getClassName();
         _checkClass(className);
-        const auto key = serverprofile::findKey(*this, instanceReference);
-        trace(serverprofile::traceText(className).c_str(), " keyvalue ", key.value);
+        const CString plainName = serverprofile::plain(className);
+        const auto key = serverprofile::findKey(*this, instanceReference, plainName);
+        trace(className, " keyvalue ", key.value);
         serverprofile::requireKey(key);
 
-        const GetRow* row = serverprofile::findRow(gets, className);
+        const GetRow* row = serverprofile::findRow(gets, plainName);
         if (row == nullptr) {
             return;
         }

@@ -8,14 +8,13 @@ PEGASUS_USING_PEGASUS;
 
 namespace serverprofile {
 
-FoundKey findKey(ServerProfileProvider& provider, const CIMObjectPath& path) {
-    const CString className = path.getClassName().getString().getCString();
+FoundKey findKey(ServerProfileProvider& provider, const CIMObjectPath& path,
+                 const char* className) {
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     FoundKey found;
     for (Uint32 i = 0; i < keys.size() && !found.accepted; ++i) {
-        const CString keyName = keys[i].getName().getString().getCString();
         found.value = keys[i].getValue();
-        found.accepted = provider._checkKey(className, keyName) != 0;
+        found.accepted = provider._checkKey(className, plain(keys[i].getName())) != 0;
     }
     return found;
 }

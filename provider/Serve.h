@@ -5,16 +5,13 @@
 #include "provider/ServerProfileProvider.h"
 #include "provider/Trace.h"
 
-#include <string>
-
 #include <unistd.h>
 
 template <class Work>
 void ServerProfileProvider::serve(const char* name, Handler& handler, Work work) {
     using serverprofile::trace;
-    const std::string who = std::string("Quil ") + name + "(): ";
     const auto traceFlag = [&](const char* stage) {
-        trace((who + stage).c_str(), _initInProgress.load());
+        trace("Quil ", name, "(): ", stage, _initInProgress.load());
     };
 
     traceFlag("Start BEFoRE MUTEX _initInProgress ");
@@ -33,6 +30,6 @@ void ServerProfileProvider::serve(const char* name, Handler& handler, Work work)
         handler.complete();
     } catch (const Pegasus::Exception& exception) {
         lock.release();
-        trace((who + "Exception - ").c_str(), exception.getMessage());
+        trace("Quil ", name, "(): Exception - ", exception.getMessage());
     }
 }

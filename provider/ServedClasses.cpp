@@ -1,4 +1,5 @@
 // Which classes the module serves, and by which key an object of each is named.
+#include "provider/RequestKeys.h"
 #include "provider/ServerProfileProvider.h"
 #include "provider/Trace.h"
 
@@ -62,8 +63,9 @@ const struct {
 } // namespace
 
 bool ServerProfileProvider::_checkClass(CIMName& className) {
+    const CString name = serverprofile::plain(className);
     for (const char* served : servedClasses) {
-        if (className == served) {
+        if (::strcasecmp(name, served) == 0) {
             return true;
         }
     }

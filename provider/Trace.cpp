@@ -1,5 +1,6 @@
 #include "provider/Trace.h"
 
+#include <cstring>
 #include <iostream>
 #include <mutex>
 
@@ -7,39 +8,53 @@ PEGASUS_USING_PEGASUS;
 
 namespace serverprofile {
 
-std::string traceText(const char* text) {
-    return text != nullptr ? text : "";
+std::string_view TraceLine::text() const {
+    return _long.empty() ? std::string_view(_short, _size) : std::string_view(_long);
 }
 
-std::string traceText(const String& text) {
-    return static_cast<const char*>(text.getCString());
+void TraceLine::append(std::string_view text) {
+    if (_long.empty() && text.size() <= sizeof _short - _size) {
+        std::memcpy(_short + _size, text.data(), text.size());
+        _size += text.size();
+    } else {
+        _long = std::string(this->text()).append(text);
+    }
 }
 
-std::string traceText(const CIMName& name) {
-    return traceText(name.getString());
+void TraceLine::append(const char* text) {
+    append(text != nullptr ? std::string_view(text) : std::string_view());
 }
 
-std::string traceText(const CIMObjectPath& path) {
-    return traceText(path.toString());
+void TraceLine::append(const String& text) {
+    append(static_cast<const char*>(text.getCString()));
 }
 
-std::string traceText(bool flag) {
-    return flag ? "1" : "0";
+void TraceLine::append(const CIMName& name) {
+    append(name.getString());
 }
 
-std::string traceText(Sint32 number) {
-    return std::to_string(number);
+void TraceLine::append(const CIMObjectPath& path) {
+    append(path.toString());
 }
 
-std::string traceText(Uint32 number) {
-    return std::to_string(number);
+void TraceLine::append(bool flag) {
+    append(flag ? "1" : "0");
 }
 
-void writeTraceLine(const std::string& line) {
+void TraceLine::append(Sint32 number) {
+    append(std::string_view(std::to_string(number)));
+}
+
+void TraceLine::append(Uint32 number) {
+    append(std::string_view(std::to_string(number)));
+}
+
+void TraceLine::write() {
     // Writing and flushing are two steps; the lock keeps them together for hosts that have
     // detached the C++ streams from stdio.
     static std::mutex writing;
-    const std::string whole = "ServerProfileProvider " + line + '\n';
+    append("\n");
+    const std::string_view whole = text();
     const std::lock_guard<std::mutex> lock(writing);
     std::cout.write(whole.data(), static_cast<std::streamsize>(whole.size())).flush();
 }

@@ -10,25 +10,46 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/String.h>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace serverprofile {
 
-std::string traceText(const char* text); ///< a null pointer counts as an empty text
-std::string traceText(const Pegasus::String& text);
-std::string traceText(const Pegasus::CIMName& name);
-std::string traceText(const Pegasus::CIMObjectPath& path);
-std::string traceText(bool flag);              ///< "1" or "0"
-std::string traceText(Pegasus::Sint32 number); ///< decimal
-std::string traceText(Pegasus::Uint32 number); ///< decimal
+/// A line of the trace on its way: it begins with "ServerProfileProvider ". A short one, as nearly
+/// all are, needs no memory but the object's own.
+///
+/// Thread-safety: one thread for an object.
+class TraceLine {
+  public:
+    TraceLine() { append("ServerProfileProvider "); }
 
-/// Writes "ServerProfileProvider ", `line` and an end of line.
-void writeTraceLine(const std::string& line);
+    void append(std::string_view text);
+    void append(const char* text); ///< a null pointer counts as an empty text
+    void append(const Pegasus::String& text);
+    void append(const Pegasus::CIMName& name);
+    void append(const Pegasus::CIMObjectPath& path);
+    void append(bool flag);              ///< "1" or "0"
+    void append(Pegasus::Sint32 number); ///< decimal
+    void append(Pegasus::Uint32 number); ///< decimal
 
-/// Traces `message` followed by `values`, with nothing put between them.
+    /// Writes the line and its end.
+    void write();
+
+  private:
+    std::string_view text() const;
+
+    char _short[256];
+    std::size_t _size = 0; ///< of what _short holds
+    std::string _long;     ///< all of it, once it does not fit there
+};
+
+/// Traces `values`, with nothing put between them.
 template <class... Values>
-void trace(const char* message, const Values&... values) {
-    writeTraceLine((traceText(message) + ... + traceText(values)));
+void trace(const Values&... values) {
+    TraceLine line;
+    (line.append(values), ...);
+    line.write();
 }
 
 } // namespace serverprofile

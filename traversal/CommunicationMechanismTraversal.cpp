@@ -41,7 +41,7 @@ void deliverAssociations(const Request& request, int bits, const CIMObjectPath& 
     if ((bits & hosts) != 0) {
         trace(hostsStep);
         const CIMObjectPath host = hostPath(request.provider, request.nameSpace);
-        deliver(handler, Association(hostedAccessPoint, host, source), request.nameSpace);
+        deliver(handler, Association(hostedAccessPoint, request.nameSpace).from(host).to(source));
     }
 }
 

@@ -29,9 +29,10 @@ template <class Handler>
 void deliverManagerAssociations(const Request& request, const AssociationClass& cimClass,
                                 const Pegasus::CIMObjectPath& source, Handler& handler) {
     const auto managers = readManagers<Pegasus::Array<Pegasus::CIMObjectPath>>(request);
+    Association member(cimClass, request.nameSpace);
+    member.to(source).secondPropertyFirst();
     for (Pegasus::Uint32 i = 0; i < managers.size(); ++i) {
-        deliver(handler, Association(cimClass, managers[i], source).secondPropertyFirst(),
-                request.nameSpace);
+        deliver(handler, member.from(managers[i]));
     }
 }
 

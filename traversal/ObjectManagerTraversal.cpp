@@ -98,20 +98,23 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
     if ((bits & hosts) != 0) {
         trace(" Quil HostedService assoc - 1 ");
         const CIMObjectPath host = hostPath(request.provider, request.nameSpace);
-        deliver(handler, Association(hostedService, host, manager), request.nameSpace);
+        deliver(handler, Association(hostedService, request.nameSpace).from(host).to(manager));
     }
     // The list of the members begins with the object managers, see forEachMember().
     forEachMember(request, bits, managers, [&](const Member& member, const List& list) {
+        Association association(member.association, request.nameSpace);
+        association.from(manager);
         for (Uint32 i = 0; i < list.size(); ++i) {
-            deliver(handler, Association(member.association, manager, list[i]), request.nameSpace);
+            deliver(handler, association.to(list[i]));
         }
     });
     if ((bits & profiles) != 0) {
         trace(" Quil ElementConformsToProfile - 1 ");
         const CIMObjectPath profile =
             profilePath(request.provider, serverProfile, request.nameSpace);
-        deliver(handler, conforming(profile, manager, objectManagerClass).secondPropertyFirst(),
-                request.nameSpace);
+        deliver(handler, conforming(request.nameSpace, profile, objectManagerClass)
+                             .to(manager)
+                             .secondPropertyFirst());
     }
 }
 

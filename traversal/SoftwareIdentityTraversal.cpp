@@ -43,9 +43,7 @@ struct Deliver {
 
     void associations() const {
         forEachImplemented(request.provider, request.nameSpace,
-                           [&](const Association& association) {
-                               deliver(kind(), association, request.nameSpace);
-                           });
+                           [&](Association& association) { deliver(kind(), association); });
     }
 };
 

@@ -39,6 +39,15 @@ TEST_F(TraceTest, TextsAreUtf8) {
               (Lines{"ServerProfileProvider key is Z\xC3\xBCrich"}));
 }
 
+TEST_F(TraceTest, LongLineIsAsWholeAsAShortOne) {
+    for (const std::size_t length : {200U, 232U, 233U, 234U, 235U, 512U, 4000U}) {
+        const std::string text(length, 'x');
+        EXPECT_EQ(tracedBy([&] { trace(text.c_str(), String("y"), Sint32(-1)); }),
+                  (Lines{"ServerProfileProvider " + text + "y-1"}))
+            << length;
+    }
+}
+
 TEST_F(TraceTest, SettingsOfTheStreamAreNeitherUsedNorChanged) {
     provider.initialize(handle);
     const CIMObjectPath path = pathOf("CIM_RegisteredProfile", {{"InstanceID", "Orvex6"}});
