@@ -2,7 +2,7 @@
 # Judges the sources by .clang-tidy, each as a build directory compiles it. What the build
 # generates has to be there: build before.
 # usage: check_tidy.sh BUILD-DIRECTORY [--all]
-#   the modules' rooms and the registration tool; with --all the embedded server too, which takes minutes
+#   the modules' rooms; with --all the registration tool and the embedded server too, which takes minutes
 set -euo pipefail
 
 wrong() { echo "check_tidy: $1" >&2 && exit 2; }
@@ -18,11 +18,11 @@ if [ "${1-}" = "--one" ]; then
 fi
 
 build=""
-rooms=(provider profiles objectmanager traversal serverobjects register)
+rooms=(provider profiles objectmanager traversal serverobjects)
 for argument in "$@"; do
   case "$argument" in
     --help | -h) sed -n '4,5s/^# //p' "$0" && exit 0 ;;
-    --all) rooms+=(embedded) ;;
+    --all) rooms+=(register embedded) ;;
     -*) wrong "$argument: no such option (try --help)" ;;
     *) [ -z "$build" ] || wrong "one build directory at a time (try --help)" && build=$argument ;;
   esac
