@@ -115,6 +115,7 @@ class Listed(unittest.TestCase):
         self.assertEqual((["several requests in one piece"], []),
                          found(answer(asked, wire=["", ""]), ours))
         self.assertEqual(([], [asked]), found(answer(asked, wire=["HTTP/1.1 400"]), ours))
+
         def message(number):
             return answer(asked, wire=["HTTP/1.1 200 OK", f'  MESSAGE ID="{number}"'])
         for there, here, expected in ((3, 2, (["several requests in one piece"], [])),

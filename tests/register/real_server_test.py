@@ -17,6 +17,14 @@ from real_server import RealServer  # pylint: disable=wrong-import-position
 
 LIBRARY = "libServerProfileProvider.so"
 SOURCE = HERE.parent.parent
+# Where the server has the say. What the tool does by itself (settings, record, signals, commands that
+# fail one by one) the stand-in shows.
+BY_THE_SERVER = (
+    "installed_is_well", "second_install", "may_have_instances", "upgrade_brings",
+    "earlier_version_adds", "interop_of_others", "server_puts", "qualifiers_of_others",
+    "disabled_module", "was_deleted", "another_module", "busy_module", "module_answers",
+    "missing_or_damaged", "instance_that_others", "server_that_hangs", "whatever_fails_an_install",
+    "is_whole_in_each_namespace")
 REGISTRATION = ("PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities")
 
 
@@ -191,8 +199,19 @@ class AClientsWalk(unittest.TestCase):
                 server.ask("cimcli", "dc", name, "-n", namespace)
 
 
+def chosen(words):
+    """The -k options for the tests with these words in their names, of which each has to have one."""
+    names = [name for case in (WithRealServer, AClientsWalk) for name in dir(case)
+             if name.startswith("test_")]
+    lost = [word for word in words if not any(word in name for name in names)]
+    if lost:
+        sys.exit(f"real_server_test: no test is called {', '.join(lost)}")
+    return [option for word in words for option in ("-k", word)]
+
+
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
+    parser.add_argument("--brief", action="store_true", help="only where the server has the say")
     for name in ("--home", "--tool", "--client"):
         parser.add_argument(name, required=True)
     parser.add_argument("--modules", nargs=2, required=True,
@@ -201,4 +220,4 @@ if __name__ == "__main__":
     for name in ("home", "tool", "client", "modules"):
         setattr(WithRealServer, name, getattr(known, name))
         setattr(AClientsWalk, name, getattr(known, name))
-    unittest.main(argv=[sys.argv[0], *rest])
+    unittest.main(argv=[sys.argv[0], *(chosen(BY_THE_SERVER) if known.brief else []), *rest])
