@@ -10,12 +10,18 @@ import unittest
 
 DECLARED = re.compile(
     r"PEGASUS_(?:COMMON|PROVIDER)_LINKAGE\s+"
-    r"[^;{()]*?(?P<function>operator[^\s(]+|\w+)\("
+    r"[^;{()]*?(?P<name>operator[^\s(]+|\w+)\("
 )
-CLASS = re.compile(r"class PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (\w+)")
+CLASS = re.compile(r"(?:class|struct) PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (?P<name>\w+)")
 ABOUT = re.compile(
     r"(?:(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for |(?:non-)?(?:virtual )?thunk to )"
 )
+
+
+def space(text, at):
+    """The namespace below Pegasus in which `at` stands."""
+    opened = text.rfind("hosting {", 0, at)
+    return "hosting::" if opened > text.rfind("} // namespace hosting", 0, at) else ""
 
 
 def declared(folder):
@@ -23,9 +29,8 @@ def declared(folder):
     names = set()
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text(encoding="utf-8")
-        inside = "hosting::" if "hosting {" in text else ""
-        names.update(CLASS.findall(text))
-        names.update(inside + match["function"] for match in DECLARED.finditer(text))
+        for match in (*CLASS.finditer(text), *DECLARED.finditer(text)):
+            names.add(space(text, match.start()) + match["name"])
     return names
 
 
