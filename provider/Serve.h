@@ -30,6 +30,6 @@ void ServerProfileProvider::serve(const char* name, Handler& handler, Work work)
         handler.complete();
     } catch (const Pegasus::Exception& exception) {
         lock.release();
-        trace("Quil ", name, "(): Exception - ", exception.getMessage());
+        trace("Quil ", name, "(): ", "Exception - ", exception.getMessage());
     }
 }
