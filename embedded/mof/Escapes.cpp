@@ -115,6 +115,8 @@ class Decoder {
 } // namespace
 
 std::string decodeString(std::string_view literal, const Source& source, const Position& start) {
+    if (literal.find('\\') == std::string_view::npos)
+        return std::string(literal.substr(1, literal.size() - 2));
     return Decoder(literal, source, start).decode();
 }
 

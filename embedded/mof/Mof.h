@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -20,7 +19,7 @@ namespace embedded::mof {
 
 /// A place in a MOF text. Line and column count from 1; the column counts bytes.
 struct Location {
-    std::shared_ptr<const std::string> file;
+    const std::string* file = nullptr; ///< its name, which is kept as long as the program runs
     unsigned line = 1;
     unsigned column = 1;
 
@@ -44,8 +43,8 @@ class MofError : public std::runtime_error {
 struct Literal {
     enum class Kind { Null, Boolean, Integer, Real, Character, String, Alias };
     Kind kind = Kind::Null;
-    std::string text;
     bool boolean = false; ///< only for Kind::Boolean
+    std::string text;
     Location where;
 };
 

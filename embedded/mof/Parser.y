@@ -21,6 +21,8 @@
 %code requires {
 #include "mof/Source.h"
 
+#include <memory>
+
 namespace embedded::mof {
 
 class Reading;
@@ -34,9 +36,9 @@ struct ArraySuffix {
 };
 
 struct Typed {
-    std::string type;
-    std::string referenceClass;
-    std::string name;
+    std::string_view type; // as it is written, or "ref"
+    std::string_view referenceClass;
+    std::string_view name;
     ArraySuffix array;
     Position where;
 };
@@ -67,20 +69,23 @@ static Parser::symbol_type yylex(Scanner& scanner) {
     return scanner.next();
 }
 
-static Literal literal(Literal::Kind kind, std::string text, Location where) {
+static Literal literal(Literal::Kind kind, std::string text, const Location& where) {
     const bool boolean = kind == Literal::Kind::Boolean && text::lowered(text) == "true";
-    return {kind, std::move(text), boolean, std::move(where)};
+    return {kind, boolean, std::move(text), where};
+}
+
+static Literal literal(Literal::Kind kind, std::string_view text, const Location& where) {
+    return literal(kind, std::string(text), where);
 }
 
 static Value scalar(Literal item) {
-    Location where = item.where;
-    Value value{false, {}, std::move(where)};
+    Value value{false, {}, item.where};
     value.items.push_back(std::move(item));
     return value;
 }
 
 // Array sizes are plain decimal numbers, not every integer.
-static std::uint32_t arraySize(const std::string& digits, const Source& source, const Position& at) {
+static std::uint32_t arraySize(std::string_view digits, const Source& source, const Position& at) {
     std::uint32_t size = 0;
     const char* end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, size);
@@ -89,46 +94,55 @@ static std::uint32_t arraySize(const std::string& digits, const Source& source, 
     return size;
 }
 
-static Property property(std::vector<Qualifier> qualifiers, Typed typed, std::optional<Value> value,
-                         const Source& source) {
-    return {std::move(qualifiers), std::move(typed.type), std::move(typed.referenceClass),
-            std::move(typed.name), typed.array.isArray,   typed.array.size,
-            std::move(value),      source.at(typed.where)};
+static Property property(std::vector<Qualifier> qualifiers, const Typed& typed,
+                         std::optional<Value> value, const Source& source) {
+    return {std::move(qualifiers),   text::lowered(typed.type), std::string(typed.referenceClass),
+            std::string(typed.name), typed.array.isArray, typed.array.size,
+            std::move(value),        source.at(typed.where)};
+}
+
+static Parameter parameter(std::vector<Qualifier> qualifiers, const Typed& typed,
+                           const ArraySuffix& array, const Source& source) {
+    return {std::move(qualifiers),   text::lowered(typed.type), std::string(typed.referenceClass),
+            std::string(typed.name), array.isArray,       array.size,
+            source.at(typed.where)};
 }
 
 } // namespace embedded::mof
 }
+
+/* What a symbol stands for is moved often, as a block of the size of the largest of these types: they
+   are kept small, large ones behind a pointer, and declarations are handed on at once. */
 
 /* What stands in quotes here is what a message says was expected. */
 %token END 0 "end of file"
 %token LBRACE "'{'" RBRACE "'}'" LBRACKET "'['" RBRACKET "']'" LPAREN "'('" RPAREN "')'"
 %token COLON "':'" SEMICOLON "';'" COMMA "','" EQUALS "'='"
 %token PRAGMA "'#pragma'"
-%token <std::string> IDENTIFIER "a name"
-%token <std::string> CLASS "'class'" INSTANCE "'instance'" OF "'of'" AS "'as'" REF "'ref'"
-%token <std::string> QUALIFIER "'qualifier'" SCOPE "'scope'" FLAVOR "'flavor'"
-%token <std::string> TYPE "a type"
-%token <std::string> SCOPE_NAME "a scope"
-%token <std::string> FLAVOR_NAME "a flavor"
-%token <std::string> INTEGER "an integer" REAL "a real number" CHARACTER "a character"
-%token <std::string> STRING "a string" BOOLEAN "a boolean" NULL_VALUE "'null'" ALIAS "an alias"
+%token <std::string_view> IDENTIFIER "a name"
+%token <std::string_view> CLASS "'class'" INSTANCE "'instance'" OF "'of'" AS "'as'" REF "'ref'"
+%token <std::string_view> QUALIFIER "'qualifier'" SCOPE "'scope'" FLAVOR "'flavor'"
+%token <std::string_view> TYPE "a type"
+%token <std::string_view> SCOPE_NAME "a scope"
+%token <std::string_view> FLAVOR_NAME "a flavor"
+%token <std::string_view> INTEGER "an integer" REAL "a real number"
+%token <std::string> CHARACTER "a character" STRING "a string"
+%token <std::string_view> BOOLEAN "a boolean" NULL_VALUE "'null'" ALIAS "an alias"
 
-%nterm <std::string> name qualifier_name strings alias superclass scope
+%nterm <std::string_view> name qualifier_name alias superclass scope
+%nterm <std::string> strings
 %nterm <std::vector<std::string>> scopes default_flavors flavor_list flavors qualifier_flavors
 %nterm <std::vector<Qualifier>> qualifiers qualifier_list
-%nterm <Qualifier> qualifier
+%nterm <std::unique_ptr<Qualifier>> qualifier
 %nterm <std::optional<Value>> qualifier_value default_value
 %nterm <Value> initializer array_value
 %nterm <Literal> constant
 %nterm <std::vector<Literal>> constants
 %nterm <ArraySuffix> array_suffix
-%nterm <QualifierDeclaration> qualifier_declaration
-%nterm <ClassDeclaration> class_declaration
 %nterm <Features> features
 %nterm <Typed> typed reference
 %nterm <std::vector<Parameter>> parameters parameter_list
-%nterm <Parameter> parameter
-%nterm <InstanceDeclaration> instance_declaration
+%nterm <std::unique_ptr<Parameter>> parameter
 %nterm <std::vector<PropertyInitializer>> initializers
 
 %%
@@ -136,11 +150,11 @@ static Property property(std::vector<Qualifier> qualifiers, Typed typed, std::op
 specification:
   %empty
 | specification PRAGMA name LPAREN strings RPAREN {
-    reading.pragma($3, $5, scanner.source().at(@5));
+    reading.pragma(std::string($3), $5, scanner.source().at(@5));
   }
-| specification qualifier_declaration { reading.declare($2); }
-| specification class_declaration     { reading.declare($2); }
-| specification instance_declaration  { reading.declare($2); }
+| specification qualifier_declaration
+| specification class_declaration
+| specification instance_declaration
 ;
 
 /* Names. Class names always carry a schema prefix and so never are keywords; everything else may
@@ -164,7 +178,8 @@ qualifier_declaration:
   QUALIFIER qualifier_name COLON TYPE array_suffix default_value COMMA
   SCOPE LPAREN scopes RPAREN default_flavors SEMICOLON {
     const ArraySuffix array = $5;
-    $$ = {$2, text::lowered($4), array.isArray, array.size, $6, $10, $12, scanner.source().at(@2)};
+    reading.declare(QualifierDeclaration{std::string($2), text::lowered($4), array.isArray, array.size,
+                                         $6, $10, $12, scanner.source().at(@2)});
   }
 ;
 
@@ -193,13 +208,14 @@ qualifiers:
 ;
 
 qualifier_list:
-  qualifier                      { $$.push_back($1); }
-| qualifier_list COMMA qualifier { $$ = $1; $$.push_back($3); }
+  qualifier                      { $$.push_back(std::move(*$1)); }
+| qualifier_list COMMA qualifier { $$ = $1; $$.push_back(std::move(*$3)); }
 ;
 
 qualifier:
   qualifier_name qualifier_value qualifier_flavors {
-    $$ = {$1, $2, $3, scanner.source().at(@1)};
+    $$ = std::make_unique<Qualifier>(
+        Qualifier{std::string($1), $2, $3, scanner.source().at(@1)});
   }
 ;
 
@@ -224,8 +240,9 @@ flavors:
 class_declaration:
   qualifiers CLASS IDENTIFIER alias superclass LBRACE features RBRACE SEMICOLON {
     Features features = $7;
-    $$ = {$1, $3, $4, $5, std::move(features.properties), std::move(features.methods),
-          scanner.source().at(@3)};
+    reading.declare(ClassDeclaration{$1, std::string($3), std::string($4), std::string($5),
+                                     std::move(features.properties), std::move(features.methods),
+                                     scanner.source().at(@3)});
   }
 ;
 
@@ -246,11 +263,11 @@ features:
   }
 | features qualifiers TYPE name LPAREN parameters RPAREN SEMICOLON {
     $$ = $1;
-    $$.methods.push_back({$2, text::lowered($3), $4, $6, scanner.source().at(@4)});
+    $$.methods.push_back({$2, text::lowered($3), std::string($4), $6, scanner.source().at(@4)});
   }
 ;
 
-typed: TYPE name array_suffix { $$ = {text::lowered($1), {}, $2, $3, @2}; } ;
+typed: TYPE name array_suffix { $$ = {$1, {}, $2, $3, @2}; } ;
 
 /* A property never is an array of references, but a parameter may be one. */
 reference: IDENTIFIER REF name { $$ = {"ref", $1, $3, {}, @3}; } ;
@@ -267,21 +284,17 @@ parameters:
 ;
 
 parameter_list:
-  parameter                      { $$.push_back($1); }
-| parameter_list COMMA parameter { $$ = $1; $$.push_back($3); }
+  parameter                      { $$.push_back(std::move(*$1)); }
+| parameter_list COMMA parameter { $$ = $1; $$.push_back(std::move(*$3)); }
 ;
 
 parameter:
   qualifiers typed {
-    Typed typed = $2;
-    $$ = {$1, std::move(typed.type), {}, std::move(typed.name), typed.array.isArray,
-          typed.array.size, scanner.source().at(typed.where)};
+    const Typed typed = $2;
+    $$ = std::make_unique<Parameter>(parameter($1, typed, typed.array, scanner.source()));
   }
 | qualifiers reference array_suffix {
-    Typed typed = $2;
-    const ArraySuffix array = $3;
-    $$ = {$1, std::move(typed.type), std::move(typed.referenceClass), std::move(typed.name),
-          array.isArray, array.size, scanner.source().at(typed.where)};
+    $$ = std::make_unique<Parameter>(parameter($1, $2, $3, scanner.source()));
   }
 ;
 
@@ -289,7 +302,10 @@ parameter:
 
 instance_declaration:
   qualifiers INSTANCE OF IDENTIFIER alias LBRACE initializers RBRACE SEMICOLON {
-    $$ = {$1, $4, $5, $7, scanner.source().at(@4)};
+    std::vector<PropertyInitializer> properties = $7;
+    properties.shrink_to_fit();
+    reading.declare(InstanceDeclaration{$1, std::string($4), std::string($5), std::move(properties),
+                                        scanner.source().at(@4)});
   }
 ;
 
@@ -297,7 +313,7 @@ initializers:
   %empty {}
 | initializers qualifiers name EQUALS initializer SEMICOLON {
     $$ = $1;
-    $$.push_back({$2, $3, $5, scanner.source().at(@3)});
+    $$.push_back({$2, std::string($3), $5, scanner.source().at(@3)});
   }
 ;
 

@@ -5,6 +5,8 @@
 
 #include "MofParser.h"
 
+#include <memory>
+
 namespace embedded::mof {
 
 class Scanner {

@@ -1,5 +1,8 @@
 #include "mof/Source.h"
 
+#include <mutex>
+#include <set>
+
 namespace embedded::mof {
 
 namespace {
@@ -19,6 +22,14 @@ std::string shown(std::string_view token) {
     return visible(token.substr(0, end)) + "...";
 }
 
+/// Every location points to the name of its file, and there are far more of them than files.
+const std::string& kept(const std::string& name) {
+    static std::mutex mutex;
+    static std::set<std::string> names;
+    const std::lock_guard lock(mutex);
+    return *names.insert(name).first;
+}
+
 } // namespace
 
 void Position::advance(std::string_view text) {
@@ -32,7 +43,7 @@ void Position::advance(std::string_view text) {
     }
 }
 
-Source::Source(std::string name) : _name(std::make_shared<const std::string>(std::move(name))) {
+Source::Source(const std::string& name) : _name(&kept(name)) {
 }
 
 Location Source::at(const Position& position) const {

@@ -19,13 +19,13 @@ struct Position {
 /// Gives positions the name of their file.
 class Source {
   public:
-    explicit Source(std::string name);
+    explicit Source(const std::string& name);
 
     Location at(const Position& position) const;
     [[noreturn]] void fail(const Position& position, const std::string& message) const;
 
   private:
-    std::shared_ptr<const std::string> _name;
+    const std::string* _name;
 };
 
 /// `text` with control characters written as escapes, so that a message stays one line.

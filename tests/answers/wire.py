@@ -59,7 +59,8 @@ class Connection:
                    "CIMObject": asked.namespace}
         self._connection.request("POST", "/cimom", asked.document().encode(), headers)
         reply = self._connection.getresponse()
-        if reply.getheader("content-length") is None:  # an error of HTTP: its end is not told
+        # An error of HTTP: its end is not told.
+        if reply.getheader("content-length") is None and not reply.chunked:
             self._connection.close()
             return reply.status, ""
         return reply.status, reply.read().decode()

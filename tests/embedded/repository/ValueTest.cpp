@@ -155,10 +155,11 @@ TEST_F(ValueTest, ADatetimeThatIsNoneIsRefused) {
 }
 
 TEST_F(ValueTest, ACharacterBeyondOneCodeUnitIsRefused) {
+    const std::string file = "test.mof";
     mof::Literal literal;
     literal.kind = mof::Literal::Kind::Character;
     literal.text = "\U0001F600";
-    literal.where.file = std::make_shared<const std::string>("test.mof");
+    literal.where.file = &file;
     mof::Value value;
     value.items = {literal};
     try {
