@@ -12,7 +12,7 @@ DECLARED = re.compile(
     r"PEGASUS_(?:COMMON|PROVIDER)_LINKAGE\s+"
     r"[^;{()]*?(?P<function>operator[^\s(]+|\w+)\("
 )
-CLASS = re.compile(r"class PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (\w+)")
+CLASS = re.compile(r"(?:class|struct) PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (\w+)")
 ABOUT = re.compile(
     r"(?:(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for |(?:non-)?(?:virtual )?thunk to )"
 )
@@ -24,7 +24,7 @@ def declared(folder):
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text(encoding="utf-8")
         inside = "hosting::" if "hosting {" in text else ""
-        names.update(CLASS.findall(text))
+        names.update(inside + name for name in CLASS.findall(text))
         names.update(inside + match["function"] for match in DECLARED.finditer(text))
     return names
 
