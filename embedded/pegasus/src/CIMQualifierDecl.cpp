@@ -24,14 +24,11 @@ struct CIMQualifierDeclRep : NamedElement {
 
 CIMQualifierDecl::CIMQualifierDecl(const CIMName& name, const CIMValue& value,
                                    const CIMScope& scope, const CIMFlavor& flavor, Uint32 arraySize)
-    : _rep(std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {
+    : CIMQualifierDeclReads(
+          std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {
 }
 
-CIMQualifierDecl::CIMQualifierDecl(std::shared_ptr<CIMQualifierDeclRep> rep)
-    : _rep(std::move(rep)) {
-}
-
-const CIMName& CIMQualifierDecl::getName() const {
+const CIMName& CIMQualifierDeclReads::getName() const {
     return initialized(_rep).name();
 }
 
@@ -39,15 +36,15 @@ void CIMQualifierDecl::setName(const CIMName& name) {
     initialized(_rep).rename(name, "qualifier declaration");
 }
 
-CIMType CIMQualifierDecl::getType() const {
+CIMType CIMQualifierDeclReads::getType() const {
     return initialized(_rep).value.getType();
 }
 
-Boolean CIMQualifierDecl::isArray() const {
+Boolean CIMQualifierDeclReads::isArray() const {
     return initialized(_rep).value.isArray();
 }
 
-const CIMValue& CIMQualifierDecl::getValue() const {
+const CIMValue& CIMQualifierDeclReads::getValue() const {
     return initialized(_rep).value;
 }
 
@@ -55,31 +52,25 @@ void CIMQualifierDecl::setValue(const CIMValue& value) {
     initialized(_rep).value = value;
 }
 
-const CIMScope& CIMQualifierDecl::getScope() const {
+const CIMScope& CIMQualifierDeclReads::getScope() const {
     return initialized(_rep).scope;
 }
 
-const CIMFlavor& CIMQualifierDecl::getFlavor() const {
+const CIMFlavor& CIMQualifierDeclReads::getFlavor() const {
     return initialized(_rep).flavor;
 }
 
-Uint32 CIMQualifierDecl::getArraySize() const {
+Uint32 CIMQualifierDeclReads::getArraySize() const {
     return initialized(_rep).arraySize;
 }
 
-Boolean CIMQualifierDecl::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMQualifierDecl::identical(const CIMConstQualifierDecl& x) const {
+Boolean CIMQualifierDeclReads::identical(const CIMConstQualifierDecl& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-CIMQualifierDecl CIMQualifierDecl::clone() const {
-    return CIMQualifierDecl(std::make_shared<CIMQualifierDeclRep>(initialized(_rep)));
-}
-
-CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMQualifierDecl& x) : _rep(RepAccess::rep(x)) {
+CIMQualifierDecl CIMQualifierDeclReads::clone() const {
+    return RepAccess::make<CIMQualifierDecl>(
+        std::make_shared<CIMQualifierDeclRep>(initialized(_rep)));
 }
 
 CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMName& name, const CIMValue& value,
@@ -89,49 +80,8 @@ CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMName& name, const CIMValue
 }
 
 CIMConstQualifierDecl& CIMConstQualifierDecl::operator=(const CIMQualifierDecl& x) {
-    _rep = RepAccess::rep(x);
+    CIMQualifierDeclReads::operator=(x);
     return *this;
-}
-
-const CIMName& CIMConstQualifierDecl::getName() const {
-    return initialized(_rep).name();
-}
-
-CIMType CIMConstQualifierDecl::getType() const {
-    return initialized(_rep).value.getType();
-}
-
-Boolean CIMConstQualifierDecl::isArray() const {
-    return initialized(_rep).value.isArray();
-}
-
-const CIMValue& CIMConstQualifierDecl::getValue() const {
-    return initialized(_rep).value;
-}
-
-const CIMScope& CIMConstQualifierDecl::getScope() const {
-    return initialized(_rep).scope;
-}
-
-const CIMFlavor& CIMConstQualifierDecl::getFlavor() const {
-    return initialized(_rep).flavor;
-}
-
-Uint32 CIMConstQualifierDecl::getArraySize() const {
-    return initialized(_rep).arraySize;
-}
-
-Boolean CIMConstQualifierDecl::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMConstQualifierDecl::identical(const CIMConstQualifierDecl& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMQualifierDecl CIMConstQualifierDecl::clone() const {
-    return RepAccess::make<CIMQualifierDecl>(
-        std::make_shared<CIMQualifierDeclRep>(initialized(_rep)));
 }
 
 } // namespace Pegasus

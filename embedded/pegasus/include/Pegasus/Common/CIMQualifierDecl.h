@@ -4,6 +4,7 @@
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMFlavor.h>
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMScope.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/CIMValue.h>
@@ -11,11 +12,34 @@
 #include <Pegasus/Common/Linkage.h>
 
 #include <memory>
+#include <utility>
 
 namespace Pegasus {
 
+class CIMQualifierDecl;
 class CIMConstQualifierDecl;
 struct CIMQualifierDeclRep;
+
+/// The reads that CIMQualifierDecl and CIMConstQualifierDecl share.
+class PEGASUS_COMMON_LINKAGE CIMQualifierDeclReads : public CIMReads<CIMQualifierDeclRep> {
+  public:
+    const CIMName& getName() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    /// The default value; its type is that of the qualifier.
+    const CIMValue& getValue() const;
+    const CIMScope& getScope() const;
+    const CIMFlavor& getFlavor() const;
+    Uint32 getArraySize() const;
+    /// Same name (ignoring case), value, scope and array size; the flavors do not count.
+    Boolean identical(const CIMConstQualifierDecl& x) const;
+    /// A deep copy.
+    CIMQualifierDecl clone() const;
+
+  protected:
+    using CIMReads::CIMReads;
+    ~CIMQualifierDeclReads() = default;
+};
 
 /// A qualifier type (DSP0004): its name, default value, scope and flavors.
 ///
@@ -24,7 +48,7 @@ struct CIMQualifierDeclRep;
 /// isUninitialized() and assignment throw UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMQualifierDecl {
+class PEGASUS_COMMON_LINKAGE CIMQualifierDecl : public CIMQualifierDeclReads {
   public:
     CIMQualifierDecl() = default;
     CIMQualifierDecl(const CIMQualifierDecl& x) = default;
@@ -37,35 +61,22 @@ class PEGASUS_COMMON_LINKAGE CIMQualifierDecl {
     ~CIMQualifierDecl() = default;
     CIMQualifierDecl& operator=(const CIMQualifierDecl& x) = default;
 
-    const CIMName& getName() const;
     /// Throws UninitializedObjectException if `name` is null.
     void setName(const CIMName& name);
-    CIMType getType() const;
-    Boolean isArray() const;
-    /// The default value; its type is that of the qualifier.
-    const CIMValue& getValue() const;
     void setValue(const CIMValue& value);
-    const CIMScope& getScope() const;
-    const CIMFlavor& getFlavor() const;
-    Uint32 getArraySize() const;
-    Boolean isUninitialized() const;
-    /// Same name (ignoring case), value, scope and array size; the flavors do not count.
-    Boolean identical(const CIMConstQualifierDecl& x) const;
-    /// A deep copy.
-    CIMQualifierDecl clone() const;
 
   private:
     friend class RepAccess;
-    explicit CIMQualifierDecl(std::shared_ptr<CIMQualifierDeclRep> rep);
-    std::shared_ptr<CIMQualifierDeclRep> _rep;
+    explicit CIMQualifierDecl(std::shared_ptr<CIMQualifierDeclRep> rep)
+        : CIMQualifierDeclReads(std::move(rep)) {}
 };
 
 /// A CIMQualifierDecl that cannot be changed through this object.
-class PEGASUS_COMMON_LINKAGE CIMConstQualifierDecl {
+class PEGASUS_COMMON_LINKAGE CIMConstQualifierDecl : public CIMQualifierDeclReads {
   public:
     CIMConstQualifierDecl() = default;
     CIMConstQualifierDecl(const CIMConstQualifierDecl& x) = default;
-    CIMConstQualifierDecl(const CIMQualifierDecl& x);
+    CIMConstQualifierDecl(const CIMQualifierDecl& x) : CIMQualifierDeclReads(x) {}
     /// Throws UninitializedObjectException if `name` is null.
     CIMConstQualifierDecl(const CIMName& name, const CIMValue& value, const CIMScope& scope,
                           const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
@@ -73,22 +84,6 @@ class PEGASUS_COMMON_LINKAGE CIMConstQualifierDecl {
     ~CIMConstQualifierDecl() = default;
     CIMConstQualifierDecl& operator=(const CIMConstQualifierDecl& x) = default;
     CIMConstQualifierDecl& operator=(const CIMQualifierDecl& x);
-
-    const CIMName& getName() const;
-    CIMType getType() const;
-    Boolean isArray() const;
-    const CIMValue& getValue() const;
-    const CIMScope& getScope() const;
-    const CIMFlavor& getFlavor() const;
-    Uint32 getArraySize() const;
-    Boolean isUninitialized() const;
-    Boolean identical(const CIMConstQualifierDecl& x) const;
-    /// A deep copy, which can be changed.
-    CIMQualifierDecl clone() const;
-
-  private:
-    friend class RepAccess;
-    std::shared_ptr<const CIMQualifierDeclRep> _rep;
 };
 
 } // namespace Pegasus
