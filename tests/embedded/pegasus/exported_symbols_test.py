@@ -10,9 +10,9 @@ import unittest
 
 DECLARED = re.compile(
     r"PEGASUS_(?:COMMON|PROVIDER)_LINKAGE\s+"
-    r"[^;{()]*?(?P<function>operator[^\s(]+|\w+)\("
+    r"[^;{()]*?(?P<name>operator[^\s(]+|\w+)\("
 )
-CLASS = re.compile(r"(?:class|struct) PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (\w+)")
+CLASS = re.compile(r"(?:class|struct) PEGASUS_(?:COMMON|PROVIDER)_LINKAGE (?P<name>\w+)")
 ABOUT = re.compile(
     r"(?:(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for |(?:non-)?(?:virtual )?thunk to )"
 )
@@ -23,9 +23,9 @@ def declared(folder):
     names = set()
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text(encoding="utf-8")
-        inside = "hosting::" if "hosting {" in text else ""
-        names.update(inside + name for name in CLASS.findall(text))
-        names.update(inside + match["function"] for match in DECLARED.finditer(text))
+        for match in [*CLASS.finditer(text), *DECLARED.finditer(text)]:
+            inside = "hosting::" if "hosting {" in text[: match.start()] else ""
+            names.add(inside + match["name"])
     return names
 
 
