@@ -11,11 +11,6 @@ struct CIMQualifierDeclRep : NamedElement {
         : NamedElement(name), value(initialValue), scope(initialScope), flavor(initialFlavor),
           arraySize(fixedArraySize) {}
 
-    bool identical(const CIMQualifierDeclRep& x) const {
-        return name().equal(x.name()) && value.equal(x.value) && scope.equal(x.scope) &&
-               arraySize == x.arraySize;
-    }
-
     CIMValue value;
     CIMScope scope;
     CIMFlavor flavor;
@@ -24,64 +19,35 @@ struct CIMQualifierDeclRep : NamedElement {
 
 CIMQualifierDecl::CIMQualifierDecl(const CIMName& name, const CIMValue& value,
                                    const CIMScope& scope, const CIMFlavor& flavor, Uint32 arraySize)
-    : CIMQualifierDeclReads(
-          std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {
+    : CIMReads(std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {
 }
 
-const CIMName& CIMQualifierDeclReads::getName() const {
+const CIMName& CIMQualifierDecl::getName() const {
     return initialized(_rep).name();
 }
 
-void CIMQualifierDecl::setName(const CIMName& name) {
-    initialized(_rep).rename(name, "qualifier declaration");
-}
-
-CIMType CIMQualifierDeclReads::getType() const {
+CIMType CIMQualifierDecl::getType() const {
     return initialized(_rep).value.getType();
 }
 
-Boolean CIMQualifierDeclReads::isArray() const {
+Boolean CIMQualifierDecl::isArray() const {
     return initialized(_rep).value.isArray();
 }
 
-const CIMValue& CIMQualifierDeclReads::getValue() const {
+const CIMValue& CIMQualifierDecl::getValue() const {
     return initialized(_rep).value;
 }
 
-void CIMQualifierDecl::setValue(const CIMValue& value) {
-    initialized(_rep).value = value;
-}
-
-const CIMScope& CIMQualifierDeclReads::getScope() const {
+const CIMScope& CIMQualifierDecl::getScope() const {
     return initialized(_rep).scope;
 }
 
-const CIMFlavor& CIMQualifierDeclReads::getFlavor() const {
+const CIMFlavor& CIMQualifierDecl::getFlavor() const {
     return initialized(_rep).flavor;
 }
 
-Uint32 CIMQualifierDeclReads::getArraySize() const {
+Uint32 CIMQualifierDecl::getArraySize() const {
     return initialized(_rep).arraySize;
-}
-
-Boolean CIMQualifierDeclReads::identical(const CIMConstQualifierDecl& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMQualifierDecl CIMQualifierDeclReads::clone() const {
-    return RepAccess::make<CIMQualifierDecl>(
-        std::make_shared<CIMQualifierDeclRep>(initialized(_rep)));
-}
-
-CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMName& name, const CIMValue& value,
-                                             const CIMScope& scope, const CIMFlavor& flavor,
-                                             Uint32 arraySize)
-    : CIMConstQualifierDecl(CIMQualifierDecl(name, value, scope, flavor, arraySize)) {
-}
-
-CIMConstQualifierDecl& CIMConstQualifierDecl::operator=(const CIMQualifierDecl& x) {
-    CIMQualifierDeclReads::operator=(x);
-    return *this;
 }
 
 } // namespace Pegasus

@@ -9,7 +9,6 @@
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMQualifier.h>
-#include <Pegasus/Common/CIMQualifierDecl.h>
 
 #include <type_traits>
 #include <utility>
@@ -88,7 +87,6 @@ static_assert(changes<CIMParameter, CIMConstParameter>(setsName));
 static_assert(changes<CIMParameter, CIMConstParameter>(addsQualifier));
 static_assert(changes<CIMParameter, CIMConstParameter>(removesQualifier));
 static_assert(changes<CIMQualifier, CIMConstQualifier>(setsName));
-static_assert(changes<CIMQualifierDecl, CIMConstQualifierDecl>(setsName));
 
 // What classes, instances and objects have in common is not all that one of them has.
 static_assert(has<CIMObject>(tellsItsKind) && has<CIMConstObject>(tellsItsKind));
@@ -168,12 +166,6 @@ struct MadeByType {
         return Handle("Some", CIMTYPE_UINT32);
     }
 };
-struct MadeByScope {
-    template <class Handle>
-    static Handle make() {
-        return Handle("Some", CIMValue(Uint32(7)), CIMScope::CLASS);
-    }
-};
 
 template <class P>
 class ConstHandle : public testing::Test {};
@@ -183,8 +175,7 @@ using Pairs = testing::Types<
     Pair<CIMInstance, CIMConstInstance, MadeByName>, Pair<CIMClass, CIMConstClass, MadeByName>,
     Pair<CIMProperty, CIMConstProperty, MadeByValue>, Pair<CIMMethod, CIMConstMethod, MadeByType>,
     Pair<CIMParameter, CIMConstParameter, MadeByType>,
-    Pair<CIMQualifier, CIMConstQualifier, MadeByValue>,
-    Pair<CIMQualifierDecl, CIMConstQualifierDecl, MadeByScope>>;
+    Pair<CIMQualifier, CIMConstQualifier, MadeByValue>>;
 TYPED_TEST_SUITE(ConstHandle, Pairs);
 
 TYPED_TEST(ConstHandle, ComesOfAHandleAndNotTheOtherWayRound) {
