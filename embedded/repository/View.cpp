@@ -134,13 +134,13 @@ CIMQualifierDecl View::getQualifier(const CIMNamespaceName& nameSpace,
     if (!found) {
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, qualifierName.getString());
     }
-    return found->clone();
+    return *found;
 }
 
 std::vector<CIMQualifierDecl> View::enumerateQualifiers(const CIMNamespaceName& nameSpace) const {
     std::vector<CIMQualifierDecl> declarations;
     in(nameSpace).qualifiers().all().forEach(
-        [&](const CIMQualifierDecl& each) { declarations.push_back(each.clone()); });
+        [&](const CIMQualifierDecl& each) { declarations.push_back(each); });
     return declarations;
 }
 

@@ -1,5 +1,4 @@
 #include "CIMObjectRep.h"
-#include "DownCast.h"
 
 namespace Pegasus {
 
@@ -31,42 +30,33 @@ Array<CIMName> CIMClassRep::keyNames() const {
     return names;
 }
 
-CIMClass::CIMClass(const CIMObject& x) : _rep(downCast<CIMClassRep>(x)) {
+CIMClassReads::CIMClassReads(const CIMObjectReads& x) : CIMElementReads(x) {
+    if (!x.isClass())
+        throw DynamicCastFailedException();
 }
 
 CIMClass::CIMClass(const CIMName& className, const CIMName& superClassName)
-    : _rep(std::make_shared<CIMClassRep>(className, superClassName)) {
+    : CIMClassReads(std::make_shared<CIMClassRep>(className, superClassName)) {
 }
 
-CIMClass::CIMClass(std::shared_ptr<CIMClassRep> rep) : _rep(std::move(rep)) {
+Boolean CIMClassReads::isAssociation() const {
+    return classRepOf(*this).isAssociation();
 }
 
-Boolean CIMClass::isAssociation() const {
-    return initialized(_rep).isAssociation();
-}
-
-Boolean CIMClass::isAbstract() const {
-    return initialized(_rep).isAbstract();
-}
-
-const CIMName& CIMClass::getClassName() const {
-    return initialized(_rep).className();
-}
-
-const CIMObjectPath& CIMClass::getPath() const {
-    return initialized(_rep).path();
+Boolean CIMClassReads::isAbstract() const {
+    return classRepOf(*this).isAbstract();
 }
 
 void CIMClass::setPath(const CIMObjectPath& path) {
     initialized(_rep).setPath(path);
 }
 
-const CIMName& CIMClass::getSuperClassName() const {
-    return initialized(_rep).superClassName;
+const CIMName& CIMClassReads::getSuperClassName() const {
+    return classRepOf(*this).superClassName;
 }
 
 void CIMClass::setSuperClassName(const CIMName& superClassName) {
-    initialized(_rep).superClassName = superClassName;
+    classRepOf(*this).superClassName = superClassName;
 }
 
 CIMClass& CIMClass::addQualifier(const CIMQualifier& qualifier) {
@@ -74,15 +64,7 @@ CIMClass& CIMClass::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 
-Uint32 CIMClass::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
 CIMQualifier CIMClass::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-CIMConstQualifier CIMClass::getQualifier(Uint32 index) const {
     return initialized(_rep).qualifiers.at(index);
 }
 
@@ -90,24 +72,12 @@ void CIMClass::removeQualifier(Uint32 index) {
     initialized(_rep).qualifiers.remove(index);
 }
 
-Uint32 CIMClass::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
 CIMClass& CIMClass::addProperty(const CIMProperty& x) {
     initialized(_rep).addProperty(x);
     return *this;
 }
 
-Uint32 CIMClass::findProperty(const CIMName& name) const {
-    return initialized(_rep).properties.find(name);
-}
-
 CIMProperty CIMClass::getProperty(Uint32 index) {
-    return initialized(_rep).properties.at(index);
-}
-
-CIMConstProperty CIMClass::getProperty(Uint32 index) const {
     return initialized(_rep).properties.at(index);
 }
 
@@ -115,58 +85,50 @@ void CIMClass::removeProperty(Uint32 index) {
     initialized(_rep).properties.remove(index);
 }
 
-Uint32 CIMClass::getPropertyCount() const {
-    return initialized(_rep).properties.count();
-}
-
 CIMClass& CIMClass::addMethod(const CIMMethod& x) {
-    initialized(_rep).methods.add(x, "method");
+    classRepOf(*this).methods.add(x, "method");
     return *this;
 }
 
-Uint32 CIMClass::findMethod(const CIMName& name) const {
-    return initialized(_rep).methods.find(name);
+Uint32 CIMClassReads::findMethod(const CIMName& name) const {
+    return classRepOf(*this).methods.find(name);
 }
 
 CIMMethod CIMClass::getMethod(Uint32 index) {
-    return initialized(_rep).methods.at(index);
+    return classRepOf(*this).methods.at(index);
 }
 
-CIMConstMethod CIMClass::getMethod(Uint32 index) const {
-    return initialized(_rep).methods.at(index);
+CIMConstMethod CIMClassReads::getMethod(Uint32 index) const {
+    return classRepOf(*this).methods.at(index);
 }
 
 void CIMClass::removeMethod(Uint32 index) {
-    initialized(_rep).methods.remove(index);
+    classRepOf(*this).methods.remove(index);
 }
 
-Uint32 CIMClass::getMethodCount() const {
-    return initialized(_rep).methods.count();
+Uint32 CIMClassReads::getMethodCount() const {
+    return classRepOf(*this).methods.count();
 }
 
-void CIMClass::getKeyNames(Array<CIMName>& keyNames) const {
-    keyNames = initialized(_rep).keyNames();
+void CIMClassReads::getKeyNames(Array<CIMName>& keyNames) const {
+    keyNames = classRepOf(*this).keyNames();
 }
 
-Boolean CIMClass::hasKeys() const {
-    return initialized(_rep).hasKeys();
+Boolean CIMClassReads::hasKeys() const {
+    return classRepOf(*this).hasKeys();
 }
 
-CIMClass CIMClass::clone() const {
-    return CIMClass(std::make_shared<CIMClassRep>(initialized(_rep)));
+CIMClass CIMClassReads::clone() const {
+    return RepAccess::make<CIMClass>(initialized(_rep).clone());
 }
 
-Boolean CIMClass::identical(const CIMConstClass& x) const {
+Boolean CIMClassReads::identical(const CIMConstClass& x) const {
     return initialized(_rep).identical(repOf(x));
-}
-
-Boolean CIMClass::isUninitialized() const {
-    return !_rep;
 }
 
 CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeClassOrigin,
                                     const CIMPropertyList& propertyList) const {
-    const CIMClassRep& rep = initialized(_rep);
+    const CIMObjectRep& rep = initialized(_rep);
     CIMInstance instance(rep.className());
     for (const CIMQualifier& qualifier : rep.qualifiers)
         instance.addQualifier(qualifier.clone());
@@ -176,98 +138,13 @@ CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeCl
     return instance;
 }
 
-CIMConstClass::CIMConstClass(const CIMClass& x) : _rep(RepAccess::rep(x)) {
-}
-
-CIMConstClass::CIMConstClass(const CIMObject& x) : _rep(downCast<CIMClassRep>(x)) {
-}
-
-CIMConstClass::CIMConstClass(const CIMConstObject& x) : _rep(downCast<const CIMClassRep>(x)) {
-}
-
 CIMConstClass::CIMConstClass(const CIMName& className, const CIMName& superClassName)
-    : _rep(std::make_shared<CIMClassRep>(className, superClassName)) {
+    : CIMClassReads(std::make_shared<CIMClassRep>(className, superClassName)) {
 }
 
 CIMConstClass& CIMConstClass::operator=(const CIMClass& x) {
-    _rep = RepAccess::rep(x);
+    CIMClassReads::operator=(x);
     return *this;
-}
-
-Boolean CIMConstClass::isAssociation() const {
-    return initialized(_rep).isAssociation();
-}
-
-Boolean CIMConstClass::isAbstract() const {
-    return initialized(_rep).isAbstract();
-}
-
-const CIMName& CIMConstClass::getClassName() const {
-    return initialized(_rep).className();
-}
-
-const CIMObjectPath& CIMConstClass::getPath() const {
-    return initialized(_rep).path();
-}
-
-const CIMName& CIMConstClass::getSuperClassName() const {
-    return initialized(_rep).superClassName;
-}
-
-Uint32 CIMConstClass::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMConstQualifier CIMConstClass::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-Uint32 CIMConstClass::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
-Uint32 CIMConstClass::findProperty(const CIMName& name) const {
-    return initialized(_rep).properties.find(name);
-}
-
-CIMConstProperty CIMConstClass::getProperty(Uint32 index) const {
-    return initialized(_rep).properties.at(index);
-}
-
-Uint32 CIMConstClass::getPropertyCount() const {
-    return initialized(_rep).properties.count();
-}
-
-Uint32 CIMConstClass::findMethod(const CIMName& name) const {
-    return initialized(_rep).methods.find(name);
-}
-
-CIMConstMethod CIMConstClass::getMethod(Uint32 index) const {
-    return initialized(_rep).methods.at(index);
-}
-
-Uint32 CIMConstClass::getMethodCount() const {
-    return initialized(_rep).methods.count();
-}
-
-void CIMConstClass::getKeyNames(Array<CIMName>& keyNames) const {
-    keyNames = initialized(_rep).keyNames();
-}
-
-Boolean CIMConstClass::hasKeys() const {
-    return initialized(_rep).hasKeys();
-}
-
-CIMClass CIMConstClass::clone() const {
-    return RepAccess::make<CIMClass>(std::make_shared<CIMClassRep>(initialized(_rep)));
-}
-
-Boolean CIMConstClass::identical(const CIMConstClass& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-Boolean CIMConstClass::isUninitialized() const {
-    return !_rep;
 }
 
 } // namespace Pegasus

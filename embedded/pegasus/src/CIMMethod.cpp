@@ -4,13 +4,10 @@ namespace Pegasus {
 
 CIMMethod::CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
                      Boolean propagated)
-    : _rep(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {
+    : CIMMethodReads(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {
 }
 
-CIMMethod::CIMMethod(std::shared_ptr<CIMMethodRep> rep) : _rep(std::move(rep)) {
-}
-
-const CIMName& CIMMethod::getName() const {
+const CIMName& CIMMethodReads::getName() const {
     return initialized(_rep).name();
 }
 
@@ -18,7 +15,7 @@ void CIMMethod::setName(const CIMName& name) {
     initialized(_rep).rename(name, "method");
 }
 
-CIMType CIMMethod::getType() const {
+CIMType CIMMethodReads::getType() const {
     return initialized(_rep).type;
 }
 
@@ -26,7 +23,7 @@ void CIMMethod::setType(CIMType type) {
     initialized(_rep).type = type;
 }
 
-const CIMName& CIMMethod::getClassOrigin() const {
+const CIMName& CIMMethodReads::getClassOrigin() const {
     return initialized(_rep).classOrigin;
 }
 
@@ -34,7 +31,7 @@ void CIMMethod::setClassOrigin(const CIMName& classOrigin) {
     initialized(_rep).classOrigin = classOrigin;
 }
 
-Boolean CIMMethod::getPropagated() const {
+Boolean CIMMethodReads::getPropagated() const {
     return initialized(_rep).propagated;
 }
 
@@ -47,7 +44,7 @@ CIMMethod& CIMMethod::addQualifier(const CIMQualifier& x) {
     return *this;
 }
 
-Uint32 CIMMethod::findQualifier(const CIMName& name) const {
+Uint32 CIMMethodReads::findQualifier(const CIMName& name) const {
     return initialized(_rep).qualifiers.find(name);
 }
 
@@ -55,7 +52,7 @@ CIMQualifier CIMMethod::getQualifier(Uint32 index) {
     return initialized(_rep).qualifiers.at(index);
 }
 
-CIMConstQualifier CIMMethod::getQualifier(Uint32 index) const {
+CIMConstQualifier CIMMethodReads::getQualifier(Uint32 index) const {
     return initialized(_rep).qualifiers.at(index);
 }
 
@@ -63,7 +60,7 @@ void CIMMethod::removeQualifier(Uint32 index) {
     initialized(_rep).qualifiers.remove(index);
 }
 
-Uint32 CIMMethod::getQualifierCount() const {
+Uint32 CIMMethodReads::getQualifierCount() const {
     return initialized(_rep).qualifiers.count();
 }
 
@@ -72,7 +69,7 @@ CIMMethod& CIMMethod::addParameter(const CIMParameter& x) {
     return *this;
 }
 
-Uint32 CIMMethod::findParameter(const CIMName& name) const {
+Uint32 CIMMethodReads::findParameter(const CIMName& name) const {
     return initialized(_rep).parameters.find(name);
 }
 
@@ -80,7 +77,7 @@ CIMParameter CIMMethod::getParameter(Uint32 index) {
     return initialized(_rep).parameters.at(index);
 }
 
-CIMConstParameter CIMMethod::getParameter(Uint32 index) const {
+CIMConstParameter CIMMethodReads::getParameter(Uint32 index) const {
     return initialized(_rep).parameters.at(index);
 }
 
@@ -88,23 +85,16 @@ void CIMMethod::removeParameter(Uint32 index) {
     initialized(_rep).parameters.remove(index);
 }
 
-Uint32 CIMMethod::getParameterCount() const {
+Uint32 CIMMethodReads::getParameterCount() const {
     return initialized(_rep).parameters.count();
 }
 
-Boolean CIMMethod::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMMethod::identical(const CIMConstMethod& x) const {
+Boolean CIMMethodReads::identical(const CIMConstMethod& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-CIMMethod CIMMethod::clone() const {
-    return CIMMethod(std::make_shared<CIMMethodRep>(initialized(_rep)));
-}
-
-CIMConstMethod::CIMConstMethod(const CIMMethod& x) : _rep(RepAccess::rep(x)) {
+CIMMethod CIMMethodReads::clone() const {
+    return RepAccess::make<CIMMethod>(std::make_shared<CIMMethodRep>(initialized(_rep)));
 }
 
 CIMConstMethod::CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
@@ -113,60 +103,8 @@ CIMConstMethod::CIMConstMethod(const CIMName& name, CIMType type, const CIMName&
 }
 
 CIMConstMethod& CIMConstMethod::operator=(const CIMMethod& x) {
-    _rep = RepAccess::rep(x);
+    CIMMethodReads::operator=(x);
     return *this;
-}
-
-const CIMName& CIMConstMethod::getName() const {
-    return initialized(_rep).name();
-}
-
-CIMType CIMConstMethod::getType() const {
-    return initialized(_rep).type;
-}
-
-const CIMName& CIMConstMethod::getClassOrigin() const {
-    return initialized(_rep).classOrigin;
-}
-
-Boolean CIMConstMethod::getPropagated() const {
-    return initialized(_rep).propagated;
-}
-
-Uint32 CIMConstMethod::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMConstQualifier CIMConstMethod::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-Uint32 CIMConstMethod::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
-Uint32 CIMConstMethod::findParameter(const CIMName& name) const {
-    return initialized(_rep).parameters.find(name);
-}
-
-CIMConstParameter CIMConstMethod::getParameter(Uint32 index) const {
-    return initialized(_rep).parameters.at(index);
-}
-
-Uint32 CIMConstMethod::getParameterCount() const {
-    return initialized(_rep).parameters.count();
-}
-
-Boolean CIMConstMethod::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMConstMethod::identical(const CIMConstMethod& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMMethod CIMConstMethod::clone() const {
-    return RepAccess::make<CIMMethod>(std::make_shared<CIMMethodRep>(initialized(_rep)));
 }
 
 } // namespace Pegasus

@@ -42,20 +42,17 @@ void CIMObjectRep::filter(bool includeQualifiers, bool includeClassOrigin,
     }
 }
 
-CIMObject::CIMObject(const CIMClass& x) : _rep(RepAccess::rep(x)) {
+CIMObject::CIMObject(const CIMClass& x) : CIMObjectReads(x) {
 }
 
-CIMObject::CIMObject(const CIMInstance& x) : _rep(RepAccess::rep(x)) {
+CIMObject::CIMObject(const CIMInstance& x) : CIMObjectReads(x) {
 }
 
-CIMObject::CIMObject(std::shared_ptr<CIMObjectRep> rep) : _rep(std::move(rep)) {
-}
-
-const CIMName& CIMObject::getClassName() const {
+const CIMName& CIMElementReads::getClassName() const {
     return initialized(_rep).className();
 }
 
-const CIMObjectPath& CIMObject::getPath() const {
+const CIMObjectPath& CIMElementReads::getPath() const {
     return initialized(_rep).path();
 }
 
@@ -68,7 +65,7 @@ CIMObject& CIMObject::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 
-Uint32 CIMObject::findQualifier(const CIMName& name) const {
+Uint32 CIMElementReads::findQualifier(const CIMName& name) const {
     return initialized(_rep).qualifiers.find(name);
 }
 
@@ -76,7 +73,7 @@ CIMQualifier CIMObject::getQualifier(Uint32 index) {
     return initialized(_rep).qualifiers.at(index);
 }
 
-CIMConstQualifier CIMObject::getQualifier(Uint32 index) const {
+CIMConstQualifier CIMElementReads::getQualifier(Uint32 index) const {
     return initialized(_rep).qualifiers.at(index);
 }
 
@@ -84,7 +81,7 @@ void CIMObject::removeQualifier(Uint32 index) {
     initialized(_rep).qualifiers.remove(index);
 }
 
-Uint32 CIMObject::getQualifierCount() const {
+Uint32 CIMElementReads::getQualifierCount() const {
     return initialized(_rep).qualifiers.count();
 }
 
@@ -93,7 +90,7 @@ CIMObject& CIMObject::addProperty(const CIMProperty& x) {
     return *this;
 }
 
-Uint32 CIMObject::findProperty(const CIMName& name) const {
+Uint32 CIMElementReads::findProperty(const CIMName& name) const {
     return initialized(_rep).properties.find(name);
 }
 
@@ -101,7 +98,7 @@ CIMProperty CIMObject::getProperty(Uint32 index) {
     return initialized(_rep).properties.at(index);
 }
 
-CIMConstProperty CIMObject::getProperty(Uint32 index) const {
+CIMConstProperty CIMElementReads::getProperty(Uint32 index) const {
     return initialized(_rep).properties.at(index);
 }
 
@@ -109,27 +106,23 @@ void CIMObject::removeProperty(Uint32 index) {
     initialized(_rep).properties.remove(index);
 }
 
-Uint32 CIMObject::getPropertyCount() const {
+Uint32 CIMElementReads::getPropertyCount() const {
     return initialized(_rep).properties.count();
 }
 
-CIMObject CIMObject::clone() const {
-    return CIMObject(initialized(_rep).clone());
+CIMObject CIMObjectReads::clone() const {
+    return RepAccess::make<CIMObject>(initialized(_rep).clone());
 }
 
-Boolean CIMObject::identical(const CIMConstObject& x) const {
+Boolean CIMObjectReads::identical(const CIMConstObject& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-Boolean CIMObject::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMObject::isClass() const {
+Boolean CIMObjectReads::isClass() const {
     return _rep && _rep->isClass();
 }
 
-Boolean CIMObject::isInstance() const {
+Boolean CIMObjectReads::isInstance() const {
     return _rep && !_rep->isClass();
 }
 
@@ -138,71 +131,16 @@ void CIMObject::instanceFilter(Boolean includeQualifiers, Boolean includeClassOr
     initialized(_rep).filter(includeQualifiers, includeClassOrigin, propertyList);
 }
 
-CIMConstObject::CIMConstObject(const CIMObject& x) : _rep(RepAccess::rep(x)) {
+CIMConstObject::CIMConstObject(const CIMClass& x) : CIMObjectReads(x) {
 }
 
-CIMConstObject::CIMConstObject(const CIMClass& x) : _rep(RepAccess::rep(x)) {
+CIMConstObject::CIMConstObject(const CIMInstance& x) : CIMObjectReads(x) {
 }
 
-CIMConstObject::CIMConstObject(const CIMInstance& x) : _rep(RepAccess::rep(x)) {
+CIMConstObject::CIMConstObject(const CIMConstClass& x) : CIMObjectReads(x) {
 }
 
-CIMConstObject::CIMConstObject(const CIMConstClass& x) : _rep(RepAccess::rep(x)) {
-}
-
-CIMConstObject::CIMConstObject(const CIMConstInstance& x) : _rep(RepAccess::rep(x)) {
-}
-
-const CIMName& CIMConstObject::getClassName() const {
-    return initialized(_rep).className();
-}
-
-const CIMObjectPath& CIMConstObject::getPath() const {
-    return initialized(_rep).path();
-}
-
-Uint32 CIMConstObject::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMConstQualifier CIMConstObject::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-Uint32 CIMConstObject::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
-Uint32 CIMConstObject::findProperty(const CIMName& name) const {
-    return initialized(_rep).properties.find(name);
-}
-
-CIMConstProperty CIMConstObject::getProperty(Uint32 index) const {
-    return initialized(_rep).properties.at(index);
-}
-
-Uint32 CIMConstObject::getPropertyCount() const {
-    return initialized(_rep).properties.count();
-}
-
-CIMObject CIMConstObject::clone() const {
-    return RepAccess::make<CIMObject>(initialized(_rep).clone());
-}
-
-Boolean CIMConstObject::identical(const CIMConstObject& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-Boolean CIMConstObject::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMConstObject::isClass() const {
-    return _rep && _rep->isClass();
-}
-
-Boolean CIMConstObject::isInstance() const {
-    return _rep && !_rep->isClass();
+CIMConstObject::CIMConstObject(const CIMConstInstance& x) : CIMObjectReads(x) {
 }
 
 } // namespace Pegasus

@@ -45,9 +45,6 @@ struct CIMInstanceRep : CIMObjectRep {
 
     std::shared_ptr<CIMObjectRep> clone() const override;
     bool isClass() const override { return false; }
-
-    /// Throws as CIMInstance::buildPath.
-    CIMObjectPath buildPath(const CIMConstClass& cimClass) const;
 };
 
 struct CIMClassRep : CIMObjectRep {
@@ -67,5 +64,10 @@ struct CIMClassRep : CIMObjectRep {
     CIMName superClassName;
     NamedElements<CIMMethod> methods;
 };
+
+/// What stands behind a CIMClass or a CIMConstClass, which is never that of an instance.
+inline CIMClassRep& classRepOf(const CIMClassReads& cimClass) {
+    return static_cast<CIMClassRep&>(initialized(RepAccess::rep(cimClass)));
+}
 
 } // namespace Pegasus

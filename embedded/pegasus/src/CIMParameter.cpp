@@ -18,13 +18,11 @@ bool CIMParameterRep::identical(const CIMParameterRep& x) const {
 
 CIMParameter::CIMParameter(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                            const CIMName& referenceClassName)
-    : _rep(std::make_shared<CIMParameterRep>(name, type, isArray, arraySize, referenceClassName)) {
+    : CIMParameterReads(
+          std::make_shared<CIMParameterRep>(name, type, isArray, arraySize, referenceClassName)) {
 }
 
-CIMParameter::CIMParameter(std::shared_ptr<CIMParameterRep> rep) : _rep(std::move(rep)) {
-}
-
-const CIMName& CIMParameter::getName() const {
+const CIMName& CIMParameterReads::getName() const {
     return initialized(_rep).name();
 }
 
@@ -32,19 +30,19 @@ void CIMParameter::setName(const CIMName& name) {
     initialized(_rep).rename(name, "parameter");
 }
 
-Boolean CIMParameter::isArray() const {
+Boolean CIMParameterReads::isArray() const {
     return initialized(_rep).isArray;
 }
 
-Uint32 CIMParameter::getArraySize() const {
+Uint32 CIMParameterReads::getArraySize() const {
     return initialized(_rep).arraySize;
 }
 
-const CIMName& CIMParameter::getReferenceClassName() const {
+const CIMName& CIMParameterReads::getReferenceClassName() const {
     return initialized(_rep).referenceClassName;
 }
 
-CIMType CIMParameter::getType() const {
+CIMType CIMParameterReads::getType() const {
     return initialized(_rep).type;
 }
 
@@ -53,7 +51,7 @@ CIMParameter& CIMParameter::addQualifier(const CIMQualifier& x) {
     return *this;
 }
 
-Uint32 CIMParameter::findQualifier(const CIMName& name) const {
+Uint32 CIMParameterReads::findQualifier(const CIMName& name) const {
     return initialized(_rep).qualifiers.find(name);
 }
 
@@ -61,7 +59,7 @@ CIMQualifier CIMParameter::getQualifier(Uint32 index) {
     return initialized(_rep).qualifiers.at(index);
 }
 
-CIMConstQualifier CIMParameter::getQualifier(Uint32 index) const {
+CIMConstQualifier CIMParameterReads::getQualifier(Uint32 index) const {
     return initialized(_rep).qualifiers.at(index);
 }
 
@@ -69,23 +67,16 @@ void CIMParameter::removeQualifier(Uint32 index) {
     initialized(_rep).qualifiers.remove(index);
 }
 
-Uint32 CIMParameter::getQualifierCount() const {
+Uint32 CIMParameterReads::getQualifierCount() const {
     return initialized(_rep).qualifiers.count();
 }
 
-Boolean CIMParameter::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMParameter::identical(const CIMConstParameter& x) const {
+Boolean CIMParameterReads::identical(const CIMConstParameter& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-CIMParameter CIMParameter::clone() const {
-    return CIMParameter(std::make_shared<CIMParameterRep>(initialized(_rep)));
-}
-
-CIMConstParameter::CIMConstParameter(const CIMParameter& x) : _rep(RepAccess::rep(x)) {
+CIMParameter CIMParameterReads::clone() const {
+    return RepAccess::make<CIMParameter>(std::make_shared<CIMParameterRep>(initialized(_rep)));
 }
 
 CIMConstParameter::CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray,
@@ -94,52 +85,8 @@ CIMConstParameter::CIMConstParameter(const CIMName& name, CIMType type, Boolean 
 }
 
 CIMConstParameter& CIMConstParameter::operator=(const CIMParameter& x) {
-    _rep = RepAccess::rep(x);
+    CIMParameterReads::operator=(x);
     return *this;
-}
-
-const CIMName& CIMConstParameter::getName() const {
-    return initialized(_rep).name();
-}
-
-Boolean CIMConstParameter::isArray() const {
-    return initialized(_rep).isArray;
-}
-
-Uint32 CIMConstParameter::getArraySize() const {
-    return initialized(_rep).arraySize;
-}
-
-const CIMName& CIMConstParameter::getReferenceClassName() const {
-    return initialized(_rep).referenceClassName;
-}
-
-CIMType CIMConstParameter::getType() const {
-    return initialized(_rep).type;
-}
-
-Uint32 CIMConstParameter::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMConstQualifier CIMConstParameter::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-Uint32 CIMConstParameter::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
-Boolean CIMConstParameter::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMConstParameter::identical(const CIMConstParameter& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMParameter CIMConstParameter::clone() const {
-    return RepAccess::make<CIMParameter>(std::make_shared<CIMParameterRep>(initialized(_rep)));
 }
 
 } // namespace Pegasus

@@ -34,14 +34,11 @@ void CIMPropertyRep::checkSizeOf(const CIMValue& x) const {
 CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
                          const CIMName& referenceClassName, const CIMName& classOrigin,
                          Boolean propagated)
-    : _rep(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName, classOrigin,
-                                            propagated)) {
+    : CIMPropertyReads(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName,
+                                                        classOrigin, propagated)) {
 }
 
-CIMProperty::CIMProperty(std::shared_ptr<CIMPropertyRep> rep) : _rep(std::move(rep)) {
-}
-
-const CIMName& CIMProperty::getName() const {
+const CIMName& CIMPropertyReads::getName() const {
     return initialized(_rep).name();
 }
 
@@ -49,15 +46,15 @@ void CIMProperty::setName(const CIMName& name) {
     initialized(_rep).rename(name, "property");
 }
 
-const CIMValue& CIMProperty::getValue() const {
+const CIMValue& CIMPropertyReads::getValue() const {
     return initialized(_rep).value;
 }
 
-CIMType CIMProperty::getType() const {
+CIMType CIMPropertyReads::getType() const {
     return initialized(_rep).value.getType();
 }
 
-Boolean CIMProperty::isArray() const {
+Boolean CIMPropertyReads::isArray() const {
     return initialized(_rep).value.isArray();
 }
 
@@ -65,15 +62,15 @@ void CIMProperty::setValue(const CIMValue& value) {
     initialized(_rep).setValue(value);
 }
 
-Uint32 CIMProperty::getArraySize() const {
+Uint32 CIMPropertyReads::getArraySize() const {
     return initialized(_rep).arraySize;
 }
 
-const CIMName& CIMProperty::getReferenceClassName() const {
+const CIMName& CIMPropertyReads::getReferenceClassName() const {
     return initialized(_rep).referenceClassName;
 }
 
-const CIMName& CIMProperty::getClassOrigin() const {
+const CIMName& CIMPropertyReads::getClassOrigin() const {
     return initialized(_rep).classOrigin;
 }
 
@@ -81,7 +78,7 @@ void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
     initialized(_rep).classOrigin = classOrigin;
 }
 
-Boolean CIMProperty::getPropagated() const {
+Boolean CIMPropertyReads::getPropagated() const {
     return initialized(_rep).propagated;
 }
 
@@ -94,7 +91,7 @@ CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
     return *this;
 }
 
-Uint32 CIMProperty::findQualifier(const CIMName& name) const {
+Uint32 CIMPropertyReads::findQualifier(const CIMName& name) const {
     return initialized(_rep).qualifiers.find(name);
 }
 
@@ -102,7 +99,7 @@ CIMQualifier CIMProperty::getQualifier(Uint32 index) {
     return initialized(_rep).qualifiers.at(index);
 }
 
-CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const {
+CIMConstQualifier CIMPropertyReads::getQualifier(Uint32 index) const {
     return initialized(_rep).qualifiers.at(index);
 }
 
@@ -110,23 +107,16 @@ void CIMProperty::removeQualifier(Uint32 index) {
     initialized(_rep).qualifiers.remove(index);
 }
 
-Uint32 CIMProperty::getQualifierCount() const {
+Uint32 CIMPropertyReads::getQualifierCount() const {
     return initialized(_rep).qualifiers.count();
 }
 
-Boolean CIMProperty::identical(const CIMConstProperty& x) const {
+Boolean CIMPropertyReads::identical(const CIMConstProperty& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-CIMProperty CIMProperty::clone() const {
-    return CIMProperty(std::make_shared<CIMPropertyRep>(initialized(_rep)));
-}
-
-Boolean CIMProperty::isUninitialized() const {
-    return !_rep;
-}
-
-CIMConstProperty::CIMConstProperty(const CIMProperty& x) : _rep(RepAccess::rep(x)) {
+CIMProperty CIMPropertyReads::clone() const {
+    return RepAccess::make<CIMProperty>(std::make_shared<CIMPropertyRep>(initialized(_rep)));
 }
 
 CIMConstProperty::CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
@@ -137,64 +127,8 @@ CIMConstProperty::CIMConstProperty(const CIMName& name, const CIMValue& value, U
 }
 
 CIMConstProperty& CIMConstProperty::operator=(const CIMProperty& x) {
-    _rep = RepAccess::rep(x);
+    CIMPropertyReads::operator=(x);
     return *this;
-}
-
-const CIMName& CIMConstProperty::getName() const {
-    return initialized(_rep).name();
-}
-
-const CIMValue& CIMConstProperty::getValue() const {
-    return initialized(_rep).value;
-}
-
-CIMType CIMConstProperty::getType() const {
-    return initialized(_rep).value.getType();
-}
-
-Boolean CIMConstProperty::isArray() const {
-    return initialized(_rep).value.isArray();
-}
-
-Uint32 CIMConstProperty::getArraySize() const {
-    return initialized(_rep).arraySize;
-}
-
-const CIMName& CIMConstProperty::getReferenceClassName() const {
-    return initialized(_rep).referenceClassName;
-}
-
-const CIMName& CIMConstProperty::getClassOrigin() const {
-    return initialized(_rep).classOrigin;
-}
-
-Boolean CIMConstProperty::getPropagated() const {
-    return initialized(_rep).propagated;
-}
-
-Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-Uint32 CIMConstProperty::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
-Boolean CIMConstProperty::identical(const CIMConstProperty& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMProperty CIMConstProperty::clone() const {
-    return RepAccess::make<CIMProperty>(std::make_shared<CIMPropertyRep>(initialized(_rep)));
-}
-
-Boolean CIMConstProperty::isUninitialized() const {
-    return !_rep;
 }
 
 } // namespace Pegasus

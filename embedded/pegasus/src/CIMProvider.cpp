@@ -2,7 +2,6 @@
 // dynamic_cast from a CIMProvider works for modules that hide their symbols.
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
-#include <Pegasus/Provider/CIMMethodProvider.h>
 #include <Pegasus/Provider/CIMProvider.h>
 
 namespace Pegasus {
@@ -15,8 +14,5 @@ CIMInstanceProvider::~CIMInstanceProvider() = default;
 
 CIMAssociationProvider::CIMAssociationProvider() = default;
 CIMAssociationProvider::~CIMAssociationProvider() = default;
-
-CIMMethodProvider::CIMMethodProvider() = default;
-CIMMethodProvider::~CIMMethodProvider() = default;
 
 } // namespace Pegasus

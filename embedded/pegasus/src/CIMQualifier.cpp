@@ -4,13 +4,10 @@ namespace Pegasus {
 
 CIMQualifier::CIMQualifier(const CIMName& name, const CIMValue& value, const CIMFlavor& flavor,
                            Boolean propagated)
-    : _rep(std::make_shared<CIMQualifierRep>(name, value, flavor, propagated)) {
+    : CIMQualifierReads(std::make_shared<CIMQualifierRep>(name, value, flavor, propagated)) {
 }
 
-CIMQualifier::CIMQualifier(std::shared_ptr<CIMQualifierRep> rep) : _rep(std::move(rep)) {
-}
-
-const CIMName& CIMQualifier::getName() const {
+const CIMName& CIMQualifierReads::getName() const {
     return initialized(_rep).name();
 }
 
@@ -18,15 +15,15 @@ void CIMQualifier::setName(const CIMName& name) {
     initialized(_rep).rename(name, "qualifier");
 }
 
-CIMType CIMQualifier::getType() const {
+CIMType CIMQualifierReads::getType() const {
     return initialized(_rep).value.getType();
 }
 
-Boolean CIMQualifier::isArray() const {
+Boolean CIMQualifierReads::isArray() const {
     return initialized(_rep).value.isArray();
 }
 
-const CIMValue& CIMQualifier::getValue() const {
+const CIMValue& CIMQualifierReads::getValue() const {
     return initialized(_rep).value;
 }
 
@@ -42,11 +39,11 @@ void CIMQualifier::unsetFlavor(const CIMFlavor& flavor) {
     initialized(_rep).flavor.removeFlavor(flavor);
 }
 
-const CIMFlavor& CIMQualifier::getFlavor() const {
+const CIMFlavor& CIMQualifierReads::getFlavor() const {
     return initialized(_rep).flavor;
 }
 
-Uint32 CIMQualifier::getPropagated() const {
+Uint32 CIMQualifierReads::getPropagated() const {
     return initialized(_rep).propagated;
 }
 
@@ -54,19 +51,12 @@ void CIMQualifier::setPropagated(Boolean propagated) {
     initialized(_rep).propagated = propagated;
 }
 
-Boolean CIMQualifier::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMQualifier::identical(const CIMConstQualifier& x) const {
+Boolean CIMQualifierReads::identical(const CIMConstQualifier& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-CIMQualifier CIMQualifier::clone() const {
-    return CIMQualifier(std::make_shared<CIMQualifierRep>(initialized(_rep)));
-}
-
-CIMConstQualifier::CIMConstQualifier(const CIMQualifier& x) : _rep(RepAccess::rep(x)) {
+CIMQualifier CIMQualifierReads::clone() const {
+    return RepAccess::make<CIMQualifier>(std::make_shared<CIMQualifierRep>(initialized(_rep)));
 }
 
 CIMConstQualifier::CIMConstQualifier(const CIMName& name, const CIMValue& value,
@@ -75,44 +65,8 @@ CIMConstQualifier::CIMConstQualifier(const CIMName& name, const CIMValue& value,
 }
 
 CIMConstQualifier& CIMConstQualifier::operator=(const CIMQualifier& x) {
-    _rep = RepAccess::rep(x);
+    CIMQualifierReads::operator=(x);
     return *this;
-}
-
-const CIMName& CIMConstQualifier::getName() const {
-    return initialized(_rep).name();
-}
-
-CIMType CIMConstQualifier::getType() const {
-    return initialized(_rep).value.getType();
-}
-
-Boolean CIMConstQualifier::isArray() const {
-    return initialized(_rep).value.isArray();
-}
-
-const CIMValue& CIMConstQualifier::getValue() const {
-    return initialized(_rep).value;
-}
-
-const CIMFlavor& CIMConstQualifier::getFlavor() const {
-    return initialized(_rep).flavor;
-}
-
-Uint32 CIMConstQualifier::getPropagated() const {
-    return initialized(_rep).propagated;
-}
-
-Boolean CIMConstQualifier::isUninitialized() const {
-    return !_rep;
-}
-
-Boolean CIMConstQualifier::identical(const CIMConstQualifier& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMQualifier CIMConstQualifier::clone() const {
-    return RepAccess::make<CIMQualifier>(std::make_shared<CIMQualifierRep>(initialized(_rep)));
 }
 
 } // namespace Pegasus

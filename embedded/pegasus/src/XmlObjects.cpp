@@ -194,7 +194,7 @@ void appendInstance(std::string& out, const CIMConstInstance& instance,
 }
 
 void appendClass(std::string& out, const CIMConstClass& cimClass) {
-    append(out, repOf(cimClass));
+    append(out, classRepOf(cimClass));
 }
 
 void appendObject(std::string& out, const CIMConstObject& object, const InstanceFilter& filter) {
@@ -235,14 +235,10 @@ void appendQualifierDeclaration(std::string& out, const CIMQualifierDecl& declar
 
 } // namespace hosting
 
-String CIMConstObject::toString() const {
+String CIMObjectReads::toString() const {
     std::string text;
-    hosting::appendObject(text, *this, hosting::InstanceFilter());
+    hosting::append(text, initialized(_rep), hosting::InstanceFilter());
     return hosting::fromUtf8(text);
-}
-
-String CIMObject::toString() const {
-    return CIMConstObject(*this).toString();
 }
 
 } // namespace Pegasus

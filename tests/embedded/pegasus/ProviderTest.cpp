@@ -3,7 +3,6 @@
 
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
-#include <Pegasus/Provider/CIMMethodProvider.h>
 #include <Pegasus/Provider/ProviderException.h>
 
 #include <memory>
@@ -65,20 +64,6 @@ class ObjectSink : public ObjectResponseHandler {
 
     std::string events;
     Array<CIMObject> delivered;
-};
-
-class MethodSink : public MethodResultResponseHandler {
-  public:
-    void processing() override {}
-    void complete() override {}
-    void deliverParamValue(const CIMParamValue& value) override { parameters.append(value); }
-    void deliverParamValue(const Array<CIMParamValue>& values) override {
-        parameters.appendArray(values);
-    }
-    void deliver(const CIMValue& value) override { result = value; }
-
-    Array<CIMParamValue> parameters;
-    CIMValue result;
 };
 
 /// A provider of one instance, which is associated with itself.
@@ -146,19 +131,6 @@ class SelfProvider : public CIMInstanceProvider, public CIMAssociationProvider {
     bool& _terminated;
 };
 
-class EchoProvider : public CIMMethodProvider {
-  public:
-    void initialize(CIMOMHandle&) override {}
-    void terminate() override {}
-    void invokeMethod(const OperationContext&, const CIMObjectPath&, const CIMName& name,
-                      const Array<CIMParamValue>& in,
-                      MethodResultResponseHandler& handler) override {
-        handler.deliverParamValue(in);
-        handler.deliverParamValue(CIMParamValue("Name", CIMValue(name.getString())));
-        handler.deliver(CIMValue(Uint32(0)));
-    }
-};
-
 const CIMObjectPath path("//host/root/cimv2:Disk.Id=1");
 
 struct TheProvider {
@@ -175,7 +147,6 @@ TEST(Providers, AreReachedFromTheirCommonBase) {
     TheProvider provider;
     EXPECT_NE(dynamic_cast<CIMInstanceProvider*>(provider.base), nullptr);
     EXPECT_NE(dynamic_cast<CIMAssociationProvider*>(provider.base), nullptr);
-    EXPECT_EQ(dynamic_cast<CIMMethodProvider*>(provider.base), nullptr);
     // One base for both, so that the interfaces lead to each other and back.
     CIMAssociationProvider& other = dynamic_cast<CIMAssociationProvider&>(provider.instances());
     EXPECT_EQ(static_cast<CIMProvider*>(&other), provider.base);
@@ -192,9 +163,7 @@ TEST(Providers, ImplementExactlyTheOperationsOfTheirInterface) {
     EXPECT_TRUE(std::is_abstract<CIMProvider>::value);
     EXPECT_TRUE(std::is_abstract<CIMInstanceProvider>::value);
     EXPECT_TRUE(std::is_abstract<CIMAssociationProvider>::value);
-    EXPECT_TRUE(std::is_abstract<CIMMethodProvider>::value);
     EXPECT_FALSE(std::is_abstract<SelfProvider>::value);
-    EXPECT_FALSE(std::is_abstract<EchoProvider>::value);
 }
 
 TEST(Providers, DeliverInstances) {
@@ -236,16 +205,6 @@ TEST(Providers, DeliverInstancesAndClassesAsObjects) {
     ASSERT_EQ(sink.delivered.size(), 3U);
     EXPECT_TRUE(sink.delivered[0].isInstance());
     EXPECT_TRUE(sink.delivered[2].isClass());
-}
-
-TEST(Providers, DeliverTheResultsOfMethods) {
-    EchoProvider provider;
-    MethodSink sink;
-    const Array<CIMParamValue> in(2, CIMParamValue("Force", CIMValue(Boolean(true))));
-    provider.invokeMethod(OperationContext(), path, "Reset", in, sink);
-    ASSERT_EQ(sink.parameters.size(), 3U);
-    EXPECT_EQ(text(sink.parameters[2].getValue().toString()), "Reset");
-    EXPECT_TRUE(sink.result.equal(CIMValue(Uint32(0))));
 }
 
 TEST(ResponseHandler, KeepsTheContextOfTheResponse) {

@@ -18,19 +18,14 @@ ABOUT = re.compile(
 )
 
 
-def space(text, at):
-    """The namespace below Pegasus in which `at` stands."""
-    opened = text.rfind("hosting {", 0, at)
-    return "hosting::" if opened > text.rfind("} // namespace hosting", 0, at) else ""
-
-
 def declared(folder):
     """The names that the headers below `folder` declare for others, as written after Pegasus::."""
     names = set()
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text(encoding="utf-8")
-        for match in (*CLASS.finditer(text), *DECLARED.finditer(text)):
-            names.add(space(text, match.start()) + match["name"])
+        for match in [*CLASS.finditer(text), *DECLARED.finditer(text)]:
+            inside = "hosting::" if "hosting {" in text[: match.start()] else ""
+            names.add(inside + match["name"])
     return names
 
 

@@ -7,7 +7,6 @@
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMMethod.h>
 #include <Pegasus/Common/CIMParamValue.h>
-#include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/ContentLanguageList.h>
 
 #include <limits>
@@ -22,8 +21,6 @@ TEST(Safety, CloningWhatIsUninitializedThrows) {
     expectAllUninitialized({
         {"CIMQualifier", [] { CIMQualifier().clone(); }},
         {"CIMConstQualifier", [] { CIMConstQualifier().clone(); }},
-        {"CIMQualifierDecl", [] { CIMQualifierDecl().clone(); }},
-        {"CIMConstQualifierDecl", [] { CIMConstQualifierDecl().clone(); }},
         {"CIMProperty", [] { CIMProperty().clone(); }},
         {"CIMConstProperty", [] { CIMConstProperty().clone(); }},
         {"CIMParameter", [] { CIMParameter().clone(); }},

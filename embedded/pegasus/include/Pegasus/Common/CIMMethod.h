@@ -5,17 +5,52 @@
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/String.h>
 
 #include <memory>
+#include <utility>
 
 namespace Pegasus {
 
+class CIMMethod;
 class CIMConstMethod;
 struct CIMMethodRep;
+
+/// The reads that CIMMethod and CIMConstMethod share.
+class PEGASUS_COMMON_LINKAGE CIMMethodReads : public CIMReads<CIMMethodRep> {
+  public:
+    const CIMName& getName() const;
+    /// The type of the return value.
+    CIMType getType() const;
+    const CIMName& getClassOrigin() const;
+    Boolean getPropagated() const;
+
+    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findQualifier(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Uint32 getQualifierCount() const;
+
+    /// The index of the parameter `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findParameter(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getParameterCount().
+    CIMConstParameter getParameter(Uint32 index) const;
+    Uint32 getParameterCount() const;
+
+    /// Same name (ignoring case), type, qualifiers and parameters; class origin and propagation do
+    /// not count.
+    Boolean identical(const CIMConstMethod& x) const;
+    /// A deep copy, qualifiers and parameters included.
+    CIMMethod clone() const;
+
+  protected:
+    using CIMReads::CIMReads;
+    ~CIMMethodReads() = default;
+};
 
 /// The declaration of a method: name, return type, parameters and qualifiers.
 ///
@@ -24,7 +59,7 @@ struct CIMMethodRep;
 /// isUninitialized() and assignment throw UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMMethod {
+class PEGASUS_COMMON_LINKAGE CIMMethod : public CIMMethodReads {
   public:
     CIMMethod() = default;
     CIMMethod(const CIMMethod& x) = default;
@@ -35,86 +70,46 @@ class PEGASUS_COMMON_LINKAGE CIMMethod {
     ~CIMMethod() = default;
     CIMMethod& operator=(const CIMMethod& x) = default;
 
-    const CIMName& getName() const;
     /// Throws UninitializedObjectException if `name` is null, and Exception if the method belongs
     /// to a class, in which its name is a key.
     void setName(const CIMName& name);
-    /// The type of the return value.
-    CIMType getType() const;
     void setType(CIMType type);
-    const CIMName& getClassOrigin() const;
     void setClassOrigin(const CIMName& classOrigin);
-    Boolean getPropagated() const;
     void setPropagated(Boolean propagated);
 
     /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
     CIMMethod& addQualifier(const CIMQualifier& x);
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    using CIMMethodReads::getQualifier;
     CIMQualifier getQualifier(Uint32 index);
-    CIMConstQualifier getQualifier(Uint32 index) const;
     /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
     void removeQualifier(Uint32 index);
-    Uint32 getQualifierCount() const;
 
     /// Throws AlreadyExistsException if there is a parameter of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
     CIMMethod& addParameter(const CIMParameter& x);
-    /// The index of the parameter `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findParameter(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getParameterCount().
+    using CIMMethodReads::getParameter;
     CIMParameter getParameter(Uint32 index);
-    CIMConstParameter getParameter(Uint32 index) const;
     /// Throws IndexOutOfBoundsException unless `index` < getParameterCount().
     void removeParameter(Uint32 index);
-    Uint32 getParameterCount() const;
-
-    Boolean isUninitialized() const;
-    /// Same name (ignoring case), type, qualifiers and parameters; class origin and propagation do
-    /// not count.
-    Boolean identical(const CIMConstMethod& x) const;
-    /// A deep copy, qualifiers and parameters included.
-    CIMMethod clone() const;
 
   private:
     friend class RepAccess;
-    explicit CIMMethod(std::shared_ptr<CIMMethodRep> rep);
-    std::shared_ptr<CIMMethodRep> _rep;
+    explicit CIMMethod(std::shared_ptr<CIMMethodRep> rep) : CIMMethodReads(std::move(rep)) {}
 };
 
 /// A CIMMethod that cannot be changed through this object.
-class PEGASUS_COMMON_LINKAGE CIMConstMethod {
+class PEGASUS_COMMON_LINKAGE CIMConstMethod : public CIMMethodReads {
   public:
     CIMConstMethod() = default;
     CIMConstMethod(const CIMConstMethod& x) = default;
-    CIMConstMethod(const CIMMethod& x);
+    CIMConstMethod(const CIMMethod& x) : CIMMethodReads(x) {}
     /// Throws UninitializedObjectException if `name` is null.
     CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin = CIMName(),
                    Boolean propagated = false);
     ~CIMConstMethod() = default;
     CIMConstMethod& operator=(const CIMConstMethod& x) = default;
     CIMConstMethod& operator=(const CIMMethod& x);
-
-    const CIMName& getName() const;
-    CIMType getType() const;
-    const CIMName& getClassOrigin() const;
-    Boolean getPropagated() const;
-    Uint32 findQualifier(const CIMName& name) const;
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
-    Uint32 findParameter(const CIMName& name) const;
-    CIMConstParameter getParameter(Uint32 index) const;
-    Uint32 getParameterCount() const;
-    Boolean isUninitialized() const;
-    Boolean identical(const CIMConstMethod& x) const;
-    /// A deep copy, which can be changed.
-    CIMMethod clone() const;
-
-  private:
-    friend class RepAccess;
-    std::shared_ptr<const CIMMethodRep> _rep;
 };
 
 } // namespace Pegasus

@@ -4,16 +4,45 @@
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
 #include <memory>
+#include <utility>
 
 namespace Pegasus {
 
+class CIMParameter;
 class CIMConstParameter;
 struct CIMParameterRep;
+
+/// The reads that CIMParameter and CIMConstParameter share.
+class PEGASUS_COMMON_LINKAGE CIMParameterReads : public CIMReads<CIMParameterRep> {
+  public:
+    const CIMName& getName() const;
+    Boolean isArray() const;
+    Uint32 getArraySize() const;
+    const CIMName& getReferenceClassName() const;
+    CIMType getType() const;
+
+    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findQualifier(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Uint32 getQualifierCount() const;
+
+    /// Same name (ignoring case), type, reference class and qualifiers; whether it is an array, and
+    /// of which size, does not count.
+    Boolean identical(const CIMConstParameter& x) const;
+    /// A deep copy, qualifiers included.
+    CIMParameter clone() const;
+
+  protected:
+    using CIMReads::CIMReads;
+    ~CIMParameterReads() = default;
+};
 
 /// The declaration of a method's parameter.
 ///
@@ -22,7 +51,7 @@ struct CIMParameterRep;
 /// isUninitialized() and assignment throw UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMParameter {
+class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMParameterReads {
   public:
     CIMParameter() = default;
     CIMParameter(const CIMParameter& x) = default;
@@ -36,69 +65,36 @@ class PEGASUS_COMMON_LINKAGE CIMParameter {
     ~CIMParameter() = default;
     CIMParameter& operator=(const CIMParameter& x) = default;
 
-    const CIMName& getName() const;
     /// Throws UninitializedObjectException if `name` is null, and Exception if the parameter
     /// belongs to a method, in which its name is a key.
     void setName(const CIMName& name);
-    Boolean isArray() const;
-    Uint32 getArraySize() const;
-    const CIMName& getReferenceClassName() const;
-    CIMType getType() const;
 
     /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
     CIMParameter& addQualifier(const CIMQualifier& x);
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    using CIMParameterReads::getQualifier;
     CIMQualifier getQualifier(Uint32 index);
-    CIMConstQualifier getQualifier(Uint32 index) const;
     /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
     void removeQualifier(Uint32 index);
-    Uint32 getQualifierCount() const;
-
-    Boolean isUninitialized() const;
-    /// Same name (ignoring case), type, reference class and qualifiers; whether it is an array, and
-    /// of which size, does not count.
-    Boolean identical(const CIMConstParameter& x) const;
-    /// A deep copy, qualifiers included.
-    CIMParameter clone() const;
 
   private:
     friend class RepAccess;
-    explicit CIMParameter(std::shared_ptr<CIMParameterRep> rep);
-    std::shared_ptr<CIMParameterRep> _rep;
+    explicit CIMParameter(std::shared_ptr<CIMParameterRep> rep)
+        : CIMParameterReads(std::move(rep)) {}
 };
 
 /// A CIMParameter that cannot be changed through this object.
-class PEGASUS_COMMON_LINKAGE CIMConstParameter {
+class PEGASUS_COMMON_LINKAGE CIMConstParameter : public CIMParameterReads {
   public:
     CIMConstParameter() = default;
     CIMConstParameter(const CIMConstParameter& x) = default;
-    CIMConstParameter(const CIMParameter& x);
+    CIMConstParameter(const CIMParameter& x) : CIMParameterReads(x) {}
     /// Throws as the constructor of CIMParameter.
     CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray = false,
                       Uint32 arraySize = 0, const CIMName& referenceClassName = CIMName());
     ~CIMConstParameter() = default;
     CIMConstParameter& operator=(const CIMConstParameter& x) = default;
     CIMConstParameter& operator=(const CIMParameter& x);
-
-    const CIMName& getName() const;
-    Boolean isArray() const;
-    Uint32 getArraySize() const;
-    const CIMName& getReferenceClassName() const;
-    CIMType getType() const;
-    Uint32 findQualifier(const CIMName& name) const;
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
-    Boolean isUninitialized() const;
-    Boolean identical(const CIMConstParameter& x) const;
-    /// A deep copy, which can be changed.
-    CIMParameter clone() const;
-
-  private:
-    friend class RepAccess;
-    std::shared_ptr<const CIMParameterRep> _rep;
 };
 
 } // namespace Pegasus

@@ -4,17 +4,50 @@
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
 #include <memory>
+#include <utility>
 
 namespace Pegasus {
 
+class CIMProperty;
 class CIMConstProperty;
 struct CIMPropertyRep;
+
+/// The reads that CIMProperty and CIMConstProperty share.
+class PEGASUS_COMMON_LINKAGE CIMPropertyReads : public CIMReads<CIMPropertyRep> {
+  public:
+    const CIMName& getName() const;
+    const CIMValue& getValue() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    Uint32 getArraySize() const;
+    /// Null if the property is no reference, or was made without a class.
+    const CIMName& getReferenceClassName() const;
+    const CIMName& getClassOrigin() const;
+    Boolean getPropagated() const;
+
+    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
+    Uint32 findQualifier(const CIMName& name) const;
+    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Uint32 getQualifierCount() const;
+
+    /// Same name (ignoring case), value, reference class, class origin, propagation and
+    /// qualifiers; the fixed array size does not count.
+    Boolean identical(const CIMConstProperty& x) const;
+    /// A deep copy, qualifiers included, which belongs to no container.
+    CIMProperty clone() const;
+
+  protected:
+    using CIMReads::CIMReads;
+    ~CIMPropertyReads() = default;
+};
 
 /// A property: name, value, qualifiers, and where it comes from.
 ///
@@ -25,7 +58,7 @@ struct CIMPropertyRep;
 /// UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMProperty {
+class PEGASUS_COMMON_LINKAGE CIMProperty : public CIMPropertyReads {
   public:
     CIMProperty() = default;
     CIMProperty(const CIMProperty& x) = default;
@@ -42,55 +75,34 @@ class PEGASUS_COMMON_LINKAGE CIMProperty {
     ~CIMProperty() = default;
     CIMProperty& operator=(const CIMProperty& x) = default;
 
-    const CIMName& getName() const;
     /// Throws UninitializedObjectException if `name` is null, and Exception if the property
     /// belongs to a class or an instance, in which its name is a key.
     void setName(const CIMName& name);
-    const CIMValue& getValue() const;
-    CIMType getType() const;
-    Boolean isArray() const;
     /// Throws TypeMismatchException unless `value` has the type and arrayness of the present one,
     /// and, for an array of fixed size, that size; also for an array of references.
     void setValue(const CIMValue& value);
-    Uint32 getArraySize() const;
-    /// Null if the property is no reference, or was made without a class.
-    const CIMName& getReferenceClassName() const;
-    const CIMName& getClassOrigin() const;
     void setClassOrigin(const CIMName& classOrigin);
-    Boolean getPropagated() const;
     void setPropagated(Boolean propagated);
 
     /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
     CIMProperty& addQualifier(const CIMQualifier& x);
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
+    using CIMPropertyReads::getQualifier;
     CIMQualifier getQualifier(Uint32 index);
-    CIMConstQualifier getQualifier(Uint32 index) const;
     /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
     void removeQualifier(Uint32 index);
-    Uint32 getQualifierCount() const;
-
-    /// Same name (ignoring case), value, reference class, class origin, propagation and
-    /// qualifiers; the fixed array size does not count.
-    Boolean identical(const CIMConstProperty& x) const;
-    /// A deep copy, qualifiers included, which belongs to no container.
-    CIMProperty clone() const;
-    Boolean isUninitialized() const;
 
   private:
     friend class RepAccess;
-    explicit CIMProperty(std::shared_ptr<CIMPropertyRep> rep);
-    std::shared_ptr<CIMPropertyRep> _rep;
+    explicit CIMProperty(std::shared_ptr<CIMPropertyRep> rep) : CIMPropertyReads(std::move(rep)) {}
 };
 
 /// A CIMProperty that cannot be changed through this object.
-class PEGASUS_COMMON_LINKAGE CIMConstProperty {
+class PEGASUS_COMMON_LINKAGE CIMConstProperty : public CIMPropertyReads {
   public:
     CIMConstProperty() = default;
     CIMConstProperty(const CIMConstProperty& x) = default;
-    CIMConstProperty(const CIMProperty& x);
+    CIMConstProperty(const CIMProperty& x) : CIMPropertyReads(x) {}
     /// Throws as the constructor of CIMProperty.
     CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
                      const CIMName& referenceClassName = CIMName(),
@@ -98,26 +110,6 @@ class PEGASUS_COMMON_LINKAGE CIMConstProperty {
     ~CIMConstProperty() = default;
     CIMConstProperty& operator=(const CIMConstProperty& x) = default;
     CIMConstProperty& operator=(const CIMProperty& x);
-
-    const CIMName& getName() const;
-    const CIMValue& getValue() const;
-    CIMType getType() const;
-    Boolean isArray() const;
-    Uint32 getArraySize() const;
-    const CIMName& getReferenceClassName() const;
-    const CIMName& getClassOrigin() const;
-    Boolean getPropagated() const;
-    Uint32 findQualifier(const CIMName& name) const;
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
-    Boolean identical(const CIMConstProperty& x) const;
-    /// A deep copy, which can be changed.
-    CIMProperty clone() const;
-    Boolean isUninitialized() const;
-
-  private:
-    friend class RepAccess;
-    std::shared_ptr<const CIMPropertyRep> _rep;
 };
 
 } // namespace Pegasus

@@ -4,17 +4,42 @@
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMFlavor.h>
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
 #include <memory>
+#include <utility>
 
 namespace Pegasus {
 
+class CIMQualifier;
 class CIMConstQualifier;
 struct CIMQualifierRep;
+
+/// The reads that CIMQualifier and CIMConstQualifier share.
+class PEGASUS_COMMON_LINKAGE CIMQualifierReads : public CIMReads<CIMQualifierRep> {
+  public:
+    const CIMName& getName() const;
+    /// The type of the value.
+    CIMType getType() const;
+    /// Whether the value is an array.
+    Boolean isArray() const;
+    const CIMValue& getValue() const;
+    const CIMFlavor& getFlavor() const;
+    /// 1 if propagated from a superclass, else 0.
+    Uint32 getPropagated() const;
+    /// Same name (ignoring case), value, flavors and propagation.
+    Boolean identical(const CIMConstQualifier& x) const;
+    /// A deep copy.
+    CIMQualifier clone() const;
+
+  protected:
+    using CIMReads::CIMReads;
+    ~CIMQualifierReads() = default;
+};
 
 /// A qualifier: name, value, flavors, and whether it was propagated from a superclass.
 ///
@@ -23,7 +48,7 @@ struct CIMQualifierRep;
 /// isUninitialized() and assignment throw UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMQualifier {
+class PEGASUS_COMMON_LINKAGE CIMQualifier : public CIMQualifierReads {
   public:
     CIMQualifier() = default;
     CIMQualifier(const CIMQualifier& x) = default;
@@ -34,43 +59,29 @@ class PEGASUS_COMMON_LINKAGE CIMQualifier {
     ~CIMQualifier() = default;
     CIMQualifier& operator=(const CIMQualifier& x) = default;
 
-    const CIMName& getName() const;
     /// Throws UninitializedObjectException if `name` is null, and Exception if the qualifier
     /// belongs to an element, in which its name is a key.
     void setName(const CIMName& name);
-    /// The type of the value.
-    CIMType getType() const;
-    /// Whether the value is an array.
-    Boolean isArray() const;
-    const CIMValue& getValue() const;
     /// Any value is taken, of whatever type.
     void setValue(const CIMValue& value);
     /// `flavor` takes the place of the flavors so far.
     void setFlavor(const CIMFlavor& flavor);
     /// Takes `flavor` out of the flavors.
     void unsetFlavor(const CIMFlavor& flavor);
-    const CIMFlavor& getFlavor() const;
-    /// 1 if propagated from a superclass, else 0.
-    Uint32 getPropagated() const;
     void setPropagated(Boolean propagated);
-    Boolean isUninitialized() const;
-    /// Same name (ignoring case), value, flavors and propagation.
-    Boolean identical(const CIMConstQualifier& x) const;
-    /// A deep copy.
-    CIMQualifier clone() const;
 
   private:
     friend class RepAccess;
-    explicit CIMQualifier(std::shared_ptr<CIMQualifierRep> rep);
-    std::shared_ptr<CIMQualifierRep> _rep;
+    explicit CIMQualifier(std::shared_ptr<CIMQualifierRep> rep)
+        : CIMQualifierReads(std::move(rep)) {}
 };
 
 /// A CIMQualifier that cannot be changed through this object.
-class PEGASUS_COMMON_LINKAGE CIMConstQualifier {
+class PEGASUS_COMMON_LINKAGE CIMConstQualifier : public CIMQualifierReads {
   public:
     CIMConstQualifier() = default;
     CIMConstQualifier(const CIMConstQualifier& x) = default;
-    CIMConstQualifier(const CIMQualifier& x);
+    CIMConstQualifier(const CIMQualifier& x) : CIMQualifierReads(x) {}
     /// Throws UninitializedObjectException if `name` is null.
     CIMConstQualifier(const CIMName& name, const CIMValue& value,
                       const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE),
@@ -78,21 +89,6 @@ class PEGASUS_COMMON_LINKAGE CIMConstQualifier {
     ~CIMConstQualifier() = default;
     CIMConstQualifier& operator=(const CIMConstQualifier& x) = default;
     CIMConstQualifier& operator=(const CIMQualifier& x);
-
-    const CIMName& getName() const;
-    CIMType getType() const;
-    Boolean isArray() const;
-    const CIMValue& getValue() const;
-    const CIMFlavor& getFlavor() const;
-    Uint32 getPropagated() const;
-    Boolean isUninitialized() const;
-    Boolean identical(const CIMConstQualifier& x) const;
-    /// A deep copy, which can be changed.
-    CIMQualifier clone() const;
-
-  private:
-    friend class RepAccess;
-    std::shared_ptr<const CIMQualifierRep> _rep;
 };
 
 } // namespace Pegasus

@@ -4,27 +4,24 @@
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMFlavor.h>
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMScope.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
-#include <memory>
-
 namespace Pegasus {
 
-class CIMConstQualifierDecl;
 struct CIMQualifierDeclRep;
 
 /// A qualifier type (DSP0004): its name, default value, scope and flavors.
 ///
-/// Copies share one representation: what is changed through one is seen through all; clone() makes
-/// an independent one. A default-constructed object is uninitialized: all operations but
-/// isUninitialized() and assignment throw UninitializedObjectException.
+/// Nothing changes it but assignment. A default-constructed object is uninitialized: all operations
+/// but isUninitialized() and assignment throw UninitializedObjectException.
 ///
-/// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMQualifierDecl {
+/// Thread-safety: copies may be used in any thread.
+class PEGASUS_COMMON_LINKAGE CIMQualifierDecl : public CIMReads<CIMQualifierDeclRep> {
   public:
     CIMQualifierDecl() = default;
     CIMQualifierDecl(const CIMQualifierDecl& x) = default;
@@ -38,57 +35,13 @@ class PEGASUS_COMMON_LINKAGE CIMQualifierDecl {
     CIMQualifierDecl& operator=(const CIMQualifierDecl& x) = default;
 
     const CIMName& getName() const;
-    /// Throws UninitializedObjectException if `name` is null.
-    void setName(const CIMName& name);
     CIMType getType() const;
     Boolean isArray() const;
     /// The default value; its type is that of the qualifier.
     const CIMValue& getValue() const;
-    void setValue(const CIMValue& value);
     const CIMScope& getScope() const;
     const CIMFlavor& getFlavor() const;
     Uint32 getArraySize() const;
-    Boolean isUninitialized() const;
-    /// Same name (ignoring case), value, scope and array size; the flavors do not count.
-    Boolean identical(const CIMConstQualifierDecl& x) const;
-    /// A deep copy.
-    CIMQualifierDecl clone() const;
-
-  private:
-    friend class RepAccess;
-    explicit CIMQualifierDecl(std::shared_ptr<CIMQualifierDeclRep> rep);
-    std::shared_ptr<CIMQualifierDeclRep> _rep;
-};
-
-/// A CIMQualifierDecl that cannot be changed through this object.
-class PEGASUS_COMMON_LINKAGE CIMConstQualifierDecl {
-  public:
-    CIMConstQualifierDecl() = default;
-    CIMConstQualifierDecl(const CIMConstQualifierDecl& x) = default;
-    CIMConstQualifierDecl(const CIMQualifierDecl& x);
-    /// Throws UninitializedObjectException if `name` is null.
-    CIMConstQualifierDecl(const CIMName& name, const CIMValue& value, const CIMScope& scope,
-                          const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
-                          Uint32 arraySize = 0);
-    ~CIMConstQualifierDecl() = default;
-    CIMConstQualifierDecl& operator=(const CIMConstQualifierDecl& x) = default;
-    CIMConstQualifierDecl& operator=(const CIMQualifierDecl& x);
-
-    const CIMName& getName() const;
-    CIMType getType() const;
-    Boolean isArray() const;
-    const CIMValue& getValue() const;
-    const CIMScope& getScope() const;
-    const CIMFlavor& getFlavor() const;
-    Uint32 getArraySize() const;
-    Boolean isUninitialized() const;
-    Boolean identical(const CIMConstQualifierDecl& x) const;
-    /// A deep copy, which can be changed.
-    CIMQualifierDecl clone() const;
-
-  private:
-    friend class RepAccess;
-    std::shared_ptr<const CIMQualifierDeclRep> _rep;
 };
 
 } // namespace Pegasus
