@@ -23,7 +23,7 @@ EMBEDDED_ROOMS = ["text", "pegasus", "mof", "repository", "host", "http", "cimxm
 WITHOUT_CIM = {"text": ["text"], "mof": ["text", "mof"], "http": ["text", "http"]}
 LIBRARIES = {
     "text": ["utf8cpp/"],
-    "cimxml": ["pugixml.hpp"],
+    "cimxml": ["expat.h"],
     "http": ["boost/"],
     "cimhost": ["CLI/", "spdlog/"],
 }

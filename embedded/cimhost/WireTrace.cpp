@@ -1,6 +1,7 @@
 #include "cimhost/WireTrace.h"
 
 #include "http/Watched.h"
+#include "text/Ascii.h"
 
 #include <cstdio>
 #include <fstream>
@@ -15,7 +16,7 @@ std::string requestText(const http::Request& request) {
     std::string text = request.verb + " " + request.target +
                        (request.version >= 11 ? " HTTP/1.1\n" : " HTTP/1.0\n");
     for (const auto& [name, value] : request.fields) {
-        const bool secret = http::equalIgnoringCase(name, "Authorization");
+        const bool secret = text::equalIgnoringCase(name, "Authorization");
         text += name + ": " + (secret ? "(not shown)" : value) + "\n";
     }
     return text + "\n" + request.body;

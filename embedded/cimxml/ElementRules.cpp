@@ -1,202 +1,357 @@
 #include "cimxml/ElementRules.h"
 
 #include "cimxml/Rejection.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <optional>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 namespace embedded::cimxml {
 namespace {
 
-struct Rule {
-    // Separated by blanks; "!" marks the required ones.
-    std::string_view attributes;
-    // "#text", or content models separated by "/" of which one must match: particles in sequence
-    // separated by ",", each a name or "(name|name)", once or as its "?", "*" or "+" says.
-    std::string_view content;
+// In the order of the rules below.
+enum Tag : std::uint8_t {
+    tagCim,
+    tagMessage,
+    tagSimpleReq,
+    tagCorrelator,
+    tagIMethodCall,
+    tagMethodCall,
+    tagIParamValue,
+    tagParamValue,
+    tagNamespace,
+    tagHost,
+    tagLocalNamespacePath,
+    tagNamespacePath,
+    tagClassName,
+    tagLocalClassPath,
+    tagClassPath,
+    tagInstanceName,
+    tagLocalInstancePath,
+    tagInstancePath,
+    tagKeyBinding,
+    tagKeyValue,
+    tagValue,
+    tagValueNull,
+    tagValueArray,
+    tagValueReference,
+    tagValueRefArray,
+    tagValueNamedInstance,
+    tagInstance,
+    tagQualifier,
+    tagProperty,
+    tagPropertyArray,
+    tagPropertyReference,
+    tagClass,
+    tagMethod,
+    tagParameter,
+    tagParameterReference,
+    tagParameterArray,
+    tagParameterRefArray,
+    tagQualifierDeclaration,
+    tagScope,
+    tagCount
 };
 
-#define FLAVORS "OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE"
-#define PROPERTIES "(PROPERTY|PROPERTY.ARRAY|PROPERTY.REFERENCE)*"
+using Tags = std::uint64_t; // a bit for each
+static_assert(tagCount <= 64);
+
+constexpr Tags bitOf(std::size_t tag) {
+    return Tags{1} << tag;
+}
+
+/// One of some elements, once or as the flags say.
+struct Particle {
+    Tags tags = 0;
+    bool optional = false;
+    bool repeated = false;
+};
+
+template <class... Some>
+constexpr Particle one(Some... tags) {
+    return {(bitOf(tags) | ...), false, false};
+}
+
+template <class... Some>
+constexpr Particle optional(Some... tags) {
+    return {(bitOf(tags) | ...), true, false};
+}
+
+template <class... Some>
+constexpr Particle any(Some... tags) {
+    return {(bitOf(tags) | ...), true, true};
+}
+
+template <class... Some>
+constexpr Particle several(Some... tags) {
+    return {(bitOf(tags) | ...), false, true};
+}
+
+/// Particles in sequence, up to the first without tags.
+using Model = std::array<Particle, 4>;
+
+struct AttributeRule {
+    std::string_view name;
+    bool required = false;
+};
+
+constexpr AttributeRule required(std::string_view name) {
+    return {name, true};
+}
+
+/// Up to the first without a name.
+using AttributeRules = std::array<AttributeRule, 9>;
+
+struct Rule {
+    std::string_view name;
+    AttributeRules attributes = {};
+    Model content = {};
+    std::optional<Model> otherContent = {}; // which the first child decides
+    bool holdsText = false;
+};
+
+constexpr Rule textRule(std::string_view name, AttributeRules attributes = {}) {
+    return {name, attributes, {}, {}, true};
+}
+
+#define FLAVORS                                                                                    \
+    {"OVERRIDABLE"}, {"TOSUBCLASS"}, {"TOINSTANCE"}, {                                             \
+        "TRANSLATABLE"                                                                             \
+    }
+#define EMBEDDING                                                                                  \
+    {"EmbeddedObject"}, {                                                                          \
+        "EMBEDDEDOBJECT"                                                                           \
+    }
+
+constexpr Particle qualifiers = any(tagQualifier);
+constexpr Particle properties = any(tagProperty, tagPropertyArray, tagPropertyReference);
 
 // Responses have more elements; a request has no place for them.
-const std::unordered_map<std::string_view, Rule>& rules() {
-    static const std::unordered_map<std::string_view, Rule> table = {
-        // Messages
-        {"CIM", {"CIMVERSION! DTDVERSION!", "MESSAGE"}},
-        {"MESSAGE", {"ID! PROTOCOLVERSION!", "SIMPLEREQ"}},
-        {"SIMPLEREQ", {"", "CORRELATOR*,(IMETHODCALL|METHODCALL)"}},
-        {"CORRELATOR", {"NAME! TYPE!", "VALUE"}},
-        {"IMETHODCALL", {"NAME!", "LOCALNAMESPACEPATH,IPARAMVALUE*"}},
-        {"METHODCALL", {"NAME!", "(LOCALCLASSPATH|LOCALINSTANCEPATH),PARAMVALUE*"}},
-        {"IPARAMVALUE",
-         {"NAME!",
-          "(VALUE|VALUE.ARRAY|VALUE.REFERENCE|CLASSNAME|INSTANCENAME|QUALIFIER.DECLARATION|CLASS|"
-          "INSTANCE|VALUE.NAMEDINSTANCE)?"}},
-        {"PARAMVALUE",
-         {"NAME! PARAMTYPE EmbeddedObject EMBEDDEDOBJECT",
-          "(VALUE|VALUE.REFERENCE|VALUE.ARRAY|VALUE.REFARRAY|CLASSNAME|INSTANCENAME|CLASS|"
-          "INSTANCE|VALUE.NAMEDINSTANCE)?"}},
-        // Names and paths
-        {"NAMESPACE", {"NAME!", ""}},
-        {"HOST", {"", "#text"}},
-        {"LOCALNAMESPACEPATH", {"", "NAMESPACE+"}},
-        {"NAMESPACEPATH", {"", "HOST,LOCALNAMESPACEPATH"}},
-        {"CLASSNAME", {"NAME!", ""}},
-        {"LOCALCLASSPATH", {"", "LOCALNAMESPACEPATH,CLASSNAME"}},
-        {"CLASSPATH", {"", "NAMESPACEPATH,CLASSNAME"}},
-        {"INSTANCENAME", {"CLASSNAME!", "KEYBINDING*/KEYVALUE/VALUE.REFERENCE"}},
-        {"LOCALINSTANCEPATH", {"", "LOCALNAMESPACEPATH,INSTANCENAME"}},
-        {"INSTANCEPATH", {"", "NAMESPACEPATH,INSTANCENAME"}},
-        {"KEYBINDING", {"NAME!", "(KEYVALUE|VALUE.REFERENCE)"}},
-        {"KEYVALUE", {"VALUETYPE TYPE", "#text"}},
-        // Values
-        {"VALUE", {"", "#text"}},
-        {"VALUE.NULL", {"", ""}},
-        {"VALUE.ARRAY", {"", "(VALUE|VALUE.NULL)*"}},
-        {"VALUE.REFERENCE",
-         {"", "(CLASSPATH|LOCALCLASSPATH|CLASSNAME|INSTANCEPATH|LOCALINSTANCEPATH|INSTANCENAME)"}},
-        {"VALUE.REFARRAY", {"", "(VALUE.REFERENCE|VALUE.NULL)*"}},
-        {"VALUE.NAMEDINSTANCE", {"", "INSTANCENAME,INSTANCE"}},
-        // Declarations
-        {"INSTANCE", {"CLASSNAME!", "QUALIFIER*," PROPERTIES}},
-        {"QUALIFIER", {"NAME! TYPE! PROPAGATED " FLAVORS, "(VALUE|VALUE.ARRAY)?"}},
-        {"PROPERTY",
-         {"NAME! TYPE! CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT", "QUALIFIER*,VALUE?"}},
-        {"PROPERTY.ARRAY",
-         {"NAME! TYPE! ARRAYSIZE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT",
-          "QUALIFIER*,VALUE.ARRAY?"}},
-        {"PROPERTY.REFERENCE",
-         {"NAME! REFERENCECLASS CLASSORIGIN PROPAGATED", "QUALIFIER*,VALUE.REFERENCE?"}},
-        {"CLASS", {"NAME! SUPERCLASS", "QUALIFIER*," PROPERTIES ",METHOD*"}},
-        {"METHOD",
-         {"NAME! TYPE CLASSORIGIN PROPAGATED",
-          "QUALIFIER*,(PARAMETER|PARAMETER.REFERENCE|PARAMETER.ARRAY|PARAMETER.REFARRAY)*"}},
-        {"PARAMETER", {"NAME! TYPE!", "QUALIFIER*"}},
-        {"PARAMETER.REFERENCE", {"NAME! REFERENCECLASS", "QUALIFIER*"}},
-        {"PARAMETER.ARRAY", {"NAME! TYPE! ARRAYSIZE", "QUALIFIER*"}},
-        {"PARAMETER.REFARRAY", {"NAME! REFERENCECLASS ARRAYSIZE", "QUALIFIER*"}},
-        {"QUALIFIER.DECLARATION",
-         {"NAME! TYPE! ISARRAY ARRAYSIZE " FLAVORS, "SCOPE?,(VALUE|VALUE.ARRAY)?"}},
-        {"SCOPE", {"CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION", ""}},
-    };
-    return table;
-}
+constexpr std::array<Rule, tagCount> rules = {{
+    // Messages
+    {"CIM", {{required("CIMVERSION"), required("DTDVERSION")}}, {{one(tagMessage)}}},
+    {"MESSAGE", {{required("ID"), required("PROTOCOLVERSION")}}, {{one(tagSimpleReq)}}},
+    {"SIMPLEREQ", {}, {{any(tagCorrelator), one(tagIMethodCall, tagMethodCall)}}},
+    {"CORRELATOR", {{required("NAME"), required("TYPE")}}, {{one(tagValue)}}},
+    {"IMETHODCALL", {{required("NAME")}}, {{one(tagLocalNamespacePath), any(tagIParamValue)}}},
+    {"METHODCALL",
+     {{required("NAME")}},
+     {{one(tagLocalClassPath, tagLocalInstancePath), any(tagParamValue)}}},
+    {"IPARAMVALUE",
+     {{required("NAME")}},
+     {{optional(tagValue, tagValueArray, tagValueReference, tagClassName, tagInstanceName,
+                tagQualifierDeclaration, tagClass, tagInstance, tagValueNamedInstance)}}},
+    {"PARAMVALUE",
+     {{required("NAME"), {"PARAMTYPE"}, EMBEDDING}},
+     {{optional(tagValue, tagValueReference, tagValueArray, tagValueRefArray, tagClassName,
+                tagInstanceName, tagClass, tagInstance, tagValueNamedInstance)}}},
+    // Names and paths
+    {"NAMESPACE", {{required("NAME")}}},
+    textRule("HOST"),
+    {"LOCALNAMESPACEPATH", {}, {{several(tagNamespace)}}},
+    {"NAMESPACEPATH", {}, {{one(tagHost), one(tagLocalNamespacePath)}}},
+    {"CLASSNAME", {{required("NAME")}}},
+    {"LOCALCLASSPATH", {}, {{one(tagLocalNamespacePath), one(tagClassName)}}},
+    {"CLASSPATH", {}, {{one(tagNamespacePath), one(tagClassName)}}},
+    {"INSTANCENAME",
+     {{required("CLASSNAME")}},
+     {{any(tagKeyBinding)}},
+     Model{{one(tagKeyValue, tagValueReference)}}},
+    {"LOCALINSTANCEPATH", {}, {{one(tagLocalNamespacePath), one(tagInstanceName)}}},
+    {"INSTANCEPATH", {}, {{one(tagNamespacePath), one(tagInstanceName)}}},
+    {"KEYBINDING", {{required("NAME")}}, {{one(tagKeyValue, tagValueReference)}}},
+    textRule("KEYVALUE", {{{"VALUETYPE"}, {"TYPE"}}}),
+    // Values
+    textRule("VALUE"),
+    {"VALUE.NULL"},
+    {"VALUE.ARRAY", {}, {{any(tagValue, tagValueNull)}}},
+    {"VALUE.REFERENCE",
+     {},
+     {{one(tagClassPath, tagLocalClassPath, tagClassName, tagInstancePath, tagLocalInstancePath,
+           tagInstanceName)}}},
+    {"VALUE.REFARRAY", {}, {{any(tagValueReference, tagValueNull)}}},
+    {"VALUE.NAMEDINSTANCE", {}, {{one(tagInstanceName), one(tagInstance)}}},
+    // Declarations
+    {"INSTANCE", {{required("CLASSNAME")}}, {{qualifiers, properties}}},
+    {"QUALIFIER",
+     {{required("NAME"), required("TYPE"), {"PROPAGATED"}, FLAVORS}},
+     {{optional(tagValue, tagValueArray)}}},
+    {"PROPERTY",
+     {{required("NAME"), required("TYPE"), {"CLASSORIGIN"}, {"PROPAGATED"}, EMBEDDING}},
+     {{qualifiers, optional(tagValue)}}},
+    {"PROPERTY.ARRAY",
+     {{required("NAME"),
+       required("TYPE"),
+       {"ARRAYSIZE"},
+       {"CLASSORIGIN"},
+       {"PROPAGATED"},
+       EMBEDDING}},
+     {{qualifiers, optional(tagValueArray)}}},
+    {"PROPERTY.REFERENCE",
+     {{required("NAME"), {"REFERENCECLASS"}, {"CLASSORIGIN"}, {"PROPAGATED"}}},
+     {{qualifiers, optional(tagValueReference)}}},
+    {"CLASS", {{required("NAME"), {"SUPERCLASS"}}}, {{qualifiers, properties, any(tagMethod)}}},
+    {"METHOD",
+     {{required("NAME"), {"TYPE"}, {"CLASSORIGIN"}, {"PROPAGATED"}}},
+     {{qualifiers,
+       any(tagParameter, tagParameterReference, tagParameterArray, tagParameterRefArray)}}},
+    {"PARAMETER", {{required("NAME"), required("TYPE")}}, {{qualifiers}}},
+    {"PARAMETER.REFERENCE", {{required("NAME"), {"REFERENCECLASS"}}}, {{qualifiers}}},
+    {"PARAMETER.ARRAY", {{required("NAME"), required("TYPE"), {"ARRAYSIZE"}}}, {{qualifiers}}},
+    {"PARAMETER.REFARRAY", {{required("NAME"), {"REFERENCECLASS"}, {"ARRAYSIZE"}}}, {{qualifiers}}},
+    {"QUALIFIER.DECLARATION",
+     {{required("NAME"), required("TYPE"), {"ISARRAY"}, {"ARRAYSIZE"}, FLAVORS}},
+     {{optional(tagScope), optional(tagValue, tagValueArray)}}},
+    {"SCOPE",
+     {{{"CLASS"},
+       {"ASSOCIATION"},
+       {"REFERENCE"},
+       {"PROPERTY"},
+       {"METHOD"},
+       {"PARAMETER"},
+       {"INDICATION"}}}},
+}};
 
 #undef FLAVORS
-#undef PROPERTIES
+#undef EMBEDDING
 
-// Takes what stands before the next `separator` off the front of `text`.
-std::string_view takeItem(std::string_view& text, char separator) {
-    const std::size_t end = std::min(text.find(separator), text.size());
-    const std::string_view item = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    return item;
+// A model or a list that fills its array would have no end.
+static_assert([] {
+    bool good = true;
+    for (const Rule& rule : rules) {
+        good = good && !rule.name.empty() && rule.attributes.back().name.empty() &&
+               rule.content.back().tags == 0 &&
+               (!rule.otherContent || rule.otherContent->back().tags == 0);
+    }
+    return good;
+}());
+
+constexpr std::size_t slotCount = 128;
+
+constexpr std::size_t slotOf(std::string_view name) {
+    const auto byte = [&](std::size_t i) {
+        return std::size_t{static_cast<unsigned char>(name[i])};
+    };
+    return name.empty() ? 0
+                        : (name.size() * 31 + byte(0) * 7 + byte(name.size() / 2) * 13 +
+                           byte(name.size() - 1) * 3) %
+                              slotCount;
 }
 
-bool isAmong(std::string_view names, std::string_view name) {
-    while (!names.empty()) {
-        if (takeItem(names, '|') == name) {
-            return true;
+constexpr std::size_t slotAfter(std::size_t slot) {
+    return (slot + 1) % slotCount;
+}
+
+constexpr std::uint8_t noRule = tagCount;
+
+// Which rule is in which slot: its own or, where that was taken, one of those after it.
+constexpr std::array<std::uint8_t, slotCount> slots = [] {
+    std::array<std::uint8_t, slotCount> made = {};
+    for (std::size_t slot = 0; slot < slotCount; ++slot) {
+        made[slot] = noRule;
+    }
+    for (std::uint8_t rule = 0; rule < tagCount; ++rule) {
+        std::size_t slot = slotOf(rules[rule].name);
+        while (made[slot] != noRule) {
+            slot = slotAfter(slot);
+        }
+        made[slot] = rule;
+    }
+    return made;
+}();
+
+const Rule& ruleOf(const Element& element) {
+    const std::string_view name = element.name();
+    for (std::size_t slot = slotOf(name); slots[slot] != noRule; slot = slotAfter(slot)) {
+        if (rules[slots[slot]].name == name) {
+            return rules[slots[slot]];
         }
     }
-    return false;
+    rejectNotValid("unknown element " + std::string(name));
 }
 
-// No particle can take what the next one could, so taking as many as possible is enough.
-bool matches(std::string_view model, const std::vector<std::string_view>& children) {
-    std::size_t next = 0;
-    while (!model.empty()) {
-        std::string_view particle = takeItem(model, ',');
-        const bool optional = particle.back() == '?' || particle.back() == '*';
-        const bool repeated = particle.back() == '+' || particle.back() == '*';
-        particle.remove_suffix(optional || repeated ? 1 : 0);
-        if (particle.front() == '(') {
-            particle = particle.substr(1, particle.size() - 2);
-        }
-        std::size_t taken = 0;
-        while (next < children.size() && (repeated || taken == 0) &&
-               isAmong(particle, children[next])) {
-            ++next;
-            ++taken;
-        }
-        if (taken == 0 && !optional) {
-            return false;
-        }
-    }
-    return next == children.size();
-}
-
-bool matchesOne(std::string_view models, const std::vector<std::string_view>& children) {
-    do {
-        if (matches(takeItem(models, '/'), children)) {
-            return true;
-        }
-    } while (!models.empty());
-    return false;
-}
-
-void checkAttributes(const pugi::xml_node& element, std::string_view attributes) {
-    std::vector<std::string_view> known;
-    while (!attributes.empty()) {
-        std::string_view name = takeItem(attributes, ' ');
-        const bool required = name.back() == '!';
-        name.remove_suffix(required ? 1 : 0);
-        known.push_back(name);
-        if (required && !element.attribute(std::string(name).c_str())) {
-            rejectNotValid(std::string(element.name()) + " without attribute " + std::string(name));
-        }
-    }
-    for (const pugi::xml_attribute& attribute : element.attributes()) {
-        const std::string_view name = attribute.name();
-        if (std::find(known.begin(), known.end(), name) == known.end() &&
-            name.substr(0, 3) != "xml") {
+void checkAttributes(const Element& element, const AttributeRules& known) {
+    unsigned seen = 0; // a bit for each known one
+    for (const Attribute* at = element.beginAttributes(); at != element.endAttributes(); ++at) {
+        const auto* const rule =
+            std::find_if(known.begin(), known.end(),
+                         [&](const AttributeRule& row) { return row.name == at->name; });
+        if (rule != known.end()) {
+            seen |= 1U << static_cast<unsigned>(rule - known.begin());
+        } else if (at->name.substr(0, 3) != "xml") {
             rejectNotValid(std::string(element.name()) + " with unknown attribute " +
-                           std::string(name));
+                           std::string(at->name));
+        }
+    }
+    for (std::size_t i = 0; !known[i].name.empty(); ++i) {
+        if (known[i].required && (seen >> i & 1U) == 0) {
+            rejectNotValid(std::string(element.name()) + " without attribute " +
+                           std::string(known[i].name));
         }
     }
 }
 
-bool isBlankText(std::string_view text) {
-    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+/// Takes the children of an element as its model allows. No particle can take what the next one
+/// could, so taking as many as possible is enough.
+class Matcher {
+  public:
+    Matcher(const Element& element, const Rule& rule) : _element(element), _rule(rule) {}
+
+    void take(Tags child) {
+        // Not only of the first child: for a later one, what begins there has been taken.
+        if (_rule.otherContent && (_rule.otherContent->front().tags & child) != 0) {
+            _at = _rule.otherContent->begin();
+        }
+        while ((_at->tags & child) == 0 || (_taken && !_at->repeated)) {
+            leaveParticle();
+        }
+        _taken = true;
+    }
+
+    void end() {
+        while (_at->tags != 0) {
+            leaveParticle();
+        }
+    }
+
+  private:
+    // There is always one more than a model has, without tags, which cannot be left.
+    void leaveParticle() {
+        if (!_taken && !_at->optional) {
+            rejectNotValid("missing or misplaced elements in " + std::string(_element.name()));
+        }
+        ++_at;
+        _taken = false;
+    }
+
+    const Element& _element;
+    const Rule& _rule;
+    Model::const_iterator _at = _rule.content.begin();
+    bool _taken = false;
+};
+
+void check(const Element& element, const Rule& rule) {
+    checkAttributes(element, rule.attributes);
+    if (!rule.holdsText && (element.isMixed() || !text::trimmed(element.text()).empty())) {
+        rejectNotValid("text in " + std::string(element.name()));
+    }
+    Matcher matcher(element, rule);
+    for (const Element& child : element.children()) {
+        const Rule& childRule = ruleOf(child);
+        matcher.take(bitOf(static_cast<std::size_t>(&childRule - rules.data())));
+        check(child, childRule);
+    }
+    matcher.end();
 }
 
 } // namespace
 
-void checkElement(const pugi::xml_node& element) {
-    const auto rule = rules().find(element.name());
-    if (rule == rules().end()) {
-        rejectNotValid("unknown element " + std::string(element.name()));
-    }
-    checkAttributes(element, rule->second.attributes);
-
-    const bool holdsText = rule->second.content == "#text";
-    std::vector<std::string_view> children;
-    for (const pugi::xml_node& child : element.children()) {
-        if (child.type() == pugi::node_element) {
-            children.emplace_back(child.name());
-        } else if (!holdsText && !isBlankText(child.value())) {
-            rejectNotValid("text in " + std::string(element.name()));
-        }
-    }
-    if (holdsText ? !children.empty() : !matchesOne(rule->second.content, children)) {
-        rejectNotValid("missing or misplaced elements in " + std::string(element.name()));
-    }
-    for (const pugi::xml_node& child : element.children()) {
-        if (child.type() == pugi::node_element) {
-            checkElement(child);
-        }
-    }
-}
-
-std::string textOf(const pugi::xml_node& element) {
-    std::string text;
-    for (const pugi::xml_node& piece : element.children()) {
-        text += piece.value();
-    }
-    return text;
+void checkElement(const Element& element) {
+    check(element, ruleOf(element));
 }
 
 } // namespace embedded::cimxml

@@ -1,9 +1,7 @@
 // Which elements a CIM-XML request may hold, with which attributes and in which order (DSP0203).
 #pragma once
 
-#include <pugixml.hpp>
-
-#include <string>
+#include "cimxml/Document.h"
 
 namespace embedded::cimxml {
 
@@ -11,9 +9,6 @@ namespace embedded::cimxml {
 /// declares it: unknown element or attribute, a missing attribute, children that the content
 /// model does not allow, text where none may be. Attributes of XML itself ("xml:lang", "xmlns")
 /// are let pass.
-void checkElement(const pugi::xml_node& element);
-
-/// The text of an element that holds text only: all its pieces, character data and CDATA alike.
-std::string textOf(const pugi::xml_node& element);
+void checkElement(const Element& element);
 
 } // namespace embedded::cimxml

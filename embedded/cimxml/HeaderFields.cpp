@@ -1,20 +1,19 @@
 #include "cimxml/HeaderFields.h"
 
+#include "text/Ascii.h"
+
 #include <stdexcept>
 
 namespace embedded::cimxml {
 
-using http::equalIgnoringCase;
 using http::findField;
 using http::parametrized;
 using http::Parametrized;
 using http::Request;
+using text::equalIgnoringCase;
+using text::isDigit;
 
 namespace {
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 RequestRejected mismatch(const std::string& detail) {
     return {400, "header-mismatch", detail};

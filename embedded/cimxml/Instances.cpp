@@ -20,7 +20,7 @@ struct FlavorAttribute {
     bool absent;
 };
 
-CIMFlavor readFlavor(const pugi::xml_node& element) {
+CIMFlavor readFlavor(const Element& element) {
     const FlavorAttribute attributes[] = {{"OVERRIDABLE", CIMFlavor::OVERRIDABLE, true},
                                           {"TOSUBCLASS", CIMFlavor::TOSUBCLASS, true},
                                           {"TOINSTANCE", CIMFlavor::TOINSTANCE, false},
@@ -34,14 +34,14 @@ CIMFlavor readFlavor(const pugi::xml_node& element) {
     return flavor;
 }
 
-CIMQualifier readQualifier(const pugi::xml_node& element, const SoleKey& soleKey) {
+CIMQualifier readQualifier(const Element& element, const SoleKey& soleKey) {
     return CIMQualifier(readName(element.attribute("NAME")),
                         readValue(element, readType(element.attribute("TYPE")), false, soleKey),
                         readFlavor(element), readFlag(element.attribute("PROPAGATED"), false));
 }
 
-Uint32 readArraySize(const pugi::xml_attribute& attribute) {
-    const std::string_view text = attribute.value();
+Uint32 readArraySize(const Attribute& attribute) {
+    const std::string_view text = attribute.value;
     Uint32 size = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), size);
     if (attribute && (error != std::errc() || end != text.data() + text.size())) {
@@ -51,7 +51,7 @@ Uint32 readArraySize(const pugi::xml_attribute& attribute) {
 }
 
 // PROPERTY, PROPERTY.ARRAY or PROPERTY.REFERENCE.
-CIMProperty readProperty(const pugi::xml_node& element, const SoleKey& soleKey) {
+CIMProperty readProperty(const Element& element, const SoleKey& soleKey) {
     checkMembers(element);
     const std::string_view kind = element.name();
     const bool isReference = kind == "PROPERTY.REFERENCE";
@@ -62,7 +62,7 @@ CIMProperty readProperty(const pugi::xml_node& element, const SoleKey& soleKey) 
                          readOptionalName(element.attribute("REFERENCECLASS")),
                          readOptionalName(element.attribute("CLASSORIGIN")),
                          readFlag(element.attribute("PROPAGATED"), false));
-    for (const pugi::xml_node& qualifier : element.children("QUALIFIER")) {
+    for (const Element& qualifier : element.children("QUALIFIER")) {
         property.addQualifier(readQualifier(qualifier, soleKey));
     }
     return property;
@@ -70,20 +70,20 @@ CIMProperty readProperty(const pugi::xml_node& element, const SoleKey& soleKey) 
 
 } // namespace
 
-CIMInstance readInstance(const pugi::xml_node& instance, const SoleKey& soleKey) {
+CIMInstance readInstance(const Element& instance, const SoleKey& soleKey) {
     checkMembers(instance);
     CIMInstance result(readName(instance.attribute("CLASSNAME")));
-    for (const pugi::xml_node& member : instance.children()) {
-        if (std::string_view(member.name()) == "QUALIFIER") {
+    for (const Element& member : instance.children()) {
+        if (member.name() == "QUALIFIER") {
             result.addQualifier(readQualifier(member, soleKey));
-        } else if (member.type() == pugi::node_element) {
+        } else {
             result.addProperty(readProperty(member, soleKey));
         }
     }
     return result;
 }
 
-CIMInstance readNamedInstance(const pugi::xml_node& namedInstance, const SoleKey& soleKey) {
+CIMInstance readNamedInstance(const Element& namedInstance, const SoleKey& soleKey) {
     CIMInstance result = readInstance(namedInstance.child("INSTANCE"), soleKey);
     result.setPath(readInstanceName(namedInstance.child("INSTANCENAME"), soleKey));
     return result;

@@ -6,14 +6,12 @@
 
 #include <Pegasus/Common/CIMInstance.h>
 
-#include <pugixml.hpp>
-
 namespace embedded::cimxml {
 
 /// The instance of an INSTANCE; its path is its class name. An embedded object stays the string
 /// that it is on the wire.
-Pegasus::CIMInstance readInstance(const pugi::xml_node& instance, const SoleKey& soleKey);
+Pegasus::CIMInstance readInstance(const Element& instance, const SoleKey& soleKey);
 /// The instance of a VALUE.NAMEDINSTANCE, with its path.
-Pegasus::CIMInstance readNamedInstance(const pugi::xml_node& namedInstance, const SoleKey& soleKey);
+Pegasus::CIMInstance readNamedInstance(const Element& namedInstance, const SoleKey& soleKey);
 
 } // namespace embedded::cimxml

@@ -45,8 +45,7 @@ class Exchange::State {
   public:
     State(const std::string& body, const Headers& headers, const host::Caller& caller,
           host::CimOperations& operations) {
-        Request request;
-        readRequest(body, headers, request);
+        const Request request(body, headers);
         _messageId = request.messageId;
         _method = request.method;
         _response = request.isIntrinsic() ? "IMETHODRESPONSE" : "METHODRESPONSE";

@@ -1,22 +1,22 @@
 // Names and types out of attributes. An illegal one makes the document invalid.
 #pragma once
 
+#include "cimxml/Document.h"
+
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMType.h>
-
-#include <pugixml.hpp>
 
 namespace embedded::cimxml {
 
 /// The name in `attribute`, which is there. Throws RequestRejected for an illegal one.
-Pegasus::CIMName readName(const pugi::xml_attribute& attribute);
+Pegasus::CIMName readName(const Attribute& attribute);
 /// Null when there is no such attribute.
-Pegasus::CIMName readOptionalName(const pugi::xml_attribute& attribute);
+Pegasus::CIMName readOptionalName(const Attribute& attribute);
 /// A type of DSP0203's CIMType (no reference, no embedded object).
-Pegasus::CIMType readType(const pugi::xml_attribute& attribute);
+Pegasus::CIMType readType(const Attribute& attribute);
 /// "true" or "false", in any case; `absent` when there is no such attribute.
-bool readFlag(const pugi::xml_attribute& attribute, bool absent);
+bool readFlag(const Attribute& attribute, bool absent);
 /// The namespace of a LOCALNAMESPACEPATH.
-Pegasus::CIMNamespaceName readNamespace(const pugi::xml_node& localNamespacePath);
+Pegasus::CIMNamespaceName readNamespace(const Element& localNamespacePath);
 
 } // namespace embedded::cimxml

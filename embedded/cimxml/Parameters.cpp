@@ -1,6 +1,5 @@
 #include "cimxml/Parameters.h"
 
-#include "cimxml/ElementRules.h"
 #include "cimxml/Instances.h"
 #include "cimxml/Names.h"
 #include "cimxml/Operations.h"
@@ -19,46 +18,46 @@ using host::Operation;
 
 namespace {
 
-using Read = void (*)(const pugi::xml_node& value, const SoleKey& soleKey, Call& call);
+using Read = void (*)(const Element& value, const SoleKey& soleKey, Call& call);
 
 [[noreturn]] void throwInvalid(const std::string& message) {
     throw CIMException(CIM_ERR_INVALID_PARAMETER, fromUtf8(message));
 }
 
-CIMName readNameText(const pugi::xml_node& value) {
-    const std::string text = textOf(value);
+CIMName readNameText(const Element& value) {
+    const std::string_view text = value.text();
     const String name = fromUtf8(text);
     if (!CIMName::legal(name)) {
-        throwInvalid("The CIM name is not valid: " + text);
+        throwInvalid("The CIM name is not valid: " + std::string(text));
     }
     return CIMName(name);
 }
 
 template <bool Operation::*member>
-void readBooleanInto(const pugi::xml_node& value, const SoleKey&, Call& call) {
+void readBooleanInto(const Element& value, const SoleKey&, Call& call) {
     try {
-        call.operation.*member = readBoolean(textOf(value));
+        call.operation.*member = readBoolean(value.text());
     } catch (const CIMException& error) { // of a parameter, it makes the whole request invalid
         rejectNotValid(toUtf8(error.getMessage()));
     }
 }
 
 template <CIMName Operation::*member>
-void readClassInto(const pugi::xml_node& value, const SoleKey&, Call& call) {
+void readClassInto(const Element& value, const SoleKey&, Call& call) {
     call.operation.*member = readName(value.attribute("NAME"));
 }
 
-void readMemberName(const pugi::xml_node& value, const SoleKey&, Call& call) {
+void readMemberName(const Element& value, const SoleKey&, Call& call) {
     call.operation.memberName = readNameText(value);
 }
 
 template <String Operation::*member>
-void readStringInto(const pugi::xml_node& value, const SoleKey&, Call& call) {
-    call.operation.*member = fromUtf8(textOf(value));
+void readStringInto(const Element& value, const SoleKey&, Call& call) {
+    call.operation.*member = fromUtf8(value.text());
 }
 
-void readObjectName(const pugi::xml_node& value, const SoleKey& soleKey, Call& call) {
-    call.objectIsClass = std::string_view(value.name()) == "CLASSNAME";
+void readObjectName(const Element& value, const SoleKey& soleKey, Call& call) {
+    call.objectIsClass = value.name() == "CLASSNAME";
     if (call.objectIsClass) {
         call.operation.objectName.setClassName(readName(value.attribute("NAME")));
     } else {
@@ -66,21 +65,18 @@ void readObjectName(const pugi::xml_node& value, const SoleKey& soleKey, Call& c
     }
 }
 
-void readNewInstance(const pugi::xml_node& value, const SoleKey& soleKey, Call& call) {
+void readNewInstance(const Element& value, const SoleKey& soleKey, Call& call) {
     call.operation.instance = readInstance(value, soleKey);
 }
 
-void readModifiedInstance(const pugi::xml_node& value, const SoleKey& key, Call& call) {
+void readModifiedInstance(const Element& value, const SoleKey& key, Call& call) {
     call.operation.instance = readNamedInstance(value, key);
 }
 
-void readPropertyList(const pugi::xml_node& value, const SoleKey&, Call& call) {
+void readPropertyList(const Element& value, const SoleKey&, Call& call) {
     Array<CIMName> names;
     std::set<std::string> seen;
-    for (const pugi::xml_node& item : value.children()) {
-        if (item.type() != pugi::node_element) {
-            continue;
-        }
+    for (const Element& item : value.children()) {
         const CIMName name = readNameText(item); // a VALUE.NULL is no name
         String folded = name.getString();
         folded.toLower();
@@ -134,14 +130,9 @@ struct Fate {
     bool given = false;
 };
 
-pugi::xml_node elementIn(const pugi::xml_node& node) {
-    return node.find_child(
-        [](const pugi::xml_node& child) { return child.type() == pugi::node_element; });
-}
-
-void readOne(const pugi::xml_node& given, const ParameterList& parameters, std::vector<Fate>& fates,
+void readOne(const Element& given, const ParameterList& parameters, std::vector<Fate>& fates,
              const SoleKey& soleKey, Call& call) {
-    const std::string_view name = given.attribute("NAME").value();
+    const std::string_view name = given.attribute("NAME").value;
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const Parameter& parameter = parameterOf(parameters[i]);
         if (!equalIgnoringCase(name, parameter.name)) {
@@ -151,12 +142,12 @@ void readOne(const pugi::xml_node& given, const ParameterList& parameters, std::
             throwInvalid("Duplicated request input parameter.");
         }
         fates[i].seen = true;
-        const pugi::xml_node value = elementIn(given);
+        const Element value = given.child();
         if (!value) {
             return; // null: as if it were not there
         }
         if (value.name() != parameter.element && value.name() != parameter.otherElement) {
-            rejectNotValid("parameter " + std::string(name) + " as " + value.name());
+            rejectNotValid("parameter " + std::string(name) + " as " + std::string(value.name()));
         }
         fates[i].given = true;
         parameter.read(value, soleKey, call);
@@ -169,8 +160,8 @@ void readOne(const pugi::xml_node& given, const ParameterList& parameters, std::
 
 } // namespace
 
-void readParameters(const pugi::xml_node& element, const ParameterList& parameters,
-                    const SoleKey& soleKey, Call& call) {
+void readParameters(const Element& element, const ParameterList& parameters, const SoleKey& soleKey,
+                    Call& call) {
     for (const TakenParameter& taken : parameters) {
         if (taken.presence == Presence::TrueIfAbsent) {
             call.operation.*parameterOf(taken).flag = true;
@@ -178,7 +169,7 @@ void readParameters(const pugi::xml_node& element, const ParameterList& paramete
     }
     std::vector<Fate> fates(parameters.size());
     try {
-        for (const pugi::xml_node& given : element.children("IPARAMVALUE")) {
+        for (const Element& given : element.children("IPARAMVALUE")) {
             readOne(given, parameters, fates, soleKey, call);
         }
     } catch (const CIMException&) {

@@ -3,8 +3,6 @@
 
 #include "cimxml/Paths.h"
 
-#include <pugixml.hpp>
-
 #include <vector>
 
 namespace embedded::cimxml {
@@ -46,7 +44,7 @@ using ParameterList = std::vector<TakenParameter>;
 ///
 /// Throws Pegasus::CIMException for a parameter that is missing, unknown, there twice or of an
 /// illegal value, and RequestRejected for one that is of the wrong kind.
-void readParameters(const pugi::xml_node& element, const ParameterList& parameters,
-                    const SoleKey& soleKey, Call& call);
+void readParameters(const Element& element, const ParameterList& parameters, const SoleKey& soleKey,
+                    Call& call);
 
 } // namespace embedded::cimxml

@@ -1,6 +1,5 @@
 #include "cimxml/Paths.h"
 
-#include "cimxml/ElementRules.h"
 #include "cimxml/Names.h"
 #include "cimxml/Rejection.h"
 #include "cimxml/Text.h"
@@ -19,9 +18,9 @@ namespace {
 }
 
 // VALUETYPE names the kind; a TYPE without it implies one.
-CIMKeyBinding::Type keyType(const pugi::xml_node& keyValue) {
-    if (const pugi::xml_attribute kind = keyValue.attribute("VALUETYPE")) {
-        const std::string name = kind.value();
+CIMKeyBinding::Type keyType(const Element& keyValue) {
+    if (const Attribute kind = keyValue.attribute("VALUETYPE")) {
+        const std::string_view name = kind.value;
         if (name == "string") {
             return CIMKeyBinding::STRING;
         }
@@ -31,9 +30,9 @@ CIMKeyBinding::Type keyType(const pugi::xml_node& keyValue) {
         if (name == "numeric") {
             return CIMKeyBinding::NUMERIC;
         }
-        rejectNotValid("VALUETYPE \"" + name + "\"");
+        rejectNotValid("VALUETYPE \"" + std::string(name) + "\"");
     }
-    const pugi::xml_attribute type = keyValue.attribute("TYPE");
+    const Attribute type = keyValue.attribute("TYPE");
     switch (type ? readType(type) : CIMTYPE_STRING) {
     case CIMTYPE_BOOLEAN:
         return CIMKeyBinding::BOOLEAN;
@@ -46,9 +45,9 @@ CIMKeyBinding::Type keyType(const pugi::xml_node& keyValue) {
     }
 }
 
-CIMKeyBinding readKeyValue(const CIMName& name, const pugi::xml_node& keyValue) {
+CIMKeyBinding readKeyValue(const CIMName& name, const Element& keyValue) {
     const CIMKeyBinding::Type type = keyType(keyValue);
-    const std::string text = textOf(keyValue);
+    const std::string_view text = keyValue.text();
     switch (type) {
     case CIMKeyBinding::BOOLEAN:
         return CIMKeyBinding(name, CIMValue(readBoolean(text)));
@@ -60,9 +59,9 @@ CIMKeyBinding readKeyValue(const CIMName& name, const pugi::xml_node& keyValue) 
 }
 
 // `holder` has one KEYVALUE or VALUE.REFERENCE.
-CIMKeyBinding readKey(const CIMName& name, const pugi::xml_node& holder, const SoleKey& soleKey,
+CIMKeyBinding readKey(const CIMName& name, const Element& holder, const SoleKey& soleKey,
                       unsigned depth) {
-    if (const pugi::xml_node keyValue = holder.child("KEYVALUE")) {
+    if (const Element keyValue = holder.child("KEYVALUE")) {
         return readKeyValue(name, keyValue);
     }
     const CIMObjectPath path = readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1);
@@ -75,23 +74,23 @@ CIMKeyBinding readKey(const CIMName& name, const pugi::xml_node& holder, const S
 
 } // namespace
 
-void checkMembers(const pugi::xml_node& element) {
+void checkMembers(const Element& element) {
     std::size_t count = 0;
-    for (const pugi::xml_node& child : element.children()) {
-        count += child.type() == pugi::node_element ? 1 : 0;
+    for (Element child = element.child(); child; child = child.nextSibling()) {
+        ++count;
     }
     if (count > maximumMembers) {
         throwInvalid("More than " + std::to_string(maximumMembers) + " elements in " +
-                     element.name() + ".");
+                     std::string(element.name()) + ".");
     }
 }
 
-CIMObjectPath readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey,
+CIMObjectPath readInstanceName(const Element& instanceName, const SoleKey& soleKey,
                                unsigned depth) {
     const CIMName className = readName(instanceName.attribute("CLASSNAME"));
     checkMembers(instanceName);
     Array<CIMKeyBinding> keys;
-    for (const pugi::xml_node& key : instanceName.children("KEYBINDING")) {
+    for (const Element& key : instanceName.children("KEYBINDING")) {
         keys.append(readKey(readName(key.attribute("NAME")), key, soleKey, depth));
     }
     if (instanceName.child("KEYVALUE") || instanceName.child("VALUE.REFERENCE")) {
@@ -100,30 +99,25 @@ CIMObjectPath readInstanceName(const pugi::xml_node& instanceName, const SoleKey
     return CIMObjectPath(String(), CIMNamespaceName(), className, keys);
 }
 
-CIMObjectPath readReference(const pugi::xml_node& reference, const SoleKey& soleKey,
-                            unsigned depth) {
+CIMObjectPath readReference(const Element& reference, const SoleKey& soleKey, unsigned depth) {
     if (depth > maximumReferenceDepth) {
         throwInvalid("References in keys are nested deeper than " +
                      std::to_string(maximumReferenceDepth) + ".");
     }
     // VALUE.REFERENCE / [..PATH /] [NAMESPACEPATH / HOST, LOCALNAMESPACEPATH], ..NAME
-    pugi::xml_node object = reference.find_child(
-        [](const pugi::xml_node& node) { return node.type() == pugi::node_element; });
+    Element object = reference.child();
     String host;
     CIMNamespaceName nameSpace;
-    if (const pugi::xml_node full = object.child("NAMESPACEPATH")) {
-        host = fromUtf8(textOf(full.child("HOST")));
+    if (const Element full = object.child("NAMESPACEPATH")) {
+        host = fromUtf8(full.child("HOST").text());
         nameSpace = readNamespace(full.child("LOCALNAMESPACEPATH"));
-    } else if (const pugi::xml_node local = object.child("LOCALNAMESPACEPATH")) {
+    } else if (const Element local = object.child("LOCALNAMESPACEPATH")) {
         nameSpace = readNamespace(local);
     }
     if (!nameSpace.isNull()) {
-        object = object.last_child();
-        while (object.type() != pugi::node_element) {
-            object = object.previous_sibling();
-        }
+        object = object.child().nextSibling(); // of two
     }
-    const bool isClass = std::string_view(object.name()) == "CLASSNAME";
+    const bool isClass = object.name() == "CLASSNAME";
     CIMObjectPath path =
         isClass ? CIMObjectPath(String(), nameSpace, readName(object.attribute("NAME")))
                 : readInstanceName(object, soleKey, depth);

@@ -1,9 +1,9 @@
 // Object paths out of a request.
 #pragma once
 
-#include <Pegasus/Common/CIMObjectPath.h>
+#include "cimxml/Document.h"
 
-#include <pugixml.hpp>
+#include <Pegasus/Common/CIMObjectPath.h>
 
 #include <functional>
 
@@ -24,16 +24,16 @@ constexpr unsigned maximumReferenceDepth = 3;
 constexpr Pegasus::Uint32 maximumReferenceLength = 16384;
 
 /// Throws Pegasus::CIMException CIM_ERR_INVALID_PARAMETER when `element` has too many children.
-void checkMembers(const pugi::xml_node& element);
+void checkMembers(const Element& element);
 
 // Both throw RequestRejected for an illegal name, and Pegasus::CIMException
 // CIM_ERR_INVALID_PARAMETER for an illegal key value or host, or for more than the limits allow.
 
 /// The path of an INSTANCENAME: class and keys.
-Pegasus::CIMObjectPath readInstanceName(const pugi::xml_node& instanceName, const SoleKey& soleKey,
+Pegasus::CIMObjectPath readInstanceName(const Element& instanceName, const SoleKey& soleKey,
                                         unsigned depth = 0);
 /// The path in a VALUE.REFERENCE, of whichever form; a class's path has no keys.
-Pegasus::CIMObjectPath readReference(const pugi::xml_node& reference, const SoleKey& soleKey,
+Pegasus::CIMObjectPath readReference(const Element& reference, const SoleKey& soleKey,
                                      unsigned depth = 0);
 
 } // namespace embedded::cimxml

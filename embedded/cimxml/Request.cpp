@@ -4,7 +4,6 @@
 #include "cimxml/Names.h"
 #include "cimxml/Rejection.h"
 #include "cimxml/Text.h"
-#include "cimxml/WellFormed.h"
 
 #include <string_view>
 
@@ -27,28 +26,28 @@ bool hasMajor(std::string_view version, std::string_view major) {
 
 // A message of another version may have elements that are unknown here; what it is about must be
 // said all the same, so the versions come before the element rules.
-void checkVersions(const pugi::xml_node& cim) {
-    const pugi::xml_attribute cimVersion = cim.attribute("CIMVERSION");
-    const pugi::xml_attribute dtdVersion = cim.attribute("DTDVERSION");
-    if (cimVersion && !hasMajor(cimVersion.value(), "2")) {
-        throw RequestRejected(501, "unsupported-cim-version", cimVersion.value());
+void checkVersions(const Element& cim) {
+    const Attribute cimVersion = cim.attribute("CIMVERSION");
+    const Attribute dtdVersion = cim.attribute("DTDVERSION");
+    if (cimVersion && !hasMajor(cimVersion.value, "2")) {
+        throw RequestRejected(501, "unsupported-cim-version", std::string(cimVersion.value));
     }
-    if (dtdVersion && !hasMajor(dtdVersion.value(), "2")) {
-        throw RequestRejected(501, "unsupported-dtd-version", dtdVersion.value());
+    if (dtdVersion && !hasMajor(dtdVersion.value, "2")) {
+        throw RequestRejected(501, "unsupported-dtd-version", std::string(dtdVersion.value));
     }
 }
 
-void checkProtocol(const pugi::xml_node& message, const Headers& headers) {
-    const pugi::xml_attribute version = message.attribute("PROTOCOLVERSION");
+void checkProtocol(const Element& message, const Headers& headers) {
+    const Attribute version = message.attribute("PROTOCOLVERSION");
     if (!version) {
         return; // the element rules say so
     }
-    if (version.value() != headers.protocolVersion) {
-        rejectMismatch("PROTOCOLVERSION \"" + std::string(version.value()) +
+    if (version.value != headers.protocolVersion) {
+        rejectMismatch("PROTOCOLVERSION \"" + std::string(version.value) +
                        "\", CIMProtocolVersion \"" + headers.protocolVersion + "\"");
     }
-    if (!hasMajor(version.value(), "1")) {
-        throw RequestRejected(501, "unsupported-protocol-version", version.value());
+    if (!hasMajor(version.value, "1")) {
+        throw RequestRejected(501, "unsupported-protocol-version", std::string(version.value));
     }
     if (message.child("MULTIREQ")) {
         rejectMismatch("MULTIREQ without CIMBatch");
@@ -84,12 +83,12 @@ void checkHeaders(const Headers& headers, const Request& request) {
 }
 
 void readTarget(Request& request) {
-    if (const pugi::xml_node nameSpace = request.call.child("LOCALNAMESPACEPATH")) {
+    if (const Element nameSpace = request.call.child("LOCALNAMESPACEPATH")) {
         request.nameSpace = readNamespace(nameSpace);
         return;
     }
-    const pugi::xml_node classPath = request.call.child("LOCALCLASSPATH");
-    const pugi::xml_node path = classPath ? classPath : request.call.child("LOCALINSTANCEPATH");
+    const Element classPath = request.call.child("LOCALCLASSPATH");
+    const Element path = classPath ? classPath : request.call.child("LOCALINSTANCEPATH");
     request.nameSpace = readNamespace(path.child("LOCALNAMESPACEPATH"));
     request.className = classPath ? readName(path.child("CLASSNAME").attribute("NAME"))
                                   : readName(path.child("INSTANCENAME").attribute("CLASSNAME"));
@@ -97,33 +96,24 @@ void readTarget(Request& request) {
 
 } // namespace
 
-void readRequest(const std::string& body, const Headers& headers, Request& request) {
-    checkWellFormed(body);
-    const pugi::xml_parse_result parsed =
-        request.document.load_buffer(body.data(), body.size(),
-                                     pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
-                                         pugi::parse_ws_pcdata | pugi::parse_wconv_attribute,
-                                     pugi::encoding_utf8);
-    if (!parsed) {
-        rejectNotWellFormed(parsed.description());
-    }
-    const pugi::xml_node cim = request.document.document_element();
-    if (std::string_view(cim.name()) != "CIM") {
+Request::Request(const std::string& body, const Headers& headers) : document(body) {
+    const Element cim = document.root();
+    if (cim.name() != "CIM") {
         rejectNotValid("root element " + std::string(cim.name()));
     }
     checkVersions(cim);
-    const pugi::xml_node message = cim.child("MESSAGE");
+    const Element message = cim.child("MESSAGE");
     checkProtocol(message, headers);
     checkElement(cim);
 
-    const pugi::xml_node simple = message.child("SIMPLEREQ");
-    const pugi::xml_node intrinsic = simple.child("IMETHODCALL");
-    request.call = intrinsic ? intrinsic : simple.child("METHODCALL");
-    request.messageId = message.attribute("ID").value();
-    request.method = request.call.attribute("NAME").value();
-    readName(request.call.attribute("NAME"));
-    readTarget(request);
-    checkHeaders(headers, request);
+    const Element simple = message.child("SIMPLEREQ");
+    const Element intrinsic = simple.child("IMETHODCALL");
+    call = intrinsic ? intrinsic : simple.child("METHODCALL");
+    messageId = message.attribute("ID").value;
+    method = call.attribute("NAME").value;
+    readName(call.attribute("NAME"));
+    readTarget(*this);
+    checkHeaders(headers, *this);
 }
 
 } // namespace embedded::cimxml

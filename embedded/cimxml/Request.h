@@ -2,11 +2,10 @@
 // the header fields that came with it.
 #pragma once
 
+#include "cimxml/Document.h"
 #include "cimxml/Message.h"
 
 #include <Pegasus/Common/CIMName.h>
-
-#include <pugixml.hpp>
 
 #include <string>
 
@@ -14,17 +13,17 @@ namespace embedded::cimxml {
 
 /// A request whose elements are all as DSP0203 wants them.
 struct Request {
-    pugi::xml_document document;
+    /// Reads `body`. Throws RequestRejected.
+    Request(const std::string& body, const Headers& headers);
+
+    Document document;
     std::string messageId;
     std::string method;                  ///< the NAME of the call
     Pegasus::CIMNamespaceName nameSpace; ///< that the call is directed to
     Pegasus::CIMName className; ///< that a METHODCALL is directed to; null for an IMETHODCALL
-    pugi::xml_node call;        ///< the IMETHODCALL or METHODCALL
+    Element call;               ///< the IMETHODCALL or METHODCALL
 
     bool isIntrinsic() const { return className.isNull(); }
 };
-
-/// Reads `body` into `request`. Throws RequestRejected.
-void readRequest(const std::string& body, const Headers& headers, Request& request);
 
 } // namespace embedded::cimxml

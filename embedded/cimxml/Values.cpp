@@ -1,6 +1,5 @@
 #include "cimxml/Values.h"
 
-#include "cimxml/ElementRules.h"
 #include "cimxml/Text.h"
 #include "cimxml/Types.h"
 #include "text/Ascii.h"
@@ -58,7 +57,7 @@ bool readReal(std::string_view text, Real& number) {
 }
 
 template <class T>
-T readScalar(const std::string& text, CIMType type) {
+T readScalar(std::string_view text, CIMType type) {
     if constexpr (std::is_same_v<T, Boolean>) {
         return readBoolean(text);
     } else if constexpr (std::is_same_v<T, String>) {
@@ -92,21 +91,21 @@ T readScalar(const std::string& text, CIMType type) {
     }
 }
 
-CIMValue readScalarValue(const pugi::xml_node& value, CIMType type) {
+CIMValue readScalarValue(const Element& value, CIMType type) {
     return withTypeOf(type, [&](auto tag) {
-        return CIMValue(readScalar<typename decltype(tag)::type>(textOf(value), type));
+        return CIMValue(readScalar<typename decltype(tag)::type>(value.text(), type));
     });
 }
 
-CIMValue readArrayValue(const pugi::xml_node& values, CIMType type) {
+CIMValue readArrayValue(const Element& values, CIMType type) {
     if (values.child("VALUE.NULL")) {
         throw CIMException(CIM_ERR_NOT_SUPPORTED, "VALUE.NULL in an array is not supported.");
     }
     return withTypeOf(type, [&](auto tag) {
-        using Element = typename decltype(tag)::type;
-        Array<Element> elements;
-        for (const pugi::xml_node& value : values.children("VALUE")) {
-            elements.append(readScalar<Element>(textOf(value), type));
+        using Item = typename decltype(tag)::type;
+        Array<Item> elements;
+        for (const Element& value : values.children("VALUE")) {
+            elements.append(readScalar<Item>(value.text(), type));
         }
         return CIMValue(elements);
     });
@@ -114,7 +113,7 @@ CIMValue readArrayValue(const pugi::xml_node& values, CIMType type) {
 
 } // namespace
 
-bool readBoolean(const std::string& text) {
+bool readBoolean(std::string_view text) {
     const String word = fromUtf8(trimmed(text));
     const bool isTrue = String::equalNoCase(word, "TRUE");
     if (!isTrue && !String::equalNoCase(word, "FALSE")) {
@@ -123,7 +122,7 @@ bool readBoolean(const std::string& text) {
     return isTrue;
 }
 
-String readNumberText(const std::string& text) {
+String readNumberText(std::string_view text) {
     const std::string_view number = trimmed(text);
     Sint64 asSigned = 0;
     Uint64 asUnsigned = 0;
@@ -135,15 +134,14 @@ String readNumberText(const std::string& text) {
     return fromUtf8(number);
 }
 
-CIMValue readValue(const pugi::xml_node& holder, CIMType type, bool isArray,
-                   const SoleKey& soleKey) {
-    if (const pugi::xml_node value = holder.child("VALUE")) {
+CIMValue readValue(const Element& holder, CIMType type, bool isArray, const SoleKey& soleKey) {
+    if (const Element value = holder.child("VALUE")) {
         return readScalarValue(value, type);
     }
-    if (const pugi::xml_node values = holder.child("VALUE.ARRAY")) {
+    if (const Element values = holder.child("VALUE.ARRAY")) {
         return readArrayValue(values, type);
     }
-    if (const pugi::xml_node reference = holder.child("VALUE.REFERENCE")) {
+    if (const Element reference = holder.child("VALUE.REFERENCE")) {
         return CIMValue(readReference(reference, soleKey));
     }
     return CIMValue(type, isArray);

@@ -1,5 +1,7 @@
 #include "http/Connection.h"
 
+#include "text/Ascii.h"
+
 #include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/buffer_traits.hpp>
@@ -175,7 +177,7 @@ bool Connection::holdForExpectation() {
     const std::string* expectation = findField(request.fields, "Expect");
     if (!expectation || request.version < 11)
         return false;
-    if (!equalIgnoringCase(*expectation, "100-continue")) {
+    if (!text::equalIgnoringCase(*expectation, "100-continue")) {
         reject(417, "Expectation Failed", "unknown expectation: " + *expectation);
         return true;
     }

@@ -1,6 +1,7 @@
 #include "http/Fields.h"
 
-#include <algorithm>
+#include "text/Ascii.h"
+
 #include <stdexcept>
 
 namespace embedded::http {
@@ -9,22 +10,13 @@ namespace {
 constexpr const char* whitespace = " \t";
 constexpr const char* hexadecimal = "0123456789ABCDEF";
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool isUnreserved(char c) {
-    return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '.' ||
-           c == '_' || c == '~';
+    return text::isDigit(c) || text::isLetter(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
 // The value of a hexadecimal digit, or -1.
 int digitValue(char c) {
-    if (isDigit(c))
+    if (text::isDigit(c))
         return c - '0';
     if (c >= 'a' && c <= 'f')
         return c - 'a' + 10;
@@ -48,14 +40,9 @@ std::string unquoted(const std::string& text) {
 
 } // namespace
 
-bool equalIgnoringCase(const std::string& left, const std::string& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return lower(a) == lower(b); });
-}
-
 const std::string* findField(const Fields& fields, const std::string& name) {
     for (const auto& field : fields)
-        if (equalIgnoringCase(field.first, name))
+        if (text::equalIgnoringCase(field.first, name))
             return &field.second;
     return nullptr;
 }

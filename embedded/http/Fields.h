@@ -21,9 +21,6 @@ struct Parametrized {
 
 Parametrized parametrized(const std::string& text);
 
-/// Whether the two are the same but for the case of ASCII letters.
-bool equalIgnoringCase(const std::string& left, const std::string& right);
-
 /// `text` with its %-escapes resolved; throws std::invalid_argument for one that is not two
 /// hexadecimal digits.
 std::string percentDecoded(const std::string& text);

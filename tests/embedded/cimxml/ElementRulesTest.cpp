@@ -9,10 +9,9 @@ namespace embedded::cimxml {
 namespace {
 
 std::string judge(const std::string& element) {
-    pugi::xml_document document;
-    EXPECT_TRUE(document.load_string(element.c_str(), pugi::parse_default | pugi::parse_ws_pcdata));
+    const Document document("<?xml version=\"1.0\"?>" + element);
     try {
-        checkElement(document.document_element());
+        checkElement(document.root());
         return "good";
     } catch (const RequestRejected& rejected) {
         return rejected.cimError();
@@ -105,10 +104,9 @@ TEST(ElementRules, RejectWhatHasNoPlace) {
 }
 
 TEST(ElementRules, SayWhatIsWrong) {
-    pugi::xml_document document;
-    document.load_string("<VALUE.NAMEDINSTANCE/>");
+    const Document document("<?xml version=\"1.0\"?><VALUE.NAMEDINSTANCE/>");
     try {
-        checkElement(document.document_element());
+        checkElement(document.root());
         FAIL();
     } catch (const RequestRejected& rejected) {
         EXPECT_STREQ(rejected.what(), "missing or misplaced elements in VALUE.NAMEDINSTANCE");
@@ -116,10 +114,9 @@ TEST(ElementRules, SayWhatIsWrong) {
 }
 
 TEST(ElementText, IsAllOfItsPieces) {
-    pugi::xml_document document;
-    document.load_string("<VALUE> a<!-- b -->c<![CDATA[<d>]]>&amp; </VALUE>",
-                         pugi::parse_default | pugi::parse_ws_pcdata);
-    EXPECT_EQ(textOf(document.document_element()), " ac<d>& ");
+    const Document document(
+        "<?xml version=\"1.0\"?><VALUE> a<!-- b -->c<![CDATA[<d>]]>&amp; </VALUE>");
+    EXPECT_EQ(document.root().text(), " ac<d>& ");
 }
 
 } // namespace

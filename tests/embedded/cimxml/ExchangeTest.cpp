@@ -2,6 +2,7 @@
 #include "cimxml/Exchange.h"
 
 #include "http/Wire.h"
+#include "text/Ascii.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,11 @@
 namespace embedded::cimxml {
 namespace {
 
-using http::equalIgnoringCase;
 using http::Fields;
 using http::Persistence;
 using http::Request;
 using http::wireHeader;
+using text::equalIgnoringCase;
 
 const Fields complete = {{"Host", "h"},
                          {"Content-Type", "application/xml; charset=\"utf-8\""},

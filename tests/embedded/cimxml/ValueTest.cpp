@@ -34,10 +34,8 @@ CIMName noSoleKey(const CIMName&) {
 }
 
 CIMValue read(const std::string& elements, CIMType type, bool isArray) {
-    pugi::xml_document document;
-    EXPECT_TRUE(document.load_string(("<PROPERTY>" + elements + "</PROPERTY>").c_str(),
-                                     pugi::parse_default | pugi::parse_ws_pcdata));
-    return readValue(document.document_element(), type, isArray, noSoleKey);
+    const Document document("<?xml version=\"1.0\"?><PROPERTY>" + elements + "</PROPERTY>");
+    return readValue(document.root(), type, isArray, noSoleKey);
 }
 
 std::string readError(const std::string& text, CIMType type) {

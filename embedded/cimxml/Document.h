@@ -1,0 +1,126 @@
+// The text of a request as a tree of elements: strict XML, read by expat in one pass.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory_resource>
+#include <string>
+#include <string_view>
+
+namespace embedded::cimxml {
+
+/// How deep elements may be nested. A request with a reference within a reference needs 16.
+constexpr std::size_t maximumDepth = 32;
+/// How many attributes an element may have. DSP0203 has none with more than ten.
+constexpr std::size_t maximumAttributes = 16;
+
+/// An attribute, or none. Its texts live as long as the document.
+struct Attribute {
+    std::string_view name;
+    std::string_view value; ///< references resolved, blanks made spaces
+
+    explicit operator bool() const { return !name.empty(); }
+};
+
+/// An element of a document, or none; lives as long as the document. What is asked of none is
+/// answered with nothing: no text, no child, no attribute.
+class Element {
+  public:
+    class Children;
+    /// What the document keeps of an element.
+    struct Node {
+        std::string_view name;
+        std::string_view text;
+        const Attribute* attributes = nullptr;
+        std::size_t attributeCount = 0;
+        const Node* firstChild = nullptr;
+        const Node* next = nullptr;
+        bool isMixed = false;
+    };
+
+    Element() = default;
+    explicit Element(const Node* node) : _node(node) {}
+    explicit operator bool() const { return _node != nullptr; }
+
+    std::string_view name() const { return _node ? _node->name : std::string_view(); }
+    /// All character data, CDATA alike, of an element without elements in it; "" of others.
+    std::string_view text() const { return _node ? _node->text : std::string_view(); }
+    /// Whether it has elements and, between them, text that is not blank.
+    bool isMixed() const { return _node && _node->isMixed; }
+
+    const Attribute* beginAttributes() const { return _node ? _node->attributes : nullptr; }
+    const Attribute* endAttributes() const {
+        return _node ? _node->attributes + _node->attributeCount : nullptr;
+    }
+    Attribute attribute(std::string_view name) const;
+
+    /// The first child.
+    Element child() const { return Element(_node ? _node->firstChild : nullptr); }
+    /// The first child of that name.
+    Element child(std::string_view name) const;
+    Element nextSibling() const { return Element(_node ? _node->next : nullptr); }
+    /// All children, or those of that name, in their order.
+    Children children(std::string_view name = {}) const;
+
+  private:
+    const Node* _node = nullptr;
+};
+
+/// The children of an element, for a loop.
+class Element::Children {
+  public:
+    class Iterator {
+      public:
+        Iterator(Element at, std::string_view name) : _at(at), _name(name) { skipOthers(); }
+        const Element& operator*() const { return _at; }
+        Iterator& operator++() {
+            _at = _at.nextSibling();
+            skipOthers();
+            return *this;
+        }
+        bool operator!=(const Iterator& other) const { return _at._node != other._at._node; }
+
+      private:
+        void skipOthers() {
+            while (_at && !_name.empty() && _at.name() != _name) {
+                _at = _at.nextSibling();
+            }
+        }
+
+        Element _at;
+        std::string_view _name;
+    };
+
+    Children(Element first, std::string_view name) : _first(first), _name(name) {}
+    Iterator begin() const { return {_first, _name}; }
+    Iterator end() const { return {Element(), _name}; }
+
+  private:
+    Element _first;
+    std::string_view _name;
+};
+
+/// A document that has been read. Comments and processing instructions are not kept.
+///
+/// Thread-safety: one thread at a time; documents are independent of each other.
+class Document {
+  public:
+    /// Throws RequestRejected unless `text` is a well-formed XML 1.0 document in UTF-8 that starts
+    /// with an XML declaration, within the limits above. A document type declaration may name a
+    /// DTD (it is not fetched) but must not declare anything itself, so the five predefined
+    /// entities are the only ones.
+    explicit Document(const std::string& text);
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    Element root() const { return Element(_root); }
+
+  private:
+    class Reader;
+
+    std::array<std::byte, 4096> _nearby; // enough for nearly all requests
+    std::pmr::monotonic_buffer_resource _memory{_nearby.data(), _nearby.size()};
+    const Element::Node* _root = nullptr;
+};
+
+} // namespace embedded::cimxml
