@@ -166,6 +166,7 @@ TEST(CIMKeyBinding, OfAPathIsThatOfItsText) {
         pathOf(key("n", "0x1F", CIMKeyBinding::NUMERIC)),
         pathOf(key("n", "05", CIMKeyBinding::NUMERIC)),
         pathOf(CIMKeyBinding()),
+        pathOf(CIMKeyBinding(CIMName(), "TRUE", CIMKeyBinding::BOOLEAN)),
         pathOf(CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath("B")))), // reads as a string
         pathOf(CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath("B.k=1")))),
     };
