@@ -134,7 +134,7 @@ bool CIMObjectPathRep::readsBack() const {
             return rep.value()[0] == '-' ? numbers::parse(rep.value(), negative)
                                          : numbers::parse(rep.value(), number);
         case CIMKeyBinding::REFERENCE:
-            return rep.keepsPath() && of(rep.path()).keyBindings.size() != 0;
+            return of(rep.path()).keyBindings.size() != 0; // a path keeps those of its keys
         case CIMKeyBinding::STRING:
             break;
         }

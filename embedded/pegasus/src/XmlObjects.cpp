@@ -60,7 +60,7 @@ void appendOrigin(std::string& out, const Member& member, bool includeClassOrigi
 void append(std::string& out, const CIMQualifierRep& qualifier) {
     out += "<QUALIFIER";
     appendAttribute(out, "NAME", qualifier.name().getString());
-    appendWireType(out, qualifier.value.getType());
+    appendType(out, qualifier.value.getType());
     if (qualifier.propagated)
         out += " PROPAGATED=\"true\"";
     appendFlavor(out, qualifier.flavor);

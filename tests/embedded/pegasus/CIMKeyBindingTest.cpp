@@ -166,22 +166,24 @@ TEST(CIMKeyBinding, OfAPathIsThatOfItsText) {
         pathOf(key("n", "0x1F", CIMKeyBinding::NUMERIC)),
         pathOf(key("n", "05", CIMKeyBinding::NUMERIC)),
         pathOf(CIMKeyBinding()),
+        pathOf(CIMKeyBinding(CIMName(), "TRUE", CIMKeyBinding::BOOLEAN)),
         pathOf(CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath("B")))), // reads as a string
         pathOf(CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath("B.k=1")))),
     };
     const auto holderText = [](const CIMKeyBinding& binding) {
+        std::string all; // as far as it can be told
         try {
             const CIMObjectPath holder(String(), CIMNamespaceName(), CIMName("Holder"),
                                        Array<CIMKeyBinding>(1, binding));
+            all += text(holder.toString());
             const CIMObjectPath inner(holder.getKeyBindings()[0].getValue());
-            std::string all = text(holder.toString());
             for (Uint32 i = 0; i < inner.getKeyBindings().size(); ++i)
                 all += " " + std::to_string(inner.getKeyBindings()[i].getType());
             CIMInstance instance(CIMName("I"));
             instance.addProperty(CIMProperty(CIMName("p"), CIMValue(holder)));
             return all + text(CIMObject(instance).toString());
         } catch (const MalformedObjectNameException& exception) {
-            return text(exception.getMessage());
+            return all + text(exception.getMessage());
         }
     };
     for (const CIMObjectPath& path : paths) {
@@ -201,6 +203,16 @@ TEST(CIMKeyBinding, OfAPathIsThatOfItsText) {
         EXPECT_EQ(text(changed.getValue()), "new");
         EXPECT_EQ(text(made.getValue()), text(path.toString()));
     }
+}
+
+TEST(CIMKeyBinding, OfAPathIsAnotherOneWhenItsValueIsSet) {
+    const auto binding = [](const char* path) {
+        return CIMKeyBinding(CIMName("r"), CIMValue(CIMObjectPath(path)));
+    };
+    CIMKeyBinding changed = binding("A.k=1");
+    changed.setValue("A.k=2");
+    EXPECT_TRUE(changed == binding("A.k=2"));
+    EXPECT_FALSE(changed == binding("A.k=1"));
 }
 
 TEST(CIMKeyBinding, OfAPathStaysWhenThePathChanges) {

@@ -201,6 +201,14 @@ TEST(CIMObjectPath, IsIdenticalWhenNothingDiffersButCaseAndOrder) {
         EXPECT_EQ(x.makeHashCode() == y.makeHashCode(), c.identical);
     }
     EXPECT_TRUE(CIMObjectPath() == CIMObjectPath());
+
+    const auto withBoolean = [](const char* value) {
+        return CIMObjectPath(
+            String(), CIMNamespaceName(), CIMName("A"),
+            Array<CIMKeyBinding>(1, CIMKeyBinding(CIMName("k"), value, CIMKeyBinding::BOOLEAN)));
+    };
+    EXPECT_TRUE(withBoolean("true") == withBoolean("True"));
+    EXPECT_EQ(withBoolean("true").makeHashCode(), withBoolean("True").makeHashCode());
 }
 
 TEST(CIMObjectPath, SharesUntilOneIsChanged) {

@@ -176,7 +176,7 @@ using Pairs = testing::Types<
     Pair<CIMProperty, CIMConstProperty, MadeByValue>, Pair<CIMMethod, CIMConstMethod, MadeByType>,
     Pair<CIMParameter, CIMConstParameter, MadeByType>,
     Pair<CIMQualifier, CIMConstQualifier, MadeByValue>>;
-TYPED_TEST_SUITE(ConstHandle, Pairs);
+TYPED_TEST_SUITE(ConstHandle, Pairs, );
 
 TYPED_TEST(ConstHandle, ComesOfAHandleAndNotTheOtherWayRound) {
     using H = typename TypeParam::Handle;

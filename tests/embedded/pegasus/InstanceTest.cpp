@@ -90,6 +90,17 @@ TEST(CIMInstance, FindsEachOfManyProperties) {
     EXPECT_EQ(instance.findProperty(name(98)), PEG_NOT_FOUND);
 }
 
+TEST(CIMInstance, FindsNoneOfManyQualifiersThatWereFilteredOut) {
+    CIMInstance instance("Disk");
+    const auto name = [](int number) { return String("q") + std::to_string(number).c_str(); };
+    for (int i = 0; i < 40; ++i)
+        instance.addQualifier(CIMQualifier(name(i), CIMValue(Uint32(1))));
+    instance.instanceFilter(false, true, CIMPropertyList());
+    EXPECT_EQ(instance.findQualifier(name(39)), PEG_NOT_FOUND);
+    instance.addQualifier(CIMQualifier(name(39), CIMValue(Uint32(1))));
+    EXPECT_EQ(instance.findQualifier(name(39)), 0U);
+}
+
 TEST(CIMInstance, HasNoPropertyBehindTheLast) {
     CIMInstance instance = disk();
     const CIMInstance& constInstance = instance;

@@ -177,6 +177,8 @@ TEST(ObjectText, OfClasses) {
               "<CLASS NAME=\"Bare\" >\n</CLASS>\n");
     CIMClass cls(CIMName("C"), CIMName("Base"));
     cls.addQualifier(CIMQualifier(CIMName("Q"), CIMValue(String("x")), CIMFlavor::DEFAULTS));
+    cls.addQualifier(
+        CIMQualifier(CIMName("O"), CIMValue(CIMTYPE_INSTANCE, false), CIMFlavor::DEFAULTS));
     cls.addProperty(CIMProperty(CIMName("r"), CIMValue(CIMTYPE_REFERENCE, false), 0, CIMName("A"),
                                 CIMName("Base"), true));
     CIMMethod method(CIMName("m"), CIMTYPE_UINT32, CIMName("Base"), true);
@@ -187,11 +189,13 @@ TEST(ObjectText, OfClasses) {
     CIMParameter parameter(CIMName("d"), CIMTYPE_UINT8);
     parameter.addQualifier(CIMQualifier(CIMName("In"), CIMValue(true), CIMFlavor::DEFAULTS));
     method.addParameter(parameter);
+    method.addParameter(CIMParameter(CIMName("e"), CIMTYPE_INSTANCE));
     cls.addMethod(method);
     cls.addMethod(CIMMethod(CIMName("n"), CIMTYPE_BOOLEAN));
     EXPECT_EQ(text(CIMObject(cls).toString()),
               "<CLASS NAME=\"C\"  SUPERCLASS=\"Base\" >\n"
               "<QUALIFIER NAME=\"Q\" TYPE=\"string\">\n<VALUE>x</VALUE>\n</QUALIFIER>\n"
+              "<QUALIFIER NAME=\"O\" TYPE=\"instance\">\n</QUALIFIER>\n"
               "<PROPERTY.REFERENCE NAME=\"r\"  REFERENCECLASS=\"A\" CLASSORIGIN=\"Base\" "
               "PROPAGATED=\"true\">\n</PROPERTY.REFERENCE>\n"
               "<METHOD NAME=\"m\" TYPE=\"uint32\" CLASSORIGIN=\"Base\" PROPAGATED=\"true\">\n"
@@ -203,6 +207,7 @@ TEST(ObjectText, OfClasses) {
               "<PARAMETER NAME=\"d\" TYPE=\"uint8\">\n"
               "<QUALIFIER NAME=\"In\" TYPE=\"boolean\">\n<VALUE>TRUE</VALUE>\n</QUALIFIER>\n"
               "</PARAMETER>\n"
+              "<PARAMETER NAME=\"e\" TYPE=\"instance\">\n</PARAMETER>\n"
               "</METHOD>\n"
               "<METHOD NAME=\"n\" TYPE=\"boolean\">\n</METHOD>\n"
               "</CLASS>\n");

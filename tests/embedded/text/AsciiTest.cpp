@@ -7,6 +7,8 @@ namespace {
 
 TEST(Ascii, FoldsLettersAndNothingElse) {
     EXPECT_EQ(lowered("AZaz@[`{09_\xC3\x84"), "azaz@[`{09_\xC3\x84");
+    EXPECT_EQ(upper('`'), '`');
+    EXPECT_EQ(upper('a'), 'A');
     EXPECT_EQ(upper('z'), 'Z');
     EXPECT_EQ(upper('{'), '{');
     EXPECT_EQ(lower<unsigned short>(0x0141), 0x0141) << "whose low byte is a letter";

@@ -98,4 +98,14 @@ TEST(Utf8Text, IsWhatTheStringSpells) {
     EXPECT_EQ(Pegasus::hosting::fromUtf8(std::string_view()).size(), 0U);
 }
 
+TEST(FoldedHash, IsTheSameForTextsThatDifferInCaseHoweverTheyAreKept) {
+    using Pegasus::hosting::foldedHash;
+    Pegasus::String written("AbC");
+    written[0] = Pegasus::Char16('a'); // kept as UTF-16 from here on
+    EXPECT_EQ(foldedHash(written), foldedHash("aBc"));
+    EXPECT_EQ(foldedHash("Ab\xC3\x84"), foldedHash("aB\xC3\x84"));
+    EXPECT_NE(foldedHash("ab"), foldedHash("ac"));
+    EXPECT_NE(foldedHash("\xC3\x84"), foldedHash("\xC3\xA4"));
+}
+
 } // namespace
