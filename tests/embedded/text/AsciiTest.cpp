@@ -18,6 +18,15 @@ TEST(Ascii, FoldsLettersAndNothingElse) {
     EXPECT_FALSE(equalIgnoringCase("\xC3\x84", "\xC3\xA4"));
 }
 
+TEST(Ascii, HasLettersAndDigits) {
+    for (const char c : {'A', 'Z', 'a', 'z'})
+        EXPECT_TRUE(isLetter(c) && !isDigit(c)) << c;
+    for (const char c : {'0', '9'})
+        EXPECT_TRUE(isDigit(c) && !isLetter(c)) << c;
+    for (const char c : {'/', ':', '@', '[', '`', '{'})
+        EXPECT_FALSE(isDigit(c) || isLetter(c)) << c;
+}
+
 TEST(Ascii, PrefixEndsAtTheFirstOtherByte) {
     for (std::size_t size = 0; size < 20; ++size) {
         const std::string plain(size, '\x7F');

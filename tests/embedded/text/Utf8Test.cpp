@@ -61,10 +61,8 @@ TEST(Utf8, MayHaveSurrogatesOnTheWayToUtf16) {
 
 TEST(Utf8, IsReadUpToWhatIsInvalid) {
     const std::pair<std::string_view, std::size_t> rows[] = {
-        {"\xC3\xA4 x\xFF", 4},
-        {"\xED\xA0\x80\xED\xA0", 3},
-        {"\xED\xA0\x80\xED\xC0\x80", 3},
-        {"\xED\xA0z", 0},
+        {"\xC3\xA4 x\xFF", 4}, {"\xED\xA0\x80\xED\xA0", 3}, {"\xED\xA0\x80\xED\xC0\x80", 3},
+        {"\xED\xA0z", 0},      {"\xFF\xA0\x80", 0},
     };
     for (const auto& [text, invalid] : rows) {
         std::u16string units;
@@ -73,14 +71,14 @@ TEST(Utf8, IsReadUpToWhatIsInvalid) {
 }
 
 TEST(Utf16, IsTakenCharacterByCharacter) {
-    const std::u16string units{u'a', 0xD83D, 0xDE00, 0xDE00, 0xD83D};
+    const std::u16string units{u'a', 0xD83D, 0xDE00, 0xDE00, 0xDE00, 0xD83D, u'b', 0xD83D};
     const char16_t* at = units.data();
     const char16_t* const end = at + units.size();
     std::u32string characters;
     while (at != end) {
         characters += takeCharacter(at, end);
     }
-    EXPECT_EQ(characters, (std::u32string{U'a', 0x1F600, 0xDE00, 0xD83D}));
+    EXPECT_EQ(characters, (std::u32string{U'a', 0x1F600, 0xDE00, 0xDE00, 0xD83D, U'b', 0xD83D}));
 }
 
 } // namespace
