@@ -14,8 +14,8 @@ from installed import Installed  # tests/clients
 PATIENCE = 600  # seconds for a start or an end
 TICK = 0.001  # seconds between looks at what is awaited
 
-# The threads on which cimhost reads and writes; the bare server gets as many.
-IO_THREADS = 1
+# The threads on which cimhost reads and writes (http::Options::ioThreads); the bare server gets as many.
+IO_THREADS = min(os.cpu_count() or 1, 4)
 
 
 class NotStarted(Exception):
