@@ -1,6 +1,5 @@
 #include "provider/Trace.h"
 
-#include <cstring>
 #include <iostream>
 #include <mutex>
 
@@ -14,10 +13,11 @@ std::string_view TraceLine::text() const {
 
 void TraceLine::append(std::string_view text) {
     if (_long.empty() && text.size() <= sizeof _short - _size) {
-        std::memcpy(_short + _size, text.data(), text.size());
-        _size += text.size();
+        _size += text.copy(_short + _size, text.size());
     } else {
-        _long = std::string(this->text()).append(text);
+        if (_long.empty())
+            _long.assign(_short, _size);
+        _long.append(text);
     }
 }
 
