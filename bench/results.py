@@ -14,7 +14,9 @@ class Results:
         self._rows = {}
 
     def add(self, section, what, at, side, measure, value):
-        self._rows.setdefault((section, what, at, side, measure), []).append(value)
+        # As it is kept, so that what is kept makes the same tables.
+        rounded = float(f"{value:.5g}")
+        self._rows.setdefault((section, what, at, side, measure), []).append(rounded)
 
     def values(self, section, what, at, side, measure):
         return self._rows.get((section, what, at, side, measure), [])
@@ -64,8 +66,7 @@ class Results:
         return (min(counts), max(counts)) if counts else (0, 0)
 
     def write(self, path):
-        rows = [json.dumps([*key, [float(f"{value:.5g}") for value in values]])
-                for key, values in self._rows.items()]
+        rows = [json.dumps([*key, values]) for key, values in self._rows.items()]
         path.write_text('{"facts": ' + json.dumps(self.facts) + ',\n"rows": [\n' +
                         ",\n".join(rows) + "\n]}\n")
 

@@ -14,9 +14,11 @@
 namespace embedded::http {
 
 struct Options {
-    unsigned ioThreads = 0;         ///< threads that read and write; 0: one a core, at most four
-    unsigned workers = 16;          ///< threads that do what a handler returns as Work
-    unsigned connectionLimit = 512; ///< beyond it the reply is 503
+    unsigned ioThreads = 0; ///< threads that read and write; 0: one a core, at most four
+    /// Threads that do what a handler returns as Work. Few: more of them only wait for a provider
+    /// that serves one at a time, and get at it in no order, so that some wait long.
+    unsigned workers = 4;
+    unsigned connectionLimit = 512;                           ///< beyond it the reply is 503
     std::uint64_t bodyLimit = std::uint64_t{8} * 1024 * 1024; ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = std::uint32_t{64} * 1024;     ///< bytes; beyond it the reply is 431
     /// Bytes of a body in pieces that is sent whole, to an HTTP/1.0 client; beyond it the reply is
