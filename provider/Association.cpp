@@ -30,7 +30,7 @@ Association::End::End(const ReferenceRole& declared)
                                                         : CIMName()) {
 }
 
-void Association::End::operator=(const CIMObjectPath& end) {
+void Association::End::set(const CIMObjectPath& end) {
     path = end;
     key.reset();
 }
@@ -54,12 +54,12 @@ Association::Association(const AssociationClass& cimClass, const String& nameSpa
 }
 
 Association& Association::from(const CIMObjectPath& first) {
-    _first = first;
+    _first.set(first);
     return *this;
 }
 
 Association& Association::to(const CIMObjectPath& second) {
-    _second = second;
+    _second.set(second);
     return *this;
 }
 

@@ -88,8 +88,8 @@ class Association {
 
   private:
     struct End {
-        explicit End(const ReferenceRole& role);
-        void operator=(const Pegasus::CIMObjectPath& path);
+        explicit End(const ReferenceRole& declared);
+        void set(const Pegasus::CIMObjectPath& end);
         const Pegasus::CIMKeyBinding& asKey();
         Pegasus::CIMProperty asProperty() const;
 
