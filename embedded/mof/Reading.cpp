@@ -84,7 +84,7 @@ bool isNamespaceName(std::string_view text) {
 
 [[noreturn]] void refuseInclude(const std::string& value, const std::string& why,
                                 const Location& where) {
-    throw MofError(where, "cannot include \"" + visible(value) + "\": " + why);
+    throw MofError(where, "cannot include \"" + text::visible(value) + "\": " + why);
 }
 
 } // namespace
@@ -155,7 +155,7 @@ fs::path Reading::findInclude(const std::string& value, const Location& where) c
         std::error_code ignored;
         if (fs::is_regular_file(candidate, ignored))
             return candidate;
-        tried += (tried.empty() ? "" : ", ") + visible(candidate.string());
+        tried += (tried.empty() ? "" : ", ") + text::visible(candidate.string());
     }
     refuseInclude(value,
                   tried.empty() ? "there is no include directory to look in"

@@ -1,5 +1,7 @@
 #include "mof/Source.h"
 
+#include "text/Utf8.h"
+
 #include <mutex>
 #include <set>
 
@@ -15,11 +17,11 @@ bool continuesCharacter(char byte) {
 
 std::string shown(std::string_view token) {
     if (token.size() <= longestShownToken)
-        return visible(token);
+        return text::visible(token);
     std::size_t end = longestShownToken;
     while (end > 0 && continuesCharacter(token[end]))
         --end;
-    return visible(token.substr(0, end)) + "...";
+    return text::visible(token.substr(0, end)) + "...";
 }
 
 /// Every location points to the name of its file, and there are far more of them than files.
@@ -52,22 +54,6 @@ Location Source::at(const Position& position) const {
 
 void Source::fail(const Position& position, const std::string& message) const {
     throw MofError(at(position), message);
-}
-
-std::string visible(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string out;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte >= 0x20 && byte != 0x7F) {
-            out += c;
-        } else {
-            out += "\\x";
-            out += digits[byte >> 4U];
-            out += digits[byte & 0xFU];
-        }
-    }
-    return out;
 }
 
 std::string unexpected(std::string_view token, std::string_view expected) {

@@ -28,9 +28,6 @@ class Source {
     const std::string* _name;
 };
 
-/// `text` with control characters written as escapes, so that a message stays one line.
-std::string visible(std::string_view text);
-
 /// The one form of every syntax message; `token` is shown as it is written, cut when it is long.
 std::string unexpected(std::string_view token, std::string_view expected);
 

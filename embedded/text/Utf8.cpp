@@ -20,6 +20,14 @@ char16_t surrogateAt(std::string_view text) {
     return static_cast<char16_t>(0xD000U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU));
 }
 
+void appendEscaped(std::string& out, char c) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto byte = static_cast<unsigned char>(c);
+    out += "\\x";
+    out += digits[byte >> 4U];
+    out += digits[byte & 0xFU];
+}
+
 } // namespace
 
 std::size_t findInvalidUtf8(std::string_view text) {
@@ -51,6 +59,28 @@ std::size_t appendUtf16(std::u16string& units, std::string_view text) {
         at += 3;
     }
     return std::string_view::npos;
+}
+
+std::string visible(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    std::size_t valid = 0; // up to where `text` is known to be so
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (at >= valid)
+            valid = at + std::min(findInvalidUtf8(text.substr(at)), text.size() - at);
+        const auto byte = static_cast<unsigned char>(text[at]);
+        // U+0080 to U+009F are two bytes, of which the second is as large as the number.
+        const bool isC1 =
+            byte == 0xC2 && at + 1 < valid && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+        if (at < valid && byte >= 0x20 && byte != 0x7F && !isC1) {
+            out += text[at];
+            continue;
+        }
+        appendEscaped(out, text[at]);
+        if (isC1)
+            appendEscaped(out, text[++at]);
+    }
+    return out;
 }
 
 } // namespace embedded::text

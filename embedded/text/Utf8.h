@@ -22,6 +22,10 @@ void appendUtf8(std::string& out, char32_t character);
 /// offset of the first byte that is not valid even so, where it stops, or npos.
 std::size_t appendUtf16(std::u16string& units, std::string_view text);
 
+/// `text` as a message can show it in one line: control characters (C0, DEL, C1) and bytes that are
+/// no UTF-8 are written as \\xNN, byte by byte.
+std::string visible(std::string_view text);
+
 constexpr bool isHighSurrogate(char32_t unit) noexcept {
     return unit >= 0xD800 && unit < 0xDC00;
 }

@@ -81,5 +81,19 @@ TEST(Utf16, IsTakenCharacterByCharacter) {
     EXPECT_EQ(characters, (std::u32string{U'a', 0x1F600, 0xDE00, 0xDE00, 0xD83D, U'b', 0xD83D}));
 }
 
+TEST(Visible, IsOneLineWhateverTheTextHolds) {
+    EXPECT_EQ(visible("plain, \u00e4, \u20ac, \U0001F600"), "plain, \u00e4, \u20ac, \U0001F600");
+    EXPECT_EQ(visible("a\r\nb\tc\x1b[2J\x7f"), "a\\x0D\\x0Ab\\x09c\\x1B[2J\\x7F");
+    EXPECT_EQ(visible(std::string_view("a\0b", 3)), "a\\x00b");
+    // The controls U+0080 to U+009F, and their neighbour, which is none.
+    EXPECT_EQ(visible("\u0080\u0085\u009b\u009f\u00a0"),
+              "\\xC2\\x80\\xC2\\x85\\xC2\\x9B\\xC2\\x9F\u00a0");
+    // Bytes that are no UTF-8: cut off, alone, a surrogate.
+    EXPECT_EQ(visible("\xc3"), "\\xC3");
+    EXPECT_EQ(visible("\x85z\xff"), "\\x85z\\xFF");
+    EXPECT_EQ(visible("\xc2"), "\\xC2");
+    EXPECT_EQ(visible("\xed\xa0\x80"), "\\xED\\xA0\\x80");
+}
+
 } // namespace
 } // namespace embedded::text
