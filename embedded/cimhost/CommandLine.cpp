@@ -61,6 +61,7 @@ struct Raw {
     std::vector<std::string> mofFiles;
     std::vector<std::string> faults;
     unsigned grace = 10;
+    unsigned patience = 30;
 };
 
 void convert(const Raw& raw, Settings& settings) {
@@ -72,11 +73,20 @@ void convert(const Raw& raw, Settings& settings) {
     for (const std::string& text : raw.faults)
         settings.faults.push_back(fault(text));
     settings.grace = std::chrono::seconds(raw.grace);
+    settings.patience = std::chrono::seconds(raw.patience);
 }
 
 void declareServing(CLI::App& app, Settings& settings) {
+    CLI::Validator named(
+        [](const std::string& address) {
+            return address.empty()
+                       ? std::string("an address is expected; 0.0.0.0 or :: is every one")
+                       : std::string();
+        },
+        "");
     app.add_option("--address", settings.address, "Address or host name to listen on")
         ->type_name("ADDRESS")
+        ->check(named)
         ->capture_default_str();
     app.add_option("--port", settings.port, "Port to listen on; 0 takes any free one")
         ->type_name("PORT")
@@ -140,6 +150,13 @@ void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
     app.add_option("--grace", raw.grace, "Time for requests and providers to finish at the end")
         ->type_name("SECONDS")
         ->check(CLI::Range(0U, 3600U))
+        ->capture_default_str();
+    app.add_option(
+           "--patience", raw.patience,
+           "Time that a request waits for a module in which all places are taken, and after "
+           "which the log tells what a module has not returned from")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1U, 3600U))
         ->capture_default_str();
     app.add_option("--fault", raw.faults,
                    "Let what providers ask the server go wrong, to see what they make of it "

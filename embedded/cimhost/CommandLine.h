@@ -35,6 +35,7 @@ struct Settings {
     bool writable = false;           ///< clients may change what is in the repository
     std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
+    std::chrono::seconds patience{30}; ///< with a module that does not return
     bool keepLibraries = false;
     bool checkOnly = false;
     std::string logLevel = "info"; ///< a name that spdlog knows

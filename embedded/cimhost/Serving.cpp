@@ -1,5 +1,7 @@
 #include "cimhost/Serving.h"
 
+#include "cimhost/Directory.h"
+#include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
@@ -14,20 +16,29 @@
 
 #include <spdlog/spdlog.h>
 
+#include <algorithm>
+#include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <future>
+#include <mutex>
+#include <new>
+#include <numeric>
 #include <optional>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace embedded::cimhost {
 namespace {
 
-void warn(const std::string& line) {
-    spdlog::warn(line);
+void warnOfProvider(const std::string& line) {
+    warnOften("provider", line);
+}
+
+void warnOfTrace(const std::string& line) {
+    warnOften("wire trace", line);
 }
 
 // Leaves at once: providers are still at work, so nothing that they use may be taken apart.
@@ -37,6 +48,7 @@ void warn(const std::string& line) {
         std::fflush(stdout);
         funlockfile(stdout);
     }
+    endLog();
     std::_Exit(static_cast<int>(code));
 }
 
@@ -45,21 +57,52 @@ std::string url(const std::string& address, std::uint16_t port) {
     return "http://" + (v6 ? "[" + address + "]" : address) + ":" + std::to_string(port) + "/cimom";
 }
 
-// Scripts wait for the file to be there, so it is there only when it is complete.
-void writePortFile(const std::filesystem::path& file, std::uint16_t port) {
-    std::filesystem::path unfinished = file;
-    unfinished += ".new";
-    std::ofstream out(unfinished);
-    out << port << std::endl;
-    out.close();
-    if (!out)
-        throw std::runtime_error("cannot write the port file " + file.string());
-    std::filesystem::rename(unfinished, file);
-}
+/// The file that tells the port. Scripts wait for it to be there, so it is there only when it is
+/// complete, and no longer than the server.
+class PortFile {
+  public:
+    explicit PortFile(const std::filesystem::path& file)
+        : _directory(file.parent_path()), _name(file.filename().string()) {
+        _directory.remove(_name); // an old one would be taken for ours
+    }
+    ~PortFile() {
+        try {
+            if (!_content.empty() && _directory.content(_name) == _content)
+                _directory.remove(_name);
+        } catch (const std::exception&) { // it stays: the next server removes it
+        }
+    }
+    PortFile(const PortFile&) = delete;
+    PortFile& operator=(const PortFile&) = delete;
 
-http::Options options() {
+    void write(std::uint16_t port) {
+        const std::string unfinished = _name + "." + std::to_string(::getpid());
+        _directory.remove(unfinished);
+        _directory.create(unfinished, std::to_string(port) + "\n", 0600);
+        _directory.rename(unfinished, _name);
+        _content = std::to_string(port) + "\n";
+    }
+
+  private:
+    const Directory _directory;
+    const std::string _name;
+    std::string _content;
+};
+
+// Requests that are inside one module at once. Further ones wait, and take no thread meanwhile.
+constexpr unsigned placesOfModule = 4;
+// Threads for what is in no lane.
+constexpr unsigned freeWorkers = 4;
+
+// A lane for each module, so that one that hangs takes its own threads alone, and one for the
+// reading of long requests, so that these leave the processors to others.
+http::Options options(const host::ProviderModules& modules, std::chrono::seconds patience) {
     http::Options result;
-    result.log = warn;
+    result.log = warnOften;
+    result.laneWait = patience;
+    result.lanes.assign(modules.modules().size(), placesOfModule);
+    result.lanes.push_back(std::max(1U, std::thread::hardware_concurrency() / 2));
+    result.workers = std::accumulate(result.lanes.begin(), result.lanes.end(), freeWorkers);
     return result;
 }
 
@@ -75,14 +118,15 @@ http::ReplyWatch logged(const http::Request& request) {
     };
 }
 
-http::Handler handler(const Settings& settings, host::CimOperations& operations) {
-    http::Handler answer = [&operations](http::Request&& request) {
-        return cimxml::exchange(std::move(request), operations);
+http::Handler handler(const Settings& settings, host::CimOperations& operations,
+                      unsigned readingLane) {
+    http::Handler answer = [&operations, readingLane](http::Request&& request) {
+        return cimxml::exchange(std::move(request), operations, {readingLane});
     };
     if (spdlog::should_log(spdlog::level::debug))
         answer = http::watched(std::move(answer), logged);
     return settings.wireTrace.empty() ? answer
-                                      : traced(std::move(answer), settings.wireTrace, warn);
+                                      : traced(std::move(answer), settings.wireTrace, warnOfTrace);
 }
 
 std::optional<http::Listener> listen(const Settings& settings) {
@@ -96,40 +140,142 @@ std::optional<http::Listener> listen(const Settings& settings) {
     }
 }
 
-void unload(host::ProviderModules& modules, std::chrono::seconds grace) {
-    std::promise<void> unloaded;
-    std::thread unloading([&] {
-        modules.unloadAll();
-        unloaded.set_value();
-    });
-    if (unloaded.get_future().wait_for(grace) == std::future_status::timeout) {
-        spdlog::error("a provider's terminate() has not returned within {} s; ending without it",
-                      grace.count());
+void tellCalls(const host::ProviderModules& modules, std::chrono::seconds atLeast) noexcept {
+    const auto now = host::ProviderModules::Clock::now();
+    try {
+        for (const host::ProviderModules::Call& call : modules.calls()) {
+            const auto lasts = std::chrono::duration_cast<std::chrono::seconds>(now - call.since);
+            if (lasts >= atLeast)
+                warnOften("provider", "provider " + text(call.provider) +
+                                          " has not returned from " + text(call.from) + " for " +
+                                          std::to_string(lasts.count()) + " s");
+        }
+    } catch (const std::bad_alloc&) { // lines less
+    }
+}
+
+/// Looks from time to time which providers do not return.
+class CallWatch {
+  public:
+    CallWatch(const host::ProviderModules& modules, std::chrono::seconds patience)
+        : _thread([this, &modules, patience] {
+              std::unique_lock lock(_mutex);
+              while (!_changed.wait_for(lock, patience, [this] { return _ending; }))
+                  tellCalls(modules, patience);
+          }) {}
+    ~CallWatch() {
+        {
+            const std::lock_guard lock(_mutex);
+            _ending = true;
+        }
+        _changed.notify_all();
+        _thread.join();
+    }
+    CallWatch(const CallWatch&) = delete;
+    CallWatch& operator=(const CallWatch&) = delete;
+
+  private:
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    bool _ending = false;
+    std::thread _thread;
+};
+
+/// A thread that unloads the modules at the end. It is there from the start: at the end there may
+/// be no memory for it.
+class Unloading {
+  public:
+    explicit Unloading(host::ProviderModules& modules)
+        : _thread([this, &modules] {
+              std::unique_lock lock(_mutex);
+              _changed.wait(lock, [this] { return _state != State::Waiting; });
+              if (_state == State::NotAsked)
+                  return;
+              lock.unlock();
+              const bool all = modules.unloadAll(_until);
+              lock.lock();
+              _state = all ? State::AllUnloaded : State::OneBusy;
+              _changed.notify_all();
+          }) {}
+    /// Unless finish() has returned, nothing is unloaded here.
+    ~Unloading() {
+        change(State::NotAsked, State::Waiting);
+        _thread.join();
+    }
+    Unloading(const Unloading&) = delete;
+    Unloading& operator=(const Unloading&) = delete;
+
+    /// Those modules that return are terminated; without the others the process ends here, with a
+    /// code of its own. `drained`: no request is left inside them.
+    void finish(const host::ProviderModules& modules, bool drained, std::chrono::seconds grace) {
+        _until = host::ProviderModules::Clock::now() + (drained ? grace : std::chrono::seconds(0));
+        change(State::Asked, State::Waiting);
+        std::unique_lock lock(_mutex);
+        const bool ended =
+            _changed.wait_for(lock, grace, [this] { return _state != State::Asked; });
+        if (ended && drained && _state == State::AllUnloaded)
+            return;
+        spdlog::error("a provider{} has not returned within {} s; ending without it",
+                      ended ? "" : "'s terminate()", grace.count());
+        tellCalls(modules, std::chrono::seconds(0));
         leave(ExitCode::ProviderStuck);
     }
-    unloading.join();
-}
+
+  private:
+    enum class State { Waiting, NotAsked, Asked, AllUnloaded, OneBusy };
+
+    void change(State to, State from) {
+        const std::lock_guard lock(_mutex);
+        if (_state == from)
+            _state = to;
+        _changed.notify_all();
+    }
+
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    State _state = State::Waiting;
+    host::ProviderModules::Clock::time_point _until;
+    std::thread _thread;
+};
 
 } // namespace
 
 ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration) {
-    if (settings.portFile)
-        std::filesystem::remove(*settings.portFile); // an old one would be taken for ours
     std::optional<http::Listener> listener = listen(settings);
     if (!listener)
         return ExitCode::CannotListen;
     const std::uint16_t port = listener->port();
+    // From here on the file is this server's: one that cannot listen leaves that of another alone.
+    std::optional<PortFile> portFile;
+    const auto withPortFile = [&](const auto& step) {
+        try {
+            if (settings.portFile)
+                step(*settings.portFile);
+        } catch (const std::system_error& error) {
+            throw std::runtime_error("cannot write the port file " + settings.portFile->string() +
+                                     ": " + error.what());
+        }
+    };
+    withPortFile([&](const std::filesystem::path& file) { portFile.emplace(file); });
+    if (!listener->isLoopback())
+        spdlog::warn(
+            "{} is not a loopback address: whoever can reach it may ask this server, and nobody "
+            "is asked who they are; without --address it listens on 127.0.0.1 only",
+            settings.address);
 
     host::ModuleSettings moduleSettings{
-        settings.providerDirectories, settings.keepLibraries, warn, {}};
+        settings.providerDirectories, settings.keepLibraries, warnOfProvider, {}};
     linkOwnObjects(settings, repository.view(), port, moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
+    Unloading unloading(modules);
     host::Router router(repository, modules, host::localHostName(), settings.writable);
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
-    http::Server server(std::move(*listener), options(), handler(settings, router));
+    const http::Options httpOptions = options(modules, settings.patience);
+    http::Server server(std::move(*listener), httpOptions,
+                        handler(settings, router, static_cast<unsigned>(modules.modules().size())));
 
     const SignalWatch watch([&](unsigned count) {
         if (count > 1) {
@@ -139,16 +285,14 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
         spdlog::info("ending: requests in progress have {} s", settings.grace.count());
         server.stop(settings.grace);
     });
-    if (settings.portFile)
-        writePortFile(*settings.portFile, port);
+    withPortFile([&](const auto&) { portFile->write(port); });
     spdlog::info("serving {}", url(settings.address, port));
-    server.run();
-    if (!server.drained()) {
-        spdlog::error("a provider has not returned within {} s; ending without it",
-                      settings.grace.count());
-        leave(ExitCode::ProviderStuck);
+    {
+        const CallWatch callWatch(modules, settings.patience);
+        server.run();
     }
-    unload(modules, settings.grace);
+    portFile.reset(); // nobody listens any more
+    unloading.finish(modules, server.drained(), settings.grace);
     spdlog::info("ended");
     return ExitCode::Ok;
 }

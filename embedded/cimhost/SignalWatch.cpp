@@ -12,6 +12,7 @@ sigset_t watched() {
     sigemptyset(&set);
     sigaddset(&set, SIGINT);
     sigaddset(&set, SIGTERM);
+    sigaddset(&set, SIGHUP);
     return set;
 }
 
@@ -29,7 +30,8 @@ SignalWatch::SignalWatch(std::function<void(unsigned)> arrived)
           unsigned count = 0;
           int signal = 0;
           while (sigwait(&set, &signal) == 0 && !_ending)
-              arrived(++count);
+              if (signal != SIGHUP)
+                  arrived(++count);
       }) {
 }
 

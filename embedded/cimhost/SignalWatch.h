@@ -8,8 +8,8 @@
 namespace embedded::cimhost {
 
 /// Keeps SIGINT and SIGTERM from all threads that are started from now on, so that a SignalWatch
-/// gets them; and SIGPIPE from the process, so that a reader of our output may leave. To be called
-/// before the first thread is started.
+/// gets them; SIGPIPE from the process, so that a reader of our output may leave; and SIGHUP, so
+/// that the terminal may. To be called before the first thread is started.
 void takeSignals();
 
 /// Thread-safety: to be made and destroyed by one thread.

@@ -1,24 +1,68 @@
 #include "cimhost/WireTrace.h"
 
+#include "cimhost/Directory.h"
+#include "cimhost/Log.h"
 #include "http/Watched.h"
 #include "text/Ascii.h"
 
-#include <cstdio>
-#include <fstream>
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <functional>
 #include <memory>
-#include <mutex>
+#include <optional>
+#include <set>
+#include <system_error>
 #include <utility>
 
 namespace embedded::cimhost {
 namespace {
 
+// Fields that carry no password, cookie or the like, in lower case. Those of M-POST (RFC 2774
+// clause 3) have two digits and a hyphen before.
+bool isShown(const std::string& field) {
+    static const std::set<std::string, std::less<>> shown{"accept",
+                                                          "accept-charset",
+                                                          "accept-encoding",
+                                                          "accept-language",
+                                                          "cache-control",
+                                                          "cimbatch",
+                                                          "cimexport",
+                                                          "cimexportbatch",
+                                                          "cimexportmethod",
+                                                          "cimmethod",
+                                                          "cimobject",
+                                                          "cimoperation",
+                                                          "cimprotocolversion",
+                                                          "connection",
+                                                          "content-encoding",
+                                                          "content-language",
+                                                          "content-length",
+                                                          "content-range",
+                                                          "content-type",
+                                                          "date",
+                                                          "expect",
+                                                          "host",
+                                                          "keep-alive",
+                                                          "man",
+                                                          "opt",
+                                                          "te",
+                                                          "trailer",
+                                                          "transfer-encoding",
+                                                          "upgrade",
+                                                          "user-agent",
+                                                          "via"};
+    std::string name = text::lowered(field);
+    if (name.size() > 3 && text::isDigit(name[0]) && text::isDigit(name[1]) && name[2] == '-')
+        name.erase(0, 3);
+    return shown.count(name) != 0;
+}
+
 std::string requestText(const http::Request& request) {
     std::string text = request.verb + " " + request.target +
                        (request.version >= 11 ? " HTTP/1.1\n" : " HTTP/1.0\n");
-    for (const auto& [name, value] : request.fields) {
-        const bool secret = text::equalIgnoringCase(name, "Authorization");
-        text += name + ": " + (secret ? "(not shown)" : value) + "\n";
-    }
+    for (const auto& [name, value] : request.fields)
+        text += name + ": " + (isShown(name) ? value : "(not shown)") + "\n";
     return text + "\n" + request.body;
 }
 
@@ -29,57 +73,62 @@ std::string replyText(const http::Reply& reply) {
     return text + "\n" + reply.body;
 }
 
+// One of them is a directory, in which each text is a file of its own; the numbers go on behind
+// those of an earlier run.
 class Trace {
   public:
     Trace(const std::string& where, std::function<void(const std::string&)> log)
-        : _directory(where == "-" ? "" : where), _log(std::move(log)) {
-        if (!_directory.empty())
-            std::filesystem::create_directories(_directory);
+        : _log(std::move(log)) {
+        if (where == "-")
+            return;
+        std::filesystem::create_directories(where);
+        _directory.emplace(where);
+        for (const auto& file : std::filesystem::directory_iterator(where))
+            _number = std::max(_number.load(), numberOf(file.path().filename().string()));
     }
 
-    unsigned next() {
-        const std::lock_guard<std::mutex> lock(_mutex);
-        return ++_number;
-    }
+    unsigned next() { return ++_number; }
 
     void write(unsigned number, const char* what, const std::string& text) {
-        if (_directory.empty())
-            print(number, what, text);
-        else
-            store(number, what, text, std::ios::trunc);
+        store(number, what, text,
+              [&](const std::string& name) { _directory->create(name, text, ownerOnly); });
     }
 
     /// What follows a text that was written before.
     void writeMore(unsigned number, const char* what, const std::string& text) {
-        if (_directory.empty())
-            print(number, (std::string(what) + ", continued,").c_str(), text);
-        else
-            store(number, what, text, std::ios::app);
+        store(number, _directory ? what : (std::string(what) + ", continued,").c_str(), text,
+              [&](const std::string& name) { _directory->append(name, text); });
     }
 
   private:
-    void print(unsigned number, const char* what, const std::string& text) {
-        const std::string all =
-            "---- " + std::string(what) + " " + std::to_string(number) + "\n" + text + "\n";
-        const std::lock_guard<std::mutex> lock(_mutex);
-        std::fwrite(all.data(), 1, all.size(), stderr);
+    static constexpr unsigned ownerOnly = 0600;
+
+    static unsigned numberOf(const std::string& name) {
+        unsigned number = 0;
+        const char* const end = name.data() + name.size();
+        const auto [stop, error] = std::from_chars(name.data(), end, number);
+        return error == std::errc() && stop != end && *stop == '-' ? number : 0;
     }
 
-    void store(unsigned number, const char* what, const std::string& text,
-               std::ios::openmode mode) {
+    template <class Write>
+    void store(unsigned number, const std::string& what, const std::string& text,
+               const Write& write) {
         const std::string digits = std::to_string(number);
+        if (!_directory) {
+            logText("---- " + what + " " + digits + "\n" + text + "\n");
+            return;
+        }
         const std::string padding(digits.size() < 6 ? 6 - digits.size() : 0, '0');
-        const std::filesystem::path file = _directory / (padding + digits + "-" + what);
-        std::ofstream out(file, std::ios::binary | mode);
-        out << text << std::flush;
-        if (!out)
-            _log("cannot write " + file.string() + " of the wire trace");
+        try {
+            write(padding + digits + "-" + what);
+        } catch (const std::system_error& error) {
+            _log(std::string(error.what()) + " (wire trace)");
+        }
     }
 
-    const std::filesystem::path _directory;
+    std::optional<Directory> _directory;
     const std::function<void(const std::string&)> _log;
-    std::mutex _mutex;
-    unsigned _number = 0;
+    std::atomic<unsigned> _number{0};
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "cimhost/CommandLine.h"
 #include "cimhost/Content.h"
+#include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
 #include "cimhost/Serving.h"
 #include "cimhost/SignalWatch.h"
@@ -8,20 +9,16 @@
 #include "mof/Mof.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
+#include <fcntl.h>
 #include <iostream>
+#include <netdb.h>
+#include <unistd.h>
 
 namespace embedded::cimhost {
 namespace {
-
-void setUpLog(const std::string& level) {
-    spdlog::set_default_logger(spdlog::stderr_logger_mt("cimhost"));
-    spdlog::set_pattern("%Y-%m-%dT%H:%M:%S.%e %l: %v");
-    spdlog::set_level(spdlog::level::from_str(level));
-}
 
 // The findings are the result that was asked for, so they go to standard output.
 ExitCode check(const Settings& settings, const repository::View& view,
@@ -68,20 +65,46 @@ ExitCode run(const Settings& settings) {
     return serve(settings, repository, registration);
 }
 
+ExitCode runLogged(const Settings& settings) {
+    try {
+        return run(settings);
+    } catch (const std::exception& error) {
+        spdlog::error("{}", error.what());
+    } catch (const Pegasus::Exception& error) {
+        spdlog::error("{}", text(error.getMessage()));
+    }
+    return ExitCode::RuntimeFailure;
+}
+
+// Whoever starts the program may have closed them; the next file or connection would take their
+// place, and the modules' output would go there.
+void openStandardStreams() {
+    int opened = STDIN_FILENO;
+    while (opened <= STDERR_FILENO && opened >= 0)
+        opened = ::open("/dev/null", O_RDWR);
+    if (opened > STDERR_FILENO)
+        ::close(opened);
+}
+
+// The GNU C library reads its configuration of name services at the first lookup of any kind, and
+// ends the process when it has no memory for it (an assertion, or a null pointer: nss_database.c).
+// So the first one is made here, one that asks no other machine, and not in a module's
+// initialize().
+void prepareNameServices() {
+    ::getprotobyname("tcp");
+}
+
 int main(int argc, const char* const* argv) {
+    openStandardStreams();
+    prepareNameServices();
     const CommandLine commandLine = readCommandLine(argc, argv);
     if (!commandLine.settings)
         return static_cast<int>(commandLine.exitCode);
     takeSignals();
     setUpLog(commandLine.settings->logLevel);
-    try {
-        return static_cast<int>(run(*commandLine.settings));
-    } catch (const std::exception& error) {
-        spdlog::error(error.what());
-    } catch (const Pegasus::Exception& error) {
-        spdlog::error(text(error.getMessage()));
-    }
-    return static_cast<int>(ExitCode::RuntimeFailure);
+    const ExitCode code = runLogged(*commandLine.settings);
+    endLog();
+    return static_cast<int>(code);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "cimxml/Exchange.h"
 
 #include "cimxml/HeaderFields.h"
+#include "cimxml/Text.h"
 #include "http/Wire.h"
 
 #include <algorithm>
@@ -18,6 +19,9 @@ namespace {
 // A longer request takes a worker already to be read: other connections are not to wait for it.
 constexpr std::size_t longestReadAtOnce = std::size_t{32} * 1024;
 
+// Bytes of a request that a reply quotes.
+constexpr std::size_t longestDetail = 256;
+
 constexpr const char* verbPost = "POST";
 constexpr const char* verbExtensionPost = "M-POST";
 // The name of the HTTP extension that CIM-XML is (DSP0200 clause 6.2.2).
@@ -34,6 +38,16 @@ const char* reason(unsigned status) {
     }
 }
 
+// A detail may quote the request. Cut between characters.
+std::string shortened(const std::string& detail) {
+    if (detail.size() <= longestDetail)
+        return detail;
+    std::size_t end = longestDetail;
+    while (end > 0 && (static_cast<unsigned char>(detail[end]) & 0xC0U) == 0x80U)
+        --end;
+    return detail.substr(0, end) + "...";
+}
+
 // What clients have learnt to read: a CIMError that names the kind of error, and a text for
 // people, escaped so that it stays one word.
 Reply errorReply(unsigned status, const std::string& cimError, const std::string& detail) {
@@ -41,7 +55,7 @@ Reply errorReply(unsigned status, const std::string& cimError, const std::string
     if (!cimError.empty())
         fields.emplace_back("CIMError", cimError);
     if (!detail.empty())
-        fields.emplace_back("PGErrorDetail", http::percentEncoded(detail));
+        fields.emplace_back("PGErrorDetail", http::percentEncoded(shortened(detail)));
     return emptyReply(status, reason(status), std::move(fields));
 }
 
@@ -98,15 +112,25 @@ http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
         const std::shared_ptr<ReplyDocument> document =
             answer(request.body, cimHeaders(request, prefix));
         const auto reply = [=] { return replyOf(document, extended, prefix); };
-        if (document->entersModules())
-            return http::Work(reply);
-        return reply();
+        if (document->modules().empty())
+            return reply();
+        std::vector<unsigned> lanes;
+        std::string names;
+        for (const host::Module* module : document->modules()) {
+            lanes.push_back(module->number);
+            names += (names.empty() ? "" : " or ") + toUtf8(module->name);
+        }
+        return http::Work(reply, std::move(lanes), [=] {
+            document->giveUp("Provider module " + names + " is not answering.");
+            return reply();
+        });
     } catch (const RequestRejected& rejected) {
         return errorReply(rejected.status(), rejected.cimError(), rejected.what());
     }
 }
 
-http::Answer exchange(Request&& request, host::CimOperations& operations) {
+http::Answer exchange(Request&& request, host::CimOperations& operations,
+                      std::vector<unsigned> longReading) {
     const auto answer = [&operations](const Request& read) {
         return exchange(read, [&](const std::string& body, const Headers& headers) {
             // Nobody is authenticated, so nobody has a name.
@@ -115,11 +139,14 @@ http::Answer exchange(Request&& request, host::CimOperations& operations) {
     };
     if (request.body.size() <= longestReadAtOnce)
         return answer(request);
-    return http::Work([answer, request = std::move(request)] {
+    // What a long request asks for is more work, too, and stays in the lanes of its like.
+    auto read = [answer, longReading, request = std::move(request)] {
         http::Answer answered = answer(request);
-        const auto* const work = std::get_if<http::Work>(&answered);
-        return work ? (*work)() : std::get<Reply>(std::move(answered));
-    });
+        if (http::Work* more = std::get_if<http::Work>(&answered))
+            more->lanes.insert(more->lanes.end(), longReading.begin(), longReading.end());
+        return answered;
+    };
+    return http::Work(std::move(read), std::move(longReading));
 }
 
 } // namespace embedded::cimxml

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace embedded::cimxml {
 
@@ -16,12 +17,15 @@ using DocumentAnswer =
     std::function<std::shared_ptr<ReplyDocument>(const std::string& body, const Headers& headers)>;
 
 /// Answers one request whose document is `answer`'s to read: at once, or with Work for a reply that
-/// enters modules. A long document goes out in pieces. Throws what `answer` throws but for
-/// RequestRejected.
+/// enters modules, in the lanes whose numbers are those of the modules; if it waits there for too
+/// long, the client is told which of them is not answering. A long document goes out in pieces.
+/// Throws what `answer` throws but for RequestRejected.
 http::Answer exchange(const http::Request& request, const DocumentAnswer& answer);
 
-/// Answers one CIM-XML request; to be used as an http::Handler. A long request is read on a worker.
-/// `operations` must be thread-safe and outlive the replies.
-http::Answer exchange(http::Request&& request, host::CimOperations& operations);
+/// Answers one CIM-XML request; to be used as an http::Handler. A long request is read on a worker,
+/// and answered there, in the lanes `longReading` besides those of the modules. `operations` must
+/// be thread-safe and outlive the replies.
+http::Answer exchange(http::Request&& request, host::CimOperations& operations,
+                      std::vector<unsigned> longReading = {});
 
 } // namespace embedded::cimxml

@@ -58,7 +58,12 @@ class Exchange::State {
         });
     }
 
-    bool entersModules() const { return _error.empty() && _plan.entersModules; }
+    const std::vector<const host::Module*>& modules() const { return _plan.modules; }
+    void giveUp(const std::string& why) {
+        _plan = {};
+        _error =
+            errorOf([&] { throw Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, fromUtf8(why)); });
+    }
     bool ended() const { return _stage == Stage::Ended; }
 
     bool next(std::string& out) {
@@ -156,8 +161,12 @@ Exchange::Exchange(const std::string& body, const Headers& headers, const host::
 
 Exchange::~Exchange() = default;
 
-bool Exchange::entersModules() const {
-    return _state->entersModules();
+const std::vector<const host::Module*>& Exchange::modules() const {
+    return _state->modules();
+}
+
+void Exchange::giveUp(const std::string& why) {
+    _state->giveUp(why);
 }
 
 bool Exchange::next(std::string& out) {

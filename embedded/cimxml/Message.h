@@ -42,8 +42,10 @@ class ReplyDocument {
   public:
     virtual ~ReplyDocument() = default;
 
-    /// Whether the first piece takes calls of providers, which may take their time.
-    virtual bool entersModules() const = 0;
+    /// The modules whose providers are called for the first piece, which may take their time.
+    virtual const std::vector<const host::Module*>& modules() const = 0;
+    /// Before the first piece: nobody is called, and the reply is CIM_ERR_FAILED with `why`.
+    virtual void giveUp(const std::string& why) = 0;
     /// Appends the next piece to `out`, not much more than 64 KiB of it; false, with nothing
     /// appended, behind the end. What a call behind the first one throws leaves the document
     /// without an end.
@@ -63,7 +65,8 @@ class Exchange final : public ReplyDocument {
              host::CimOperations& operations);
     ~Exchange() override;
 
-    bool entersModules() const override;
+    const std::vector<const host::Module*>& modules() const override;
+    void giveUp(const std::string& why) override;
     bool next(std::string& out) override;
     bool ended() const override;
 

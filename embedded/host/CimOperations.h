@@ -5,6 +5,7 @@
 #include <hosting/Operation.h>
 
 #include <functional>
+#include <vector>
 
 namespace embedded::host {
 
@@ -19,12 +20,20 @@ using Pegasus::hosting::onlyOf;
 using Pegasus::hosting::Operation;
 using Pegasus::hosting::OperationKind;
 
+/// A registered module, by the number that it has in this process.
+struct Module {
+    unsigned number;
+    Pegasus::String name;
+};
+
 /// What will be done for an operation: decided, and not begun.
 struct Plan {
-    bool entersModules = false; ///< perform() calls providers, and so may take its time
+    /// Those that perform() calls, and so may wait for, each once; they live as long as who made
+    /// the plan. Without any it takes no time to speak of.
+    std::vector<const Module*> modules;
     /// To be called once. Throws Pegasus::CIMException with the status and the message that the
-    /// client is to see, and nothing else. When it has returned, every provider has answered: what
-    /// the cursor still reads comes from memory and cannot fail.
+    /// client is to see, or std::bad_alloc, and nothing else. When it has returned, every provider
+    /// has answered: what the cursor still reads comes from memory and cannot fail.
     std::function<Answer()> perform;
 };
 

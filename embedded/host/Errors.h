@@ -3,6 +3,7 @@
 
 #include <Pegasus/Common/Exception.h>
 
+#include <new>
 #include <utility>
 
 namespace embedded::host {
@@ -14,11 +15,15 @@ namespace embedded::host {
 /// be closed. REQUIRES: called from within a catch clause.
 Pegasus::CIMException currentCimException();
 
-/// Runs `operation`; whatever leaves it is a CIMException (see currentCimException).
+/// Runs `operation`; whatever leaves it is a CIMException (see currentCimException), but for
+/// std::bad_alloc: that a server is out of memory is not what an operation came to, and a provider
+/// whose read-back ends so must not take it for an answer.
 template <class Operation>
 auto asCimErrors(Operation&& operation) -> decltype(operation()) {
     try {
         return std::forward<Operation>(operation)();
+    } catch (const std::bad_alloc&) {
+        throw std::bad_alloc();
     } catch (...) {
         throw currentCimException();
     }

@@ -3,6 +3,7 @@
 #include "host/Errors.h"
 #include "host/Values.h"
 
+#include <new>
 #include <stdexcept>
 
 namespace embedded::host {
@@ -22,8 +23,8 @@ CIMException failed(const std::string& text) {
 LoadedProvider::LoadedProvider(const RegisteredModule& module, const ProviderName& name,
                                const ModuleSettings& settings)
     : _name(name), _settings(settings) {
-    create(module);
     _handle.emplace();
+    create(module);
     if (!initialize()) {
         terminate();
         throw failed("provider initialization failed");
@@ -64,8 +65,9 @@ bool LoadedProvider::initialize() {
         return true;
     } catch (const CIMException& error) {
         log("initialize", error);
-        return false;
+    } catch (const std::bad_alloc&) { // who asked is told of a failure
     }
+    return false;
 }
 
 void LoadedProvider::terminate() {
@@ -74,14 +76,18 @@ void LoadedProvider::terminate() {
         asCimErrors([&] { _object->terminate(); });
     } catch (const CIMException& error) {
         log("terminate", error);
+    } catch (const std::bad_alloc&) { // it is gone all the same
     }
     _object = nullptr;
 }
 
-void LoadedProvider::log(const char* operation, const CIMException& error) const {
-    if (_settings.log) {
-        _settings.log("provider " + utf8(_name.name) + " of module " + utf8(_name.module) + ": " +
-                      operation + "(): " + utf8(error.getMessage()));
+void LoadedProvider::log(const char* operation, const CIMException& error) const noexcept {
+    try {
+        if (_settings.log) {
+            _settings.log("provider " + utf8(_name.name) + " of module " + utf8(_name.module) +
+                          ": " + operation + "(): " + utf8(error.getMessage()));
+        }
+    } catch (...) { // a line less
     }
 }
 

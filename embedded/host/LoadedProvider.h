@@ -29,7 +29,7 @@ class LoadedProvider {
     void create(const RegisteredModule& module);
     bool initialize();
     void terminate();
-    void log(const char* operation, const Pegasus::CIMException& error) const;
+    void log(const char* operation, const Pegasus::CIMException& error) const noexcept;
 
     const ProviderName& _name;
     const ModuleSettings& _settings;

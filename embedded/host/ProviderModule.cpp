@@ -3,7 +3,10 @@
 #include "host/CallChain.h"
 #include "host/LoadedProvider.h"
 
+#include <algorithm>
 #include <condition_variable>
+#include <iterator>
+#include <list>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -25,46 +28,58 @@ class LoadingOrder {
     std::map<std::thread::id, const ModuleProvider*> waiting;
     /// In the order in which they became ready.
     std::vector<ModuleProvider*> ready;
-    unsigned loading = 0; ///< providers that some thread is making ready
+    unsigned loading = 0;                   ///< providers that some thread is making ready
+    std::list<ProviderModules::Call> calls; ///< that have not returned, the oldest first
     bool closed = false;
 };
 
 class ModuleProvider : public Provider {
   public:
-    ModuleProvider(ProviderName name, const RegisteredModule& module,
+    using Clock = ProviderModules::Clock;
+
+    ModuleProvider(ProviderName name, const RegisteredModule& registered, const Module& module,
                    const ModuleSettings& settings, LoadingOrder& order)
-        : _name(std::move(name)), _module(module), _settings(settings), _order(order) {}
+        : _name(std::move(name)), _registered(registered), _module(module), _settings(settings),
+          _order(order) {}
 
     String name() const override { return _name.module + String("/") + _name.name; }
+    const Module& module() const override { return _module; }
 
     void call(const CIMName& className,
               const std::function<void(Pegasus::CIMProvider&)>& use) override {
-        if (_module.stopped) {
+        if (_registered.stopped) {
             throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "provider blocked.");
         }
         const ModuleStay stay(_name.module, className);
-        const Use inUse(*this);
+        const Use inUse(*this, className.getString());
         use(_loaded->object());
     }
 
-    /// REQUIRES: the order is closed, so that no new request comes.
-    void unload(std::unique_lock<std::mutex>& lock) {
-        _order.changed.wait(lock, [&] { return _users == 0; });
+    /// REQUIRES: the order is closed, so that no new request comes. False: it was not free in time.
+    bool unload(std::unique_lock<std::mutex>& lock, Clock::time_point until) {
+        if (!_order.changed.wait_until(lock, until, [&] { return _users == 0; })) {
+            return false;
+        }
         lock.unlock();
         {
             const ModuleStay stay(_name.module, CIMName());
             _loaded.reset();
         }
         lock.lock();
+        return true;
     }
 
   private:
+    using Calls = std::list<ProviderModules::Call>;
+
     /// A request in progress; the provider is ready while it lasts.
     class Use {
       public:
-        explicit Use(ModuleProvider& provider) : _provider(provider) { provider.enter(); }
+        Use(ModuleProvider& provider, const String& className)
+            : _provider(provider), _call(provider.enter(className)) {}
         ~Use() {
             const std::lock_guard<std::mutex> lock(_provider._order.mutex);
+            _provider._order.calls.erase(_call);
             --_provider._users;
             _provider._order.changed.notify_all();
         }
@@ -73,9 +88,10 @@ class ModuleProvider : public Provider {
 
       private:
         ModuleProvider& _provider;
+        const Calls::iterator _call;
     };
 
-    void enter() {
+    Calls::iterator enter(const String& className) {
         std::unique_lock<std::mutex> lock(_order.mutex);
         while (_loader != std::thread::id()) {
             waitForLoader(lock);
@@ -86,16 +102,23 @@ class ModuleProvider : public Provider {
         if (!_loaded) {
             load(lock);
         }
+        const Calls::iterator call = begin(className);
         ++_users;
+        return call;
+    }
+
+    Calls::iterator begin(const String& what) {
+        return _order.calls.insert(_order.calls.end(), {name(), what, Clock::now()});
     }
 
     void load(std::unique_lock<std::mutex>& lock) {
+        _call = begin("initialize()");
         _loader = std::this_thread::get_id();
         ++_order.loading;
         lock.unlock();
         std::unique_ptr<LoadedProvider> loaded;
         try {
-            loaded = std::make_unique<LoadedProvider>(_module, _name, _settings);
+            loaded = std::make_unique<LoadedProvider>(_registered, _name, _settings);
         } catch (...) {
             lock.lock();
             finish();
@@ -108,6 +131,7 @@ class ModuleProvider : public Provider {
     }
 
     void finish() {
+        _order.calls.erase(_call);
         _loader = std::thread::id();
         --_order.loading;
         _order.changed.notify_all();
@@ -141,22 +165,36 @@ class ModuleProvider : public Provider {
     }
 
     const ProviderName _name;
-    const RegisteredModule& _module;
+    const RegisteredModule& _registered;
+    const Module& _module;
     const ModuleSettings& _settings;
     LoadingOrder& _order;
     // What follows is guarded by the order's mutex; the pointee of _loaded is not.
     std::thread::id _loader; ///< none: nobody is loading it
+    Calls::iterator _call;   ///< the loader's
     std::unique_ptr<LoadedProvider> _loaded;
     unsigned _users = 0;
 };
 
+void addModule(std::vector<const Module*>& modules, const Provider* provider) {
+    if (provider != nullptr &&
+        std::find(modules.begin(), modules.end(), &provider->module()) == modules.end()) {
+        modules.push_back(&provider->module());
+    }
+}
+
 ProviderModules::ProviderModules(Registration registration, ModuleSettings settings)
     : _registration(std::move(registration)), _settings(std::move(settings)),
       _order(std::make_unique<LoadingOrder>()) {
+    const auto& registered = _registration.modules();
+    for (const auto& [name, module] : registered) {
+        _modules.push_back({static_cast<unsigned>(_modules.size()), name});
+    }
     for (const ProviderName& name : _registration.providers()) {
-        _providers.emplace(
-            name, std::make_unique<ModuleProvider>(name, _registration.modules().at(name.module),
-                                                   _settings, *_order));
+        const auto module = registered.find(name.module);
+        const auto number = static_cast<std::size_t>(std::distance(registered.begin(), module));
+        _providers.emplace(name, std::make_unique<ModuleProvider>(
+                                     name, module->second, _modules[number], _settings, *_order));
     }
 }
 
@@ -170,16 +208,22 @@ Provider* ProviderModules::find(const Pegasus::CIMNamespaceName& nameSpace,
     return name == nullptr ? nullptr : _providers.at(*name).get();
 }
 
-void ProviderModules::unloadAll() {
+bool ProviderModules::unloadAll(Clock::time_point until) {
     std::unique_lock<std::mutex> lock(_order->mutex);
     _order->closed = true;
     // A provider that was being loaded becomes ready meanwhile and is terminated like the others.
-    _order->changed.wait(lock, [&] { return _order->loading == 0; });
+    bool all = _order->changed.wait_until(lock, until, [&] { return _order->loading == 0; });
     while (!_order->ready.empty()) {
         ModuleProvider* const last = _order->ready.back();
         _order->ready.pop_back();
-        last->unload(lock);
+        all = last->unload(lock, until) && all;
     }
+    return all;
+}
+
+std::vector<ProviderModules::Call> ProviderModules::calls() const {
+    const std::lock_guard<std::mutex> lock(_order->mutex);
+    return {_order->calls.begin(), _order->calls.end()};
 }
 
 } // namespace embedded::host

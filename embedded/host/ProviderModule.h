@@ -8,6 +8,7 @@
 #include "host/Provider.h"
 #include "host/Registration.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -39,6 +40,8 @@ class LoadingOrder;
 /// Thread-safety: all members may be called from several threads at once.
 class ProviderModules {
   public:
+    using Clock = std::chrono::steady_clock;
+
     ProviderModules(Registration registration, ModuleSettings settings);
     /// Unloads all.
     ~ProviderModules();
@@ -49,14 +52,28 @@ class ProviderModules {
     Provider* find(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
                    ProviderType type) const;
 
-    /// For good: waits for the requests in progress, calls terminate() on every loaded provider,
-    /// the one that was ready last first, and closes its library. Requests that come later get
-    /// CIM_ERR_FAILED.
-    void unloadAll();
+    /// All registered modules, in the order of their numbers, which count from 0.
+    const std::vector<Module>& modules() const { return _modules; }
+
+    /// For good: calls terminate() on every loaded provider, the one that was ready last first, and
+    /// closes its library. Requests that come later get CIM_ERR_FAILED. Waits for the requests in
+    /// progress, until `until` at most: a provider that is still busy then is left as it is, since
+    /// what is inside needs it. False: one was.
+    bool unloadAll(Clock::time_point until = Clock::time_point::max());
+
+    /// A call into a provider that has not returned.
+    struct Call {
+        Pegasus::String provider; ///< "module/name"
+        Pegasus::String from;     ///< "initialize()", or the class of a request
+        Clock::time_point since;
+    };
+    /// All of them now, the oldest first.
+    std::vector<Call> calls() const;
 
   private:
     const Registration _registration;
     const ModuleSettings _settings;
+    std::vector<Module> _modules;
     std::unique_ptr<LoadingOrder> _order;
     std::map<ProviderName, std::unique_ptr<ModuleProvider>> _providers;
 };

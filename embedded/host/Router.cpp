@@ -74,13 +74,13 @@ CIMPropertyList allProperties(const CIMClass& cimClass) {
 
 /// A plan whose errors are all CIMExceptions.
 template <class Perform>
-Plan planned(bool entersModules, Perform perform) {
-    return {entersModules,
+Plan planned(std::vector<const Module*> modules, Perform perform) {
+    return {std::move(modules),
             [perform = std::move(perform)]() mutable { return asCimErrors(perform); }};
 }
 
 Plan answered(Cursor cursor) {
-    return {false, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
+    return {{}, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
 }
 
 } // namespace
@@ -186,7 +186,7 @@ Plan Router::planGet(const Question& question) const {
                 operation)
                 .next));
     }
-    return planned(true, [this, &operation, provider] {
+    return planned({&provider->module()}, [this, &operation, provider] {
         const bool whole = operation.kind == OperationKind::GetInstance;
         const CIMObjectPath path = requestPath(operation, operation.objectName);
         InstanceCollector collector(Expected::One);
@@ -239,12 +239,12 @@ Plan Router::planWrite(const Question& question) {
     }
     question.requireClass(className);
     if (provider != nullptr) {
-        return planned(true, [this, &operation, provider, objectName] {
+        return planned({&provider->module()}, [this, &operation, provider, objectName] {
             return askToWrite(operation, *provider, requestPath(operation, objectName));
         });
     }
     requireWritable(question, className);
-    return planned(false, [this, &operation]() -> Answer {
+    return planned({}, [this, &operation]() -> Answer {
         switch (operation.kind) {
         case OperationKind::CreateInstance:
             return {
@@ -291,10 +291,12 @@ Plan Router::planEnumeration(const Question& question) const {
     const auto& [operation, view] = question;
     question.requireClass(operation.className);
     std::vector<Source> sources{{operation.className, providerOf(question, operation.className)}};
-    bool entersModules = sources[0].provider != nullptr;
     for (const CIMName& name : view.subClassNames(operation.nameSpace, operation.className, true)) {
         sources.push_back({name, providerOf(question, name)});
-        entersModules = entersModules || sources.back().provider != nullptr;
+    }
+    std::vector<const Module*> modules;
+    for (const Source& source : sources) {
+        addModule(modules, source.provider);
     }
     // Without deep inheritance instances of subclasses show the properties that the class
     // asked for has, no more. Nobody after this one knows that list, so it is applied here.
@@ -304,7 +306,7 @@ Plan Router::planEnumeration(const Question& question) const {
         ofThisClass ? allProperties(view.getClass(operation.nameSpace, operation.className))
                     : operation.propertyList;
     return planned(
-        entersModules, [this, question, sources = std::move(sources), ofThisClass, list] {
+        std::move(modules), [this, question, sources = std::move(sources), ofThisClass, list] {
             Legs legs;
             for (const Source& source : sources) {
                 legs.add([&] { return enumerated(question, source, list); });

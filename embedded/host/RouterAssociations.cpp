@@ -94,8 +94,7 @@ Plan Router::planTraversal(const Question& question) {
                                               {resultClass, operation.role, operation.resultRole});
     if (operation.objectName.getKeyBindings().size() == 0) {
         Cursor cursor = completed(operation, classesAt(operation, view, associations, candidates));
-        return {false,
-                [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
+        return {{}, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
     }
 
     std::vector<Source> served;
@@ -118,15 +117,19 @@ Plan Router::planTraversal(const Question& question) {
     } else {
         stored = associations.instances(unserved);
     }
-    const bool entersModules =
-        !served.empty() ||
-        (operation.kind == OperationKind::Associators &&
-         std::any_of(farPaths.begin(), farPaths.end(), [&](const CIMObjectPath& path) {
-             return _modules.find(path.getNameSpace(), path.getClassName(),
-                                  ProviderType::Instance) != nullptr;
-         }));
-    return {entersModules, [this, question, served = std::move(served), stored = std::move(stored),
-                            farPaths = std::move(farPaths)]() mutable {
+    std::vector<const Module*> modules;
+    for (const Source& source : served) {
+        addModule(modules, source.provider);
+    }
+    if (operation.kind == OperationKind::Associators) {
+        for (const CIMObjectPath& path : farPaths) {
+            addModule(modules, _modules.find(path.getNameSpace(), path.getClassName(),
+                                             ProviderType::Instance));
+        }
+    }
+    return {std::move(modules),
+            [this, question, served = std::move(served), stored = std::move(stored),
+             farPaths = std::move(farPaths)]() mutable {
                 return asCimErrors([&] {
                     const Operation& asked = question.operation;
                     Legs legs;

@@ -1,5 +1,6 @@
 #include "http/Connection.h"
 
+#include "http/Framing.h"
 #include "text/Ascii.h"
 
 #include <boost/asio/post.hpp>
@@ -10,6 +11,7 @@
 #include <ctime>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace embedded::http {
 
@@ -50,11 +52,21 @@ Connection::Connection(Socket socket, ConnectionOwner& owner)
     Error error;
     const auto peer = _socket.remote_endpoint(error);
     std::ostringstream name;
-    if (error)
+    if (error) {
         name << "a client";
-    else
+    } else {
         name << peer;
+        _peerAddress = peer.address().to_string();
+    }
     _peer = name.str();
+}
+
+void Connection::failed() noexcept {
+    try {
+        _owner.log("connection lost", _peer + ": connection closed: " + thrownText());
+    } catch (...) { // no memory to say so
+    }
+    close();
 }
 
 void Connection::start() {
@@ -62,9 +74,26 @@ void Connection::start() {
 }
 
 void Connection::refuse(Reply reply) {
-    _owner.log(_peer + ": " + std::to_string(reply.status) + " " + reply.reason);
+    const std::string said = std::to_string(reply.status) + " " + reply.reason;
+    _owner.log(said, _peer + ": " + said);
     _persistence = Persistence::Close;
     respond(std::move(reply));
+}
+
+void Connection::giveWay() {
+    if (_state != State::Idle && _state != State::Reading)
+        return;
+    _owner.log("gave way",
+               _peer + ": closed, as too many are connected and this one waited longest");
+    if (_state == State::Idle)
+        close();
+    else
+        requestTimedOut();
+}
+
+void Connection::waitFor(Waiting what) {
+    _waiting = what;
+    _waitingSince = Clock::now().time_since_epoch().count();
 }
 
 void Connection::stop() {
@@ -84,8 +113,9 @@ void Connection::awaitRequest() {
         if (first == tlsRecord[0] && _in.size() < tlsRecord.size())
             break; // the next byte tells
         if (std::string_view(bytes, _in.size()).substr(0, tlsRecord.size()) == tlsRecord) {
-            _owner.log(_peer + ": this looks like TLS, but this port speaks plain HTTP; use "
-                               "http://");
+            _owner.log("TLS on a plain port",
+                       _peer +
+                           ": this looks like TLS, but this port speaks plain HTTP; use http://");
             close();
             return;
         }
@@ -96,6 +126,7 @@ void Connection::awaitRequest() {
         _in.consume(1);
     }
     _state = State::Idle;
+    waitFor(Waiting::ForARequest);
     if (_in.capacity() > readSize)
         _in.shrink_to_fit(); // a connection that waits keeps no large buffer
     within(_owner.options().idleTimeout, &Connection::close);
@@ -106,7 +137,7 @@ void Connection::read() {
     const bool inBody = _parser && _parser->is_header_done();
     _socket.async_read_some(_in.prepare(inBody ? bodyReadSize : readSize),
                             [self = shared_from_this()](const Error& error, std::size_t size) {
-                                self->bytesRead(error, size);
+                                self->attempt([&] { self->bytesRead(error, size); });
                             });
 }
 
@@ -135,6 +166,8 @@ void Connection::bytesRead(const Error& error, std::size_t size) {
 
 void Connection::beginRequest() {
     _state = State::Reading;
+    waitFor(Waiting::ForTheRest);
+    _taken = 0;
     _parser.emplace();
     _parser->header_limit(_owner.options().headerLimit);
     _parser->body_limit(_owner.options().bodyLimit);
@@ -150,23 +183,48 @@ void Connection::parse() {
         }
         const bool inHeader = !_parser->is_header_done();
         Error error;
-        _in.consume(_parser->put(_in.data(), error));
+        const std::size_t taken = _parser->put(_in.data(), error);
+        _in.consume(taken);
+        _taken += taken;
+        // The parser bounds header and body, but neither the lines that begin chunks nor trailers.
+        const Options& options = _owner.options();
+        if (error == beast::http::error::need_more && _in.size() > options.headerLimit)
+            error = beast::http::error::header_limit;
+        else if (_taken > options.headerLimit + options.bodyLimit && !_parser->is_done())
+            error = beast::http::error::body_limit;
+        if (!account(_taken)) {
+            reject(503, "Service Unavailable", "too many bytes wait to be sent or handled");
+            return;
+        }
         if (error == beast::http::error::need_more) {
-            // The parser bounds the header, but not the line that begins a chunk, nor trailers.
-            if (_in.size() > _owner.options().headerLimit)
-                readingFailed(beast::http::make_error_code(beast::http::error::header_limit));
-            else
-                read();
+            read();
             return;
         }
         if (error) {
             readingFailed(error);
             return;
         }
-        if (inHeader && _parser->is_header_done() && holdForExpectation())
+        if (inHeader && _parser->is_header_done() && (refusesFraming() || holdForExpectation()))
             return;
     }
     handle();
+}
+
+// Has the owner know that `bytes` are kept here. False: they are too many, with those of others.
+bool Connection::account(std::size_t bytes) {
+    const auto all = static_cast<std::int64_t>(bytes);
+    if (!_owner.hold(all - _held))
+        return false;
+    _held = all;
+    return true;
+}
+
+// The header is there. Whether it is refused for what it says of the body.
+bool Connection::refusesFraming() {
+    const std::optional<Refusal> fault = framingFault(_parser->request());
+    if (fault)
+        reject(fault->status, fault->reason, fault->why);
+    return fault.has_value();
 }
 
 // The header is there. Whether what it expects (RFC 9110 clause 10.1.1) is to be seen to before the
@@ -185,10 +243,12 @@ bool Connection::holdForExpectation() {
         return false;
     asio::async_write(_socket, asio::buffer(interim),
                       [self = shared_from_this()](const Error& error, std::size_t) {
-                          if (error || self->_timedOut)
-                              self->bytesRead(error, 0);
-                          else if (self->_state == State::Reading)
-                              self->parse();
+                          self->attempt([&] {
+                              if (error || self->_timedOut)
+                                  self->bytesRead(error, 0);
+                              else if (self->_state == State::Reading)
+                                  self->parse();
+                          });
                       });
     return true;
 }
@@ -196,6 +256,7 @@ bool Connection::holdForExpectation() {
 void Connection::handle() {
     disarm();
     _state = State::Handling;
+    _waiting = Waiting::ForNothing;
     Request request = std::move(_parser->request());
     _chunks = request.version >= 11;
     if (!_parser->keep_alive())
@@ -211,6 +272,10 @@ void Connection::handle() {
 void Connection::respond(Reply reply) {
     if (_state == State::Closed)
         return;
+    if (reply.status == 0) {
+        close();
+        return;
+    }
     _reply = std::move(reply);
     if (_reply.rest && !_chunks)
         gather();
@@ -225,12 +290,16 @@ void Connection::gather() {
         if (!_reply.rest(_reply.body))
             _reply.rest = nullptr;
     } catch (...) {
-        _owner.log("500 for " + _asked + ": " + thrownText());
+        _owner.log("500", "500 for " + _asked + ": " + thrownText());
         _reply = emptyReply(500, "Internal Server Error");
     }
+    if (!account(_taken + _reply.body.size())) {
+        _owner.log("503", "503 for " + _asked + ": too many bytes wait to be sent or handled");
+        _reply = emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}});
+    }
     if (_reply.body.size() > limit) {
-        _owner.log("500 for " + _asked + ": more than " + std::to_string(limit) +
-                   " bytes for a client that has to have them whole (HTTP/1.0)");
+        _owner.log("500", "500 for " + _asked + ": more than " + std::to_string(limit) +
+                              " bytes for a client that has to have them whole (HTTP/1.0)");
         _reply = emptyReply(500, "Internal Server Error");
     }
     if (_reply.rest)
@@ -245,7 +314,7 @@ void Connection::send() {
     try {
         _head = wireHeader(_reply, _persistence, now());
     } catch (const std::invalid_argument& error) {
-        _owner.log(_peer + ": reply not sent: " + error.what());
+        _owner.log("reply not sent", _peer + ": reply not sent: " + error.what());
         _reply = emptyReply(500, "Internal Server Error");
         _head = wireHeader(_reply, _persistence, now());
     }
@@ -274,7 +343,7 @@ void Connection::nextPiece() {
     try {
         more = _reply.rest(_reply.body);
     } catch (...) {
-        _owner.log("reply cut off, " + _asked + ": " + thrownText());
+        _owner.log("reply cut off", "reply cut off, " + _asked + ": " + thrownText());
         _persistence = Persistence::Close;
         linger();
         return;
@@ -290,22 +359,26 @@ void Connection::nextPiece() {
     sendPiece(chunkEnd);
 }
 
-// Some bytes after the other, so that the time runs against a client that takes nothing, not
-// against a long reply.
+// Some bytes after the other, so that the time runs against a client that takes too little in it,
+// not against a long reply.
 void Connection::write() {
+    if (_state != State::Writing || _sent >= _owner.options().leastTaken) {
+        _sent = 0;
+        within(_owner.options().requestTimeout, &Connection::close);
+    }
     _state = State::Writing;
-    within(_owner.options().requestTimeout, &Connection::close);
     _socket.async_write_some(_out,
                              [self = shared_from_this()](const Error& error, std::size_t size) {
                                  if (self->_state == State::Closed)
                                      return;
                                  self->_out.consume(size);
+                                 self->_sent += size;
                                  if (error)
                                      self->close();
                                  else if (beast::buffer_bytes(self->_out) != 0)
-                                     self->write();
+                                     self->attempt([&] { self->write(); });
                                  else
-                                     self->written();
+                                     self->attempt([&] { self->written(); });
                              });
 }
 
@@ -315,6 +388,7 @@ void Connection::written() {
         return;
     }
     _reply = Reply();
+    _owner.hold(-std::exchange(_held, 0));
     if (_persistence == Persistence::Close)
         linger();
     else
@@ -322,8 +396,10 @@ void Connection::written() {
 }
 
 void Connection::reject(unsigned status, const std::string& reason, const std::string& why) {
-    _owner.log(_peer + ": " + std::to_string(status) + " " + reason + ": " + why);
+    const std::string said = std::to_string(status) + " " + reason;
+    _owner.log(said, _peer + ": " + said + ": " + why);
     _persistence = Persistence::Close;
+    _waiting = Waiting::ForNothing;
     respond(emptyReply(status, reason));
 }
 
@@ -338,13 +414,14 @@ void Connection::linger() {
     read();
 }
 
-void Connection::close() {
+void Connection::close() noexcept {
     if (_state == State::Closed)
         return;
     _state = State::Closed;
-    _reply.rest = nullptr;
-    _timer.cancel();
+    _reply = Reply();
+    _owner.hold(-std::exchange(_held, 0));
     Error ignored;
+    _timer.cancel(ignored);
     _socket.close(ignored);
     _owner.closed(*this);
 }
@@ -361,7 +438,7 @@ void Connection::readingFailed(const Error& error) {
 void Connection::later(Step next) {
     asio::post(_socket.get_executor(), [self = shared_from_this(), next] {
         if (self->_state != State::Closed)
-            (*self.*next)();
+            self->attempt([&] { (*self.*next)(); });
     });
 }
 
@@ -385,10 +462,12 @@ void Connection::awaitDeadline() {
         if (error || self->_state == State::Closed)
             return;
         self->_timing = false;
-        if (self->_deadline <= Clock::now())
-            (*self.*self->_expired)();
-        else if (self->_deadline != Clock::time_point::max())
-            self->awaitDeadline();
+        self->attempt([&] {
+            if (self->_deadline <= Clock::now())
+                (*self.*self->_expired)();
+            else if (self->_deadline != Clock::time_point::max())
+                self->awaitDeadline();
+        });
     });
 }
 

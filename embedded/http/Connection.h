@@ -1,6 +1,7 @@
 // One client's connection: a request is read, handled and answered, then the next one.
 #pragma once
 
+#include "http/HandlerMemory.h"
 #include "http/Parser.h"
 #include "http/Server.h"
 #include "http/Wire.h"
@@ -13,7 +14,9 @@
 #include <boost/beast/core/flat_buffer.hpp>
 
 #include <array>
+#include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,7 +27,7 @@ namespace embedded::http {
 class Connection;
 
 /// What a connection asks of the server that has accepted it. Called on the connection's I/O thread
-/// only, but for log().
+/// only, but for log(). What handle() throws closes the connection.
 class ConnectionOwner {
   public:
     virtual ~ConnectionOwner() = default;
@@ -32,11 +35,16 @@ class ConnectionOwner {
     virtual bool stopping() const = 0;
     /// Has `request` handled, and calls `connection.respond()` with the reply, now or later.
     virtual void handle(Request&& request, Connection& connection) = 0;
-    virtual void log(const std::string& line) = 0;
+    virtual void log(const std::string& kind, const std::string& line) noexcept = 0;
+    /// Takes `bytes` that wait to be sent into account, or with less than 0 out of it; false: it is
+    /// too much in all, and they are not taken.
+    virtual bool hold(std::int64_t bytes) noexcept = 0;
     /// `connection` is closed and may be forgotten.
-    virtual void closed(Connection& connection) = 0;
+    virtual void closed(Connection& connection) noexcept = 0;
 };
 
+/// Closes when something is thrown that it cannot tell its client: it is out of memory, say.
+///
 /// Thread-safety: everything happens on one I/O thread. Outlived by its owner.
 class Connection : public std::enable_shared_from_this<Connection> {
   public:
@@ -51,28 +59,56 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void refuse(Reply reply);
     /// Verb and target of the request that is being handled, for the log.
     const std::string& asked() const { return _asked; }
-    /// Sends the reply to the request that is being handled, unless the connection was closed.
+    /// Sends the reply to the request that is being handled, unless the connection was closed. One
+    /// without a status is none: the connection is closed.
     void respond(Reply reply);
     /// Closes, unless a request is being handled or answered; that is finished first.
     void stop();
+    /// Closes if it waits for a request, or for the rest of one, whose client is told then.
+    void giveWay();
     /// Closes at once. A body source is destroyed.
-    void close();
+    void close() noexcept;
+    /// Does `step` on behalf of this connection. What it throws closes it.
+    template <class Step>
+    void attempt(const Step& step) noexcept {
+        try {
+            step();
+        } catch (...) {
+            failed();
+        }
+    }
+    /// For the request that is being handled, to pass it on to where it is handled next.
+    HandlerMemory& memory() { return _memory; }
+
+    using Clock = std::chrono::steady_clock;
+    /// What it waits for, of what can be given up for others: more if less is lost.
+    enum class Waiting { ForNothing, ForTheRest, ForARequest };
+    Waiting waiting() const { return _waiting; } ///< on any thread
+    /// Since when it has done so. On any thread.
+    Clock::time_point waitingSince() const {
+        return Clock::time_point(Clock::duration(_waitingSince));
+    }
+    /// The address of the client, without its port. On any thread.
+    const std::string& peerAddress() const { return _peerAddress; }
 
   private:
     enum class State { Idle, Reading, Handling, Writing, Lingering, Closed };
-    using Clock = std::chrono::steady_clock;
     using Timer =
         boost::asio::basic_waitable_timer<Clock, boost::asio::wait_traits<Clock>, Executor>;
     using Error = boost::beast::error_code;
     using Out = boost::beast::buffers_suffix<std::array<boost::asio::const_buffer, 3>>;
     using Step = void (Connection::*)();
 
+    void failed() noexcept;
+    void waitFor(Waiting what);
     void awaitRequest();
     void read();
     void bytesRead(const Error& error, std::size_t size);
     void beginRequest();
     void parse();
+    bool refusesFraming();
     bool holdForExpectation();
+    bool account(std::size_t bytes);
     void handle();
     void gather();
     void send();
@@ -99,9 +135,13 @@ class Connection : public std::enable_shared_from_this<Connection> {
     Step _expired = nullptr;
     ConnectionOwner& _owner;
     State _state = State::Idle;
+    std::string _peerAddress;
     std::string _peer; // for the log
+    std::atomic<Waiting> _waiting{Waiting::ForNothing};
+    std::atomic<Clock::rep> _waitingSince{0};
     boost::beast::flat_buffer _in;
     std::optional<Parser> _parser;
+    std::uint64_t _taken = 0; // bytes of the request, whatever they are
     bool _timedOut = false;
     std::string _asked;
     bool _withBody = true;
@@ -111,6 +151,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
     std::string _head;
     Reply _reply;
     Out _out;
+    std::size_t _sent = 0;  // since the time for it began
+    std::int64_t _held = 0; // bytes of request and reply that the owner knows of
+    HandlerMemory _memory;
 };
 
 } // namespace embedded::http

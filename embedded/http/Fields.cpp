@@ -2,6 +2,7 @@
 
 #include "text/Ascii.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace embedded::http {
@@ -45,6 +46,22 @@ const std::string* findField(const Fields& fields, const std::string& name) {
         if (text::equalIgnoringCase(field.first, name))
             return &field.second;
     return nullptr;
+}
+
+std::vector<std::string> listOf(const Fields& fields, const std::string& name) {
+    std::vector<std::string> members;
+    for (const auto& field : fields) {
+        if (!text::equalIgnoringCase(field.first, name))
+            continue;
+        for (std::size_t begin = 0; begin <= field.second.size();) {
+            const std::size_t end = std::min(field.second.find(',', begin), field.second.size());
+            std::string member = trimmed(field.second.substr(begin, end - begin));
+            if (!member.empty())
+                members.push_back(std::move(member));
+            begin = end + 1;
+        }
+    }
+    return members;
 }
 
 Parametrized parametrized(const std::string& text) {

@@ -13,6 +13,10 @@ using Fields = std::vector<std::pair<std::string, std::string>>;
 /// The value of the first field named `name` (case ignored), or nullptr.
 const std::string* findField(const Fields& fields, const std::string& name);
 
+/// The members of all fields named `name` (case ignored), which are lists with commas (RFC 9110
+/// clause 5.6.1), trimmed; empty ones are left out.
+std::vector<std::string> listOf(const Fields& fields, const std::string& name);
+
 /// A field value of the form `value; name=value; ...` (RFC 9110 clause 5.6.6), quotes removed.
 struct Parametrized {
     std::string value;

@@ -5,7 +5,9 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <variant>
+#include <vector>
 
 namespace embedded::http {
 
@@ -36,11 +38,28 @@ struct Reply {
     BodySource rest = nullptr;
 };
 
-/// Makes a reply on a worker thread. What it throws becomes a 500 and a line in the log.
-using Work = std::function<Reply()>;
+struct Answer;
+
+/// What takes its time, or may wait, and so is done on a worker thread.
+struct Work {
+    /// `make` answers with a reply, or with further work, of other lanes. What it throws becomes a
+    /// 500 and a line in the log.
+    template <class Make>
+    Work(Make how, std::vector<unsigned> where = {}, std::function<Reply()> tooLate = nullptr)
+        : make(std::move(how)), lanes(std::move(where)), late(std::move(tooLate)) {}
+
+    std::function<Answer()> make;
+    /// The lanes (Options::lanes) in which it takes a place while it is done, each once.
+    std::vector<unsigned> lanes;
+    /// What is replied when it has waited for its places for Options::laneWait; none: a 503. Called
+    /// on an I/O thread.
+    std::function<Reply()> late;
+};
 
 /// A reply, or the work that makes it.
-using Answer = std::variant<Reply, Work>;
+struct Answer : std::variant<Reply, Work> {
+    using std::variant<Reply, Work>::variant;
+};
 
 /// Called on an I/O thread, several at once, and must not block: what may do so is returned as
 /// Work. What it throws becomes a 500 and a line in the log.

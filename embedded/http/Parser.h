@@ -29,8 +29,11 @@ class Parser : public boost::beast::http::basic_parser<true> {
         _request.version = static_cast<unsigned>(version);
         _request.fields.reserve(12); // what most clients send
     }
+    // What comes after the body says nothing (RFC 9110 clause 6.5.1: only fields that are known to
+    // be safe there may be merged into the header, and we know none).
     void on_field_impl(Field, View name, View value, Error&) override {
-        _request.fields.emplace_back(text(name), text(value));
+        if (!is_header_done())
+            _request.fields.emplace_back(text(name), text(value));
     }
     void on_body_init_impl(const boost::optional<std::uint64_t>& length, Error&) override {
         _request.body.reserve(static_cast<std::size_t>(length.value_or(0))); // within the limit

@@ -1,6 +1,8 @@
 #include "http/Server.h"
 
 #include "http/Connection.h"
+#include "http/HandlerMemory.h"
+#include "http/Lanes.h"
 #include "http/Wire.h"
 
 #include <boost/asio/dispatch.hpp>
@@ -13,12 +15,15 @@
 
 #include <algorithm>
 #include <atomic>
+#include <map>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <set>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -53,6 +58,10 @@ tcp::endpoint endpoint(asio::io_context& io, const std::string& address, std::ui
         ->endpoint();
 }
 
+Reply unavailable() {
+    return emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}});
+}
+
 // What the listening socket `socket` speaks.
 tcp protocol(int socket) {
     sockaddr_storage address{};
@@ -73,13 +82,15 @@ Listener::Listener(const std::string& address, std::uint16_t port) {
         acceptor.bind(local);
         acceptor.listen(tcp::acceptor::max_listen_connections);
         _port = acceptor.local_endpoint().port();
+        _isLoopback = local.address().is_loopback();
         _socket = acceptor.release();
     } catch (const boost::system::system_error& error) {
         throw cannotListen(address, port, error.code());
     }
 }
 
-Listener::Listener(Listener&& other) noexcept : _socket(other.release()), _port(other._port) {
+Listener::Listener(Listener&& other) noexcept
+    : _socket(other.release()), _port(other._port), _isLoopback(other._isLoopback) {
 }
 
 Listener::~Listener() {
@@ -100,7 +111,7 @@ int Listener::release() {
 class Server::Implementation : public std::enable_shared_from_this<Server::Implementation> {
   public:
     Implementation(Listener listener, Options options, Handler handler)
-        : _options(std::move(options)), _handler(std::move(handler)) {
+        : _options(std::move(options)), _handler(std::move(handler)), _lanes(_options.lanes) {
         const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
         const unsigned threads = _options.ioThreads != 0 ? _options.ioThreads : std::min(cores, 4U);
         while (_threads.size() < threads)
@@ -109,6 +120,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         _acceptor.emplace(_threads.front()->io(), protocol(socket), socket);
         _grace.emplace(_threads.front()->io());
         _pause.emplace(_threads.front()->io());
+        _laneTimer.emplace(_threads.front()->io());
     }
 
     bool drained() const { return _drained; }
@@ -133,22 +145,25 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
     void stop(std::chrono::seconds grace) {
-        asio::post(_threads.front()->io(), [this, grace] {
-            _stopping = true;
-            Error ignored;
-            _acceptor->close(ignored);
-            _pause->cancel();
-            _grace->expires_after(grace);
-            _grace->async_wait([this](const Error& error) {
-                if (!error)
-                    for (const auto& thread : _threads)
-                        thread->io().stop();
-            });
-            for (const auto& thread : _threads)
-                asio::post(thread->io(), [&thread] { thread->stop(); });
-            if (_open == 0)
-                end();
-        });
+        asio::post(_threads.front()->io(), onReserve(_stopMemory, [this, grace] {
+                       _stopping = true;
+                       Error ignored;
+                       _acceptor->close(ignored);
+                       _pause->cancel(ignored);
+                       try {
+                           _grace->expires_after(grace);
+                           _grace->async_wait([this](const Error& error) {
+                               if (!error)
+                                   end();
+                           });
+                       } catch (...) { // without memory for it there is no time to grant
+                           end();
+                       }
+                       for (const auto& thread : _threads)
+                           asio::post(thread->io(), onReserve(thread->_stopMemory,
+                                                              [&thread] { thread->stop(); }));
+                       endIfIdle();
+                   }));
     }
 
   private:
@@ -159,26 +174,45 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         asio::io_context& io() { return _io; }
 
         void run() {
-            _io.run();
+            // What connections do throws nothing. What is left is Asio itself, which may have no
+            // memory to register a socket.
+            while (!_io.stopped())
+                try {
+                    _io.run();
+                } catch (const std::exception& error) {
+                    _server.interrupted(*this, error);
+                }
             closeAll(&Connection::close);
         }
         /// On this thread, as the rest.
         void stop() { closeAll(&Connection::stop); }
-        /// Without work, run() returns.
-        void end() { _work.reset(); }
 
-        void admit(Connection::Socket socket, bool full) {
-            const auto connection = std::make_shared<Connection>(std::move(socket), *this);
-            _connections.insert(connection);
-            if (full)
-                connection->refuse(emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}}));
-            else
-                connection->start();
+        /// REQUIRES: the socket is counted.
+        void admit(Connection::Socket socket, bool full) noexcept {
+            std::shared_ptr<Connection> connection;
+            try {
+                connection = std::make_shared<Connection>(std::move(socket), *this);
+                const std::lock_guard lock(_server._connectionsMutex);
+                _connections.insert(connection);
+            } catch (const std::exception& error) {
+                _server.cannotAccept(error.what());
+                _server.closed();
+                return;
+            }
+            connection->attempt([&] {
+                if (full)
+                    connection->refuse(unavailable());
+                else
+                    connection->start();
+            });
         }
 
         const Options& options() const override { return _server._options; }
         bool stopping() const override { return _server._stopping; }
-        void log(const std::string& line) override { _server.log(line); }
+        void log(const std::string& kind, const std::string& line) noexcept override {
+            _server.log(kind, line);
+        }
+        bool hold(std::int64_t bytes) noexcept override { return _server.hold(bytes); }
 
         void handle(Request&& request, Connection& connection) override {
             Answer answer = _server.guarded(
@@ -189,102 +223,265 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 handOver(std::get<Work>(std::move(answer)), connection.shared_from_this());
         }
 
-        void closed(Connection& connection) override {
-            _connections.erase(connection.shared_from_this());
+        void closed(Connection& connection) noexcept override {
+            {
+                const std::lock_guard lock(_server._connectionsMutex);
+                _connections.erase(connection.shared_from_this());
+            }
             _server.closed();
         }
 
       private:
-        void handOver(Work work, std::shared_ptr<Connection> connection) {
+        void handOver(Work given, const std::shared_ptr<Connection>& connection) {
+            const auto work = std::make_shared<Work>(std::move(given));
+            Lanes::Work waiting{work->lanes, [this, work, connection] { start(work, connection); },
+                                [this, work, connection] { giveUp(*work, connection); },
+                                Lanes::Clock::now() + options().laneWait};
             ++_server._handling;
-            asio::post(*_server._workers, [this, work = std::move(work),
-                                           connection = std::move(connection)]() mutable {
-                Reply reply = std::get<Reply>(
-                    _server.guarded(*connection, [&]() -> Answer { return work(); }));
-                work = nullptr; // what it holds may be large, or be wanted elsewhere
-                asio::post(_io, [this, reply = std::move(reply),
-                                 connection = std::move(connection)]() mutable {
-                    --_server._handling;
-                    connection->respond(std::move(reply));
-                });
-            });
+            try {
+                _server._lanes.enter(std::move(waiting));
+            } catch (...) {
+                --_server._handling;
+                throw;
+            }
+            _server.watchLanes();
         }
 
-        void closeAll(void (Connection::*how)()) {
-            // A copy: a connection that closes leaves the set.
-            const auto connections = _connections;
-            for (const auto& connection : connections)
-                (*connection.*how)();
+        // On any thread, as all up to finish().
+        void start(const std::shared_ptr<Work>& work,
+                   const std::shared_ptr<Connection>& connection) noexcept {
+            asio::post(*_server._workers, onReserve(connection->memory(), [this, work, connection] {
+                Answer answer = _server.guarded(*connection, work->make);
+                work->make = nullptr; // what it holds may be large, or be wanted elsewhere
+                work->late = nullptr;
+                _server._lanes.leave(work->lanes);
+                finish(std::move(answer), connection);
+            }));
+        }
+
+        void giveUp(const Work& work, const std::shared_ptr<Connection>& connection) noexcept {
+            finish(_server.guarded(*connection,
+                                   [&]() -> Answer {
+                                       _server.log("waited too long",
+                                                   "given up, " + connection->asked() +
+                                                       ": no place for it in time");
+                                       return work.late ? work.late() : unavailable();
+                                   }),
+                   connection);
+        }
+
+        void finish(Answer answer, const std::shared_ptr<Connection>& connection) noexcept {
+            asio::post(_io, onReserve(connection->memory(), [this, answer = std::move(answer),
+                                                             connection]() mutable {
+                           connection->attempt([&] {
+                               if (Reply* reply = std::get_if<Reply>(&answer))
+                                   connection->respond(std::move(*reply));
+                               else
+                                   handOver(std::get<Work>(std::move(answer)), connection);
+                           });
+                           --_server._handling;
+                           _server.endIfIdle();
+                       }));
+        }
+
+        void closeAll(void (Connection::*how)()) noexcept {
+            // A connection that closes leaves the set.
+            for (auto each = _connections.begin(); each != _connections.end();) {
+                const std::shared_ptr<Connection> connection = *each++;
+                connection->attempt([&] { (*connection.*how)(); });
+            }
         }
 
         Implementation& _server;
         asio::io_context _io{1};
         asio::executor_work_guard<asio::io_context::executor_type> _work;
+        // Changed with the server's mutex held, so that the first thread may look.
         std::set<std::shared_ptr<Connection>> _connections;
+        HandlerMemory _stopMemory;
+
+        friend class Implementation;
     };
 
     template <class Function>
     Answer guarded(const Connection& connection, const Function& function) noexcept {
         try {
-            return function();
+            try {
+                return function();
+            } catch (const std::bad_alloc&) {
+                log("503", "503 for " + connection.asked() + ": out of memory");
+                return unavailable();
+            } catch (...) {
+                log("500", "500 for " + connection.asked() + ": " + thrownText());
+                return emptyReply(500, "Internal Server Error");
+            }
         } catch (...) {
-            log("500 for " + connection.asked() + ": " + thrownText());
+            return Reply{0, {}, {}};
         }
-        return emptyReply(500, "Internal Server Error");
     }
 
-    void log(const std::string& line) {
+    void log(const std::string& kind, const std::string& line) noexcept {
         if (!_options.log)
             return;
-        const std::lock_guard<std::mutex> lock(_logMutex);
-        _options.log(line);
+        try {
+            const std::lock_guard<std::mutex> lock(_logMutex);
+            _options.log(kind, line);
+        } catch (...) { // a line less
+        }
     }
 
-    void accept() {
+    void cannotAccept(const char* why) noexcept {
+        try {
+            log("cannot accept", std::string("cannot accept a connection: ") + why);
+        } catch (...) { // a line less
+        }
+    }
+
+    // Asio has thrown something to the loop of `thread`.
+    void interrupted(const IoThread& thread, const std::exception& error) noexcept {
+        cannotAccept(error.what());
+        if (&thread == _threads.front().get() && !_accepting && !_stopping)
+            accept();
+    }
+
+    // While something waits for a place, looks every second whether it has waited too long.
+    void watchLanes() noexcept {
+        if (!_lanes.isWaiting() || _watchingLanes.exchange(true))
+            return;
+        asio::post(_threads.front()->io(), onReserve(_laneMemory, [this] { awaitLanes(); }));
+    }
+
+    void awaitLanes() noexcept {
+        try {
+            _laneTimer->expires_after(std::chrono::seconds(1));
+            _laneTimer->async_wait([this](const Error& cancelled) {
+                if (cancelled)
+                    return;
+                _lanes.expire(Lanes::Clock::now());
+                _watchingLanes = false;
+                watchLanes();
+            });
+        } catch (...) { // whoever waits next tries again
+            _watchingLanes = false;
+        }
+    }
+
+    // Says while it lives that the next connection is awaited: it is gone with its handler, called
+    // or not.
+    class Accepting {
+      public:
+        explicit Accepting(bool& accepting) : _accepting(&accepting) { accepting = true; }
+        Accepting(Accepting&& other) noexcept
+            : _accepting(std::exchange(other._accepting, nullptr)) {}
+        Accepting& operator=(Accepting&&) = delete;
+        ~Accepting() { end(); }
+        void end() {
+            if (_accepting)
+                *std::exchange(_accepting, nullptr) = false;
+        }
+
+      private:
+        bool* _accepting;
+    };
+
+    void accept() noexcept {
         IoThread& thread = *_threads[_next++ % _threads.size()];
-        _acceptor->async_accept(thread.io(),
-                                [this, &thread](const Error& error, Connection::Socket socket) {
-                                    if (_stopping)
-                                        return;
-                                    if (error)
-                                        acceptFailed(error);
-                                    else
-                                        admit(thread, std::move(socket));
-                                });
+        _acceptor->async_accept(
+            thread.io(),
+            onReserve(_acceptMemory, [this, &thread, accepting = Accepting(_accepting)](
+                                         const Error& error, Connection::Socket socket) mutable {
+                accepting.end();
+                if (_stopping)
+                    return;
+                if (error)
+                    acceptFailed(error);
+                else
+                    admit(thread, std::move(socket));
+            }));
     }
 
     // Out of file descriptors, most likely: asking again at once would only burn time.
-    void acceptFailed(const Error& error) {
-        log("cannot accept a connection: " + error.message());
-        _pause->expires_after(acceptPause);
-        _pause->async_wait([this](const Error& cancelled) {
-            if (!cancelled && !_stopping)
-                accept();
-        });
+    void acceptFailed(const Error& error) noexcept {
+        try {
+            log("cannot accept", "cannot accept a connection: " + error.message());
+            _pause->expires_after(acceptPause);
+            _pause->async_wait([this](const Error& cancelled) {
+                if (!cancelled && !_stopping)
+                    accept();
+            });
+        } catch (...) {
+            accept();
+        }
     }
 
-    void admit(IoThread& thread, Connection::Socket socket) {
+    void admit(IoThread& thread, Connection::Socket socket) noexcept {
         if (_open < _options.connectionLimit + refusalLimit) {
-            Error ignored;
-            socket.set_option(tcp::no_delay(true), ignored);
-            const bool full = _open++ >= _options.connectionLimit;
-            asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
-                thread.admit(std::move(socket), full);
-            });
+            const bool over = _open++ >= _options.connectionLimit;
+            try {
+                Error ignored;
+                socket.set_option(tcp::no_delay(true), ignored);
+                const bool full = over && !makeRoom();
+                asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
+                    thread.admit(std::move(socket), full);
+                });
+            } catch (const std::exception& failure) {
+                cannotAccept(failure.what());
+                closed();
+            }
         }
         accept();
     }
 
-    // On any I/O thread.
-    void closed() {
-        if (--_open == 0 && _stopping)
-            asio::post(_threads.front()->io(), [this] { end(); });
+    // Has one of the connections that only wait give way: one that waits for a request rather than
+    // for the rest of one, then of the address that has most connections, then the one that has
+    // waited longest. False: none waits.
+    bool makeRoom() {
+        const std::lock_guard lock(_connectionsMutex);
+        std::map<std::string, std::size_t> held;
+        for (const auto& thread : _threads)
+            for (const auto& connection : thread->_connections)
+                ++held[connection->peerAddress()];
+        const auto now = Connection::Clock::now();
+        const auto rank = [&](const Connection& connection) {
+            return std::tuple(connection.waiting(), held[connection.peerAddress()],
+                              now - connection.waitingSince());
+        };
+        IoThread* where = nullptr;
+        std::shared_ptr<Connection> first;
+        for (const auto& thread : _threads)
+            for (const auto& connection : thread->_connections)
+                if (connection->waiting() != Connection::Waiting::ForNothing &&
+                    (!first || rank(*connection) > rank(*first))) {
+                    first = connection;
+                    where = thread.get();
+                }
+        if (first)
+            asio::post(where->io(), [first] { first->attempt([&] { first->giveWay(); }); });
+        return first != nullptr;
     }
 
-    void end() {
-        _grace->cancel();
+    bool hold(std::int64_t bytes) noexcept {
+        if ((_held += bytes) <= static_cast<std::int64_t>(_options.keptLimit) || bytes <= 0)
+            return true;
+        _held -= bytes;
+        return false;
+    }
+
+    // On any I/O thread.
+    void closed() noexcept {
+        --_open;
+        endIfIdle();
+    }
+
+    // When it stops and nobody is connected nor anything handled. On any I/O thread.
+    void endIfIdle() noexcept {
+        if (_stopping && _open == 0 && _handling == 0)
+            end();
+    }
+
+    // Lets the threads leave their loops; connections that are left are closed by them.
+    void end() noexcept {
         for (const auto& thread : _threads)
-            thread->end();
+            thread->io().stop();
     }
 
     const Options _options;
@@ -295,12 +492,21 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     std::optional<tcp::acceptor> _acceptor;
     std::optional<asio::steady_timer> _grace;
     std::optional<asio::steady_timer> _pause;
+    std::optional<asio::steady_timer> _laneTimer;
     std::size_t _next = 0;
+    bool _accepting = false;
     // Shared. A connection counts from before its thread hears of it, so that no thread ends before
     // it has all of its own.
     std::atomic<std::size_t> _open{0};
+    std::atomic<std::int64_t> _held{0}; // bytes that connections keep
+    std::mutex _connectionsMutex;
     std::atomic<unsigned> _handling{0}; // requests at the workers
     std::atomic<bool> _stopping{false};
+    std::atomic<bool> _watchingLanes{false};
+    Lanes _lanes;
+    HandlerMemory _acceptMemory;
+    HandlerMemory _stopMemory;
+    HandlerMemory _laneMemory;
     bool _drained = true;
     std::optional<asio::thread_pool> _workers; // what waits in it refers to all of the above
 };

@@ -10,25 +10,35 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace embedded::http {
 
 struct Options {
     unsigned ioThreads = 0; ///< threads that read and write; 0: one a core, at most four
-    /// Threads that do what a handler returns as Work. Few: more of them only wait for a provider
-    /// that serves one at a time, and get at it in no order, so that some wait long.
-    unsigned workers = 4;
-    unsigned connectionLimit = 512;                           ///< beyond it the reply is 503
+    unsigned workers = 4;   ///< threads that do what a handler returns as Work
+    /// Places in each lane: as many Works that name it are done at once, others wait. All together
+    /// less than `workers`, or lanes that hang take every thread.
+    std::vector<unsigned> lanes;
+    std::chrono::seconds laneWait{30}; ///< that Work waits for places at most
+    /// Beyond it the one that has waited longest for a request is closed, first of the address that
+    /// has most; if none waits, the reply is 503.
+    unsigned connectionLimit = 512;
     std::uint64_t bodyLimit = std::uint64_t{8} * 1024 * 1024; ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = std::uint32_t{64} * 1024;     ///< bytes; beyond it the reply is 431
     /// Bytes of a body in pieces that is sent whole, to an HTTP/1.0 client; beyond it the reply is
     /// 500.
     std::size_t wholeReplyLimit = std::size_t{64} * 1024 * 1024;
+    /// Bytes of all requests that are read or handled, and of replies that are made whole; beyond
+    /// it the reply is 503.
+    std::size_t keptLimit = std::size_t{128} * 1024 * 1024;
     std::chrono::seconds idleTimeout{300};   ///< for the next request on a connection
     std::chrono::seconds requestTimeout{30}; ///< for the rest of a request that has begun, and for
-                                             ///< a client to take any more of its reply
-    /// Takes a line for whoever runs the server. Called on any thread, one call at a time.
-    std::function<void(const std::string&)> log;
+                                             ///< a client to take `leastTaken` of its reply
+    std::size_t leastTaken = std::size_t{32} * 1024; ///< bytes, or all that is left
+    /// Takes a line for whoever runs the server, and what kind of line it is: one of few, whatever
+    /// clients send. Called on any thread, one call at a time; must not block.
+    std::function<void(const std::string& kind, const std::string& line)> log;
 };
 
 /// Listens from its construction on, so that the port is known, and clients may connect, before
@@ -44,12 +54,15 @@ class Listener {
 
     /// The port in use.
     std::uint16_t port() const { return _port; }
+    /// Whether only this machine can connect.
+    bool isLoopback() const { return _isLoopback; }
     /// The listening socket, from now on the caller's to close.
     int release();
 
   private:
     int _socket = -1;
     std::uint16_t _port = 0;
+    bool _isLoopback = false;
 };
 
 /// Serves from run() on.

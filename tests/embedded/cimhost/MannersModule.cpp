@@ -1,7 +1,9 @@
 // A provider module for the program's tests. A provider behaves as its name says:
 //   Good    delivers one instance, and says on standard output what happens to it
+//   Quiet   does as Good and says nothing
 //   Slow    takes a second to do so
 //   Stuck   does not return from a request
+//   Unready does not return from initialize()
 //   Endless does not return from terminate()
 //   Asking  asks the server first which providers there are, and says what it hears
 #include <Pegasus/Common/CIMInstance.h>
@@ -27,7 +29,11 @@ class Provider : public CIMInstanceProvider {
   public:
     explicit Provider(const String& name) : _name(name.getCString()) {}
 
-    void initialize(CIMOMHandle&) override { say("initialize"); }
+    void initialize(CIMOMHandle&) override {
+        say("initialize");
+        if (_name == "Unready")
+            forEver();
+    }
     void terminate() override {
         say("terminate");
         if (_name == "Endless")
@@ -74,7 +80,10 @@ class Provider : public CIMInstanceProvider {
     }
 
   private:
-    void say(const std::string& what) { std::cout << _name << " " << what << std::endl; }
+    void say(const std::string& what) {
+        if (_name != "Quiet")
+            std::cout << _name << " " << what << std::endl;
+    }
 
     void askBack() {
         try {

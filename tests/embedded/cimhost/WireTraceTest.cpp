@@ -1,43 +1,25 @@
 // What of requests and replies gets into the files of the wire trace.
 #include "cimhost/WireTrace.h"
 
-#include <gtest/gtest.h>
+#include "TempDirectory.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 namespace embedded::cimhost {
 namespace {
 
-class WireTrace : public testing::Test {
+class WireTrace : public test::TempDirectory {
   protected:
-    WireTrace() {
-        std::string name = testing::TempDir() + "wire-trace-XXXXXX";
-        if (!::mkdtemp(name.data()))
-            throw std::runtime_error("cannot make a directory like " + name);
-        _directory = name;
-    }
-    ~WireTrace() override { std::filesystem::remove_all(_directory); }
-
     http::Reply reply(const http::Handler& handler) {
         const http::Handler tracing =
-            traced(handler, _directory.string(), [](const std::string& line) { FAIL() << line; });
-        http::Answer answer = tracing(
-            http::Request{"POST", "/", 11, {{"Host", "h"}, {"Authorization", "Basic x"}}, "ask"});
+            traced(handler, path().string(), [](const std::string& line) { FAIL() << line; });
+        http::Answer answer = tracing(http::Request{"POST", "/", 11, fields, "ask"});
         if (const http::Work* work = std::get_if<http::Work>(&answer))
-            return (*work)();
+            return std::get<http::Reply>(work->make());
         return std::get<http::Reply>(std::move(answer));
     }
-    std::string file(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(_directory / name).rdbuf();
-        return text.str();
-    }
 
-  private:
-    std::filesystem::path _directory;
+    http::Fields fields{{"Host", "h"}, {"Authorization", "Basic x"}};
 };
 
 TEST_F(WireTrace, HasRequestAndReplyWithoutCredentials) {
@@ -48,10 +30,43 @@ TEST_F(WireTrace, HasRequestAndReplyWithoutCredentials) {
         reply([&](http::Request&&) -> http::Answer {
             return byWork ? http::Answer(http::Work(make)) : http::Answer(make());
         });
-        EXPECT_EQ(file("000001-request"),
+        // The numbers go on behind those that are there.
+        const std::string number = byWork ? "000002" : "000001";
+        EXPECT_EQ(file(number + "-request"),
                   "POST / HTTP/1.1\nHost: h\nAuthorization: (not shown)\n\nask");
-        EXPECT_EQ(file("000001-reply"), "HTTP/1.1 200 OK\nExt:\nA: b\n\nanswer");
+        EXPECT_EQ(file(number + "-reply"), "HTTP/1.1 200 OK\nExt:\nA: b\n\nanswer");
     }
+}
+
+TEST_F(WireTrace, ShowsFieldsThatAreKnownToTellNoSecret) {
+    fields = {{"12-CIMMethod", "GetInstance"},
+              {"CIMOBJECT", "root"},
+              {"User-Agent", "a"},
+              {"Proxy-Authorization", "x"},
+              {"Cookie", "x"},
+              {"12-Authorization", "x"},
+              {"1-Host", "x"},
+              {"X-Whatever", "x"}};
+    reply([](http::Request&&) { return http::Reply(); });
+    EXPECT_EQ(file("000001-request"),
+              "POST / HTTP/1.1\n12-CIMMethod: GetInstance\nCIMOBJECT: root\nUser-Agent: a\n"
+              "Proxy-Authorization: (not shown)\nCookie: (not shown)\n"
+              "12-Authorization: (not shown)\n1-Host: (not shown)\nX-Whatever: (not shown)\n\nask");
+}
+
+TEST_F(WireTrace, IsForItsOwnerOnlyAndFollowsNoLinks) {
+    put("target", "kept");
+    const auto linked = [this](http::Request&&) {
+        std::filesystem::create_symlink(path("target"), path("000001-reply"));
+        return http::Reply();
+    };
+    const http::Handler tracing = traced(linked, path().string(), [](const std::string& line) {
+        EXPECT_NE(line.find("000001-reply"), std::string::npos) << line;
+    });
+    tracing(http::Request{"POST", "/", 11, fields, "ask"});
+    EXPECT_EQ(file("target"), "kept");
+    EXPECT_EQ(std::filesystem::status(path("000001-request")).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
 TEST_F(WireTrace, HasEveryPieceOfABodyAsSoonAsItIsMade) {

@@ -57,9 +57,10 @@ Fields prefixed(const std::string& prefix, const std::string& man) {
 // A document of these pieces.
 class Pieces : public ReplyDocument {
   public:
-    explicit Pieces(std::vector<std::string> pieces, bool enters = false)
-        : _pieces(std::move(pieces)), _enters(enters) {}
-    bool entersModules() const override { return _enters; }
+    explicit Pieces(std::vector<std::string> pieces, std::vector<const host::Module*> modules = {})
+        : _pieces(std::move(pieces)), _modules(std::move(modules)) {}
+    const std::vector<const host::Module*>& modules() const override { return _modules; }
+    void giveUp(const std::string& why) override { _pieces = {why}; }
     bool ended() const override { return _at == _pieces.size(); }
     bool next(std::string& out) override {
         if (ended())
@@ -69,8 +70,8 @@ class Pieces : public ReplyDocument {
     }
 
   private:
-    const std::vector<std::string> _pieces;
-    const bool _enters;
+    std::vector<std::string> _pieces;
+    const std::vector<const host::Module*> _modules;
     std::size_t _at = 0;
 };
 
@@ -221,6 +222,14 @@ INSTANTIATE_TEST_SUITE_P(
         refused("BadEscape", "CIMObject", "root%2",
                 mismatch + "CIMObject%3A%20not%20two%20hexadecimal%20digits%20after%20%25%20in%20"
                            "root%252\r\n"),
+        refused("NotUtf8", "CIMObject", "root%FF",
+                mismatch + "CIMObject%3A%20no%20UTF-8%3A%20root%25FF\r\n"),
+        refused("NotUtf8AsItIs", "CIMMethod", "Get\xc3(",
+                mismatch + "CIMMethod%3A%20no%20UTF-8%3A%20Get%C3%28\r\n"),
+        // The field is quoted up to 256 bytes, whole characters; 16 stand before it.
+        refused("LongField", "CIMOperation", std::string(236, 'x') + "\u20ac\u20ac",
+                bad + "CIMError: unsupported-operation\r\nPGErrorDetail: CIMOperation%20is%20" +
+                    std::string(236, 'x') + "%E2%82%AC...\r\n"),
         RefusedCase{"BadPrefix", "M-POST",
                     prefixed("4x-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=4x"),
                     bad + "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
@@ -291,19 +300,30 @@ TEST(Exchange, SendsALongDocumentInPiecesWithoutALength) {
     EXPECT_EQ(rest, "<b/></a>");
 }
 
-TEST(Exchange, WorksOnADocumentThatEntersModulesAndOnNoOther) {
-    const auto enters = [](bool modules) {
-        const auto document =
-            std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"}, modules);
-        http::Answer answered =
-            exchange(post(), [document](const std::string&, const Headers&) { return document; });
-        const auto* const work = std::get_if<http::Work>(&answered);
-        EXPECT_NE(document->ended(), work != nullptr) << "answered before its time";
-        EXPECT_EQ(work ? (*work)().body : std::get<http::Reply>(answered).body, "<reply/>");
-        return work != nullptr;
-    };
-    EXPECT_TRUE(enters(true));
-    EXPECT_FALSE(enters(false));
+const host::Module first{3, "First"};
+const host::Module second{1, "Second"};
+
+http::Answer answerIn(const std::vector<const host::Module*>& modules) {
+    return exchange(post(), [&](const std::string&, const Headers&) {
+        return std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"}, modules);
+    });
+}
+
+TEST(Exchange, AnswersADocumentThatEntersNoModuleAtOnce) {
+    EXPECT_EQ(std::get<http::Reply>(answerIn({})).body, "<reply/>");
+}
+
+TEST(Exchange, WorksOnADocumentInTheLanesOfTheModulesThatItEnters) {
+    const http::Work work = std::get<http::Work>(answerIn({&first, &second}));
+    EXPECT_EQ(work.lanes, (std::vector<unsigned>{3, 1}));
+    EXPECT_EQ(std::get<http::Reply>(work.make()).body, "<reply/>");
+}
+
+TEST(Exchange, SaysWhichModulesDoNotAnswer) {
+    EXPECT_EQ(std::get<http::Work>(answerIn({&first})).late().body,
+              "Provider module First is not answering.");
+    EXPECT_EQ(std::get<http::Work>(answerIn({&first, &second})).late().body,
+              "Provider module First or Second is not answering.");
 }
 
 } // namespace

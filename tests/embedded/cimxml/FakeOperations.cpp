@@ -102,7 +102,7 @@ host::Plan FakeOperations::plan(const Operation& operation) {
     if (failure) {
         throw *failure;
     }
-    return {entersModules, [this, &operation] { return answerTo(operation); }};
+    return {modules, [this, &operation] { return answerTo(operation); }};
 }
 
 host::Answer FakeOperations::answerTo(const Operation& operation) {

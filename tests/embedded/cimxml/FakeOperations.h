@@ -19,7 +19,7 @@ class FakeOperations : public host::CimOperations {
     host::Caller lastCaller;
     Pegasus::CIMInstance lastInstance; ///< given to createInstance or modifyInstance
 
-    bool entersModules = false;                   ///< what plans say
+    std::vector<const host::Module*> modules;     ///< what plans say
     std::optional<Pegasus::CIMException> failure; ///< thrown by every operation when set
     Pegasus::CIMClass cimClass;
     Pegasus::Array<Pegasus::CIMClass> classes;

@@ -33,12 +33,17 @@ std::string withoutTimes(std::string replies) {
 
 const std::string date = "Date: now\r\n";
 
-RawClient::RawClient(std::uint16_t port) : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
+RawClient::RawClient(std::uint16_t port, const char* source)
+    : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in own{};
+    own.sin_family = AF_INET;
+    own.sin_addr.s_addr = ::inet_addr(source);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::connect(_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    if (::bind(_socket, reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
+        ::connect(_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         const int error = errno;
         ::close(_socket);
         throw std::system_error(error, std::generic_category(), "connect");

@@ -12,8 +12,9 @@ extern const std::string date;
 
 class RawClient {
   public:
-    /// Connects to 127.0.0.1. Throws std::system_error when nobody listens.
-    explicit RawClient(std::uint16_t port);
+    /// Connects to 127.0.0.1, from there or from `source`. Throws std::system_error when nobody
+    /// listens.
+    explicit RawClient(std::uint16_t port, const char* source = "127.0.0.1");
     ~RawClient();
     RawClient(const RawClient&) = delete;
     RawClient& operator=(const RawClient&) = delete;

@@ -8,7 +8,7 @@ namespace embedded::http::test {
 RunningServer::RunningServer(Options options, Handler handler) {
     Listener listener("127.0.0.1", 0);
     _port = listener.port();
-    options.log = [shared = _shared](const std::string& line) {
+    options.log = [shared = _shared](const std::string&, const std::string& line) {
         const std::lock_guard<std::mutex> lock(shared->mutex);
         shared->log += line + "\n";
     };

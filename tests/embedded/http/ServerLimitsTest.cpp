@@ -22,6 +22,13 @@ bool serves(RunningServer& running) {
     return client.reply().find("[body]") != std::string::npos;
 }
 
+std::string repeated(const std::string& text, unsigned times) {
+    std::string all;
+    while (times-- != 0)
+        all += text;
+    return all;
+}
+
 struct RefusedCase {
     const char* name;
     std::string request;
@@ -62,6 +69,38 @@ INSTANTIATE_TEST_SUITE_P(
                     "400 Bad Request"},
         RefusedCase{"BadChunk", start + "Transfer-Encoding: chunked\r\n\r\nxyz\r\n",
                     "400 Bad Request"},
+        RefusedCase{"ChunkedAndMore", start + "Transfer-Encoding: chunked, identity\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"NotQuiteChunked", start + "Transfer-Encoding: xchunked\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"ChunkedWithAParameter", start + "Transfer-Encoding: chunked;q=1\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"ChunkedTwice",
+                    start + "Transfer-Encoding: chunked\r\nTransfer-Encoding: chunked\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"EmptyCoding", start + "Transfer-Encoding:\r\n\r\n", "400 Bad Request"},
+        RefusedCase{"OtherCodingAndLength",
+                    start + "Transfer-Encoding: xchunked\r\nContent-Length: 4\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"LengthAndOtherCoding",
+                    start + "Content-Length: 4\r\nTransfer-Encoding: gzip, chunked\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"UnknownCoding", start + "Transfer-Encoding: gzip, chunked\r\n\r\n",
+                    "501 Not Implemented"},
+        RefusedCase{"ChunkedInHttp10", "POST /echo HTTP/1.0\r\nTransfer-Encoding: chunked\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"TwoHosts", start + "Host: other\r\nContent-Length: 4\r\n\r\n",
+                    "400 Bad Request"},
+        RefusedCase{"TrailersWithoutEnd",
+                    start + "Transfer-Encoding: chunked\r\n\r\n0\r\n" + repeated("a:\r\n", 2000),
+                    "431 Request Header Fields Too Large"},
+        RefusedCase{"ManySmallChunks",
+                    start + "Transfer-Encoding: chunked\r\n\r\n" + repeated("1\r\nx\r\n", 300),
+                    "413 Request Entity Too Large"},
+        RefusedCase{"ManyLongLinesOfChunks",
+                    start + "Transfer-Encoding: chunked\r\n\r\n" +
+                        repeated("1;" + std::string(400, 'a') + "\r\nx\r\n", 5),
+                    "413 Request Entity Too Large"},
         RefusedCase{"LargeBody", start + "Content-Length: 1001\r\n\r\n",
                     "413 Request Entity Too Large"},
         RefusedCase{"HugeBody", start + "Content-Length: 99999999999999\r\n\r\n",
@@ -245,19 +284,94 @@ TEST(ServerLimits, AConnectionBeyondTheLimitIsTurnedAway) {
     {
         RawClient first(running.port());
         RawClient second(running.port());
-        for (RawClient* client : {&first, &second}) {
-            client->send(whole);
-            EXPECT_NE(client->reply().find("[body]"), std::string::npos);
-        }
+        for (RawClient* client : {&first, &second})
+            client->send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+        running.awaitWaiting(2);
         RawClient third(running.port());
         EXPECT_EQ(third.rest(), "HTTP/1.1 503 Service Unavailable\r\n" + date +
                                     "Retry-After: 1\r\ncontent-length: 0\r\n"
                                     "Connection: close\r\n\r\n");
+        running.release();
+        for (RawClient* client : {&first, &second})
+            EXPECT_NE(client->reply().find("/wait []"), std::string::npos);
     }
-    // The server learns that they are gone a moment later.
-    for (int attempt = 0; attempt < 50 && !serves(running); ++attempt)
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, TheConnectionThatHasWaitedLongestGivesWay) {
+    Options options;
+    options.connectionLimit = 2;
+    RunningServer running(options);
+    RawClient first(running.port());
+    RawClient second(running.port());
+    for (RawClient* client : {&first, &second, &first}) {
+        client->send(whole);
+        EXPECT_NE(client->reply().find("[body]"), std::string::npos);
+    }
+    EXPECT_TRUE(serves(running));
+    EXPECT_TRUE(second.closed());
+    first.send(whole);
+    EXPECT_NE(first.reply().find("[body]"), std::string::npos);
+    EXPECT_NE(running.log().find("waited longest"), std::string::npos);
+}
+
+TEST(ServerLimits, TheAddressWithMostConnectionsGivesWayFirst) {
+    Options options;
+    options.connectionLimit = 3;
+    RunningServer running(options);
+    RawClient alone(running.port(), "127.0.0.2");
+    RawClient first(running.port());
+    RawClient second(running.port());
+    for (RawClient* client : {&alone, &first, &second}) {
+        client->send(whole);
+        EXPECT_NE(client->reply().find("[body]"), std::string::npos);
+    }
+    RawClient third(running.port(), "127.0.0.3");
+    EXPECT_TRUE(first.closed()) << "it is one of two, and has waited longer than the other";
+    for (RawClient* client : {&alone, &second, &third}) {
+        client->send(whole);
+        EXPECT_NE(client->reply().find("[body]"), std::string::npos);
+    }
+}
+
+TEST(ServerLimits, AConnectionWithHalfARequestGivesWayToo) {
+    Options options;
+    options.connectionLimit = 2;
+    RunningServer running(options);
+    RawClient idle(running.port());
+    RawClient half(running.port());
+    half.send(whole.substr(0, 20));
+    RawClient third(running.port());
+    EXPECT_TRUE(idle.closed()) << "an idle one comes first";
+    third.send(whole);
+    EXPECT_NE(third.reply().find("[body]"), std::string::npos);
+    third.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+    running.awaitWaiting(1);
+    EXPECT_TRUE(serves(running));
+    EXPECT_EQ(half.rest(), closing("408 Request Timeout"));
+    running.release();
+    EXPECT_NE(third.reply().find("/wait []"), std::string::npos);
+}
+
+TEST(ServerLimits, RequestsThatAreTooLargeTogetherAreTurnedAway) {
+    Options options;
+    options.keptLimit = 3000;
+    RunningServer running(options);
+    const std::string large =
+        "POST /wait HTTP/1.1\r\nContent-Length: 2000\r\n\r\n" + repeated("a", 2000);
+    RawClient first(running.port());
+    first.send(large);
+    running.awaitWaiting(1);
+    RawClient second(running.port());
+    second.send(large);
+    EXPECT_EQ(second.rest(), closing("503 Service Unavailable"));
+    EXPECT_TRUE(serves(running)) << "there is room for a small one";
+    running.release();
+    EXPECT_NE(first.reply().find("/wait ["), std::string::npos);
+    second.closed();
+    RawClient third(running.port());
+    third.send(large);
+    EXPECT_NE(third.reply().find("/wait ["), std::string::npos);
 }
 
 } // namespace

@@ -68,9 +68,9 @@ TEST(ServerThreads, CountTheirConnectionsTogether) {
     std::vector<std::unique_ptr<RawClient>> clients;
     for (int i = 0; i < 4; ++i) {
         clients.push_back(std::make_unique<RawClient>(running.port()));
-        clients.back()->send(get);
-        EXPECT_NE(clients.back()->reply().find("GET /now []"), std::string::npos);
+        clients.back()->send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
     }
+    running.awaitWaiting(4);
     RawClient fifth(running.port());
     EXPECT_NE(fifth.rest().find("503 Service Unavailable"), std::string::npos);
 }

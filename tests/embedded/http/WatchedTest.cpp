@@ -27,7 +27,8 @@ TEST(Watched, SeesRequestAndReplyWhereverTheReplyIsMade) {
         Answer answer = handler(Request{"POST", "/", 11, {}, "question"});
         ASSERT_EQ(std::holds_alternative<Work>(answer), byWork);
         EXPECT_EQ(seen.find("reply to") == std::string::npos, byWork);
-        const Reply reply = byWork ? std::get<Work>(answer)() : std::get<Reply>(answer);
+        const Reply reply =
+            byWork ? std::get<Reply>(std::get<Work>(answer).make()) : std::get<Reply>(answer);
         EXPECT_EQ(seen, "question handled reply to question");
         EXPECT_EQ(reply.status, 201U);
     }

@@ -1,0 +1,38 @@
+// Where log lines go: behind a queue, so that nobody who logs waits for whoever reads.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace embedded::cimhost {
+
+/// A file descriptor with a queue and a thread of its own that writes. What is put while the queue
+/// is full is dropped and counted; the count is told in a line when there is room again.
+///
+/// Thread-safety: all functions may be called from several threads at once.
+class Outlet {
+  public:
+    /// Bytes that wait at most, unless a single text has more.
+    static constexpr std::size_t defaultLimit = std::size_t{1024} * 1024;
+
+    /// `descriptor` stays the caller's and open. Its settings are not changed: others may have it,
+    /// too.
+    explicit Outlet(int descriptor, std::size_t limit = defaultLimit);
+    /// Gives up what is not written.
+    ~Outlet();
+    Outlet(const Outlet&) = delete;
+    Outlet& operator=(const Outlet&) = delete;
+
+    /// Has `text` written, whole or not at all. Waits for nobody.
+    void put(std::string text) noexcept;
+    /// Waits until everything is written, no longer than `patience`; false: something is left.
+    bool drain(std::chrono::milliseconds patience);
+
+  private:
+    class Queue;
+    std::shared_ptr<Queue> _queue; // and the thread's, which may be stuck in a write for ever
+};
+
+} // namespace embedded::cimhost

@@ -1,0 +1,106 @@
+// Nobody who puts something waits for whoever reads.
+#include "cimhost/Outlet.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace embedded::cimhost {
+namespace {
+
+using std::chrono::milliseconds;
+constexpr milliseconds longTime = std::chrono::minutes(1);
+
+class OutletTest : public testing::Test {
+  protected:
+    OutletTest() {
+        std::signal(SIGPIPE, SIG_IGN);
+        if (::pipe2(_ends.data(), O_CLOEXEC) != 0)
+            throw std::runtime_error("no pipe");
+    }
+    ~OutletTest() override {
+        closeReader();
+        ::close(writer());
+    }
+    int writer() const { return _ends[1]; }
+    void closeReader() {
+        if (_ends[0] >= 0)
+            ::close(_ends[0]);
+        _ends[0] = -1;
+    }
+    // Until there are `size` bytes; the process is stopped by the test's time-out otherwise.
+    std::string read(std::size_t size) {
+        std::string text;
+        while (text.size() < size) {
+            std::array<char, 65536> bytes{};
+            const ssize_t got = ::read(_ends[0], bytes.data(), bytes.size());
+            if (got <= 0)
+                throw std::runtime_error("the pipe has come to its end");
+            text.append(bytes.data(), static_cast<std::size_t>(got));
+        }
+        return text;
+    }
+
+  private:
+    std::array<int, 2> _ends{-1, -1};
+};
+
+TEST_F(OutletTest, WritesInOrder) {
+    Outlet outlet(writer());
+    std::string all;
+    for (int i = 0; i < 1000; ++i) {
+        outlet.put(std::to_string(i) + "\n");
+        all += std::to_string(i) + "\n";
+    }
+    EXPECT_EQ(read(all.size()), all);
+    EXPECT_TRUE(outlet.drain(longTime));
+}
+
+TEST_F(OutletTest, WritesTextsThatAreLongerThanAPipe) {
+    Outlet outlet(writer());
+    const std::string text = std::string(300000, 'x') + "\n";
+    outlet.put(text);
+    EXPECT_EQ(read(text.size()), text);
+}
+
+TEST_F(OutletTest, DropsWhatNobodyReadsAndSaysHowMuch) {
+    constexpr std::size_t limit = 1000000;
+    Outlet outlet(writer(), limit);
+    const std::string line(999, 'x');
+    for (int i = 0; i < 5000; ++i)
+        outlet.put(line + "\n"); // a pipe holds 65 of them, and the queue 1,000
+    EXPECT_FALSE(outlet.drain(milliseconds(1)));
+    std::size_t lines = 0;
+    for (std::string text = read(limit); !outlet.drain(milliseconds(0)); text = read(1))
+        lines += text.size();
+    outlet.put("after\n");
+    std::string end;
+    while (end.find("after\n") == std::string::npos)
+        end += read(1);
+    EXPECT_NE(end.find(" log lines were dropped: nobody read them)\nafter\n"), std::string::npos)
+        << end.substr(end.size() - std::min<std::size_t>(end.size(), 200));
+}
+
+TEST_F(OutletTest, CanBeGivenUpWhileItCannotWrite) {
+    {
+        Outlet outlet(writer());
+        outlet.put(std::string(500000, 'x'));
+        EXPECT_FALSE(outlet.drain(milliseconds(1)));
+    }
+    SUCCEED();
+}
+
+TEST_F(OutletTest, DoesWithoutAReader) {
+    Outlet outlet(writer());
+    closeReader();
+    for (int i = 0; i < 100; ++i)
+        outlet.put(std::string(10000, 'x'));
+    EXPECT_TRUE(outlet.drain(longTime));
+}
+
+} // namespace
+} // namespace embedded::cimhost
