@@ -1,5 +1,6 @@
 """A cimhost that serves the module and the sample switch, for as long as a test needs it."""
 
+import os
 import pathlib
 import re
 import signal
@@ -14,15 +15,19 @@ PATIENCE = 60.0  # seconds for a start or an end; the sanitizers are slow
 
 class Served:
     """Starts cimhost from the build directory `build` on a free port; a context manager. The MOF
-    comes from the folders schema and samples of `source`, or without `content` from `options`.
+    comes from the folders schema and samples of `source`, or without `content` from `options`. The server
+    has `environment` besides ours. Without `keep` it unmaps libraries that it does not need any more.
 
     `address` is "127.0.0.1:PORT", `pid` the process. At the end the server is asked to stop, and anything but exit
     code 0 is an error, which is how a sanitizer's report fails a test.
     """
 
-    def __init__(self, build, options=(), source=SOURCE, content=True):
+    def __init__(self, build, options=(), source=SOURCE, content=True, environment=None,
+                 keep=True):
         self.build = pathlib.Path(build).resolve()
         self.content = content
+        self.environment = environment or {}
+        self.keep = ["--keep-libraries"] if keep else []
         self.options = list(options)
         self.source = source
         self.trace = ""
@@ -41,8 +46,9 @@ class Served:
         port_file = place / "port"
         self._process = subprocess.Popen(
             [self.build / "bin" / "cimhost", "--port", "0", "--port-file", port_file,
-             "--keep-libraries", *self.options, *arguments],
-            stdin=subprocess.DEVNULL, stdout=self._trace_file, stderr=self._log_file)
+             *self.keep, *self.options, *arguments],
+            stdin=subprocess.DEVNULL, stdout=self._trace_file, stderr=self._log_file,
+            env={**os.environ, **self.environment})
         self.pid = self._process.pid
         end = time.monotonic() + PATIENCE
         while not (port_file.exists() and port_file.read_text().strip()):

@@ -1,0 +1,46 @@
+"""What a process may meet: the library failing.cpp, preloaded, and a hand on its switches."""
+
+import mmap
+import os
+import pathlib
+import struct
+import tempfile
+
+# As failing.cpp has them, 64 bits each.
+SWITCHES = ("allocations", "nth", "every", "failed", "short_io", "interrupt", "interrupted",
+            "accept", "write", "refused", "clock")
+
+
+class Switches:
+    """Attributes by the names above, read and written while the process runs. `environment` is what
+    it has to be started with. A context manager: the file behind it goes with it."""
+
+    def __init__(self, library):
+        handle, name = tempfile.mkstemp(prefix="faults-")
+        os.ftruncate(handle, 8 * len(SWITCHES))
+        self.__dict__["_file"] = pathlib.Path(name)
+        self.__dict__["_map"] = mmap.mmap(handle, 8 * len(SWITCHES))
+        os.close(handle)
+        preload = " ".join(filter(None, (os.environ.get("LD_PRELOAD"),
+                                        str(pathlib.Path(library).resolve()))))
+        sanitizer = os.environ.get("ASAN_OPTIONS", "")
+        self.__dict__["environment"] = {
+            "LD_PRELOAD": preload, "FAILING": name,
+            "ASAN_OPTIONS": ":".join(filter(None, (sanitizer, "verify_asan_link_order=0")))}
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self._map.close()
+        self._file.unlink()
+
+    def __getattr__(self, name):
+        return struct.unpack_from("q", self._map, 8 * SWITCHES.index(name))[0]
+
+    def __setattr__(self, name, value):
+        struct.pack_into("q", self._map, 8 * SWITCHES.index(name), value)
+
+    def clear(self):
+        for name in ("nth", "every", "short_io", "interrupt", "accept", "write", "clock"):
+            setattr(self, name, 0)

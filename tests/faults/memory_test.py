@@ -1,0 +1,202 @@
+#!/usr/bin/env python3
+"""A server that runs out of memory: what it cannot serve it refuses, what it serves is right, and it
+goes on. Allocations fail one at a time, each in turn, and then one of so many.
+
+usage: memory_test.py BUILD LIBRARY [--all] [unittest arguments]
+
+LIBRARY is the one made of failing.cpp. With --all every single allocation fails, on a server that has
+answered before and on a fresh one; that takes an hour. Without, a sample of them.
+"""
+
+import collections
+import http.client
+import pathlib
+import sys
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
+
+from faults import Switches
+from request import ask, call, name, of_class
+from served import Served
+
+ALL = "--all" in sys.argv
+BUILD, LIBRARY = [argument for argument in sys.argv[1:] if argument != "--all"][:2]
+PATIENCE = 20
+SAMPLE = 40  # allocations of one request that fail, without --all
+FRESH = 10
+
+LONG = "<!-- " + 40000 * "x" + " -->"  # so long that a worker reads the request
+
+
+def thing(text):
+    return (f'<INSTANCE CLASSNAME="TST_Thing"><PROPERTY NAME="Id" TYPE="string"><VALUE>one</VALUE>'
+            f'</PROPERTY><PROPERTY NAME="Text" TYPE="string"><VALUE>{text}</VALUE></PROPERTY>'
+            f"</INSTANCE>")
+
+
+THING = name("TST_Thing", Id="one")
+REQUESTS = {
+    "a class": call("GetClass", ("ClassName", of_class("CIM_RegisteredProfile"))),
+    "classes, in pieces": call("EnumerateClasses", ("DeepInheritance", "<VALUE>TRUE</VALUE>")),
+    "names of a module": call(
+        "EnumerateInstanceNames", ("ClassName", of_class("CIM_RegisteredProfile"))),
+    "an instance of a module": call(
+        "GetInstance", ("InstanceName", name("CIM_RegisteredProfile", InstanceID="Orvex1"))),
+    "instances of all modules": call(
+        "EnumerateInstances", ("ClassName", of_class("CIM_ManagedElement"))),
+    "associators, with read-backs": call(
+        "Associators", ("ObjectName", name("CIM_RegisteredProfile", InstanceID="Orvex1"))),
+    "what is not there": call(
+        "GetInstance", ("InstanceName", name("CIM_RegisteredProfile", InstanceID="none"))),
+    "a class that is not there": call("GetClass", ("ClassName", of_class("CIM_None"))),
+    "a long request": ("GetClass", call(
+        "GetClass", ("ClassName", of_class("CIM_RegisteredProfile")))[1] + LONG),
+    "no request": ("GetClass", "<nonsense"),
+    "a new instance": call("CreateInstance", ("NewInstance", thing("new"))),
+    "another value": call("ModifyInstance", (
+        "ModifiedInstance", f"<VALUE.NAMEDINSTANCE>{THING}{thing('other')}</VALUE.NAMEDINSTANCE>")),
+    "an instance": call("GetInstance", ("InstanceName", THING)),
+    "an instance less": call("DeleteInstance", ("InstanceName", THING)),
+}
+# What is asked before, so that a request meets the same state each time.
+BEFORE = {
+    "a new instance": ("an instance less",),
+    "another value": ("an instance less", "a new instance"),
+    "an instance": ("an instance less", "a new instance"),
+    "an instance less": ("a new instance",),
+}
+NAMESPACE = "interop"
+OWN = "root/test"  # where the instance is
+MODULES = ("names of a module", "associators, with read-backs")
+
+
+class Client:
+    """Asks on a connection of its own each time."""
+
+    def __init__(self, port):
+        self._port = port
+
+    def prepare(self, what):
+        for other in BEFORE.get(what, ()):
+            self.answer(other)
+
+    def prepared(self, what):
+        self.prepare(what)
+        return self.answer(what)
+
+    def answer(self, what):
+        """Status and text; or "closed" and how."""
+        connection = http.client.HTTPConnection("127.0.0.1", self._port, timeout=PATIENCE)
+        try:
+            return ask(connection, OWN if what in BEFORE else NAMESPACE, REQUESTS[what])
+        except TimeoutError:
+            raise
+        except (OSError, http.client.HTTPException) as error:
+            return "closed", type(error).__name__
+        finally:
+            connection.close()
+
+
+class Memory(unittest.TestCase):
+    def setUp(self):
+        self.switches = self.enterContext(Switches(LIBRARY))
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        mof = pathlib.Path(folder) / "thing.mof"
+        mof.write_text("Qualifier Key : boolean = false, Scope(property, reference);\n"
+                       "class TST_Thing { [Key] string Id; string Text; };\n")
+        self.options = (f"--mof={OWN}={mof}", "--writable", "--patience=2", "--grace=5")
+        self.outcomes = collections.Counter()
+
+    def tearDown(self):
+        total = sum(self.outcomes.values())
+        print(f"\n{self.id().rsplit('.', 1)[1]}: {total} faults:",
+              ", ".join(f"{count} {what}" for what, count in self.outcomes.most_common()))
+
+    def served(self):
+        return Served(BUILD, self.options, environment=self.switches.environment,
+                      keep=False)
+
+    def judge(self, what, right, answer, more=()):
+        """Counts what came of a fault. `more`: texts of errors that are right, too."""
+        status, text = answer
+        if answer == right:
+            outcome = "answered"
+        elif status in (503, "closed"):
+            outcome = str(status)
+        elif any(one in text for one in more):
+            outcome = "failed as told"
+        else:
+            self.fail(f"{what}: {answer}")
+        self.outcomes[outcome] += 1
+
+    def test_that_lacks_once_on_a_server_that_has_answered_before(self):
+        with self.served() as served:
+            client = Client(served.port)
+            for _ in range(2):
+                good = {what: client.prepared(what) for what in REQUESTS}
+            for what in REQUESTS:
+                client.prepare(what)
+                before = self.switches.allocations
+                client.answer(what)
+                count = self.switches.allocations - before
+                self.assertGreater(count, 10)
+                step = 1 if ALL else max(1, count // SAMPLE)
+                for number in range(1, count + 1, step):
+                    client.prepare(what)
+                    self.switches.nth = number
+                    answer = client.answer(what)
+                    self.switches.clear()
+                    self.judge(f"{what}, allocation {number}", good[what], answer)
+                    for other in ("a class", "names of a module"):
+                        self.assertEqual(client.answer(other), good[other])
+            for what in REQUESTS:
+                self.assertEqual(client.prepared(what), good[what])
+
+    def test_that_lacks_once_on_a_fresh_server(self):
+        with self.served() as served:
+            client = Client(served.port)
+            good = {what: client.answer(what) for what in MODULES}
+        for what in MODULES:
+            with self.served() as served:
+                before = self.switches.allocations
+                Client(served.port).answer(what)
+                count = self.switches.allocations - before
+            step = 1 if ALL else max(1, count // FRESH)
+            for number in range(1, count + 1, step):
+                with self.subTest(f"{what}, allocation {number}"), self.served() as served:
+                    client = Client(served.port)
+                    self.switches.nth = number
+                    answer = client.answer(what)
+                    self.switches.clear()
+                    failed = ("ProviderLoadFailure", "provider initialization failed",
+                              "is not answering")
+                    self.judge(f"{what}, allocation {number}", good[what], answer, failed)
+                    # A module whose initialize() has failed waits for ever, by its contract.
+                    again = client.answer(what)
+                    if "is not answering" not in again[1]:
+                        self.assertEqual(again, good[what])
+
+    def test_that_lacks_again_and_again(self):
+        with self.served() as served:
+            client = Client(served.port)
+            for _ in range(2):
+                good = {what: client.prepared(what) for what in REQUESTS}
+            for every in (2, 3, 7, 23, 101, 499):
+                for _ in range(100 if ALL else 5):
+                    for what in REQUESTS:
+                        client.prepare(what)
+                        self.switches.every = every
+                        answer = client.answer(what)
+                        self.switches.clear()
+                        self.judge(f"{what}, every {every}th", good[what], answer)
+                for what in REQUESTS:
+                    self.assertEqual(client.prepared(what), good[what])
+            self.switches.every = 7  # and the stop is one in order
+        self.assertGreater(self.switches.failed, 0)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *[a for a in sys.argv[3:] if a != "--all"]])
