@@ -31,7 +31,8 @@ LIBRARIES = {
 # The tool that registers the module stands alone: it knows the server by its commands.
 REGISTER_LIBRARIES = ["CLI/", "nlohmann/"]
 
-# The fuzz targets stand before any room of the embedded server.
+# The fuzz targets stand before the embedded server, and before the module as its server loads it.
+FUZZ_ROOMS = ["fuzz", *EMBEDDED_ROOMS, *SERVER_OBJECTS_ROOMS]
 FUZZ_LIBRARIES = ["expat.h"]
 
 # The benchmarks stand outside: they know what a provider's author and a client know.
@@ -80,7 +81,7 @@ def register_allows(quoted, name):
 
 def fuzz_allows(quoted, name):
     if quoted:
-        return any(name.startswith(room + "/") for room in ["fuzz", *EMBEDDED_ROOMS])
+        return any(name.startswith(room + "/") for room in FUZZ_ROOMS)
     return bool(PUBLIC.match(name) or is_system(name)) or name.startswith(
         ("hosting/", *FUZZ_LIBRARIES))
 
