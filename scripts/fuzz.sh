@@ -62,7 +62,7 @@ for target in "${targets[@]}"; do
     "findings $(($(find "$findings" -type f | wc -l) - before))"
   if [ $run -ne 0 ]; then
     status=1
-    grep -E '^(BROKEN RULE|SUMMARY)|ERROR: |Test unit written' "$log" >&2 || tail -n 20 "$log" >&2
+    grep -E '^(BROKEN RULE|SUMMARY|terminate)|ERROR: |Test unit written' "$log" >&2 || tail -n 20 "$log" >&2
     echo "fuzz.sh: $target: minimise it with build/fuzz/bin/fuzz_$target -minimize_crash=1 FILE;" \
       "when it is mended, keep it in tests/fuzz/findings/$target" >&2
   fi

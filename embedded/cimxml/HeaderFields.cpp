@@ -1,6 +1,7 @@
 #include "cimxml/HeaderFields.h"
 
 #include "text/Ascii.h"
+#include "text/Utf8.h"
 
 #include <stdexcept>
 
@@ -37,7 +38,10 @@ std::string decodedField(const std::string& name, const std::string* value) {
     if (!value)
         throw mismatch(name + " is missing");
     try {
-        return http::percentDecoded(*value);
+        std::string decoded = http::percentDecoded(*value);
+        if (text::findInvalidUtf8(decoded) != std::string::npos)
+            throw std::invalid_argument("no UTF-8: " + *value);
+        return decoded;
     } catch (const std::invalid_argument& error) {
         throw mismatch(name + ": " + error.what());
     }
