@@ -221,8 +221,11 @@ void checkValue(const std::string& text) {
     const CIMValue again = valueOf(written, type);
     require(again.getType() == type && again.toString() == value->toString(),
             "a value is read as it was written", text + "\n" + written);
+    const bool isNaN = (type == CIMTYPE_REAL32 || type == CIMTYPE_REAL64) &&
+                       utf8(value->toString()).find("nan") != std::string::npos;
     CIMKeyBinding key(CIMName("Key"), *value);
-    require(key.equal(again), "a key is that of its value", text + "\n" + written);
+    require(key.equal(again) || isNaN,
+            "a key is that of its value, but for NaN, which equals nothing", text + "\n" + written);
 }
 
 void checkInteger(const std::string& text) {
