@@ -86,11 +86,11 @@ class RunningServer {
     std::thread _thread{[this] { _server.run(); }};
 };
 
-sockaddr_in local(std::uint16_t port) {
+sockaddr_in local(std::uint32_t host, std::uint16_t port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK + host);
     return address;
 }
 
@@ -105,9 +105,15 @@ std::uint16_t portBy(Ask ask, int socket) {
 class Client {
   public:
     explicit Client(std::uint16_t port) : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
-        const sockaddr_in address = local(port);
-        require(::connect(_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) ==
-                    0,
+        // The system keeps the ports of ended connections for a while: one address has too few.
+        static std::uint32_t connections = 0;
+        const sockaddr_in own = local(++connections % 250, 0);
+        const sockaddr_in server = local(0, port);
+        const int late = 1; // the port is chosen by connect()
+        ::setsockopt(_socket, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &late, sizeof late);
+        require(::bind(_socket, reinterpret_cast<const sockaddr*>(&own), sizeof own) == 0 &&
+                    ::connect(_socket, reinterpret_cast<const sockaddr*>(&server), sizeof server) ==
+                        0,
                 "the server is there");
         while (_accepted == 0)
             find();
