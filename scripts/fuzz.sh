@@ -34,7 +34,8 @@ declare -A unit=([s]=1 [m]=60 [h]=3600)
 seconds=$((BASH_REMATCH[1] * ${unit[${BASH_REMATCH[2]:-s}]}))
 
 command -v clang++ >/dev/null || wrong "no clang++; scripts/setup.sh test installs it"
-cmake --preset fuzz >/dev/null || wrong "cannot be configured, see above; scripts/setup.sh test installs what is missing"
+cmake --preset fuzz >/dev/null ||
+  wrong "cannot be configured, see above; scripts/setup.sh test installs what is missing"
 cmake --build --preset fuzz --target "${targets[@]/#/fuzz_}" || wrong "cannot be built, see above"
 
 # The longest input in bytes: more than a request of each kind, and little enough to be quick.
@@ -53,13 +54,14 @@ for target in "${targets[@]}"; do
   before=$(find "$findings" -type f | wc -l)
   run=0
   nice build/fuzz/bin/fuzz_"$target" -dict=tests/fuzz/dictionaries/"$target".dict \
-    -max_len="${longest[$target]}" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
-    -max_total_time="$seconds" -artifact_prefix="$findings/" "$corpus" "${seeds[@]}" \
+    -max_len="${longest[$target]}" -timeout=20 -report_slow_units=20 -rss_limit_mb=2048 \
+    -print_final_stats=1 -max_total_time="$seconds" -artifact_prefix="$findings/" "$corpus" "${seeds[@]}" \
     >"$log" 2>&1 </dev/null || run=$?
   coverage=$(sed -n 's/.* cov: \([0-9]*\) ft: .*/\1/p' "$log" | tail -n 1)
   echo "fuzz.sh: $target: $(figure number_of_executed_units) executions, $(figure average_exec_per_sec)" \
     "a second; coverage ${coverage:-none}, corpus $(find "$corpus" -type f | wc -l)," \
     "findings $(($(find "$findings" -type f | wc -l) - before))"
+  [ $run -ne 72 ] || wrong "interrupted" # libFuzzer's exit code for it
   if [ $run -ne 0 ]; then
     status=1
     grep -E '^(BROKEN RULE|SUMMARY|terminate)|ERROR: |Test unit written' "$log" >&2 || tail -n 20 "$log" >&2

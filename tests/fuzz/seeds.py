@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes seeds of the wire cases: the corpora of the fuzz targets cimxml, headers and http get a file
-for each request that differs (http: in what HTTP sees of it), named after its case. To be run when cases were added; the files are
-kept with the sources.
+for each request that differs (for http: in what HTTP sees of it), named after its case. To be run
+when cases were added; the files are kept with the sources.
 
 usage: seeds.py
 """
