@@ -31,6 +31,10 @@ LIBRARIES = {
 # The tool that registers the module stands alone: it knows the server by its commands.
 REGISTER_LIBRARIES = ["CLI/", "nlohmann/"]
 
+# The fuzz targets stand before the embedded server, and before the module as its server loads it.
+FUZZ_ROOMS = ["fuzz", *EMBEDDED_ROOMS, *SERVER_OBJECTS_ROOMS]
+FUZZ_LIBRARIES = ["expat.h"]
+
 # The benchmarks stand outside: they know what a provider's author and a client know.
 BENCH_LIBRARIES = ["benchmark/", "boost/"]
 
@@ -75,6 +79,13 @@ def register_allows(quoted, name):
     return is_system(name) or name.startswith(tuple(REGISTER_LIBRARIES))
 
 
+def fuzz_allows(quoted, name):
+    if quoted:
+        return any(name.startswith(room + "/") for room in FUZZ_ROOMS)
+    return bool(PUBLIC.match(name) or is_system(name)) or name.startswith(
+        ("hosting/", *FUZZ_LIBRARIES))
+
+
 def bench_allows(quoted, name):
     if quoted:
         return "/" not in name
@@ -103,6 +114,8 @@ def main():
             allows = register_allows
         elif room == "bench":
             allows = bench_allows
+        elif path.parts[:2] == ("tests", "fuzz"):
+            allows = fuzz_allows
         else:
             continue
         files += 1

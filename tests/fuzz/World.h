@@ -1,0 +1,36 @@
+// A small CIM server without modules: the classes and objects of the wire cases.
+#pragma once
+
+#include "host/Router.h"
+#include "repository/Repository.h"
+
+#include <memory>
+
+namespace fuzz {
+
+/// Thread-safety: one thread at a time.
+class World : public embedded::host::CimOperations {
+  public:
+    World() { renew(); }
+
+    /// Makes everything as it was, if something was written.
+    void restore() {
+        if (_written)
+            renew();
+    }
+    embedded::host::Plan plan(const embedded::host::Operation& operation) override;
+
+  private:
+    struct Server {
+        Server();
+        embedded::repository::Repository repository;
+        embedded::host::ProviderModules modules{embedded::host::Registration(), {}};
+        embedded::host::Router router{repository, modules, "fuzz", true};
+    };
+    void renew();
+
+    std::unique_ptr<Server> _server;
+    bool _written = false;
+};
+
+} // namespace fuzz
