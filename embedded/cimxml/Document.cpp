@@ -11,8 +11,11 @@
 #include <cstring>
 #include <exception>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace embedded::cimxml {
 namespace {
@@ -23,7 +26,7 @@ struct FreeParser {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
 
-/// A thread's parser, used again for each document: it keeps its memory. Entities are never
+/// A parser that is used again for each document: it keeps its memory. Entities are never
 /// declared here (see doctype()), external ones are never asked for (expat needs a handler for
 /// that), and expat's own bound on what entities come to is on, as it is from 2.4 on.
 class Parser {
@@ -54,6 +57,35 @@ class Parser {
 
     std::unique_ptr<XML_ParserStruct, FreeParser> _parser;
     unsigned long _salt = std::random_device()() | 1U; // 0 means none
+};
+
+/// Parsers that nobody uses just now: as many as there were readers at once. Not one for each
+/// thread: the C library ends the process when it has no memory to register a thread's destructors.
+class Parsers {
+  public:
+    static constexpr std::size_t most = 64;
+
+    Parsers() { _free.reserve(most); }
+
+    std::unique_ptr<Parser> take() {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        if (_free.empty()) {
+            return std::make_unique<Parser>();
+        }
+        std::unique_ptr<Parser> parser = std::move(_free.back());
+        _free.pop_back();
+        return parser;
+    }
+    void giveBack(std::unique_ptr<Parser> parser) noexcept {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        if (_free.size() < most) {
+            _free.push_back(std::move(parser));
+        }
+    }
+
+  private:
+    std::mutex _mutex;
+    std::vector<std::unique_ptr<Parser>> _free;
 };
 
 bool isBlank(std::string_view text) {
@@ -289,12 +321,16 @@ Document::Document(const std::string& text) {
         checkBytes(text);
         rejectNotValid("no XML declaration");
     }
-    thread_local Parser parser;
-    struct Release {
+    static Parsers parsers;
+    struct Use {
+        std::unique_ptr<Parser> parser;
         std::size_t size;
-        ~Release() { parser.release(size); }
-    } const release{text.size()};
-    Reader(*this, text, parser.ready()).read();
+        ~Use() {
+            parser->release(size);
+            parsers.giveBack(std::move(parser));
+        }
+    } const use{parsers.take(), text.size()};
+    Reader(*this, text, use.parser->ready()).read();
 }
 
 } // namespace embedded::cimxml

@@ -33,16 +33,17 @@ constexpr std::string_view tlsRecord = "\x16\x03";
 constexpr std::string_view chunkEnd = "\r\n";
 constexpr std::string_view lastChunk = "0\r\n\r\n";
 
-// Every reply says when it was made (RFC 9110 clause 6.6.1).
-const std::string& now() {
+// Every reply says when it was made (RFC 9110 clause 6.6.1). Nothing here has a destructor: the C
+// library ends the process when it has no memory to register one for a thread.
+std::string_view now() {
     thread_local std::time_t time = 0;
-    thread_local std::string text;
+    thread_local std::array<char, 29> text{}; // as long as a Date is
     const std::time_t present = std::time(nullptr);
     if (present != time) {
+        httpDate(present).copy(text.data(), text.size());
         time = present;
-        text = httpDate(time);
     }
-    return text;
+    return {text.data(), text.size()};
 }
 
 } // namespace

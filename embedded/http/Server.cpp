@@ -169,7 +169,11 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
   private:
     class IoThread : public ConnectionOwner {
       public:
-        explicit IoThread(Implementation& server) : _server(server), _work(_io.get_executor()) {}
+        explicit IoThread(Implementation& server) : _server(server), _work(_io.get_executor()) {
+            // What Asio makes with the first of them is there from now on.
+            const Connection::Socket socket(_io);
+            const asio::steady_timer timer(_io);
+        }
 
         asio::io_context& io() { return _io; }
 

@@ -21,7 +21,7 @@ const std::string& singleLine(const std::string& text) {
 
 } // namespace
 
-std::string wireHeader(const Reply& reply, Persistence persistence, const std::string& date) {
+std::string wireHeader(const Reply& reply, Persistence persistence, std::string_view date) {
     std::string text;
     text.reserve(512);
     const auto add = [&text](const std::string& name, const std::string& value) {
@@ -31,7 +31,7 @@ std::string wireHeader(const Reply& reply, Persistence persistence, const std::s
     text.append("HTTP/1.1 ").append(std::to_string(reply.status)).append(" ");
     text.append(singleLine(reply.reason)).append("\r\n");
     if (!date.empty())
-        add("Date", date);
+        add("Date", std::string(date));
     for (const auto& field : reply.fields)
         add(field.first, field.second);
     const bool hasLength = findField(reply.fields, "content-length") != nullptr;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <ctime>
 #include <string>
+#include <string_view>
 
 namespace embedded::http {
 
@@ -18,7 +19,7 @@ enum class Persistence { Silent, KeepAlive, Close };
 /// length when that is not among the fields, or that it comes in chunks), then Connection.
 /// Throws std::invalid_argument for a reason or field that would not stay on its line, and for a
 /// content length beside a body that comes in pieces.
-std::string wireHeader(const Reply& reply, Persistence persistence, const std::string& date = {});
+std::string wireHeader(const Reply& reply, Persistence persistence, std::string_view date = {});
 
 /// The line with which a chunk of `size` bytes begins (RFC 9112 clause 7.1).
 std::string chunkBegin(std::size_t size);
