@@ -139,6 +139,12 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return ::operator new(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return fails() ? nullptr : std::malloc(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return fails() ? nullptr : std::malloc(size);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
