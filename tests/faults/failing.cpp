@@ -15,7 +15,6 @@
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 #ifndef FAILING_ONLY_NEW
@@ -35,7 +34,7 @@ struct Control {
     Number nth;         // > 0: so many allocations from now one fails
     Number every;       // > 0: of so many allocations one fails
     Number failed;      // allocations that failed
-    Number shortIo;     // > 0: no more bytes at a time are read from sockets or written to them
+    Number few;         // > 0: no more bytes at a time go to a file; sockets have small buffers
     Number interrupt;   // > 0: one of so many reads, writes and waits is interrupted
     Number interrupted; // that were
     Number accept;      // the error of accepting a connection
@@ -91,9 +90,16 @@ bool interrupted() {
     return true;
 }
 
-std::size_t shortened(std::size_t size) {
-    const auto limit = static_cast<std::size_t>(control().shortIo);
-    return limit != 0 && size > limit ? limit : size;
+// Sockets give and take few bytes at a time when their buffers are small. It would not do to ask
+// the kernel for fewer than the caller does: who has been given less than asked for may rely on
+// being told when there is more (epoll, EPOLLET).
+int small(int descriptor) {
+    const int size = 1; // the kernel makes it the least that it has
+    if (descriptor >= 0 && control().few > 0) {
+        ::setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
+        ::setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
+    }
+    return descriptor;
 }
 
 bool refuses(const Number& error) {
@@ -105,24 +111,9 @@ bool refuses(const Number& error) {
     return true;
 }
 
-bool isSocket(int descriptor) {
+bool isFile(int descriptor) {
     struct stat what {};
-    return ::fstat(descriptor, &what) == 0 && S_ISSOCK(what.st_mode);
-}
-
-// The first part of `message`, no longer than may be at once.
-msghdr onePart(const msghdr& message, iovec& part) {
-    msghdr result = message;
-    if (control().shortIo > 0 && message.msg_iovlen > 0) {
-        std::size_t first = 0;
-        while (first + 1 < message.msg_iovlen && message.msg_iov[first].iov_len == 0)
-            ++first;
-        part = message.msg_iov[first];
-        part.iov_len = shortened(part.iov_len);
-        result.msg_iov = &part;
-        result.msg_iovlen = 1;
-    }
-    return result;
+    return ::fstat(descriptor, &what) == 0 && (S_ISREG(what.st_mode) || S_ISFIFO(what.st_mode));
 }
 
 } // namespace
@@ -192,52 +183,44 @@ extern "C" {
 
 ssize_t recv(int descriptor, void* bytes, std::size_t size, int flags) {
     NEXT(recv);
-    return interrupted() ? -1 : next(descriptor, bytes, shortened(size), flags);
+    return interrupted() ? -1 : next(descriptor, bytes, size, flags);
 }
 
 ssize_t recvmsg(int descriptor, msghdr* message, int flags) {
     NEXT(recvmsg);
-    iovec part{};
-    msghdr asked = onePart(*message, part);
-    return interrupted() ? -1 : next(descriptor, &asked, flags);
+    return interrupted() ? -1 : next(descriptor, message, flags);
 }
 
 ssize_t send(int descriptor, const void* bytes, std::size_t size, int flags) {
     NEXT(send);
-    return interrupted() ? -1 : next(descriptor, bytes, shortened(size), flags);
+    return interrupted() ? -1 : next(descriptor, bytes, size, flags);
 }
 
 ssize_t sendmsg(int descriptor, const msghdr* message, int flags) {
     NEXT(sendmsg);
-    iovec part{};
-    const msghdr asked = onePart(*message, part);
-    return interrupted() ? -1 : next(descriptor, &asked, flags);
-}
-
-ssize_t read(int descriptor, void* bytes, std::size_t size) {
-    NEXT(read);
-    if (isSocket(descriptor) && interrupted())
-        return -1;
-    return next(descriptor, bytes, isSocket(descriptor) ? shortened(size) : size);
+    return interrupted() ? -1 : next(descriptor, message, flags);
 }
 
 ssize_t write(int descriptor, const void* bytes, std::size_t size) {
     NEXT(write);
-    if (isSocket(descriptor))
-        return interrupted() ? -1 : next(descriptor, bytes, shortened(size));
+    if (!isFile(descriptor))
+        return next(descriptor, bytes, size);
     if (refuses(control().write) || interrupted())
         return -1;
-    return next(descriptor, bytes, shortened(size));
+    const auto few = static_cast<std::size_t>(control().few);
+    return next(descriptor, bytes, few != 0 && few < size ? few : size);
 }
 
 int accept(int descriptor, sockaddr* address, socklen_t* size) {
     NEXT(accept);
-    return refuses(control().accept) || interrupted() ? -1 : next(descriptor, address, size);
+    return refuses(control().accept) || interrupted() ? -1 : small(next(descriptor, address, size));
 }
 
 int accept4(int descriptor, sockaddr* address, socklen_t* size, int flags) {
     NEXT(accept4);
-    return refuses(control().accept) || interrupted() ? -1 : next(descriptor, address, size, flags);
+    return refuses(control().accept) || interrupted()
+               ? -1
+               : small(next(descriptor, address, size, flags));
 }
 
 int epoll_wait(int descriptor, epoll_event* events, int count, int timeout) {

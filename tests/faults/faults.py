@@ -7,7 +7,7 @@ import struct
 import tempfile
 
 # As failing.cpp has them, 64 bits each.
-SWITCHES = ("allocations", "nth", "every", "failed", "short_io", "interrupt", "interrupted",
+SWITCHES = ("allocations", "nth", "every", "failed", "few", "interrupt", "interrupted",
             "accept", "write", "refused", "clock")
 
 
@@ -42,5 +42,5 @@ class Switches:
         struct.pack_into("q", self._map, 8 * SWITCHES.index(name), value)
 
     def clear(self):
-        for name in ("nth", "every", "short_io", "interrupt", "accept", "write", "clock"):
+        for name in ("nth", "every", "few", "interrupt", "accept", "write", "clock"):
             setattr(self, name, 0)
