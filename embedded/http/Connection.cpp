@@ -53,6 +53,7 @@ Connection::Connection(Socket socket, ConnectionOwner& owner)
     Error error;
     const auto peer = _socket.remote_endpoint(error);
     std::ostringstream name;
+    name.exceptions(std::ios::badbit | std::ios::failbit);
     if (error) {
         name << "a client";
     } else {
