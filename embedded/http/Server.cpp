@@ -11,7 +11,6 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <boost/asio/thread_pool.hpp>
 
 #include <algorithm>
 #include <atomic>
@@ -121,19 +120,24 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         _grace.emplace(_threads.front()->io());
         _pause.emplace(_threads.front()->io());
         _laneTimer.emplace(_threads.front()->io());
+        _workers.emplace(_options.workers);
     }
 
     bool drained() const { return _drained; }
 
     void run() {
-        _workers.emplace(_options.workers);
         accept();
-        std::vector<std::thread> others;
-        for (std::size_t i = 1; i < _threads.size(); ++i)
-            others.emplace_back([thread = _threads[i].get()] { thread->run(); });
-        _threads.front()->run();
-        for (std::thread& other : others)
-            other.join();
+        {
+            Threads others;
+            try {
+                for (std::size_t i = 1; i < _threads.size(); ++i)
+                    others.add([thread = _threads[i].get()] { thread->run(); });
+                _threads.front()->run();
+            } catch (...) {
+                end();
+                throw;
+            }
+        }
         _drained = _handling == 0;
         if (_drained)
             _workers->join();
@@ -167,6 +171,61 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
   private:
+    // Joined at its end.
+    class Threads {
+      public:
+        Threads() = default;
+        ~Threads() { join(); }
+        Threads(const Threads&) = delete;
+        Threads& operator=(const Threads&) = delete;
+
+        template <class Function>
+        void add(Function function) {
+            _threads.emplace_back(std::move(function));
+        }
+        void join() {
+            for (std::thread& thread : _threads)
+                thread.join();
+            _threads.clear();
+        }
+
+      private:
+        std::vector<std::thread> _threads;
+    };
+
+    // Asio's thread_pool would wait for ever for those that it has if it cannot have one of its
+    // threads.
+    class Workers {
+      public:
+        explicit Workers(unsigned count) : _work(_io.get_executor()) {
+            try {
+                for (; count != 0; --count)
+                    _threads.add([this] { _io.run(); });
+            } catch (...) {
+                stop();
+                throw;
+            }
+        }
+
+        ~Workers() { stop(); }
+        Workers(const Workers&) = delete;
+        Workers& operator=(const Workers&) = delete;
+
+        asio::io_context& io() { return _io; }
+        /// When nothing more comes.
+        void join() {
+            _work.reset();
+            _threads.join();
+        }
+        /// What has not begun will not.
+        void stop() { _io.stop(); }
+
+      private:
+        asio::io_context _io;
+        asio::executor_work_guard<asio::io_context::executor_type> _work;
+        Threads _threads;
+    };
+
     class IoThread : public ConnectionOwner {
       public:
         explicit IoThread(Implementation& server) : _server(server), _work(_io.get_executor()) {
@@ -254,13 +313,14 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         // On any thread, as all up to finish().
         void start(const std::shared_ptr<Work>& work,
                    const std::shared_ptr<Connection>& connection) noexcept {
-            asio::post(*_server._workers, onReserve(connection->memory(), [this, work, connection] {
-                Answer answer = _server.guarded(*connection, work->make);
-                work->make = nullptr; // what it holds may be large, or be wanted elsewhere
-                work->late = nullptr;
-                _server._lanes.leave(work->lanes);
-                finish(std::move(answer), connection);
-            }));
+            asio::post(
+                _server._workers->io(), onReserve(connection->memory(), [this, work, connection] {
+                    Answer answer = _server.guarded(*connection, work->make);
+                    work->make = nullptr; // what it holds may be large, or be wanted elsewhere
+                    work->late = nullptr;
+                    _server._lanes.leave(work->lanes);
+                    finish(std::move(answer), connection);
+                }));
         }
 
         void giveUp(const Work& work, const std::shared_ptr<Connection>& connection) noexcept {
@@ -512,7 +572,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     HandlerMemory _stopMemory;
     HandlerMemory _laneMemory;
     bool _drained = true;
-    std::optional<asio::thread_pool> _workers; // what waits in it refers to all of the above
+    std::optional<Workers> _workers; // what waits in it refers to all of the above
 };
 
 Server::Server(Listener listener, const Options& options, Handler handler)

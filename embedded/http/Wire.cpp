@@ -62,7 +62,8 @@ std::string httpDate(std::time_t time) {
     std::tm parts{};
     gmtime_r(&time, &parts);
     std::ostringstream text;
-    text.exceptions(std::ios::badbit | std::ios::failbit); // or it cuts off what it has no memory for
+    text.exceptions(std::ios::badbit |
+                    std::ios::failbit); // or it cuts off what it has no memory for
     text.imbue(std::locale::classic());
     text << std::put_time(&parts, "%a, %d %b %Y %H:%M:%S GMT");
     return text.str();
