@@ -1,6 +1,6 @@
 #include "repository/InstanceStore.h"
 
-#include <functional>
+#include "text/KeyedHash.h"
 
 namespace embedded::repository {
 
@@ -9,7 +9,7 @@ using Pegasus::CIMObjectPath;
 namespace {
 
 std::uint64_t hashOf(const PathKey& key) {
-    return std::hash<std::string>()(key.text());
+    return text::keyedHash(key.text());
 }
 
 } // namespace

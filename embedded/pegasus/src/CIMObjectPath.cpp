@@ -3,7 +3,7 @@
 #include "ObjectPathParser.h"
 #include "ObjectPathReps.h"
 #include "StringRep.h"
-#include "text/Ascii.h"
+#include "hosting/Text.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -65,42 +65,22 @@ void appendQuoted(String& text, const String& value) {
     text.append(quote);
 }
 
-Uint16 asIs(Uint16 unit) {
-    return unit;
-}
+using embedded::text::KeyedHash;
+using hosting::foldedHash;
 
-/// FNV-1a over code units, as `fold` shows them.
-class Hash {
-  public:
-    void add(const String& text, Uint16 (*fold)(Uint16)) {
-        StringRep::visit(text, [&](const auto* units, Uint32 size) {
-            for (Uint32 i = 0; i < size; ++i)
-                add(fold(unitOf(units[i])));
-        });
-        add(separator);
-    }
-
-    void add(Uint32 number) { _value = (_value ^ number) * 16777619U; }
-
-    Uint32 value() const { return _value; }
-
-  private:
-    static constexpr Uint32 separator = 0x10000; // no code unit
-    Uint32 _value = 2166136261U;
-};
-
-/// Adds the same for values that operator== holds for equal.
-void addValue(Hash& hash, const CIMKeyBinding& keyBinding) {
+/// The same for values that operator== holds for equal.
+std::uint64_t hashOfValue(const CIMKeyBinding& keyBinding) {
     switch (keyBinding.getType()) {
     case CIMKeyBinding::BOOLEAN:
-        return hash.add(keyBinding.getValue(), embedded::text::lower);
-    case CIMKeyBinding::STRING:
-        return hash.add(keyBinding.getValue(), asIs);
+        return foldedHash(keyBinding.getValue());
     case CIMKeyBinding::NUMERIC:
-        return hash.add(numbers::canonical(keyBinding.getValue()), asIs);
+        return keyedHash(numbers::canonical(keyBinding.getValue()), asIs);
     case CIMKeyBinding::REFERENCE:
-        return hash.add(CIMKeyBindingRep::of(keyBinding).path().makeHashCode());
+        return CIMKeyBindingRep::of(keyBinding).path().makeHashCode();
+    case CIMKeyBinding::STRING:
+        break;
     }
+    return keyedHash(keyBinding.getValue(), asIs);
 }
 
 } // namespace
@@ -278,17 +258,17 @@ Boolean CIMObjectPath::identical(const CIMObjectPath& x) const {
 
 Uint32 CIMObjectPath::makeHashCode() const {
     const CIMObjectPathRep& rep = CIMObjectPathRep::of(*this);
-    Hash hash;
-    hash.add(rep.host, embedded::text::lower);
-    hash.add(rep.nameSpace.getString(), embedded::text::lower);
-    hash.add(rep.className.getString(), embedded::text::lower);
+    KeyedHash hash;
+    hash.add(foldedHash(rep.host));
+    hash.add(foldedHash(rep.nameSpace.getString()));
+    hash.add(foldedHash(rep.className.getString()));
     const Array<CIMKeyBinding>& keys = rep.keyBindings;
     for (Uint32 i = 0; i < keys.size(); ++i) {
-        hash.add(keys[i].getName().getString(), embedded::text::lower);
-        hash.add(static_cast<Uint32>(keys[i].getType()));
-        addValue(hash, keys[i]);
+        hash.add(foldedHash(keys[i].getName().getString()));
+        hash.add(keys[i].getType());
+        hash.add(hashOfValue(keys[i]));
     }
-    return hash.value();
+    return static_cast<Uint32>(hash.value());
 }
 
 Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {
