@@ -64,14 +64,6 @@ CIMPropertyList listOf(const CIMName& name) {
     return CIMPropertyList(Array<CIMName>(&name, 1));
 }
 
-CIMPropertyList allProperties(const CIMClass& cimClass) {
-    Array<CIMName> names;
-    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
-        names.append(cimClass.getProperty(i).getName());
-    }
-    return CIMPropertyList(names);
-}
-
 /// A plan whose errors are all CIMExceptions.
 template <class Perform>
 Plan planned(bool entersModules, Perform perform) {
@@ -301,8 +293,9 @@ Plan Router::planEnumeration(const Question& question) const {
     const bool ofThisClass = operation.kind == OperationKind::EnumerateInstances &&
                              !operation.deepInheritance && operation.propertyList.isNull();
     const CIMPropertyList list =
-        ofThisClass ? allProperties(view.getClass(operation.nameSpace, operation.className))
-                    : operation.propertyList;
+        ofThisClass
+            ? CIMPropertyList(arrayOf(view.propertyNames(operation.nameSpace, operation.className)))
+            : operation.propertyList;
     return planned(
         entersModules, [this, question, sources = std::move(sources), ofThisClass, list] {
             Legs legs;

@@ -115,4 +115,12 @@ Pegasus::CIMObjectPath withoutPlace(const Pegasus::CIMObjectPath& path) {
                                   path.getClassName(), path.getKeyBindings());
 }
 
+bool equalWithoutPlace(const Pegasus::CIMObjectPath& x, const Pegasus::CIMObjectPath& y) {
+    const Pegasus::Array<CIMKeyBinding>& keys = x.getKeyBindings();
+    const Pegasus::Array<CIMKeyBinding>& others = y.getKeyBindings();
+    return x.getClassName() == y.getClassName() &&
+           std::equal(keys.getData(), keys.getData() + keys.size(), others.getData(),
+                      others.getData() + others.size());
+}
+
 } // namespace embedded::repository

@@ -44,5 +44,7 @@ class PathKey {
 
 /// `path` without host and namespace.
 Pegasus::CIMObjectPath withoutPlace(const Pegasus::CIMObjectPath& path);
+/// Whether both are equal without host and namespace.
+bool equalWithoutPlace(const Pegasus::CIMObjectPath& x, const Pegasus::CIMObjectPath& y);
 
 } // namespace embedded::repository

@@ -91,9 +91,17 @@ class View {
     /// Whether `derived` is `base` or is derived from it; false, too, if a name is unknown.
     bool isA(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& derived,
              const Pegasus::CIMName& base) const;
-    /// In the order of getClass()'s properties. Unknown class: CIM_ERR_NOT_FOUND.
+
+    // In the order of getClass()'s properties. Unknown class: CIM_ERR_NOT_FOUND.
+
+    std::vector<Pegasus::CIMName> propertyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                const Pegasus::CIMName& className) const;
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) const;
+    /// Role and class of each reference.
+    std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMName>>
+    references(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className) const;
+
     /// The association classes with a reference that can take `sourceClass` (it or one of its
     /// superclasses is the reference's class), in the order of declaration. `filter`, when not
     /// null, narrows them to that class and its subclasses.
