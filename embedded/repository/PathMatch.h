@@ -34,7 +34,7 @@ class PathKey {
     };
 
     void add(const Pegasus::CIMObjectPath& path);
-    void addReference(const Pegasus::String& value);
+    void addReference(const Pegasus::CIMKeyBinding& key);
     bool matches(const PathKey& asked, bool loosely) const;
 
     Pegasus::CIMNamespaceName _home;

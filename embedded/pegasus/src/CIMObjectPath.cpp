@@ -42,9 +42,13 @@ void normalize(const Array<CIMKeyBinding>& keyBindings) {
         std::stable_sort(begin, end, comesBefore);
 }
 
+[[noreturn]] void rejectPath(const String& text, const String& reason) {
+    throw MalformedObjectNameException(text + ", reason:\"" + reason + "\"");
+}
+
 const String& checkedHost(const String& host) {
     if (host.size() != 0 && !isHost(host))
-        rejectObjectPath(host, "invalid hostname");
+        rejectPath(host, "invalid hostname");
     return host;
 }
 
@@ -98,6 +102,14 @@ CIMObjectPath CIMObjectPathRep::pathOf(CIMObjectPathRep* rep) {
 
 CIMObjectPathRep* CIMObjectPathRep::shared(const CIMObjectPath& path) {
     return share(path._rep);
+}
+
+bool CIMObjectPathRep::read(const String& text, CIMObjectPath& path, String& reason) {
+    CIMObjectPathRep& rep = detach(path._rep);
+    if (!parseObjectPath(text, rep, reason))
+        return false;
+    normalize(rep.keyBindings);
+    return true;
 }
 
 bool CIMObjectPathRep::readsBack() const {
@@ -174,9 +186,9 @@ void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
 
 void CIMObjectPath::set(const String& objectName) {
     CIMObjectPath path;
-    CIMObjectPathRep& rep = detach(path._rep);
-    parseObjectPath(objectName, rep.host, rep.nameSpace, rep.className, rep.keyBindings);
-    normalize(rep.keyBindings);
+    String reason;
+    if (!CIMObjectPathRep::read(objectName, path, reason))
+        rejectPath(objectName, reason);
     *this = path;
 }
 
