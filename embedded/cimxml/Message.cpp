@@ -45,7 +45,10 @@ class GivenBack {
 std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
     Pegasus::String description(Pegasus::cimStatusCodeToString(code));
     if (message.size() != 0) {
-        description.append(": ").append(message);
+        description.append(": ").append(message.subString(0, maximumErrorLength));
+    }
+    if (message.size() > maximumErrorLength) {
+        description.append("...");
     }
     std::string out = "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"";
     appendEscaped(out, description);

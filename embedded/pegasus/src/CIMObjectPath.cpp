@@ -8,6 +8,7 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -53,20 +54,18 @@ const String& checkedHost(const String& host) {
 }
 
 void appendQuoted(String& text, const String& value) {
-    const Char16 backslash('\\');
-    const Char16 quote('"');
-    text.append(quote);
     StringRep::visit(value, [&](const auto* units, Uint32 size) {
-        Uint32 run = 0; // what is taken over as it is
+        using Unit = std::decay_t<decltype(*units)>;
+        std::vector<Unit> quoted(2 * std::size_t{size} + 2, Unit('"')); // more is not needed
+        Unit* end = quoted.data() + 1;
         for (Uint32 i = 0; i < size; ++i) {
-            if (unitOf(units[i]) != '\\' && unitOf(units[i]) != '"')
-                continue;
-            text.append(units + run, i - run).append(backslash);
-            run = i;
+            if (unitOf(units[i]) == '\\' || unitOf(units[i]) == '"')
+                *end++ = Unit('\\');
+            *end++ = units[i];
         }
-        text.append(units + run, size - run);
+        *end++ = Unit('"');
+        text.append(quoted.data(), static_cast<Uint32>(end - quoted.data()));
     });
-    text.append(quote);
 }
 
 using embedded::text::KeyedHash;

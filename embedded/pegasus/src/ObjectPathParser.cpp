@@ -7,6 +7,7 @@
 #include "text/Ascii.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Pegasus {
 
@@ -77,7 +78,15 @@ class Parser {
     }
 
     static String between(const Unit* begin, const Unit* end) {
-        return String(begin, static_cast<Uint32>(end - begin));
+        return begin == end ? String() : String(begin, static_cast<Uint32>(end - begin));
+    }
+
+    static String unescaped(const Unit* begin, const Unit* end) {
+        std::vector<Unit> text(begin, end);
+        Unit* to = text.data();
+        for (const Unit* at = begin; at != end; ++at)
+            *to++ = is(*at, '\\') ? *++at : *at;
+        return between(text.data(), to);
     }
 
     /// What stands before the next `separator`, or all that is left; steps behind the separator.
@@ -89,21 +98,19 @@ class Parser {
     }
 
     bool readQuotedKey(const CIMName& name) {
-        String value;
-        const Unit* run = ++_at; // what is taken over as it is
-        for (;; ++_at) {
-            if (_at == _end)
-                return rejectPair("missing quote in key value");
-            if (is(*_at, '"'))
-                break;
-            if (is(*_at, '\\')) {
-                value.append(run, static_cast<Uint32>(_at - run));
-                run = ++_at;
-                if (_at == _end || (!is(*_at, '\\') && !is(*_at, '"')))
-                    return rejectPair("malformed value");
-            }
+        const Unit* const begin = ++_at;
+        bool hasEscapes = false;
+        for (; _at != _end && !is(*_at, '"'); ++_at) {
+            if (!is(*_at, '\\'))
+                continue;
+            hasEscapes = true;
+            ++_at;
+            if (_at == _end || (!is(*_at, '\\') && !is(*_at, '"')))
+                return rejectPair("malformed value");
         }
-        value.append(run, static_cast<Uint32>(_at - run));
+        if (_at == _end)
+            return rejectPair("missing quote in key value");
+        const String value = hasEscapes ? unescaped(begin, _at) : between(begin, _at);
         ++_at;
         if (_at != _end && !is(*_at++, ','))
             return rejectPair("next key-value pair has to start with comma");
