@@ -11,6 +11,7 @@
 #include <Pegasus/Common/CIMQualifierDecl.h>
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -32,6 +33,10 @@ class StoredInstance {
     /// The caller's own copy.
     Pegasus::CIMInstance instance(bool withQualifiers = true) const {
         return _stored->instance(withQualifiers);
+    }
+    /// The value of a property; none if the instance has none of that name.
+    std::optional<Pegasus::CIMValue> value(const Pegasus::CIMName& property) const {
+        return _stored->value(property);
     }
     /// Role and target of each reference that has a value.
     std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPath>> references() const {
