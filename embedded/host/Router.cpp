@@ -297,25 +297,31 @@ Plan Router::planEnumeration(const Question& question) const {
     // asked for has, no more. Nobody after this one knows that list, so it is applied here.
     const bool ofThisClass = operation.kind == OperationKind::EnumerateInstances &&
                              !operation.deepInheritance && operation.propertyList.isNull();
-    const CIMPropertyList list =
-        ofThisClass
-            ? CIMPropertyList(arrayOf(view.propertyNames(operation.nameSpace, operation.className)))
-            : operation.propertyList;
-    return planned(
-        entersModules, [this, question, sources = std::move(sources), ofThisClass, list] {
-            Legs legs;
-            for (const Source& source : sources) {
-                legs.add([&] { return enumerated(question, source, list); });
-            }
-            Answer answer = legs.answer();
-            if (ofThisClass) {
-                answer.next =
-                    mapped<CIMInstance>(std::move(answer.next), [list](CIMInstance& instance) {
-                        instance = withProperties(instance, list);
-                    });
-            }
-            return answer;
-        });
+    const auto ownProperties = [question] {
+        return CIMPropertyList(arrayOf(question.view.propertyNames(question.operation.nameSpace,
+                                                                   question.operation.className)));
+    };
+    return planned(entersModules, [this, question, sources = std::move(sources), entersModules,
+                                   ofThisClass, ownProperties] {
+        // It is made for a provider, or for the first instance.
+        CIMPropertyList list =
+            ofThisClass && entersModules ? ownProperties() : question.operation.propertyList;
+        Legs legs;
+        for (const Source& source : sources) {
+            legs.add([&] { return enumerated(question, source, list); });
+        }
+        Answer answer = legs.answer();
+        if (ofThisClass) {
+            answer.next = mapped<CIMInstance>(std::move(answer.next),
+                                              [list, ownProperties](CIMInstance& instance) mutable {
+                                                  if (list.isNull()) {
+                                                      list = ownProperties();
+                                                  }
+                                                  instance = withProperties(instance, list);
+                                              });
+        }
+        return answer;
+    });
 }
 
 Cursor Router::enumerated(const Question& question, const Source& source,
