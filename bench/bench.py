@@ -10,6 +10,7 @@ import sys
 import time
 
 import document
+import measure_costs
 import measure_growth
 import measure_memory
 import measure_module
@@ -22,7 +23,7 @@ from servers import IO_THREADS, NotStarted
 from real_server import CannotIsolate  # tests/clients
 
 SECTIONS = {"module": measure_module, "wire": measure_wire, "growth": measure_growth,
-            "memory": measure_memory}
+            "memory": measure_memory, "costs": measure_costs}
 ROUNDS, QUICK_ROUNDS = 9, 3
 
 

@@ -49,6 +49,46 @@ class BENCH_Level{n} : {above} {{
 """
 
 
+def costly(things):
+    """What the costs are measured with: a class of each kind, and a thing with many links."""
+    wide = "".join(f"    [Description(\"Number {n}.\")] string P{n};\n" for n in range(900))
+    yield f"""
+class BENCH_Thing : CIM_ManagedElement {{
+    [Key] string Name;
+    string Text;
+    string Texts[];
+    uint8 Bytes[];
+    boolean Flags[];
+    datetime Times[];
+    real64 Reals[];
+    char16 Letters[];
+    uint64 Number;
+    real64 Real;
+}};
+class BENCH_Wide : CIM_ManagedElement {{
+    [Key] string Name;
+{wide}}};
+class BENCH_Empty : BENCH_Wide {{
+}};
+[Association]
+class BENCH_Link {{
+    [Key] BENCH_Thing REF Antecedent;
+    [Key] BENCH_Thing REF Dependent;
+}};
+instance of BENCH_Wide {{
+    Name = "there";
+}};
+"""
+    for n in range(things):
+        yield f"""
+instance of BENCH_Thing {{ Name = "{n:08}"; Text = "thing {n}"; }};
+instance of BENCH_Link {{
+    Antecedent = "BENCH_Thing.Name=\\"00000000\\"";
+    Dependent = "BENCH_Thing.Name=\\"{n:08}\\"";
+}};
+"""
+
+
 def write(path, parts):
     with open(path, "w") as file:
         file.writelines(parts)

@@ -83,9 +83,10 @@ class Cimhost(Process):
     """The embedded server of a build directory with the module, the schema and the sample switch;
     `more` are further MOF files, (namespace, path) each."""
 
-    def __init__(self, build, more=(), namespaces=()):
+    def __init__(self, build, more=(), namespaces=(), options=()):
         self._build = pathlib.Path(build)
-        self._more = [f"--mof={namespace}={path}" for namespace, path in more]
+        self._more = list(options)
+        self._more += [f"--mof={namespace}={path}" for namespace, path in more]
         self._more += [f"--namespace={namespace}" for namespace in namespaces]
         super().__init__(self._arguments)
 

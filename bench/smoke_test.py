@@ -12,11 +12,13 @@ import types
 import unittest
 
 import document
+import measure_costs
 import measure_growth
 import measure_memory
 import measure_module
 import measure_wire
 import questions
+import shapes
 import tables
 from results import Results
 from servers import Bare, Cimhost
@@ -76,14 +78,20 @@ class Smoke(unittest.TestCase):
         measure_memory.IDLE_CONNECTIONS = 4
         measure_memory.measure(SETUP, results)
         self.assertGreater(results.median("memory", "idle", None, "now", "value"), 1 << 20)
-        for section in ("growth", "memory"):
+        measure_costs.QUICK = 0.0001
+        measure_costs.measure(SETUP, results, [shape._replace(size=4) for shape in
+                                               (*shapes.PLAIN, *shapes.SHAPES)])
+        self.assertEqual(len(results.whats("costs")), len(shapes.PLAIN) + len(shapes.SHAPES))
+        for what in results.whats("costs"):
+            self.assertGreater(tables.costs_of(results, what, "now")[1], 0, what)
+        for section in ("growth", "memory", "costs"):
             for one in tables.tables(results, section):
                 self.assertIn("| ---", one)
 
     def test_the_document_has_the_tables_and_plots_of_its_results(self):
         docs = questions.SOURCE / "docs"
         kept = Results.read(docs / "performance" / "results.json")
-        self.assertEqual(set(kept.facts), {"module", "wire", "growth", "memory"})
+        self.assertEqual(set(kept.facts), {"module", "wire", "growth", "memory", "costs"})
         text = (docs / "performance.md").read_text()
         self.assertEqual(document.filled(text, kept), text, "bench.sh --save makes it anew")
         for name in document.PLOTS:

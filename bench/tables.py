@@ -3,6 +3,7 @@
 import statistics
 
 from questions import QUESTIONS
+from shapes import PLAIN, SHAPES
 
 SIDES = ("before", "now")
 LIBRARIES = ("OpenPegasus's library", "embedded library")
@@ -230,9 +231,63 @@ def memory(results):
     yield table("Memory and start", ["", *SIDES], rows)
 
 
+# Costs
+
+
+PLAIN_TITLES = [shape.title for shape in PLAIN]
+BY_STORE = [shape.title for shape in SHAPES if shape.by_store]
+
+
+def costs_of(results, what, side):
+    """For each byte, of the smaller and of the larger number; None if that was not measured."""
+    found = [results.median("costs", what, at, side, "cost")
+             for at in sorted(results.ats("costs", what))]
+    return found if len(found) == 2 and None not in found else None
+
+
+def against_plain(results, what, side):
+    """The cost of a byte against that of the plain request."""
+    found, plain = costs_of(results, what, side), costs_of(results, PLAIN_TITLES[0], side)
+    return found[1] / plain[1] if found and plain else None
+
+
+def worst_cost(results, side, by_store):
+    return worst((against_plain(results, what, side) for what in results.whats("costs")
+                  if what not in PLAIN_TITLES and (what in BY_STORE) == by_store), max)
+
+
+def costs(results):
+    def last(what, side, measure):
+        return results.median("costs", what, max(results.ats("costs", what)), side, measure)
+
+    def growth_of(what, side):
+        found = costs_of(results, what, side)
+        return found and found[1] / found[0]
+
+    rows = [[what, size(last(what, "now", "bytes")),
+             *(seconds(last(what, side, "time")) for side in SIDES),
+             *(seconds(last(what, side, "cost")) for side in SIDES)]
+            for what in results.whats("costs") if what in PLAIN_TITLES]
+    yield table("Plain requests", ["request", "bytes", *SIDES, *(f"a byte, {side}" for side in SIDES)],
+                rows)
+    rows = [[f"{max(results.ats('costs', what)):,} {what}" if max(results.ats("costs", what)) > 4
+             else what, size(last(what, "now", "bytes")),
+             *(seconds(last(what, side, "time")) for side in SIDES),
+             *(number(against_plain(results, what, side)) for side in SIDES),
+             *(number(growth_of(what, side)) for side in SIDES),
+             *("-" if last(what, side, "left") is None else number(last(what, side, "peak"))
+               for side in SIDES),
+             *(size(last(what, side, "left")) for side in SIDES)]
+            for what in results.whats("costs") if what not in PLAIN_TITLES]
+    yield table("Costly requests", ["request", "bytes", *SIDES,
+                                    *(f"{text}, {side}" for text in
+                                      ("a byte / plain", "a byte, 4 N / N", "memory / request",
+                                       "memory left") for side in SIDES)], rows)
+
+
 def tables(results, section):
-    return list({"module": module, "wire": wire, "growth": growth, "memory": memory}[section](
-        results))
+    return list({"module": module, "wire": wire, "growth": growth, "memory": memory,
+                 "costs": costs}[section](results))
 
 
 # The aims
@@ -251,8 +306,8 @@ def worst(values, choose=min):
     return choose(values) if values else None
 
 
-REPOSITORY = [question.title for question in QUESTIONS[:3]]
 KIB = 1024
+REPOSITORY = [question.title for question in QUESTIONS[:3]]
 
 
 def largest(results, what):
@@ -313,6 +368,10 @@ AIMS = (
      lambda r, side: r.median("growth", "instances", largest(r, "instances"), side, "after")),
     ("p99 in p50 at 32 connections, the most of all", "at most 4", at_most(4), number,
      lambda r, side: worst((tail(r, what, 32, side) for what in r.whats("wire")), max)),
+    ("cost of a byte, read or written, of the costliest request against the plain one's",
+     "at most 5", at_most(5), number, lambda r, side: worst_cost(r, side, False)),
+    ("the same where it follows from what is stored and is not written",
+     "at most 5", at_most(5), number, lambda r, side: worst_cost(r, side, True)),
     ("the module against its floor on OpenPegasus's library, the most of all operations",
      f"at most {MODULE_AIM}", at_most(MODULE_AIM), number,
      lambda r, side: worst(module_ratios(r, LIBRARIES[0], side), max)),

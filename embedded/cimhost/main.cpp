@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <iostream>
+#include <malloc.h>
 #include <netdb.h>
 #include <unistd.h>
 
@@ -94,7 +95,15 @@ void prepareNameServices() {
     ::getprotobyname("tcp");
 }
 
+// A large block is to be a mapping of its own, which goes back to the system when it is freed. The
+// bound is fixed, or glibc raises it to the largest block that was ever freed, and keeps what is
+// below.
+void giveLargeBlocksBack() {
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+}
+
 int main(int argc, const char* const* argv) {
+    giveLargeBlocksBack();
     openStandardStreams();
     prepareNameServices();
     const CommandLine commandLine = readCommandLine(argc, argv);

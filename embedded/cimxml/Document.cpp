@@ -1,5 +1,6 @@
 #include "cimxml/Document.h"
 
+#include "cimxml/ElementRules.h"
 #include "cimxml/Rejection.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
@@ -146,22 +147,24 @@ class Document::Reader {
 
     void read() {
         if (XML_Parse(_parser, _text.data(), static_cast<int>(_text.size()), XML_TRUE) !=
-            XML_STATUS_OK) {
+                XML_STATUS_OK &&
+            !isEnough()) {
             reject();
         }
     }
 
   private:
     struct Open {
-        Element::Node* element;
-        Element::Node* lastChild;
+        Element::Node* element = nullptr; ///< null for one that is not kept
+        Element::Node* lastChild = nullptr;
+        bool hasChild = false;
     };
 
     // What a handler throws waits until expat's frames have returned.
     template <auto member, class... Arguments>
     static void handle(void* self, Arguments... arguments) noexcept {
         Reader& reader = *static_cast<Reader*>(self);
-        if (reader._thrown) {
+        if (reader._thrown || reader.isEnough()) {
             return;
         }
         try {
@@ -243,38 +246,61 @@ class Document::Reader {
         if (_hasExternalType) {
             checkReferences();
         }
-        auto* const element = make<Element::Node>(1);
-        element->name = keep(name);
-        takeAttributes(*element, attributes);
+        const std::size_t attributeCount = counted(attributes);
+        Element::Node* const element = _unknown == 0 ? make<Element::Node>(1) : nullptr;
         if (_depth == 0) {
             _document._root = element;
         } else {
             Open& parent = _open[_depth - 1];
             endText(parent, true);
-            (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = element;
-            parent.lastChild = element;
+            parent.hasChild = true;
+            if (element) {
+                (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = element;
+                parent.lastChild = element;
+            }
         }
-        _open[_depth++] = {element, nullptr};
+        _open[_depth++] = {element};
+        const std::string_view known = knownElement(name);
+        _unknown += known.empty() ? 1 : 0;
+        if (element) {
+            takeName(*element, known.empty() ? keep(name) : known);
+            takeAttributes(*element, attributes, attributeCount);
+        }
+        if (isEnough()) {
+            XML_StopParser(_parser, XML_FALSE);
+        }
     }
 
+    bool isEnough() const { return _unknown > maximumUnknownElements; }
+
     // `attributes`: names and values in turn, then null.
-    void takeAttributes(Element::Node& element, const char** attributes) {
-        std::size_t& count = element.attributeCount;
+    static std::size_t counted(const char** attributes) {
+        std::size_t count = 0;
         while (attributes[2 * count]) {
             if (++count > maximumAttributes) {
                 rejectNotValid("more than " + std::to_string(maximumAttributes) + " attributes");
             }
         }
+        return count;
+    }
+
+    static void takeName(Element::Node& element, std::string_view name) {
+        element.nameBegin = name.data();
+        element.nameSize = static_cast<std::uint32_t>(name.size());
+    }
+
+    void takeAttributes(Element::Node& element, const char** attributes, std::size_t count) {
         auto* const taken = make<Attribute>(count);
         for (std::size_t i = 0; i < count; ++i) {
             taken[i] = {keep(attributes[2 * i]), keep(attributes[2 * i + 1])};
         }
         element.attributes = taken;
+        element.attributeCount = static_cast<std::uint8_t>(count);
     }
 
     void end(const char* /*name*/) {
         Open& ended = _open[--_depth];
-        endText(ended, ended.lastChild != nullptr);
+        endText(ended, ended.hasChild);
     }
 
     void characters(const char* piece, int length) {
@@ -282,8 +308,12 @@ class Document::Reader {
     }
 
     void endText(Open& open, bool besideElements) {
-        if (!besideElements) {
-            open.element->text = keep(_pending);
+        if (!open.element) {
+            // Nobody will ask for it.
+        } else if (!besideElements) {
+            const std::string_view text = keep(_pending);
+            open.element->textBegin = text.data();
+            open.element->textSize = static_cast<std::uint32_t>(text.size());
         } else if (!isBlank(_pending)) {
             open.element->isMixed = true;
         }
@@ -308,6 +338,7 @@ class Document::Reader {
     XML_Parser _parser;
     std::exception_ptr _thrown;
     bool _hasExternalType = false;
+    std::size_t _unknown = 0; // elements
     std::array<Open, maximumDepth> _open{};
     std::size_t _depth = 0;
     std::string _pending; // text that is not yet its element's

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory_resource>
 #include <string>
 #include <string_view>
@@ -13,6 +14,10 @@ namespace embedded::cimxml {
 constexpr std::size_t maximumDepth = 32;
 /// How many attributes an element may have. DSP0203 has none with more than ten.
 constexpr std::size_t maximumAttributes = 16;
+
+/// How many elements are read whose names no request has. What comes behind so many cannot make the
+/// document valid any more, and is left.
+constexpr std::size_t maximumUnknownElements = 1000;
 
 /// An attribute, or none. Its texts live as long as the document.
 struct Attribute {
@@ -29,22 +34,29 @@ class Element {
     class Children;
     /// What the document keeps of an element.
     struct Node {
-        std::string_view name;
-        std::string_view text;
+        std::string_view name() const { return {nameBegin, nameSize}; }
+        std::string_view text() const { return {textBegin, textSize}; }
+
+        // There may be a million of them: sizes are kept apart, so that there are no gaps.
+        const char* nameBegin = nullptr;
+        const char* textBegin = nullptr;
         const Attribute* attributes = nullptr;
-        std::size_t attributeCount = 0;
         const Node* firstChild = nullptr;
         const Node* next = nullptr;
+        std::uint32_t nameSize = 0;
+        std::uint32_t textSize = 0;
+        std::uint8_t attributeCount = 0;
         bool isMixed = false;
     };
+    static_assert(maximumAttributes <= UINT8_MAX);
 
     Element() = default;
     explicit Element(const Node* node) : _node(node) {}
     explicit operator bool() const { return _node != nullptr; }
 
-    std::string_view name() const { return _node ? _node->name : std::string_view(); }
+    std::string_view name() const { return _node ? _node->name() : std::string_view(); }
     /// All character data, CDATA alike, of an element without elements in it; "" of others.
-    std::string_view text() const { return _node ? _node->text : std::string_view(); }
+    std::string_view text() const { return _node ? _node->text() : std::string_view(); }
     /// Whether it has elements and, between them, text that is not blank.
     bool isMixed() const { return _node && _node->isMixed; }
 
@@ -100,7 +112,8 @@ class Element::Children {
     std::string_view _name;
 };
 
-/// A document that has been read. Comments and processing instructions are not kept.
+/// A document that has been read. Comments and processing instructions are not kept, nor what comes
+/// behind the first element that no request has: for that one, the document is not valid.
 ///
 /// Thread-safety: one thread at a time; documents are independent of each other.
 class Document {
@@ -108,7 +121,7 @@ class Document {
     /// Throws RequestRejected unless `text` is a well-formed XML 1.0 document in UTF-8 that starts
     /// with an XML declaration, within the limits above. A document type declaration may name a
     /// DTD (it is not fetched) but must not declare anything itself, so the five predefined
-    /// entities are the only ones.
+    /// entities are the only ones. Behind maximumUnknownElements elements, anything goes.
     explicit Document(const std::string& text);
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;

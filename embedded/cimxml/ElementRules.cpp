@@ -264,14 +264,21 @@ constexpr std::array<std::uint8_t, slotCount> slots = [] {
     return made;
 }();
 
-const Rule& ruleOf(const Element& element) {
-    const std::string_view name = element.name();
+const Rule* findRule(std::string_view name) {
     for (std::size_t slot = slotOf(name); slots[slot] != noRule; slot = slotAfter(slot)) {
         if (rules[slots[slot]].name == name) {
-            return rules[slots[slot]];
+            return &rules[slots[slot]];
         }
     }
-    rejectNotValid("unknown element " + std::string(name));
+    return nullptr;
+}
+
+const Rule& ruleOf(const Element& element) {
+    const Rule* const rule = findRule(element.name());
+    if (rule == nullptr) {
+        rejectNotValid("unknown element " + std::string(element.name()));
+    }
+    return *rule;
 }
 
 void checkAttributes(const Element& element, const AttributeRules& known) {
@@ -352,6 +359,11 @@ void check(const Element& element, const Rule& rule) {
 
 void checkElement(const Element& element) {
     check(element, ruleOf(element));
+}
+
+std::string_view knownElement(std::string_view name) {
+    const Rule* const rule = findRule(name);
+    return rule == nullptr ? std::string_view() : rule->name;
 }
 
 } // namespace embedded::cimxml

@@ -11,4 +11,7 @@ namespace embedded::cimxml {
 /// are let pass.
 void checkElement(const Element& element);
 
+/// `name` as the rules have it, which lives for ever; "" if there is no element of that name.
+std::string_view knownElement(std::string_view name);
+
 } // namespace embedded::cimxml

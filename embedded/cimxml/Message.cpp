@@ -10,16 +10,45 @@
 
 #include <utility>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace embedded::cimxml {
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
+/// What a request of `size` bytes made the process take goes back to the system when this does: the
+/// allocator keeps what lies between small blocks, which of a large one comes to ten times its
+/// size.
+class GivenBack {
+  public:
+    explicit GivenBack(std::size_t size) : _isLarge(size > kept) {}
+    GivenBack(const GivenBack&) = delete;
+    ~GivenBack() {
+#ifdef __GLIBC__
+        if (_isLarge) {
+            malloc_trim(0);
+        }
+#endif
+    }
+
+  private:
+    /// Reading one of more bytes takes so long that this does not count.
+    static constexpr std::size_t kept = std::size_t{256} * 1024;
+
+    const bool _isLarge;
+};
+
 // DESCRIPTION starts with the name of the status; without a message it is the name alone.
 std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
     Pegasus::String description(Pegasus::cimStatusCodeToString(code));
     if (message.size() != 0) {
-        description.append(": ").append(message);
+        description.append(": ").append(message.subString(0, maximumErrorLength));
+    }
+    if (message.size() > maximumErrorLength) {
+        description.append("...");
     }
     std::string out = "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"";
     appendEscaped(out, description);
@@ -44,7 +73,8 @@ std::string errorOf(const Work& work) {
 class Exchange::State {
   public:
     State(const std::string& body, const Headers& headers, const host::Caller& caller,
-          host::CimOperations& operations) {
+          host::CimOperations& operations)
+        : _givenBack(body.size()) {
         const Request request(body, headers);
         _messageId = request.messageId;
         _method = request.method;
@@ -143,6 +173,7 @@ class Exchange::State {
         out += ">\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n";
     }
 
+    GivenBack _givenBack; // goes last
     std::string _messageId;
     std::string _method;
     const char* _response = "";

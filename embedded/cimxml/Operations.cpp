@@ -142,17 +142,6 @@ const Row& rowOf(const Request& request) {
                        fromUtf8("Unrecognized intrinsic method: " + request.method));
 }
 
-CIMClass classNamed(const CIMName& name, bool includeQualifiers, const Request& request,
-                    const host::Caller& caller, host::CimOperations& operations) {
-    Operation get;
-    get.kind = OperationKind::GetClass;
-    get.caller = caller;
-    get.nameSpace = request.nameSpace;
-    get.className = name;
-    get.includeQualifiers = includeQualifiers;
-    return host::onlyOf<CIMClass>(operations.perform(get));
-}
-
 // One function for each thing that an operation answers with.
 struct Appending {
     std::string& out;
@@ -210,8 +199,7 @@ struct Appending {
 Call readCall(const Request& request, const host::Caller& caller, host::CimOperations& operations) {
     const Row& row = rowOf(request);
     const SoleKey soleKey = [&](const CIMName& className) {
-        Array<CIMName> keys;
-        classNamed(className, true, request, caller, operations).getKeyNames(keys);
+        const std::vector<CIMName> keys = operations.keyNames(request.nameSpace, className);
         if (keys.size() != 1) {
             throw CIMException(CIM_ERR_INVALID_PARAMETER,
                                String("A key value of class ") + className.getString() +
@@ -233,7 +221,13 @@ void appendAnswered(std::string& out, const host::Answered& answered, const Call
 
 void answerExtrinsic(const Request& request, const host::Caller& caller,
                      host::CimOperations& operations) {
-    const CIMClass found = classNamed(request.className, false, request, caller, operations);
+    Operation get;
+    get.kind = OperationKind::GetClass;
+    get.caller = caller;
+    get.nameSpace = request.nameSpace;
+    get.className = request.className;
+    get.propertyList.set(Array<CIMName>()); // methods are enough
+    const auto found = host::onlyOf<CIMClass>(operations.perform(get));
     const String method = fromUtf8(request.method);
     if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND) {
         throw CIMException(CIM_ERR_METHOD_NOT_FOUND, method);

@@ -7,7 +7,6 @@
 #include "cimxml/Text.h"
 #include "cimxml/Values.h"
 
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -74,17 +73,11 @@ void readModifiedInstance(const Element& value, const SoleKey& key, Call& call) 
 }
 
 void readPropertyList(const Element& value, const SoleKey&, Call& call) {
-    Array<CIMName> names;
-    std::set<std::string> seen;
+    Array<String> names;
     for (const Element& item : value.children()) {
-        const CIMName name = readNameText(item); // a VALUE.NULL is no name
-        String folded = name.getString();
-        folded.toLower();
-        if (seen.insert(toUtf8(folded)).second) {
-            names.append(name);
-        }
+        names.append(readNameText(item).getString()); // a VALUE.NULL is no name
     }
-    call.operation.propertyList.set(names);
+    call.operation.propertyList.append(names); // each once
 }
 
 struct Parameter {

@@ -13,8 +13,9 @@ namespace embedded::cimxml {
 /// its name. Throws Pegasus::CIMException when the class is unknown or has not exactly one key.
 using SoleKey = std::function<Pegasus::CIMName(const Pegasus::CIMName& className)>;
 
-// A request may be large, but what it costs must not grow beyond its size: the object model looks
-// at all members of an object to add one, and quotes a reference within a key again at each level.
+// A request may be large, but what it costs must not grow beyond its size: an object of many
+// members is copied where one of them changes, and a reference within a key is quoted again at each
+// level.
 
 /// How many properties and qualifiers an element may have, or keys a path.
 constexpr std::size_t maximumMembers = 1000;

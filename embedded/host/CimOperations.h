@@ -56,6 +56,10 @@ class CimOperations {
     virtual Plan plan(const Operation& operation) = 0;
 
     Answer perform(const Operation& operation) { return plan(operation).perform(); }
+
+    /// The names of a class's keys, in the order of its properties. Throws as GetClass does.
+    virtual std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                   const Pegasus::CIMName& className) = 0;
 };
 
 } // namespace embedded::host

@@ -27,6 +27,12 @@ class FaultyReadBacks : public CimOperations {
                 }};
     }
 
+    /// Nobody reads these back, so they suffer nothing.
+    std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& className) override {
+        return _server.keyNames(nameSpace, className);
+    }
+
   private:
     CimOperations& _server;
     const Faults _faults;

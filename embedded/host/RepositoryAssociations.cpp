@@ -1,11 +1,8 @@
 #include "host/RepositoryAssociations.h"
 
 #include "host/Values.h"
-
-#include <Pegasus/Common/CIMClass.h>
-#include <Pegasus/Common/CIMProperty.h>
-#include <Pegasus/Common/CIMValue.h>
-#include <Pegasus/Common/Exception.h>
+#include "repository/PathMatch.h"
+#include "text/PlaceIndex.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,67 +13,68 @@ using Pegasus::CIMName;
 using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
 using Pegasus::String;
-using Pegasus::Uint32;
 using repository::StoredInstance;
 
 namespace {
 
-/// One reference of an association: to an object (of an instance) or to a class (of a class).
+/// What comes first of things that are equal.
 template <class Target>
-struct End {
-    CIMName role;
-    Target target;
-};
-
-std::vector<End<CIMObjectPath>> endsOf(const StoredInstance& association) {
-    std::vector<End<CIMObjectPath>> ends;
-    for (const auto& [role, target] : association.references()) {
-        ends.push_back({role, target});
-    }
-    return ends;
-}
-
-std::vector<End<CIMName>> endsOf(const Pegasus::CIMClass& association) {
-    std::vector<End<CIMName>> ends;
-    for (Uint32 i = 0; i < association.getPropertyCount(); ++i) {
-        const Pegasus::CIMConstProperty property = association.getProperty(i);
-        if (property.getType() == Pegasus::CIMTYPE_REFERENCE) {
-            ends.push_back({property.getName(), property.getReferenceClassName()});
+class EachOnce {
+  public:
+    void add(const Target& target) {
+        const std::uint64_t hash = hashOf(target);
+        if (!_places.find(hash, [&](std::uint32_t place) { return _all[place] == target; })) {
+            _places.add(hash, static_cast<std::uint32_t>(_all.size()));
+            _all.push_back(target);
         }
     }
-    return ends;
-}
+
+    std::vector<Target> take() { return std::move(_all); }
+
+  private:
+    static std::uint64_t hashOf(const CIMObjectPath& path) { return path.makeHashCode(); }
+    static std::uint64_t hashOf(const CIMName& name) {
+        return Pegasus::hosting::foldedHash(name.getString());
+    }
+
+    std::vector<Target> _all;
+    text::PlaceIndex _places;
+};
 
 bool hasRole(const CIMName& role, const String& wanted) {
     return wanted.size() == 0 || String::equalNoCase(role.getString(), wanted);
 }
 
-template <class Target, class IsNear>
-bool isNearEnd(const End<Target>& end, const String& role, IsNear isNear) {
-    return hasRole(end.role, role) && isNear(end.target);
+// The ends of an association: roles, each with a Target, which is an object (of an instance) or a
+// class (of a class).
+
+template <class Ends>
+bool hasEndOf(const Ends& ends, const String& role) {
+    return std::any_of(ends.begin(), ends.end(),
+                       [&](const auto& end) { return hasRole(end.first, role); });
 }
 
-template <class Target, class IsNear>
-bool hasNearEnd(const std::vector<End<Target>>& ends, const String& role, IsNear isNear) {
-    return std::any_of(ends.begin(), ends.end(),
-                       [&](const auto& end) { return isNearEnd(end, role, isNear); });
+template <class Ends, class IsNear>
+bool hasNearEnd(const Ends& ends, const String& role, IsNear isNear) {
+    return std::any_of(ends.begin(), ends.end(), [&](const auto& end) {
+        return hasRole(end.first, role) && isNear(end.second);
+    });
 }
 
 /// Adds to `targets` what one association links to its near end. The ends are told apart by
 /// position: an association may link an object to itself.
 template <class Target, class IsNear, class IsResult>
-void addFarTargets(const std::vector<End<Target>>& ends, const TraversalFilters& filters,
-                   IsNear isNear, IsResult isResult, std::vector<Target>& targets) {
+void addFarTargets(const std::vector<std::pair<CIMName, Target>>& ends,
+                   const TraversalFilters& filters, IsNear isNear, IsResult isResult,
+                   EachOnce<Target>& targets) {
     for (std::size_t near = 0; near < ends.size(); ++near) {
-        if (!isNearEnd(ends[near], filters.role, isNear)) {
+        if (!hasRole(ends[near].first, filters.role) || !isNear(ends[near].second)) {
             continue;
         }
         for (std::size_t far = 0; far < ends.size(); ++far) {
-            const Target& target = ends[far].target;
-            const bool wanted =
-                far != near && hasRole(ends[far].role, filters.resultRole) && isResult(target);
-            if (wanted && std::find(targets.begin(), targets.end(), target) == targets.end()) {
-                targets.push_back(target);
+            if (far != near && hasRole(ends[far].first, filters.resultRole) &&
+                isResult(ends[far].second)) {
+                targets.add(ends[far].second);
             }
         }
     }
@@ -92,28 +90,40 @@ RepositoryAssociations::RepositoryAssociations(repository::View view,
       _filters(std::move(filters)) {
 }
 
-std::vector<StoredInstance> RepositoryAssociations::instances(const Names& classes) const {
-    std::vector<StoredInstance> found;
+/// Calls `visit` with each association instance that refers to the source instance and is of a
+/// class with the roles of the filters.
+template <class Visit>
+void RepositoryAssociations::forEachReferrer(const Names& classes, Visit visit) const {
     for (const CIMName& className : classes) {
-        for (const StoredInstance& each : _view.referrers(_nameSpace, className, _source)) {
-            if (hasNearEnd(endsOf(each), _filters.role,
-                           [&](const CIMObjectPath& target) { return isSource(target); })) {
-                found.push_back(each);
+        const auto ends = _view.references(_nameSpace, className);
+        if (hasEndOf(ends, _filters.role) && hasEndOf(ends, _filters.resultRole)) {
+            for (const StoredInstance& each : _view.referrers(_nameSpace, className, _source)) {
+                visit(each);
             }
         }
     }
+}
+
+std::vector<StoredInstance> RepositoryAssociations::instances(const Names& classes) const {
+    std::vector<StoredInstance> found;
+    forEachReferrer(classes, [&](const StoredInstance& each) {
+        if (hasNearEnd(each.references(), _filters.role,
+                       [&](const CIMObjectPath& target) { return isSource(target); })) {
+            found.push_back(each);
+        }
+    });
     return found;
 }
 
 std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& classes) const {
-    std::vector<CIMObjectPath> targets;
-    for (const StoredInstance& association : instances(classes)) {
+    EachOnce<CIMObjectPath> targets;
+    forEachReferrer(classes, [&](const StoredInstance& each) {
         addFarTargets(
-            endsOf(association), _filters,
+            each.references(), _filters,
             [&](const CIMObjectPath& target) { return isSource(target); },
             [&](const CIMObjectPath& target) { return isResult(target); }, targets);
-    }
-    return targets;
+    });
+    return targets.take();
 }
 
 RepositoryAssociations::Names
@@ -121,29 +131,29 @@ RepositoryAssociations::associationClasses(const Names& classes) const {
     Names found;
     std::copy_if(classes.begin(), classes.end(), std::back_inserter(found),
                  [&](const CIMName& className) {
-                     return hasNearEnd(endsOf(_view.getClass(_nameSpace, className, false, false)),
-                                       _filters.role,
+                     return hasNearEnd(_view.references(_nameSpace, className), _filters.role,
                                        [&](const CIMName& target) { return takesSource(target); });
                  });
     return found;
 }
 
 RepositoryAssociations::Names RepositoryAssociations::farClasses(const Names& classes) const {
-    Names targets;
+    EachOnce<CIMName> targets;
     for (const CIMName& className : classes) {
         addFarTargets(
-            endsOf(_view.getClass(_nameSpace, className, false, false)), _filters,
+            _view.references(_nameSpace, className), _filters,
             [&](const CIMName& target) { return takesSource(target); },
             [&](const CIMName& target) { return isResultClass(_nameSpace, target); }, targets);
     }
-    return targets;
+    return targets.take();
 }
 
 /// A reference without a namespace means the one in which the association lives; the host in a
 /// reference is this one whatever it calls itself.
 bool RepositoryAssociations::isSource(const CIMObjectPath& reference) const {
     const CIMNamespaceName& nameSpace = reference.getNameSpace();
-    return (nameSpace.isNull() || nameSpace.equal(_nameSpace)) && localPath(reference) == _source;
+    return (nameSpace.isNull() || nameSpace.equal(_nameSpace)) &&
+           repository::equalWithoutPlace(reference, _source);
 }
 
 bool RepositoryAssociations::takesSource(const CIMName& referenceClass) const {

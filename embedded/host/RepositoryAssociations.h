@@ -39,6 +39,8 @@ class RepositoryAssociations {
     Names farClasses(const Names& classes) const;
 
   private:
+    template <class Visit>
+    void forEachReferrer(const Names& classes, Visit visit) const;
     bool isSource(const Pegasus::CIMObjectPath& reference) const;
     bool takesSource(const Pegasus::CIMName& referenceClass) const;
     bool isResult(const Pegasus::CIMObjectPath& reference) const;

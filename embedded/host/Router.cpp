@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <optional>
 
 namespace embedded::host {
 
@@ -23,6 +24,7 @@ using Pegasus::CIMInstanceProvider;
 using Pegasus::CIMName;
 using Pegasus::CIMObjectPath;
 using Pegasus::CIMPropertyList;
+using Pegasus::CIMValue;
 using Pegasus::String;
 using Pegasus::Uint32;
 using repository::StoredInstance;
@@ -40,16 +42,18 @@ CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath&
     return collector.objects()[0];
 }
 
-/// What `instance` answers to a GetInstance or GetProperty.
-Answer answerFrom(const CIMInstance& instance, const Operation& operation) {
-    if (operation.kind == OperationKind::GetInstance) {
-        return {cursorOver(instance)};
-    }
-    const Uint32 position = instance.findProperty(operation.memberName);
-    if (position == PEG_NOT_FOUND) {
+std::optional<CIMValue> valueOf(const CIMInstance& instance, const CIMName& property) {
+    const Uint32 position = instance.findProperty(property);
+    return position == PEG_NOT_FOUND ? std::nullopt
+                                     : std::optional(instance.getProperty(position).getValue());
+}
+
+/// What an instance answers to a GetProperty.
+Cursor cursorOverValue(const std::optional<CIMValue>& value, const Operation& operation) {
+    if (!value) {
         throw CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, operation.memberName.getString());
     }
-    return {cursorOver(instance.getProperty(position).getValue())};
+    return cursorOver(*value);
 }
 
 /// Whether an instance of the class stands for a namespace, so that creating one creates the other.
@@ -62,14 +66,6 @@ bool isNameSpaceClass(const CIMName& className) {
 
 CIMPropertyList listOf(const CIMName& name) {
     return CIMPropertyList(Array<CIMName>(&name, 1));
-}
-
-CIMPropertyList allProperties(const CIMClass& cimClass) {
-    Array<CIMName> names;
-    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
-        names.append(cimClass.getProperty(i).getName());
-    }
-    return CIMPropertyList(names);
 }
 
 /// A plan whose errors are all CIMExceptions.
@@ -179,15 +175,14 @@ Plan Router::planGet(const Question& question) const {
     const CIMName& className = operation.objectName.getClassName();
     question.requireClass(className);
     Provider* const provider = providerOf(question, className);
+    const bool whole = operation.kind == OperationKind::GetInstance;
     if (provider == nullptr) {
-        return answered(std::move(
-            answerFrom(
-                question.view.getInstance(operation.nameSpace, operation.objectName).instance(),
-                operation)
-                .next));
+        const StoredInstance stored =
+            question.view.getInstance(operation.nameSpace, operation.objectName);
+        return answered(whole ? cursorOver(stored.instance())
+                              : cursorOverValue(stored.value(operation.memberName), operation));
     }
-    return planned({&provider->module()}, [this, &operation, provider] {
-        const bool whole = operation.kind == OperationKind::GetInstance;
+    return planned({&provider->module()}, [this, &operation, provider, whole]() -> Answer {
         const CIMObjectPath path = requestPath(operation, operation.objectName);
         InstanceCollector collector(Expected::One);
         callProvider<CIMInstanceProvider>(
@@ -197,7 +192,9 @@ Plan Router::planGet(const Question& question) const {
                     whole && operation.includeClassOrigin,
                     whole ? operation.propertyList : listOf(operation.memberName), collector);
             });
-        return answerFrom(oneInstance(collector, path), operation);
+        const CIMInstance instance = oneInstance(collector, path);
+        return {whole ? cursorOver(instance)
+                      : cursorOverValue(valueOf(instance, operation.memberName), operation)};
     });
 }
 
@@ -302,24 +299,32 @@ Plan Router::planEnumeration(const Question& question) const {
     // asked for has, no more. Nobody after this one knows that list, so it is applied here.
     const bool ofThisClass = operation.kind == OperationKind::EnumerateInstances &&
                              !operation.deepInheritance && operation.propertyList.isNull();
-    const CIMPropertyList list =
-        ofThisClass ? allProperties(view.getClass(operation.nameSpace, operation.className))
-                    : operation.propertyList;
-    return planned(
-        std::move(modules), [this, question, sources = std::move(sources), ofThisClass, list] {
-            Legs legs;
-            for (const Source& source : sources) {
-                legs.add([&] { return enumerated(question, source, list); });
-            }
-            Answer answer = legs.answer();
-            if (ofThisClass) {
-                answer.next =
-                    mapped<CIMInstance>(std::move(answer.next), [list](CIMInstance& instance) {
-                        instance = withProperties(instance, list);
-                    });
-            }
-            return answer;
-        });
+    const auto ownProperties = [question] {
+        return CIMPropertyList(arrayOf(question.view.propertyNames(question.operation.nameSpace,
+                                                                   question.operation.className)));
+    };
+    const bool entersModules = !modules.empty();
+    return planned(std::move(modules), [this, question, sources = std::move(sources), entersModules,
+                                        ofThisClass, ownProperties] {
+        // It is made for a provider, or for the first instance.
+        CIMPropertyList list =
+            ofThisClass && entersModules ? ownProperties() : question.operation.propertyList;
+        Legs legs;
+        for (const Source& source : sources) {
+            legs.add([&] { return enumerated(question, source, list); });
+        }
+        Answer answer = legs.answer();
+        if (ofThisClass) {
+            answer.next = mapped<CIMInstance>(std::move(answer.next),
+                                              [list, ownProperties](CIMInstance& instance) mutable {
+                                                  if (list.isNull()) {
+                                                      list = ownProperties();
+                                                  }
+                                                  instance = withProperties(instance, list);
+                                              });
+        }
+        return answer;
+    });
 }
 
 Cursor Router::enumerated(const Question& question, const Source& source,

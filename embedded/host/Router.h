@@ -35,6 +35,10 @@ class Router : public CimOperations {
            const Pegasus::String& hostName, bool writable = false);
 
     Plan plan(const Operation& operation) override;
+    std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& className) override {
+        return _repository.view().keyNames(nameSpace, className);
+    }
 
   private:
     /// An operation, and what the repository held when it was planned.

@@ -355,7 +355,7 @@ void Connection::nextPiece() {
         return;
     }
     if (!more) {
-        _reply = Reply();
+        letReplyGo();
         _head = lastChunk;
     }
     sendPiece(chunkEnd);
@@ -389,8 +389,7 @@ void Connection::written() {
         nextPiece();
         return;
     }
-    _reply = Reply();
-    _owner.hold(-std::exchange(_held, 0));
+    letReplyGo();
     if (_persistence == Persistence::Close)
         linger();
     else
@@ -407,7 +406,7 @@ void Connection::reject(unsigned status, const std::string& reason, const std::s
 
 void Connection::linger() {
     _state = State::Lingering;
-    _reply = Reply();
+    letReplyGo();
     _parser.reset();
     Error ignored;
     _socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
@@ -420,12 +419,18 @@ void Connection::close() noexcept {
     if (_state == State::Closed)
         return;
     _state = State::Closed;
-    _reply = Reply();
-    _owner.hold(-std::exchange(_held, 0));
+    letReplyGo();
     Error ignored;
     _timer.cancel(ignored);
     _socket.close(ignored);
     _owner.closed(*this);
+}
+
+// Its memory, too, which an assignment of an empty one would keep.
+void Connection::letReplyGo() noexcept {
+    Reply none;
+    std::swap(_reply, none);
+    _owner.hold(-std::exchange(_held, 0));
 }
 
 void Connection::readingFailed(const Error& error) {

@@ -118,6 +118,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void written();
     void reject(unsigned status, const std::string& reason, const std::string& why);
     void linger();
+    void letReplyGo() noexcept;
     void readingFailed(const Error& error);
     /// Has `next` called from the I/O thread's loop, after what else is waiting there.
     void later(Step next);

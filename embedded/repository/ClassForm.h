@@ -51,6 +51,8 @@ class ClassForm {
     /// What is to be kept. `values` are of the types of the properties that `shape` gives.
     Ref<Stored> stored(const Ref<Shape>& shape, const Pegasus::CIMObjectPath& path,
                        const std::vector<Pegasus::CIMValue>& values);
+    /// To be called when what stored() has made last is not kept.
+    void forgetLast() { _last = {}; }
 
   private:
     Ref<Shape> keep(std::vector<Shape::Member> members, const std::string& written,

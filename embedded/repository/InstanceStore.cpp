@@ -1,6 +1,6 @@
 #include "repository/InstanceStore.h"
 
-#include <functional>
+#include "text/KeyedHash.h"
 
 namespace embedded::repository {
 
@@ -9,7 +9,7 @@ using Pegasus::CIMObjectPath;
 namespace {
 
 std::uint64_t hashOf(const PathKey& key) {
-    return std::hash<std::string>()(key.text());
+    return text::keyedHash(key.text());
 }
 
 } // namespace
@@ -40,12 +40,11 @@ bool InstanceStore::isHere(const CIMObjectPath& reference) const {
 }
 
 std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source) const {
-    const CIMObjectPath named = withoutPlace(source);
     std::vector<Ref<Stored>> found;
-    forEachLink(_byTarget, named.makeHashCode(), [&](std::uint64_t number) {
+    forEachLink(_byTarget, withoutPlace(source).makeHashCode(), [&](std::uint64_t number) {
         const Ref<Stored>& each = _instances.find(number)->instance;
         for (const auto& [role, target] : each->references()) {
-            if (isHere(target) && withoutPlace(target) == named) {
+            if (isHere(target) && equalWithoutPlace(target, source)) {
                 found.push_back(each);
                 break;
             }

@@ -1,5 +1,6 @@
 #include "repository/PathMatch.h"
 
+#include "hosting/References.h"
 #include "repository/Integers.h"
 #include "repository/Types.h"
 
@@ -56,34 +57,33 @@ void PathKey::add(const Pegasus::CIMObjectPath& path) {
     const Pegasus::Array<CIMKeyBinding>& bindings = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < bindings.size(); ++i) {
         const CIMKeyBinding& binding = bindings[i];
-        const Pegasus::String& value = binding.getValue();
         append(_text, binding.getName().getString());
         switch (binding.getType()) {
         case CIMKeyBinding::BOOLEAN:
-            append(_text += 'b', value);
+            append(_text += 'b', binding.getValue());
             break;
         case CIMKeyBinding::NUMERIC:
-            append(_text += 'n', canonicalNumber(value), Case::Counts);
+            append(_text += 'n', canonicalNumber(binding.getValue()), Case::Counts);
             break;
         case CIMKeyBinding::STRING:
-            append(_text += 's', value, Case::Counts);
+            append(_text += 's', binding.getValue(), Case::Counts);
             break;
         case CIMKeyBinding::REFERENCE:
-            addReference(value);
+            addReference(binding);
             break;
         }
     }
 }
 
-void PathKey::addReference(const Pegasus::String& value) {
+void PathKey::addReference(const CIMKeyBinding& key) {
     try {
-        const Pegasus::CIMObjectPath path{value};
+        const Pegasus::CIMObjectPath path = Pegasus::hosting::referencedPath(key);
         _places.push_back({path.getHost(), path.getNameSpace()});
         _text += "r(";
         add(path);
         _text += ')';
     } catch (const Pegasus::Exception&) {
-        append(_text += "r?", value, Case::Counts);
+        append(_text += "r?", key.getValue(), Case::Counts);
     }
 }
 
@@ -113,6 +113,14 @@ bool PathKey::matchesLoosely(const PathKey& asked) const {
 Pegasus::CIMObjectPath withoutPlace(const Pegasus::CIMObjectPath& path) {
     return Pegasus::CIMObjectPath(Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(),
                                   path.getClassName(), path.getKeyBindings());
+}
+
+bool equalWithoutPlace(const Pegasus::CIMObjectPath& x, const Pegasus::CIMObjectPath& y) {
+    const Pegasus::Array<CIMKeyBinding>& keys = x.getKeyBindings();
+    const Pegasus::Array<CIMKeyBinding>& others = y.getKeyBindings();
+    return x.getClassName() == y.getClassName() &&
+           std::equal(keys.getData(), keys.getData() + keys.size(), others.getData(),
+                      others.getData() + others.size());
 }
 
 } // namespace embedded::repository

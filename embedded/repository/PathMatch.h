@@ -34,7 +34,7 @@ class PathKey {
     };
 
     void add(const Pegasus::CIMObjectPath& path);
-    void addReference(const Pegasus::String& value);
+    void addReference(const Pegasus::CIMKeyBinding& key);
     bool matches(const PathKey& asked, bool loosely) const;
 
     Pegasus::CIMNamespaceName _home;
@@ -44,5 +44,7 @@ class PathKey {
 
 /// `path` without host and namespace.
 Pegasus::CIMObjectPath withoutPlace(const Pegasus::CIMObjectPath& path);
+/// Whether both are equal without host and namespace.
+bool equalWithoutPlace(const Pegasus::CIMObjectPath& x, const Pegasus::CIMObjectPath& y);
 
 } // namespace embedded::repository

@@ -104,6 +104,7 @@ CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
         const Ref<Stored> created = completedInstance(form, instance);
         path = created->path;
         if (!store.add(created)) {
+            form.forgetLast();
             throw CIMException(Pegasus::CIM_ERR_ALREADY_EXISTS, path.toString());
         }
     });

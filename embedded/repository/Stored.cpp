@@ -18,6 +18,11 @@ const CIMValue& Stored::valueAt(Uint32 place) const {
     return shape->bare.getProperty(place).getValue();
 }
 
+std::optional<CIMValue> Stored::value(const Pegasus::CIMName& property) const {
+    const Uint32 place = shape->bare.findProperty(property);
+    return place == PEG_NOT_FOUND ? std::nullopt : std::optional(valueAt(place));
+}
+
 CIMInstance Stored::instance(bool withQualifiers) const {
     CIMInstance copy = (withQualifiers ? shape->whole : shape->bare).clone();
     for (std::size_t i = 0; i < shape->given.size(); ++i) {

@@ -9,6 +9,7 @@
 #include <Pegasus/Common/CIMValue.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,6 +48,8 @@ struct Stored : Counted {
 
     /// Of a place among the shape's members.
     const Pegasus::CIMValue& valueAt(Pegasus::Uint32 place) const;
+    /// Of a property; none if the instance has none of that name.
+    std::optional<Pegasus::CIMValue> value(const Pegasus::CIMName& property) const;
     /// The caller's own copy.
     Pegasus::CIMInstance instance(bool withQualifiers) const;
     /// Role and target of each reference that has a value.

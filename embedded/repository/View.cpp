@@ -30,6 +30,13 @@ const InstanceStore* instancesIn(const NameSpace& nameSpace, const CIMName& clas
     return nameSpace.instancesOf(classIn(nameSpace, className, Pegasus::CIM_ERR_INVALID_CLASS));
 }
 
+std::vector<CIMName> namesOf(const NamedList<ClassNode::Property>& properties) {
+    std::vector<CIMName> names;
+    names.reserve(properties.size());
+    properties.forEach([&](const ClassNode::Property& each) { names.push_back(each.getName()); });
+    return names;
+}
+
 } // namespace
 
 const NameSpace& View::in(const CIMNamespaceName& nameSpace) const {
@@ -83,12 +90,24 @@ bool View::isA(const CIMNamespaceName& nameSpace, const CIMName& derived,
     return home && home->isA(derived, base);
 }
 
+std::vector<CIMName> View::propertyNames(const CIMNamespaceName& nameSpace,
+                                         const CIMName& className) const {
+    return namesOf(classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND).properties);
+}
+
 std::vector<CIMName> View::keyNames(const CIMNamespaceName& nameSpace,
                                     const CIMName& className) const {
-    std::vector<CIMName> names;
+    return namesOf(classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND).keys);
+}
+
+std::vector<std::pair<CIMName, CIMName>> View::references(const CIMNamespaceName& nameSpace,
+                                                          const CIMName& className) const {
+    std::vector<std::pair<CIMName, CIMName>> found;
     classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND)
-        .keys.forEach([&](const auto& key) { names.push_back(key.getName()); });
-    return names;
+        .references.forEach([&](const ClassNode::Property& each) {
+            found.emplace_back(each.getName(), each.declared.getReferenceClassName());
+        });
+    return found;
 }
 
 std::vector<CIMName> View::associationClassNames(const CIMNamespaceName& nameSpace,

@@ -11,6 +11,7 @@
 #include <Pegasus/Common/CIMQualifierDecl.h>
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -32,6 +33,10 @@ class StoredInstance {
     /// The caller's own copy.
     Pegasus::CIMInstance instance(bool withQualifiers = true) const {
         return _stored->instance(withQualifiers);
+    }
+    /// The value of a property; none if the instance has none of that name.
+    std::optional<Pegasus::CIMValue> value(const Pegasus::CIMName& property) const {
+        return _stored->value(property);
     }
     /// Role and target of each reference that has a value.
     std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPath>> references() const {
@@ -91,9 +96,17 @@ class View {
     /// Whether `derived` is `base` or is derived from it; false, too, if a name is unknown.
     bool isA(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& derived,
              const Pegasus::CIMName& base) const;
-    /// In the order of getClass()'s properties. Unknown class: CIM_ERR_NOT_FOUND.
+
+    // In the order of getClass()'s properties. Unknown class: CIM_ERR_NOT_FOUND.
+
+    std::vector<Pegasus::CIMName> propertyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                const Pegasus::CIMName& className) const;
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) const;
+    /// Role and class of each reference.
+    std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMName>>
+    references(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className) const;
+
     /// The association classes with a reference that can take `sourceClass` (it or one of its
     /// superclasses is the reference's class), in the order of declaration. `filter`, when not
     /// null, narrows them to that class and its subclasses.

@@ -30,7 +30,7 @@ inline std::string folded(const CIMName& name) {
     return folded(name.getString());
 }
 
-/// The same for texts that do not differ but in case.
+/// The same for texts that do not differ but in case, as long as this process lives.
 PEGASUS_COMMON_LINKAGE std::uint64_t foldedHash(const String& text);
 
 } // namespace Pegasus::hosting

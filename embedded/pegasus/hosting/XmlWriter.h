@@ -20,9 +20,9 @@
 
 namespace Pegasus::hosting {
 
-/// What of an instance is written (DSP0200 clause 5.3.2.2). The properties come in the order of
-/// `propertyList`, or in their own when it is null; names the instance does not have are passed
-/// over.
+/// What of an instance is written (DSP0200 clause 5.3.2.2). The properties come, each once, in the
+/// order of `propertyList`, or in their own when it is null; names the instance does not have are
+/// passed over.
 struct InstanceFilter {
     bool includeQualifiers = true;
     bool includeClassOrigin = true;

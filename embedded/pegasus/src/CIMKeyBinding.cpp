@@ -1,5 +1,6 @@
 #include "Numbers.h"
 #include "ObjectPathReps.h"
+#include "hosting/References.h"
 
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Exception.h>
@@ -105,6 +106,10 @@ void CIMKeyBindingRep::keep(const CIMObjectPath& path) const {
 CIMObjectPath CIMKeyBindingRep::path() const {
     CIMObjectPathRep* const kept = _path.load(std::memory_order_acquire);
     return kept ? CIMObjectPathRep::pathOf(kept) : CIMObjectPath(_value);
+}
+
+CIMObjectPath hosting::referencedPath(const CIMKeyBinding& key) {
+    return CIMKeyBindingRep::of(key).path();
 }
 
 CIMKeyBinding::CIMKeyBinding() : _rep(nullptr) {

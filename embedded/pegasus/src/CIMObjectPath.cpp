@@ -3,11 +3,12 @@
 #include "ObjectPathParser.h"
 #include "ObjectPathReps.h"
 #include "StringRep.h"
-#include "text/Ascii.h"
+#include "hosting/Text.h"
 
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -42,65 +43,47 @@ void normalize(const Array<CIMKeyBinding>& keyBindings) {
         std::stable_sort(begin, end, comesBefore);
 }
 
+[[noreturn]] void rejectPath(const String& text, const String& reason) {
+    throw MalformedObjectNameException(text + ", reason:\"" + reason + "\"");
+}
+
 const String& checkedHost(const String& host) {
     if (host.size() != 0 && !isHost(host))
-        rejectObjectPath(host, "invalid hostname");
+        rejectPath(host, "invalid hostname");
     return host;
 }
 
 void appendQuoted(String& text, const String& value) {
-    const Char16 backslash('\\');
-    const Char16 quote('"');
-    text.append(quote);
     StringRep::visit(value, [&](const auto* units, Uint32 size) {
-        Uint32 run = 0; // what is taken over as it is
+        using Unit = std::decay_t<decltype(*units)>;
+        std::vector<Unit> quoted(2 * std::size_t{size} + 2, Unit('"')); // more is not needed
+        Unit* end = quoted.data() + 1;
         for (Uint32 i = 0; i < size; ++i) {
-            if (unitOf(units[i]) != '\\' && unitOf(units[i]) != '"')
-                continue;
-            text.append(units + run, i - run).append(backslash);
-            run = i;
+            if (unitOf(units[i]) == '\\' || unitOf(units[i]) == '"')
+                *end++ = Unit('\\');
+            *end++ = units[i];
         }
-        text.append(units + run, size - run);
+        *end++ = Unit('"');
+        text.append(quoted.data(), static_cast<Uint32>(end - quoted.data()));
     });
-    text.append(quote);
 }
 
-Uint16 asIs(Uint16 unit) {
-    return unit;
-}
+using embedded::text::KeyedHash;
+using hosting::foldedHash;
 
-/// FNV-1a over code units, as `fold` shows them.
-class Hash {
-  public:
-    void add(const String& text, Uint16 (*fold)(Uint16)) {
-        StringRep::visit(text, [&](const auto* units, Uint32 size) {
-            for (Uint32 i = 0; i < size; ++i)
-                add(fold(unitOf(units[i])));
-        });
-        add(separator);
-    }
-
-    void add(Uint32 number) { _value = (_value ^ number) * 16777619U; }
-
-    Uint32 value() const { return _value; }
-
-  private:
-    static constexpr Uint32 separator = 0x10000; // no code unit
-    Uint32 _value = 2166136261U;
-};
-
-/// Adds the same for values that operator== holds for equal.
-void addValue(Hash& hash, const CIMKeyBinding& keyBinding) {
+/// The same for values that operator== holds for equal.
+std::uint64_t hashOfValue(const CIMKeyBinding& keyBinding) {
     switch (keyBinding.getType()) {
     case CIMKeyBinding::BOOLEAN:
-        return hash.add(keyBinding.getValue(), embedded::text::lower);
-    case CIMKeyBinding::STRING:
-        return hash.add(keyBinding.getValue(), asIs);
+        return foldedHash(keyBinding.getValue());
     case CIMKeyBinding::NUMERIC:
-        return hash.add(numbers::canonical(keyBinding.getValue()), asIs);
+        return keyedHash(numbers::canonical(keyBinding.getValue()), asIs);
     case CIMKeyBinding::REFERENCE:
-        return hash.add(CIMKeyBindingRep::of(keyBinding).path().makeHashCode());
+        return CIMKeyBindingRep::of(keyBinding).path().makeHashCode();
+    case CIMKeyBinding::STRING:
+        break;
     }
+    return keyedHash(keyBinding.getValue(), asIs);
 }
 
 } // namespace
@@ -118,6 +101,14 @@ CIMObjectPath CIMObjectPathRep::pathOf(CIMObjectPathRep* rep) {
 
 CIMObjectPathRep* CIMObjectPathRep::shared(const CIMObjectPath& path) {
     return share(path._rep);
+}
+
+bool CIMObjectPathRep::read(const String& text, CIMObjectPath& path, String& reason) {
+    CIMObjectPathRep& rep = detach(path._rep);
+    if (!parseObjectPath(text, rep, reason))
+        return false;
+    normalize(rep.keyBindings);
+    return true;
 }
 
 bool CIMObjectPathRep::readsBack() const {
@@ -194,9 +185,9 @@ void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
 
 void CIMObjectPath::set(const String& objectName) {
     CIMObjectPath path;
-    CIMObjectPathRep& rep = detach(path._rep);
-    parseObjectPath(objectName, rep.host, rep.nameSpace, rep.className, rep.keyBindings);
-    normalize(rep.keyBindings);
+    String reason;
+    if (!CIMObjectPathRep::read(objectName, path, reason))
+        rejectPath(objectName, reason);
     *this = path;
 }
 
@@ -278,17 +269,17 @@ Boolean CIMObjectPath::identical(const CIMObjectPath& x) const {
 
 Uint32 CIMObjectPath::makeHashCode() const {
     const CIMObjectPathRep& rep = CIMObjectPathRep::of(*this);
-    Hash hash;
-    hash.add(rep.host, embedded::text::lower);
-    hash.add(rep.nameSpace.getString(), embedded::text::lower);
-    hash.add(rep.className.getString(), embedded::text::lower);
+    KeyedHash hash;
+    hash.add(foldedHash(rep.host));
+    hash.add(foldedHash(rep.nameSpace.getString()));
+    hash.add(foldedHash(rep.className.getString()));
     const Array<CIMKeyBinding>& keys = rep.keyBindings;
     for (Uint32 i = 0; i < keys.size(); ++i) {
-        hash.add(keys[i].getName().getString(), embedded::text::lower);
-        hash.add(static_cast<Uint32>(keys[i].getType()));
-        addValue(hash, keys[i]);
+        hash.add(foldedHash(keys[i].getName().getString()));
+        hash.add(keys[i].getType());
+        hash.add(hashOfValue(keys[i]));
     }
-    return hash.value();
+    return static_cast<Uint32>(hash.value());
 }
 
 Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {

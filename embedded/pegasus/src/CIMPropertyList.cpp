@@ -1,28 +1,37 @@
-#include "Shared.h"
+#include "CIMPropertyListRep.h"
 
-#include <Pegasus/Common/CIMPropertyList.h>
+#include "hosting/Text.h"
+
 #include <Pegasus/Common/Exception.h>
+
+#include <algorithm>
 
 namespace Pegasus {
 
-/// There is one for every list that is not null, and for a null list that was given tags.
-struct CIMPropertyListRep : Shared {
-    bool isNull = true;
-    Array<CIMName> names;
-    Array<Uint32> tags;
-};
-
-namespace {
-
-bool isIn(const Array<CIMName>& names, const CIMName& name) {
-    for (Uint32 i = 0; i < names.size(); ++i) {
-        if (names[i] == name)
-            return true;
-    }
-    return false;
+const CIMPropertyListRep& CIMPropertyListRep::of(const CIMPropertyList& list) {
+    static const CIMPropertyListRep null;
+    return list._rep ? *list._rep : null;
 }
 
-} // namespace
+Uint32 CIMPropertyListRep::find(const CIMName& name) const {
+    const CIMName* const all = names.getData();
+    const auto isIt = [&](Uint32 place) { return all[place].equal(name); };
+    if (places.size() != 0)
+        return places.find(hosting::foldedHash(name.getString()), isIt).value_or(PEG_NOT_FOUND);
+    for (Uint32 place = 0; place < names.size(); ++place) {
+        if (isIt(place))
+            return place;
+    }
+    return PEG_NOT_FOUND;
+}
+
+void CIMPropertyListRep::index() {
+    constexpr Uint32 few = 16; // are found faster by looking at each
+    const CIMName* const all = names.getData();
+    for (auto next = static_cast<Uint32>(places.size()); names.size() > few && next < names.size();
+         ++next)
+        places.add(hosting::foldedHash(all[next].getString()), next);
+}
 
 CIMPropertyList::CIMPropertyList() : _rep(nullptr) {
 }
@@ -39,13 +48,16 @@ CIMPropertyList::~CIMPropertyList() {
 }
 
 void CIMPropertyList::set(const Array<CIMName>& propertyNames) {
-    if (isIn(propertyNames, CIMName()))
+    const CIMName* const given = propertyNames.getData();
+    if (std::any_of(given, given + propertyNames.size(),
+                    [](const CIMName& name) { return name.isNull(); }))
         throw UninitializedObjectException();
-    auto* const rep = new CIMPropertyListRep;
-    rep->isNull = false;
-    rep->names = propertyNames;
-    release(_rep);
-    _rep = rep;
+    CIMPropertyList list;
+    CIMPropertyListRep& rep = detach(list._rep);
+    rep.isNull = false;
+    rep.names = propertyNames;
+    rep.index();
+    *this = list;
 }
 
 CIMPropertyList& CIMPropertyList::operator=(const CIMPropertyList& x) {
@@ -77,7 +89,7 @@ Array<CIMName> CIMPropertyList::getPropertyNameArray() const {
 }
 
 Boolean CIMPropertyList::contains(const CIMName& name) const {
-    return _rep && isIn(_rep->names, name);
+    return CIMPropertyListRep::of(*this).find(name) != PEG_NOT_FOUND;
 }
 
 Boolean CIMPropertyList::useThisProperty(const CIMName& name) const {
@@ -99,13 +111,17 @@ String CIMPropertyList::toString() const {
 
 void CIMPropertyList::append(Array<String>& propertyListArray) {
     const Array<String>& given = propertyListArray;
-    Array<CIMName> names;
+    CIMPropertyList list;
+    CIMPropertyListRep& rep = detach(list._rep);
+    rep.isNull = false;
     for (Uint32 i = 0; i < given.size(); ++i) {
         const CIMName name(given[i]);
-        if (!isIn(names, name))
-            names.append(name);
+        if (rep.find(name) == PEG_NOT_FOUND) {
+            rep.names.append(name);
+            rep.index();
+        }
     }
-    set(names);
+    *this = list;
 }
 
 Uint32 CIMPropertyList::getCIMNameTag(Uint32 index) const {

@@ -3,13 +3,12 @@
 
 #include "RepAccess.h"
 #include "hosting/Text.h"
+#include "text/PlaceIndex.h"
 
 #include <Pegasus/Common/CIMName.h>
 
 #include <atomic>
 #include <memory>
-#include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Pegasus {
@@ -74,12 +73,12 @@ class NamedElements {
     }
 
     Uint32 find(const CIMName& name) const {
-        if (_index) {
-            const auto found = _index->find(hosting::folded(name));
-            return found == _index->end() ? PEG_NOT_FOUND : found->second;
-        }
+        const auto isIt = [&](Uint32 index) { return repOf(_elements[index]).name().equal(name); };
+        if (_index)
+            return _index->find(hosting::foldedHash(name.getString()), isIt)
+                .value_or(PEG_NOT_FOUND);
         for (Uint32 index = 0; index < count(); ++index) {
-            if (repOf(_elements[index]).name().equal(name))
+            if (isIt(index))
                 return index;
         }
         return PEG_NOT_FOUND;
@@ -128,18 +127,16 @@ class NamedElements {
     /// Completes the index after an element was added, or makes it.
     void addToIndex() {
         if (!_index)
-            _index = std::make_unique<Index>();
+            _index = std::make_unique<embedded::text::PlaceIndex>();
         for (auto next = static_cast<Uint32>(_index->size()); next < count(); ++next)
-            _index->emplace(hosting::folded(repOf(_elements[next]).name()), next);
+            _index->add(hosting::foldedHash(repOf(_elements[next]).name().getString()), next);
     }
 
-    /// From the name in lower case to the place.
-    using Index = std::unordered_map<std::string, Uint32>;
     /// Fewer are found faster by looking at each.
     static constexpr Uint32 indexedFrom = 32;
 
     std::vector<Handle> _elements;
-    std::unique_ptr<Index> _index; ///< of all elements; null until it pays
+    std::unique_ptr<embedded::text::PlaceIndex> _index; ///< of all elements; null until it pays
 };
 
 } // namespace Pegasus

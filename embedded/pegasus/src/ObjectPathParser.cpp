@@ -7,71 +7,70 @@
 #include "text/Ascii.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Pegasus {
 
 namespace {
 
 /// Reads one text from left to right, as it is kept. No white space is skipped: it belongs to
-/// nothing.
+/// nothing. What reads a part returns false, with the reason, if it is not there.
 template <class Unit>
 class Parser {
   public:
-    Parser(const String& text, const Unit* units, Uint32 size)
-        : _text(text), _at(units), _end(units + size) {}
+    Parser(const Unit* units, Uint32 size, CIMObjectPathRep& path, String& reason)
+        : _at(units), _end(units + size), _path(path), _reason(reason) {}
 
-    String host() {
+    bool read() { return readHost() && readNameSpace() && readClassName() && readKeyBindings(); }
+
+  private:
+    bool readHost() {
         if (_end - _at < 2 || !is(_at[0], '/') || !is(_at[1], '/'))
-            return String();
+            return true;
         const Unit* const begin = _at + 2;
         const Unit* const slash = find(begin, _end, '/');
         if (slash == _end)
-            reject("missing slash after hostname");
-        const String host = between(begin, slash);
-        if (!isHost(host))
-            reject("invalid hostname");
+            return reject("missing slash after hostname");
+        _path.host = between(begin, slash);
         // The slash stays: it counts as the one that a namespace may begin with.
         _at = slash;
-        return host;
+        return isHost(_path.host) || reject("invalid hostname");
     }
 
-    CIMNamespaceName nameSpace(bool hasHost) {
+    bool readNameSpace() {
         const Unit* const dot = find(_at, _end, '.');
         const Unit* const colon = find(_at, dot, ':');
-        if (colon == dot) {
-            if (hasHost)
-                reject("host specified, missing namespace");
-            return CIMNamespaceName();
-        }
+        if (colon == dot)
+            return _path.host.size() == 0 || reject("host specified, missing namespace");
         const String name = between(_at, colon);
         if (!CIMNamespaceName::legal(name))
-            reject("invalid namespace name");
+            return reject("invalid namespace name");
+        _path.nameSpace = name;
         _at = colon + 1;
-        return CIMNamespaceName(name);
+        return true;
     }
 
-    CIMName className() {
+    bool readClassName() {
         const String name = upTo('.');
         if (!CIMName::legal(name))
-            reject("class name " + name + " not a legal CIM name");
-        return CIMName(name);
+            return reject("class name " + name + " not a legal CIM name");
+        _path.className = name;
+        return true;
     }
 
-    Array<CIMKeyBinding> keyBindings() {
-        Array<CIMKeyBinding> keys;
+    bool readKeyBindings() {
         while (_at != _end) {
             if (find(_at, _end, '=') == _end)
-                rejectPair("missing equal sign");
+                return rejectPair("missing equal sign");
             const String name = upTo('=');
             if (!CIMName::legal(name))
-                rejectPair("invalid key name:" + name);
-            keys.append(_at != _end && is(*_at, '"') ? quotedKey(CIMName(name))
-                                                     : plainKey(CIMName(name)));
+                return rejectPair("invalid key name:" + name);
+            if (!(_at != _end && is(*_at, '"') ? readQuotedKey(name) : readPlainKey(name)))
+                return false;
         }
-        return keys;
+        return true;
     }
 
-  private:
     static bool is(Unit unit, char c) { return unitOf(unit) == unitOf(c); }
 
     static const Unit* find(const Unit* begin, const Unit* end, char c) {
@@ -79,7 +78,15 @@ class Parser {
     }
 
     static String between(const Unit* begin, const Unit* end) {
-        return String(begin, static_cast<Uint32>(end - begin));
+        return begin == end ? String() : String(begin, static_cast<Uint32>(end - begin));
+    }
+
+    static String unescaped(const Unit* begin, const Unit* end) {
+        std::vector<Unit> text(begin, end);
+        Unit* to = text.data();
+        for (const Unit* at = begin; at != end; ++at)
+            *to++ = is(*at, '\\') ? *++at : *at;
+        return between(text.data(), to);
     }
 
     /// What stands before the next `separator`, or all that is left; steps behind the separator.
@@ -90,84 +97,77 @@ class Parser {
         return between(begin, found);
     }
 
-    CIMKeyBinding quotedKey(const CIMName& name) {
-        String value;
-        const Unit* run = ++_at; // what is taken over as it is
-        for (;; ++_at) {
-            if (_at == _end)
-                rejectPair("missing quote in key value");
-            if (is(*_at, '"'))
-                break;
-            if (is(*_at, '\\')) {
-                value.append(run, static_cast<Uint32>(_at - run));
-                run = ++_at;
-                if (_at == _end || (!is(*_at, '\\') && !is(*_at, '"')))
-                    rejectPair("malformed value");
-            }
+    bool readQuotedKey(const CIMName& name) {
+        const Unit* const begin = ++_at;
+        bool hasEscapes = false;
+        for (; _at != _end && !is(*_at, '"'); ++_at) {
+            if (!is(*_at, '\\'))
+                continue;
+            hasEscapes = true;
+            ++_at;
+            if (_at == _end || (!is(*_at, '\\') && !is(*_at, '"')))
+                return rejectPair("malformed value");
         }
-        value.append(run, static_cast<Uint32>(_at - run));
+        if (_at == _end)
+            return rejectPair("missing quote in key value");
+        const String value = hasEscapes ? unescaped(begin, _at) : between(begin, _at);
         ++_at;
         if (_at != _end && !is(*_at++, ','))
-            rejectPair("next key-value pair has to start with comma");
-        return referenceOrString(name, value);
+            return rejectPair("next key-value pair has to start with comma");
+        _path.keyBindings.append(referenceOrString(name, value));
+        return true;
     }
 
     /// The text does not say which: a value that reads as the path of an instance is taken for
     /// one. Where there is an equal sign, what can be read has a key.
     static CIMKeyBinding referenceOrString(const CIMName& name, const String& value) {
         if (value.find(Char16('=')) != PEG_NOT_FOUND) {
-            try {
-                return CIMKeyBindingRep::keeping(name, CIMObjectPath(value));
-            } catch (const MalformedObjectNameException&) {
-                // A string then.
-            }
+            CIMObjectPath path;
+            String reason;
+            if (CIMObjectPathRep::read(value, path, reason))
+                return CIMKeyBindingRep::keeping(name, path);
         }
         return CIMKeyBinding(name, value, CIMKeyBinding::STRING);
     }
 
-    CIMKeyBinding plainKey(const CIMName& name) {
+    bool readPlainKey(const CIMName& name) {
         const String value = upTo(',');
         const Uint16 first = embedded::text::upper(value[0]);
         if (first == 'T' || first == 'F') {
             const String truth(first == 'T' ? "TRUE" : "FALSE");
             if (!String::equalNoCase(value, truth))
-                rejectPair("value should be TRUE or FALSE");
-            return CIMKeyBinding(name, truth, CIMKeyBinding::BOOLEAN);
+                return rejectPair("value should be TRUE or FALSE");
+            _path.keyBindings.append(CIMKeyBinding(name, truth, CIMKeyBinding::BOOLEAN));
+            return true;
         }
         Uint64 number = 0;
         Sint64 negative = 0;
         if (first == '-' && !numbers::parse(value, negative))
-            rejectPair("invalid negative number value " + value);
+            return rejectPair("invalid negative number value " + value);
         if (first != '-' && !numbers::parse(value, number))
-            rejectPair("invalid number value " + value);
-        return CIMKeyBinding(name, value, CIMKeyBinding::NUMERIC);
+            return rejectPair("invalid number value " + value);
+        _path.keyBindings.append(CIMKeyBinding(name, value, CIMKeyBinding::NUMERIC));
+        return true;
     }
 
-    [[noreturn]] void reject(const String& reason) const { rejectObjectPath(_text, reason); }
-
-    [[noreturn]] void rejectPair(const String& reason) const {
-        reject("invalid key-value pair, " + reason);
+    bool reject(const String& reason) {
+        _reason = reason;
+        return false;
     }
 
-    const String& _text;
+    bool rejectPair(const String& reason) { return reject("invalid key-value pair, " + reason); }
+
     const Unit* _at;
     const Unit* const _end;
+    CIMObjectPathRep& _path;
+    String& _reason;
 };
 
 } // namespace
 
-void rejectObjectPath(const String& text, const String& reason) {
-    throw MalformedObjectNameException(text + ", reason:\"" + reason + "\"");
-}
-
-void parseObjectPath(const String& text, String& host, CIMNamespaceName& nameSpace,
-                     CIMName& className, Array<CIMKeyBinding>& keyBindings) {
-    StringRep::visit(text, [&](const auto* units, Uint32 size) {
-        Parser parser(text, units, size);
-        host = parser.host();
-        nameSpace = parser.nameSpace(host.size() != 0);
-        className = parser.className();
-        keyBindings = parser.keyBindings();
+bool parseObjectPath(const String& text, CIMObjectPathRep& path, String& reason) {
+    return StringRep::visit(text, [&](const auto* units, Uint32 size) {
+        return Parser(units, size, path, reason).read();
     });
 }
 

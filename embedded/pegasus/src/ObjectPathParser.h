@@ -1,16 +1,12 @@
 #pragma once
 
-#include <Pegasus/Common/CIMObjectPath.h>
+#include "ObjectPathReps.h"
 
 namespace Pegasus {
 
-/// Reads the text form of an object path; see CIMObjectPath. The key bindings come in the order
-/// of the text, and the values of references as CIMObjectPath::toString() writes them. Throws
-/// MalformedObjectNameException.
-void parseObjectPath(const String& text, String& host, CIMNamespaceName& nameSpace,
-                     CIMName& className, Array<CIMKeyBinding>& keyBindings);
-
-/// Throws MalformedObjectNameException with the text and, in quotes, the reason.
-[[noreturn]] void rejectObjectPath(const String& text, const String& reason);
+/// Reads the text form of an object path into `path`, which is new; see CIMObjectPath. The key
+/// bindings come in the order of the text. False, with the reason, if it is none: that is no
+/// exception here, because any string may be tried.
+bool parseObjectPath(const String& text, CIMObjectPathRep& path, String& reason);
 
 } // namespace Pegasus

@@ -21,6 +21,9 @@ struct CIMObjectPathRep : Shared {
     /// What stands behind `path`, with one owner more.
     static CIMObjectPathRep* shared(const CIMObjectPath& path);
 
+    /// Reads the text of a path into `path`, which is new. False, with the reason, if it is none.
+    static bool read(const String& text, CIMObjectPath& path, String& reason);
+
     /// Whether the text of the path is known to read back as the path: not if it cannot be read,
     /// and not if it may say something else, as a string does that looks like a reference.
     bool readsBack() const;

@@ -172,10 +172,6 @@ int compareFolded(const String& s1, const String& s2, Fold fold) {
     });
 }
 
-Uint16 asIs(Uint16 unit) {
-    return unit;
-}
-
 template <class Fold>
 void foldAll(StringRep*& rep, Fold fold) {
     if (!rep)

@@ -3,6 +3,7 @@
 
 #include "Shared.h"
 #include "text/Ascii.h"
+#include "text/KeyedHash.h"
 
 #include <Pegasus/Common/String.h>
 
@@ -74,6 +75,27 @@ inline Uint16 unitOf(char c) {
 }
 inline Uint16 unitOf(Char16 c) {
     return c;
+}
+
+inline Uint16 asIs(Uint16 unit) {
+    return unit;
+}
+
+/// Of the code units as `fold` shows them, however they are kept.
+template <class Fold>
+std::uint64_t keyedHash(const String& text, Fold fold) {
+    return StringRep::visit(text, [&](const auto* units, Uint32 size) {
+        constexpr Uint32 unitsInWord = 4;
+        embedded::text::KeyedHash hash;
+        std::uint64_t word = size;
+        for (Uint32 i = 0; i < size; ++i) {
+            if (i % unitsInWord == 0)
+                hash.add(word);
+            word = word << 16U | fold(unitOf(units[i]));
+        }
+        hash.add(word);
+        return hash.value();
+    });
 }
 
 } // namespace Pegasus

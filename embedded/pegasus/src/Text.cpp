@@ -36,12 +36,7 @@ std::string folded(const String& text) {
 }
 
 std::uint64_t foldedHash(const String& text) {
-    return StringRep::visit(text, [](const auto* units, Uint32 size) {
-        std::uint64_t hash = 14695981039346656037U; // FNV-1a, over code units
-        for (Uint32 i = 0; i < size; ++i)
-            hash = (hash ^ embedded::text::lower(unitOf(units[i]))) * 1099511628211U;
-        return hash;
-    });
+    return keyedHash(text, embedded::text::lower<Uint16>);
 }
 
 } // namespace Pegasus::hosting

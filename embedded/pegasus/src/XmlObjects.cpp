@@ -1,9 +1,13 @@
 #include "CIMObjectRep.h"
+#include "CIMPropertyListRep.h"
 
 #include "hosting/Text.h"
 #include "hosting/XmlWriter.h"
 
+#include <algorithm>
 #include <charconv>
+#include <utility>
+#include <vector>
 
 namespace Pegasus {
 
@@ -115,11 +119,17 @@ void appendProperties(std::string& out, const CIMObjectRep& object, const Instan
             appendOne(property);
         return;
     }
-    for (Uint32 i = 0; i < filter.propertyList.size(); ++i) {
-        if (const Uint32 index = object.properties.find(filter.propertyList[i]);
-            index != PEG_NOT_FOUND)
-            appendOne(object.properties.at(index));
+    // The list may be longer than there are properties: each of these is looked for in it.
+    std::vector<std::pair<Uint32, const CIMProperty*>> wanted;
+    for (const CIMProperty& property : object.properties) {
+        const Uint32 place =
+            CIMPropertyListRep::of(filter.propertyList).find(repOf(property).name());
+        if (place != PEG_NOT_FOUND)
+            wanted.emplace_back(place, &property);
     }
+    std::sort(wanted.begin(), wanted.end());
+    for (const auto& [place, property] : wanted)
+        appendOne(*property);
 }
 
 void append(std::string& out, const CIMParameterRep& parameter) {

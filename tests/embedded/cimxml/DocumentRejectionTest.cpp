@@ -1,5 +1,7 @@
 // Which documents get no reply but a status and a CIMError.
+#include "FakeOperations.h"
 #include "Requests.h"
+#include "cimxml/Document.h"
 
 #include <gtest/gtest.h>
 
@@ -101,6 +103,26 @@ TEST(DocumentRejection, RejectsEmptyDocuments) {
     EXPECT_EQ(rejected(""), notValid);
     EXPECT_EQ(rejected(prolog), notValid);
     EXPECT_EQ(rejected(" "), notValid);
+}
+
+TEST(DocumentRejection, NamesTheFirstOfMoreUnknownElementsThanAreRead) {
+    std::string unknown;
+    for (std::size_t i = 0; i <= maximumUnknownElements; ++i) {
+        unknown += "<A" + std::to_string(i) + "/>";
+    }
+    const auto with = [&](const std::string& version) {
+        const std::string body = changed("<SIMPLEREQ>", unknown + "<SIMPLEREQ>");
+        return std::string(body).replace(body.find("2.0"), 3, version);
+    };
+    EXPECT_EQ(rejected(with("2.0")), notValid);
+    EXPECT_EQ(rejected(with("3.0")), "501 unsupported-cim-version");
+    try {
+        FakeOperations operations;
+        answer(with("2.0"), headersFor("EnumerateInstanceNames"), {}, operations);
+        FAIL();
+    } catch (const RequestRejected& reason) {
+        EXPECT_STREQ(reason.what(), "unknown element A0");
+    }
 }
 
 TEST(DocumentRejection, WantsTheXmlDeclarationFirst) {

@@ -105,6 +105,17 @@ host::Plan FakeOperations::plan(const Operation& operation) {
     return {modules, [this, &operation] { return answerTo(operation); }};
 }
 
+std::vector<CIMName> FakeOperations::keyNames(const CIMNamespaceName& nameSpace,
+                                              const CIMName& className) {
+    calls.push_back("keyNames " + show(nameSpace) + " " + show(className));
+    if (failure) {
+        throw *failure;
+    }
+    Array<CIMName> names;
+    cimClass.getKeyNames(names);
+    return {names.getData(), names.getData() + names.size()};
+}
+
 host::Answer FakeOperations::answerTo(const Operation& operation) {
     switch (operation.kind) {
     case OperationKind::GetClass:

@@ -35,6 +35,9 @@ class FakeOperations : public host::CimOperations {
     Pegasus::Array<Pegasus::CIMQualifierDecl> qualifiers;
 
     host::Plan plan(const host::Operation& operation) override;
+    /// Those of `cimClass`.
+    std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& className) override;
 
   private:
     host::Answer answerTo(const host::Operation& operation);

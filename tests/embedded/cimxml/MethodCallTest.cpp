@@ -48,7 +48,7 @@ TEST(MethodCall, OfAMethodThatTheClassHasNotIsNotFound) {
     const std::string expected = errorReply("Stop", 17, "CIM_ERR_METHOD_NOT_FOUND: Stop");
     EXPECT_EQ(answerTo(operations, "Stop", onInstance, "root:X.a=\"1\""), expected);
     EXPECT_EQ(answerTo(operations, "Stop", onClass, "root:X"), expected);
-    EXPECT_EQ(operations.calls.at(0), "getClass root X 0 0 0 -");
+    EXPECT_EQ(operations.calls.at(0), "getClass root X 0 0 0 []");
 }
 
 TEST(MethodCall, OfAMethodThatTheClassHasIsNotAvailable) {

@@ -147,6 +147,12 @@ TEST(WrittenInstance, HasTheListedPropertiesInTheOrderOfTheList) {
     EXPECT_EQ(got(listed("<VALUE>THIRD</VALUE><VALUE>nowhere</VALUE><VALUE>second</VALUE>")),
               instanceElement(third + second));
     EXPECT_EQ(got(listed("")), instanceElement(""));
+    std::string many = "<VALUE>THIRD</VALUE>";
+    for (int i = 0; i < 100; ++i) {
+        many += "<VALUE>nowhere" + std::to_string(i) + "</VALUE><VALUE>Nowhere</VALUE>";
+    }
+    EXPECT_EQ(got(listed(many + "<VALUE>second</VALUE><VALUE>Third</VALUE>")),
+              instanceElement(third + second));
 }
 
 TEST(WrittenInstance, IsFilteredAlikeInEveryOperation) {

@@ -347,6 +347,17 @@ TEST(Responses, WithAnErrorNameItsStatusAndMessage) {
               errorContent(6, "CIM_ERR_NOT_FOUND: X.a=&quot;&lt;1&gt;&quot;"));
 }
 
+TEST(Responses, WithAnErrorShowItsMessageUpToALength) {
+    FakeOperations operations;
+    const std::string longest(maximumErrorLength, 'x');
+    for (const std::string& rest : {std::string(), std::string("y")}) {
+        operations.failure = CIMException(CIM_ERR_FAILED, String((longest + rest).c_str()));
+        const std::string shown = longest + (rest.empty() ? "" : "...");
+        EXPECT_EQ(content(operations, "GetClass", classX),
+                  errorContent(1, "CIM_ERR_FAILED: " + shown));
+    }
+}
+
 TEST(Responses, WithAnErrorWithoutMessageNameItsStatus) {
     FakeOperations operations;
     operations.failure = CIMException(CIM_ERR_INVALID_NAMESPACE);

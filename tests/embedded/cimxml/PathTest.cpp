@@ -104,10 +104,10 @@ TEST(InstanceName, MayLeaveTheNameOfTheOneKeyToTheClass) {
                       "<INSTANCENAME CLASSNAME=\"X\"><VALUE.REFERENCE><INSTANCENAME "
                       "CLASSNAME=\"Y\"><KEYBINDING NAME=\"b\"><KEYVALUE>2</KEYVALUE></KEYBINDING>"
                       "</INSTANCENAME></VALUE.REFERENCE></INSTANCENAME>"));
-    EXPECT_EQ(operations.calls,
-              (std::vector<std::string>{"getClass root/cimv2 X 0 1 0 -", deleted + "X.first=\"1\"",
-                                        "getClass root/cimv2 X 0 1 0 -",
-                                        deleted + "X.first=\"Y.b=\\\"2\\\"\""}));
+    EXPECT_EQ(
+        operations.calls,
+        (std::vector<std::string>{"keyNames root/cimv2 X", deleted + "X.first=\"1\"",
+                                  "keyNames root/cimv2 X", deleted + "X.first=\"Y.b=\\\"2\\\"\""}));
 }
 
 TEST(InstanceName, NeedsTheKeyNameWhenTheClassHasNotExactlyOne) {

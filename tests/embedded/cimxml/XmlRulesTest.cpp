@@ -245,10 +245,10 @@ TEST(XmlRules, KeepNoMemoryOfALongDocument) {
 }
 
 TEST(Elements, HaveTheirNamesAttributesTextAndChildren) {
-    const Document document("<?xml version='1.0'?><a x='1' y=' &lt;\n2'>\n<b>one</b>\n<c/><b>t"
-                            "&amp;<!-- -->\r\nwo</b></a>");
+    const Document document("<?xml version='1.0'?><CLASS x='1' y=' &lt;\n2'>\n<VALUE>one</VALUE>\n"
+                            "<HOST/><VALUE>t&amp;<!-- -->\r\nwo</VALUE></CLASS>");
     const Element root = document.root();
-    EXPECT_EQ(root.name(), "a");
+    EXPECT_EQ(root.name(), "CLASS");
     EXPECT_EQ(root.text(), "");
     EXPECT_FALSE(root.isMixed());
     EXPECT_EQ(root.attribute("x").value, "1");
@@ -258,14 +258,34 @@ TEST(Elements, HaveTheirNamesAttributesTextAndChildren) {
     for (const Element& child : root.children()) {
         seen.append(child.name()).append("=").append(child.text()).append(";");
     }
-    for (const Element& child : root.children("b")) {
+    for (const Element& child : root.children("VALUE")) {
         seen.append(child.text()).append(";");
     }
-    EXPECT_EQ(seen, "b=one;c=;b=t&\nwo;one;t&\nwo;");
-    EXPECT_EQ(root.child("c").nextSibling().text(), "t&\nwo");
+    EXPECT_EQ(seen, "VALUE=one;HOST=;VALUE=t&\nwo;one;t&\nwo;");
+    EXPECT_EQ(root.child("HOST").nextSibling().text(), "t&\nwo");
     EXPECT_FALSE(root.child("d"));
     EXPECT_FALSE(root.child("d").child("e"));
     EXPECT_EQ(root.child("d").attribute("f").value, "");
+}
+
+TEST(Elements, BehindOneThatNoRequestHasAreReadAndNotKept) {
+    const Document document("<?xml version='1.0'?><CIM><HOST>h</HOST><a x='1'>t<HOST/></a>"
+                            "<HOST>left</HOST>text</CIM>");
+    std::string seen;
+    for (const Element& child : document.root().children()) {
+        seen.append(child.name()).append(";");
+    }
+    EXPECT_EQ(seen, "HOST;a;");
+    EXPECT_TRUE(document.root().isMixed()) << "which is found before its children are looked at";
+    std::string open = "<CIM>";
+    for (std::size_t i = 0; i < maximumUnknownElements; ++i) {
+        open += "<a/>";
+    }
+    EXPECT_EQ(judge(open + "</CIM>"), "good");
+    EXPECT_EQ(judge(open + "&b;</CIM>"), "request-not-well-formed");
+    EXPECT_EQ(judge(open + "<HOST"), "request-not-well-formed");
+    EXPECT_EQ(judge(open + "<a/></CIM>"), "good");
+    EXPECT_EQ(judge(open + "<a/><HOST"), "good") << "one more, and nobody reads on";
 }
 
 TEST(Elements, AreMixedWithTextOnAnySideOfAChild) {

@@ -213,6 +213,20 @@ class PropertyLists : public testing::Test {
     CIMPropertyList seen;
 };
 
+TEST(InstanceRouting, TheRepositoryTellsTheKeysOfAClassAsGetClassWould) {
+    Server server;
+    EXPECT_EQ(std::vector{CIMName("Id")}, server.router.keyNames(nameSpace, CIMName("tst_leaf")));
+    const auto got = [&](const CIMNamespaceName& where) {
+        server.router.getClass({}, where, CIMName("TST_None"), false, true, false, {});
+    };
+    const auto keysOf = [&](const CIMNamespaceName& where) {
+        server.router.keyNames(where, CIMName("TST_None"));
+    };
+    for (const CIMNamespaceName& where : {nameSpace, CIMNamespaceName("root/none")}) {
+        EXPECT_EQ(errorOf([&] { got(where); }), errorOf([&] { keysOf(where); }));
+    }
+}
+
 TEST_F(PropertyLists, WithDeepInheritanceNothingIsLeftOut) {
     const auto objects = server.enumerate("TST_Base", true).objects;
     EXPECT_TRUE(seen.isNull());

@@ -63,6 +63,23 @@ TEST_F(RepositoryAssociationsTest, EveryFarEndIsThereOnce) {
     EXPECT_EQ(3U, instances(a));
 }
 
+TEST_F(RepositoryAssociationsTest, OfManyFarEndsEachIsThereOnceWhereItComesFirst) {
+    Texts expected;
+    std::string mof = "instance of TST_Base as $Hub { Id = \"hub\"; };\n";
+    const auto link = [&](const char* association, int number) {
+        mof += std::string("instance of ") + association +
+               " { Left = $Hub; Right = \"TST_Base.Id=\\\"" + std::to_string(number) +
+               "\\\"\"; };\n";
+    };
+    for (int number = 0; number < 300; ++number) {
+        link("TST_Link", number);
+        link("TST_SubLink", 299 - number);
+        expected.push_back("TST_Base " + std::to_string(number));
+    }
+    fill(repository, mof);
+    EXPECT_EQ(expected, farInstances(pathOf("TST_Base", "hub")));
+}
+
 TEST_F(RepositoryAssociationsTest, OnlyTheClassesGivenAreLookedAt) {
     const RepositoryAssociations associations(repository.view(), nameSpace, a, {});
     EXPECT_EQ(2U, associations.instances({CIMName("TST_Link")}).size());

@@ -2,6 +2,8 @@
 
 #include <Pegasus/Common/CIMPropertyList.h>
 
+#include <string>
+
 using namespace Pegasus;
 using apitest::text;
 using apitest::throws;
@@ -73,6 +75,27 @@ TEST(CIMPropertyList, TakesTextsEachOnce) {
     names.append("1x");
     EXPECT_TRUE(
         throws<InvalidNameException>([&] { list.append(names); }, "The CIM name is not valid: 1x"));
+}
+
+TEST(CIMPropertyList, FindsNamesInListsOfEachLength) {
+    Array<String> texts;
+    Array<CIMName> names;
+    for (Uint32 i = 0; i < 40; ++i) {
+        const std::string number = std::to_string(i);
+        names.append(CIMName(("n" + number).c_str()));
+        texts.append(("n" + number).c_str());
+        texts.append(("N" + number).c_str());
+        CIMPropertyList once;
+        once.append(texts);
+        ASSERT_EQ(once.size(), i + 1);
+        const CIMPropertyList given(names);
+        for (Uint32 j = 0; j < 41; ++j) {
+            const CIMName name(("N" + std::to_string(j)).c_str());
+            EXPECT_EQ(given.contains(name), j <= i);
+            EXPECT_EQ(once.contains(name), j <= i);
+            EXPECT_TRUE(j > i || once[j] == name);
+        }
+    }
 }
 
 TEST(CIMPropertyList, CarriesTags) {

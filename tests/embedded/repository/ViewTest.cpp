@@ -173,9 +173,30 @@ TEST_F(ViewTest, ReferencesAreThoseWithAValueByTheirRoles) {
     EXPECT_EQ(ends, (Strings{"To Thing.Id=\"b\"", "From Thing.Id=\"a\""}));
 }
 
-TEST_F(ViewTest, KeyNamesComeInTheOrderOfTheClassesProperties) {
-    load("class Under : Gadget { [Key] string Own; [Key, Override(\"Id\")] string Id; };");
+TEST_F(ViewTest, NamesOfMembersComeInTheOrderOfTheClassesProperties) {
+    load("class Under : Gadget { [Key] string Own; [Key, Override(\"Id\")] string Id; };"
+         "[Association] class Below : Link { [Override(\"From\")] Gadget REF From; };");
     const View view = repository.view();
+    for (const char* name : {"Under", "Below", "gadget"}) {
+        const Pegasus::CIMClass shown = view.getClass(home, name);
+        Strings names, ends;
+        for (Pegasus::Uint32 i = 0; i < shown.getPropertyCount(); ++i) {
+            const Pegasus::CIMConstProperty property = shown.getProperty(i);
+            names.push_back(text(property.getName()));
+            if (property.getType() == Pegasus::CIMTYPE_REFERENCE) {
+                ends.push_back(names.back() + " " + text(property.getReferenceClassName()));
+            }
+        }
+        EXPECT_EQ(texts(view.propertyNames(home, name)), names);
+        Strings references;
+        for (const auto& [role, className] : view.references(home, name)) {
+            references.push_back(text(role) + " " + text(className));
+        }
+        EXPECT_EQ(references, ends);
+        EXPECT_EQ(references.empty(), name != std::string("Below"));
+    }
+    EXPECT_EQ(statusOf([&] { view.propertyNames(home, "NoSuch"); }), (Status{6, "NoSuch"}));
+    EXPECT_EQ(statusOf([&] { view.references(home, "NoSuch"); }), (Status{6, "NoSuch"}));
     EXPECT_EQ(texts(view.keyNames(home, "gadget")), (Strings{"Id", "Number"}));
     EXPECT_EQ(texts(view.keyNames(home, "Under")), (Strings{"Number", "Own", "Id"}));
     EXPECT_EQ(statusOf([&] { view.keyNames(home, "NoSuch"); }), (Status{6, "NoSuch"}));

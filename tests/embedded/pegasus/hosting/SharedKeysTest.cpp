@@ -2,8 +2,11 @@
 // share the keys disturb each other).
 #include "Sharing.h"
 #include "Throws.h"
+#include "hosting/References.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Exception.h>
 
 using namespace Pegasus;
 using apitest::text;
@@ -15,6 +18,16 @@ TEST(SharedKeys, MayBeGivenToPathsInSeveralThreads) {
     apitest::expectIndependentCopies(
         CIMObjectPath("C"), [&](CIMObjectPath& x) { x.setKeyBindings(shared.getKeyBindings()); },
         [](const CIMObjectPath& x) { return text(x.toString()); });
+}
+
+TEST(ReferencedPath, IsWhatTheValueSaysWhetherItIsKeptAsAPathOrAsAText) {
+    const CIMObjectPath target("//h/n:A.k=1,r=\"B.z=1\"");
+    const CIMKeyBinding kept("K", CIMValue(target));
+    const CIMKeyBinding written("K", target.toString(), CIMKeyBinding::REFERENCE);
+    EXPECT_EQ(hosting::referencedPath(kept), target);
+    EXPECT_EQ(hosting::referencedPath(written), target);
+    EXPECT_THROW(hosting::referencedPath(CIMKeyBinding("K", "=", CIMKeyBinding::REFERENCE)),
+                 MalformedObjectNameException);
 }
 
 } // namespace

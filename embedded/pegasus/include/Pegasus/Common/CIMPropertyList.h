@@ -43,6 +43,7 @@ class PEGASUS_COMMON_LINKAGE CIMPropertyList {
     void appendCIMNameTag(Uint32 nameTag);
 
   private:
+    friend struct CIMPropertyListRep;
     CIMPropertyListRep* _rep;
 };
 
