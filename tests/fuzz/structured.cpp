@@ -354,10 +354,24 @@ void checkThing(const Answered& thing, const Operation& operation) {
     require(fuzz::isWellFormed(xml), "what is answered is written as XML", xml);
 }
 
+// REQUIRES: `names` are the answer to `operation`, an EnumerateInstanceNames.
+void checkNamed(const Operation& operation, const Outcome& names, Server& server) {
+    for (const Answered& name : names.things) {
+        Operation get;
+        get.kind = OperationKind::GetInstance;
+        get.nameSpace = operation.nameSpace;
+        get.objectName = std::get<CIMObjectPath>(name);
+        require(outcomeOf(get, server).status == answered, "what is named can be got",
+                described(get));
+    }
+}
+
 void check(const Operation& operation, Server& server) {
     const Outcome outcome = outcomeOf(operation, server);
     for (const Answered& thing : outcome.things)
         checkThing(thing, operation);
+    if (operation.kind == OperationKind::EnumerateInstanceNames)
+        checkNamed(operation, outcome, server);
     if (const std::optional<OperationKind> names = namesOf(operation.kind)) {
         Operation other = operation;
         other.kind = *names;
