@@ -75,9 +75,17 @@ void checkInstances(const View& view, const CIMNamespaceName& nameSpace, const C
         hosting::appendInstancePath(xml, path);
         requireDocument(xml);
         for (const auto& reference : instances[i].references()) {
+            const CIMObjectPath& target = reference.second;
             xml.clear();
-            hosting::appendReference(xml, reference.second);
+            hosting::appendReference(xml, target);
             requireDocument(xml);
+            if (!target.getNameSpace().isNull() && !target.getNameSpace().equal(nameSpace))
+                continue;
+            const auto found = view.referrers(nameSpace, className, target);
+            fuzz::require(
+                std::any_of(found.begin(), found.end(),
+                            [&](const auto& each) { return each.path().identical(path); }),
+                "an instance is found from what it refers to", hosting::utf8(path.toString()));
         }
     }
 }

@@ -32,71 +32,65 @@ namespace mof = embedded::mof;
 
 const std::vector<std::string> nameSpaces = {"interop", "root/cimv2", "root/PG_InterOp"};
 
-// What cimhost serves with the sample switch.
-class Server {
-  public:
-    Server() : registration((load(), registered())), modules(registration, settings()) {
+mof::Specification read(const std::string& file) {
+    return mof::readFile(SOURCE_DIRECTORY "/" + file, {SOURCE_DIRECTORY "/schema"});
+}
+
+void load(Repository& repository) {
+    for (const char* file :
+         {"schema/cim_schema.mof", "schema/pg_server.mof", "schema/orvex_switch.mof",
+          "schema/orvex_serverprofile.mof", "samples/sample_switch.mof"}) {
+        const mof::Specification declarations = read(file);
+        for (const std::string& nameSpace : nameSpaces)
+            repository.load(declarations, CIMNamespaceName(nameSpace.c_str()));
+    }
+    for (const char* file : {"schema/pg_registration.mof", "schema/serverprofile_registration.mof"})
+        repository.load(read(file), CIMNamespaceName("root/PG_InterOp"));
+}
+
+constexpr const char* ownObjects = "OwnObjects"; // the server's, a module that is part of it
+
+Registration registrationIn(const View& view) {
+    Registration made(view, CIMNamespaceName("root/PG_InterOp"));
+    std::vector<CIMName> classNames;
+    for (const serverobjects::PublishedClass& published : serverobjects::publishedClasses)
+        classNames.emplace_back(published.name);
+    made.addLinked(view, {ownObjects, ownObjects}, ownObjects, classNames);
+    return made;
+}
+
+ModuleSettings moduleSettings() {
+    serverobjects::Settings own;
+    own.askServer = false;
+    own.systemCreationClassName = "ORVEX_ObjectManagerHost";
+    own.systemName = "switch";
+    own.name = "fuzz";
+    own.httpAddress = "switch:5988";
+    own.nameSpaces = nameSpaces;
+    ModuleSettings settings;
+    settings.directories = {MODULE_DIRECTORY};
+    settings.keepLibraries = true;
+    settings.linked.emplace(ownObjects, [own](const String&) {
+        return new serverobjects::ServerObjectsProvider([own] { return own; });
+    });
+    return settings;
+}
+
+/// What cimhost serves with the sample switch.
+struct Server {
+    Server() {
         // The modules' traces are for people.
         require(std::freopen("/dev/null", "w", stdout) != nullptr, "there is a /dev/null");
     }
 
-  private:
     Repository repository;
-    Registration registration;
-    ProviderModules modules;
-
-  public:
+    ProviderModules modules{(load(repository), registrationIn(repository.view())),
+                            moduleSettings()};
     Router router{repository, modules, "switch"};
     const ProviderHandles handles{router};
-    View view() const { return repository.view(); }
-
-  private:
-    static mof::Specification read(const std::string& file) {
-        return mof::readFile(SOURCE_DIRECTORY "/" + file, {SOURCE_DIRECTORY "/schema"});
-    }
-
-    void load() {
-        for (const char* file :
-             {"schema/cim_schema.mof", "schema/pg_server.mof", "schema/orvex_switch.mof",
-              "schema/orvex_serverprofile.mof", "samples/sample_switch.mof"}) {
-            const mof::Specification declarations = read(file);
-            for (const std::string& nameSpace : nameSpaces)
-                repository.load(declarations, CIMNamespaceName(nameSpace.c_str()));
-        }
-        for (const char* file :
-             {"schema/pg_registration.mof", "schema/serverprofile_registration.mof"})
-            repository.load(read(file), CIMNamespaceName("root/PG_InterOp"));
-    }
-
-    Registration registered() const {
-        Registration made(repository.view(), CIMNamespaceName("root/PG_InterOp"));
-        std::vector<CIMName> classNames;
-        for (const serverobjects::PublishedClass& published : serverobjects::publishedClasses)
-            classNames.emplace_back(published.name);
-        made.addLinked(repository.view(), {"OwnObjects", "OwnObjects"}, "OwnObjects", classNames);
-        return made;
-    }
-
-    static ModuleSettings settings() {
-        serverobjects::Settings own;
-        own.askServer = false;
-        own.systemCreationClassName = "ORVEX_ObjectManagerHost";
-        own.systemName = "switch";
-        own.name = "fuzz";
-        own.httpAddress = "switch:5988";
-        own.nameSpaces = nameSpaces;
-        ModuleSettings settings;
-        settings.directories = {MODULE_DIRECTORY};
-        settings.keepLibraries = true;
-        settings.linked.emplace("OwnObjects", [own](const String&) {
-            return new serverobjects::ServerObjectsProvider([own] { return own; });
-        });
-        return settings;
-    }
 };
 
-/// The first status that is not one: the operation was answered.
-constexpr int answered = 0;
+constexpr int answered = 0; // no status of CIM
 
 struct Outcome {
     int status = answered;
@@ -127,7 +121,7 @@ struct Known {
 Known knownOf(Server& server) {
     Known known;
     const CIMNamespaceName home("interop");
-    const View view = server.view();
+    const View view = server.repository.view();
     known.classNames = view.subClassNames(home, CIMName(), true);
     for (const CIMName& className : known.classNames) {
         const CIMClass cimClass = view.getClass(home, className);
@@ -354,10 +348,24 @@ void checkThing(const Answered& thing, const Operation& operation) {
     require(fuzz::isWellFormed(xml), "what is answered is written as XML", xml);
 }
 
+// REQUIRES: `names` are the answer to `operation`, an EnumerateInstanceNames.
+void checkNamed(const Operation& operation, const Outcome& names, Server& server) {
+    for (const Answered& name : names.things) {
+        Operation get;
+        get.kind = OperationKind::GetInstance;
+        get.nameSpace = operation.nameSpace;
+        get.objectName = std::get<CIMObjectPath>(name);
+        require(outcomeOf(get, server).status == answered, "what is named can be got",
+                described(get));
+    }
+}
+
 void check(const Operation& operation, Server& server) {
     const Outcome outcome = outcomeOf(operation, server);
     for (const Answered& thing : outcome.things)
         checkThing(thing, operation);
+    if (operation.kind == OperationKind::EnumerateInstanceNames)
+        checkNamed(operation, outcome, server);
     if (const std::optional<OperationKind> names = namesOf(operation.kind)) {
         Operation other = operation;
         other.kind = *names;
