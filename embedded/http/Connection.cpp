@@ -188,9 +188,13 @@ void Connection::parse() {
         const std::size_t taken = _parser->put(_in.data(), error);
         _in.consume(taken);
         _taken += taken;
-        // The parser bounds header and body, but neither the lines that begin chunks nor trailers.
+        // The parser bounds the body, but of the header only what it has not taken yet, and neither
+        // the lines that begin chunks nor trailers.
         const Options& options = _owner.options();
-        if (error == beast::http::error::need_more && _in.size() > options.headerLimit)
+        const std::size_t header =
+            inHeader ? _taken + (_parser->is_header_done() ? 0 : _in.size()) : _in.size();
+        const bool bounded = inHeader || error == beast::http::error::need_more;
+        if (bounded && header > options.headerLimit)
             error = beast::http::error::header_limit;
         else if (_taken > options.headerLimit + options.bodyLimit && !_parser->is_done())
             error = beast::http::error::body_limit;

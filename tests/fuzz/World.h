@@ -5,6 +5,7 @@
 #include "repository/Repository.h"
 
 #include <memory>
+#include <vector>
 
 namespace fuzz {
 
@@ -19,6 +20,10 @@ class World : public embedded::host::CimOperations {
             renew();
     }
     embedded::host::Plan plan(const embedded::host::Operation& operation) override;
+    std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& className) override {
+        return _server->router.keyNames(nameSpace, className);
+    }
 
   private:
     struct Server {

@@ -77,6 +77,7 @@ class RunningServer {
         Options options;
         options.ioThreads = 1;
         options.workers = 1;
+        options.headerLimit = 1024;
         options.bodyLimit = 1536;
         options.wholeReplyLimit = 256;
         return options;
