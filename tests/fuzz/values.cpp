@@ -200,7 +200,7 @@ void checkUnits(const std::string& bytes) {
 // Typed values
 
 CIMValue valueOf(const std::string& content, CIMType type) {
-    const Document read(document("<P>" + content + "</P>"));
+    const Document read(document("<PROPERTY>" + content + "</PROPERTY>"));
     return embedded::cimxml::readValue(read.root(), type, false, noSoleKey);
 }
 
