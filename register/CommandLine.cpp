@@ -34,18 +34,8 @@ constexpr const char* footer =
     "  serverprofile-register install --namespace interop --namespace root/switch\n"
     "  serverprofile-register status";
 
-// A namespace is CIM names with slashes between them. It is written into MOF and handed to the
-// server's tools, where an odd one could mean something else.
 std::string checkNameSpace(const std::string& text) {
-    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
-    bool start = true;
-    for (const char c : text) {
-        const bool fits = start ? isNamePart(c) && !digit(c) : isNamePart(c) || c == '/';
-        if (!fits)
-            return "not a namespace: '" + text + "'";
-        start = c == '/';
-    }
-    return start ? "not a namespace: '" + text + "'" : "";
+    return isNameSpace(text) ? "" : "not a namespace: '" + text + "'";
 }
 
 // Installed, the MOF files lie beside the tool; moved or run from elsewhere, where they were meant

@@ -10,10 +10,6 @@ namespace {
 
 constexpr const char* space = " \t\r";
 
-bool isName(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), isNamePart);
-}
-
 } // namespace
 
 std::vector<std::string> lines(const std::string& text) {

@@ -19,6 +19,22 @@ inline bool isNamePart(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
+/// Whether a text is a CIM name, such as that of a class.
+inline bool isName(const std::string& text) {
+    return !text.empty() && (text[0] < '0' || text[0] > '9') &&
+           std::all_of(text.begin(), text.end(), isNamePart);
+}
+
+/// Whether a text is a namespace: CIM names with slashes between them.
+inline bool isNameSpace(const std::string& text) {
+    for (std::size_t from = 0, slash = 0; slash != std::string::npos; from = slash + 1) {
+        slash = text.find('/', from);
+        if (!isName(text.substr(from, slash - from)))
+            return false;
+    }
+    return true;
+}
+
 inline bool sameName(const std::string& one, const std::string& other) {
     return lower(one) == lower(other);
 }

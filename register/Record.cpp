@@ -16,11 +16,15 @@ using Json = nlohmann::json;
 constexpr std::size_t most = 1024UL * 1024;
 constexpr int format = 1;
 
-// A CIM name or a namespace. It goes into commands.
 std::string name(const std::string& text) {
-    if (text.empty() || text[0] == '/' ||
-        !std::all_of(text.begin(), text.end(), [](char c) { return isNamePart(c) || c == '/'; }))
+    if (!isName(text))
         throw std::runtime_error("'" + text + "' is no name");
+    return text;
+}
+
+std::string nameSpace(const std::string& text) {
+    if (!isNameSpace(text))
+        throw std::runtime_error("'" + text + "' is no namespace");
     return text;
 }
 
@@ -41,10 +45,10 @@ Record fromJson(const Json& json) {
     if (json.at("format") != format)
         throw std::runtime_error("it is of another version of this program");
     Record record;
-    record.served = all(json.at("served"), name);
-    record.nameSpaces = all(json.at("namespaces"), name);
-    for (const auto& [nameSpace, classes] : json.at("classes").items())
-        record.classes[name(nameSpace)] = all(classes, name);
+    record.served = all(json.at("served"), nameSpace);
+    record.nameSpaces = all(json.at("namespaces"), nameSpace);
+    for (const auto& [place, classes] : json.at("classes").items())
+        record.classes[nameSpace(place)] = all(classes, name);
     for (const auto& [file, text] : json.at("files").items())
         record.files[path(file)] = text.get<std::string>();
     record.directories = all(json.at("directories"), path);

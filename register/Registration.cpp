@@ -82,7 +82,8 @@ std::vector<std::string> Registration::nameSpaces() const {
     std::vector<std::string> result;
     for (const Instance& capability : capabilities())
         for (const std::string& nameSpace : capability.texts("Namespaces"))
-            addName(result, nameSpace);
+            if (isNameSpace(nameSpace))
+                addName(result, nameSpace);
     return result;
 }
 

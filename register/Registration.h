@@ -24,7 +24,7 @@ class Registration {
     std::string provider() const;
     /// The file name of its library.
     std::string library() const;
-    /// Each namespace that a capability names, once.
+    /// Each namespace that a capability names, once. What cannot be one is passed over.
     std::vector<std::string> nameSpaces() const;
     /// The same registration for other namespaces.
     Registration servingIn(const std::vector<std::string>& nameSpaces) const;

@@ -1,9 +1,12 @@
 #include "register/Tools.h"
 
+#include "register/Names.h"
+
 #include <unistd.h>
 
 #include <cstdlib>
 #include <sstream>
+#include <stdexcept>
 
 namespace registering {
 namespace fs = std::filesystem;
@@ -30,6 +33,22 @@ std::vector<fs::path> pathDirectories() {
     return result;
 }
 
+// Where an odd text would be an option or a path to the tool that gets it, or mean something else.
+const std::string& checked(bool isOne, const std::string& text, const char* what) {
+    if (!isOne)
+        throw std::runtime_error("'" + text + "' is no name of a " + what +
+                                 ", and not handed to the server's tools");
+    return text;
+}
+
+const std::string& space(const std::string& name) {
+    return checked(isNameSpace(name), name, "namespace");
+}
+
+const std::string& named(const std::string& name) {
+    return checked(isName(name), name, "class, qualifier or module");
+}
+
 } // namespace
 
 // -aEV takes the package's classes whatever their versions and experimental marks are.
@@ -37,7 +56,7 @@ Arguments Tools::loadMof(const std::string& nameSpace, const fs::path& file, boo
     Arguments command{cimmof};
     if (update)
         command.emplace_back("-uc");
-    command.insert(command.end(), {"-aEV", "-n", nameSpace, "-I", file.parent_path(), file});
+    command.insert(command.end(), {"-aEV", "-n", space(nameSpace), "-I", file.parent_path(), file});
     return command;
 }
 
@@ -46,61 +65,61 @@ Arguments Tools::listModules() const {
 }
 
 Arguments Tools::enable(const std::string& module) const {
-    return {cimprovider, "-e", "-m", module};
+    return {cimprovider, "-e", "-m", named(module)};
 }
 
 Arguments Tools::disable(const std::string& module) const {
-    return {cimprovider, "-d", "-m", module};
+    return {cimprovider, "-d", "-m", named(module)};
 }
 
 Arguments Tools::removeModule(const std::string& module) const {
-    return {cimprovider, "-r", "-m", module};
+    return {cimprovider, "-r", "-m", named(module)};
 }
 
 Arguments Tools::classNames(const std::string& nameSpace, const std::string& below) const {
     Arguments command{cimcli, "nc"};
     if (!below.empty())
-        command.push_back(below);
-    command.insert(command.end(), {"-di", "-n", nameSpace});
+        command.push_back(named(below));
+    command.insert(command.end(), {"-di", "-n", space(nameSpace)});
     return command;
 }
 
 Arguments Tools::getClass(const std::string& nameSpace, const std::string& name,
                           bool inherited) const {
-    Arguments command{cimcli, "gc", name, "-n", nameSpace};
+    Arguments command{cimcli, "gc", named(name), "-n", space(nameSpace)};
     if (inherited)
         command.emplace_back("-nlo");
     return command;
 }
 
 Arguments Tools::deleteClass(const std::string& nameSpace, const std::string& name) const {
-    return {cimcli, "dc", name, "-n", nameSpace};
+    return {cimcli, "dc", named(name), "-n", space(nameSpace)};
 }
 
 Arguments Tools::qualifiers(const std::string& nameSpace) const {
-    return {cimcli, "eq", "-n", nameSpace};
+    return {cimcli, "eq", "-n", space(nameSpace)};
 }
 
 Arguments Tools::deleteQualifier(const std::string& nameSpace, const std::string& name) const {
-    return {cimcli, "dq", name, "-n", nameSpace};
+    return {cimcli, "dq", named(name), "-n", space(nameSpace)};
 }
 
 // A namespace is an instance of __Namespace in any other one, itself included: Name is relative to
 // that.
 Arguments Tools::deleteNameSpace(const std::string& nameSpace) const {
-    return {cimcli, "di", "__Namespace.Name=\"\"", "-n", nameSpace};
+    return {cimcli, "di", "__Namespace.Name=\"\"", "-n", space(nameSpace)};
 }
 
 Arguments Tools::instances(const std::string& nameSpace, const std::string& className) const {
-    return {cimcli, "ei", className, "-n", nameSpace};
+    return {cimcli, "ei", named(className), "-n", space(nameSpace)};
 }
 
 Arguments Tools::instanceNames(const std::string& nameSpace, const std::string& className) const {
-    return {cimcli, "ni", className, "-n", nameSpace};
+    return {cimcli, "ni", named(className), "-n", space(nameSpace)};
 }
 
 Arguments Tools::references(const std::string& nameSpace, const std::string& className) const {
-    return {cimcli, "rn", className, "-n", nameSpace};
+    return {cimcli, "rn", named(className), "-n", space(nameSpace)};
 }
 
 Arguments Tools::configured(const std::string& property) const {

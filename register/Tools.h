@@ -9,6 +9,8 @@
 
 namespace registering {
 
+/// A command is made only of names that are names: each throws std::runtime_error for a text that
+/// is none, wherever it came from.
 struct Tools {
     std::filesystem::path cimmof;
     std::filesystem::path cimprovider;

@@ -91,6 +91,12 @@ TEST_F(TheRecord, OfAnotherShapeIsSaid) {
          {"", "[]", "{", "{\"format\": 1}",
           "{\"format\": 1, \"served\": [], \"namespaces\": [\"a b\"], \"classes\": {}, "
           "\"files\": {}, \"directories\": []}",
+          "{\"format\": 1, \"served\": [\"../../etc\"], \"namespaces\": [], \"classes\": {}, "
+          "\"files\": {}, \"directories\": []}",
+          "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {\"a//b\": []}, "
+          "\"files\": {}, \"directories\": []}",
+          "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {\"a\": [\"-rf\"]}, "
+          "\"files\": {}, \"directories\": []}",
           "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {}, "
           "\"files\": {\"relative\": \"\"}, \"directories\": []}"}) {
         writeFile(file, text, 0600);

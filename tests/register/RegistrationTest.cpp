@@ -31,6 +31,13 @@ TEST_F(TheRegistration, NamesItsModuleLibraryAndClasses) {
     EXPECT_FALSE(forInstancesAlone(capabilities.back()));
 }
 
+TEST_F(TheRegistration, HasNoNamespaceThatIsNone) {
+    const Registration odd = with("Namespaces", {"\"../../etc\"", "\"-rf\"", "\"\"", "\"a//b\"",
+                                                 "\"a/\"", "\"1\"", "\"root/another\""});
+    EXPECT_EQ(joined(odd.nameSpaces()), "interop, root/cimv2, root/PG_InterOp and root/another");
+    EXPECT_FALSE(differences(registration, odd).empty());
+}
+
 TEST_F(TheRegistration, OfTheServersOwnObjectsNamesItsModuleAndProvider) {
     ASSERT_EQ(content.modules.size(), 2U);
     EXPECT_FALSE(content.modules.front().serverObjects);
