@@ -3,4 +3,5 @@
 add_library(project_warnings INTERFACE)
 target_compile_options(project_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
-  -Wcast-qual -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Werror)
+  -Wcast-qual -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Werror
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)

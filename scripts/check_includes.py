@@ -18,9 +18,14 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["text", "pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
-# Characters, the reader of MOF and the server of HTTP are of use without a CIM object model.
-WITHOUT_CIM = {"text": ["text"], "mof": ["text", "mof"], "http": ["text", "http"]}
+EMBEDDED_ROOMS = ["threads", "text", "pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
+# Locks, characters, the reader of MOF and the server of HTTP are of use without a CIM object model.
+WITHOUT_CIM = {
+    "threads": ["threads"],
+    "text": ["threads", "text"],
+    "mof": ["threads", "text", "mof"],
+    "http": ["threads", "text", "http"],
+}
 LIBRARIES = {
     "text": ["utf8cpp/"],
     "cimxml": ["expat.h"],

@@ -1,11 +1,11 @@
 #include "cimhost/Outlet.h"
 
+#include "threads/Locks.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <condition_variable>
 #include <deque>
-#include <mutex>
 #include <new>
 #include <poll.h>
 #include <string_view>
@@ -14,6 +14,11 @@
 #include <utility>
 
 namespace embedded::cimhost {
+
+using threads::Condition;
+using threads::Lock;
+using threads::Mutex;
+
 namespace {
 
 // A pipe that says that it can be written to takes as much without blocking, unless somebody else
@@ -28,7 +33,7 @@ class Outlet::Queue {
     Queue(int descriptor, std::size_t limit) : _descriptor(descriptor), _limit(limit) {}
 
     void put(std::string text) noexcept {
-        const std::lock_guard lock(_mutex);
+        const Lock lock(_mutex);
         try {
             if (_size == 0 || _size + text.size() <= _limit) {
                 if (_dropped != 0)
@@ -44,42 +49,48 @@ class Outlet::Queue {
     }
 
     bool drain(std::chrono::milliseconds patience) {
-        std::unique_lock lock(_mutex);
-        return _changed.wait_for(lock, patience, [&] { return _texts.empty(); });
+        const auto until = std::chrono::steady_clock::now() + patience;
+        const Lock lock(_mutex);
+        while (!_texts.empty() && _changed.waitUntil(_mutex, until))
+            ;
+        return _texts.empty();
     }
 
     void giveUp() {
-        const std::lock_guard lock(_mutex);
+        const Lock lock(_mutex);
         _givenUp = true;
-        _changed.notify_all();
+        _changed.notifyAll();
     }
 
     void run() {
-        std::unique_lock lock(_mutex);
-        for (;;) {
-            _changed.wait(lock, [&] { return _givenUp || !_texts.empty(); });
-            if (_givenUp)
-                return;
-            const std::string& text = _texts.front(); // stays where it is while others are added
-            lock.unlock();
-            write(text);
-            lock.lock();
-            _size -= _texts.front().size();
+        while (const std::string* const text = next()) {
+            write(*text);
+            const Lock lock(_mutex);
+            _size -= text->size();
             _texts.pop_front();
-            _changed.notify_all();
+            _changed.notifyAll();
         }
     }
 
   private:
-    void push(std::string text) {
+    // What is to be written now; it stays where it is while others are added. Null: nothing any
+    // more.
+    const std::string* next() {
+        const Lock lock(_mutex);
+        while (!_givenUp && _texts.empty())
+            _changed.wait(_mutex);
+        return _givenUp ? nullptr : &_texts.front();
+    }
+
+    void push(std::string text) REQUIRES(_mutex) {
         const std::size_t size = text.size();
         _texts.push_back(std::move(text));
         _size += size;
-        _changed.notify_all();
+        _changed.notifyAll();
     }
 
     bool givenUp() {
-        const std::lock_guard lock(_mutex);
+        const Lock lock(_mutex);
         return _givenUp;
     }
 
@@ -102,12 +113,12 @@ class Outlet::Queue {
 
     const int _descriptor;
     const std::size_t _limit;
-    std::mutex _mutex;
-    std::condition_variable _changed;
-    std::deque<std::string> _texts;
-    std::size_t _size = 0; // of all of them
-    std::size_t _dropped = 0;
-    bool _givenUp = false;
+    Mutex _mutex;
+    Condition _changed;
+    std::deque<std::string> _texts GUARDED_BY(_mutex);
+    std::size_t _size GUARDED_BY(_mutex) = 0; // of all of them
+    std::size_t _dropped GUARDED_BY(_mutex) = 0;
+    bool _givenUp GUARDED_BY(_mutex) = false;
 };
 
 Outlet::Outlet(int descriptor, std::size_t limit)

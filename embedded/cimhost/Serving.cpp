@@ -13,14 +13,13 @@
 #include "host/Router.h"
 #include "http/Server.h"
 #include "http/Watched.h"
+#include "threads/Locks.h"
 
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
-#include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
-#include <mutex>
 #include <new>
 #include <numeric>
 #include <optional>
@@ -159,25 +158,32 @@ class CallWatch {
   public:
     CallWatch(const host::ProviderModules& modules, std::chrono::seconds patience)
         : _thread([this, &modules, patience] {
-              std::unique_lock lock(_mutex);
-              while (!_changed.wait_for(lock, patience, [this] { return _ending; }))
+              while (!endsWithin(patience))
                   tellCalls(modules, patience);
           }) {}
     ~CallWatch() {
         {
-            const std::lock_guard lock(_mutex);
+            const threads::Lock lock(_mutex);
             _ending = true;
         }
-        _changed.notify_all();
+        _changed.notifyAll();
         _thread.join();
     }
     CallWatch(const CallWatch&) = delete;
     CallWatch& operator=(const CallWatch&) = delete;
 
   private:
-    std::mutex _mutex;
-    std::condition_variable _changed;
-    bool _ending = false;
+    bool endsWithin(std::chrono::seconds time) {
+        const auto until = host::ProviderModules::Clock::now() + time;
+        const threads::Lock lock(_mutex);
+        while (!_ending && _changed.waitUntil(_mutex, until))
+            ;
+        return _ending;
+    }
+
+    threads::Mutex _mutex;
+    threads::Condition _changed;
+    bool _ending GUARDED_BY(_mutex) = false;
     std::thread _thread;
 };
 
@@ -187,15 +193,9 @@ class Unloading {
   public:
     explicit Unloading(host::ProviderModules& modules)
         : _thread([this, &modules] {
-              std::unique_lock lock(_mutex);
-              _changed.wait(lock, [this] { return _state != State::Waiting; });
-              if (_state == State::NotAsked)
-                  return;
-              lock.unlock();
-              const bool all = modules.unloadAll(_until);
-              lock.lock();
-              _state = all ? State::AllUnloaded : State::OneBusy;
-              _changed.notify_all();
+              if (isAsked())
+                  change(modules.unloadAll(_until) ? State::AllUnloaded : State::OneBusy,
+                         State::Asked);
           }) {}
     /// Unless finish() has returned, nothing is unloaded here.
     ~Unloading() {
@@ -210,13 +210,11 @@ class Unloading {
     void finish(const host::ProviderModules& modules, bool drained, std::chrono::seconds grace) {
         _until = host::ProviderModules::Clock::now() + (drained ? grace : std::chrono::seconds(0));
         change(State::Asked, State::Waiting);
-        std::unique_lock lock(_mutex);
-        const bool ended =
-            _changed.wait_for(lock, grace, [this] { return _state != State::Asked; });
-        if (ended && drained && _state == State::AllUnloaded)
+        const State state = answerWithin(grace);
+        if (drained && state == State::AllUnloaded)
             return;
         spdlog::error("a provider{} has not returned within {} s; ending without it",
-                      ended ? "" : "'s terminate()", grace.count());
+                      state == State::Asked ? "'s terminate()" : "", grace.count());
         tellCalls(modules, std::chrono::seconds(0));
         leave(ExitCode::ProviderStuck);
     }
@@ -225,16 +223,31 @@ class Unloading {
     enum class State { Waiting, NotAsked, Asked, AllUnloaded, OneBusy };
 
     void change(State to, State from) {
-        const std::lock_guard lock(_mutex);
+        const threads::Lock lock(_mutex);
         if (_state == from)
             _state = to;
-        _changed.notify_all();
+        _changed.notifyAll();
     }
 
-    std::mutex _mutex;
-    std::condition_variable _changed;
-    State _state = State::Waiting;
-    host::ProviderModules::Clock::time_point _until;
+    bool isAsked() {
+        const threads::Lock lock(_mutex);
+        while (_state == State::Waiting)
+            _changed.wait(_mutex);
+        return _state == State::Asked;
+    }
+
+    State answerWithin(std::chrono::seconds time) {
+        const auto until = host::ProviderModules::Clock::now() + time;
+        const threads::Lock lock(_mutex);
+        while (_state == State::Asked && _changed.waitUntil(_mutex, until))
+            ;
+        return _state;
+    }
+
+    threads::Mutex _mutex;
+    threads::Condition _changed;
+    State _state GUARDED_BY(_mutex) = State::Waiting;
+    host::ProviderModules::Clock::time_point _until; ///< set before it is asked
     std::thread _thread;
 };
 

@@ -10,7 +10,7 @@ Throttle::Throttle(std::function<void(const std::string&)> say,
 }
 
 void Throttle::operator()(const std::string& kind, const std::string& line) {
-    const std::lock_guard lock(_mutex);
+    const threads::Lock lock(_mutex);
     const Clock::time_point now = _now();
     for (auto& [name, second] : _kinds) {
         if (now - second.began < std::chrono::seconds(1))
@@ -23,7 +23,7 @@ void Throttle::operator()(const std::string& kind, const std::string& line) {
 }
 
 void Throttle::tellRest() {
-    const std::lock_guard lock(_mutex);
+    const threads::Lock lock(_mutex);
     for (auto& [name, second] : _kinds)
         tell(name, second);
     _kinds.clear();

@@ -1,10 +1,11 @@
 // Log lines that others can have written as often as they like.
 #pragma once
 
+#include "threads/Locks.h"
+
 #include <chrono>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 
 namespace embedded::cimhost {
@@ -33,12 +34,12 @@ class Throttle {
         unsigned lines = 0;
     };
 
-    void tell(const std::string& kind, Second& second);
+    void tell(const std::string& kind, Second& second) REQUIRES(_mutex);
 
     const std::function<void(const std::string&)> _say;
     const std::function<Clock::time_point()> _now;
-    std::mutex _mutex;
-    std::map<std::string, Second> _kinds;
+    threads::Mutex _mutex;
+    std::map<std::string, Second> _kinds GUARDED_BY(_mutex);
 };
 
 } // namespace embedded::cimhost

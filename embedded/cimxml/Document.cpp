@@ -4,6 +4,7 @@
 #include "cimxml/Rejection.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
+#include "threads/Locks.h"
 
 #include <expat.h>
 
@@ -12,7 +13,6 @@
 #include <cstring>
 #include <exception>
 #include <memory>
-#include <mutex>
 #include <new>
 #include <random>
 #include <utility>
@@ -69,7 +69,7 @@ class Parsers {
     Parsers() { _free.reserve(most); }
 
     std::unique_ptr<Parser> take() {
-        const std::lock_guard<std::mutex> lock(_mutex);
+        const threads::Lock lock(_mutex);
         if (_free.empty()) {
             return std::make_unique<Parser>();
         }
@@ -78,15 +78,15 @@ class Parsers {
         return parser;
     }
     void giveBack(std::unique_ptr<Parser> parser) noexcept {
-        const std::lock_guard<std::mutex> lock(_mutex);
+        const threads::Lock lock(_mutex);
         if (_free.size() < most) {
             _free.push_back(std::move(parser));
         }
     }
 
   private:
-    std::mutex _mutex;
-    std::vector<std::unique_ptr<Parser>> _free;
+    threads::Mutex _mutex;
+    std::vector<std::unique_ptr<Parser>> _free GUARDED_BY(_mutex);
 };
 
 bool isBlank(std::string_view text) {

@@ -2,12 +2,11 @@
 
 #include "host/CallChain.h"
 #include "host/LoadedProvider.h"
+#include "threads/Locks.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <iterator>
 #include <list>
-#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -17,20 +16,42 @@ using Pegasus::CIM_ERR_FAILED;
 using Pegasus::CIMException;
 using Pegasus::CIMName;
 using Pegasus::String;
+using threads::Condition;
+using threads::Lock;
+using threads::Mutex;
 
 /// The states of all providers of one server stand under one lock, so that threads which wait for
 /// each other's provider can be seen. It is held for bookkeeping only, never over a call.
 class LoadingOrder {
   public:
-    std::mutex mutex;
-    std::condition_variable changed;
+    /// No new request comes after it. Waits for those that are being loaded: they become ready, and
+    /// are terminated like the others. False: they were not in time.
+    bool close(ProviderModules::Clock::time_point until) EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        closed = true;
+        while (loading != 0 && changed.waitUntil(mutex, until))
+            ;
+        return loading == 0;
+    }
+    /// The provider that became ready last; null when there is none.
+    ModuleProvider* takeLast() EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        if (ready.empty())
+            return nullptr;
+        ModuleProvider* const last = ready.back();
+        ready.pop_back();
+        return last;
+    }
+
+    Mutex mutex;
+    Condition changed;
     /// Which provider a thread waits for until another thread has it ready.
-    std::map<std::thread::id, const ModuleProvider*> waiting;
+    std::map<std::thread::id, const ModuleProvider*> waiting GUARDED_BY(mutex);
     /// In the order in which they became ready.
-    std::vector<ModuleProvider*> ready;
-    unsigned loading = 0;                   ///< providers that some thread is making ready
-    std::list<ProviderModules::Call> calls; ///< that have not returned, the oldest first
-    bool closed = false;
+    std::vector<ModuleProvider*> ready GUARDED_BY(mutex);
+    unsigned loading GUARDED_BY(mutex) = 0; ///< providers that some thread is making ready
+    std::list<ProviderModules::Call> calls GUARDED_BY(mutex); ///< not returned, the oldest first
+    bool closed GUARDED_BY(mutex) = false;
 };
 
 class ModuleProvider : public Provider {
@@ -56,16 +77,12 @@ class ModuleProvider : public Provider {
     }
 
     /// REQUIRES: the order is closed, so that no new request comes. False: it was not free in time.
-    bool unload(std::unique_lock<std::mutex>& lock, Clock::time_point until) {
-        if (!_order.changed.wait_until(lock, until, [&] { return _users == 0; })) {
+    bool unload(Clock::time_point until) EXCLUDES(_order.mutex) {
+        if (!isFree(until)) {
             return false;
         }
-        lock.unlock();
-        {
-            const ModuleStay stay(_name.module, CIMName());
-            _loaded.reset();
-        }
-        lock.lock();
+        const ModuleStay stay(_name.module, CIMName());
+        _loaded.reset();
         return true;
     }
 
@@ -78,10 +95,10 @@ class ModuleProvider : public Provider {
         Use(ModuleProvider& provider, const String& className)
             : _provider(provider), _call(provider.enter(className)) {}
         ~Use() {
-            const std::lock_guard<std::mutex> lock(_provider._order.mutex);
+            const Lock lock(_provider._order.mutex);
             _provider._order.calls.erase(_call);
             --_provider._users;
-            _provider._order.changed.notify_all();
+            _provider._order.changed.notifyAll();
         }
         Use(const Use&) = delete;
         Use& operator=(const Use&) = delete;
@@ -91,66 +108,75 @@ class ModuleProvider : public Provider {
         const Calls::iterator _call;
     };
 
-    Calls::iterator enter(const String& className) {
-        std::unique_lock<std::mutex> lock(_order.mutex);
+    bool isFree(Clock::time_point until) EXCLUDES(_order.mutex) {
+        const Lock lock(_order.mutex);
+        while (_users != 0 && _order.changed.waitUntil(_order.mutex, until))
+            ;
+        return _users == 0;
+    }
+
+    Calls::iterator enter(const String& className) EXCLUDES(_order.mutex) {
+        const Lock lock(_order.mutex);
         while (_loader != std::thread::id()) {
-            waitForLoader(lock);
+            waitForLoader();
         }
         if (_order.closed) {
             throw CIMException(CIM_ERR_FAILED, "The CIM server is shutting down.");
         }
         if (!_loaded) {
-            load(lock);
+            load();
         }
         const Calls::iterator call = begin(className);
         ++_users;
         return call;
     }
 
-    Calls::iterator begin(const String& what) {
+    Calls::iterator begin(const String& what) REQUIRES(_order.mutex) {
         return _order.calls.insert(_order.calls.end(), {name(), what, Clock::now()});
     }
 
-    void load(std::unique_lock<std::mutex>& lock) {
+    void load() REQUIRES(_order.mutex) {
         _call = begin("initialize()");
         _loader = std::this_thread::get_id();
         ++_order.loading;
-        lock.unlock();
+        _order.mutex.unlock();
         std::unique_ptr<LoadedProvider> loaded;
         try {
             loaded = std::make_unique<LoadedProvider>(_registered, _name, _settings);
         } catch (...) {
-            lock.lock();
+            _order.mutex.lock();
             finish();
             throw;
         }
-        lock.lock();
+        _order.mutex.lock();
         _loaded = std::move(loaded);
         _order.ready.push_back(this);
         finish();
     }
 
-    void finish() {
+    void finish() REQUIRES(_order.mutex) {
         _order.calls.erase(_call);
         _loader = std::thread::id();
         --_order.loading;
-        _order.changed.notify_all();
+        _order.changed.notifyAll();
     }
 
-    void waitForLoader(std::unique_lock<std::mutex>& lock) {
+    void waitForLoader() REQUIRES(_order.mutex) {
         if (loaderWaitsForThisThread()) {
             throw CIMException(CIM_ERR_FAILED,
                                String("Provider module \"") + _name.module +
                                    String("\" is being initialized and waits for this request."));
         }
         _order.waiting[std::this_thread::get_id()] = this;
-        _order.changed.wait(lock, [&] { return _loader == std::thread::id(); });
+        while (_loader != std::thread::id()) {
+            _order.changed.wait(_order.mutex);
+        }
         _order.waiting.erase(std::this_thread::get_id());
     }
 
     /// Two providers whose initialize() ask each other, each begun on a thread of its own, would
-    /// wait for ever.
-    bool loaderWaitsForThisThread() const {
+    /// wait for ever. (The compiler does not know that all of them have the same order.)
+    bool loaderWaitsForThisThread() const REQUIRES(_order.mutex) LOCKING_UNCHECKED {
         const ModuleProvider* provider = this;
         for (;;) {
             if (provider->_loader == std::this_thread::get_id()) {
@@ -169,11 +195,12 @@ class ModuleProvider : public Provider {
     const Module& _module;
     const ModuleSettings& _settings;
     LoadingOrder& _order;
-    // What follows is guarded by the order's mutex; the pointee of _loaded is not.
-    std::thread::id _loader; ///< none: nobody is loading it
-    Calls::iterator _call;   ///< the loader's
+    std::thread::id _loader GUARDED_BY(_order.mutex); ///< none: nobody is loading it
+    Calls::iterator _call GUARDED_BY(_order.mutex);   ///< the loader's
+    unsigned _users GUARDED_BY(_order.mutex) = 0;
+    /// Set under the order's mutex before there are users, and reset when there are none any more:
+    /// they use it without.
     std::unique_ptr<LoadedProvider> _loaded;
-    unsigned _users = 0;
 };
 
 void addModule(std::vector<const Module*>& modules, const Provider* provider) {
@@ -209,20 +236,15 @@ Provider* ProviderModules::find(const Pegasus::CIMNamespaceName& nameSpace,
 }
 
 bool ProviderModules::unloadAll(Clock::time_point until) {
-    std::unique_lock<std::mutex> lock(_order->mutex);
-    _order->closed = true;
-    // A provider that was being loaded becomes ready meanwhile and is terminated like the others.
-    bool all = _order->changed.wait_until(lock, until, [&] { return _order->loading == 0; });
-    while (!_order->ready.empty()) {
-        ModuleProvider* const last = _order->ready.back();
-        _order->ready.pop_back();
-        all = last->unload(lock, until) && all;
+    bool all = _order->close(until);
+    while (ModuleProvider* const last = _order->takeLast()) {
+        all = last->unload(until) && all;
     }
     return all;
 }
 
 std::vector<ProviderModules::Call> ProviderModules::calls() const {
-    const std::lock_guard<std::mutex> lock(_order->mutex);
+    const Lock lock(_order->mutex);
     return {_order->calls.begin(), _order->calls.end()};
 }
 

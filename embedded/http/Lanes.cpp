@@ -1,13 +1,13 @@
 #include "http/Lanes.h"
 
-#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace embedded::http {
 
 void Lanes::enter(Work work) {
     {
-        const std::lock_guard lock(_mutex);
+        const threads::Lock lock(_mutex);
         if (!take(work.lanes)) {
             _waiting.push_back(std::move(work));
             return;
@@ -19,7 +19,7 @@ void Lanes::enter(Work work) {
 void Lanes::leave(const std::vector<unsigned>& lanes) {
     std::list<Work> ready;
     {
-        const std::lock_guard lock(_mutex);
+        const threads::Lock lock(_mutex);
         for (const unsigned lane : lanes)
             ++_free[lane];
         for (auto work = _waiting.begin(); work != _waiting.end();) {
@@ -36,7 +36,7 @@ void Lanes::leave(const std::vector<unsigned>& lanes) {
 void Lanes::expire(Clock::time_point now) {
     std::list<Work> late;
     {
-        const std::lock_guard lock(_mutex);
+        const threads::Lock lock(_mutex);
         for (auto work = _waiting.begin(); work != _waiting.end();) {
             const auto next = std::next(work);
             if (work->until <= now)
@@ -49,14 +49,15 @@ void Lanes::expire(Clock::time_point now) {
 }
 
 bool Lanes::isWaiting() const {
-    const std::lock_guard lock(_mutex);
+    const threads::Lock lock(_mutex);
     return !_waiting.empty();
 }
 
 // A place in each of `lanes`, or in none.
 bool Lanes::take(const std::vector<unsigned>& lanes) {
-    if (std::any_of(lanes.begin(), lanes.end(), [&](unsigned lane) { return _free[lane] == 0; }))
-        return false;
+    for (const unsigned lane : lanes)
+        if (_free[lane] == 0)
+            return false;
     for (const unsigned lane : lanes)
         --_free[lane];
     return true;

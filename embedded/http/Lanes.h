@@ -1,10 +1,11 @@
 // Places for work, so that one kind of it cannot take every thread there is.
 #pragma once
 
+#include "threads/Locks.h"
+
 #include <chrono>
 #include <functional>
 #include <list>
-#include <mutex>
 #include <vector>
 
 namespace embedded::http {
@@ -36,11 +37,11 @@ class Lanes {
     bool isWaiting() const;
 
   private:
-    bool take(const std::vector<unsigned>& lanes);
+    bool take(const std::vector<unsigned>& lanes) REQUIRES(_mutex);
 
-    mutable std::mutex _mutex;
-    std::vector<unsigned> _free; // places of each lane
-    std::list<Work> _waiting;    // in the order in which they came
+    mutable threads::Mutex _mutex;
+    std::vector<unsigned> _free GUARDED_BY(_mutex); // places of each lane
+    std::list<Work> _waiting GUARDED_BY(_mutex);    // in the order in which they came
 };
 
 } // namespace embedded::http

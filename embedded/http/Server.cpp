@@ -4,6 +4,7 @@
 #include "http/HandlerMemory.h"
 #include "http/Lanes.h"
 #include "http/Wire.h"
+#include "threads/Locks.h"
 
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/executor_work_guard.hpp>
@@ -15,7 +16,6 @@
 #include <algorithm>
 #include <atomic>
 #include <map>
-#include <mutex>
 #include <new>
 #include <optional>
 #include <set>
@@ -255,7 +255,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             std::shared_ptr<Connection> connection;
             try {
                 connection = std::make_shared<Connection>(std::move(socket), *this);
-                const std::lock_guard lock(_server._connectionsMutex);
+                const threads::Lock lock(_server._connectionsMutex);
                 _connections.insert(connection);
             } catch (const std::exception& error) {
                 _server.cannotAccept(error.what());
@@ -288,7 +288,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
         void closed(Connection& connection) noexcept override {
             {
-                const std::lock_guard lock(_server._connectionsMutex);
+                const threads::Lock lock(_server._connectionsMutex);
                 _connections.erase(connection.shared_from_this());
             }
             _server.closed();
@@ -359,7 +359,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         Implementation& _server;
         asio::io_context _io{1};
         asio::executor_work_guard<asio::io_context::executor_type> _work;
-        // Changed with the server's mutex held, so that the first thread may look.
+        // Changed with the server's mutex held, so that the first thread may look; this thread,
+        // which alone changes it, looks without. No annotation says that.
         std::set<std::shared_ptr<Connection>> _connections;
         HandlerMemory _stopMemory;
 
@@ -387,7 +388,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         if (!_options.log)
             return;
         try {
-            const std::lock_guard<std::mutex> lock(_logMutex);
+            const threads::Lock lock(_logMutex);
             _options.log(kind, line);
         } catch (...) { // a line less
         }
@@ -499,7 +500,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     // for the rest of one, then of the address that has most connections, then the one that has
     // waited longest. False: none waits.
     bool makeRoom() {
-        const std::lock_guard lock(_connectionsMutex);
+        const threads::Lock lock(_connectionsMutex);
         std::map<std::string, std::size_t> held;
         for (const auto& thread : _threads)
             for (const auto& connection : thread->_connections)
@@ -550,7 +551,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     const Options _options;
     const Handler _handler;
-    std::mutex _logMutex;
+    threads::Mutex _logMutex; // held while a line is logged
     std::vector<std::unique_ptr<IoThread>> _threads;
     // Used by the first thread only.
     std::optional<tcp::acceptor> _acceptor;
@@ -563,7 +564,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     // it has all of its own.
     std::atomic<std::size_t> _open{0};
     std::atomic<std::int64_t> _held{0}; // bytes that connections keep
-    std::mutex _connectionsMutex;
+    threads::Mutex _connectionsMutex;
     std::atomic<unsigned> _handling{0}; // requests at the workers
     std::atomic<bool> _stopping{false};
     std::atomic<bool> _watchingLanes{false};

@@ -4,10 +4,9 @@
 #include "repository/Loader.h"
 #include "repository/NameSpaceList.h"
 #include "repository/PathMatch.h"
+#include "threads/Locks.h"
 
 #include <Pegasus/Common/Exception.h>
-
-#include <mutex>
 
 namespace embedded::repository {
 
@@ -42,32 +41,36 @@ InstanceStore& instancesOf(NameSpaceList& all, const CIMNamespaceName& nameSpace
 
 } // namespace
 
+using threads::Lock;
+using threads::Mutex;
+
 class Repository::Implementation {
   public:
     std::shared_ptr<const NameSpaceList> now() const {
-        const std::lock_guard lock(_reading);
+        const Lock lock(_reading);
         return _now;
     }
 
     /// `change` works on a copy, which is thrown away if it throws.
     template <class Change>
     void write(Change change) {
-        const std::lock_guard lock(_writing);
+        const Lock lock(_writing);
         auto next = std::make_shared<NameSpaceList>(*now());
         change(*next);
         publish(std::move(next));
     }
 
   private:
-    void publish(std::shared_ptr<const NameSpaceList> next) {
+    void publish(std::shared_ptr<const NameSpaceList> next) REQUIRES(_writing) {
         // What was before goes when the lock has gone: there may be much to take down.
-        const std::lock_guard lock(_reading);
+        const Lock lock(_reading);
         _now.swap(next);
     }
 
-    std::mutex _writing;         ///< held for the whole of a write
-    mutable std::mutex _reading; ///< held for as long as it takes to copy or change a pointer
-    std::shared_ptr<const NameSpaceList> _now = std::make_shared<NameSpaceList>();
+    mutable Mutex _writing; ///< held for the whole of a write
+    mutable Mutex _reading; ///< held for as long as it takes to copy or change a pointer
+    std::shared_ptr<const NameSpaceList>
+        _now GUARDED_BY(_reading) = std::make_shared<NameSpaceList>();
 };
 
 Repository::Repository() : _implementation(std::make_unique<Implementation>()) {
