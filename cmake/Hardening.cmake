@@ -3,7 +3,8 @@
 # are read-only once the program runs, programs at no fixed address, marked targets of jumps where the
 # processor knows them. docs/performance.md has what it costs. Sanitizers bring checks of their own, and an
 # unoptimised build is for the debugger.
-if(SANITIZE OR CMAKE_BUILD_TYPE STREQUAL "Debug")
+option(HARDENING "Off: without these flags, to measure what they cost" ON)
+if(SANITIZE OR CMAKE_BUILD_TYPE STREQUAL "Debug" OR NOT HARDENING)
   return()
 endif()
 include(CheckCXXCompilerFlag)

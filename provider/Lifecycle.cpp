@@ -21,6 +21,7 @@ void findHostName() {
     name[sizeof(name) - 1] = '\0'; // a name that was cut need not be terminated
 
     const hostent* host = ::gethostbyname(name);
+    // Not tested: a resolver that finds a host without a name.
     if (host != nullptr && host->h_name != nullptr) {
         copyHostName(name, host->h_name);
         copyHostName(hostNameBuffer, name);
@@ -54,7 +55,7 @@ void ServerProfileProvider::initialize(CIMOMHandle& cimom) {
         findHostName();
         trace("Quil initialize(): _hostName ", _hostName);
         trace("Quil initialize(): calling initdata() - initFlag is  ", initFlag);
-        if (!initFlag) {
+        if (!initFlag) { // Not tested: it is not, see above; asked all the same
             initData();
         }
         _initInProgress = 0;

@@ -232,14 +232,14 @@ static_assert([] {
 
 constexpr std::size_t slotCount = 128;
 
+// REQUIRES: a name, which is not empty.
 constexpr std::size_t slotOf(std::string_view name) {
     const auto byte = [&](std::size_t i) {
         return std::size_t{static_cast<unsigned char>(name[i])};
     };
-    return name.empty() ? 0
-                        : (name.size() * 31 + byte(0) * 7 + byte(name.size() / 2) * 13 +
-                           byte(name.size() - 1) * 3) %
-                              slotCount;
+    return (name.size() * 31 + byte(0) * 7 + byte(name.size() / 2) * 13 +
+            byte(name.size() - 1) * 3) %
+           slotCount;
 }
 
 constexpr std::size_t slotAfter(std::size_t slot) {

@@ -27,15 +27,9 @@ constexpr const char* verbExtensionPost = "M-POST";
 // The name of the HTTP extension that CIM-XML is (DSP0200 clause 6.2.2).
 constexpr const char* extensionName = "http://www.dmtf.org/cim/mapping/http/v1.0";
 
+// Of 400 or 501.
 const char* reason(unsigned status) {
-    switch (status) {
-    case 400:
-        return "Bad Request";
-    case 501:
-        return "Not Implemented";
-    default:
-        return "Error";
-    }
+    return status == 501 ? "Not Implemented" : "Bad Request";
 }
 
 // A detail may quote the request. Cut between characters.
@@ -43,6 +37,8 @@ std::string shortened(const std::string& detail) {
     if (detail.size() <= longestDetail)
         return detail;
     std::size_t end = longestDetail;
+    // Not tested: no detail begins with bytes of the client's, which might all be inside a
+    // character.
     while (end > 0 && (static_cast<unsigned char>(detail[end]) & 0xC0U) == 0x80U)
         --end;
     return detail.substr(0, end) + "...";

@@ -13,7 +13,8 @@ struct TypeTag {
     using type = T;
 };
 
-/// Calls `function` with the TypeTag of the values of `type` and returns what it returns.
+/// Calls `function` with the TypeTag of the values of `type`, one that a VALUE may have (DSP0201
+/// clause 5.1.1), and returns what it returns.
 template <class Function>
 auto withTypeOf(Pegasus::CIMType type, const Function& function) {
     switch (type) {
@@ -43,16 +44,9 @@ auto withTypeOf(Pegasus::CIMType type, const Function& function) {
         return function(TypeTag<Pegasus::Char16>());
     case Pegasus::CIMTYPE_DATETIME:
         return function(TypeTag<Pegasus::CIMDateTime>());
-    case Pegasus::CIMTYPE_REFERENCE:
-        return function(TypeTag<Pegasus::CIMObjectPath>());
-    case Pegasus::CIMTYPE_OBJECT:
-        return function(TypeTag<Pegasus::CIMObject>());
-    case Pegasus::CIMTYPE_INSTANCE:
-        return function(TypeTag<Pegasus::CIMInstance>());
-    case Pegasus::CIMTYPE_STRING:
-        break;
+    default:
+        return function(TypeTag<Pegasus::String>());
     }
-    return function(TypeTag<Pegasus::String>());
 }
 
 } // namespace embedded::cimxml

@@ -404,6 +404,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     // Asio has thrown something to the loop of `thread`.
     void interrupted(const IoThread& thread, const std::exception& error) noexcept {
         cannotAccept(error.what());
+        // Not tested: here; Asio may have had no memory for the next connection, see tests/faults.
         if (&thread == _threads.front().get() && !_accepting && !_stopping)
             accept();
     }
@@ -419,7 +420,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         try {
             _laneTimer->expires_after(std::chrono::seconds(1));
             _laneTimer->async_wait([this](const Error& cancelled) {
-                if (cancelled)
+                if (cancelled) // Not tested: nobody cancels it while the loop runs
                     return;
                 _lanes.expire(Lanes::Clock::now());
                 _watchingLanes = false;
@@ -470,6 +471,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             log("cannot accept", "cannot accept a connection: " + error.message());
             _pause->expires_after(acceptPause);
             _pause->async_wait([this](const Error& cancelled) {
+                // Not tested: it stops while it lacks descriptors.
                 if (!cancelled && !_stopping)
                     accept();
             });
@@ -525,6 +527,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
     bool hold(std::int64_t bytes) noexcept {
+        // Not tested: bytes that are given back while others, too many, are being turned away.
         if ((_held += bytes) <= static_cast<std::int64_t>(_options.keptLimit) || bytes <= 0)
             return true;
         _held -= bytes;

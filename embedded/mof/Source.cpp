@@ -19,6 +19,7 @@ std::string shown(std::string_view token) {
     if (token.size() <= longestShownToken)
         return text::visible(token);
     std::size_t end = longestShownToken;
+    // Not tested: the text is UTF-8, so one of four bytes begins a character.
     while (end > 0 && continuesCharacter(token[end]))
         --end;
     return text::visible(token.substr(0, end)) + "...";

@@ -262,6 +262,20 @@ TEST_F(MalformedCatalogueTest, GettingAProfileWithoutAValueIsTracedAndThrown) {
     EXPECT_TRUE(instances.delivered.empty());
 }
 
+TEST_F(MalformedCatalogueTest, GettingAProfileWhoseInstanceIdIsAListIsTracedAndThrown) {
+    buildFrom({"string InstanceID"}, {"string InstanceID"});
+    CIMInstance first = provider.registeredProfiles()[0]; // shares what the catalogue holds
+    first.removeProperty(0);
+    Array<String> ids;
+    ids.append("Orvex1");
+    first.addProperty(CIMProperty(CIMName("InstanceID"), CIMValue(ids)));
+    const Lines failure =
+        failureOf([&] { provider._getRegisteredProfileInstance("Orvex2", instances); });
+    ASSERT_FALSE(failure.empty());
+    EXPECT_EQ(failure.back(), "4 key InstanceId not present - internal error - 2");
+    EXPECT_TRUE(instances.delivered.empty());
+}
+
 TEST_F(MalformedCatalogueTest, GettingASubProfileLooksForTheInstanceIdInTheProfiles) {
     // Where the profiles have no such property, none of the subprofiles can be had.
     buildFrom({"string RegisteredName"}, {"string InstanceID"});

@@ -26,6 +26,16 @@ std::string rejected(const std::string& body) {
     return rejection(body, headersFor("EnumerateInstanceNames"));
 }
 
+TEST(DocumentElement, ThatIsNotThereHasNothing) {
+    const Document document(prolog + "<A/>");
+    const Element none = document.root().child("B");
+    EXPECT_FALSE(none);
+    EXPECT_EQ(none.name(), "");
+    EXPECT_EQ(none.text(), "");
+    EXPECT_FALSE(none.isMixed());
+    EXPECT_FALSE(none.attribute("NAME"));
+}
+
 TEST(DocumentRejection, LetsAGoodRequestPass) {
     EXPECT_EQ(rejected(changed("utf-8", "UTF-8")), "answered");
 }

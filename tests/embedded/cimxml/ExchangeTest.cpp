@@ -1,5 +1,6 @@
 // Which requests reach the CIM-XML reader, with what, and the exact form of every reply.
 #include "cimxml/Exchange.h"
+#include "Requests.h"
 
 #include "http/Wire.h"
 #include "text/Ascii.h"
@@ -235,6 +236,16 @@ INSTANTIATE_TEST_SUITE_P(
                     bad + "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
                           "http%3A%2F%2Fwww.dmtf.org%2Fcim%2Fmapping%2Fhttp%2Fv1.0%3B%20ns%3D4x"
                           "\r\n"},
+        RefusedCase{"ShortPrefix", "M-POST",
+                    prefixed("4-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=4"),
+                    bad +
+                        "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
+                        "http%3A%2F%2Fwww.dmtf.org%2Fcim%2Fmapping%2Fhttp%2Fv1.0%3B%20ns%3D4\r\n"},
+        RefusedCase{"PrefixThatBeginsWithALetter", "M-POST",
+                    prefixed("x4-", "http://www.dmtf.org/cim/mapping/http/v1.0; ns=x4"),
+                    bad + "PGErrorDetail: the%20prefix%20in%20Man%20is%20not%20two%20digits%3A%20"
+                          "http%3A%2F%2Fwww.dmtf.org%2Fcim%2Fmapping%2Fhttp%2Fv1.0%3B%20ns%3Dx4"
+                          "\r\n"},
         RefusedCase{"OtherPrefix", "M-POST", prefixed("73-", manWith40), bad},
         RefusedCase{"BatchWithoutThePrefix", "M-POST",
                     with(prefixed("40-", manWith40), "CIMBatch", ""),
@@ -324,6 +335,29 @@ TEST(Exchange, SaysWhichModulesDoNotAnswer) {
               "Provider module First is not answering.");
     EXPECT_EQ(std::get<http::Work>(answerIn({&first, &second})).late().body,
               "Provider module First or Second is not answering.");
+}
+
+TEST(Exchange, ReadsALongRequestInALaneOfItsOwnAndAnswersItThereToo) {
+    test::FakeOperations operations;
+    operations.modules = {&first};
+    Request request = post(with(complete, "CIMMethod", "EnumerateInstanceNames"));
+    request.body = test::request("EnumerateInstanceNames",
+                                 test::parameter("ClassName", "<CLASSNAME NAME=\"X\"/>"));
+    const auto answered = [&](std::size_t length) {
+        Request lengthened = request;
+        lengthened.body.resize(length, '\n');
+        return std::get<http::Work>(exchange(std::move(lengthened), operations, {7}));
+    };
+    EXPECT_EQ(answered(32 * 1024).lanes, (std::vector<unsigned>{3}));
+    const http::Work reading = answered(32 * 1024 + 1);
+    EXPECT_EQ(reading.lanes, (std::vector<unsigned>{7}));
+    EXPECT_TRUE(operations.calls.size() == 1U) << "only the short one was read";
+    const http::Work work = std::get<http::Work>(reading.make());
+    EXPECT_EQ(work.lanes, (std::vector<unsigned>{3, 7}));
+    EXPECT_NE(std::get<http::Reply>(work.make()).body.find("EnumerateInstanceNames"),
+              std::string::npos);
+    operations.modules = {};
+    EXPECT_TRUE(std::holds_alternative<http::Reply>(answered(32 * 1024 + 1).make()));
 }
 
 } // namespace

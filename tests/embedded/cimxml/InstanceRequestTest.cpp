@@ -175,6 +175,8 @@ TEST(NewInstance, WithIllegalAttributesMakesTheDocumentInvalid) {
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\" PROPAGATED=\"yes\"/>",
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\" CLASSORIGIN=\"\"/>",
           "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\" ARRAYSIZE=\"many\"/>",
+          "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\" ARRAYSIZE=\"2x\"/>",
+          "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\" ARRAYSIZE=\"4294967296\"/>",
           "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\"><VALUE>1</VALUE></PROPERTY.ARRAY>",
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\"><VALUE>1</VALUE><VALUE>1</VALUE></PROPERTY>",
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\"/><QUALIFIER NAME=\"q\" TYPE=\"string\"/>"}) {

@@ -36,7 +36,11 @@ TEST(KeyValue, IsOfTheTypeThatItNames) {
     EXPECT_EQ(withKey("<KEYVALUE VALUETYPE=\"boolean\">true</KEYVALUE>"), deleted + "X.k=TRUE");
     EXPECT_EQ(withKey("<KEYVALUE TYPE=\"uint16\">3</KEYVALUE>"), deleted + "X.k=3");
     EXPECT_EQ(withKey("<KEYVALUE TYPE=\"boolean\">FALSE</KEYVALUE>"), deleted + "X.k=FALSE");
-    EXPECT_EQ(withKey("<KEYVALUE TYPE=\"string\">3</KEYVALUE>"), deleted + "X.k=\"3\"");
+    for (const char* type : {"string", "char16", "datetime"})
+        EXPECT_EQ(withKey("<KEYVALUE TYPE=\"" + std::string(type) + "\">3</KEYVALUE>"),
+                  deleted + "X.k=\"3\"");
+    EXPECT_EQ(withKey("<KEYVALUE VALUETYPE=\"numeric\">18446744073709551615</KEYVALUE>"),
+              deleted + "X.k=18446744073709551615");
     EXPECT_EQ(withKey("<KEYVALUE VALUETYPE=\"string\" TYPE=\"datetime\">3</KEYVALUE>"),
               deleted + "X.k=\"3\"");
 }

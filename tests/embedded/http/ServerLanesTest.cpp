@@ -91,10 +91,7 @@ class Held {
         return [this](Request&& request) -> Answer {
             if (request.target != "/lane")
                 return Work([] { return Reply{200, "OK", {}, "free"}; });
-            return Work([this] { return stay(); }, {0},
-                        [] {
-                            return Reply{200, "OK", {}, "late"};
-                        });
+            return Work([this] { return stay(); }, {0}, _late);
         };
     }
     void awaitInside(unsigned count) {
@@ -107,6 +104,8 @@ class Held {
         _changed.notify_all();
     }
     unsigned most() const { return _most; }
+    /// What waits too long is answered by the server alone.
+    void haveNoAnswer() { _late = nullptr; }
 
   private:
     Reply stay() {
@@ -120,6 +119,7 @@ class Held {
 
     std::mutex _mutex;
     std::condition_variable _changed;
+    std::function<Reply()> _late = [] { return Reply{200, "OK", {}, "late"}; };
     unsigned _inside = 0;
     unsigned _most = 0;
     bool _open = false;
@@ -169,6 +169,22 @@ TEST(ServerLanes, WhatWaitsTooLongIsAnsweredAllTheSame) {
     EXPECT_NE(first.reply().find("done"), std::string::npos);
     second.send(get("/lane"));
     EXPECT_NE(second.reply().find("done"), std::string::npos) << "the connection lives on";
+}
+
+TEST(ServerLanes, WhatWaitsTooLongWithoutAnAnswerToThatIsTurnedAway) {
+    Held held;
+    held.haveNoAnswer();
+    Options options = oneLane(1);
+    options.laneWait = std::chrono::seconds(0);
+    RunningServer running(options, held.handler());
+    RawClient first(running.port());
+    first.send(get("/lane"));
+    held.awaitInside(1);
+    RawClient second(running.port());
+    second.send(get("/lane"));
+    EXPECT_NE(second.reply().find("503 Service Unavailable"), std::string::npos);
+    held.letGo();
+    EXPECT_NE(first.reply().find("done"), std::string::npos);
 }
 
 TEST(ServerLanes, WorkMayLeadToWorkInAnotherLane) {

@@ -204,6 +204,20 @@ TEST(ServerLimits, ARequestThatDoesNotEndIsToldSo) {
     }
 }
 
+TEST(ServerLimits, ARequestMayTakeLongerToAnswerThanToRead) {
+    Options options;
+    options.requestTimeout = std::chrono::seconds(1);
+    RunningServer running(options);
+    RawClient busy(running.port());
+    busy.send("POST /wait HTTP/1.1\r\nHost: h\r\n\r\n");
+    running.awaitWaiting(1);
+    RawClient late(running.port()); // whose own time is over after that of the first
+    late.send("POST /echo HTTP/1.1\r\n");
+    EXPECT_EQ(late.rest(), closing("408 Request Timeout"));
+    running.release();
+    EXPECT_NE(busy.reply().find("/wait"), std::string::npos);
+}
+
 TEST(ServerLimits, AnIdleConnectionIsClosedInSilence) {
     Options options;
     options.idleTimeout = std::chrono::seconds(1);
@@ -296,6 +310,25 @@ TEST(ServerLimits, AConnectionBeyondTheLimitIsTurnedAway) {
             EXPECT_NE(client->reply().find("/wait []"), std::string::npos);
     }
     EXPECT_TRUE(serves(running));
+}
+
+TEST(ServerLimits, ConnectionsFarBeyondTheLimitAreClosedUntold) {
+    Options options;
+    options.connectionLimit = 1;
+    RunningServer running(options);
+    RawClient busy(running.port());
+    busy.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+    running.awaitWaiting(1);
+    // Those that are told stay for a while, to be sure that they have heard it.
+    std::vector<std::unique_ptr<RawClient>> clients;
+    bool closed = false;
+    for (int count = 0; count < 200 && !closed; ++count) {
+        clients.push_back(std::make_unique<RawClient>(running.port()));
+        closed = clients.back()->reply().empty();
+    }
+    EXPECT_TRUE(closed);
+    running.release();
+    EXPECT_NE(busy.reply().find("/wait []"), std::string::npos);
 }
 
 TEST(ServerLimits, TheConnectionThatHasWaitedLongestGivesWay) {

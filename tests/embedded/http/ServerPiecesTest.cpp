@@ -178,6 +178,17 @@ TEST(ServerPieces, BeyondTheLimitAreRefusedToAClientThatKnowsNoChunks) {
     EXPECT_LE(serving.fate->asked, 3U);
 }
 
+TEST(ServerPieces, ThatAreTooManyWithWhatOthersHoldAreTurnedAway) {
+    Options options;
+    options.keptLimit = 200;
+    const Serving serving({"first+", endless, std::string(100, 'x')}, options);
+    RawClient client(serving.running.port());
+    client.send(getOld);
+    EXPECT_EQ(client.rest().rfind("HTTP/1.1 503 Service Unavailable\r\n", 0), 0U);
+    EXPECT_EQ(serving.running.log(), "503 for GET /: too many bytes wait to be sent or handled\n");
+    EXPECT_TRUE(serving.destroyed());
+}
+
 TEST(ServerPieces, ThatFailAreA500ForAClientThatKnowsNoChunks) {
     const Serving serving({"first", 9, "piece", 1});
     RawClient client(serving.running.port());

@@ -37,6 +37,7 @@ TEST(ServerStart, APortInUseIsNamedWithAddressAndReason) {
 TEST(ServerStart, AnAddressThatIsNotOursIsNamed) {
     EXPECT_EQ(listeningError("192.0.2.1", 0),
               "cannot listen on 192.0.2.1:0: Cannot assign requested address");
+    EXPECT_EQ(listeningError("2001:db8::1", 0).rfind("cannot listen on [2001:db8::1]:0: ", 0), 0U);
     EXPECT_EQ(listeningError("no such host", 0).rfind("cannot listen on no such host:0: ", 0), 0U);
 }
 

@@ -237,9 +237,12 @@ TEST(MofDeclarations, BelongToTheNamespaceOfTheLastPragma) {
                                "#pragma namespace (\"root/\" \"one\")\n"
                                "class A_B {}; class A_C {};\n"
                                "#pragma namespace (\"/root/two\")\n"
-                               "class A_D {};",
+                               "class A_D {};\n"
+                               "#pragma namespace (\"root/_A\xC3\xB6Z9\")\n"
+                               "class A_E {};",
                                "t.mof");
-    ASSERT_EQ(read.size(), 4U);
+    ASSERT_EQ(read.size(), 5U);
+    EXPECT_EQ(read[4].nameSpace, "root/_A\xC3\xB6Z9");
     EXPECT_FALSE(read[0].nameSpace);
     EXPECT_EQ(read[1].nameSpace, "root/one");
     EXPECT_EQ(read[2].nameSpace, "root/one");

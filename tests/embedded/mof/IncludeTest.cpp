@@ -161,6 +161,9 @@ TEST_F(MofIncludes, HaveALimitedNumber) {
 TEST_F(MofIncludes, AFileThatCannotBeReadIsNamed) {
     EXPECT_EQ(message(_directory.path() / "none.mof"),
               "none.mof:1:1: cannot be read: no such file");
+    std::filesystem::resize_file(_directory.write("large.mof", ""), 256 * 1024 * 1024 + 1);
+    EXPECT_EQ(message(_directory.path() / "large.mof"),
+              "large.mof:1:1: cannot be read: larger than 256 MiB");
     std::filesystem::create_directory(_directory.path() / "folder.mof");
     EXPECT_EQ(message(_directory.path() / "folder.mof"),
               "folder.mof:1:1: cannot be read: not a regular file");

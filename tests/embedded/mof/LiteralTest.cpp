@@ -66,6 +66,8 @@ TEST(MofLiterals, StringsAreWithoutQuotesAndEscapes) {
                 {R"("\xE9!")", Kind::String, "\xC3\xA9!"},
                 {R"("\x00410")", Kind::String, "A0"},
                 {R"("\x263A")", Kind::String, "\xE2\x98\xBA"},
+                {R"("\xD7FF\xE000\xFFFD")", Kind::String, "\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD"},
+                {R"("\xD83D\XDE00")", Kind::String, "\xF0\x9F\x98\x80"},
                 {R"("\xD83D\xDE00")", Kind::String, "\xF0\x9F\x98\x80"},
                 {"\"\xC3\xB6\xF0\x9F\x98\x80\"", Kind::String, "\xC3\xB6\xF0\x9F\x98\x80"},
                 {"\"/* no */ // comment\"", Kind::String, "/* no */ // comment"},
