@@ -18,9 +18,10 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["text", "pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
+EMBEDDED_ROOMS = ["limits", "text", "pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
 # Characters, the reader of MOF and the server of HTTP are of use without a CIM object model.
-WITHOUT_CIM = {"text": ["text"], "mof": ["text", "mof"], "http": ["text", "http"]}
+WITHOUT_CIM = {"limits": ["limits"], "text": ["text"], "mof": ["text", "mof"],
+               "http": ["limits", "text", "http"]}
 LIBRARIES = {
     "text": ["utf8cpp/"],
     "cimxml": ["expat.h"],

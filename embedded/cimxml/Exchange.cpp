@@ -3,6 +3,7 @@
 #include "cimxml/HeaderFields.h"
 #include "cimxml/Text.h"
 #include "http/Wire.h"
+#include "limits/Limits.h"
 
 #include <algorithm>
 #include <array>
@@ -15,12 +16,6 @@ using http::Reply;
 using http::Request;
 
 namespace {
-
-// A longer request takes a worker already to be read: other connections are not to wait for it.
-constexpr std::size_t longestReadAtOnce = std::size_t{32} * 1024;
-
-// Bytes of a request that a reply quotes.
-constexpr std::size_t longestDetail = 256;
 
 constexpr const char* verbPost = "POST";
 constexpr const char* verbExtensionPost = "M-POST";
@@ -40,9 +35,9 @@ const char* reason(unsigned status) {
 
 // A detail may quote the request. Cut between characters.
 std::string shortened(const std::string& detail) {
-    if (detail.size() <= longestDetail)
+    if (detail.size() <= limits::errorDetail)
         return detail;
-    std::size_t end = longestDetail;
+    std::size_t end = limits::errorDetail;
     while (end > 0 && (static_cast<unsigned char>(detail[end]) & 0xC0U) == 0x80U)
         --end;
     return detail.substr(0, end) + "...";
@@ -137,7 +132,7 @@ http::Answer exchange(Request&& request, host::CimOperations& operations,
             return std::make_shared<Exchange>(body, headers, host::Caller(), operations);
         });
     };
-    if (request.body.size() <= longestReadAtOnce)
+    if (request.body.size() <= limits::shortRequest)
         return answer(request);
     // What a long request asks for is more work, too, and stays in the lanes of its like.
     auto read = [answer, longReading, request = std::move(request)] {

@@ -76,6 +76,11 @@ class Served:
         if code not in self.codes and kind is None:
             raise RuntimeError(f"cimhost ended with {code}:\n{self.log}")
 
+    def said(self):
+        """What it has said on its standard output so far."""
+        return os.pread(self._trace_file.fileno(), os.fstat(self._trace_file.fileno()).st_size,
+                        0).decode()
+
     def _read(self):
         for name in ("trace", "log"):
             stream = getattr(self, f"_{name}_file")
