@@ -18,14 +18,11 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["threads", "text", "pegasus", "mof", "repository", "host", "http", "cimxml", "cimhost"]
-# Locks, characters, the reader of MOF and the server of HTTP are of use without a CIM object model.
-WITHOUT_CIM = {
-    "threads": ["threads"],
-    "text": ["threads", "text"],
-    "mof": ["threads", "text", "mof"],
-    "http": ["threads", "text", "http"],
-}
+EMBEDDED_ROOMS = ["limits", "threads", "text", "pegasus", "mof", "repository", "host", "http", "cimxml",
+                  "cimhost"]
+# Those that are of use without a CIM object model, and what they know.
+WITHOUT_CIM = {"limits": ["limits"], "threads": ["threads"], "text": ["text"], "mof": ["text", "mof"],
+               "http": ["limits", "threads", "text", "http"]}
 LIBRARIES = {
     "text": ["utf8cpp/"],
     "cimxml": ["expat.h"],

@@ -61,7 +61,7 @@ struct Raw {
     std::vector<std::string> mofFiles;
     std::vector<std::string> faults;
     unsigned grace = 10;
-    unsigned patience = 30;
+    unsigned patience = limits::patience.count();
 };
 
 void convert(const Raw& raw, Settings& settings) {

@@ -3,6 +3,7 @@
 
 #include "cimhost/ExitCode.h"
 #include "host/Faults.h"
+#include "limits/Limits.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -35,7 +36,7 @@ struct Settings {
     bool writable = false;           ///< clients may change what is in the repository
     std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
-    std::chrono::seconds patience{30}; ///< with a module that does not return
+    std::chrono::seconds patience = limits::patience; ///< with a module that does not return
     bool keepLibraries = false;
     bool checkOnly = false;
     std::string logLevel = "info"; ///< a name that spdlog knows

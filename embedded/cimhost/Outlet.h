@@ -1,6 +1,8 @@
 // Where log lines go: behind a queue, so that nobody who logs waits for whoever reads.
 #pragma once
 
+#include "limits/Limits.h"
+
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -14,12 +16,9 @@ namespace embedded::cimhost {
 /// Thread-safety: all functions may be called from several threads at once.
 class Outlet {
   public:
-    /// Bytes that wait at most, unless a single text has more.
-    static constexpr std::size_t defaultLimit = std::size_t{1024} * 1024;
-
     /// `descriptor` stays the caller's and open. Its settings are not changed: others may have it,
-    /// too.
-    explicit Outlet(int descriptor, std::size_t limit = defaultLimit);
+    /// too. `limit`: bytes that wait at most, unless a single text has more.
+    explicit Outlet(int descriptor, std::size_t limit = limits::logQueue);
     /// Gives up what is not written.
     ~Outlet();
     Outlet(const Outlet&) = delete;

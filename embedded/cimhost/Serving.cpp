@@ -13,6 +13,7 @@
 #include "host/Router.h"
 #include "http/Server.h"
 #include "http/Watched.h"
+#include "limits/Limits.h"
 #include "threads/Locks.h"
 
 #include <spdlog/spdlog.h>
@@ -88,8 +89,6 @@ class PortFile {
     std::string _content;
 };
 
-// Requests that are inside one module at once. Further ones wait, and take no thread meanwhile.
-constexpr unsigned placesOfModule = 4;
 // Threads for what is in no lane.
 constexpr unsigned freeWorkers = 4;
 
@@ -99,8 +98,9 @@ http::Options options(const host::ProviderModules& modules, std::chrono::seconds
     http::Options result;
     result.log = warnOften;
     result.laneWait = patience;
-    result.lanes.assign(modules.modules().size(), placesOfModule);
-    result.lanes.push_back(std::max(1U, std::thread::hardware_concurrency() / 2));
+    result.lanes.assign(modules.modules().size(), limits::placesInModule);
+    result.lanes.push_back(
+        std::max(1U, std::thread::hardware_concurrency() / limits::processorsForALongRequest));
     result.workers = std::accumulate(result.lanes.begin(), result.lanes.end(), freeWorkers);
     return result;
 }

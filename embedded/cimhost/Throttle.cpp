@@ -1,5 +1,7 @@
 #include "cimhost/Throttle.h"
 
+#include "limits/Limits.h"
+
 #include <utility>
 
 namespace embedded::cimhost {
@@ -18,7 +20,7 @@ void Throttle::operator()(const std::string& kind, const std::string& line) {
         tell(name, second);
         second = {now, 0};
     }
-    if (++_kinds.try_emplace(kind, Second{now, 0}).first->second.lines <= linesEachSecond)
+    if (++_kinds.try_emplace(kind, Second{now, 0}).first->second.lines <= limits::logLines)
         _say(line);
 }
 
@@ -30,8 +32,8 @@ void Throttle::tellRest() {
 }
 
 void Throttle::tell(const std::string& kind, Second& second) {
-    if (second.lines > linesEachSecond)
-        _say("(" + std::to_string(second.lines - linesEachSecond) +
+    if (second.lines > limits::logLines)
+        _say("(" + std::to_string(second.lines - limits::logLines) +
              " more lines of this kind: " + kind + ")");
 }
 

@@ -17,8 +17,6 @@ namespace embedded::cimhost {
 class Throttle {
   public:
     using Clock = std::chrono::steady_clock;
-    static constexpr unsigned linesEachSecond = 10; ///< of one kind
-
     /// `say` takes a line; called by one thread at a time.
     explicit Throttle(std::function<void(const std::string&)> say,
                       std::function<Clock::time_point()> now = Clock::now);

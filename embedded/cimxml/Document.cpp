@@ -2,6 +2,7 @@
 
 #include "cimxml/ElementRules.h"
 #include "cimxml/Rejection.h"
+#include "limits/Limits.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
 #include "threads/Locks.h"
@@ -242,8 +243,8 @@ class Document::Reader {
     }
 
     void start(const char* name, const char** attributes) {
-        if (_depth == maximumDepth) {
-            rejectNotValid("elements nested deeper than " + std::to_string(maximumDepth));
+        if (_depth == limits::depth) {
+            rejectNotValid("elements nested deeper than " + std::to_string(limits::depth));
         }
         if (_hasExternalType) {
             checkReferences();
@@ -273,14 +274,14 @@ class Document::Reader {
         }
     }
 
-    bool isEnough() const { return _unknown > maximumUnknownElements; }
+    bool isEnough() const { return _unknown > limits::unknownElements; }
 
     // `attributes`: names and values in turn, then null.
     static std::size_t counted(const char** attributes) {
         std::size_t count = 0;
         while (attributes[2 * count]) {
-            if (++count > maximumAttributes) {
-                rejectNotValid("more than " + std::to_string(maximumAttributes) + " attributes");
+            if (++count > limits::attributes) {
+                rejectNotValid("more than " + std::to_string(limits::attributes) + " attributes");
             }
         }
         return count;
@@ -341,7 +342,7 @@ class Document::Reader {
     std::exception_ptr _thrown;
     bool _hasExternalType = false;
     std::size_t _unknown = 0; // elements
-    std::array<Open, maximumDepth> _open{};
+    std::array<Open, limits::depth> _open{};
     std::size_t _depth = 0;
     std::string _pending; // text that is not yet its element's
 };

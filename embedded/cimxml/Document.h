@@ -1,6 +1,8 @@
 // The text of a request as a tree of elements: strict XML, read by expat in one pass.
 #pragma once
 
+#include "limits/Limits.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -9,15 +11,6 @@
 #include <string_view>
 
 namespace embedded::cimxml {
-
-/// How deep elements may be nested. A request with a reference within a reference needs 16.
-constexpr std::size_t maximumDepth = 32;
-/// How many attributes an element may have. DSP0203 has none with more than ten.
-constexpr std::size_t maximumAttributes = 16;
-
-/// How many elements are read whose names no request has. What comes behind so many cannot make the
-/// document valid any more, and is left.
-constexpr std::size_t maximumUnknownElements = 1000;
 
 /// An attribute, or none. Its texts live as long as the document.
 struct Attribute {
@@ -48,7 +41,7 @@ class Element {
         std::uint8_t attributeCount = 0;
         bool isMixed = false;
     };
-    static_assert(maximumAttributes <= UINT8_MAX);
+    static_assert(limits::attributes <= UINT8_MAX);
 
     Element() = default;
     explicit Element(const Node* node) : _node(node) {}
@@ -119,9 +112,9 @@ class Element::Children {
 class Document {
   public:
     /// Throws RequestRejected unless `text` is a well-formed XML 1.0 document in UTF-8 that starts
-    /// with an XML declaration, within the limits above. A document type declaration may name a
+    /// with an XML declaration, within the limits. A document type declaration may name a
     /// DTD (it is not fetched) but must not declare anything itself, so the five predefined
-    /// entities are the only ones. Behind maximumUnknownElements elements, anything goes.
+    /// entities are the only ones. Behind limits::unknownElements elements, anything goes.
     explicit Document(const std::string& text);
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;

@@ -3,6 +3,7 @@
 #include "cimxml/HeaderFields.h"
 #include "cimxml/Text.h"
 #include "http/Wire.h"
+#include "limits/Limits.h"
 
 #include <algorithm>
 #include <array>
@@ -16,12 +17,6 @@ using http::Request;
 
 namespace {
 
-// A longer request takes a worker already to be read: other connections are not to wait for it.
-constexpr std::size_t longestReadAtOnce = std::size_t{32} * 1024;
-
-// Bytes of a request that a reply quotes.
-constexpr std::size_t longestDetail = 256;
-
 constexpr const char* verbPost = "POST";
 constexpr const char* verbExtensionPost = "M-POST";
 // The name of the HTTP extension that CIM-XML is (DSP0200 clause 6.2.2).
@@ -34,9 +29,9 @@ const char* reason(unsigned status) {
 
 // A detail may quote the request. Cut between characters.
 std::string shortened(const std::string& detail) {
-    if (detail.size() <= longestDetail)
+    if (detail.size() <= limits::errorDetail)
         return detail;
-    std::size_t end = longestDetail;
+    std::size_t end = limits::errorDetail;
     // Not tested: no detail begins with bytes of the client's, which might all be inside a
     // character.
     while (end > 0 && (static_cast<unsigned char>(detail[end]) & 0xC0U) == 0x80U)
@@ -133,7 +128,7 @@ http::Answer exchange(Request&& request, host::CimOperations& operations,
             return std::make_shared<Exchange>(body, headers, host::Caller(), operations);
         });
     };
-    if (request.body.size() <= longestReadAtOnce)
+    if (request.body.size() <= limits::shortRequest)
         return answer(request);
     // What a long request asks for is more work, too, and stays in the lanes of its like.
     auto read = [answer, longReading, request = std::move(request)] {

@@ -4,6 +4,7 @@
 #include "cimxml/Request.h"
 #include "cimxml/Text.h"
 #include "cimxml/Writer.h"
+#include "limits/Limits.h"
 
 #include <Pegasus/Common/CIMStatusCode.h>
 #include <Pegasus/Common/Exception.h>
@@ -45,9 +46,9 @@ class GivenBack {
 std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
     Pegasus::String description(Pegasus::cimStatusCodeToString(code));
     if (message.size() != 0) {
-        description.append(": ").append(message.subString(0, maximumErrorLength));
+        description.append(": ").append(message.subString(0, limits::errorLength));
     }
-    if (message.size() > maximumErrorLength) {
+    if (message.size() > limits::errorLength) {
         description.append("...");
     }
     std::string out = "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"";

@@ -14,10 +14,6 @@
 
 namespace embedded::cimxml {
 
-/// How many characters of the message of an error are written. Many messages show what a client has
-/// sent, and some of it grows tenfold on the way.
-constexpr Pegasus::Uint32 maximumErrorLength = 65536;
-
 /// The CIM header fields of the request, decoded. An absent CIMProtocolVersion is "1.0".
 struct Headers {
     std::string method;                  ///< CIMMethod

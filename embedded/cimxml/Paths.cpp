@@ -4,6 +4,7 @@
 #include "cimxml/Rejection.h"
 #include "cimxml/Text.h"
 #include "cimxml/Values.h"
+#include "limits/Limits.h"
 
 #include <Pegasus/Common/CIMValue.h>
 
@@ -65,9 +66,9 @@ CIMKeyBinding readKey(const CIMName& name, const Element& holder, const SoleKey&
         return readKeyValue(name, keyValue);
     }
     const CIMObjectPath path = readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1);
-    if (path.toString().size() > maximumReferenceLength) {
+    if (path.toString().size() > limits::referenceLength) {
         throwInvalid("A reference in a key is longer than " +
-                     std::to_string(maximumReferenceLength) + " characters.");
+                     std::to_string(limits::referenceLength) + " characters.");
     }
     return CIMKeyBinding(name, CIMValue(path));
 }
@@ -79,8 +80,8 @@ void checkMembers(const Element& element) {
     for (Element child = element.child(); child; child = child.nextSibling()) {
         ++count;
     }
-    if (count > maximumMembers) {
-        throwInvalid("More than " + std::to_string(maximumMembers) + " elements in " +
+    if (count > limits::members) {
+        throwInvalid("More than " + std::to_string(limits::members) + " elements in " +
                      std::string(element.name()) + ".");
     }
 }
@@ -100,9 +101,9 @@ CIMObjectPath readInstanceName(const Element& instanceName, const SoleKey& soleK
 }
 
 CIMObjectPath readReference(const Element& reference, const SoleKey& soleKey, unsigned depth) {
-    if (depth > maximumReferenceDepth) {
+    if (depth > limits::referenceDepth) {
         throwInvalid("References in keys are nested deeper than " +
-                     std::to_string(maximumReferenceDepth) + ".");
+                     std::to_string(limits::referenceDepth) + ".");
     }
     // VALUE.REFERENCE / [..PATH /] [NAMESPACEPATH / HOST, LOCALNAMESPACEPATH], ..NAME
     Element object = reference.child();

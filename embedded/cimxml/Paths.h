@@ -13,17 +13,6 @@ namespace embedded::cimxml {
 /// its name. Throws Pegasus::CIMException when the class is unknown or has not exactly one key.
 using SoleKey = std::function<Pegasus::CIMName(const Pegasus::CIMName& className)>;
 
-// A request may be large, but what it costs must not grow beyond its size: an object of many
-// members is copied where one of them changes, and a reference within a key is quoted again at each
-// level.
-
-/// How many properties and qualifiers an element may have, or keys a path.
-constexpr std::size_t maximumMembers = 1000;
-/// How deep references may be nested in the keys of references.
-constexpr unsigned maximumReferenceDepth = 3;
-/// How many characters a reference within a key may come to.
-constexpr Pegasus::Uint32 maximumReferenceLength = 16384;
-
 /// Throws Pegasus::CIMException CIM_ERR_INVALID_PARAMETER when `element` has too many children.
 void checkMembers(const Element& element);
 

@@ -25,7 +25,6 @@ constexpr std::size_t readSize = 4096;
 constexpr std::size_t bodyReadSize = 65536;
 // How long an answered client is listened to after the last reply. Closing while its bytes are
 // still coming in makes the kernel reset the connection, and the reply may never be seen.
-constexpr std::chrono::seconds lingerTime{2};
 // How the ClientHello of a TLS client begins: a handshake record of a version 3.x (RFC 8446 clause
 // 5.1).
 constexpr std::string_view tlsRecord = "\x16\x03";
@@ -197,7 +196,7 @@ void Connection::parse() {
         const bool bounded = inHeader || error == beast::http::error::need_more;
         if (bounded && header > options.headerLimit)
             error = beast::http::error::header_limit;
-        else if (_taken > options.headerLimit + options.bodyLimit && !_parser->is_done())
+        else if (_taken > options.headerLimit + options.bodyLimit)
             error = beast::http::error::body_limit;
         if (!account(_taken)) {
             reject(503, "Service Unavailable", "too many bytes wait to be sent or handled");
@@ -420,7 +419,7 @@ void Connection::linger() {
     _parser.reset();
     Error ignored;
     _socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
-    within(lingerTime, &Connection::close);
+    within(_owner.options().refusalTime, &Connection::close);
     _in.clear();
     read();
 }

@@ -35,8 +35,6 @@ using Error = boost::system::error_code;
 
 namespace {
 
-// Connections beyond the limit that are told so at the same time; any more are just closed.
-constexpr std::size_t refusalLimit = 64;
 constexpr std::chrono::milliseconds acceptPause{100};
 
 std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
@@ -481,7 +479,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
     void admit(IoThread& thread, Connection::Socket socket) noexcept {
-        if (_open < _options.connectionLimit + refusalLimit) {
+        if (_open < _options.connectionLimit + _options.refusalLimit) {
             const bool over = _open++ >= _options.connectionLimit;
             try {
                 Error ignored;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "http/Message.h"
+#include "limits/Limits.h"
 
 #include <chrono>
 #include <cstddef>
@@ -20,22 +21,27 @@ struct Options {
     /// Places in each lane: as many Works that name it are done at once, others wait. All together
     /// less than `workers`, or lanes that hang take every thread.
     std::vector<unsigned> lanes;
-    std::chrono::seconds laneWait{30}; ///< that Work waits for places at most
+    std::chrono::seconds laneWait = limits::patience; ///< that Work waits for places at most
     /// Beyond it the one that has waited longest for a request is closed, first of the address that
     /// has most; if none waits, the reply is 503.
-    unsigned connectionLimit = 512;
-    std::uint64_t bodyLimit = std::uint64_t{8} * 1024 * 1024; ///< bytes; beyond it the reply is 413
-    std::uint32_t headerLimit = std::uint32_t{64} * 1024;     ///< bytes; beyond it the reply is 431
+    unsigned connectionLimit = limits::connections;
+    /// Connections beyond the limit that are told so at the same time; any more are just closed.
+    unsigned refusalLimit = limits::refusals;
+    /// That is read on after a refusal, so that the client sees the reply.
+    std::chrono::seconds refusalTime = limits::refusalTime;
+    std::uint64_t bodyLimit = limits::body;     ///< bytes; beyond it the reply is 413
+    std::uint32_t headerLimit = limits::header; ///< bytes; beyond it the reply is 431
     /// Bytes of a body in pieces that is sent whole, to an HTTP/1.0 client; beyond it the reply is
     /// 500.
-    std::size_t wholeReplyLimit = std::size_t{64} * 1024 * 1024;
+    std::size_t wholeReplyLimit = limits::wholeReply;
     /// Bytes of all requests that are read or handled, and of replies that are made whole; beyond
     /// it the reply is 503.
-    std::size_t keptLimit = std::size_t{128} * 1024 * 1024;
-    std::chrono::seconds idleTimeout{300};   ///< for the next request on a connection
-    std::chrono::seconds requestTimeout{30}; ///< for the rest of a request that has begun, and for
-                                             ///< a client to take `leastTaken` of its reply
-    std::size_t leastTaken = std::size_t{32} * 1024; ///< bytes, or all that is left
+    std::size_t keptLimit = limits::allRequests;
+    std::chrono::seconds idleTimeout = limits::idleTime; ///< for the next request on a connection
+    /// For the rest of a request that has begun, and for a client to take `leastTaken` of its
+    /// reply.
+    std::chrono::seconds requestTimeout = limits::requestTime;
+    std::size_t leastTaken = limits::leastTaken; ///< bytes, or all that is left
     /// Takes a line for whoever runs the server, and what kind of line it is: one of few, whatever
     /// clients send. Called on any thread, one call at a time; must not block.
     std::function<void(const std::string& kind, const std::string& line)> log;

@@ -15,21 +15,23 @@ PATIENCE = 60.0  # seconds for a start or an end; the sanitizers are slow
 
 class Served:
     """Starts cimhost from the build directory `build` on a free port; a context manager. The MOF
-    comes from the folders schema and samples of `source`, or without `content` from `options`. The server
-    has `environment` besides ours. Without `keep` it unmaps libraries that it does not need any more.
+    comes from the folders schema and samples of `source`, and then from `options`; without `content`
+    from these alone. The server has `environment` besides ours. Without `keep` it unmaps libraries
+    that it does not need any more, without `traced` its standard output is thrown away.
 
     `address` is "127.0.0.1:PORT", `pid` the process. At the end the server is asked to stop, and any exit
     code but those of `codes` is an error, which is how a sanitizer's report fails a test.
     """
 
     def __init__(self, build, options=(), source=SOURCE, content=True, environment=None,
-                 keep=True):
+                 keep=True, traced=True):
         self.build = pathlib.Path(build).resolve()
         self.content = content
         self.environment = environment or {}
         self.keep = ["--keep-libraries"] if keep else []
         self.options = list(options)
         self.source = source
+        self.traced = traced
         self.codes = (0,)  # with which the server may end
         self.trace = ""
         self.log = ""
@@ -47,8 +49,9 @@ class Served:
         port_file = place / "port"
         self._process = subprocess.Popen(
             [self.build / "bin" / "cimhost", "--port", "0", "--port-file", port_file,
-             *self.keep, *self.options, *arguments],
-            stdin=subprocess.DEVNULL, stdout=self._trace_file, stderr=self._log_file,
+             *self.keep, *arguments, *self.options],
+            stdin=subprocess.DEVNULL,
+            stdout=self._trace_file if self.traced else subprocess.DEVNULL, stderr=self._log_file,
             env={**os.environ, **self.environment})
         self.pid = self._process.pid
         end = time.monotonic() + PATIENCE
@@ -72,6 +75,11 @@ class Served:
         self._directory.cleanup()
         if code not in self.codes and kind is None:
             raise RuntimeError(f"cimhost ended with {code}:\n{self.log}")
+
+    def said(self):
+        """What it has said on its standard output so far."""
+        return os.pread(self._trace_file.fileno(), os.fstat(self._trace_file.fileno()).st_size,
+                        0).decode()
 
     def _read(self):
         for name in ("trace", "log"):

@@ -2,6 +2,7 @@
 
 import collections
 import http.client
+import itertools
 import random
 import subprocess
 import threading
@@ -89,17 +90,23 @@ class Never:
 
 
 class Load:
-    """`count` requests of `expected` by `clients` clients, each in an order of its own."""
+    """Requests of `expected` by `clients` clients, each in an order of its own, with `pause` seconds
+    between two: `count` of them all, or, without, as many as go into `seconds`."""
 
-    def __init__(self, address, expected, clients, count, seed):
+    def __init__(self, address, expected, clients, seed, count=None, seconds=None, pause=0):
         self._address = address
         self._expected = expected
         self._requests = list(expected)
-        self._count = count
         self._seed = seed
+        self._pause = pause
+        self._start = None
+        self.count = count
+        self.seconds = seconds
         self._lock = threading.Lock()
-        self._threads = [threading.Thread(target=self._client, args=(n, range(n, count, clients)))
-                         for n in range(clients)]
+        shares = [itertools.count() if count is None else range(n, count, clients)
+                  for n in range(clients)]
+        self._threads = [threading.Thread(target=self._client, args=share)
+                         for share in enumerate(shares)]
         self._toggle = None
         self._stopped = False
         self.done = 0
@@ -110,23 +117,30 @@ class Load:
         self.blocked = collections.Counter()  # by phase
         self.connections = 0
 
+    @property
+    def part(self):
+        """How much of the work is over, from 0 to 1."""
+        if self.count is not None:
+            return self.done / self.count
+        return min(1, (time.monotonic() - self._start) / self.seconds)
+
     def run(self, toggle, toggles, progress):
-        """Returns the seconds it took. `progress` is called all the while with what is done."""
+        """Returns the seconds it took. `progress` is called all the while."""
         self._toggle = toggle
-        start = time.monotonic()
+        self._start = time.monotonic()
         changer = threading.Thread(target=self._change, args=(toggles,))
         for thread in (*self._threads, changer):
             thread.start()
         try:
             while self._works():
-                progress(self.done)
+                progress(self)
                 time.sleep(0.05)
-            seconds = time.monotonic() - start
+            seconds = time.monotonic() - self._start
         finally:  # also when interrupted: no thread goes on, and the module is left enabled
             self._stopped = True
             for thread in (*self._threads, changer):
                 thread.join()
-        progress(self.done)
+        progress(self)
         return seconds
 
     def _works(self):
@@ -135,7 +149,7 @@ class Load:
     def _change(self, toggles):
         """Windows at even distances in the work."""
         for n in range(toggles):
-            while self.done < self._count * (n + 1) // (toggles + 1):
+            while self.part < (n + 1) / (toggles + 1):
                 if not self._works():
                     return
                 time.sleep(0.01)
@@ -156,8 +170,10 @@ class Load:
                 with self._lock:
                     self.connections += 1
             failures = 0 if self._ask(asker, order.pop()) else failures + 1
-            if failures == GIVE_UP or self._stopped:
+            if failures == GIVE_UP or self._stopped or self.part == 1:
                 break
+            if self._pause:
+                time.sleep(self._pause)
         asker.close()
 
     def _ask(self, asker, request):

@@ -4,13 +4,15 @@
 Each of some thousand different requests is first asked alone; then many clients ask them in random
 order, and every answer must be the one that was given alone. Meanwhile the module is disabled and
 enabled again, if it is said how; while that goes on, an answer may also be the one that the server
-gives without the module. The server's memory, descriptors and threads are watched.
+gives without the module. Clients that behave badly may be among them, and providers that do. The
+server's memory, descriptors and threads are watched.
 
 exit code: 0 if all was well, 1 if not, 2 for wrong arguments, a server that cannot be asked, or an
 interruption.
 """
 
 import argparse
+import contextlib
 import os
 import pathlib
 import shlex
@@ -19,14 +21,17 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "clients"))
 
+from bad import WAYS, Bad, asking, telling  # noqa: E402
 from clients import Asker, Load, Never, Toggle, Unanswered  # noqa: E402
-from judge import Kept  # noqa: E402
-from mix import mix, registered  # noqa: E402
-from process import Process  # noqa: E402
+from judge import Expected, Kept  # noqa: E402
+from mix import Request, mix, registered, registrations  # noqa: E402
+from process import HELD, Process  # noqa: E402
 from report import Report  # noqa: E402
 
 TELL = 10  # seconds between lines of progress
 SETTLE = 1  # seconds for a server to close what its clients closed
+PATIENCE = 60  # seconds for it to give back what bad clients took: more than its own limits
+LONGEST = 40  # seconds that a bad client waits at most: more than the server does
 
 
 def arguments():
@@ -35,11 +40,22 @@ def arguments():
     parser.add_argument("address", metavar="HOST:PORT")
     parser.add_argument("--clients", type=int, default=32)
     parser.add_argument("--requests", type=int, default=100000, help="of all clients together")
+    parser.add_argument("--minutes", type=float, metavar="M",
+                        help="ask for so long, however many requests that are")
+    parser.add_argument("--pause", type=float, default=0, metavar="SECONDS",
+                        help="of a client between two requests")
+    parser.add_argument("--bad", type=int, default=0, metavar="N",
+                        help="N clients that behave badly, besides")
+    parser.add_argument("--peers", metavar="NS",
+                        help="the bad clients also ask the classes that modules are registered for "
+                        "there; these modules may be busy")
     parser.add_argument("--control", type=int, default=0, metavar="N",
                         help="before, N requests that never reach the module: how much the server "
                         "grows by itself")
     parser.add_argument("--seed", type=int, default=1, help="of the order of the requests")
     parser.add_argument("--pid", type=int, help="the server's process, to watch it")
+    parser.add_argument("--sanitized", action="store_true",
+                        help="the server's memory may grow: a sanitizer keeps what is freed")
     parser.add_argument("--module", default="ServerProfileProviderModule")
     parser.add_argument("--also", metavar="MODULE",
                         help="another module whose classes are asked, too; it stays enabled")
@@ -60,8 +76,14 @@ def arguments():
     chosen = parser.parse_args()
     if chosen.toggle and chosen.home:
         parser.error("--toggle and --home both say how to disable the module: give one")
-    if min(chosen.clients, chosen.requests) < 1 or min(chosen.control, chosen.toggles) < 0:
-        parser.error("--clients and --requests are at least 1, --control and --toggles at least 0")
+    if min(chosen.clients, chosen.requests) < 1 or min(
+            chosen.control, chosen.toggles, chosen.bad, chosen.pause) < 0:
+        parser.error("--clients and --requests are at least 1, --control, --toggles, --bad and "
+                     "--pause at least 0")
+    if chosen.minutes is not None and chosen.minutes <= 0:
+        parser.error("--minutes is more than 0")
+    if chosen.peers and not chosen.bad:
+        parser.error("--peers are asked by the bad clients: say --bad N, too")
     return chosen
 
 
@@ -105,33 +127,48 @@ def keep(asker, chosen, toggle, report):
     report.say(f"{len(kept.expected)} different requests asked alone, {reach} of them reach the "
                f"module")
     report.list(kept.problems)
+    kept.problems.clear()
     return kept
 
 
-def drive(name, chosen, expected, count, toggle, report):
-    """Runs one load; returns the growth of the server in it, if it is watched."""
+def ways(asker, peers):
+    """What the bad clients do."""
+    found = {name: telling(*way) for name, way in WAYS.items()}
+    for module, namespace, class_name, _ in registrations(asker):
+        if namespace == peers:
+            for method in ("EnumerateInstances", "EnumerateInstanceNames"):
+                request = Request(namespace, method, (), "ClassName", class_name)
+                found[f"asks {method} of {class_name}"] = asking(
+                    request, Expected(asker.text(request), False), module)
+    return found
+
+
+def drive(name, chosen, load, toggle, bad, report):
+    """Runs one load; returns the process, if it is watched."""
     process = Process(chosen.pid) if chosen.pid else None
     told = time.monotonic()
 
-    def progress(done):
+    def progress(load):
         nonlocal told
         if process:
-            process.look(done)
+            process.look(load.part, load.done)
         if time.monotonic() - told > TELL:
             told = time.monotonic()
-            print(f"{name}: {done} of {count}", file=sys.stderr, flush=True)
+            print(f"{name}: {load.done}, {load.part:.0%}", file=sys.stderr, flush=True)
 
-    progress(0)
+    if process:
+        process.look(0, 0)
     toggles = chosen.toggles if isinstance(toggle, Toggle) else 0
-    load = Load(chosen.address, expected, chosen.clients, count, chosen.seed)
-    seconds = load.run(toggle, toggles, progress)
-    report.answers(name, load, count, seconds)
+    with bad or contextlib.nullcontext():
+        seconds = load.run(toggle, toggles, progress)
+    report.answers(name, load, seconds)
     report.windows(name, load, toggle, toggles)
-    if not process:
-        return None
-    time.sleep(SETTLE)
-    process.look(count)
-    return report.process(name, process, count)
+    if bad:
+        report.bad(name, bad)
+    if process:
+        time.sleep(SETTLE)
+        process.look(1, load.done)
+    return process
 
 
 def main():
@@ -141,14 +178,37 @@ def main():
     try:
         if chosen.pid:
             os.kill(chosen.pid, 0)
-        kept = keep(Asker(chosen.address), chosen, toggle, report)
+        asker = Asker(chosen.address)
+        kept = keep(asker, chosen, toggle, report)
+        bad = None
+        seconds = chosen.minutes and 60 * chosen.minutes
+        if chosen.bad:
+            bad = Bad(chosen.address, ways(asker, chosen.peers), chosen.bad, chosen.seed,
+                      min(LONGEST, (seconds or 20) / 10))
+        asker.close()
         control = None
         if chosen.control:
             alone = {r: e for r, e in kept.expected.items() if not kept.reaches_module(r)}
-            control = drive("control", chosen, alone, chosen.control, Never(), report)
-        grown = drive("load", chosen, kept.expected, chosen.requests, toggle, report)
-        if chosen.pid:
-            report.growth(grown, control)
+            load = Load(chosen.address, alone, chosen.clients, chosen.seed, chosen.control)
+            process = drive("control", chosen, load, Never(), None, report)
+            control = process and report.process("control", process)
+        load = Load(chosen.address, kept.expected, chosen.clients, chosen.seed,
+                    None if seconds else chosen.requests, seconds, chosen.pause)
+        process = drive("load", chosen, load, toggle, bad, report)
+        if bad:
+            kept.check("after the load")
+            report.list(kept.problems)
+            asker.close()
+        if process:
+            grown = report.process("load", process)
+            judged, swing = set(HELD), 0
+            if chosen.sanitized:
+                judged.remove("memory")
+            if bad:  # these come and go with their connections and requests
+                judged.remove("descriptors")
+                swing = grown and process.quarters()[0].memory // 10
+                report.settled(process, process.settles(PATIENCE))
+            report.growth(grown, control, judged, swing)
     except KeyboardInterrupt:
         print("load.py: interrupted", file=sys.stderr)
         return 2

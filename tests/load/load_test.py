@@ -4,19 +4,29 @@
 usage: load_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
+import contextlib
 import http.client
 import http.server
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import sys
 import threading
+import time
+import types
 import unittest
 
 PLACE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(PLACE.parent / "clients"))
 
+from bad import WAYS, Bad, asking, telling  # noqa: E402
+from clients import Asker  # noqa: E402
+from judge import Expected  # noqa: E402
+from mix import Request  # noqa: E402
+from process import Process  # noqa: E402
+from report import Report  # noqa: E402
 from served import Served  # noqa: E402
 
 SERVED = None
@@ -149,6 +159,63 @@ class ShortLoad(unittest.TestCase):
                          "with the module disabled it is not blocked",
                          "no request was blocked in window 1")
 
+    def test_goes_on_for_a_time(self):
+        done = load(SERVED.address, *HALF, "--minutes", "0.02", "--clients", "2")
+        self.assert_ends(done, 0, "\nall well\n")
+        self.assertRegex(done.stdout, r"load: \d+ requests answered in 1\.\d s")
+
+    def test_finds_bad_clients_answered_otherwise(self):
+        with Proxy(SERVED.address, lambda *_: None) as proxy:
+            proxy.count = HONEST + 1
+            for address, wrong in ((SERVED.address, []), (f"127.0.0.1:{proxy.server_port}", [
+                    "one that sends byte by byte: answered nothing"])):
+                way = telling(*WAYS["sends byte by byte"])
+                with Bad(address, {"sends byte by byte": way}, 1, 1, 0) as bad:
+                    while not bad.taken:
+                        time.sleep(0.01)
+                self.assertEqual(list(bad.wrong), wrong)
+                report = Report()
+                report.bad("load", bad)
+                self.assertEqual(report.problems, len(wrong))
+
+    def test_knows_the_answers_of_peers(self):
+        asked = Request("interop", "EnumerateInstances", (), "ClassName", "CIM_RegisteredProfile")
+        asker = Asker(SERVED.address)
+        way = asking(asked, Expected(asker.text(asked), False), "M")
+        asker.close()
+
+        def said(answer):
+            return lambda text, _: re.sub(rb"<IRETURNVALUE>.*</IRETURNVALUE>", answer, text,
+                                          flags=re.DOTALL)
+        refusal = b'<ERROR CODE="1" DESCRIPTION="CIM_ERR_FAILED: Provider module %s is not answering."/>'
+        for lie, wrong in ((lambda text, _: text, None), (said(refusal % b"M"), None),
+                           (said(refusal % b"N"), "answered "), (said(b""), "answered "),
+                           (lambda *_: None, "RemoteDisconnected")):
+            with Proxy(SERVED.address, lie) as proxy:
+                proxy.count = HONEST + 1
+                found = way(types.SimpleNamespace(address=f"127.0.0.1:{proxy.server_port}"))
+                self.assertTrue(found is None if wrong is None else found.startswith(wrong), found)
+
+    def test_finds_what_is_not_given_back(self):
+        @contextlib.contextmanager
+        def thread():
+            over = threading.Event()
+            one = threading.Thread(target=over.wait)
+            one.start()
+            yield
+            over.set()
+            one.join()
+
+        for taken in (lambda: open(os.devnull, "rb"), thread):
+            process = Process(os.getpid())
+            process.look(0, 0)
+            with taken():
+                self.assertFalse(process.settles(0))
+                report = Report()
+                report.settled(process, False)
+                self.assertEqual(report.problems, 1)
+            self.assertTrue(process.settles(10))
+
     def test_says_what_it_cannot_do(self):
         self.assert_ends(load("127.0.0.1:1"), 2, "load.py: 127.0.0.1:1: ")
         self.assert_ends(load(SERVED.address, "--module", "Nobody"), 2,
@@ -157,7 +224,8 @@ class ShortLoad(unittest.TestCase):
                          "is not registered for root/none, but for interop, root/cimv2, "
                          "root/PG_InterOp")
         self.assert_ends(load(SERVED.address, "--pid", "4194305"), 2, "no process 4194305")
-        self.assert_ends(load(SERVED.address, "--clients", "0"), 2, "--clients")
+        for options in (("--clients", "0"), ("--minutes", "0"), ("--bad", "-1"), ("--peers", "n")):
+            self.assert_ends(load(SERVED.address, *options), 2, options[0])
 
 
 if __name__ == "__main__":

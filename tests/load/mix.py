@@ -119,17 +119,24 @@ def without_module(namespace):
     yield Request(namespace, "Associators", (("ObjectName", name("CIM_NoSuch", Key="x")),))
 
 
-def registered(asker, module):
-    """{namespace: {class: whether it is an association}} that `module` is registered for."""
-    found = {}
+def registrations(asker):
+    """(module, namespace, class, whether it is an association) of all that modules are registered
+    for."""
     for capability in asker.elements(Request("root/PG_InterOp", "EnumerateInstances", (),
                                              "ClassName", "PG_ProviderCapabilities")):
         values = {p.get("NAME"): [v.text for v in p.iter("VALUE")] for p in
                   capability.find("INSTANCE") if p.tag.startswith("PROPERTY")}
-        if values["ProviderModuleName"] == [module]:
-            for namespace in values["Namespaces"]:
-                found.setdefault(namespace, {})[values["ClassName"][0]] = (
-                    "3" in values["ProviderType"])
+        for namespace in values["Namespaces"]:
+            yield (values["ProviderModuleName"][0], namespace, values["ClassName"][0],
+                   "3" in values["ProviderType"])
+
+
+def registered(asker, module):
+    """{namespace: {class: whether it is an association}} that `module` is registered for."""
+    found = {}
+    for owner, namespace, class_name, association in registrations(asker):
+        if owner == module:
+            found.setdefault(namespace, {})[class_name] = association
     return found
 
 

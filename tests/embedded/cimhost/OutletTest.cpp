@@ -84,6 +84,23 @@ TEST_F(OutletTest, DropsWhatNobodyReadsAndSaysHowMuch) {
         << end.substr(end.size() - std::min<std::size_t>(end.size(), 200));
 }
 
+TEST_F(OutletTest, KeepsAsMuchAsIsTheLimit) {
+    Outlet outlet(writer());
+    for (const std::string& beyond : {std::string(), std::string("z")}) {
+        outlet.put(std::string(limits::logQueue - 1, 'x'));
+        outlet.put("y");
+        if (!beyond.empty())
+            outlet.put(beyond);
+        EXPECT_EQ(read(limits::logQueue), std::string(limits::logQueue - 1, 'x') + "y");
+        EXPECT_TRUE(outlet.drain(longTime));
+        outlet.put("after\n");
+        const std::string after =
+            beyond.empty() ? "after\n" : "(1 log lines were dropped: nobody read them)\nafter\n";
+        EXPECT_EQ(read(after.size()), after);
+        EXPECT_TRUE(outlet.drain(longTime));
+    }
+}
+
 TEST_F(OutletTest, CanBeGivenUpWhileItCannotWrite) {
     {
         Outlet outlet(writer());

@@ -2,6 +2,7 @@
 #include "FakeOperations.h"
 #include "Requests.h"
 #include "cimxml/Document.h"
+#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -117,7 +118,7 @@ TEST(DocumentRejection, RejectsEmptyDocuments) {
 
 TEST(DocumentRejection, NamesTheFirstOfMoreUnknownElementsThanAreRead) {
     std::string unknown;
-    for (std::size_t i = 0; i <= maximumUnknownElements; ++i) {
+    for (std::size_t i = 0; i <= limits::unknownElements; ++i) {
         unknown += "<A" + std::to_string(i) + "/>";
     }
     const auto with = [&](const std::string& version) {

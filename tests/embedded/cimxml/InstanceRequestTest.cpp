@@ -2,6 +2,7 @@
 #include "Requests.h"
 
 #include "cimxml/Paths.h"
+#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -151,7 +152,7 @@ TEST(NewInstance, WithAPropertyTwiceIsInvalid) {
 TEST(NewInstance, WithTooManyMembersIsInvalid) {
     std::string properties;
     std::string qualifiers;
-    for (std::size_t i = 0; i <= maximumMembers; ++i) {
+    for (std::size_t i = 0; i <= limits::members; ++i) {
         const std::string name = " NAME=\"n" + std::to_string(i) + "\" TYPE=\"string\"/>";
         properties += "<PROPERTY" + name;
         qualifiers += "<QUALIFIER" + name;

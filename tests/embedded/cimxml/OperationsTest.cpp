@@ -1,6 +1,7 @@
 // Each intrinsic operation: the call that a request makes, with the defaults of DSP0200 clause
 // 5.3.2, and the response to what comes back.
 #include "Requests.h"
+#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -349,7 +350,7 @@ TEST(Responses, WithAnErrorNameItsStatusAndMessage) {
 
 TEST(Responses, WithAnErrorShowItsMessageUpToALength) {
     FakeOperations operations;
-    const std::string longest(maximumErrorLength, 'x');
+    const std::string longest(limits::errorLength, 'x');
     for (const std::string& rest : {std::string(), std::string("y")}) {
         operations.failure = CIMException(CIM_ERR_FAILED, String((longest + rest).c_str()));
         const std::string shown = longest + (rest.empty() ? "" : "...");

@@ -3,6 +3,7 @@
 
 #include "cimxml/Paths.h"
 #include "cimxml/Writer.h"
+#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ std::string withKey(const std::string& key) {
                "</KEYBINDING></INSTANCENAME>");
 }
 
-const unsigned maximumNesting = maximumReferenceDepth;
+const unsigned maximumNesting = limits::referenceDepth;
 const std::string deleted = "deleteInstance root/cimv2 ";
 
 std::string invalid(const std::string& message) {
@@ -188,8 +189,8 @@ TEST(ReferenceKey, MayHaveSoManyCharacters) {
                                  std::string(length - std::string("Y.b=\"\"").size(), 'x') +
                                  "</KEYVALUE></KEYBINDING></INSTANCENAME>"));
     };
-    EXPECT_EQ(withLength(maximumReferenceLength).find(deleted), 0U);
-    EXPECT_EQ(withLength(maximumReferenceLength + 1),
+    EXPECT_EQ(withLength(limits::referenceLength).find(deleted), 0U);
+    EXPECT_EQ(withLength(limits::referenceLength + 1),
               invalid("A reference in a key is longer than 16384 characters."));
 }
 
@@ -201,8 +202,8 @@ TEST(InstanceName, MayHaveSoManyKeys) {
         }
         return got("<INSTANCENAME CLASSNAME=\"X\">" + keys + "</INSTANCENAME>");
     };
-    EXPECT_EQ(withKeys(maximumMembers).find(deleted), 0U);
-    EXPECT_EQ(withKeys(maximumMembers + 1), invalid("More than 1000 elements in INSTANCENAME."));
+    EXPECT_EQ(withKeys(limits::members).find(deleted), 0U);
+    EXPECT_EQ(withKeys(limits::members + 1), invalid("More than 1000 elements in INSTANCENAME."));
 }
 
 // Replies

@@ -1,6 +1,7 @@
 // What is an XML document (XML 1.0) and what is not.
 #include "cimxml/Document.h"
 #include "cimxml/Message.h"
+#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -114,7 +115,7 @@ TEST(XmlRules, RejectBytesThatNoDocumentHoldsWhereverTheyAre) {
     const std::string nul(1, '\0');
     for (const std::string& body : std::vector<std::string>{
              "<a>" + nul + "</a>", "<a" + nul + "/>", "<a b='" + nul + "'/>", "<a/>" + nul,
-             "<!--" + nul + "--><a/>", "</b>\x01", nested(maximumDepth + 1) + "\x1F"}) {
+             "<!--" + nul + "--><a/>", "</b>\x01", nested(limits::depth + 1) + "\x1F"}) {
         EXPECT_EQ(judge(body), "request-not-well-formed") << body;
         EXPECT_EQ(judge(body + "\x80"), "request-not-well-formed") << body;
         EXPECT_EQ(judge("\x80" + body), "request-not-valid") << body;
@@ -154,8 +155,8 @@ TEST(XmlRules, WantTheDeclarationFirst) {
 }
 
 TEST(XmlRules, BoundTheDepth) {
-    EXPECT_EQ(judge(nested(maximumDepth)), "good");
-    EXPECT_EQ(judge(nested(maximumDepth + 1)), "request-not-valid");
+    EXPECT_EQ(judge(nested(limits::depth)), "good");
+    EXPECT_EQ(judge(nested(limits::depth + 1)), "request-not-valid");
     EXPECT_EQ(judge(nested(1000000)), "request-not-valid");
 }
 
@@ -168,7 +169,7 @@ TEST(XmlRules, BoundNoLengths) {
 
 TEST(XmlRules, BoundTheAttributes) {
     std::string attributes;
-    for (std::size_t i = 0; i < maximumAttributes; ++i) {
+    for (std::size_t i = 0; i < limits::attributes; ++i) {
         attributes += " a" + std::to_string(i) + "=''";
     }
     EXPECT_EQ(judge("<a" + attributes + "/>"), "good");
@@ -201,7 +202,7 @@ TEST(XmlRules, HoldForEachDocumentAfterAnyOther) {
     const std::string large = "<a b='" + std::string(1000000, 'x') + "'/>";
     for (const std::string& other :
          {std::string("<a><b"), std::string("<!DOCTYPE a SYSTEM 'x'><a/>"),
-          nested(maximumDepth + 1), large, large + "<"}) {
+          nested(limits::depth + 1), large, large + "<"}) {
         judge(other);
         EXPECT_EQ(judge("<a>&x;</a>"), "request-not-well-formed");
         judge(other);
@@ -278,7 +279,7 @@ TEST(Elements, BehindOneThatNoRequestHasAreReadAndNotKept) {
     EXPECT_EQ(seen, "HOST;a;");
     EXPECT_TRUE(document.root().isMixed()) << "which is found before its children are looked at";
     std::string open = "<CIM>";
-    for (std::size_t i = 0; i < maximumUnknownElements; ++i) {
+    for (std::size_t i = 0; i < limits::unknownElements; ++i) {
         open += "<a/>";
     }
     EXPECT_EQ(judge(open + "</CIM>"), "good");

@@ -387,24 +387,96 @@ TEST(ServerLimits, AConnectionWithHalfARequestGivesWayToo) {
 }
 
 TEST(ServerLimits, RequestsThatAreTooLargeTogetherAreTurnedAway) {
+    const auto request = [](const std::string& target, std::size_t size) {
+        const std::string header =
+            "POST " + target + " HTTP/1.1\r\nConnection: close\r\nContent-Length: ";
+        const std::size_t body = size - header.size() - 8; // four digits, two line ends
+        return header + std::to_string(body) + "\r\n\r\n" + std::string(body, 'a');
+    };
     Options options;
-    options.keptLimit = 3000;
+    options.keptLimit = 4000;
     RunningServer running(options);
-    const std::string large =
-        "POST /wait HTTP/1.1\r\nContent-Length: 2000\r\n\r\n" + repeated("a", 2000);
     RawClient first(running.port());
-    first.send(large);
+    first.send(request("/wait", 2000));
     running.awaitWaiting(1);
+    for (const std::size_t size : {1999U, 2000U}) {
+        RawClient second(running.port());
+        second.send(request("/echo", size));
+        EXPECT_NE(second.rest().find("/echo [aa"), std::string::npos) << size;
+    }
     RawClient second(running.port());
-    second.send(large);
+    second.send(request("/echo", 2001));
     EXPECT_EQ(second.rest(), closing("503 Service Unavailable"));
     EXPECT_TRUE(serves(running)) << "there is room for a small one";
     running.release();
-    EXPECT_NE(first.reply().find("/wait ["), std::string::npos);
-    second.closed();
+    EXPECT_NE(first.rest().find("/wait [aa"), std::string::npos);
     RawClient third(running.port());
-    third.send(large);
-    EXPECT_NE(third.reply().find("/wait ["), std::string::npos);
+    third.send(request("/echo", 2001));
+    EXPECT_NE(third.rest().find("/echo [aa"), std::string::npos);
+}
+
+TEST(ServerLimits, AFewAreToldThatThereAreTooManyConnections) {
+    Options options;
+    options.connectionLimit = 1;
+    options.refusalLimit = 2;
+    options.refusalTime = std::chrono::hours(1);
+    RunningServer running(options);
+    RawClient busy(running.port());
+    busy.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+    running.awaitWaiting(1);
+    RawClient first(running.port());
+    EXPECT_EQ(first.rest().find("HTTP/1.1 503 "), 0U);
+    RawClient second(running.port());
+    EXPECT_EQ(second.rest().find("HTTP/1.1 503 "), 0U);
+    RawClient third(running.port());
+    EXPECT_TRUE(third.closed());
+}
+
+TEST(ServerLimits, WhatIsSentAfterARefusalIsReadForAWhile) {
+    Options options;
+    options.bodyLimit = 1000;
+    options.refusalTime = std::chrono::seconds(1);
+    RunningServer running(options);
+    RawClient client(running.port());
+    const auto began = std::chrono::steady_clock::now();
+    client.send("POST /echo HTTP/1.1\r\nContent-Length: 9000000\r\n\r\n");
+    while (client.send(std::string(1000, 'x'))) // the test's time-out ends one that is always read
+        ;
+    EXPECT_GE(std::chrono::steady_clock::now() - began, options.refusalTime);
+}
+
+TEST(ServerLimits, AClientThatTakesItsReplySlowlyHasTimeForEachPart) {
+    constexpr std::size_t size = 32 * limits::MiB; // of the reply, beside its header
+    for (const std::size_t part : {64 * limits::KiB, size + limits::MiB}) {
+        Options options;
+        options.requestTimeout = std::chrono::seconds(1);
+        options.leastTaken = part;
+        RunningServer running(options);
+        RawClient client(running.port());
+        client.send("POST /big HTTP/1.1\r\nHost: h\r\nConnection: close\r\n\r\n");
+        std::size_t taken = 0;
+        for (std::size_t got = 1; got != 0; taken += got) {
+            got = client.read(limits::MiB).size();
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        EXPECT_EQ(taken > size, part < size) << taken;
+    }
+}
+
+// What tests have with options of their own, cimhost has with those that are not changed.
+TEST(ServerLimits, AreThoseThatAreWrittenDown) {
+    const Options options;
+    EXPECT_EQ(options.laneWait, limits::patience);
+    EXPECT_EQ(options.connectionLimit, limits::connections);
+    EXPECT_EQ(options.refusalLimit, limits::refusals);
+    EXPECT_EQ(options.refusalTime, limits::refusalTime);
+    EXPECT_EQ(options.bodyLimit, limits::body);
+    EXPECT_EQ(options.headerLimit, limits::header);
+    EXPECT_EQ(options.wholeReplyLimit, limits::wholeReply);
+    EXPECT_EQ(options.keptLimit, limits::allRequests);
+    EXPECT_EQ(options.idleTimeout, limits::idleTime);
+    EXPECT_EQ(options.requestTimeout, limits::requestTime);
+    EXPECT_EQ(options.leastTaken, limits::leastTaken);
 }
 
 } // namespace

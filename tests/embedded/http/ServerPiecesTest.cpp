@@ -189,6 +189,18 @@ TEST(ServerPieces, ThatAreTooManyWithWhatOthersHoldAreTurnedAway) {
     EXPECT_TRUE(serving.destroyed());
 }
 
+TEST(ServerPieces, UpToTheLimitAreOneBodyForAClientThatKnowsNoChunks) {
+    Options options;
+    options.wholeReplyLimit = 20;
+    for (const std::size_t size : {19U, 20U, 21U}) {
+        const std::string piece(size - 10, 'x');
+        const Serving serving({"0123456789", 1, piece}, options);
+        RawClient client(serving.running.port());
+        client.send(getOld);
+        EXPECT_EQ(client.rest(), size <= 20 ? wholeOld("0123456789" + piece) : failed) << size;
+    }
+}
+
 TEST(ServerPieces, ThatFailAreA500ForAClientThatKnowsNoChunks) {
     const Serving serving({"first", 9, "piece", 1});
     RawClient client(serving.running.port());
