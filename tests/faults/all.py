@@ -44,7 +44,7 @@ def main():
         sums.append((len(tried), sum(int(count) for _, count, _ in tried), failures,
                      output.count("cimhost died with ")))
     print(" survived", *kinds, sep="\n")
-    print(f"\n{'':8}{'kinds':>7}{'survived':>10}{'failures':>10}{'deaths':>8}")
+    print(f"\n{'':8}{'tests':>7}{'survived':>10}{'failures':>10}{'deaths':>8}")
     for test, row in (*zip(tests, sums), ("all", [sum(column) for column in zip(*sums)])):
         print("{:8}{:7}{:10}{:10}{:8}".format(test, *row))
     return 1 if any(failures for _, _, failures, _ in sums) else 0

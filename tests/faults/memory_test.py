@@ -5,7 +5,7 @@ goes on. Allocations fail one at a time, each in turn, and then one of so many.
 usage: memory_test.py BUILD LIBRARY [--all] [unittest arguments]
 
 LIBRARY is the one made of failing.cpp. With --all every single allocation fails, on a server that has
-answered before and on a fresh one; that takes an hour. Without, a sample of them.
+answered before and on a fresh one, which takes minutes. Without, a sample of them.
 """
 
 import http.client

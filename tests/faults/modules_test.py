@@ -218,7 +218,7 @@ class Modules(Counting):
             for thread in threads:
                 thread.start()
             while any(thread.is_alive() for thread in threads):
-                self.judge("many", connection, good)
+                self.assertEqual(self.answers(connection), good)
             for thread in threads:
                 thread.join()
             self.assertEqual(wrong, [])
