@@ -9,7 +9,8 @@
 namespace embedded::host {
 
 /// The exception that is being handled: a CIMException keeps its status and message, every other
-/// one becomes CIM_ERR_FAILED with its own text, or "Unknown error." when it has none.
+/// one becomes CIM_ERR_FAILED with its own text, as text::visible() shows it when it is no UTF-8,
+/// or "Unknown error." when it has none.
 ///
 /// The result shares nothing with the original, whose type may live in a library that is about to
 /// be closed. REQUIRES: called from within a catch clause.

@@ -23,15 +23,11 @@ class ProviderLibrary {
   public:
     using CreateProvider = Pegasus::CIMProvider* (*)(const Pegasus::String& providerName);
 
-    /// When the symbols are looked for. `Now` finds at once what `Lazy` would meet, fatally, in
-    /// the middle of a request.
-    enum class Binding { Lazy, Now };
-
-    /// Symbols become visible to other modules, as CIM servers do it. With `keepOpen` the library
-    /// stays mapped for the rest of the process. Throws std::runtime_error
-    /// "Cannot load library, error: <dlerror>".
-    explicit ProviderLibrary(const std::filesystem::path& file, bool keepOpen = false,
-                             Binding binding = Binding::Lazy);
+    /// All that the library calls is looked for, since what is missing would end the process when
+    /// it is called; so would a file that is cut off. Symbols become visible to other modules, as
+    /// CIM servers do it. With `keepOpen` the library stays mapped for the rest of the process.
+    /// Throws std::runtime_error "Cannot load library, error: <dlerror>".
+    explicit ProviderLibrary(const std::filesystem::path& file, bool keepOpen = false);
     ~ProviderLibrary();
     ProviderLibrary(const ProviderLibrary&) = delete;
     ProviderLibrary& operator=(const ProviderLibrary&) = delete;

@@ -118,7 +118,7 @@ class Check {
             return;
         }
         try {
-            ProviderLibrary(*file, false, ProviderLibrary::Binding::Now).entryPoint();
+            ProviderLibrary(*file).entryPoint();
             add(Finding::Severity::Note, what + ": " + file->string());
         } catch (const std::runtime_error& error) {
             problem(what + ": " + file->string() + ": " + error.what());

@@ -20,7 +20,8 @@ class Served:
     that it does not need any more, without `traced` its standard output is thrown away.
 
     `address` is "127.0.0.1:PORT", `pid` the process. At the end the server is asked to stop, and any exit
-    code but those of `codes` is an error, which is how a sanitizer's report fails a test.
+    code but those of `codes` is an error, which is how a sanitizer's report fails a test. That it has ended
+    before is an error, too, whatever else has gone wrong.
     """
 
     def __init__(self, build, options=(), source=SOURCE, content=True, environment=None,
@@ -65,6 +66,7 @@ class Served:
         return self
 
     def __exit__(self, kind, value, traceback):
+        died = self._process.poll() is not None
         self._process.send_signal(signal.SIGTERM)
         try:
             code = self._process.wait(PATIENCE)
@@ -73,6 +75,8 @@ class Served:
             code = self._process.wait()
         self._read()
         self._directory.cleanup()
+        if died:
+            raise RuntimeError(f"cimhost died with {code}:\n{self.log}")
         if code not in self.codes and kind is None:
             raise RuntimeError(f"cimhost ended with {code}:\n{self.log}")
 

@@ -38,6 +38,8 @@ struct Control {
     Number interrupt;   // > 0: one of so many reads, writes and waits is interrupted
     Number interrupted; // that were
     Number accept;      // the error of accepting a connection
+    Number send;        // the error of sending to a connection
+    Number receive;     // the error of receiving from one
     Number write;       // the error of writing to a file or a pipe
     Number refused;     // calls that ended with one of these errors
     Number clock;       // seconds by which the clocks are ahead
@@ -183,22 +185,22 @@ extern "C" {
 
 ssize_t recv(int descriptor, void* bytes, std::size_t size, int flags) {
     NEXT(recv);
-    return interrupted() ? -1 : next(descriptor, bytes, size, flags);
+    return refuses(control().receive) || interrupted() ? -1 : next(descriptor, bytes, size, flags);
 }
 
 ssize_t recvmsg(int descriptor, msghdr* message, int flags) {
     NEXT(recvmsg);
-    return interrupted() ? -1 : next(descriptor, message, flags);
+    return refuses(control().receive) || interrupted() ? -1 : next(descriptor, message, flags);
 }
 
 ssize_t send(int descriptor, const void* bytes, std::size_t size, int flags) {
     NEXT(send);
-    return interrupted() ? -1 : next(descriptor, bytes, size, flags);
+    return refuses(control().send) || interrupted() ? -1 : next(descriptor, bytes, size, flags);
 }
 
 ssize_t sendmsg(int descriptor, const msghdr* message, int flags) {
     NEXT(sendmsg);
-    return interrupted() ? -1 : next(descriptor, message, flags);
+    return refuses(control().send) || interrupted() ? -1 : next(descriptor, message, flags);
 }
 
 ssize_t write(int descriptor, const void* bytes, std::size_t size) {

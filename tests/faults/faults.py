@@ -1,14 +1,17 @@
-"""What a process may meet: the library failing.cpp, preloaded, and a hand on its switches."""
+"""What a process may meet: the library failing.cpp, preloaded, and a hand on its switches; and a test
+that counts what came of the faults that it made."""
 
+import collections
 import mmap
 import os
 import pathlib
 import struct
 import tempfile
+import unittest
 
 # As failing.cpp has them, 64 bits each.
 SWITCHES = ("allocations", "nth", "every", "failed", "few", "interrupt", "interrupted",
-            "accept", "write", "refused", "clock")
+            "accept", "send", "receive", "write", "refused", "clock")
 
 
 class Switches:
@@ -42,5 +45,20 @@ class Switches:
         struct.pack_into("q", self._map, 8 * SWITCHES.index(name), value)
 
     def clear(self):
-        for name in ("nth", "every", "few", "interrupt", "accept", "write", "clock"):
+        for name in ("nth", "every", "few", "interrupt", "accept", "send", "receive", "write",
+                     "clock"):
             setattr(self, name, 0)
+
+
+class Counting(unittest.TestCase):
+    """Has `outcomes`, faults by what came of them; they are printed at the end of a test, in a line that
+    all.py reads."""
+
+    def setUp(self):
+        self.outcomes = collections.Counter()
+
+    def tearDown(self):
+        total = sum(self.outcomes.values())
+        print(f"\n{self.id().rsplit('.', 1)[1]}: {total} faults:",
+              ", ".join(f"{count} {what}" for what, count in self.outcomes.most_common()),
+              flush=True)

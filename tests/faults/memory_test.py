@@ -5,10 +5,9 @@ goes on. Allocations fail one at a time, each in turn, and then one of so many.
 usage: memory_test.py BUILD LIBRARY [--all] [unittest arguments]
 
 LIBRARY is the one made of failing.cpp. With --all every single allocation fails, on a server that has
-answered before and on a fresh one; that takes an hour. Without, a sample of them.
+answered before and on a fresh one, which takes minutes. Without, a sample of them.
 """
 
-import collections
 import http.client
 import pathlib
 import sys
@@ -18,7 +17,7 @@ import unittest
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
 
-from faults import Switches
+from faults import Counting, Switches
 from request import ask, call, name, of_class
 from served import Served
 
@@ -101,20 +100,15 @@ class Client:
             connection.close()
 
 
-class Memory(unittest.TestCase):
+class Memory(Counting):
     def setUp(self):
+        super().setUp()
         self.switches = self.enterContext(Switches(LIBRARY))
         folder = self.enterContext(tempfile.TemporaryDirectory())
         mof = pathlib.Path(folder) / "thing.mof"
         mof.write_text("Qualifier Key : boolean = false, Scope(property, reference);\n"
                        "class TST_Thing { [Key] string Id; string Text; };\n")
         self.options = (f"--mof={OWN}={mof}", "--writable", "--patience=2", "--grace=5")
-        self.outcomes = collections.Counter()
-
-    def tearDown(self):
-        total = sum(self.outcomes.values())
-        print(f"\n{self.id().rsplit('.', 1)[1]}: {total} faults:",
-              ", ".join(f"{count} {what}" for what, count in self.outcomes.most_common()))
 
     def served(self):
         return Served(BUILD, self.options, environment=self.switches.environment,

@@ -419,16 +419,23 @@ class Serving(Case):
 
     def test_standard_streams_that_are_closed_are_not_taken_by_others(self):
         # Their places would go to the next files or connections, and what a module says to those.
-        running = self.start(
-            *self.content(), preexec_fn=lambda: (os.close(0), os.close(1), os.close(2))
-        )
-        for descriptor in range(3):
-            self.assertEqual(
-                os.readlink(f"/proc/{running.process.pid}/fd/{descriptor}"), "/dev/null"
-            )
-        self.assertIn("one</KEYVALUE>", ask(running.port))
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        for closed in ((0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2)):
+            with self.subTest(closed):
+                (self.folder / "port").unlink(missing_ok=True)
+                running = self.start(
+                    *self.content(), preexec_fn=lambda: [os.close(stream) for stream in closed]
+                )
+                for stream in closed:
+                    self.assertEqual(
+                        os.readlink(f"/proc/{running.process.pid}/fd/{stream}"), "/dev/null"
+                    )
+                self.assertIn("one</KEYVALUE>", ask(running.port))
+                running.signal()
+                self.assertEqual(running.code(), 0)
+                if 1 not in closed:
+                    self.assertIn("Good terminate\n", running.output.read_text())
+                if 2 not in closed:
+                    self.assertIn("ended\n", running.errors.read_text())
 
     def test_the_terminal_may_leave(self):
         running = self.start(*self.content())

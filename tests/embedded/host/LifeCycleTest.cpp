@@ -10,6 +10,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace embedded::host::test {
 namespace {
@@ -149,16 +150,20 @@ TEST(LifeCycle, LibrariesStayMappedWhenAskedTo) {
 }
 
 TEST(LifeCycle, AnExceptionFromTerminateIsLoggedAndStopsNothing) {
-    Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Other"}));
-    toy::Script script;
-    script.terminate = [] { throw CIMException(Pegasus::CIM_ERR_FAILED, "stuck"); };
-    toy::setScript("Q", script);
-    server.enumerate("TST_Base");
-    server.enumerate("TST_Other");
-    server.modules.unloadAll();
-    EXPECT_EQ(Texts{"provider Q of module MQ: terminate(): stuck"}, server.log());
-    EXPECT_EQ((Texts{"initialize P", "initialize Q", "terminate Q", "terminate P"}),
-              toy::journal());
+    for (const auto& [what, told] :
+         {std::pair("stuck", "stuck"), std::pair("no UTF-8: \xff", "no UTF-8: \\xFF")}) {
+        Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Other"}));
+        toy::Script script;
+        script.terminate = [text = what] { throw std::runtime_error(text); };
+        toy::setScript("Q", script);
+        server.enumerate("TST_Base");
+        server.enumerate("TST_Other");
+        server.modules.unloadAll();
+        EXPECT_EQ(Texts{std::string("provider Q of module MQ: terminate(): ") + told},
+                  server.log());
+        EXPECT_EQ((Texts{"initialize P", "initialize Q", "terminate Q", "terminate P"}),
+                  toy::journal());
+    }
 }
 
 TEST(LifeCycle, AfterTheEndRequestsFail) {
@@ -242,6 +247,10 @@ INSTANTIATE_TEST_SUITE_P(
                  "1: File \"libgone.so\" was not found for provider module \"M\"."},
         LoadCase{"NoEntryPoint", "P", "noentry",
                  loadFailure("libnoentry.so", "P") + "entry point not found."},
+        LoadCase{"CallsWhatNoLibraryHas", "P", "unresolved",
+                 loadFailure("libunresolved.so", "P") + "Cannot load library, error: " +
+                     (modulesDirectory() / "libunresolved.so").string() +
+                     ": undefined symbol: _Z11madeNowherev"},
         LoadCase{"ProviderNotKnown", "Unknown", "toy",
                  loadFailure("libtoy.so", "Unknown") + "provider is not a CIMProvider."},
         LoadCase{"CreationThrows", "CreationThrows", "toy", "1: of the module's own type"}),

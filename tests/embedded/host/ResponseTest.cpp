@@ -3,6 +3,7 @@
 #include <Pegasus/Provider/ProviderException.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <typeinfo>
 
 namespace embedded::host::test {
@@ -161,6 +162,9 @@ INSTANTIATE_TEST_SUITE_P(
                      "1: uninitialized object", "1: uninitialized object"},
         ResponseCase{"StandardException", [](const toy::Call&) { throw std::bad_cast(); },
                      "1: std::bad_cast", "1: std::bad_cast"},
+        ResponseCase{"StandardExceptionOfNoUtf8",
+                     [](const toy::Call&) { throw std::runtime_error("a\xff\x01"); },
+                     "1: a\\xFF\\x01", "1: a\\xFF\\x01"},
         ResponseCase{"AnyOtherThing", [](const toy::Call&) { throw 42; }, "1: Unknown error.",
                      "1: Unknown error."}),
     [](const auto& instance) { return instance.param.rule; });
