@@ -144,7 +144,7 @@ class ShortLoad(unittest.TestCase):
                 opened.close()
 
     def test_finds_a_server_that_ends(self):
-        with self.assertRaisesRegex(RuntimeError, "ended with -9"), Served(SERVED.build) as mortal:
+        with self.assertRaisesRegex(RuntimeError, "died with -9"), Served(SERVED.build) as mortal:
             def shoot(text, _):
                 os.kill(mortal.pid, signal.SIGKILL)
                 return text
