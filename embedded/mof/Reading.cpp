@@ -105,8 +105,8 @@ void Reading::readText(std::string_view text, const std::string& name) {
 }
 
 void Reading::read(std::string_view text, const Source& source, OpenFile file) {
-    if (text.size() >
-        largestText) // Not tested: it takes 256 MiB of memory; files are judged before
+    // Not tested: it takes 256 MiB of memory, and a file of as much is refused before.
+    if (text.size() > largestText)
         source.fail({}, "cannot be read: larger than 256 MiB");
     if (text.substr(0, byteOrderMark.size()) == byteOrderMark)
         text.remove_prefix(byteOrderMark.size());

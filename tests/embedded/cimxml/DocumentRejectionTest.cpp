@@ -35,6 +35,7 @@ TEST(DocumentElement, ThatIsNotThereHasNothing) {
     EXPECT_EQ(none.text(), "");
     EXPECT_FALSE(none.isMixed());
     EXPECT_FALSE(none.attribute("NAME"));
+    EXPECT_FALSE(none.nextSibling());
 }
 
 TEST(DocumentRejection, LetsAGoodRequestPass) {

@@ -15,6 +15,7 @@ TEST(Parametrized, ValueAndParametersComeTrimmedAndUnquoted) {
     EXPECT_EQ(*findField(type.parameters, "CharSet"), "utf-8");
     EXPECT_EQ(*findField(type.parameters, "x"), "y");
     EXPECT_EQ(parametrized("\"http://a/b\"; ns=40").value, "http://a/b");
+    EXPECT_EQ(parametrized("\"half").value, "\"half");
 }
 
 TEST(PercentCoding, EveryByteSurvivesARoundTrip) {

@@ -18,6 +18,10 @@ void expectEach(const std::vector<Case>& cases) {
 
 } // namespace
 
+TEST(MofLocation, OfNoFileHasLineAndColumn) {
+    EXPECT_EQ(embedded::mof::Location().text(), ":1:1");
+}
+
 TEST(MofErrors, SyntaxErrorsNameTheTokenAndWhatWasExpected) {
     expectEach({
         {"clas A_B {};",
