@@ -136,6 +136,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 throw;
             }
         }
+        for (const auto& thread : _threads)
+            thread->finish();
         _drained = _handling == 0;
         if (_drained)
             _workers->join();
@@ -243,6 +245,17 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 } catch (const std::exception& error) {
                     _server.interrupted(*this, error);
                 }
+            closeAll(&Connection::close);
+        }
+        /// When all have left their loops: what was handed to this one meanwhile may hold a
+        /// connection, which is closed here.
+        void finish() noexcept {
+            try {
+                do
+                    _io.restart();
+                while (_io.poll() != 0);
+            } catch (const std::exception&) { // it is closed with this object
+            }
             closeAll(&Connection::close);
         }
         /// On this thread, as the rest.

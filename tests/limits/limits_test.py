@@ -286,7 +286,8 @@ class Rooms(unittest.TestCase):
         for limit, (program, test) in {**ROOMS, "all of http": written}.items():
             with self.subTest(limit):
                 done = subprocess.run([BUILD / "bin" / program, f"--gtest_filter={test}"],
-                                      capture_output=True, text=True, check=False)
+                                      capture_output=True, text=True, check=False,
+                                      timeout=2 * PATIENCE)
                 self.assertEqual(done.returncode, 0, done.stdout)
                 self.assertIn("[  PASSED  ] 1 test.", done.stdout)
 

@@ -449,15 +449,15 @@ TEST(ServerLimits, AClientThatTakesItsReplySlowlyHasTimeForEachPart) {
     constexpr std::size_t size = 32 * limits::MiB; // of the reply, beside its header
     for (const std::size_t part : {64 * limits::KiB, size + limits::MiB}) {
         Options options;
-        options.requestTimeout = std::chrono::seconds(1);
+        options.requestTimeout = std::chrono::seconds(2);
         options.leastTaken = part;
         RunningServer running(options);
         RawClient client(running.port());
         client.send("POST /big HTTP/1.1\r\nHost: h\r\nConnection: close\r\n\r\n");
         std::size_t taken = 0;
         for (std::size_t got = 1; got != 0; taken += got) {
-            got = client.read(limits::MiB).size();
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            got = client.read(4 * limits::MiB).size();
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
         }
         EXPECT_EQ(taken > size, part < size) << taken;
     }
