@@ -53,14 +53,16 @@ for target in "${targets[@]}"; do
   echo "fuzz.sh: $target for $seconds s; $log says how it goes"
   before=$(find "$findings" -type f | wc -l)
   run=0
-  nice build/fuzz/bin/fuzz_"$target" -dict=tests/fuzz/dictionaries/"$target".dict \
+  TIMEFORMAT="%U %S"
+  processor=$({ time nice build/fuzz/bin/fuzz_"$target" -dict=tests/fuzz/dictionaries/"$target".dict \
     -max_len="${longest[$target]}" -timeout=20 -report_slow_units=20 -rss_limit_mb=2048 \
     -print_final_stats=1 -max_total_time="$seconds" -artifact_prefix="$findings/" "$corpus" "${seeds[@]}" \
-    >"$log" 2>&1 </dev/null || run=$?
+    >"$log" 2>&1 </dev/null; } 2>&1) || run=$?
   coverage=$(sed -n 's/.* cov: \([0-9]*\) ft: .*/\1/p' "$log" | tail -n 1)
-  echo "fuzz.sh: $target: $(figure number_of_executed_units) executions, $(figure average_exec_per_sec)" \
-    "a second; coverage ${coverage:-none}, corpus $(find "$corpus" -type f | wc -l)," \
-    "findings $(($(find "$findings" -type f | wc -l) - before))"
+  minutes=$(awk '{print int(($1 + $2) / 6) / 10}' <<<"$processor")
+  echo "fuzz.sh: $target: $(figure number_of_executed_units) executions in $minutes minutes of processor" \
+    "time, $(figure average_exec_per_sec) a second; coverage ${coverage:-none}," \
+    "corpus $(find "$corpus" -type f | wc -l), findings $(($(find "$findings" -type f | wc -l) - before))"
   [ $run -ne 72 ] || wrong "interrupted" # libFuzzer's exit code for it
   if [ $run -ne 0 ]; then
     status=1
