@@ -83,8 +83,10 @@ void Connection::refuse(Reply reply) {
 
 void Connection::giveWay() {
     // Not tested: its request has come between the choice, on another thread, and this.
-    if (_state != State::Idle && _state != State::Reading)
+    if (_state != State::Idle && _state != State::Reading) {
+        _givingWay = false;
         return;
+    }
     _owner.log("gave way",
                _peer + ": closed, as too many are connected and this one waited longest");
     if (_state == State::Idle)
@@ -94,8 +96,8 @@ void Connection::giveWay() {
 }
 
 void Connection::waitFor(Waiting what) {
+    _waitingSince = Clock::now().time_since_epoch().count(); // before others see that it waits
     _waiting = what;
-    _waitingSince = Clock::now().time_since_epoch().count();
 }
 
 void Connection::stop() {

@@ -64,8 +64,12 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void respond(Reply reply);
     /// Closes, unless a request is being handled or answered; that is finished first.
     void stop();
-    /// Closes if it waits for a request, or for the rest of one, whose client is told then.
+    /// Closes if it waits for a request, or for the rest of one, whose client is told then. If it
+    /// does not any more, it is no longer meant to.
     void giveWay();
+    /// Whether giveWay() is to be called, or has been and it is about to close. On any thread.
+    bool isGivingWay() const { return _givingWay; }
+    void setGivingWay(bool givingWay) { _givingWay = givingWay; }
     /// Closes at once. A body source is destroyed.
     void close() noexcept;
     /// Does `step` on behalf of this connection. What it throws closes it.
@@ -140,6 +144,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     std::string _peer; // for the log
     std::atomic<Waiting> _waiting{Waiting::ForNothing};
     std::atomic<Clock::rep> _waitingSince{0};
+    std::atomic<bool> _givingWay{false};
     boost::beast::flat_buffer _in;
     std::optional<Parser> _parser;
     std::uint64_t _taken = 0; // bytes of the request, whatever they are

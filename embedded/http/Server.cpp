@@ -35,7 +35,7 @@ using Error = boost::system::error_code;
 
 namespace {
 
-constexpr std::chrono::milliseconds acceptPause{100};
+constexpr std::chrono::milliseconds acceptPause{10};
 
 std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
                                 const Error& error) {
@@ -268,8 +268,11 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 connection = std::make_shared<Connection>(std::move(socket), *this);
                 const threads::Lock lock(_server._connectionsMutex);
                 _connections.insert(connection);
+                connection->setGivingWay(full);
+                _server._turnedAway -= full ? 1 : 0;
             } catch (const std::exception& error) {
                 _server.cannotAccept(error.what());
+                _server._turnedAway -= full ? 1 : 0;
                 _server.closed();
                 return;
             }
@@ -301,8 +304,9 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             {
                 const threads::Lock lock(_server._connectionsMutex);
                 _connections.erase(connection.shared_from_this());
+                --_server._open; // with it, as makeRoom() counts both
             }
-            _server.closed();
+            _server.endIfIdle();
         }
 
       private:
@@ -476,15 +480,21 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             }));
     }
 
-    // Out of file descriptors, most likely: asking again at once would only burn time.
+    // Out of file descriptors, most likely.
     void acceptFailed(const Error& error) noexcept {
+        cannotAccept(error.message().c_str());
+        acceptLater();
+    }
+
+    // Asking again at once would only burn time. Who connects meanwhile waits in the kernel.
+    void acceptLater() noexcept {
         try {
-            log("cannot accept", "cannot accept a connection: " + error.message());
             _pause->expires_after(acceptPause);
             _pause->async_wait([this](const Error& cancelled) {
-                // Not tested: it stops while it lacks descriptors.
-                if (!cancelled && !_stopping)
-                    accept();
+                // Not tested: it stops while it lacks descriptors, or accepts again for another
+                // reason.
+                if (!cancelled && !_stopping && !_accepting)
+                    acceptNext();
             });
         } catch (...) {
             accept();
@@ -492,49 +502,76 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
     void admit(IoThread& thread, Connection::Socket socket) noexcept {
-        if (_open < _options.connectionLimit + _options.refusalLimit) {
-            const bool over = _open++ >= _options.connectionLimit;
-            try {
-                Error ignored;
-                socket.set_option(tcp::no_delay(true), ignored);
-                const bool full = over && !makeRoom();
-                asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
-                    thread.admit(std::move(socket), full);
-                });
-            } catch (const std::exception& failure) {
-                cannotAccept(failure.what());
-                closed();
-            }
+        const bool over = _open++ >= _options.connectionLimit;
+        bool full = false;
+        try {
+            Error ignored;
+            socket.set_option(tcp::no_delay(true), ignored);
+            full = over && !makeRoom();
+            _turnedAway += full ? 1 : 0;
+            asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
+                thread.admit(std::move(socket), full);
+            });
+        } catch (const std::exception& failure) {
+            cannotAccept(failure.what());
+            _turnedAway -= full ? 1 : 0;
+            closed();
         }
-        accept();
+        acceptNext();
     }
 
-    // Has one of the connections that only wait give way: one that waits for a request rather than
-    // for the rest of one, then of the address that has most connections, then the one that has
-    // waited longest. False: none waits.
+    // At once, or when there are fewer to be turned away.
+    void acceptNext() noexcept {
+        if (_open < _options.connectionLimit + _options.refusalLimit)
+            accept();
+        else
+            acceptLater();
+    }
+
+    // Has as many of the connections that only wait give way as there are too many, beside those
+    // that do so already: one that waits for a request rather than for the rest of one, then of the
+    // address that has most connections, then the one that has waited longest. False: there is one
+    // too many, and none waits.
     bool makeRoom() {
         const threads::Lock lock(_connectionsMutex);
+        std::size_t staying = _open - _turnedAway;
         std::map<std::string, std::size_t> held;
         for (const auto& thread : _threads)
             for (const auto& connection : thread->_connections)
-                ++held[connection->peerAddress()];
+                if (connection->isGivingWay())
+                    --staying;
+                else
+                    ++held[connection->peerAddress()];
         const auto now = Connection::Clock::now();
         const auto rank = [&](const Connection& connection) {
             return std::tuple(connection.waiting(), held[connection.peerAddress()],
                               now - connection.waitingSince());
         };
-        IoThread* where = nullptr;
-        std::shared_ptr<Connection> first;
-        for (const auto& thread : _threads)
-            for (const auto& connection : thread->_connections)
-                if (connection->waiting() != Connection::Waiting::ForNothing &&
-                    (!first || rank(*connection) > rank(*first))) {
-                    first = connection;
-                    where = thread.get();
-                }
-        if (first)
-            asio::post(where->io(), [first] { first->attempt([&] { first->giveWay(); }); });
-        return first != nullptr;
+        bool room = staying <= _options.connectionLimit;
+        for (; staying > _options.connectionLimit; --staying) {
+            IoThread* where = nullptr;
+            std::shared_ptr<Connection> first;
+            for (const auto& thread : _threads)
+                for (const auto& connection : thread->_connections)
+                    if (!connection->isGivingWay() &&
+                        connection->waiting() != Connection::Waiting::ForNothing &&
+                        (!first || rank(*connection) > rank(*first))) {
+                        first = connection;
+                        where = thread.get();
+                    }
+            if (!first)
+                break;
+            first->setGivingWay(true);
+            try {
+                asio::post(where->io(), [first] { first->attempt([&] { first->giveWay(); }); });
+            } catch (...) {
+                first->setGivingWay(false);
+                throw;
+            }
+            --held[first->peerAddress()];
+            room = true;
+        }
+        return room;
     }
 
     bool hold(std::int64_t bytes) noexcept {
@@ -577,7 +614,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     // Shared. A connection counts from before its thread hears of it, so that no thread ends before
     // it has all of its own.
     std::atomic<std::size_t> _open{0};
-    std::atomic<std::int64_t> _held{0}; // bytes that connections keep
+    std::atomic<std::size_t> _turnedAway{0}; // of these, those whose thread has not heard of them
+    std::atomic<std::int64_t> _held{0};      // bytes that connections keep
     threads::Mutex _connectionsMutex;
     std::atomic<unsigned> _handling{0}; // requests at the workers
     std::atomic<bool> _stopping{false};

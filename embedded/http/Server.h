@@ -25,7 +25,8 @@ struct Options {
     /// Beyond it the one that has waited longest for a request is closed, first of the address that
     /// has most; if none waits, the reply is 503.
     unsigned connectionLimit = limits::connections;
-    /// Connections beyond the limit that are told so at the same time; any more are just closed.
+    /// Connections beyond the limit that give way or are told so at the same time; any more wait to
+    /// be accepted.
     unsigned refusalLimit = limits::refusals;
     /// That is read on after a refusal, so that the client sees the reply.
     std::chrono::seconds refusalTime = limits::refusalTime;

@@ -107,6 +107,11 @@ bool RawClient::closed() {
     return rest().empty();
 }
 
+bool RawClient::hearsNothing() const {
+    pollfd waiting{_socket, POLLIN, 0};
+    return ::poll(&waiting, 1, 100) == 0;
+}
+
 bool RawClient::more() {
     pollfd waiting{_socket, POLLIN, 0};
     if (::poll(&waiting, 1, patience) <= 0) {

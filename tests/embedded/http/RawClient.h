@@ -35,6 +35,8 @@ class RawClient {
     std::string read(std::size_t size);
     /// Whether the other side closes without sending anything more.
     bool closed();
+    /// Whether it neither sends nor closes for a tenth of a second.
+    bool hearsNothing() const;
 
   private:
     /// Adds to _buffered; false at the end or after the time.
