@@ -7,11 +7,24 @@ import os
 import pathlib
 import struct
 import tempfile
+import time
 import unittest
 
 # As failing.cpp has them, 64 bits each.
 SWITCHES = ("allocations", "nth", "every", "failed", "few", "interrupt", "interrupted",
             "accept", "send", "receive", "write", "refused", "clock")
+
+
+def rest(pid):
+    """Waits until all threads of a process sleep, and go on doing so: it has come up."""
+    def switches():
+        statuses = [path.read_text() for path in pathlib.Path(f"/proc/{pid}/task").glob("*/status")]
+        return all("\nState:\tS" in one for one in statuses) and [
+            line for one in statuses for line in one.splitlines() if "ctxt_switches" in line]
+    before = None
+    while not before or before != switches():
+        before = switches()
+        time.sleep(0.05)
 
 
 class Switches:

@@ -17,7 +17,7 @@ import unittest
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
 
-from faults import Counting, Switches
+from faults import Counting, Switches, rest
 from request import ask, call, name, of_class
 from served import Served
 
@@ -162,6 +162,7 @@ class Memory(Counting):
             step = 1 if ALL else max(1, count // FRESH)
             for number in range(1, count + 1, step):
                 with self.subTest(f"{what}, allocation {number}"), self.served() as served:
+                    rest(served.pid)  # what fails is the request's memory, not the start's
                     client = Client(served.port, patience=3)
                     self.switches.nth = number
                     answer = client.answer(what)
