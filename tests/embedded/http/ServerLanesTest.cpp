@@ -154,37 +154,47 @@ TEST(ServerLanes, OneThatHangsLeavesTheOtherWorkAlone) {
     EXPECT_EQ(held.most(), 2U);
 }
 
-TEST(ServerLanes, WhatWaitsTooLongIsAnsweredAllTheSame) {
+// The only place of a lane is taken, and nobody waits for it.
+class ServerLanesLate : public testing::Test {
+  protected:
+    // What a second client of the lane is told; `client` is it.
+    std::string told(RawClient& client) {
+        _first.send(get("/lane"));
+        held.awaitInside(1);
+        client.send(get("/lane"));
+        return client.reply();
+    }
+    void letGo() {
+        held.letGo();
+        EXPECT_NE(_first.reply().find("done"), std::string::npos);
+    }
+
     Held held;
-    Options options = oneLane(1);
-    options.laneWait = std::chrono::seconds(0);
-    RunningServer running(options, held.handler());
-    RawClient first(running.port());
-    first.send(get("/lane"));
-    held.awaitInside(1);
-    RawClient second(running.port());
-    second.send(get("/lane"));
-    EXPECT_NE(second.reply().find("late"), std::string::npos);
-    held.letGo();
-    EXPECT_NE(first.reply().find("done"), std::string::npos);
-    second.send(get("/lane"));
-    EXPECT_NE(second.reply().find("done"), std::string::npos) << "the connection lives on";
+    RunningServer running{options(), held.handler()};
+
+  private:
+    static Options options() {
+        Options result = oneLane(1);
+        result.laneWait = std::chrono::seconds(0);
+        return result;
+    }
+
+    RawClient _first{running.port()};
+};
+
+TEST_F(ServerLanesLate, WorkIsAnsweredAllTheSame) {
+    RawClient client(running.port());
+    EXPECT_NE(told(client).find("late"), std::string::npos);
+    letGo();
+    client.send(get("/lane"));
+    EXPECT_NE(client.reply().find("done"), std::string::npos) << "the connection lives on";
 }
 
-TEST(ServerLanes, WhatWaitsTooLongWithoutAnAnswerToThatIsTurnedAway) {
-    Held held;
+TEST_F(ServerLanesLate, WorkWithoutAnAnswerToThatIsTurnedAway) {
     held.haveNoAnswer();
-    Options options = oneLane(1);
-    options.laneWait = std::chrono::seconds(0);
-    RunningServer running(options, held.handler());
-    RawClient first(running.port());
-    first.send(get("/lane"));
-    held.awaitInside(1);
-    RawClient second(running.port());
-    second.send(get("/lane"));
-    EXPECT_NE(second.reply().find("503 Service Unavailable"), std::string::npos);
-    held.letGo();
-    EXPECT_NE(first.reply().find("done"), std::string::npos);
+    RawClient client(running.port());
+    EXPECT_NE(told(client).find("503 Service Unavailable"), std::string::npos);
+    letGo();
 }
 
 TEST(ServerLanes, WorkMayLeadToWorkInAnotherLane) {
