@@ -3,6 +3,22 @@
 import pathlib
 
 
+def registered(module, provider, classes, namespace, location="manners", status=2):
+    """MOF that registers a module in the library `location`, of one provider of `classes`."""
+    return f"""
+instance of PG_ProviderModule {{
+    Name = "{module}"; Vendor = "v"; Version = "1"; InterfaceType = "C++Default";
+    InterfaceVersion = "2.6.0"; Location = "{location}"; OperationalStatus = {{{status}}};
+}};
+instance of PG_Provider {{ ProviderModuleName = "{module}"; Name = "{provider}"; }};
+""" + "".join(f"""
+instance of PG_ProviderCapabilities {{
+    ProviderModuleName = "{module}"; ProviderName = "{provider}"; CapabilityID = "{each}";
+    ProviderType = {{2}}; ClassName = "{each}"; Namespaces = {{"{namespace}"}};
+}};
+""" for each in classes)
+
+
 def options(modules, namespace, folder, build):
     """With which cimhost has `modules`, {class: (provider, location of the library, status)}: each
     class is declared in `namespace` and published by a module of its own, CLASSModule. The MOF is
@@ -12,16 +28,8 @@ def options(modules, namespace, folder, build):
     schema.write_text(
         "Qualifier Key : boolean = false, Scope(property), Flavor(DisableOverride);\n" +
         "".join(f"class {name} {{ [Key] string Id; }};\n" for name in modules))
-    registration.write_text("".join(f"""
-instance of PG_ProviderModule {{
-    Name = "{name}Module"; Vendor = "v"; Version = "1"; InterfaceType = "C++Default";
-    InterfaceVersion = "2.6.0"; Location = "{location}"; OperationalStatus = {{{status}}};
-}};
-instance of PG_Provider {{ ProviderModuleName = "{name}Module"; Name = "{provider}"; }};
-instance of PG_ProviderCapabilities {{
-    ProviderModuleName = "{name}Module"; ProviderName = "{provider}"; CapabilityID = "1";
-    ProviderType = {{2}}; ClassName = "{name}"; Namespaces = {{"{namespace}"}};
-}};
-""" for name, (provider, location, status) in modules.items()))
+    registration.write_text("".join(
+        registered(f"{name}Module", provider, [name], namespace, location, status)
+        for name, (provider, location, status) in modules.items()))
     return [f"--mof={namespace}={schema}", f"--mof=root/PG_InterOp={registration}",
             f"--provider-dir={library}"]

@@ -24,6 +24,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
 
 from faults import Counting
+from modules import registered
 from request import ask, call, name, of_class
 from served import Served
 
@@ -119,21 +120,6 @@ class PG_ProviderCapabilities {
 """
 
 
-def registration(module, provider, classes, location="manners"):
-    return f"""
-instance of PG_ProviderModule {{
-    Name = "{module}"; Vendor = "v"; Version = "1"; InterfaceType = "C++Default";
-    InterfaceVersion = "2.6.0"; Location = "{location}"; OperationalStatus = {{2}};
-}};
-instance of PG_Provider {{ ProviderModuleName = "{module}"; Name = "{provider}"; }};
-""" + "".join(f"""
-instance of PG_ProviderCapabilities {{
-    ProviderModuleName = "{module}"; ProviderName = "{provider}"; CapabilityID = "{each}";
-    ProviderType = {{2}}; ClassName = "{each}"; Namespaces = {{"{NAMESPACE}"}};
-}};
-""" for each in classes)
-
-
 def told(answer):
     """How many objects, or the error, or the status, or that it cannot be read."""
     status, text = answer
@@ -159,12 +145,12 @@ class Modules(Counting):
         schema = self.folder / "schema.mof"
         schema.write_text(SCHEMA + "".join(
             f"class {each} {{ [Key] string Id; }};\n" for each in (*classes, "TST_Other")))
-        registered = self.folder / "registration.mof"
-        registered.write_text("".join(
-            (*registrations, registration("other", "Quiet", ["TST_Other", "TST_AsksBack"]))))
+        registration = self.folder / "registration.mof"
+        registration.write_text("".join((*registrations, registered(
+            "other", "Quiet", ["TST_Other", "TST_AsksBack"], NAMESPACE))))
         return Served(BUILD, [
             f"--mof={NAMESPACE}={schema}", f"--mof=root/PG_InterOp={schema}",
-            f"--mof=root/PG_InterOp={registered}", "--grace=5", "--patience=5",
+            f"--mof=root/PG_InterOp={registration}", "--grace=5", "--patience=5",
             *(f"--provider-dir={place}" for place in (MODULES, MORE, self.folder))],
             content=False, keep=False)
 
@@ -186,7 +172,7 @@ class Modules(Counting):
 
     def by_class(self):
         classes = ["TST_Thing", *(f"TST_{manner}" for manner in IN_A_REQUEST)]
-        return self.served([*classes, "TST_AsksBack"], registration("bad", "Quiet", classes))
+        return self.served([*classes, "TST_AsksBack"], registered("bad", "Quiet", classes, NAMESPACE))
 
     def test_that_are_bad_in_a_request(self):
         with self.by_class() as served, self.client(served) as connection:
@@ -241,7 +227,7 @@ class Modules(Counting):
         for provider, location, text in cases:
             with self.subTest(provider=provider, location=location):
                 served = self.served(
-                    ["TST_Thing"], registration("bad", provider, ["TST_Thing"], location))
+                    ["TST_Thing"], registered("bad", provider, ["TST_Thing"], NAMESPACE, location))
                 with served, self.client(served) as connection:
                     good = self.answers(connection, alive=False)
                     for _ in range(2):  # it is tried anew
