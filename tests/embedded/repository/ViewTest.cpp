@@ -389,6 +389,20 @@ TEST_F(ReferrerGroupTest, TellTheRolesApartInWhichOneClassNamesAnother) {
     EXPECT_EQ(wanted(view, hub, {}), (Strings{out, in, self}));
 }
 
+TEST_F(ReferrerGroupTest, TellTheNamespacesApartToWhichALinkLeads) {
+    const std::string here = text(add(hub, thing(1)).toString());
+    const std::string far = text(add(hub, "root/far:" + thing(2)).toString());
+    const std::string same = text(add(hub, "root/test:" + thing(3)).toString());
+    int asked = 0;
+    const GroupFilter leadsFar = [&](const References& ends, std::size_t) {
+        ++asked;
+        return ends[1].second.getNameSpace() == Pegasus::CIMNamespaceName("root/far");
+    };
+    EXPECT_EQ(wanted(repository.view(), hub, leadsFar), Strings{far});
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(wanted(repository.view(), hub, {}), (Strings{here, far, same}));
+}
+
 TEST_F(ReferrerGroupTest, LoseALinkThatIsModifiedIntoAnotherOneOrDeleted) {
     const CIMObjectPath first = add(hub, thing(1));
     const CIMObjectPath second = add(hub, thing(2));
