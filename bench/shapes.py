@@ -414,6 +414,8 @@ SHAPES = (
         "AssociatorNames", ("ResultClass", of_class("BENCH_Wide"))), 4, True),
     Shape("associators of one with 10,000, another role", linked(
         "AssociatorNames", ("Role", "<VALUE>Nobody</VALUE>")), 4),
+    Shape("associators of one with 10,000, the other role", linked(
+        "AssociatorNames", ("Role", "<VALUE>Dependent</VALUE>")), 4),
     Shape("associators of one with 10,000, another far role", linked(
         "AssociatorNames", ("ResultRole", "<VALUE>Nobody</VALUE>")), 4),
     Shape("associator objects of one with 10,000", linked("Associators"), 4),

@@ -13,6 +13,7 @@ using Pegasus::CIMName;
 using Pegasus::CIMNamespaceName;
 using Pegasus::CIMObjectPath;
 using Pegasus::String;
+using repository::References;
 using repository::StoredInstance;
 
 namespace {
@@ -61,21 +62,31 @@ bool hasNearEnd(const Ends& ends, const String& role, IsNear isNear) {
     });
 }
 
-/// Adds to `targets` what one association links to its near end. The ends are told apart by
-/// position: an association may link an object to itself.
+/// Calls `visit` with each target that an association links to its end at `near`. The ends are told
+/// apart by position: an association may link an object to itself.
+template <class Ends, class IsResult, class Visit>
+void forEachFarTarget(const Ends& ends, std::size_t near, const TraversalFilters& filters,
+                      IsResult isResult, Visit visit) {
+    if (!hasRole(ends[near].first, filters.role)) {
+        return;
+    }
+    for (std::size_t far = 0; far < ends.size(); ++far) {
+        if (far != near && hasRole(ends[far].first, filters.resultRole) &&
+            isResult(ends[far].second)) {
+            visit(ends[far].second);
+        }
+    }
+}
+
+/// Adds to `targets` what one association links to its near end.
 template <class Target, class IsNear, class IsResult>
 void addFarTargets(const std::vector<std::pair<CIMName, Target>>& ends,
                    const TraversalFilters& filters, IsNear isNear, IsResult isResult,
                    EachOnce<Target>& targets) {
     for (std::size_t near = 0; near < ends.size(); ++near) {
-        if (!hasRole(ends[near].first, filters.role) || !isNear(ends[near].second)) {
-            continue;
-        }
-        for (std::size_t far = 0; far < ends.size(); ++far) {
-            if (far != near && hasRole(ends[far].first, filters.resultRole) &&
-                isResult(ends[far].second)) {
-                targets.add(ends[far].second);
-            }
+        if (isNear(ends[near].second)) {
+            forEachFarTarget(ends, near, filters, isResult,
+                             [&](const Target& target) { targets.add(target); });
         }
     }
 }
@@ -90,39 +101,42 @@ RepositoryAssociations::RepositoryAssociations(repository::View view,
       _filters(std::move(filters)) {
 }
 
-/// Calls `visit` with each association instance that refers to the source instance and is of a
-/// class with the roles of the filters.
-template <class Visit>
-void RepositoryAssociations::forEachReferrer(const Names& classes, Visit visit) const {
+/// The associations that refer to the source instance, are of a class with the roles of the filters
+/// and of a group that is wanted.
+std::vector<StoredInstance>
+RepositoryAssociations::referrers(const Names& classes,
+                                  const repository::GroupFilter& isWanted) const {
+    std::vector<StoredInstance> found;
     for (const CIMName& className : classes) {
         const auto ends = _view.references(_nameSpace, className);
         if (hasEndOf(ends, _filters.role) && hasEndOf(ends, _filters.resultRole)) {
-            for (const StoredInstance& each : _view.referrers(_nameSpace, className, _source)) {
-                visit(each);
+            for (StoredInstance& each : _view.referrers(_nameSpace, className, _source, isWanted)) {
+                found.push_back(std::move(each));
             }
         }
     }
-}
-
-std::vector<StoredInstance> RepositoryAssociations::instances(const Names& classes) const {
-    std::vector<StoredInstance> found;
-    forEachReferrer(classes, [&](const StoredInstance& each) {
-        if (hasNearEnd(each.references(), _filters.role,
-                       [&](const CIMObjectPath& target) { return isSource(target); })) {
-            found.push_back(each);
-        }
-    });
     return found;
 }
 
+std::vector<StoredInstance> RepositoryAssociations::instances(const Names& classes) const {
+    return referrers(classes, [&](const References& ends, std::size_t near) {
+        return hasRole(ends[near].first, _filters.role);
+    });
+}
+
 std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& classes) const {
+    const auto isFar = [&](const CIMObjectPath& target) { return isResult(target); };
+    const auto leadsToResult = [&](const References& ends, std::size_t near) {
+        bool found = false;
+        forEachFarTarget(ends, near, _filters, isFar, [&](const CIMObjectPath&) { found = true; });
+        return found;
+    };
     EachOnce<CIMObjectPath> targets;
-    forEachReferrer(classes, [&](const StoredInstance& each) {
+    for (const StoredInstance& each : referrers(classes, leadsToResult)) {
         addFarTargets(
             each.references(), _filters,
-            [&](const CIMObjectPath& target) { return isSource(target); },
-            [&](const CIMObjectPath& target) { return isResult(target); }, targets);
-    });
+            [&](const CIMObjectPath& target) { return isSource(target); }, isFar, targets);
+    }
     return targets.take();
 }
 

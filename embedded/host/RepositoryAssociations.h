@@ -39,8 +39,8 @@ class RepositoryAssociations {
     Names farClasses(const Names& classes) const;
 
   private:
-    template <class Visit>
-    void forEachReferrer(const Names& classes, Visit visit) const;
+    std::vector<repository::StoredInstance>
+    referrers(const Names& classes, const repository::GroupFilter& isWanted) const;
     bool isSource(const Pegasus::CIMObjectPath& reference) const;
     bool takesSource(const Pegasus::CIMName& referenceClass) const;
     bool isResult(const Pegasus::CIMObjectPath& reference) const;

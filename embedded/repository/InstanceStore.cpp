@@ -2,11 +2,18 @@
 
 #include "text/KeyedHash.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace embedded::repository {
 
 using Pegasus::CIMObjectPath;
+using Pegasus::Uint32;
 
 namespace {
+
+/// More than any instance's number.
+constexpr std::uint64_t pastAll = std::numeric_limits<std::uint64_t>::max();
 
 std::uint64_t hashOf(const PathKey& key) {
     return text::keyedHash(key.text());
@@ -39,28 +46,68 @@ bool InstanceStore::isHere(const CIMObjectPath& reference) const {
     return reference.getNameSpace().isNull() || reference.getNameSpace().equal(_home);
 }
 
-std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source) const {
-    std::vector<Ref<Stored>> found;
-    forEachLink(_byTarget, withoutPlace(source).makeHashCode(), [&](std::uint64_t number) {
-        const Ref<Stored>& each = _instances.find(number)->instance;
-        for (const auto& [role, target] : each->references()) {
-            if (isHere(target) && equalWithoutPlace(target, source)) {
-                found.push_back(each);
-                break;
-            }
+std::vector<InstanceStore::Referrer> InstanceStore::referrersOf(const Numbered& association) const {
+    const References references = association.instance->references();
+    text::KeyedHash ends;
+    for (const auto& [role, target] : references) {
+        ends.add(foldedHash(role.getString()));
+        ends.add(isHere(target) ? 0 : foldedHash(target.getNameSpace().getString()));
+        ends.add(foldedHash(target.getClassName().getString()));
+    }
+    std::vector<Referrer> found;
+    for (Uint32 near = 0; near < references.size(); ++near) {
+        const CIMObjectPath& target = references[near].second;
+        if (isHere(target)) {
+            found.push_back(
+                {withoutPlace(target).makeHashCode(), near, ends.value(), association.number});
         }
-        return true;
-    });
+    }
     return found;
 }
 
-/// Calls `change` with the hash of each object in this namespace that `instance` refers to.
-template <class Change>
-void InstanceStore::changeTargets(const Stored& instance, Change change) {
-    for (const auto& [role, target] : instance.references()) {
-        if (isHere(target)) {
-            change(withoutPlace(target).makeHashCode());
+std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source,
+                                                  const GroupFilter& isWanted) const {
+    std::vector<Referrer> wanted;
+    Referrer from{withoutPlace(source).makeHashCode(), 0, 0, 0};
+    for (const Referrer* first = _referrers.firstFrom(from.key());
+         first && first->target == from.target; first = _referrers.firstFrom(from.key())) {
+        const Stored& example = *_instances.find(first->number)->instance;
+        if (!isWanted || isWanted(example.references(), first->near)) {
+            _referrers.forEachFrom(first->key(), [&](const Referrer& each) {
+                if (each.isLike(*first)) {
+                    wanted.push_back(each);
+                }
+                return each.isLike(*first);
+            });
         }
+        from = *first;
+        from.number = pastAll;
+    }
+    std::sort(wanted.begin(), wanted.end(),
+              [](const Referrer& x, const Referrer& y) { return x.number < y.number; });
+
+    std::vector<Ref<Stored>> found;
+    for (const Referrer& each : wanted) {
+        const Ref<Stored>& instance = _instances.find(each.number)->instance;
+        const bool isThere = !found.empty() && found.back().get() == instance.get();
+        if (!isThere && equalWithoutPlace(instance->references()[each.near].second, source)) {
+            found.push_back(instance);
+        }
+    }
+    return found;
+}
+
+/// In place of the one with the same number, if there is one.
+void InstanceStore::put(const Numbered& instance) {
+    for (const Referrer& each : referrersOf(instance)) {
+        _referrers.put(each);
+    }
+    _instances.put(instance);
+}
+
+void InstanceStore::forgetReferrers(const Numbered& association) {
+    for (const Referrer& each : referrersOf(association)) {
+        _referrers.erase(each.key());
     }
 }
 
@@ -70,20 +117,15 @@ bool InstanceStore::add(const Ref<Stored>& instance) {
         return false;
     }
     _byPath.put({hashOf(key), _next});
-    changeTargets(*instance, [&](std::uint64_t target) { _byTarget.put({target, _next}); });
-    _instances.put({_next, instance});
+    put({_next, instance});
     ++_next;
     return true;
 }
 
 void InstanceStore::replace(const Ref<Stored>& instance) {
-    const Numbered* known = locate(PathKey(instance->path, _home), false);
-    const std::uint64_t number = known->number;
-    changeTargets(*known->instance, [&](std::uint64_t target) {
-        _byTarget.erase({target, number});
-    });
-    changeTargets(*instance, [&](std::uint64_t target) { _byTarget.put({target, number}); });
-    _instances.put({number, instance});
+    const Numbered known = *locate(PathKey(instance->path, _home), false);
+    forgetReferrers(known);
+    put({known.number, instance});
 }
 
 bool InstanceStore::remove(const CIMObjectPath& path) {
@@ -92,11 +134,9 @@ bool InstanceStore::remove(const CIMObjectPath& path) {
         return false;
     }
     const Numbered gone = *found;
-    changeTargets(*gone.instance, [&](std::uint64_t target) {
-        _byTarget.erase({target, gone.number});
-    });
-    _byPath.erase({hashOf(PathKey(gone.instance->path, _home)), gone.number});
+    forgetReferrers(gone);
     _instances.erase(gone.number);
+    _byPath.erase({hashOf(PathKey(gone.instance->path, _home)), gone.number});
     return true;
 }
 

@@ -8,10 +8,18 @@
 #include <Pegasus/Common/CIMName.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 namespace embedded::repository {
+
+/// Tells which associations of an object are wanted. Asked once for each group of them: those of a
+/// group have references of the same roles to objects of the same classes and namespaces, and name
+/// the object in the same role. `references` are those of one in the group, and of them the one at
+/// `near` names the object. An empty function wants all.
+using GroupFilter = std::function<bool(const References& references, std::size_t near)>;
 
 /// Copies share the instances; a change copies a number of them that is bounded.
 class InstanceStore : public Counted {
@@ -35,8 +43,9 @@ class InstanceStore : public Counted {
     const Ref<Stored>* find(const Pegasus::CIMObjectPath& path) const;
     /// Those with a reference that names `source`, in their order. A reference without a namespace
     /// means the one in which the association lives; the host in a reference is this one whatever
-    /// it calls itself.
-    std::vector<Ref<Stored>> referrers(const Pegasus::CIMObjectPath& source) const;
+    /// it calls itself. What is not wanted takes time for its groups only.
+    std::vector<Ref<Stored>> referrers(const Pegasus::CIMObjectPath& source,
+                                       const GroupFilter& isWanted) const;
 
     /// False, with nothing added, if there is one with the path of `instance`.
     bool add(const Ref<Stored>& instance);
@@ -46,17 +55,35 @@ class InstanceStore : public Counted {
     bool remove(const Pegasus::CIMObjectPath& path);
 
   private:
+    /// A reference to an object in this namespace. Those of one group stand together, in the order
+    /// of their instances. That two groups share a hash of 64 bits with a key of the process is not
+    /// to be expected.
+    struct Referrer {
+        Pegasus::Uint32 target; ///< the hash of what it names
+        Pegasus::Uint32 near;   ///< its place among the references of its instance
+        std::uint64_t ends;     ///< the hash of their roles, namespaces and classes
+        std::uint64_t number;   ///< of the instance
+
+        std::tuple<Pegasus::Uint32, Pegasus::Uint32, std::uint64_t, std::uint64_t> key() const {
+            return {target, near, ends, number};
+        }
+        bool isLike(const Referrer& x) const {
+            return target == x.target && near == x.near && ends == x.ends;
+        }
+    };
+
     /// With `loosely` an exact match goes before a loose one. Null if there is none.
     const Numbered* locate(const PathKey& asked, bool loosely) const;
     bool isHere(const Pegasus::CIMObjectPath& reference) const;
-    template <class Change>
-    void changeTargets(const Stored& instance, Change change);
+    std::vector<Referrer> referrersOf(const Numbered& association) const;
+    void put(const Numbered& instance);
+    void forgetReferrers(const Numbered& association);
 
     Pegasus::CIMNamespaceName _home;
     std::shared_ptr<ClassForm> _form;
     SharedTree<Numbered> _instances;
-    SharedTree<Link> _byPath;   ///< from the hash of the key
-    SharedTree<Link> _byTarget; ///< from the hash of what a reference names
+    SharedTree<Link> _byPath; ///< from the hash of the key
+    SharedTree<Referrer> _referrers;
     std::uint64_t _next = 0;
 };
 

@@ -104,6 +104,16 @@ class SharedTree {
         }
     }
 
+    /// The first entry from `from` on. Null if there is none.
+    const Entry* firstFrom(const Key& from) const {
+        const Entry* first = nullptr;
+        forEachFrom(from, [&](const Entry& entry) {
+            first = &entry;
+            return false;
+        });
+        return first;
+    }
+
     template <class Visit>
     void forEach(Visit visit) const {
         const auto visitAll = [&](const Entry& entry) {

@@ -32,8 +32,8 @@ CIMInstance Stored::instance(bool withQualifiers) const {
     return copy;
 }
 
-std::vector<std::pair<Pegasus::CIMName, CIMObjectPath>> Stored::references() const {
-    std::vector<std::pair<Pegasus::CIMName, CIMObjectPath>> found;
+References Stored::references() const {
+    References found;
     for (const Uint32 place : shape->references) {
         const CIMValue& value = valueAt(place);
         if (!value.isNull()) {

@@ -16,6 +16,9 @@
 
 namespace embedded::repository {
 
+/// Role and target of each reference of an association.
+using References = std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPath>>;
+
 /// What instances of one class have in common that give the same properties in the same order and
 /// are written with the same qualifiers.
 struct Shape : Counted {
@@ -52,8 +55,8 @@ struct Stored : Counted {
     std::optional<Pegasus::CIMValue> value(const Pegasus::CIMName& property) const;
     /// The caller's own copy.
     Pegasus::CIMInstance instance(bool withQualifiers) const;
-    /// Role and target of each reference that has a value.
-    std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPath>> references() const;
+    /// Those that have a value.
+    References references() const;
 };
 
 } // namespace embedded::repository

@@ -137,10 +137,11 @@ InstanceList View::instances(const CIMNamespaceName& nameSpace, const CIMName& c
 
 std::vector<StoredInstance> View::referrers(const CIMNamespaceName& nameSpace,
                                             const CIMName& associationClass,
-                                            const CIMObjectPath& source) const {
+                                            const CIMObjectPath& source,
+                                            const GroupFilter& isWanted) const {
     std::vector<StoredInstance> found;
     if (const InstanceStore* store = instancesIn(in(nameSpace), associationClass)) {
-        for (const Ref<Stored>& each : store->referrers(source)) {
+        for (const Ref<Stored>& each : store->referrers(source, isWanted)) {
             found.emplace_back(each);
         }
     }

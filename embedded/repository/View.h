@@ -38,10 +38,8 @@ class StoredInstance {
     std::optional<Pegasus::CIMValue> value(const Pegasus::CIMName& property) const {
         return _stored->value(property);
     }
-    /// Role and target of each reference that has a value.
-    std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPath>> references() const {
-        return _stored->references();
-    }
+    /// Those that have a value.
+    References references() const { return _stored->references(); }
 
   private:
     Ref<Stored> _stored;
@@ -124,10 +122,12 @@ class View {
                            const Pegasus::CIMName& className) const;
     /// Those of `associationClass` with a reference that names `source`, in their order. A
     /// reference without a namespace means `nameSpace`; hosts do not count, nor does the namespace
-    /// of `source`, which is in `nameSpace`.
+    /// of `source`, which is in `nameSpace`. What is not wanted takes time
+    /// for its groups only.
     std::vector<StoredInstance> referrers(const Pegasus::CIMNamespaceName& nameSpace,
                                           const Pegasus::CIMName& associationClass,
-                                          const Pegasus::CIMObjectPath& source) const;
+                                          const Pegasus::CIMObjectPath& source,
+                                          const GroupFilter& isWanted = {}) const;
 
     // Qualifier declarations. Unknown name: CIM_ERR_NOT_FOUND.
 

@@ -2,6 +2,8 @@
 """A server that runs out of memory: what it cannot serve it refuses, what it serves is right, and it
 goes on. Allocations fail one at a time, each in turn, and then one of so many.
 
+What is not asked for takes none: links of an object that a filter leaves out are not looked at.
+
 usage: memory_test.py BUILD LIBRARY [--all] [unittest arguments]
 
 LIBRARY is the one made of failing.cpp. With --all every single allocation fails, on a server that has
@@ -197,6 +199,61 @@ class Memory(Counting):
                     self.assertEqual(client.prepared(what), good[what])
             self.switches.every = 7  # and the stop is one in order
         self.assertGreater(self.switches.failed, 0)
+
+
+def links(name, count):
+    """MOF of a thing that is at the end From of so many links to others."""
+    return "".join(f'instance of TST_Link {{ From = "TST_Thing.Id=\\"{name}\\""; '
+                   f'To = "TST_Thing.Id=\\"{number}\\""; }};\n' for number in range(count))
+
+
+class Links(unittest.TestCase):
+    FEW, MANY = 10, 1000
+    NONE = {  # none of the links leads there
+        "a class": ("AssociatorNames", ("ResultClass", of_class("TST_Other"))),
+        "a class, as objects": ("Associators", ("ResultClass", of_class("TST_Other"))),
+        "a role": ("AssociatorNames", ("Role", "<VALUE>To</VALUE>")),
+        "a far role": ("AssociatorNames", ("ResultRole", "<VALUE>From</VALUE>")),
+        "references in a role": ("ReferenceNames", ("Role", "<VALUE>To</VALUE>")),
+    }
+
+    def setUp(self):
+        self.switches = self.enterContext(Switches(LIBRARY))
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        mof = pathlib.Path(folder) / "links.mof"
+        mof.write_text("Qualifier Key : boolean = false, Scope(property, reference);\n"
+                       "Qualifier Association : boolean = false, Scope(association);\n"
+                       "class TST_Thing { [Key] string Id; };\n"
+                       "class TST_Other : TST_Thing { };\n"
+                       "[Association] class TST_Link {"
+                       " [Key] TST_Thing REF From; [Key] TST_Thing REF To; };\n"
+                       + links("few", self.FEW) + links("many", self.MANY))
+        served = self.enterContext(Served(BUILD, (f"--mof={OWN}={mof}",),
+                                          environment=self.switches.environment, keep=False))
+        self.connection = http.client.HTTPConnection("127.0.0.1", served.port, timeout=PATIENCE)
+        self.addCleanup(self.connection.close)
+
+    def asked(self, thing, method, *filters):
+        """The answer, and the allocations that it took."""
+        before = self.switches.allocations
+        status, text = ask(self.connection, OWN, call(
+            method, ("ObjectName", name("TST_Thing", Id=thing)), *filters))
+        self.assertEqual(status, 200, text)
+        self.assertNotIn("<ERROR", text)
+        return text, self.switches.allocations - before
+
+    def test_that_a_filter_leaves_out_are_not_looked_at(self):
+        for _ in range(2):  # the first time fills what is kept
+            text, taken = self.asked("many", "AssociatorNames")
+            self.assertEqual(text.count("<OBJECTPATH>"), self.MANY)
+            self.assertGreater(taken, self.MANY)
+        for what, (method, one) in self.NONE.items():
+            with self.subTest(what):
+                taken = {}
+                for thing in ("few", "many", "few", "many"):
+                    text, taken[thing] = self.asked(thing, method, one)
+                    self.assertNotIn("INSTANCENAME", text)
+                self.assertLess(taken["many"], taken["few"] + self.MANY // 10)
 
 
 if __name__ == "__main__":

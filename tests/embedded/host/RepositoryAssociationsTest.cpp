@@ -120,6 +120,29 @@ TEST_F(RepositoryAssociationsTest, RoleNarrowsTheAssociations) {
     EXPECT_EQ(0U, instances(a, {CIMName(), "Middle", ""}));
 }
 
+TEST_F(RepositoryAssociationsTest, FarEndsOfAClassStandInTheOrderOfTheirLinks) {
+    Texts all, leaves;
+    std::string mof = "instance of TST_Base as $Hub { Id = \"hub\"; };\n";
+    for (int number = 0; number < 60; ++number) {
+        const char* const targets[] = {"TST_Leaf", "TST_Base", "TST_Middle", "TST_Leaf"};
+        const std::string id = std::to_string(number);
+        const std::string target = std::string(targets[number % 4]) + ".Id=\\\"" + id + "\\\"";
+        mof += number % 5 == 0
+                   ? "instance of TST_Link { Left = \"" + target + "\"; Right = $Hub; };\n"
+                   : "instance of TST_Link { Left = $Hub; Right = \"" + target + "\"; };\n";
+        all.push_back(targets[number % 4] + (" " + id));
+        if (all.back().find("TST_Leaf") == 0) {
+            leaves.push_back(all.back());
+        }
+    }
+    fill(repository, mof);
+    const CIMObjectPath hub = pathOf("TST_Base", "hub");
+    EXPECT_EQ(all, farInstances(hub));
+    EXPECT_EQ(leaves, farInstances(hub, {CIMName("TST_LEAF"), "", ""}));
+    EXPECT_EQ(48U, instances(hub, {CIMName(), "Left", ""}));
+    EXPECT_EQ(Texts{}, farInstances(hub, {CIMName("TST_Other"), "", ""}));
+}
+
 TEST_F(RepositoryAssociationsTest, ClassesAreLinkedByTheirReferences) {
     EXPECT_EQ((Texts{"TST_Base", "TST_Other"}), farClasses("TST_Leaf"));
     EXPECT_EQ(Texts{"TST_Base"}, farClasses("TST_Other"));

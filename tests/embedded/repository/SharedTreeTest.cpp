@@ -156,6 +156,10 @@ TEST(SharedTree, ShowsWhatComesFromAKeyOnUntilToldToStop) {
             expected.push_back(i * 2);
         }
         EXPECT_EQ(shown, expected) << from;
+        const Entry* const first = tree.firstFrom(from);
+        EXPECT_EQ(first ? std::vector{first->number} : std::vector<std::uint64_t>{},
+                  std::vector(expected.begin(), expected.begin() + (expected.empty() ? 0 : 1)))
+            << from;
     }
 }
 

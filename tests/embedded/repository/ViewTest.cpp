@@ -1,7 +1,12 @@
 // What a view shows, and that it stays as it was whatever becomes of the repository.
 #include "Fixture.h"
 
+#include "repository/PathMatch.h"
+
 #include <Pegasus/Common/Array.h>
+
+#include <random>
+#include <set>
 
 namespace embedded::repository {
 
@@ -277,6 +282,185 @@ TEST_F(ReferrerTest, FollowWhatIsCreatedModifiedAndDeleted) {
     EXPECT_EQ(referrers("Thing.Id=\"other\""), Strings{});
     EXPECT_EQ(referrers(before, "Thing.Id=\"new\""), Strings{});
     EXPECT_EQ(referrers(before, "Thing.Id=\"a\"").size(), 3U);
+}
+
+/// Links between Things and Gadgets, of which some in every role are here and some are elsewhere.
+class ReferrerGroupTest : public ReferrerTest {
+  protected:
+    /// Those that name the source in a role, if one is given, and have a class at another end, if
+    /// one is given.
+    static GroupFilter filter(const std::string& role, const std::string& farClass = "") {
+        return [=](const References& ends, std::size_t near) {
+            bool leadsThere = farClass.empty();
+            for (std::size_t far = 0; far < ends.size(); ++far) {
+                leadsThere = leadsThere ||
+                             (far != near && text(ends[far].second.getClassName()) == farClass);
+            }
+            return leadsThere && (role.empty() || text(ends[near].first) == role);
+        };
+    }
+    Strings wanted(const View& view, const std::string& source, const GroupFilter& isWanted) const {
+        Strings found;
+        for (const StoredInstance& each : view.referrers(home, "Link", path(source), isWanted)) {
+            found.push_back(text(each.path().toString()));
+        }
+        return found;
+    }
+    /// The same, from all there are.
+    Strings scanned(const View& view, const std::string& source,
+                    const GroupFilter& isWanted) const {
+        Strings found;
+        const InstanceList all = view.instances(home, "Link");
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            const References ends = all[i].references();
+            bool isFound = false;
+            for (std::size_t near = 0; near < ends.size(); ++near) {
+                const CIMObjectPath& target = ends[near].second;
+                const bool isHere = target.getNameSpace().isNull() || target.getNameSpace() == home;
+                isFound = isFound || (isHere && equalWithoutPlace(target, path(source)) &&
+                                      isWanted(ends, near));
+            }
+            if (isFound) {
+                found.push_back(text(all[i].path().toString()));
+            }
+        }
+        return found;
+    }
+    CIMObjectPath add(const std::string& from, const std::string& to) {
+        return repository.createInstance(home, link(from.c_str(), to.c_str()));
+    }
+    void setVia(const CIMObjectPath& name, const std::string& target) {
+        CIMInstance change("Link");
+        change.addProperty(CIMProperty("Via", CIMValue(path(target)), 0, "Thing"));
+        change.setPath(name);
+        repository.modifyInstance(home, change, Pegasus::CIMPropertyList());
+    }
+    static std::string thing(int id) { return "Thing.Id=\"" + std::to_string(id) + "\""; }
+    static std::string gadget(int id) {
+        return "Gadget.Id=\"" + std::to_string(id) + "\",Number=1";
+    }
+
+    const std::string hub = "Thing.Id=\"hub\"";
+};
+
+TEST_F(ReferrerGroupTest, AreAskedForOnceEachHoweverManyLinksThereAre) {
+    for (const int links : {10, 3000}) {
+        for (int i = links / 10; i < links; ++i) {
+            add(hub, thing(i));
+            add(hub, gadget(i));
+            add(gadget(i), hub);
+        }
+        int asked = 0;
+        const View view = repository.view();
+        EXPECT_EQ(view.referrers(home, "Link", path(hub),
+                                 [&](const References&, std::size_t) {
+                                     ++asked;
+                                     return false;
+                                 })
+                      .size(),
+                  0U);
+        EXPECT_EQ(asked, 3);
+    }
+}
+
+TEST_F(ReferrerGroupTest, GiveTheirLinksInTheOrderInWhichTheyWereCreated) {
+    Strings things, gadgets, all;
+    for (int i = 0; i < 200; ++i) {
+        const bool isThing = i % 3 != 0;
+        const std::string name = text(add(hub, isThing ? thing(i) : gadget(i)).toString());
+        (isThing ? things : gadgets).push_back(name);
+        all.push_back(name);
+    }
+    const View view = repository.view();
+    EXPECT_EQ(wanted(view, hub, {}), all);
+    EXPECT_EQ(wanted(view, hub, filter("From")), all);
+    EXPECT_EQ(wanted(view, hub, filter("To")), Strings{});
+    EXPECT_EQ(wanted(view, hub, filter("", "Thing")), things);
+    EXPECT_EQ(wanted(view, hub, filter("", "Gadget")), gadgets);
+}
+
+TEST_F(ReferrerGroupTest, TellTheRolesApartInWhichOneClassNamesAnother) {
+    const std::string out = text(add(hub, thing(1)).toString());
+    const std::string in = text(add(thing(1), hub).toString());
+    const std::string self = text(add(hub, hub).toString());
+    const View view = repository.view();
+    EXPECT_EQ(wanted(view, hub, filter("From")), (Strings{out, self}));
+    EXPECT_EQ(wanted(view, hub, filter("To")), (Strings{in, self}));
+    EXPECT_EQ(wanted(view, hub, {}), (Strings{out, in, self}));
+}
+
+TEST_F(ReferrerGroupTest, TellTheNamespacesApartToWhichALinkLeads) {
+    const std::string here = text(add(hub, thing(1)).toString());
+    const std::string far = text(add(hub, "root/far:" + thing(2)).toString());
+    const std::string same = text(add(hub, "root/test:" + thing(3)).toString());
+    int asked = 0;
+    const GroupFilter leadsFar = [&](const References& ends, std::size_t) {
+        ++asked;
+        return ends[1].second.getNameSpace() == Pegasus::CIMNamespaceName("root/far");
+    };
+    EXPECT_EQ(wanted(repository.view(), hub, leadsFar), Strings{far});
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(wanted(repository.view(), hub, {}), (Strings{here, far, same}));
+}
+
+TEST_F(ReferrerGroupTest, LoseALinkThatIsModifiedIntoAnotherOneOrDeleted) {
+    const CIMObjectPath first = add(hub, thing(1));
+    const CIMObjectPath second = add(hub, thing(2));
+    const std::string one = text(first.toString()), two = text(second.toString());
+    const View before = repository.view();
+    setVia(first, gadget(1));
+    const View moved = repository.view();
+    EXPECT_EQ(wanted(moved, hub, filter("", "Gadget")), Strings{one});
+    EXPECT_EQ(wanted(moved, hub, filter("", "Thing")), (Strings{one, two}));
+    setVia(first, thing(3));
+    EXPECT_EQ(wanted(repository.view(), hub, filter("", "Gadget")), Strings{});
+    EXPECT_EQ(wanted(repository.view(), hub, filter("", "Thing")), (Strings{one, two}));
+    repository.deleteInstance(home, first);
+    EXPECT_EQ(wanted(repository.view(), hub, filter("", "Thing")), Strings{two});
+    repository.deleteInstance(home, second);
+    EXPECT_EQ(wanted(repository.view(), hub, {}), Strings{});
+    EXPECT_EQ(wanted(before, hub, filter("", "Gadget")), Strings{});
+    EXPECT_EQ(wanted(before, hub, filter("", "Thing")), (Strings{one, two}));
+    EXPECT_EQ(wanted(moved, hub, filter("", "Gadget")), Strings{one});
+}
+
+TEST_F(ReferrerGroupTest, HaveWhatALookAtAllLinksFindsWhateverIsCreatedModifiedAndDeleted) {
+    std::mt19937 random(1);
+    const auto below = [&](unsigned bound) { return static_cast<unsigned>(random() % bound); };
+    const auto any = [&] {
+        const int id = static_cast<int>(below(6));
+        const char* const places[] = {"", "root/test:", "root/far:"};
+        return places[below(3)] + (below(2) == 0 ? thing(id) : gadget(id));
+    };
+    std::vector<CIMObjectPath> links;
+    std::set<std::pair<std::string, std::string>> known;
+    std::size_t found = 0;
+    for (int step = 0; step < 600; ++step) {
+        const unsigned kind = below(6);
+        if (kind < 3 || links.empty()) {
+            const std::string from = any(), to = any();
+            if (known.emplace(from.substr(from.find(':') + 1), to.substr(to.find(':') + 1))
+                    .second) {
+                links.push_back(add(from, to));
+            }
+        } else if (kind < 5) {
+            setVia(links[below(static_cast<unsigned>(links.size()))], any());
+        } else {
+            const auto gone = links.begin() + below(static_cast<unsigned>(links.size()));
+            repository.deleteInstance(home, *gone);
+            links.erase(gone);
+        }
+        const View view = repository.view();
+        for (const char* role : {"", "From", "To", "Via"}) {
+            for (const char* farClass : {"", "Thing", "Gadget"}) {
+                const std::string source = below(2) == 0 ? thing(1) : gadget(2);
+                const Strings expected = scanned(view, source, filter(role, farClass));
+                EXPECT_EQ(wanted(view, source, filter(role, farClass)), expected);
+                found += expected.size();
+            }
+        }
+    }
+    EXPECT_GT(found, 1000U);
 }
 
 TEST_F(ReferrerTest, HaveTheStatusOfInstances) {
