@@ -6,6 +6,7 @@ import json
 import pathlib
 import tempfile
 import unittest
+import unittest.mock
 import xml.etree.ElementTree as ElementTree
 
 import canonical
@@ -192,6 +193,43 @@ class Crash(unittest.TestCase):
                 ('root/PG_InterOp EnumerateInstances PG_Namespace', False),
                 ('root/cimv2 References PG_NameSpace.Name="x"', False), ("", False)):
             self.assertEqual(passes, bool(same_answers.UNSAFE.match(question)), question)
+
+
+class MixedUp(unittest.TestCase):
+    """Answers that the server of OpenPegasus gives otherwise when it is asked again."""
+
+    OWN = 'root/PG_InterOp Associators PG_Namespace.Name="x"'
+    OTHER = 'root/PG_InterOp Associators CIM_RegisteredProfile.InstanceID="Orvex1"'
+
+    def settled(self, asked, *again):
+        """What is kept of a wrong answer to `asked`, where these come when it is asked again."""
+        self.asked = 0
+
+        def recorded(_, store, wanted):
+            self.assertTrue(wanted(asked.replace("Namespace", "NameSpace")) and not wanted("another"))
+            said = answer(asked, objects=[again[self.asked]])[asked]
+            store.write_text(json.dumps(said) + "\n", encoding="utf-8")
+            self.asked += 1
+        with tempfile.TemporaryDirectory() as directory, \
+                unittest.mock.patch("record.record", recorded), \
+                unittest.mock.patch("same_answers.say"):
+            kept = same_answers.settled("", pathlib.Path(directory, "again"),
+                                        answer(asked, objects=["wrong"]),
+                                        answer(asked, objects=["right"]))
+        return kept[asked]["objects"]
+
+    def test_are_asked_until_they_are_right(self):
+        self.assertEqual(["right"], self.settled(self.OWN, "right"))
+        self.assertEqual(["right"], self.settled(self.OWN, "wrong too", "right"))
+        self.assertEqual(2, self.asked)
+
+    def test_stay_wrong_where_the_server_says_so_each_time(self):
+        self.assertEqual(["wrong"], self.settled(self.OWN, "wrong", "wrong", "wrong"))
+        self.assertEqual(same_answers.ATTEMPTS - 1, self.asked)
+
+    def test_are_not_asked_again_elsewhere(self):
+        self.assertEqual(["wrong"], self.settled(self.OTHER))
+        self.assertEqual(0, self.asked)
 
 
 class Canonical(unittest.TestCase):

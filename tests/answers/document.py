@@ -42,7 +42,9 @@ refuses are compared in `root/cimv2` alone, where the same objects are.
 Now and then the server of OpenPegasus ends meanwhile (SIGSEGV in its own provider of the Server
 profile, which shares its objects between requests without a lock; six clients that ask it for its
 object manager and namespaces end it within some thousand requests, with no module registered). The
-script then starts anew, and says so; only if it was at a traversal from one of these objects.
+script then starts anew, and says so; only if it was at a traversal from one of these objects. For the
+same reason it may answer one with an object that has the keys of another; where the answers to such a
+traversal differ, the script asks that server again, up to three times, and says so.
 
 One wire case is not sent to OpenPegasus, since a debug build of it ends at a PUT. The empty list of
 strings in another is left out, since its MOF compiler cannot read one.

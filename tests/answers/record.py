@@ -49,8 +49,9 @@ def own_names(connection):
             (access.removeprefix("http://"), "ACCESS"))
 
 
-def record(address, store, say=lambda text: None):
-    """Writes the store and returns how many questions there were."""
+def record(address, store, say=lambda text: None, wanted=None):
+    """Writes the store and returns how many questions there were: all of the suite and all wire
+    cases, or the questions of the suite whose id is `wanted`."""
     connection = wire.Connection(address)
     own = own_names(connection)
     count, told = 0, time.monotonic()
@@ -61,10 +62,12 @@ def record(address, store, say=lambda text: None):
                 line = line.replace(name, word)
             out.write(line + "\n")
 
-        for key, lines in cases.answers(address):
+        for key, lines in cases.answers(address) if wanted is None else ():
             keep(key, False, {"wire": lines})
             count += 1
         for question in suite.questions(address):
+            if wanted is not None and not wanted(question.id):
+                continue
             keep(question.id, question.concurrent,
                  answer(*connection.send(question.request)))
             count += 1
