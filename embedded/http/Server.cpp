@@ -269,10 +269,10 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 const threads::Lock lock(_server._connectionsMutex);
                 _connections.insert(connection);
                 connection->setGivingWay(full);
-                _server._turnedAway -= full ? 1 : 0;
+                _server._turnedAway -= full;
             } catch (const std::exception& error) {
                 _server.cannotAccept(error.what());
-                _server._turnedAway -= full ? 1 : 0;
+                _server._turnedAway -= full;
                 _server.closed();
                 return;
             }
@@ -508,13 +508,13 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             Error ignored;
             socket.set_option(tcp::no_delay(true), ignored);
             full = over && !makeRoom();
-            _turnedAway += full ? 1 : 0;
+            _turnedAway += full;
             asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
                 thread.admit(std::move(socket), full);
             });
         } catch (const std::exception& failure) {
             cannotAccept(failure.what());
-            _turnedAway -= full ? 1 : 0;
+            _turnedAway -= full;
             closed();
         }
         acceptNext();
