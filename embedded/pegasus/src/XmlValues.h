@@ -12,7 +12,8 @@ inline void appendContent(std::string& out, Boolean value) {
     out += value ? "TRUE" : "FALSE";
 }
 
-/// The digits behind the point are what tells any two values of the type apart.
+/// Behind the point are as many digits as OpenPegasus writes: for a Real64 they tell any two values
+/// apart, for a Real32 there is one too few.
 template <class Number>
 std::enable_if_t<std::is_arithmetic_v<Number>> appendContent(std::string& out, Number value) {
     char text[32]; // enough for each type
