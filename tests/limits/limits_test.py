@@ -222,6 +222,9 @@ class Wire(unittest.TestCase):
                     return stack.enter_context(contextlib.closing(
                         socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)))
                 first = client()
+                first.sendall(getting_class().replace(b"Connection: close\r\n", b""))
+                self.assertEqual(told(rest(first, b"</CIM>\n")), "200 CLASS")
+                # It waits for its next request since before the others have come.
                 others = [client() for _ in range(count - 1)]
                 # When the last one is answered, all have been let in.
                 others[-1].sendall(getting_class())

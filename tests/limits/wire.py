@@ -40,10 +40,11 @@ def answer(port, request):
         return rest(client)
 
 
-def rest(client):
+def rest(client, end=None):
+    """What comes, up to `end` or to the end of the connection."""
     reply = b""
     with contextlib.suppress(ConnectionResetError):
-        while True:
+        while end is None or not reply.endswith(end):
             piece = client.recv(1 << 20)
             if not piece:
                 break
