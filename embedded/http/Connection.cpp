@@ -120,7 +120,8 @@ void Connection::awaitRequest() {
             _owner.log("TLS on a plain port",
                        _peer +
                            ": this looks like TLS, but this port speaks plain HTTP; use http://");
-            close();
+            _waiting = Waiting::ForNothing;
+            linger();
             return;
         }
         if (first != '\r' && first != '\n') {

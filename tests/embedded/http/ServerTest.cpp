@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <locale>
+#include <thread>
 
 namespace embedded::http::test {
 namespace {
@@ -176,6 +178,18 @@ TEST(Server, SendsNoFieldThatHasALineBreak) {
     EXPECT_EQ(client.reply(),
               "HTTP/1.1 500 Internal Server Error\r\n" + date + "content-length: 0\r\n\r\n");
     EXPECT_NE(running.log().find("line break"), std::string::npos);
+}
+
+// Closed at once, with bytes that have not been read, the connection would be reset, and what is
+// still on its way would be lost.
+TEST(Server, AReplyBeforeWhatLooksLikeTlsArrivesWhole) {
+    const std::string large(500000, 'x');
+    RunningServer running(Options(), [&](Request&&) { return Reply{200, "OK", {}, large}; });
+    RawClient client(running.port());
+    client.send(post("/", "") + "\x16\x03" + std::string(100000, 'y'));
+    while (running.log().find("this looks like TLS") == std::string::npos)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(client.rest() == ok(large));
 }
 
 } // namespace
