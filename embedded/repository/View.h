@@ -122,8 +122,7 @@ class View {
                            const Pegasus::CIMName& className) const;
     /// Those of `associationClass` with a reference that names `source`, in their order. A
     /// reference without a namespace means `nameSpace`; hosts do not count, nor does the namespace
-    /// of `source`, which is in `nameSpace`. What is not wanted takes time
-    /// for its groups only.
+    /// of `source`, which is in `nameSpace`. What is not wanted takes time for its groups only.
     std::vector<StoredInstance> referrers(const Pegasus::CIMNamespaceName& nameSpace,
                                           const Pegasus::CIMName& associationClass,
                                           const Pegasus::CIMObjectPath& source,
