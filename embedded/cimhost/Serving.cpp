@@ -120,7 +120,8 @@ http::ReplyWatch logged(const http::Request& request) {
 http::Handler handler(const Settings& settings, host::CimOperations& operations,
                       unsigned readingLane) {
     http::Handler answer = [&operations, readingLane](http::Request&& request) {
-        return cimxml::exchange(std::move(request), operations, {readingLane});
+        // Nobody is authenticated, so nobody has a name.
+        return cimxml::exchange(std::move(request), host::Caller(), operations, {readingLane});
     };
     if (spdlog::should_log(spdlog::level::debug))
         answer = http::watched(std::move(answer), logged);

@@ -121,12 +121,11 @@ http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
     }
 }
 
-http::Answer exchange(Request&& request, host::CimOperations& operations,
-                      std::vector<unsigned> longReading) {
-    const auto answer = [&operations](const Request& read) {
+http::Answer exchange(Request&& request, const host::Caller& caller,
+                      host::CimOperations& operations, std::vector<unsigned> longReading) {
+    const auto answer = [caller, &operations](const Request& read) {
         return exchange(read, [&](const std::string& body, const Headers& headers) {
-            // Nobody is authenticated, so nobody has a name.
-            return std::make_shared<Exchange>(body, headers, host::Caller(), operations);
+            return std::make_shared<Exchange>(body, headers, caller, operations);
         });
     };
     if (request.body.size() <= limits::shortRequest)

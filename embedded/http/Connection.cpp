@@ -271,6 +271,7 @@ void Connection::handle() {
     _state = State::Handling;
     _waiting = Waiting::ForNothing;
     Request request = std::move(_parser->request());
+    request.peer.address = _peerAddress;
     _chunks = request.version >= 11;
     if (!_parser->keep_alive())
         _persistence = Persistence::Close;

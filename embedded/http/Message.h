@@ -11,12 +11,20 @@
 
 namespace embedded::http {
 
+/// Who sent a request, as far as the connection tells.
+struct Peer {
+    std::string address;         ///< a number, without the port; empty: already gone
+    bool isSecure = false;       ///< the request came over TLS
+    std::string certificateName; ///< the CN of the certificate that it proved to have; empty: none
+};
+
 struct Request {
     std::string verb; ///< "POST", "M-POST", ... as it came
     std::string target;
     unsigned version = 11; ///< 10 or 11
     Fields fields;
     std::string body;
+    Peer peer = {};
 };
 
 /// Appends the next piece of a body to `out`; false: there is no more, and nothing was appended.

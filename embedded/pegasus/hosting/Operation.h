@@ -43,7 +43,8 @@ PEGASUS_COMMON_LINKAGE const char* operationName(OperationKind kind);
 
 /// On whose behalf something is asked.
 struct Caller {
-    String userName; ///< empty: not authenticated
+    String userName;      ///< empty: not authenticated
+    bool mayWrite = true; ///< what a module asks of the server is not held against its client
 };
 
 /// An operation with its arguments. Those that its kind does not have, and those that were left
