@@ -118,10 +118,11 @@ http::ReplyWatch logged(const http::Request& request) {
 }
 
 http::Handler handler(const Settings& settings, host::CimOperations& operations,
-                      unsigned readingLane) {
-    http::Handler answer = [&operations, readingLane](http::Request&& request) {
+                      host::Enumerations& enumerations, unsigned readingLane) {
+    http::Handler answer = [&operations, &enumerations, readingLane](http::Request&& request) {
         // Nobody is authenticated, so nobody has a name.
-        return cimxml::exchange(std::move(request), host::Caller(), operations, {readingLane});
+        return cimxml::exchange(std::move(request), host::Caller(), operations, enumerations,
+                                {readingLane});
     };
     if (spdlog::should_log(spdlog::level::debug))
         answer = http::watched(std::move(answer), logged);
@@ -287,9 +288,11 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
     host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
     const host::ProviderHandles handles(
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
+    host::Enumerations enumerations;
     const http::Options httpOptions = options(modules, settings.patience);
-    http::Server server(std::move(*listener), httpOptions,
-                        handler(settings, router, static_cast<unsigned>(modules.modules().size())));
+    http::Server server(
+        std::move(*listener), httpOptions,
+        handler(settings, router, enumerations, static_cast<unsigned>(modules.modules().size())));
 
     const SignalWatch watch([&](unsigned count) {
         if (count > 1) {

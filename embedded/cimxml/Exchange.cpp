@@ -122,10 +122,11 @@ http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
 }
 
 http::Answer exchange(Request&& request, const host::Caller& caller,
-                      host::CimOperations& operations, std::vector<unsigned> longReading) {
-    const auto answer = [caller, &operations](const Request& read) {
+                      host::CimOperations& operations, host::Enumerations& enumerations,
+                      std::vector<unsigned> longReading) {
+    const auto answer = [caller, &operations, &enumerations](const Request& read) {
         return exchange(read, [&](const std::string& body, const Headers& headers) {
-            return std::make_shared<Exchange>(body, headers, caller, operations);
+            return std::make_shared<Exchange>(body, headers, caller, operations, enumerations);
         });
     };
     if (request.body.size() <= limits::shortRequest)

@@ -74,7 +74,7 @@ std::string errorOf(const Work& work) {
 class Exchange::State {
   public:
     State(const std::string& body, const Headers& headers, const host::Caller& caller,
-          host::CimOperations& operations)
+          host::CimOperations& operations, host::Enumerations& enumerations)
         : _givenBack(body.size()) {
         const Request request(body, headers);
         _messageId = request.messageId;
@@ -85,13 +85,14 @@ class Exchange::State {
                 answerExtrinsic(request, caller, operations);
             }
             _call = readCall(request, caller, operations);
-            _plan = operations.plan(_call.operation);
+            plan(operations, enumerations);
         });
     }
 
     const std::vector<const host::Module*>& modules() const { return _plan.modules; }
     void giveUp(const std::string& why) {
         _plan = {};
+        _enumeration = {};
         _error =
             errorOf([&] { throw Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, fromUtf8(why)); });
     }
@@ -111,6 +112,25 @@ class Exchange::State {
 
   private:
     enum class Stage { Before, Within, Ended };
+
+    void plan(host::CimOperations& operations, host::Enumerations& enumerations) {
+        const Pulled& pulled = _call.pulled;
+        if (pulled.step == PullStep::Open) {
+            _enumeration = enumerations.open(_call.operation, pulled.timeOut);
+        } else if (pulled.step == PullStep::Pull || pulled.step == PullStep::Close) {
+            if (!operations.hasNameSpace(_call.operation.nameSpace)) {
+                throw Pegasus::CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE,
+                                            _call.operation.nameSpace.getString());
+            }
+            if (pulled.step == PullStep::Pull) {
+                _enumeration = enumerations.take(pulled.context, _call.operation);
+            } else {
+                enumerations.close(pulled.context, _call.operation);
+            }
+            return;
+        }
+        _plan = operations.plan(_enumeration ? _enumeration->operation() : _call.operation);
+    }
 
     void begin(std::string& out) {
         const std::size_t start = out.size();
@@ -132,21 +152,31 @@ class Exchange::State {
             out.resize(content);
             out += _error;
             _returns = false;
+            _enumeration = {};
             end(out);
         }
     }
 
     void perform(std::string& out, std::size_t start) {
-        host::Answer answer = _plan.perform();
-        _plan = {};
-        _cursor = std::move(answer.next);
+        host::Answer answer;
+        if (_plan.perform) {
+            answer = _plan.perform();
+            _plan = {};
+        }
+        if (_call.pulled.step == PullStep::Open) {
+            _enumeration.charge(answer.held);
+            _enumeration->setAnswer(std::move(answer.next));
+        } else {
+            _cursor = std::move(answer.next);
+        }
         _stage = Stage::Within;
         const std::size_t before = out.size();
         out += "<IRETURNVALUE>\n";
         const std::size_t within = out.size();
         const bool more = fill(out, start);
-        // An empty answer of one leg has no IRETURNVALUE, one of several has an empty one.
-        _returns = more || out.size() != within || answer.legs > 1;
+        // An empty answer of one leg has no IRETURNVALUE, one of several has an empty one, but for
+        // one that is pulled.
+        _returns = more || out.size() != within || (answer.legs > 1 && !_enumeration);
         if (!_returns) {
             out.resize(before);
         }
@@ -157,7 +187,18 @@ class Exchange::State {
 
     /// Appends objects until the piece that began at `start` is long enough; false if that was all.
     bool fill(std::string& out, std::size_t start) {
-        for (host::Answered answered; out.size() - start < pieceSize;) {
+        host::Answered answered;
+        if (_enumeration) {
+            for (std::uint32_t& left = _call.pulled.maximum; out.size() - start < pieceSize;
+                 --left) {
+                if (left == 0 || !_enumeration->next(answered)) {
+                    return false;
+                }
+                appendPulled(out, answered, _enumeration->operation());
+            }
+            return true;
+        }
+        while (out.size() - start < pieceSize) {
             if (!_cursor || !_cursor(answered)) {
                 return false;
             }
@@ -169,16 +210,38 @@ class Exchange::State {
     void end(std::string& out) {
         _cursor = nullptr;
         _stage = Stage::Ended;
-        out += _returns ? "</IRETURNVALUE>\n</" : "</";
+        if (_returns) {
+            out += "</IRETURNVALUE>\n";
+        }
+        if (_enumeration) {
+            endPull(out);
+        }
+        out += "</";
         out += _response;
         out += ">\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n";
+    }
+
+    /// The output parameters of what is pulled. The context is given back, or closed at the end.
+    void endPull(std::string& out) {
+        const bool more = _enumeration->hasMore();
+        out += "<PARAMVALUE NAME=\"EndOfSequence\" PARAMTYPE=\"boolean\">\n<VALUE>";
+        out += more ? "FALSE" : "TRUE";
+        out += "</VALUE>\n</PARAMVALUE>\n"
+               "<PARAMVALUE NAME=\"EnumerationContext\" PARAMTYPE=\"string\">\n<VALUE>";
+        if (more) {
+            out += _enumeration.context();
+            _enumeration.giveBack();
+        }
+        _enumeration = {};
+        out += "</VALUE>\n</PARAMVALUE>\n";
     }
 
     GivenBack _givenBack; // goes last
     std::string _messageId;
     std::string _method;
     const char* _response = "";
-    Call _call; // which plan and cursor refer to
+    Call _call;                          // which plan and cursor refer to
+    host::EnumerationLease _enumeration; // so that these refer to its operation
     host::Plan _plan;
     std::string _error;
     host::Cursor _cursor;
@@ -187,8 +250,8 @@ class Exchange::State {
 };
 
 Exchange::Exchange(const std::string& body, const Headers& headers, const host::Caller& caller,
-                   host::CimOperations& operations)
-    : _state(std::make_unique<State>(body, headers, caller, operations)) {
+                   host::CimOperations& operations, host::Enumerations& enumerations)
+    : _state(std::make_unique<State>(body, headers, caller, operations, enumerations)) {
 }
 
 Exchange::~Exchange() = default;
@@ -210,8 +273,8 @@ bool Exchange::ended() const {
 }
 
 std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
-                   host::CimOperations& operations) {
-    Exchange exchange(body, headers, caller, operations);
+                   host::CimOperations& operations, host::Enumerations& enumerations) {
+    Exchange exchange(body, headers, caller, operations, enumerations);
     std::string reply;
     while (exchange.next(reply)) {
     }

@@ -2,10 +2,12 @@
 // document out. Knows nothing of HTTP but the three values that DSP0200 clause 6.3 wants compared
 // with the document.
 //
-// Thread-safety: no state; several threads may work on exchanges of their own at once.
+// Thread-safety: no state but the enumerations that are open; several threads may work on exchanges
+// of their own at once.
 #pragma once
 
 #include "host/CimOperations.h"
+#include "host/Enumerations.h"
 
 #include <memory>
 #include <stdexcept>
@@ -59,10 +61,11 @@ class ReplyDocument {
 /// whatever goes wrong up to the first piece.
 class Exchange final : public ReplyDocument {
   public:
-    /// Reads the request document `body` and has `operations`, which must outlive this object,
-    /// plan what it asks for. Throws RequestRejected, nothing else of this module's.
+    /// Reads the request document `body` and has `operations` plan what it asks for. What is pulled
+    /// is held in `enumerations`. Both must outlive this object. Throws RequestRejected, nothing
+    /// else of this module's.
     Exchange(const std::string& body, const Headers& headers, const host::Caller& caller,
-             host::CimOperations& operations);
+             host::CimOperations& operations, host::Enumerations& enumerations);
     ~Exchange() override;
 
     const std::vector<const host::Module*>& modules() const override;
@@ -77,6 +80,6 @@ class Exchange final : public ReplyDocument {
 
 /// The whole reply to a request. Throws as the constructor of Exchange.
 std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
-                   host::CimOperations& operations);
+                   host::CimOperations& operations, host::Enumerations& enumerations);
 
 } // namespace embedded::cimxml

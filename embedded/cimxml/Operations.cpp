@@ -15,9 +15,20 @@ namespace {
 
 struct Row {
     std::string_view name;
-    OperationKind kind;
+    OperationKind kind; ///< of what is pulled, as far as the operation says it
     ParameterList parameters;
+    PullStep step = PullStep::None;
 };
+
+/// An operation that opens an enumeration: its own parameters, and those that all have.
+Row opening(std::string_view name, OperationKind kind, ParameterList parameters) {
+    using P = ParameterName;
+    for (const ParameterName each : {P::FilterQueryLanguage, P::FilterQuery, P::OperationTimeout,
+                                     P::ContinueOnError, P::MaxObjectCount}) {
+        parameters.push_back({each});
+    }
+    return {name, kind, std::move(parameters), PullStep::Open};
+}
 
 // DSP0200 clause 5.3.2, the defaults included. LocalOnly of the instance operations is deprecated
 // there and has no effect here, but clients send it.
@@ -99,31 +110,55 @@ const std::vector<Row>& served() {
          {{P::ObjectName, required}, {P::ResultClass}, {P::Role}}},
         {"GetQualifier", OperationKind::GetQualifier, {{P::QualifierName, required}}},
         {"EnumerateQualifiers", OperationKind::EnumerateQualifiers, {}},
+        opening("OpenEnumerateInstances", OperationKind::EnumerateInstances,
+                {{P::ClassName, required},
+                 {P::DeepInheritance, on},
+                 {P::IncludeClassOrigin},
+                 {P::PropertyList}}),
+        opening("OpenEnumerateInstancePaths", OperationKind::EnumerateInstanceNames,
+                {{P::ClassName, required}}),
+        opening("OpenReferenceInstances", OperationKind::References,
+                {{P::InstanceName, required},
+                 {P::ResultClass},
+                 {P::Role},
+                 {P::IncludeClassOrigin},
+                 {P::PropertyList}}),
+        opening("OpenReferenceInstancePaths", OperationKind::ReferenceNames,
+                {{P::InstanceName, required}, {P::ResultClass}, {P::Role}}),
+        opening("OpenAssociatorInstances", OperationKind::Associators,
+                {{P::InstanceName, required},
+                 {P::AssocClass},
+                 {P::ResultClass},
+                 {P::Role},
+                 {P::ResultRole},
+                 {P::IncludeClassOrigin},
+                 {P::PropertyList}}),
+        opening("OpenAssociatorInstancePaths", OperationKind::AssociatorNames,
+                {{P::InstanceName, required},
+                 {P::AssocClass},
+                 {P::ResultClass},
+                 {P::Role},
+                 {P::ResultRole}}),
+        {"PullInstancesWithPath",
+         OperationKind::EnumerateInstances,
+         {{P::EnumerationContext, required}, {P::MaxObjectCount, required}},
+         PullStep::Pull},
+        {"PullInstancePaths",
+         OperationKind::EnumerateInstanceNames,
+         {{P::EnumerationContext, required}, {P::MaxObjectCount, required}},
+         PullStep::Pull},
+        {"CloseEnumeration",
+         OperationKind::EnumerateInstances,
+         {{P::EnumerationContext, required}},
+         PullStep::Close},
     };
     return rows;
 }
 
 // Operations that DSP0200 has and this server has not.
 constexpr std::string_view notServed[] = {
-    "CreateClass",
-    "ModifyClass",
-    "DeleteClass",
-    "SetProperty",
-    "SetQualifier",
-    "DeleteQualifier",
-    "ExecQuery",
-    "OpenEnumerateInstances",
-    "OpenEnumerateInstancePaths",
-    "OpenReferenceInstances",
-    "OpenReferenceInstancePaths",
-    "OpenAssociatorInstances",
-    "OpenAssociatorInstancePaths",
-    "OpenQueryInstances",
-    "PullInstancesWithPath",
-    "PullInstancePaths",
-    "PullInstances",
-    "CloseEnumeration",
-    "EnumerationCount",
+    "CreateClass",     "ModifyClass", "DeleteClass",        "SetProperty",   "SetQualifier",
+    "DeleteQualifier", "ExecQuery",   "OpenQueryInstances", "PullInstances", "EnumerationCount",
 };
 
 const Row& rowOf(const Request& request) {
@@ -142,15 +177,40 @@ const Row& rowOf(const Request& request) {
                        fromUtf8("Unrecognized intrinsic method: " + request.method));
 }
 
+InstanceFilter filterOf(const Operation& asked) {
+    return {asked.includeQualifiers, asked.includeClassOrigin, asked.propertyList};
+}
+
+// In the order of the statuses in DSP0200 1.4, clause 5.3.2.24.
+void checkOpening(const Call& call) {
+    const Pulled& pulled = call.pulled;
+    const CIMObjectPath& source = call.operation.objectName;
+    if (!source.getClassName().isNull() && source.getKeyBindings().size() == 0) {
+        throw CIMException(CIM_ERR_INVALID_PARAMETER,
+                           "InstanceName needs the keys of an instance.");
+    }
+    if (pulled.timeOut.count() == 0 || pulled.timeOut > limits::enumerationLongest) {
+        throw CIMException(CIM_ERR_INVALID_OPERATION_TIMEOUT,
+                           fromUtf8("OperationTimeout is from 1 to " +
+                                    std::to_string(limits::enumerationLongest.count()) +
+                                    " seconds."));
+    }
+    if (pulled.continuesOnError) {
+        throw CIMException(CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED,
+                           "This server does not continue an enumeration after an error.");
+    }
+    if (pulled.isFiltered) {
+        throw CIMException(CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED,
+                           "This server does not filter enumerations by queries.");
+    }
+}
+
 // One function for each thing that an operation answers with.
 struct Appending {
     std::string& out;
     const Call& call;
 
-    InstanceFilter filter() const {
-        const Operation& asked = call.operation;
-        return {asked.includeQualifiers, asked.includeClassOrigin, asked.propertyList};
-    }
+    InstanceFilter filter() const { return filterOf(call.operation); }
 
     void operator()(const CIMClass& cimClass) const { appendClass(out, cimClass); }
     void operator()(const CIMName& name) const { appendClassName(out, name); }
@@ -211,12 +271,30 @@ Call readCall(const Request& request, const host::Caller& caller, host::CimOpera
     call.operation.kind = row.kind;
     call.operation.caller = caller;
     call.operation.nameSpace = request.nameSpace;
+    call.operation.fullPaths = row.step == PullStep::Open;
+    call.pulled.step = row.step;
     readParameters(request.call, row.parameters, soleKey, call);
+    if (row.step == PullStep::Open) {
+        checkOpening(call);
+    }
     return call;
 }
 
 void appendAnswered(std::string& out, const host::Answered& answered, const Call& call) {
     std::visit(Appending{out, call}, answered);
+}
+
+void appendPulled(std::string& out, const host::Answered& answered, const Operation& operation) {
+    if (const auto* path = std::get_if<CIMObjectPath>(&answered)) {
+        appendInstancePath(out, *path);
+        return;
+    }
+    const auto* instance = std::get_if<CIMInstance>(&answered);
+    const CIMObject object = instance ? CIMObject(*instance) : std::get<CIMObject>(answered);
+    appendElement(out, "VALUE.INSTANCEWITHPATH", [&] {
+        appendInstancePath(out, object.getPath());
+        appendObject(out, object, filterOf(operation));
+    });
 }
 
 void answerExtrinsic(const Request& request, const host::Caller& caller,

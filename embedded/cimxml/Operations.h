@@ -4,15 +4,32 @@
 #include "cimxml/Request.h"
 #include "cimxml/Writer.h"
 #include "host/CimOperations.h"
+#include "limits/Limits.h"
 
+#include <chrono>
+#include <cstdint>
 #include <string>
 
 namespace embedded::cimxml {
+
+/// What a request does about a pulled enumeration (DSP0200 1.4 clause 5.3.2.24).
+enum class PullStep { None, Open, Pull, Close };
+
+/// The parameters that only these requests have.
+struct Pulled {
+    PullStep step = PullStep::None;
+    std::string context;
+    std::uint32_t maximum = 0; ///< objects in the reply
+    std::chrono::seconds timeOut = limits::enumerationTime;
+    bool continuesOnError = false;
+    bool isFiltered = false;
+};
 
 /// An operation as a client wrote it down.
 struct Call {
     host::Operation operation;
     bool objectIsClass = false; ///< ObjectName came as a CLASSNAME
+    Pulled pulled;
 };
 
 /// Reads the IMETHODCALL of `request`; `operations` is asked for classes where the request cannot
@@ -23,6 +40,10 @@ Call readCall(const Request& request, const host::Caller& caller, host::CimOpera
 /// Appends one thing of the answer to `call` as it stands in an IRETURNVALUE. Throws
 /// Pegasus::Exception when it cannot be written.
 void appendAnswered(std::string& out, const host::Answered& answered, const Call& call);
+
+/// The same of the answer to `operation` that is pulled: with the whole path.
+void appendPulled(std::string& out, const host::Answered& answered,
+                  const host::Operation& operation);
 
 /// There are no method providers here: always throws a Pegasus::CIMException, which tells a
 /// method that the class has from one that it has not.

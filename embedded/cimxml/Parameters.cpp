@@ -7,6 +7,7 @@
 #include "cimxml/Text.h"
 #include "cimxml/Values.h"
 
+#include <charconv>
 #include <string>
 #include <string_view>
 
@@ -32,13 +33,17 @@ CIMName readNameText(const Element& value) {
     return CIMName(name);
 }
 
-template <bool Operation::*member>
-void readBooleanInto(const Element& value, const SoleKey&, Call& call) {
+bool readBooleanText(const Element& value) {
     try {
-        call.operation.*member = readBoolean(value.text());
+        return readBoolean(value.text());
     } catch (const CIMException& error) { // of a parameter, it makes the whole request invalid
         rejectNotValid(toUtf8(error.getMessage()));
     }
+}
+
+template <bool Operation::*member>
+void readBooleanInto(const Element& value, const SoleKey&, Call& call) {
+    call.operation.*member = readBooleanText(value);
 }
 
 template <CIMName Operation::*member>
@@ -80,6 +85,37 @@ void readPropertyList(const Element& value, const SoleKey&, Call& call) {
     call.operation.propertyList.append(names); // each once
 }
 
+// An unsigned integer of 32 bits, as the parameters of pulled enumerations have it.
+Uint32 readCount(const Element& value) {
+    const std::string_view text = value.text();
+    Uint32 count = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
+        rejectNotValid("\"" + std::string(text) + "\" is no unsigned integer of 32 bits");
+    }
+    return count;
+}
+
+void readFilter(const Element& value, const SoleKey&, Call& call) {
+    call.pulled.isFiltered = call.pulled.isFiltered || !value.text().empty();
+}
+
+void readTimeOut(const Element& value, const SoleKey&, Call& call) {
+    call.pulled.timeOut = std::chrono::seconds(readCount(value));
+}
+
+void readContinuing(const Element& value, const SoleKey&, Call& call) {
+    call.pulled.continuesOnError = readBooleanText(value);
+}
+
+void readMaximum(const Element& value, const SoleKey&, Call& call) {
+    call.pulled.maximum = readCount(value);
+}
+
+void readContext(const Element& value, const SoleKey&, Call& call) {
+    call.pulled.context = value.text();
+}
+
 struct Parameter {
     std::string_view name;
     std::string_view element; // that carries it
@@ -111,6 +147,12 @@ constexpr Parameter allParameters[] = {
     booleanParameter<&Operation::includeQualifiers>("IncludeQualifiers"),
     booleanParameter<&Operation::includeClassOrigin>("IncludeClassOrigin"),
     {"PropertyList", "VALUE.ARRAY", readPropertyList},
+    {"FilterQueryLanguage", "VALUE", readFilter},
+    {"FilterQuery", "VALUE", readFilter},
+    {"OperationTimeout", "VALUE", readTimeOut},
+    {"ContinueOnError", "VALUE", readContinuing},
+    {"MaxObjectCount", "VALUE", readMaximum},
+    {"EnumerationContext", "VALUE", readContext},
 };
 
 const Parameter& parameterOf(const TakenParameter& taken) {

@@ -27,6 +27,12 @@ enum class ParameterName {
     IncludeQualifiers,
     IncludeClassOrigin,
     PropertyList,
+    FilterQueryLanguage,
+    FilterQuery,
+    OperationTimeout,
+    ContinueOnError,
+    MaxObjectCount,
+    EnumerationContext,
 };
 
 enum class Presence { Optional, Required, TrueIfAbsent };

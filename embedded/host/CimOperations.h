@@ -20,6 +20,12 @@ using Pegasus::hosting::onlyOf;
 using Pegasus::hosting::Operation;
 using Pegasus::hosting::OperationKind;
 
+/// Whether the operation answers with paths of instances.
+inline bool returnsPaths(OperationKind kind) {
+    return kind == OperationKind::EnumerateInstanceNames ||
+           kind == OperationKind::AssociatorNames || kind == OperationKind::ReferenceNames;
+}
+
 /// A registered module, by the number that it has in this process.
 struct Module {
     unsigned number;
@@ -60,6 +66,8 @@ class CimOperations {
     /// The names of a class's keys, in the order of its properties. Throws as GetClass does.
     virtual std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                    const Pegasus::CIMName& className) = 0;
+
+    virtual bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) = 0;
 };
 
 } // namespace embedded::host

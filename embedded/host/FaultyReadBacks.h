@@ -32,6 +32,9 @@ class FaultyReadBacks : public CimOperations {
                                            const Pegasus::CIMName& className) override {
         return _server.keyNames(nameSpace, className);
     }
+    bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) override {
+        return _server.hasNameSpace(nameSpace);
+    }
 
   private:
     CimOperations& _server;

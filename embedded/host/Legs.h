@@ -9,6 +9,19 @@
 
 namespace embedded::host {
 
+/// What one of them answers.
+struct Leg {
+    Cursor next;
+    std::size_t held = 0; ///< as of an Answer
+};
+
+/// A leg that keeps all that it answers.
+template <class Container>
+Leg legOver(Container items) {
+    const std::size_t held = items.size();
+    return {cursorOverAll(std::move(items)), held};
+}
+
 /// Asks the legs of one operation, one after the other, and joins what they answer in that order.
 ///
 /// CIM_ERR_NOT_SUPPORTED from a leg is passed over while another leg fares otherwise. Any other
@@ -16,12 +29,14 @@ namespace embedded::host {
 /// same, as they are where legs run side by side.
 class Legs {
   public:
-    /// `ask` returns a Cursor or throws.
+    /// `ask` returns a Leg or throws.
     template <class Ask>
     void add(Ask&& ask) {
         ++_legs;
         try {
-            _answers.push_back(asCimErrors(ask));
+            Leg leg = asCimErrors(ask);
+            _answers.push_back(std::move(leg.next));
+            _held += leg.held;
         } catch (const Pegasus::CIMException& error) {
             const bool notSupported = error.getCode() == Pegasus::CIM_ERR_NOT_SUPPORTED;
             std::optional<Pegasus::CIMException>& first =
@@ -40,11 +55,12 @@ class Legs {
         if (_firstNotSupported && _answers.empty()) {
             throw Pegasus::CIMException(*_firstNotSupported);
         }
-        return {joined(std::move(_answers)), _legs};
+        return {joined(std::move(_answers)), _legs, _held};
     }
 
   private:
     unsigned _legs = 0;
+    std::size_t _held = 0;
     std::vector<Cursor> _answers;
     std::optional<Pegasus::CIMException> _firstError;
     std::optional<Pegasus::CIMException> _firstNotSupported;

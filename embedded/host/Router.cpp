@@ -1,7 +1,6 @@
 #include "host/Router.h"
 
 #include "host/Cursors.h"
-#include "host/Legs.h"
 #include "host/ProviderCall.h"
 #include "host/ResponseCollector.h"
 #include "host/Values.h"
@@ -323,20 +322,23 @@ Plan Router::planEnumeration(const Question& question) const {
                                                   instance = withProperties(instance, list);
                                               });
         }
+        if (question.operation.fullPaths) {
+            answer.next = completed(question.operation, std::move(answer.next));
+        }
         return answer;
     });
 }
 
-Cursor Router::enumerated(const Question& question, const Source& source,
-                          const CIMPropertyList& list) const {
+Leg Router::enumerated(const Question& question, const Source& source,
+                       const CIMPropertyList& list) const {
     const auto& [operation, view] = question;
     const bool names = operation.kind == OperationKind::EnumerateInstanceNames;
     if (source.provider == nullptr) {
         repository::InstanceList stored = view.instances(operation.nameSpace, source.className);
-        return names
-                   ? madeOf(std::move(stored), [](const StoredInstance& one) { return one.path(); })
-                   : madeOf(std::move(stored),
-                            [](const StoredInstance& one) { return one.instance(); });
+        return {
+            names ? madeOf(std::move(stored), [](const StoredInstance& one) { return one.path(); })
+                  : madeOf(std::move(stored),
+                           [](const StoredInstance& one) { return one.instance(); })};
     }
     const Pegasus::OperationContext context = contextFor(operation.caller);
     const CIMObjectPath path(_hostName, operation.nameSpace, source.className);
@@ -352,7 +354,7 @@ Cursor Router::enumerated(const Question& question, const Source& source,
                                                   operation.includeClassOrigin, list, instances);
                                           }
                                       });
-    return names ? cursorOverAll(paths.objects()) : cursorOverAll(instances.objects());
+    return names ? legOver(paths.objects()) : legOver(instances.objects());
 }
 
 } // namespace embedded::host

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/CimOperations.h"
+#include "host/Legs.h"
 #include "host/Provider.h"
 #include "host/ProviderModule.h"
 #include "host/RepositoryAssociations.h"
@@ -39,6 +40,9 @@ class Router : public CimOperations {
                                            const Pegasus::CIMName& className) override {
         return _repository.view().keyNames(nameSpace, className);
     }
+    bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) override {
+        return _repository.view().hasNameSpace(nameSpace);
+    }
 
   private:
     /// An operation, and what the repository held when it was planned.
@@ -67,11 +71,10 @@ class Router : public CimOperations {
     void requireWritable(const Question& question, const Pegasus::CIMName& className) const;
     static Answer askToWrite(const Operation& operation, Provider& provider,
                              const Pegasus::CIMObjectPath& path);
-    Cursor enumerated(const Question& question, const Source& source,
-                      const Pegasus::CIMPropertyList& propertyList) const;
-    Cursor traversed(const Operation& operation, const Source& source) const;
-    Cursor instanceObjects(const Question& question,
-                           const std::vector<Pegasus::CIMObjectPath>& paths);
+    Leg enumerated(const Question& question, const Source& source,
+                   const Pegasus::CIMPropertyList& propertyList) const;
+    Leg traversed(const Operation& operation, const Source& source) const;
+    Leg instanceObjects(const Question& question, const std::vector<Pegasus::CIMObjectPath>& paths);
     void complete(const Operation& operation, Pegasus::CIMObjectPath& path) const;
     Cursor completed(const Operation& operation, Cursor cursor) const;
 

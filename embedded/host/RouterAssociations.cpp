@@ -2,7 +2,6 @@
 // classes that can touch the source's class; the repository is one leg, always; every candidate
 // that is registered is one more.
 #include "host/Cursors.h"
-#include "host/Legs.h"
 #include "host/ProviderCall.h"
 #include "host/ResponseCollector.h"
 #include "host/Router.h"
@@ -40,17 +39,12 @@ bool asksForFarEnds(const Operation& operation) {
            operation.kind == OperationKind::AssociatorNames;
 }
 
-bool asksForNames(const Operation& operation) {
-    return operation.kind == OperationKind::AssociatorNames ||
-           operation.kind == OperationKind::ReferenceNames;
-}
-
 /// What the schema answers about a source that is a class.
 Cursor classesAt(const Operation& operation, const repository::View& view,
                  const RepositoryAssociations& associations, const Names& candidates) {
     Names found = asksForFarEnds(operation) ? associations.farClasses(candidates)
                                             : associations.associationClasses(candidates);
-    if (asksForNames(operation)) {
+    if (returnsPaths(operation.kind)) {
         return madeOf(std::move(found), [](const CIMName& name) {
             return CIMObjectPath(String(), Pegasus::CIMNamespaceName(), name);
         });
@@ -133,19 +127,23 @@ Plan Router::planTraversal(const Question& question) {
                 return asCimErrors([&] {
                     const Operation& asked = question.operation;
                     Legs legs;
-                    legs.add([&]() -> Cursor {
+                    legs.add([&]() -> Leg {
+                        const std::size_t held = stored.size();
                         switch (asked.kind) {
                         case OperationKind::Associators:
                             return instanceObjects(question, farPaths);
                         case OperationKind::AssociatorNames:
-                            return cursorOverAll(std::move(farPaths));
+                            return legOver(std::move(farPaths));
                         case OperationKind::References:
-                            return madeOf(std::move(stored), [](const StoredInstance& one) {
-                                return CIMObject(one.instance());
-                            });
+                            return {madeOf(std::move(stored),
+                                           [](const StoredInstance& one) {
+                                               return CIMObject(one.instance());
+                                           }),
+                                    held};
                         default:
-                            return madeOf(std::move(stored),
-                                          [](const StoredInstance& one) { return one.path(); });
+                            return {madeOf(std::move(stored),
+                                           [](const StoredInstance& one) { return one.path(); }),
+                                    held};
                         }
                     });
                     for (const Source& source : served) {
@@ -158,7 +156,7 @@ Plan Router::planTraversal(const Question& question) {
             }};
 }
 
-Cursor Router::traversed(const Operation& operation, const Source& source) const {
+Leg Router::traversed(const Operation& operation, const Source& source) const {
     const Pegasus::OperationContext context = contextFor(operation.caller);
     const CIMObjectPath path = requestPath(operation, operation.objectName);
     const CIMName& candidate = source.className;
@@ -183,13 +181,12 @@ Cursor Router::traversed(const Operation& operation, const Source& source) const
                 return asked.referenceNames(context, path, candidate, operation.role, paths);
             }
         });
-    return asksForNames(operation) ? cursorOverAll(paths.objects())
-                                   : cursorOverAll(objects.objects());
+    return returnsPaths(operation.kind) ? legOver(paths.objects()) : legOver(objects.objects());
 }
 
 /// The instances that `paths` name, whoever serves them. A path that leads nowhere is left out:
 /// associatorNames tells it, but there is no object to show.
-Cursor Router::instanceObjects(const Question& question, const std::vector<CIMObjectPath>& paths) {
+Leg Router::instanceObjects(const Question& question, const std::vector<CIMObjectPath>& paths) {
     std::vector<FarEnd> found;
     for (const CIMObjectPath& path : paths) {
         Operation get = question.operation;
@@ -210,7 +207,8 @@ Cursor Router::instanceObjects(const Question& question, const std::vector<CIMOb
             }
         }
     }
-    return madeOf(std::move(found), [](const FarEnd& end) { return end.object(); });
+    const std::size_t held = found.size();
+    return {madeOf(std::move(found), [](const FarEnd& end) { return end.object(); }), held};
 }
 
 /// Host and namespace are put in where a path has none; others stay, right or wrong.
@@ -224,16 +222,19 @@ void Router::complete(const Operation& operation, CIMObjectPath& path) const {
 }
 
 Cursor Router::completed(const Operation& operation, Cursor cursor) const {
-    if (asksForNames(operation)) {
+    if (returnsPaths(operation.kind)) {
         return mapped<CIMObjectPath>(std::move(cursor), [this, &operation](CIMObjectPath& path) {
             complete(operation, path);
         });
     }
-    return mapped<CIMObject>(std::move(cursor), [this, &operation](CIMObject& object) {
+    const auto completeObject = [this, &operation](auto& object) {
         CIMObjectPath path = object.getPath();
         complete(operation, path);
         object.setPath(path);
-    });
+    };
+    return operation.kind == OperationKind::EnumerateInstances
+               ? mapped<CIMInstance>(std::move(cursor), completeObject)
+               : mapped<CIMObject>(std::move(cursor), completeObject);
 }
 
 } // namespace embedded::host

@@ -35,6 +35,15 @@ constexpr std::size_t shortRequest = 32 * KiB;    ///< long requests
 constexpr unsigned processorsForALongRequest = 2; ///< long requests
 constexpr std::chrono::seconds patience{30};      ///< requests inside a module; long requests
 
+// Pulled enumerations. What a provider has delivered is kept until it is pulled; what the
+// repository has is read when it is asked for.
+
+constexpr std::size_t enumerations = 256;               ///< open enumerations
+constexpr std::size_t enumerationsOfOneUser = 128;      ///< open enumerations
+constexpr std::size_t enumerationObjects = 200000;      ///< objects of open enumerations
+constexpr std::chrono::seconds enumerationTime{30};     ///< time between pulls
+constexpr std::chrono::seconds enumerationLongest{300}; ///< time between pulls
+
 // Documents. A request may be large, but what it costs must not grow beyond its size: an object of
 // many members is copied where one of them changes, a reference within a key is quoted again at
 // each level, and many errors show what a client has sent, some of which grows tenfold on the way.

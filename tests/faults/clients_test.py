@@ -280,7 +280,12 @@ SENT = {
         "GetClass", ("ClassName", of_class("CIM_None")), ("LocalOnly", "<VALUE>maybe</VALUE>"))), VALID),
     "an operation that is unknown": (asking(call("Frobnicate")), "200 error 7"),
     "an operation that is not offered": (asking(call(
-        "OpenEnumerateInstances", ("ClassName", of_class("CIM_None")))), "200 error 7"),
+        "OpenQueryInstances", ("FilterQuery", "<VALUE>x</VALUE>"))), "200 error 7"),
+    "a pull of what is not open": (asking(call(
+        "PullInstancePaths", ("EnumerationContext", "<VALUE>x</VALUE>"),
+        ("MaxObjectCount", "<VALUE>1</VALUE>"))), "200 error 21"),
+    "a context of 1 MB": (asking(call(
+        "CloseEnumeration", ("EnumerationContext", f"<VALUE>{1000000 * 'x'}</VALUE>"))), "200 error 21"),
     "an instance that is not there": (get(name("CIM_RegisteredProfile", InstanceID="none")),
                                       "200 error 6"),
     "an instance without its key": (get(name("CIM_RegisteredProfile")), "200 error 6"),

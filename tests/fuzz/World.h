@@ -1,6 +1,7 @@
 // A small CIM server without modules: the classes and objects of the wire cases.
 #pragma once
 
+#include "host/Enumerations.h"
 #include "host/Router.h"
 #include "repository/Repository.h"
 
@@ -19,10 +20,14 @@ class World : public embedded::host::CimOperations {
         if (_written)
             renew();
     }
+    embedded::host::Enumerations& enumerations() { return _server->enumerations; }
     embedded::host::Plan plan(const embedded::host::Operation& operation) override;
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) override {
         return _server->router.keyNames(nameSpace, className);
+    }
+    bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) override {
+        return _server->router.hasNameSpace(nameSpace);
     }
 
   private:
@@ -31,6 +36,7 @@ class World : public embedded::host::CimOperations {
         embedded::repository::Repository repository;
         embedded::host::ProviderModules modules{embedded::host::Registration(), {}};
         embedded::host::Router router{repository, modules, "fuzz", true};
+        embedded::host::Enumerations enumerations; // which refer to it
     };
     void renew();
 

@@ -72,7 +72,8 @@ void checkReply(const std::string& reply, const Element& request) {
 std::string answered(const std::string& body, World& world) {
     const Document request(body);
     const Element message = request.root().child("MESSAGE");
-    std::string reply = answer(body, headersFor(message), embedded::host::Caller(), world);
+    std::string reply =
+        answer(body, headersFor(message), embedded::host::Caller(), world, world.enumerations());
     checkReply(reply, message);
     return reply;
 }

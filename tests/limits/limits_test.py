@@ -149,6 +149,9 @@ ROOMS = {
                    "ServerLimits.AClientThatTakesItsReplySlowlyHasTimeForEachPart"),
     "wholeReply": ("http_test",
                    "ServerPieces.UpToTheLimitAreOneBodyForAClientThatKnowsNoChunks"),
+    "enumerations": ("host_test", "Enumerated.HasBoundsForOneUserAndForAll"),
+    "enumerationObjects": ("host_test", "Enumerated.CountsWhatProvidersHaveDelivered"),
+    "enumerationTime": ("cimxml_test", "Pull.HasTheTimeOfTheLimitUnlessTheClientSaysOtherwise"),
     "patience": ("http_test", "LanesTest.GiveUpWhatHasWaitedTooLong"),
     "logLines": ("cimhost_parts_test", "ThrottleTest.LetsAsManyLinesOfAKindThroughInASecond"),
     "logQueue": ("cimhost_parts_test", "OutletTest.KeepsAsMuchAsIsTheLimit"),
@@ -232,6 +235,20 @@ class Wire(unittest.TestCase):
                 if is_within:
                     first.sendall(getting_class())
                 self.assertEqual(told(rest(first)), "200 CLASS" if is_within else "")
+
+
+    @tests("enumerationsOfOneUser", "enumerationLongest")
+    def test_of_open_enumerations(self):
+        def opening(*parameters):
+            return told(answer(self.served.port, operation(
+                "OpenEnumerateInstancePaths", ("ClassName", of_class("CIM_RegisteredProfile")),
+                *parameters)))
+        for time_out, is_within in around(LIMITS["enumerationLongest"]):
+            within = opening(("OperationTimeout", f"<VALUE>{time_out}</VALUE>"))
+            self.assertEqual("CIM_ERR_INVALID_OPERATION_TIMEOUT" not in within, is_within, within)
+        for count in range(3, LIMITS["enumerationsOfOneUser"] + 2):
+            is_within = count <= LIMITS["enumerationsOfOneUser"]
+            self.assertEqual("CIM_ERR_SERVER_LIMITS_EXCEEDED" not in opening(), is_within, count)
 
 
 class Modules(unittest.TestCase):

@@ -12,6 +12,7 @@
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Linkage.h>
 
+#include <cstddef>
 #include <functional>
 #include <utility>
 #include <variant>
@@ -66,6 +67,9 @@ struct PEGASUS_COMMON_LINKAGE Operation {
     bool includeQualifiers = false;
     bool includeClassOrigin = false;
     CIMPropertyList propertyList;
+    /// Paths of an enumeration are to have a host and a namespace, as those that associations lead
+    /// to always have; what a provider has set stays.
+    bool fullPaths = false;
 
     /// The class that is asked for: the one named, or that of the path or instance named.
     const CIMName& target() const;
@@ -88,6 +92,7 @@ using Cursor = std::function<bool(Answered&)>;
 struct Answer {
     Cursor next; ///< empty: there is nothing
     unsigned legs = 1;
+    std::size_t held = 0; ///< things that the cursor keeps in memory of its own
 };
 
 /// A cursor over one thing.

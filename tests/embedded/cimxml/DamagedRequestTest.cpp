@@ -65,7 +65,8 @@ bool isAnswered(const std::string& body, const Headers& headers) {
     operations.instance = Pegasus::CIMInstance(Pegasus::CIMName("X"));
     operations.createdPath = Pegasus::CIMObjectPath("X");
     try {
-        const std::string reply = answer(body, headers, host::Caller(), operations);
+        const std::string reply =
+            answer(body, headers, host::Caller(), operations, operations.enumerations);
         const std::string end = "</CIM>\n";
         EXPECT_EQ(reply.substr(reply.size() - end.size()), end);
         return true;

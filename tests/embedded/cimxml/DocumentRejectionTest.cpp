@@ -130,7 +130,8 @@ TEST(DocumentRejection, NamesTheFirstOfMoreUnknownElementsThanAreRead) {
     EXPECT_EQ(rejected(with("3.0")), "501 unsupported-cim-version");
     try {
         FakeOperations operations;
-        answer(with("2.0"), headersFor("EnumerateInstanceNames"), {}, operations);
+        answer(with("2.0"), headersFor("EnumerateInstanceNames"), {}, operations,
+               operations.enumerations);
         FAIL();
     } catch (const RequestRejected& reason) {
         EXPECT_STREQ(reason.what(), "unknown element A0");

@@ -346,8 +346,8 @@ TEST(Exchange, ReadsALongRequestInALaneOfItsOwnAndAnswersItThereToo) {
     const auto answered = [&](std::size_t length) {
         Request lengthened = request;
         lengthened.body.resize(length, '\n');
-        return std::get<http::Work>(
-            exchange(std::move(lengthened), host::Caller(), operations, {7}));
+        return std::get<http::Work>(exchange(std::move(lengthened), host::Caller(), operations,
+                                             operations.enumerations, {7}));
     };
     EXPECT_EQ(answered(32 * 1024).lanes, (std::vector<unsigned>{3}));
     const http::Work reading = answered(32 * 1024 + 1);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/CimOperations.h"
+#include "host/Enumerations.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -34,10 +35,16 @@ class FakeOperations : public host::CimOperations {
     Pegasus::CIMQualifierDecl qualifier;
     Pegasus::Array<Pegasus::CIMQualifierDecl> qualifiers;
 
+    host::Enumerations enumerations; ///< that requests to this fake open
+
     host::Plan plan(const host::Operation& operation) override;
     /// Those of `cimClass`.
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) override;
+    /// Any but one that is called root/none.
+    bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) override {
+        return !nameSpace.equal(Pegasus::CIMNamespaceName("root/none"));
+    }
 
   private:
     host::Answer answerTo(const host::Operation& operation);

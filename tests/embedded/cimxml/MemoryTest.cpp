@@ -39,6 +39,7 @@ class Refusing : public host::CimOperations {
     host::Plan plan(const host::Operation&) override {
         throw Pegasus::CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "");
     }
+    bool hasNameSpace(const Pegasus::CIMNamespaceName&) override { return true; }
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName&,
                                            const Pegasus::CIMName&) override {
         return {};
@@ -53,7 +54,8 @@ TEST(Memory, OfALargeRequestIsGivenBack) {
     std::size_t within = 0;
     {
         Refusing operations;
-        Exchange exchange(body, headersFor("CreateInstance"), {}, operations);
+        host::Enumerations enumerations;
+        Exchange exchange(body, headersFor("CreateInstance"), {}, operations, enumerations);
         within = residentBytes();
         std::string reply;
         exchange.next(reply);

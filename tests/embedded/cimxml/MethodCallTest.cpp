@@ -23,7 +23,8 @@ std::string methodCall(const std::string& method, const std::string& target) {
 
 std::string answerTo(FakeOperations& operations, const std::string& method,
                      const std::string& target, const std::string& object) {
-    return answer(methodCall(method, target), {method, object, "1.0"}, host::Caller(), operations);
+    return answer(methodCall(method, target), {method, object, "1.0"}, host::Caller(), operations,
+                  operations.enumerations);
 }
 
 std::string errorReply(const std::string& method, int code, const std::string& description) {
@@ -36,15 +37,15 @@ std::string errorReply(const std::string& method, int code, const std::string& d
            "</METHODRESPONSE>\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n";
 }
 
-FakeOperations operationsWithMethod() {
-    FakeOperations operations;
-    operations.cimClass = CIMClass(CIMName("X"));
-    operations.cimClass.addMethod(CIMMethod(CIMName("Start"), CIMTYPE_UINT32));
-    return operations;
-}
+struct WithMethod : FakeOperations {
+    WithMethod() {
+        cimClass = CIMClass(CIMName("X"));
+        cimClass.addMethod(CIMMethod(CIMName("Start"), CIMTYPE_UINT32));
+    }
+};
 
 TEST(MethodCall, OfAMethodThatTheClassHasNotIsNotFound) {
-    FakeOperations operations = operationsWithMethod();
+    WithMethod operations;
     const std::string expected = errorReply("Stop", 17, "CIM_ERR_METHOD_NOT_FOUND: Stop");
     EXPECT_EQ(answerTo(operations, "Stop", onInstance, "root:X.a=\"1\""), expected);
     EXPECT_EQ(answerTo(operations, "Stop", onClass, "root:X"), expected);
@@ -52,7 +53,7 @@ TEST(MethodCall, OfAMethodThatTheClassHasNotIsNotFound) {
 }
 
 TEST(MethodCall, OfAMethodThatTheClassHasIsNotAvailable) {
-    FakeOperations operations = operationsWithMethod();
+    WithMethod operations;
     EXPECT_EQ(answerTo(operations, "start", onInstance, "root:X.a=\"1\""),
               errorReply("start", 16,
                          "CIM_ERR_METHOD_NOT_AVAILABLE: No provider for method start of class X."));

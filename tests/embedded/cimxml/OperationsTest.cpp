@@ -114,7 +114,7 @@ TEST(Operations, PassTheCallerOn) {
     host::Caller caller;
     caller.userName = "operator";
     answer(request("EnumerateClassNames", ""), headersFor("EnumerateClassNames"), caller,
-           operations);
+           operations, operations.enumerations);
     EXPECT_TRUE(operations.lastCaller.userName == "operator");
 }
 
@@ -137,11 +137,7 @@ TEST_P(NotServed, IsNotSupported) {
 INSTANTIATE_TEST_SUITE_P(Operations, NotServed,
                          testing::Values("CreateClass", "ModifyClass", "DeleteClass", "SetProperty",
                                          "SetQualifier", "DeleteQualifier", "ExecQuery",
-                                         "OpenEnumerateInstances", "OpenEnumerateInstancePaths",
-                                         "OpenReferenceInstances", "OpenReferenceInstancePaths",
-                                         "OpenAssociatorInstances", "OpenAssociatorInstancePaths",
-                                         "OpenQueryInstances", "PullInstancesWithPath",
-                                         "PullInstancePaths", "PullInstances", "CloseEnumeration",
+                                         "OpenQueryInstances", "PullInstances",
                                          "EnumerationCount"));
 
 // Responses
@@ -376,8 +372,8 @@ TEST(Responses, RepeatTheMessageId) {
     FakeOperations operations;
     std::string body = request("EnumerateClassNames", "");
     body.replace(body.find("1001"), 4, "&lt;1&quot; &amp;amp;");
-    const std::string reply =
-        answer(body, headersFor("EnumerateClassNames"), host::Caller(), operations);
+    const std::string reply = answer(body, headersFor("EnumerateClassNames"), host::Caller(),
+                                     operations, operations.enumerations);
     EXPECT_NE(reply.find("<MESSAGE ID=\"&lt;1&quot; &amp;amp;\" PROTOCOLVERSION=\"1.0\">\n"),
               std::string::npos)
         << reply;
