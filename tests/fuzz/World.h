@@ -15,9 +15,9 @@ class World : public embedded::host::CimOperations {
   public:
     World() { renew(); }
 
-    /// Makes everything as it was, if something was written.
+    /// Makes everything as it was, if something was written or is open.
     void restore() {
-        if (_written)
+        if (_written || _server->enumerations.size() != 0)
             renew();
     }
     embedded::host::Enumerations& enumerations() { return _server->enumerations; }

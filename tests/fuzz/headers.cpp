@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <regex>
 #include <string>
 #include <string_view>
 
@@ -50,7 +51,10 @@ std::string fieldOf(const Reply& reply, const char* name) {
 
 // Status, error and document: what does not depend on the form of the request.
 std::string essence(const Reply& reply) {
-    return std::to_string(reply.status) + " " + fieldOf(reply, "CIMError") + "\n" + reply.body;
+    // The context of an enumeration is never the same.
+    static const std::regex context("(\"EnumerationContext\"[^>]*>\n<VALUE>)[0-9a-f]{32}");
+    return std::to_string(reply.status) + " " + fieldOf(reply, "CIMError") + "\n" +
+           std::regex_replace(reply.body, context, "$1");
 }
 
 // CIMError's values, DSP0200 clause 6.3.3.2.
