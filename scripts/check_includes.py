@@ -26,7 +26,7 @@ WITHOUT_CIM = {"limits": ["limits"], "threads": ["threads"], "text": ["text"], "
 LIBRARIES = {
     "text": ["utf8cpp/"],
     "cimxml": ["expat.h"],
-    "http": ["boost/"],
+    "http": ["boost/", "openssl/"],
     "cimhost": ["CLI/", "spdlog/"],
 }
 

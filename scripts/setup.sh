@@ -5,7 +5,7 @@
 set -eu
 
 usage="usage: setup.sh run|package|bench|test"
-run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libexpat1-dev libutfcpp-dev libcli11-dev
+run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libssl-dev libexpat1-dev libutfcpp-dev libcli11-dev
   nlohmann-json3-dev libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
 package_packages="dpkg-dev file rpm"
 bench_packages="libbenchmark-dev wrk"

@@ -1,5 +1,7 @@
 #include "cimhost/CommandLine.h"
 
+#include "cimhost/Commands.h"
+
 #include <CLI/CLI.hpp>
 #include <Pegasus/Common/Exception.h>
 
@@ -60,11 +62,26 @@ struct Raw {
     std::vector<std::string> nameSpaces;
     std::vector<std::string> mofFiles;
     std::vector<std::string> faults;
+    bool withoutHttp = false;
     unsigned grace = 10;
     unsigned patience = limits::patience.count();
 };
 
+void convertPorts(const Raw& raw, Settings& settings) {
+    settings.withHttp = !raw.withoutHttp;
+    if (settings.httpsPort &&
+        (settings.tlsFiles.certificate.empty() || settings.tlsFiles.key.empty()))
+        throw CLI::ValidationError(
+            "--https-port",
+            "needs --certificate FILE and --key FILE; without any, make them first:\n"
+            "  cimhost make-certificate cimhost.pem cimhost.key");
+    if (settings.httpsPort && settings.withHttp && settings.httpsPort != 0 &&
+        settings.httpsPort == settings.port)
+        throw CLI::ValidationError("--https-port", "is that of --port; each needs one of its own");
+}
+
 void convert(const Raw& raw, Settings& settings) {
+    convertPorts(raw, settings);
     settings.interop = nameSpace("--interop", raw.interop);
     for (const std::string& text : raw.nameSpaces)
         settings.nameSpaces.push_back(nameSpace("--namespace", text));
@@ -76,7 +93,7 @@ void convert(const Raw& raw, Settings& settings) {
     settings.patience = std::chrono::seconds(raw.patience);
 }
 
-void declareServing(CLI::App& app, Settings& settings) {
+void declareServing(CLI::App& app, Settings& settings, Raw& raw) {
     CLI::Validator named(
         [](const std::string& address) {
             return address.empty()
@@ -88,12 +105,36 @@ void declareServing(CLI::App& app, Settings& settings) {
         ->type_name("ADDRESS")
         ->check(named)
         ->capture_default_str();
-    app.add_option("--port", settings.port, "Port to listen on; 0 takes any free one")
-        ->type_name("PORT")
-        ->capture_default_str();
-    app.add_option("--port-file", settings.portFile,
-                   "Write the port to FILE once it is listened to")
-        ->type_name("FILE");
+    CLI::Option* const port =
+        app.add_option("--port", settings.port, "Port to listen on; 0 takes any free one")
+            ->type_name("PORT")
+            ->capture_default_str();
+    CLI::Option* const portFile = app.add_option("--port-file", settings.portFile,
+                                                 "Write the port to FILE once it is listened to")
+                                      ->type_name("FILE");
+    CLI::Option* const https =
+        app.add_option("--https-port", settings.httpsPort,
+                       "Port to listen on for HTTPS; 0 takes any free one (default: none)")
+            ->type_name("PORT");
+    app.add_option("--https-port-file", settings.httpsPortFile,
+                   "Write the port for HTTPS to FILE, before --port-file is written")
+        ->type_name("FILE")
+        ->needs(https);
+    app.add_option("--certificate", settings.tlsFiles.certificate,
+                   "The server's certificate for HTTPS, and those that lead to its root (PEM)")
+        ->type_name("FILE")
+        ->needs(https);
+    app.add_option("--key", settings.tlsFiles.key, "The key of the certificate (PEM)")
+        ->type_name("FILE")
+        ->needs(https);
+    app.add_option("--client-ca", settings.tlsFiles.clientCa,
+                   "Ask clients for a certificate; the roots of those that are taken (PEM)")
+        ->type_name("FILE")
+        ->needs(https);
+    app.add_flag("--no-http", raw.withoutHttp, "Listen for HTTPS alone")
+        ->needs(https)
+        ->excludes(port)
+        ->excludes(portFile);
 }
 
 void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
@@ -176,21 +217,25 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     app.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
     Settings settings;
     Raw raw;
-    declareServing(app, settings);
+    declareServing(app, settings, raw);
     declareContent(app, settings, raw);
     declareSystem(app, settings);
     declareWatching(app, settings, raw);
+    std::function<ExitCode()> command;
+    declareCommands(app, command);
     try {
         app.parse(argc, argv);
+        if (command)
+            return {std::nullopt, std::move(command)};
         convert(raw, settings);
     } catch (const CLI::Success& done) {
         app.exit(done);
         return {};
     } catch (const CLI::Error& error) {
         app.exit(error);
-        return {std::nullopt, ExitCode::Usage};
+        return {std::nullopt, nullptr, ExitCode::Usage};
     }
-    return {std::move(settings), ExitCode::Ok};
+    return {std::move(settings)};
 }
 
 } // namespace embedded::cimhost

@@ -3,6 +3,7 @@
 
 #include "cimhost/ExitCode.h"
 #include "host/Faults.h"
+#include "http/Tls.h"
 #include "limits/Limits.h"
 
 #include <Pegasus/Common/CIMName.h>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,6 +28,10 @@ struct Settings {
     std::string address = "127.0.0.1";
     std::uint16_t port = 5988;
     std::optional<std::filesystem::path> portFile;
+    bool withHttp = true;                   ///< plain HTTP, on `port`
+    std::optional<std::uint16_t> httpsPort; ///< none: no TLS
+    std::optional<std::filesystem::path> httpsPortFile;
+    http::TlsContext::Files tlsFiles;
     Pegasus::CIMNamespaceName interop;
     std::vector<Pegasus::CIMNamespaceName> nameSpaces; ///< without `interop`
     std::vector<MofFile> mofFiles;                     ///< in the order of loading
@@ -43,10 +49,12 @@ struct Settings {
     std::string wireTrace;         ///< empty: none; "-": standard error; else a directory
 };
 
-/// The settings that `argc` and `argv` ask for, or, when there is nothing more to be done, the
-/// exit code: help and version have been printed to standard output, errors to standard error.
+/// The settings that `argc` and `argv` ask for, or something to be done instead of serving, or,
+/// when there is nothing more to be done, the exit code: help and version have been printed to
+/// standard output, errors to standard error.
 struct CommandLine {
     std::optional<Settings> settings;
+    std::function<ExitCode()> command = nullptr;
     ExitCode exitCode = ExitCode::Ok;
 };
 CommandLine readCommandLine(int argc, const char* const* argv);

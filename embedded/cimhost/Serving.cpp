@@ -21,6 +21,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <memory>
 #include <new>
 #include <numeric>
 #include <optional>
@@ -29,6 +31,7 @@
 #include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace embedded::cimhost {
 namespace {
@@ -52,9 +55,10 @@ void warnOfTrace(const std::string& line) {
     std::_Exit(static_cast<int>(code));
 }
 
-std::string url(const std::string& address, std::uint16_t port) {
+std::string url(const std::string& scheme, const std::string& address, std::uint16_t port) {
     const bool v6 = address.find(':') != std::string::npos;
-    return "http://" + (v6 ? "[" + address + "]" : address) + ":" + std::to_string(port) + "/cimom";
+    return scheme + "://" + (v6 ? "[" + address + "]" : address) + ":" + std::to_string(port) +
+           "/cimom";
 }
 
 /// The file that tells the port. Scripts wait for it to be there, so it is there only when it is
@@ -130,15 +134,80 @@ http::Handler handler(const Settings& settings, host::CimOperations& operations,
                                       : traced(std::move(answer), settings.wireTrace, warnOfTrace);
 }
 
-std::optional<http::Listener> listen(const Settings& settings) {
+// What is read again on SIGHUP. The certificate is read before anything is listened to.
+std::shared_ptr<http::TlsContext> tls(const Settings& settings) {
+    return settings.httpsPort ? std::make_shared<http::TlsContext>(settings.tlsFiles) : nullptr;
+}
+
+void reload(http::TlsContext* tls) noexcept {
     try {
-        return http::Listener(settings.address, settings.port);
-    } catch (const std::runtime_error& error) {
-        spdlog::error("{}; choose another address or port with --address and --port, or let "
-                      "--port 0 take any free one",
-                      error.what());
-        return std::nullopt;
+        if (tls) {
+            tls->reload();
+            spdlog::info("certificate and key are read again");
+        }
+    } catch (const std::exception& error) {
+        try {
+            spdlog::error("{}; the former certificate and key are kept", error.what());
+        } catch (...) { // a line less
+        }
     }
+}
+
+// HTTP first. Throws std::runtime_error.
+std::vector<http::Listener> listen(const Settings& settings,
+                                   const std::shared_ptr<const http::TlsContext>& tls) {
+    std::vector<http::Listener> listeners;
+    if (settings.withHttp)
+        listeners.emplace_back(settings.address, settings.port);
+    if (settings.httpsPort)
+        listeners.emplace_back(settings.address, *settings.httpsPort, tls);
+    return listeners;
+}
+
+std::vector<std::string> served(const Settings& settings,
+                                const std::vector<http::Listener>& listeners) {
+    std::vector<std::string> urls;
+    for (const http::Listener& listener : listeners)
+        urls.push_back(url(listener.tls() ? "https" : "http", settings.address, listener.port()));
+    return urls;
+}
+
+/// The files that tell the ports, each for the listener of its place; none where none is wanted.
+class PortFiles {
+  public:
+    explicit PortFiles(std::vector<std::optional<std::filesystem::path>> files)
+        : _paths(std::move(files)), _files(_paths.size()) {
+        each([this](std::size_t i) { _files[i].emplace(*_paths[i]); });
+    }
+    /// The last one first, so that whoever waits for that of HTTP has both.
+    void write(const std::vector<std::uint16_t>& ports) {
+        each([&](std::size_t i) { _files[i]->write(ports[i]); });
+    }
+
+  private:
+    template <class Step>
+    void each(const Step& step) {
+        for (std::size_t i = _paths.size(); i-- != 0;)
+            try {
+                if (_paths[i])
+                    step(i);
+            } catch (const std::system_error& error) {
+                throw std::runtime_error("cannot write the port file " + _paths[i]->string() +
+                                         ": " + error.what());
+            }
+    }
+
+    const std::vector<std::optional<std::filesystem::path>> _paths;
+    std::vector<std::optional<PortFile>> _files;
+};
+
+std::vector<std::optional<std::filesystem::path>> portFiles(const Settings& settings) {
+    std::vector<std::optional<std::filesystem::path>> files;
+    if (settings.withHttp)
+        files.push_back(settings.portFile);
+    if (settings.httpsPort)
+        files.push_back(settings.httpsPortFile);
+    return files;
 }
 
 void tellCalls(const host::ProviderModules& modules, std::chrono::seconds atLeast) noexcept {
@@ -257,23 +326,29 @@ class Unloading {
 
 ExitCode serve(const Settings& settings, repository::Repository& repository,
                const host::Registration& registration) {
-    std::optional<http::Listener> listener = listen(settings);
-    if (!listener)
+    std::shared_ptr<http::TlsContext> tlsContext;
+    try {
+        tlsContext = tls(settings);
+    } catch (const std::runtime_error& error) {
+        spdlog::error("{}", error.what());
+        return ExitCode::Usage;
+    }
+    std::vector<http::Listener> listeners;
+    try {
+        listeners = listen(settings, tlsContext);
+    } catch (const std::runtime_error& error) {
+        spdlog::error("{}; choose another address or port with --address, --port and --https-port, "
+                      "or let 0 as the port take any free one",
+                      error.what());
         return ExitCode::CannotListen;
-    const std::uint16_t port = listener->port();
-    // From here on the file is this server's: one that cannot listen leaves that of another alone.
-    std::optional<PortFile> portFile;
-    const auto withPortFile = [&](const auto& step) {
-        try {
-            if (settings.portFile)
-                step(*settings.portFile);
-        } catch (const std::system_error& error) {
-            throw std::runtime_error("cannot write the port file " + settings.portFile->string() +
-                                     ": " + error.what());
-        }
-    };
-    withPortFile([&](const std::filesystem::path& file) { portFile.emplace(file); });
-    if (!listener->isLoopback())
+    }
+    std::vector<std::uint16_t> ports;
+    for (const http::Listener& listener : listeners)
+        ports.push_back(listener.port());
+    // From here on the files are this server's: one that cannot listen leaves those of another
+    // alone.
+    std::optional<PortFiles> files(portFiles(settings));
+    if (!listeners.front().isLoopback())
         spdlog::warn(
             "{} is not a loopback address: whoever can reach it may ask this server, and nobody "
             "is asked who they are; without --address it listens on 127.0.0.1 only",
@@ -281,7 +356,7 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
 
     host::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warnOfProvider, {}};
-    linkOwnObjects(settings, repository.view(), port, moduleSettings);
+    linkOwnObjects(settings, repository.view(), ports.front(), moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
     Unloading unloading(modules);
     host::Router router(repository, modules, host::localHostName(), settings.writable);
@@ -290,25 +365,29 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
         settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
     host::Enumerations enumerations;
     const http::Options httpOptions = options(modules, settings.patience);
+    const std::vector<std::string> urls = served(settings, listeners);
     http::Server server(
-        std::move(*listener), httpOptions,
+        std::move(listeners), httpOptions,
         handler(settings, router, enumerations, static_cast<unsigned>(modules.modules().size())));
 
-    const SignalWatch watch([&](unsigned count) {
-        if (count > 1) {
-            spdlog::error("second signal: ending at once");
-            leave(ExitCode::Interrupted);
-        }
-        spdlog::info("ending: requests in progress have {} s", settings.grace.count());
-        server.stop(settings.grace);
-    });
-    withPortFile([&](const auto&) { portFile->write(port); });
-    spdlog::info("serving {}", url(settings.address, port));
+    const SignalWatch watch(
+        [&](unsigned count) {
+            if (count > 1) {
+                spdlog::error("second signal: ending at once");
+                leave(ExitCode::Interrupted);
+            }
+            spdlog::info("ending: requests in progress have {} s", settings.grace.count());
+            server.stop(settings.grace);
+        },
+        [&] { reload(tlsContext.get()); });
+    files->write(ports);
+    for (const std::string& each : urls)
+        spdlog::info("serving {}", each);
     {
         const CallWatch callWatch(modules, settings.patience);
         server.run();
     }
-    portFile.reset(); // nobody listens any more
+    files.reset(); // nobody listens any more
     unloading.finish(modules, server.drained(), settings.grace);
     spdlog::info("ended");
     return ExitCode::Ok;

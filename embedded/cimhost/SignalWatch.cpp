@@ -24,14 +24,16 @@ void takeSignals() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-SignalWatch::SignalWatch(std::function<void(unsigned)> arrived)
-    : _thread([this, arrived = std::move(arrived)] {
+SignalWatch::SignalWatch(std::function<void(unsigned)> end, std::function<void()> reload)
+    : _thread([this, end = std::move(end), reload = std::move(reload)] {
           const sigset_t set = watched();
           unsigned count = 0;
           int signal = 0;
           while (sigwait(&set, &signal) == 0 && !_ending)
-              if (signal != SIGHUP)
-                  arrived(++count);
+              if (signal == SIGHUP)
+                  reload();
+              else
+                  end(++count);
       }) {
 }
 

@@ -1,4 +1,4 @@
-// SIGINT and SIGTERM as calls on a thread, where everything may be done.
+// SIGINT, SIGTERM and SIGHUP as calls on a thread, where everything may be done.
 #pragma once
 
 #include <atomic>
@@ -7,16 +7,17 @@
 
 namespace embedded::cimhost {
 
-/// Keeps SIGINT and SIGTERM from all threads that are started from now on, so that a SignalWatch
-/// gets them; SIGPIPE from the process, so that a reader of our output may leave; and SIGHUP, so
-/// that the terminal may. To be called before the first thread is started.
+/// Keeps SIGINT, SIGTERM and SIGHUP from all threads that are started from now on, so that a
+/// SignalWatch gets them, and SIGPIPE from the process, so that a reader of our output may leave.
+/// To be called before the first thread is started.
 void takeSignals();
 
 /// Thread-safety: to be made and destroyed by one thread.
 class SignalWatch {
   public:
-    /// Calls `arrived` on a thread of its own, for each signal with how many have come.
-    explicit SignalWatch(std::function<void(unsigned count)> arrived);
+    /// Calls on a thread of its own: `end` for each SIGINT and SIGTERM with how many have come,
+    /// `reload` for SIGHUP, which must not throw.
+    SignalWatch(std::function<void(unsigned count)> end, std::function<void()> reload);
     ~SignalWatch();
     SignalWatch(const SignalWatch&) = delete;
     SignalWatch& operator=(const SignalWatch&) = delete;

@@ -107,6 +107,8 @@ int main(int argc, const char* const* argv) {
     openStandardStreams();
     prepareNameServices();
     const CommandLine commandLine = readCommandLine(argc, argv);
+    if (commandLine.command)
+        return static_cast<int>(commandLine.command());
     if (!commandLine.settings)
         return static_cast<int>(commandLine.exitCode);
     takeSignals();

@@ -4,6 +4,7 @@
 #include "text/Ascii.h"
 
 #include <boost/asio/post.hpp>
+#include <boost/asio/ssl/error.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/buffer_traits.hpp>
 #include <boost/beast/http/error.hpp>
@@ -11,6 +12,7 @@
 #include <ctime>
 #include <sstream>
 #include <stdexcept>
+#include <sys/socket.h>
 #include <utility>
 
 namespace embedded::http {
@@ -23,8 +25,6 @@ namespace {
 // What is read at once: of a header, and of a body, which may be long.
 constexpr std::size_t readSize = 4096;
 constexpr std::size_t bodyReadSize = 65536;
-// How long an answered client is listened to after the last reply. Closing while its bytes are
-// still coming in makes the kernel reset the connection, and the reply may never be seen.
 // How the ClientHello of a TLS client begins: a handshake record of a version 3.x (RFC 8446 clause
 // 5.1).
 constexpr std::string_view tlsRecord = "\x16\x03";
@@ -45,12 +45,41 @@ std::string_view now() {
     return {text.data(), text.size()};
 }
 
+// Over TLS, the end of the socket may come without having been said there.
+bool isEnd(const beast::error_code& error) {
+    return error == asio::error::eof || error == asio::ssl::error::stream_truncated;
+}
+
+// What Asio calls for a connection when something is done. Over TLS it takes several steps, and may
+// lose this between two of them for want of memory; the connection would wait for ever.
+template <class Then>
+class Continuation {
+  public:
+    Continuation(std::shared_ptr<Connection> connection, Then then)
+        : _connection(std::move(connection)), _then(std::move(then)) {}
+    Continuation(Continuation&&) noexcept = default;
+    Continuation& operator=(Continuation&&) = delete;
+    ~Continuation() {
+        if (_connection)
+            _connection->lost();
+    }
+    template <class... Results>
+    void operator()(const Results&... results) {
+        const std::shared_ptr<Connection> connection = std::move(_connection);
+        connection->attempt([&] { _then(results...); });
+    }
+
+  private:
+    std::shared_ptr<Connection> _connection;
+    Then _then;
+};
+
 } // namespace
 
-Connection::Connection(Socket socket, ConnectionOwner& owner)
-    : _socket(std::move(socket)), _timer(_socket.get_executor()), _owner(owner) {
+Connection::Connection(Socket socket, const TlsContext* tls, ConnectionOwner& owner)
+    : _stream(std::move(socket), tls), _timer(_stream.get_executor()), _owner(owner) {
     Error error;
-    const auto peer = _socket.remote_endpoint(error);
+    const auto peer = _stream.socket().remote_endpoint(error);
     std::ostringstream name;
     name.exceptions(std::ios::badbit | std::ios::failbit);
     if (error) {
@@ -70,29 +99,87 @@ void Connection::failed() noexcept {
     close();
 }
 
+void Connection::lost() noexcept {
+    if (_state == State::Closed)
+        return;
+    try {
+        _owner.log("connection lost", _peer + ": connection closed: out of memory");
+    } catch (...) { // no memory to say so
+    }
+    close();
+}
+
 void Connection::start() {
-    awaitRequest();
+    if (_stream.isSecure())
+        waitFor(Waiting::ForTheRest);
+    secure(_owner.options().requestTimeout, &Connection::awaitRequest);
+}
+
+// Does `next` when the handshake is done, which is to be in `time`; without TLS, now.
+void Connection::secure(Clock::duration time, Step next) {
+    if (!_stream.isSecure()) {
+        (this->*next)();
+        return;
+    }
+    _state = State::Greeting;
+    within(time, &Connection::handshakeTimedOut);
+    _stream.async_handshake(Continuation(shared_from_this(), [this, next](const Error& error) {
+        if (_state == State::Closed)
+            return;
+        if (error) {
+            handshakeFailed(error);
+            return;
+        }
+        _certificateName = _stream.peerName();
+        (this->*next)();
+    }));
+}
+
+// Where OpenSSL has told the client why, it is given the time to hear it.
+void Connection::handshakeFailed(const Error& error) {
+    if (Stream::isPlainHttp(error))
+        _owner.log("plain HTTP on a TLS port",
+                   _peer + ": this looks like plain HTTP, but this port speaks TLS; use https://");
+    else
+        _owner.log("TLS handshake",
+                   _peer + ": TLS handshake failed: " + _stream.handshakeProblem(error));
+    if (error.category() != asio::error::get_ssl_category()) {
+        close();
+        return;
+    }
+    _waiting = Waiting::ForNothing;
+    linger();
+}
+
+void Connection::handshakeTimedOut() {
+    _owner.log("TLS handshake", _peer + ": TLS handshake failed: it was not done in time");
+    close();
 }
 
 void Connection::refuse(Reply reply) {
     const std::string said = std::to_string(reply.status) + " " + reply.reason;
     _owner.log(said, _peer + ": " + said);
     _persistence = Persistence::Close;
-    respond(std::move(reply));
+    _reply = std::move(reply);
+    secure(_owner.options().refusalTime, &Connection::sendRefusal);
+}
+
+void Connection::sendRefusal() {
+    respond(std::move(_reply));
 }
 
 void Connection::giveWay() {
     // Not tested: its request has come between the choice, on another thread, and this.
-    if (_state != State::Idle && _state != State::Reading) {
+    if (_state != State::Greeting && _state != State::Idle && _state != State::Reading) {
         _givingWay = false;
         return;
     }
     _owner.log("gave way",
                _peer + ": closed, as too many are connected and this one waited longest");
-    if (_state == State::Idle)
-        close();
-    else
+    if (_state == State::Reading)
         requestTimedOut();
+    else
+        close();
 }
 
 void Connection::waitFor(Waiting what) {
@@ -101,7 +188,7 @@ void Connection::waitFor(Waiting what) {
 }
 
 void Connection::stop() {
-    if (_state == State::Idle || _state == State::Reading)
+    if (_state == State::Greeting || _state == State::Idle || _state == State::Reading)
         close();
 }
 
@@ -114,12 +201,13 @@ void Connection::awaitRequest() {
     while (_in.size() != 0) {
         const auto* const bytes = static_cast<const char*>(_in.cdata().data());
         const char first = bytes[0];
-        if (first == tlsRecord[0] && _in.size() < tlsRecord.size())
+        const bool plain = !_stream.isSecure();
+        if (plain && first == tlsRecord[0] && _in.size() < tlsRecord.size())
             break; // the next byte tells
-        if (std::string_view(bytes, _in.size()).substr(0, tlsRecord.size()) == tlsRecord) {
+        if (plain && std::string_view(bytes, _in.size()).substr(0, tlsRecord.size()) == tlsRecord) {
             _owner.log("TLS on a plain port",
-                       _peer +
-                           ": this looks like TLS, but this port speaks plain HTTP; use http://");
+                       _peer + ": this looks like TLS, but this port speaks plain HTTP; use "
+                               "http://, or the port that speaks TLS");
             _waiting = Waiting::ForNothing;
             linger();
             return;
@@ -140,10 +228,13 @@ void Connection::awaitRequest() {
 
 void Connection::read() {
     const bool inBody = _parser && _parser->is_header_done();
-    _socket.async_read_some(_in.prepare(inBody ? bodyReadSize : readSize),
-                            [self = shared_from_this()](const Error& error, std::size_t size) {
-                                self->attempt([&] { self->bytesRead(error, size); });
-                            });
+    const auto room = _in.prepare(inBody ? bodyReadSize : readSize);
+    Continuation then(shared_from_this(),
+                      [this](const Error& error, std::size_t size) { bytesRead(error, size); });
+    if (_state == State::Lingering) // what it says does not matter
+        _stream.socket().async_read_some(room, std::move(then));
+    else
+        _stream.async_read_some(room, std::move(then));
 }
 
 void Connection::bytesRead(const Error& error, std::size_t size) {
@@ -151,7 +242,7 @@ void Connection::bytesRead(const Error& error, std::size_t size) {
         return;
     if (_timedOut && _state == State::Reading) {
         reject(408, "Request Timeout", "the request did not come to its end in time");
-    } else if (error == asio::error::eof && _state == State::Reading) {
+    } else if (isEnd(error) && _state == State::Reading) {
         Error cutOff;
         _parser->put_eof(cutOff);
         readingFailed(cutOff);
@@ -251,18 +342,16 @@ bool Connection::holdForExpectation() {
     }
     if (_parser->is_done()) // there is no body that could be waiting
         return false;
-    asio::async_write(_socket, asio::buffer(interim),
-                      [self = shared_from_this()](const Error& error, std::size_t) {
-                          self->attempt([&] {
-                              // Not tested: the kernel takes so few bytes at once, so nothing
-                              // happens meanwhile.
-                              if (error || self->_timedOut)
-                                  self->bytesRead(error, 0);
-                              // Not tested: as above.
-                              else if (self->_state == State::Reading)
-                                  self->parse();
-                          });
-                      });
+    asio::async_write(_stream, asio::buffer(interim),
+                      Continuation(shared_from_this(), [this](const Error& error, std::size_t) {
+                          // Not tested: the kernel takes so few bytes at once, so nothing happens
+                          // meanwhile.
+                          if (error || _timedOut)
+                              bytesRead(error, 0);
+                          // Not tested: as above.
+                          else if (_state == State::Reading)
+                              parse();
+                      }));
     return true;
 }
 
@@ -271,7 +360,7 @@ void Connection::handle() {
     _state = State::Handling;
     _waiting = Waiting::ForNothing;
     Request request = std::move(_parser->request());
-    request.peer.address = _peerAddress;
+    request.peer = {_peerAddress, _stream.isSecure(), _certificateName};
     _chunks = request.version >= 11;
     if (!_parser->keep_alive())
         _persistence = Persistence::Close;
@@ -382,19 +471,19 @@ void Connection::write() {
         within(_owner.options().requestTimeout, &Connection::close);
     }
     _state = State::Writing;
-    _socket.async_write_some(_out,
-                             [self = shared_from_this()](const Error& error, std::size_t size) {
-                                 if (self->_state == State::Closed)
-                                     return;
-                                 self->_out.consume(size);
-                                 self->_sent += size;
-                                 if (error)
-                                     self->close();
-                                 else if (beast::buffer_bytes(self->_out) != 0)
-                                     self->attempt([&] { self->write(); });
-                                 else
-                                     self->attempt([&] { self->written(); });
-                             });
+    _stream.async_write_some(
+        _out, Continuation(shared_from_this(), [this](const Error& error, std::size_t size) {
+            if (_state == State::Closed)
+                return;
+            _out.consume(size);
+            _sent += size;
+            if (error)
+                close();
+            else if (beast::buffer_bytes(_out) != 0)
+                write();
+            else
+                written();
+        }));
 }
 
 void Connection::written() {
@@ -417,26 +506,48 @@ void Connection::reject(unsigned status, const std::string& reason, const std::s
     respond(emptyReply(status, reason));
 }
 
+// The client is listened to for a while after the last reply. Closing while its bytes are still
+// coming in makes the kernel reset the connection, and the reply may never be seen.
 void Connection::linger() {
     _state = State::Lingering;
     letReplyGo();
     _parser.reset();
-    Error ignored;
-    _socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
     within(_owner.options().refusalTime, &Connection::close);
     _in.clear();
-    read();
+    sendEnd(_stream.farewell());
+}
+
+void Connection::sendEnd(std::string_view farewell) {
+    const auto sent = [this](const Error&, std::size_t) {
+        if (_state == State::Closed)
+            return;
+        Error ignored;
+        _stream.socket().shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+        read();
+    };
+    if (farewell.empty())
+        sent({}, 0);
+    else
+        asio::async_write(_stream.socket(), asio::buffer(farewell),
+                          Continuation(shared_from_this(), sent));
 }
 
 void Connection::close() noexcept {
     // Not tested: two reasons at once, such as the end of the server and that of the client.
     if (_state == State::Closed)
         return;
+    // Where nothing else is being written, the client is told that nothing is missing, if it goes
+    // at once.
+    if (_state == State::Idle || _state == State::Reading) {
+        const std::string_view farewell = _stream.farewell();
+        ::send(_stream.socket().native_handle(), farewell.data(), farewell.size(),
+               MSG_DONTWAIT | MSG_NOSIGNAL);
+    }
     _state = State::Closed;
     letReplyGo();
     Error ignored;
     _timer.cancel(ignored);
-    _socket.close(ignored);
+    _stream.socket().close(ignored);
     _owner.closed(*this);
 }
 
@@ -457,7 +568,7 @@ void Connection::readingFailed(const Error& error) {
 }
 
 void Connection::later(Step next) {
-    asio::post(_socket.get_executor(), [self = shared_from_this(), next] {
+    asio::post(_stream.get_executor(), [self = shared_from_this(), next] {
         // Not tested: the server has closed it between two pieces.
         if (self->_state != State::Closed)
             self->attempt([&] { (*self.*next)(); });
@@ -498,7 +609,7 @@ void Connection::awaitDeadline() {
 void Connection::requestTimedOut() {
     _timedOut = true;
     Error ignored;
-    _socket.cancel(ignored);
+    _stream.socket().cancel(ignored);
 }
 
 } // namespace embedded::http

@@ -4,9 +4,9 @@
 #include "http/HandlerMemory.h"
 #include "http/Parser.h"
 #include "http/Server.h"
+#include "http/Stream.h"
 #include "http/Wire.h"
 
-#include <boost/asio/basic_stream_socket.hpp>
 #include <boost/asio/basic_waitable_timer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -48,14 +48,15 @@ class ConnectionOwner {
 /// Thread-safety: everything happens on one I/O thread. Outlived by its owner.
 class Connection : public std::enable_shared_from_this<Connection> {
   public:
-    using Executor = boost::asio::io_context::executor_type;
-    using Socket = boost::asio::basic_stream_socket<boost::asio::ip::tcp, Executor>;
+    using Executor = Stream::executor_type;
+    using Socket = Stream::Socket;
 
-    Connection(Socket socket, ConnectionOwner& owner);
+    /// `tls`: for TLS, else null.
+    Connection(Socket socket, const TlsContext* tls, ConnectionOwner& owner);
 
     /// Reads the first request.
     void start();
-    /// Sends `reply` without having read anything, and closes.
+    /// Sends `reply` without having read a request, and closes.
     void refuse(Reply reply);
     /// Verb and target of the request that is being handled, for the log.
     const std::string& asked() const { return _asked; }
@@ -72,6 +73,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void setGivingWay(bool givingWay) { _givingWay = givingWay; }
     /// Closes at once. A body source is destroyed.
     void close() noexcept;
+    /// Closes: what it waited for will not come. Nothing, if it is closed.
+    void lost() noexcept;
     /// Does `step` on behalf of this connection. What it throws closes it.
     template <class Step>
     void attempt(const Step& step) noexcept {
@@ -96,7 +99,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     const std::string& peerAddress() const { return _peerAddress; }
 
   private:
-    enum class State { Idle, Reading, Handling, Writing, Lingering, Closed };
+    enum class State { Greeting, Idle, Reading, Handling, Writing, Lingering, Closed };
     using Timer =
         boost::asio::basic_waitable_timer<Clock, boost::asio::wait_traits<Clock>, Executor>;
     using Error = boost::beast::error_code;
@@ -104,6 +107,10 @@ class Connection : public std::enable_shared_from_this<Connection> {
     using Step = void (Connection::*)();
 
     void failed() noexcept;
+    void secure(Clock::duration time, Step next);
+    void handshakeFailed(const Error& error);
+    void handshakeTimedOut();
+    void sendRefusal();
     void waitFor(Waiting what);
     void awaitRequest();
     void read();
@@ -122,6 +129,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void written();
     void reject(unsigned status, const std::string& reason, const std::string& why);
     void linger();
+    void sendEnd(std::string_view farewell);
     void letReplyGo() noexcept;
     void readingFailed(const Error& error);
     /// Has `next` called from the I/O thread's loop, after what else is waiting there.
@@ -133,7 +141,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void awaitDeadline();
     void requestTimedOut();
 
-    Socket _socket;
+    Stream _stream;
     Timer _timer; // waits for _deadline as it was some time ago
     bool _timing = false;
     Clock::time_point _deadline = Clock::time_point::max();
@@ -141,6 +149,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     ConnectionOwner& _owner;
     State _state = State::Idle;
     std::string _peerAddress;
+    std::string _certificateName;
     std::string _peer; // for the log
     std::atomic<Waiting> _waiting{Waiting::ForNothing};
     std::atomic<Clock::rep> _waitingSince{0};

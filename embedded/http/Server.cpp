@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <deque>
 #include <map>
 #include <new>
 #include <optional>
@@ -69,7 +70,9 @@ tcp protocol(int socket) {
 
 } // namespace
 
-Listener::Listener(const std::string& address, std::uint16_t port) {
+Listener::Listener(const std::string& address, std::uint16_t port,
+                   std::shared_ptr<const TlsContext> tls)
+    : _tls(std::move(tls)) {
     try {
         asio::io_context io;
         tcp::acceptor acceptor(io);
@@ -87,7 +90,8 @@ Listener::Listener(const std::string& address, std::uint16_t port) {
 }
 
 Listener::Listener(Listener&& other) noexcept
-    : _socket(other.release()), _port(other._port), _isLoopback(other._isLoopback) {
+    : _socket(other.release()), _port(other._port), _isLoopback(other._isLoopback),
+      _tls(std::move(other._tls)) {
 }
 
 Listener::~Listener() {
@@ -107,14 +111,17 @@ int Listener::release() {
 // only. All belongs to the server; Work that does not return keeps it, see run().
 class Server::Implementation : public std::enable_shared_from_this<Server::Implementation> {
   public:
-    Implementation(Listener listener, Options options, Handler handler)
+    Implementation(std::vector<Listener> listeners, Options options, Handler handler)
         : _options(std::move(options)), _handler(std::move(handler)), _lanes(_options.lanes) {
         const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
         const unsigned threads = _options.ioThreads != 0 ? _options.ioThreads : std::min(cores, 4U);
         while (_threads.size() < threads)
             _threads.push_back(std::make_unique<IoThread>(*this));
-        const int socket = listener.release();
-        _acceptor.emplace(_threads.front()->io(), protocol(socket), socket);
+        for (Listener& listener : listeners) {
+            const int socket = listener.release();
+            _acceptors.emplace_back(_threads.front()->io(), protocol(socket), socket);
+            _entrances.emplace_back(_acceptors.back(), listener.tls());
+        }
         _grace.emplace(_threads.front()->io());
         _pause.emplace(_threads.front()->io());
         _laneTimer.emplace(_threads.front()->io());
@@ -124,7 +131,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     bool drained() const { return _drained; }
 
     void run() {
-        accept();
+        acceptAll();
         {
             Threads others;
             try {
@@ -152,7 +159,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         asio::post(_threads.front()->io(), onReserve(_stopMemory, [this, grace] {
                        _stopping = true;
                        Error ignored;
-                       _acceptor->close(ignored);
+                       for (tcp::acceptor& acceptor : _acceptors)
+                           acceptor.close(ignored);
                        _pause->cancel(ignored);
                        try {
                            _grace->expires_after(grace);
@@ -262,10 +270,10 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         void stop() { closeAll(&Connection::stop); }
 
         /// REQUIRES: the socket is counted.
-        void admit(Connection::Socket socket, bool full) noexcept {
+        void admit(Connection::Socket socket, const TlsContext* tls, bool full) noexcept {
             std::shared_ptr<Connection> connection;
             try {
-                connection = std::make_shared<Connection>(std::move(socket), *this);
+                connection = std::make_shared<Connection>(std::move(socket), tls, *this);
                 const threads::Lock lock(_server._connectionsMutex);
                 _connections.insert(connection);
                 connection->setGivingWay(full);
@@ -420,8 +428,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     void interrupted(const IoThread& thread, const std::exception& error) noexcept {
         cannotAccept(error.what());
         // Not tested: here; Asio may have had no memory for the next connection, see tests/faults.
-        if (&thread == _threads.front().get() && !_accepting && !_stopping)
-            accept();
+        if (&thread == _threads.front().get() && !_stopping)
+            acceptAll();
     }
 
     // While something waits for a place, looks every second whether it has waited too long.
@@ -464,20 +472,39 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         bool* _accepting;
     };
 
-    void accept() noexcept {
+    // What is listened to.
+    struct Entrance {
+        Entrance(tcp::acceptor& from, std::shared_ptr<const TlsContext> with)
+            : acceptor(from), tls(std::move(with)) {}
+
+        tcp::acceptor& acceptor;
+        const std::shared_ptr<const TlsContext> tls;
+        bool accepting = false;
+        HandlerMemory memory;
+    };
+
+    // Where it is not being done.
+    void acceptAll() noexcept {
+        for (Entrance& entrance : _entrances)
+            if (!entrance.accepting)
+                accept(entrance);
+    }
+
+    void accept(Entrance& entrance) noexcept {
         IoThread& thread = *_threads[_next++ % _threads.size()];
-        _acceptor->async_accept(
+        entrance.acceptor.async_accept(
             thread.io(),
-            onReserve(_acceptMemory, [this, &thread, accepting = Accepting(_accepting)](
-                                         const Error& error, Connection::Socket socket) mutable {
-                accepting.end();
-                if (_stopping)
-                    return;
-                if (error)
-                    acceptFailed(error);
-                else
-                    admit(thread, std::move(socket));
-            }));
+            onReserve(entrance.memory,
+                      [this, &entrance, &thread, accepting = Accepting(entrance.accepting)](
+                          const Error& error, Connection::Socket socket) mutable {
+                          accepting.end();
+                          if (_stopping)
+                              return;
+                          if (error)
+                              acceptFailed(error);
+                          else
+                              admit(entrance, thread, std::move(socket));
+                      }));
     }
 
     // Out of file descriptors, most likely.
@@ -493,15 +520,15 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             _pause->async_wait([this](const Error& cancelled) {
                 // Not tested: it stops while it lacks descriptors, or accepts again for another
                 // reason.
-                if (!cancelled && !_stopping && !_accepting)
+                if (!cancelled && !_stopping)
                     acceptNext();
             });
         } catch (...) {
-            accept();
+            acceptAll();
         }
     }
 
-    void admit(IoThread& thread, Connection::Socket socket) noexcept {
+    void admit(const Entrance& entrance, IoThread& thread, Connection::Socket socket) noexcept {
         const bool over = _open++ >= _options.connectionLimit;
         bool full = false;
         try {
@@ -509,8 +536,9 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             socket.set_option(tcp::no_delay(true), ignored);
             full = over && !makeRoom();
             _turnedAway += full;
-            asio::dispatch(thread.io(), [&thread, full, socket = std::move(socket)]() mutable {
-                thread.admit(std::move(socket), full);
+            asio::dispatch(thread.io(), [&thread, tls = entrance.tls.get(), full,
+                                         socket = std::move(socket)]() mutable {
+                thread.admit(std::move(socket), tls, full);
             });
         } catch (const std::exception& failure) {
             cannotAccept(failure.what());
@@ -520,10 +548,11 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         acceptNext();
     }
 
-    // At once, or when there are fewer to be turned away.
+    // At once, or when there are fewer to be turned away. Each other entrance may let in one more
+    // before.
     void acceptNext() noexcept {
         if (_open < _options.connectionLimit + _options.refusalLimit)
-            accept();
+            acceptAll();
         else
             acceptLater();
     }
@@ -602,15 +631,15 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     const Options _options;
     const Handler _handler;
-    threads::Mutex _logMutex; // held while a line is logged
+    threads::Mutex _logMutex;        // held while a line is logged
+    std::deque<Entrance> _entrances; // used by the first thread only; has memory of its loop
     std::vector<std::unique_ptr<IoThread>> _threads;
     // Used by the first thread only.
-    std::optional<tcp::acceptor> _acceptor;
+    std::deque<tcp::acceptor> _acceptors;
     std::optional<asio::steady_timer> _grace;
     std::optional<asio::steady_timer> _pause;
     std::optional<asio::steady_timer> _laneTimer;
     std::size_t _next = 0;
-    bool _accepting = false;
     // Shared. A connection counts from before its thread hears of it, so that no thread ends before
     // it has all of its own.
     std::atomic<std::size_t> _open{0};
@@ -621,16 +650,15 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     std::atomic<bool> _stopping{false};
     std::atomic<bool> _watchingLanes{false};
     Lanes _lanes;
-    HandlerMemory _acceptMemory;
     HandlerMemory _stopMemory;
     HandlerMemory _laneMemory;
     bool _drained = true;
     std::optional<Workers> _workers; // what waits in it refers to all of the above
 };
 
-Server::Server(Listener listener, const Options& options, Handler handler)
+Server::Server(std::vector<Listener> listeners, const Options& options, Handler handler)
     : _implementation(
-          std::make_shared<Implementation>(std::move(listener), options, std::move(handler))) {
+          std::make_shared<Implementation>(std::move(listeners), options, std::move(handler))) {
 }
 
 Server::~Server() = default;

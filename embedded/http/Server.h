@@ -3,6 +3,7 @@
 #pragma once
 
 #include "http/Message.h"
+#include "http/Tls.h"
 #include "limits/Limits.h"
 
 #include <chrono>
@@ -28,7 +29,8 @@ struct Options {
     /// Connections beyond the limit that give way or are told so at the same time; any more wait to
     /// be accepted.
     unsigned refusalLimit = limits::refusals;
-    /// That is read on after a refusal, so that the client sees the reply.
+    /// That is read on after a refusal, so that the client sees the reply; and for the TLS
+    /// handshake before it.
     std::chrono::seconds refusalTime = limits::refusalTime;
     std::uint64_t bodyLimit = limits::body;     ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = limits::header; ///< bytes; beyond it the reply is 431
@@ -39,8 +41,8 @@ struct Options {
     /// it the reply is 503.
     std::size_t keptLimit = limits::allRequests;
     std::chrono::seconds idleTimeout = limits::idleTime; ///< for the next request on a connection
-    /// For the rest of a request that has begun, and for a client to take `leastTaken` of its
-    /// reply.
+    /// For the rest of a request that has begun, for a client to take `leastTaken` of its reply,
+    /// and for a TLS handshake.
     std::chrono::seconds requestTimeout = limits::requestTime;
     std::size_t leastTaken = limits::leastTaken; ///< bytes, or all that is left
     /// Takes a line for whoever runs the server, and what kind of line it is: one of few, whatever
@@ -52,9 +54,10 @@ struct Options {
 /// there is anything that could answer: a Server, which takes it over.
 class Listener {
   public:
-    /// `address`: a number or a name; `port` 0: any free one. Throws std::runtime_error that says
-    /// address, port and reason.
-    Listener(const std::string& address, std::uint16_t port);
+    /// `address`: a number or a name; `port` 0: any free one; `tls`: of what comes there, null for
+    /// plain HTTP. Throws std::runtime_error that says address, port and reason.
+    Listener(const std::string& address, std::uint16_t port,
+             std::shared_ptr<const TlsContext> tls = nullptr);
     ~Listener();
     Listener(Listener&& other) noexcept;
     Listener& operator=(Listener&&) = delete;
@@ -63,6 +66,7 @@ class Listener {
     std::uint16_t port() const { return _port; }
     /// Whether only this machine can connect.
     bool isLoopback() const { return _isLoopback; }
+    const std::shared_ptr<const TlsContext>& tls() const { return _tls; }
     /// The listening socket, from now on the caller's to close.
     int release();
 
@@ -70,6 +74,7 @@ class Listener {
     int _socket = -1;
     std::uint16_t _port = 0;
     bool _isLoopback = false;
+    std::shared_ptr<const TlsContext> _tls;
 };
 
 /// Serves from run() on.
@@ -77,7 +82,8 @@ class Listener {
 /// Thread-safety: stop() may be called from any thread and from a signal watcher.
 class Server {
   public:
-    Server(Listener listener, const Options& options, Handler handler);
+    /// The options are for all `listeners` together, of which there is at least one.
+    Server(std::vector<Listener> listeners, const Options& options, Handler handler);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;

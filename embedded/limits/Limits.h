@@ -16,16 +16,19 @@ constexpr std::size_t MiB = 1024 * KiB;
 // Connections and requests, whatever is asked. A byte of a request counts from when it is there to
 // when its reply is made.
 
-constexpr std::uint32_t header = 64 * KiB;      ///< header of a request; a request
-constexpr std::uint64_t body = 8 * MiB;         ///< body of a request; a request
-constexpr std::size_t allRequests = 128 * MiB;  ///< all requests
-constexpr unsigned connections = 512;           ///< connections
-constexpr unsigned refusals = 64;               ///< connections refused
-constexpr std::chrono::seconds refusalTime{2};  ///< connections refused
-constexpr std::chrono::minutes idleTime{5};     ///< waiting for a request
-constexpr std::chrono::seconds requestTime{30}; ///< the rest of a request; taking a reply
-constexpr std::size_t leastTaken = 32 * KiB;    ///< taking a reply
-constexpr std::size_t wholeReply = 64 * MiB;    ///< reply to an HTTP/1.0 client
+constexpr std::uint32_t header = 64 * KiB;     ///< header of a request; a request
+constexpr std::uint64_t body = 8 * MiB;        ///< body of a request; a request
+constexpr std::size_t allRequests = 128 * MiB; ///< all requests
+constexpr unsigned connections = 512;          ///< connections
+constexpr unsigned refusals = 64;              ///< connections refused
+constexpr std::chrono::seconds refusalTime{2}; ///< connections refused
+constexpr std::chrono::minutes idleTime{5};    ///< waiting for a request
+constexpr std::size_t leastTaken = 32 * KiB;   ///< taking a reply
+constexpr std::size_t wholeReply = 64 * MiB;   ///< reply to an HTTP/1.0 client
+// clang-format off
+constexpr std::chrono::seconds requestTime{30}; ///< the rest of a request; taking a reply; TLS handshake
+// clang-format on
+constexpr std::size_t clientCertificates = 32 * KiB; ///< certificates of a client
 
 // Requests at once. One that has to be read for long is read by a worker, as other connections are
 // not to wait for it.

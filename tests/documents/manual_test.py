@@ -21,6 +21,8 @@ class Manual(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.help = printed(PROGRAM, "--help")
+        cls.commands = re.findall(r"^  ([\w-]+) {2,}", cls.help.partition("Subcommands:\n")[2].partition(
+            "\n\n")[0], re.M)
         with open(PAGE) as page:
             cls.page = page.read()
 
@@ -32,7 +34,9 @@ class Manual(unittest.TestCase):
         for item in re.findall(r"^\.It (Fl .*)$", self.page, re.M):
             described.update("-" + option for option in re.findall(r"(?:Fl|,) (-?[a-z-]+)", item))
         offered = set()
-        for first_column in re.findall(r"^  (-[^ ]+)", self.help, re.M):
+        every_help = self.help + "".join(printed(PROGRAM, command, "--help")
+                                         for command in self.commands)
+        for first_column in re.findall(r"^  (-[^ ]+)", every_help, re.M):
             offered.update(first_column.split(","))
         self.assertGreater(len(offered), 2)
         self.assertEqual(described, offered)
@@ -60,10 +64,9 @@ class Manual(unittest.TestCase):
                          listed)
 
     def test_every_command_is_described(self):
-        for command in re.findall(r"^  (\w+) {2,}", self.help.partition("Subcommands:\n")[2].partition(
-                "\n\n")[0], re.M):
+        for command in self.commands:
             with self.subTest(command):
-                self.assertRegex(self.page, rf"(?m)^\.It Cm {command}$")
+                self.assertRegex(self.page, rf"(?m)^\.It Cm {command}( Oo .*| Ar .*)?$")
 
 
 if __name__ == "__main__":

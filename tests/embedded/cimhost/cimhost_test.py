@@ -341,7 +341,7 @@ class Serving(Case):
         self.assertRegex(
             running.errors.read_text(),
             rf"(?m)warning: {peer}: this looks like TLS, but this port speaks plain HTTP; use "
-            "http://$",
+            "http://, or the port that speaks TLS$",
         )
 
     def test_a_tls_client_is_recognised_by_two_bytes_however_they_come(self):

@@ -5,9 +5,20 @@
 
 namespace embedded::http::test {
 
-RunningServer::RunningServer(Options options, Handler handler) {
-    Listener listener("127.0.0.1", 0);
-    _port = listener.port();
+std::vector<Listener> alone(Listener listener) {
+    std::vector<Listener> listeners;
+    listeners.push_back(std::move(listener));
+    return listeners;
+}
+
+RunningServer::RunningServer(Options options, Handler handler,
+                             std::shared_ptr<const TlsContext> tls) {
+    std::vector<Listener> listeners = alone(Listener("127.0.0.1", 0));
+    _port = listeners.back().port();
+    if (tls) {
+        listeners.emplace_back("127.0.0.1", 0, std::move(tls));
+        _tlsPort = listeners.back().port();
+    }
     options.log = [shared = _shared](const std::string&, const std::string& line) {
         const std::lock_guard<std::mutex> lock(shared->mutex);
         shared->log += line + "\n";
@@ -19,7 +30,7 @@ RunningServer::RunningServer(Options options, Handler handler) {
             return Work(
                 [shared, request = std::move(request)] { return answer(*shared, request); });
         };
-    _server = std::make_unique<Server>(std::move(listener), options, std::move(handler));
+    _server = std::make_unique<Server>(std::move(listeners), options, std::move(handler));
     _thread = std::thread([this] { _server->run(); });
 }
 

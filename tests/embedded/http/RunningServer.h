@@ -8,8 +8,12 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace embedded::http::test {
+
+/// What a server with one listener is given.
+std::vector<Listener> alone(Listener listener);
 
 /// Targets, whose replies are made by Work: "/echo" answers with verb, target and body; "/wait"
 /// does so once release() was called;
@@ -17,12 +21,14 @@ namespace embedded::http::test {
 /// Made on the I/O thread: "/now" answers like "/echo", "/now/throw" throws.
 class RunningServer {
   public:
-    /// With `handler`: the test's own, and none of the above.
-    explicit RunningServer(Options options = Options(), Handler handler = nullptr);
+    /// With `handler`: the test's own, and none of the above. With `tls`: on a second port, too.
+    explicit RunningServer(Options options = Options(), Handler handler = nullptr,
+                           std::shared_ptr<const TlsContext> tls = nullptr);
     /// Releases what waits, stops and joins.
     ~RunningServer();
 
     std::uint16_t port() const { return _port; }
+    std::uint16_t tlsPort() const { return _tlsPort; }
     Server& server() { return *_server; }
     /// Waits until `count` requests for "/wait" have reached the handler.
     void awaitWaiting(unsigned count);
@@ -48,6 +54,7 @@ class RunningServer {
 
     std::shared_ptr<Shared> _shared = std::make_shared<Shared>();
     std::uint16_t _port;
+    std::uint16_t _tlsPort = 0;
     std::unique_ptr<Server> _server;
     std::thread _thread;
 };

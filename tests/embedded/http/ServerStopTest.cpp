@@ -50,7 +50,7 @@ TEST(ServerStart, WhoConnectsBeforeThereIsAServerIsAnswered) {
         Listener listener(address, 0);
         RawClient client(listener.port());
         client.send(echo);
-        Server server(std::move(listener), Options(), [](Request&&) { return Reply(); });
+        Server server(alone(std::move(listener)), Options(), [](Request&&) { return Reply(); });
         std::thread serving([&] { server.run(); });
         EXPECT_EQ(client.reply(), "HTTP/1.1 200 OK\r\n" + date + "content-length: 0\r\n\r\n");
         server.stop();
@@ -70,12 +70,12 @@ TEST(ServerStart, AListenerThatIsGivenBackLeavesThePort) {
 TEST(ServerStart, AServerThatNeverRanIsGivenBack) {
     Listener listener("127.0.0.1", 0);
     RawClient client(listener.port());
-    const Server server(std::move(listener), Options(), [](Request&&) { return Reply(); });
+    const Server server(alone(std::move(listener)), Options(), [](Request&&) { return Reply(); });
     client.send(echo);
 }
 
 TEST(ServerStop, BeforeRunMakesRunReturn) {
-    Server server(Listener("127.0.0.1", 0), Options(), [](Request&&) { return Reply(); });
+    Server server(alone(Listener("127.0.0.1", 0)), Options(), [](Request&&) { return Reply(); });
     server.stop();
     server.run();
     EXPECT_TRUE(server.drained());

@@ -1,0 +1,23 @@
+// What cimhost does instead of serving: `cimhost COMMAND ...`.
+#pragma once
+
+#include "cimhost/ExitCode.h"
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace embedded::cimhost {
+
+/// Each of these makes its subcommand of `app`; where the command line has it, `chosen` is what to
+/// do. What that throws is for people.
+using DeclareCommand = void (*)(CLI::App& app, std::function<ExitCode()>& chosen);
+
+void declareMakeCertificate(CLI::App& app, std::function<ExitCode()>& chosen);
+
+/// All of them.
+void declareCommands(CLI::App& app, std::function<ExitCode()>& chosen);
+
+} // namespace embedded::cimhost

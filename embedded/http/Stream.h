@@ -1,0 +1,78 @@
+// A client's socket, with TLS over it or without.
+#pragma once
+
+#include "http/Tls.h"
+
+#include <boost/asio/basic_stream_socket.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/stream.hpp>
+#include <boost/system/error_code.hpp>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace embedded::http {
+
+/// What is read and written through it is what the client and the server say to each other; one
+/// reading or writing at a time. A stream of Asio's, so that its functions can use it.
+///
+/// Thread-safety: none.
+class Stream {
+  public:
+    using executor_type = boost::asio::io_context::executor_type;
+    using Socket = boost::asio::basic_stream_socket<boost::asio::ip::tcp, executor_type>;
+    using Error = boost::system::error_code;
+
+    /// `tls`: for TLS, else null. Throws std::bad_alloc.
+    Stream(Socket socket, const TlsContext* tls);
+
+    executor_type get_executor() { return _socket.get_executor(); }
+    /// What is beneath TLS.
+    Socket& socket() { return _socket; }
+    bool isSecure() const { return _tls.has_value(); }
+
+    /// REQUIRES: isSecure(). To be done before anything is read or written.
+    template <class Handler>
+    void async_handshake(Handler&& handler) {
+        _tls->async_handshake(boost::asio::ssl::stream_base::server,
+                              std::forward<Handler>(handler));
+    }
+    template <class Buffers, class Handler>
+    void async_read_some(const Buffers& buffers, Handler&& handler) {
+        if (_tls)
+            _tls->async_read_some(buffers, std::forward<Handler>(handler));
+        else
+            _socket.async_read_some(buffers, std::forward<Handler>(handler));
+    }
+    template <class Buffers, class Handler>
+    void async_write_some(const Buffers& buffers, Handler&& handler) {
+        if (_tls)
+            _tls->async_write_some(buffers, std::forward<Handler>(handler));
+        else
+            _socket.async_write_some(buffers, std::forward<Handler>(handler));
+    }
+
+    /// What is to be written to the socket as the last thing, so that the client knows that nothing
+    /// is missing (close_notify); empty without TLS, or when its handshake is not done. Nothing is
+    /// read or written through the stream any more. The text is the stream's.
+    std::string_view farewell() noexcept;
+
+    /// Whose certificate the client has, see certificateName().
+    std::string peerName() { return _tls ? certificateName(_tls->native_handle()) : std::string(); }
+    /// For the log, why the handshake has failed with `error`.
+    std::string handshakeProblem(const Error& error);
+    /// Whether the client speaks HTTP where `error` says that TLS was expected.
+    static bool isPlainHttp(const Error& error);
+
+  private:
+    Socket _socket;
+    std::optional<boost::asio::ssl::stream<Socket&>> _tls;
+    std::array<char, 128> _farewell; // longer than any alert
+};
+
+} // namespace embedded::http
