@@ -338,7 +338,7 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
         listeners = listen(settings, tlsContext);
     } catch (const std::runtime_error& error) {
         spdlog::error("{}; choose another address or port with --address, --port and --https-port, "
-                      "or let 0 as the port take any free one",
+                      "or let --port 0 take any free one",
                       error.what());
         return ExitCode::CannotListen;
     }

@@ -1,11 +1,19 @@
 #include "RawClient.h"
 
+#include "Certificates.h"
+
 #include <arpa/inet.h>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <netinet/in.h>
+#include <openssl/bio.h>
+#include <openssl/err.h>
+#include <openssl/pem.h>
+#include <openssl/ssl.h>
 #include <poll.h>
 #include <regex>
+#include <stdexcept>
 #include <sys/socket.h>
 #include <system_error>
 #include <unistd.h>
@@ -13,7 +21,7 @@
 namespace embedded::http::test {
 namespace {
 
-constexpr int patience = 10000; // milliseconds
+constexpr std::chrono::seconds patience{10};
 
 // Replaces the fields Date that are well-formed.
 std::string withoutTimes(std::string replies) {
@@ -33,7 +41,29 @@ std::string withoutTimes(std::string replies) {
 
 const std::string date = "Date: now\r\n";
 
-RawClient::RawClient(std::uint16_t port, const char* source)
+ClientTls clientTls(const std::string& certificate, const std::string& key) {
+    const ClientTls tls(SSL_CTX_new(TLS_client_method()), SSL_CTX_free);
+    if (certificate.empty())
+        return tls;
+    const auto text = [](const std::string& pem) {
+        return std::unique_ptr<BIO, void (*)(BIO*)>(
+            BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())), BIO_free_all);
+    };
+    const std::unique_ptr<X509, void (*)(X509*)> shown(
+        PEM_read_bio_X509(text(certificate).get(), nullptr, nullptr, nullptr), X509_free);
+    const std::unique_ptr<EVP_PKEY, void (*)(EVP_PKEY*)> secret(
+        PEM_read_bio_PrivateKey(text(key).get(), nullptr, nullptr, nullptr), EVP_PKEY_free);
+    if (SSL_CTX_use_certificate(tls.get(), shown.get()) != 1 ||
+        SSL_CTX_use_PrivateKey(tls.get(), secret.get()) != 1)
+        throw std::runtime_error("no certificate for the client");
+    return tls;
+}
+
+ClientTls usualTls() {
+    return everythingOverTls() ? clientTls() : nullptr;
+}
+
+RawClient::RawClient(std::uint16_t port, const char* source, const ClientTls& tls)
     : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
     sockaddr_in own{};
     own.sin_family = AF_INET;
@@ -48,6 +78,23 @@ RawClient::RawClient(std::uint16_t port, const char* source)
         ::close(_socket);
         throw std::system_error(error, std::generic_category(), "connect");
     }
+    if (tls)
+        shakeHands(std::shared_ptr<SSL>(SSL_new(tls.get()), SSL_free));
+}
+
+void RawClient::shakeHands(std::shared_ptr<ssl_st> tls, ssl_session_st* ticket) {
+    std::signal(SIGPIPE, SIG_IGN); // OpenSSL's writes cannot say so
+    const timeval time{patience.count(), 0};
+    ::setsockopt(_socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
+    _tls = std::move(tls);
+    if (ticket)
+        SSL_set_session(_tls.get(), ticket);
+    SSL_set_fd(_tls.get(), _socket);
+    ERR_clear_error();
+    if (SSL_connect(_tls.get()) != 1) {
+        const char* const reason = ERR_reason_error_string(ERR_get_error());
+        _handshakeError = reason ? reason : "closed";
+    }
 }
 
 RawClient::~RawClient() {
@@ -58,8 +105,12 @@ RawClient::~RawClient() {
 bool RawClient::send(const std::string& bytes) {
     std::size_t sent = 0;
     while (sent < bytes.size()) {
-        const ssize_t n = ::send(_socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-        if (n < 0)
+        const char* const from = bytes.data() + sent;
+        const std::size_t size = bytes.size() - sent;
+        ERR_clear_error();
+        const ssize_t n = _tls ? SSL_write(_tls.get(), from, static_cast<int>(size))
+                               : ::send(_socket, from, size, MSG_NOSIGNAL);
+        if (n < 0 || (_tls && n == 0))
             return false;
         sent += static_cast<std::size_t>(n);
     }
@@ -67,6 +118,8 @@ bool RawClient::send(const std::string& bytes) {
 }
 
 void RawClient::closeSending() {
+    if (_tls)
+        SSL_shutdown(_tls.get());
     ::shutdown(_socket, SHUT_WR);
 }
 
@@ -107,19 +160,53 @@ bool RawClient::closed() {
     return rest().empty();
 }
 
+// Over TLS, something may come that is none of the server's words: tickets.
 bool RawClient::hearsNothing() const {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
+    char byte = 0;
+    while (isReadable(std::chrono::duration_cast<std::chrono::milliseconds>(
+        until - std::chrono::steady_clock::now()))) {
+        if (!_tls)
+            return false;
+        const timeval soon{0, 1000};
+        const timeval time{patience.count(), 0};
+        ::setsockopt(_socket, SOL_SOCKET, SO_RCVTIMEO, &soon, sizeof soon);
+        ERR_clear_error();
+        const int n = SSL_peek(_tls.get(), &byte, 1);
+        ::setsockopt(_socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
+        if (SSL_get_error(_tls.get(), n) != SSL_ERROR_WANT_READ)
+            return false;
+    }
+    return true;
+}
+
+bool RawClient::hasFarewell() const {
+    return (SSL_get_shutdown(_tls.get()) & SSL_RECEIVED_SHUTDOWN) != 0;
+}
+
+bool RawClient::isReadable(std::chrono::milliseconds time) const {
+    if (_tls && SSL_pending(_tls.get()) > 0)
+        return true;
     pollfd waiting{_socket, POLLIN, 0};
-    return ::poll(&waiting, 1, 100) == 0;
+    return time.count() > 0 && ::poll(&waiting, 1, static_cast<int>(time.count())) > 0;
+}
+
+long RawClient::receive(char* bytes, std::size_t size) {
+    if (!_tls)
+        return ::recv(_socket, bytes, size, 0);
+    ERR_clear_error();
+    const int n = SSL_read(_tls.get(), bytes, static_cast<int>(size));
+    _timedOut = _timedOut || SSL_get_error(_tls.get(), n) == SSL_ERROR_WANT_READ;
+    return n;
 }
 
 bool RawClient::more() {
-    pollfd waiting{_socket, POLLIN, 0};
-    if (::poll(&waiting, 1, patience) <= 0) {
+    if (!isReadable(patience)) {
         _timedOut = true;
         return false;
     }
     std::array<char, 65536> bytes;
-    const ssize_t n = ::recv(_socket, bytes.data(), bytes.size(), 0);
+    const long n = receive(bytes.data(), bytes.size());
     if (n <= 0)
         return false;
     _buffered.append(bytes.data(), static_cast<std::size_t>(n));

@@ -1,5 +1,7 @@
 #include "RunningServer.h"
 
+#include "Certificates.h"
+
 #include <stdexcept>
 #include <utility>
 
@@ -13,7 +15,10 @@ std::vector<Listener> alone(Listener listener) {
 
 RunningServer::RunningServer(Options options, Handler handler,
                              std::shared_ptr<const TlsContext> tls) {
-    std::vector<Listener> listeners = alone(Listener("127.0.0.1", 0));
+    std::shared_ptr<const TlsContext> first;
+    if (everythingOverTls())
+        first = someTls();
+    std::vector<Listener> listeners = alone(Listener("127.0.0.1", 0, first));
     _port = listeners.back().port();
     if (tls) {
         listeners.emplace_back("127.0.0.1", 0, std::move(tls));
