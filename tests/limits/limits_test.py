@@ -145,6 +145,7 @@ ROOMS = {
     "refusalTime": ("http_test", "ServerLimits.WhatIsSentAfterARefusalIsReadForAWhile"),
     "idleTime": ("http_test", "ServerLimits.AnIdleConnectionIsClosedInSilence"),
     "requestTime": ("http_test", "ServerLimits.ARequestThatDoesNotEndIsToldSo"),
+    "clientCertificates": ("http_test", "ServerTls.AClientsCertificatesHaveALimit"),
     "leastTaken": ("http_test",
                    "ServerLimits.AClientThatTakesItsReplySlowlyHasTimeForEachPart"),
     "wholeReply": ("http_test",

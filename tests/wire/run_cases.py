@@ -24,12 +24,15 @@ wants it. It is looked at here, and is not in the files.
 """
 
 import argparse
+import contextlib
 import difflib
 import email.utils
+import os
 import pathlib
 import re
 import signal
 import socket
+import ssl
 import subprocess
 import sys
 import tempfile
@@ -98,10 +101,12 @@ def wire_bytes(steps, index, server):
 
 
 class Connection:
-    """A connection that reads replies one at a time."""
+    """A connection that reads replies one at a time; over TLS, if there is a context for it."""
 
-    def __init__(self, server):
+    def __init__(self, server, tls=None):
         self.socket = socket.create_connection(server, timeout=PATIENCE)
+        if tls:
+            self.socket = tls.wrap_socket(self.socket, server_hostname=server[0])
         self.buffer = b""
         self.ended = False
 
@@ -154,10 +159,10 @@ class Connection:
     def rest(self, closed_by_server):
         """What still comes. Unless the server is to close by itself, it is told to."""
         if not closed_by_server and not self.ended:
-            try:
-                self.socket.shutdown(socket.SHUT_WR)
-            except OSError:
-                pass
+            # Over TLS, too, it is the socket that ends: SSLSocket would read no more.
+            with contextlib.suppress(OSError), socket.socket(
+                    fileno=os.dup(self.socket.fileno())) as beneath:
+                beneath.shutdown(socket.SHUT_WR)
         while self.more():
             pass
         if closed_by_server and not self.ended:
@@ -213,10 +218,10 @@ def compare(path, expected, actual):
 CLOSED = b"{CLOSED}"
 
 
-def replies(case, server):
+def replies(case, server, tls=None):
     """Plays a case, and yields each step that is a reply with what came in its place."""
     steps = steps_of(case)
-    connection = Connection(server)
+    connection = Connection(server, tls)
     verb = b""
     with connection.socket:
         for index, step in enumerate(steps):
@@ -231,9 +236,9 @@ def replies(case, server):
             yield step, actual
 
 
-def play(case, server, write):
+def play(case, server, write, tls):
     """Runs one case. Throws Failure. With `write`, replies that differ are taken over."""
-    for step, actual in replies(case, server):
+    for step, actual in replies(case, server, tls):
         actual = without_date(step.path, actual)
         closed = step.text.endswith(CLOSED)
         expected = fill(step.text[: -len(CLOSED)] if closed else step.text, server)
@@ -246,12 +251,12 @@ def play(case, server, write):
             print(f"wrote   {step.path}: review it, and put placeholders back")
 
 
-def run(cases, server, write):
+def run(cases, server, write, tls=None):
     """Runs all cases and returns how many failed."""
     failed = 0
     for case in cases:
         try:
-            play(case, server, write)
+            play(case, server, write, tls)
             print(f"ok      {case.name}")
         except (Failure, OSError) as error:
             failed += 1
@@ -260,12 +265,20 @@ def run(cases, server, write):
 
 
 class Host:
-    """A cimhost of our own for the time of the run."""
+    """A cimhost of our own for the time of the run; with `tls`, it serves HTTPS alone."""
 
-    def __init__(self, command):
+    def __init__(self, command, tls):
         self.folder = tempfile.TemporaryDirectory()
         port_file = pathlib.Path(self.folder.name, "port")
-        self.process = subprocess.Popen(command + ["--port", "0", "--port-file", str(port_file)])
+        self.tls = None
+        options = ["--port", "0", "--port-file", str(port_file)]
+        if tls:
+            pair = [str(pathlib.Path(self.folder.name, name)) for name in ("certificate", "key")]
+            subprocess.run([command[0], "make-certificate", *pair], check=True)
+            self.tls = ssl.create_default_context(cafile=pair[0])
+            options = ["--no-http", "--https-port", "0", "--https-port-file", str(port_file),
+                       "--certificate", pair[0], "--key", pair[1]]
+        self.process = subprocess.Popen(command + options)
         deadline = time.monotonic() + PATIENCE
         while not port_file.exists():
             if self.process.poll() is not None:
@@ -303,6 +316,7 @@ def main():
     where = parser.add_mutually_exclusive_group(required=True)
     where.add_argument("--server", type=address, metavar="HOST:PORT", help="a server that runs")
     where.add_argument("--cimhost", metavar="PROGRAM", help="the cimhost to start")
+    parser.add_argument("--tls", action="store_true", help="with --cimhost: over HTTPS")
     parser.add_argument(
         "--argument",
         action="append",
@@ -327,9 +341,9 @@ def main():
     if options.server:
         failed = run(cases, options.server, options.write)
     else:
-        host = Host([options.cimhost] + options.argument)
+        host = Host([options.cimhost] + options.argument, options.tls)
         try:
-            failed = run(cases, host.server, options.write)
+            failed = run(cases, host.server, options.write, host.tls)
         finally:
             code = host.end()
         if code != 0:
