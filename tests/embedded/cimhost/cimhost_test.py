@@ -59,9 +59,11 @@ REQUEST = """<?xml version="1.0" encoding="utf-8"?>
 """
 
 
-def ask(port, class_name="TST_Thing", **fields):
-    """The reply document to an enumeration of a class's names."""
+def ask(port, class_name="TST_Thing", tls=None, **fields):
+    """The reply document to an enumeration of a class's names; over HTTPS with a context `tls`."""
     connection = http.client.HTTPConnection("127.0.0.1", port, timeout=PATIENCE)
+    if tls:
+        connection = http.client.HTTPSConnection("localhost", port, timeout=PATIENCE, context=tls)
     with contextlib.closing(connection):
         return ask_on(connection, class_name, fields)
 
@@ -223,10 +225,84 @@ class CommandLine(Case):
                 self.assertIn(told, done.stderr)
 
 
+    def test_options_of_https_belong_together(self):
+        for arguments, told in {
+            ("--https-port=0",): "cimhost make-certificate",
+            ("--https-port=0", "--certificate=c.pem"): "cimhost make-certificate",
+            ("--certificate=c.pem", "--key=k.pem"): "--certificate requires --https-port",
+            ("--key=k.pem",): "--key requires --https-port",
+            ("--client-ca=k.pem",): "--client-ca requires --https-port",
+            ("--https-port-file=p",): "--https-port-file requires --https-port",
+            ("--no-http",): "--no-http requires --https-port",
+            ("--https-port=70000", "--certificate=c", "--key=k"): "70000",
+            ("--no-http", "--https-port=0", "--port=1", "--certificate=c", "--key=k"): "excludes",
+            ("--https-port=5988", "--certificate=c", "--key=k"): "is that of --port",
+        }.items():
+            with self.subTest(arguments):
+                done = self.run_to_end(*arguments)
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertIn(told, done.stderr)
+
     def test_no_address_is_not_every_address(self):
         done = self.run_to_end("--address", "")
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         self.assertIn("an address is expected; 0.0.0.0 or :: is every one", done.stderr)
+
+
+class MakeCertificate(Case):
+    def make(self, *arguments):
+        return self.run_to_end("make-certificate", self.folder / "c.pem", self.folder / "k.pem",
+                               *arguments)
+
+    def openssl(self, *arguments):
+        return subprocess.run(["openssl", "x509", "-noout", "-in", self.folder / "c.pem",
+                               *arguments], capture_output=True, text=True, check=True).stdout
+
+    def test_it_is_for_this_machine_and_the_names_given(self):
+        done = self.make("--name=desk.example", "--name", "192.0.2.7")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        names = self.openssl("-ext", "subjectAltName")
+        for name in ("DNS:desk.example,", "IP Address:192.0.2.7,", "DNS:localhost,",
+                     "IP Address:127.0.0.1,", "IP Address:0:0:0:0:0:0:0:1\n"):
+            self.assertIn(name, names)
+        self.assertEqual(self.openssl("-subject"), "subject=CN = desk.example\n")
+        for name in ("desk.example", "192.0.2.7", "localhost", "::1"):
+            self.assertIn(" " + name, done.stdout)
+
+    def test_it_holds_for_397_days(self):
+        self.make()
+        self.openssl("-checkend", str(396 * 24 * 3600))
+        with self.assertRaises(subprocess.CalledProcessError):
+            self.openssl("-checkend", str(397 * 24 * 3600))
+
+    def test_its_owner_alone_can_read_the_key(self):
+        previous = os.umask(0)
+        try:
+            self.make()
+        finally:
+            os.umask(previous)
+        self.assertEqual((self.folder / "k.pem").stat().st_mode & 0o777, 0o600)
+        self.assertEqual((self.folder / "c.pem").stat().st_mode & 0o777, 0o644)
+
+    def test_nothing_is_overwritten_and_nothing_half_made_left(self):
+        for there, made in (("c.pem", "k.pem"), ("k.pem", "c.pem")):
+            with self.subTest(there):
+                path = self.file(there, "mine")
+                done = self.make()
+                self.assertEqual((done.returncode, done.stdout), (1, ""))
+                self.assertIn(f"cannot create {path}: File exists", done.stderr)
+                self.assertEqual(path.read_text(), "mine")
+                self.assertFalse((self.folder / made).exists())
+                path.unlink()
+
+    def test_a_wrong_command_line_is_exit_code_2(self):
+        for arguments, told in ((["--name=a b"], "no host name and no address: 'a b'"),
+                                (["more"], "more"), (["--port=1"], "--port")):
+            done = self.make(*arguments)
+            self.assertEqual((done.returncode, done.stdout), (2, ""))
+            self.assertIn(told, done.stderr)
+        self.assertEqual(self.run_to_end("make-certificate", "c.pem").returncode, 2)
+        self.assertEqual(list(self.folder.iterdir()), [])
 
 
 class Mof(Case):
@@ -443,6 +519,104 @@ class Serving(Case):
         self.assertIn("one</KEYVALUE>", ask(running.port))
         running.signal()
         self.assertEqual(running.code(), 0)
+
+    def with_https(self, *arguments, **kept):
+        """A server for both; its port for HTTPS, and a context that trusts it."""
+        pair = [self.folder / "c.pem", self.folder / "k.pem"]
+        if not pair[0].exists():
+            self.run_to_end("make-certificate", *pair)
+        running = self.start(
+            *self.content(), "--https-port=0", f"--https-port-file={self.folder / 'https'}",
+            f"--certificate={pair[0]}", f"--key={pair[1]}", *arguments, **kept)
+        return running, int((self.folder / "https").read_text()), ssl.create_default_context(
+            cafile=pair[0])
+
+    def test_https_is_served_beside_http(self):
+        running, port, tls = self.with_https()
+        self.assertEqual(ask(port, tls=tls), ask(running.port))
+        self.assertIn("one</KEYVALUE>", ask(port, tls=tls))
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        told = running.errors.read_text()
+        self.assertRegex(told, rf"(?m)info: serving http://127\.0\.0\.1:{running.port}/cimom$")
+        self.assertRegex(told, rf"(?m)info: serving https://127\.0\.0\.1:{port}/cimom$")
+        self.assertFalse((self.folder / "https").exists())
+        self.assertFalse((self.folder / "port").exists())
+
+    def test_https_can_be_all_that_is_served(self):
+        self.run_to_end("make-certificate", self.folder / "c.pem", self.folder / "k.pem")
+        running = Running(self, [
+            *self.content(), "--no-http", "--https-port=0",
+            f"--https-port-file={self.folder / 'port'}", f"--certificate={self.folder / 'c.pem'}",
+            f"--key={self.folder / 'k.pem'}"])
+        tls = ssl.create_default_context(cafile=self.folder / "c.pem")
+        self.assertIn("one</KEYVALUE>", ask(running.port, tls=tls))
+        with self.assertRaises((OSError, http.client.HTTPException)):
+            ask(running.port)
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        told = running.errors.read_text()
+        self.assertNotIn("serving http://", told)
+        self.assertIn("this looks like plain HTTP, but this port speaks TLS; use https://", told)
+
+    def test_what_goes_over_tls_is_traced_as_the_rest(self):
+        running, port, tls = self.with_https("--trace-wire=-")
+        ask(port, tls=tls)
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        self.assertIn('NAME="EnumerateInstanceNames"', running.errors.read_text())
+        self.assertIn("one</KEYVALUE>", running.errors.read_text())
+
+    def test_a_certificate_that_cannot_be_used_is_exit_code_2(self):
+        self.run_to_end("make-certificate", self.folder / "c.pem", self.folder / "k.pem")
+        certificate, key = self.folder / "c.pem", self.folder / "k.pem"
+        for arguments, told in {
+            (self.folder / "none", key): "the certificate .*: No such file or directory",
+            (certificate, certificate): "the key .*: ",
+        }.items():
+            done = self.run_to_end("--port=0", "--https-port=0", f"--certificate={arguments[0]}",
+                                   f"--key={arguments[1]}")
+            self.assertEqual(done.returncode, 2)
+            self.assertRegex(done.stderr, "error: cannot use " + told)
+
+    def test_sighup_reads_the_certificate_again_or_leaves_it(self):
+        running, port, old = self.with_https()
+        for name in ("c.pem", "k.pem"):
+            (self.folder / name).rename(self.folder / ("old-" + name))
+        running.signal(signal.SIGHUP)
+        self.told(running, "c.pem: No such file or directory; the former certificate and key are")
+        self.assertIn("one</KEYVALUE>", ask(port, tls=old))
+        self.run_to_end("make-certificate", self.folder / "c.pem", self.folder / "k.pem")
+        running.signal(signal.SIGHUP)
+        self.told(running, "certificate and key are read again")
+        new = ssl.create_default_context(cafile=self.folder / "c.pem")
+        self.assertIn("one</KEYVALUE>", ask(port, tls=new))
+        with self.assertRaises(ssl.SSLCertVerificationError):
+            ask(port, tls=old)
+        running.signal()
+        self.assertEqual(running.code(), 0)
+
+    def test_a_client_may_show_a_certificate_of_a_root_that_is_taken(self):
+        for name in ("client", "other"):
+            self.run_to_end("make-certificate", self.folder / f"{name}.pem",
+                            self.folder / f"{name}.key", "--name=" + name)
+        running, port, tls = self.with_https(f"--client-ca={self.folder / 'client.pem'}")
+        self.assertIn("one</KEYVALUE>", ask(port, tls=tls))
+        tls.load_cert_chain(self.folder / "client.pem", self.folder / "client.key")
+        self.assertIn("one</KEYVALUE>", ask(port, tls=tls))
+        tls.load_cert_chain(self.folder / "other.pem", self.folder / "other.key")
+        with self.assertRaises((OSError, http.client.HTTPException)):
+            ask(port, tls=tls)
+        self.told(running, "certificate verify failed")
+        running.signal()
+        self.assertEqual(running.code(), 0)
+
+    def told(self, running, text):
+        """Waits until the log has `text`."""
+        deadline = time.monotonic() + PATIENCE
+        while text not in running.errors.read_text():
+            self.assertLess(time.monotonic(), deadline, running.errors.read_text())
+            time.sleep(0.01)
 
     def test_a_port_file_that_cannot_be_written_is_exit_code_1(self):
         done = self.run_to_end("--port=0", "--port-file=/nonesuch/port")
