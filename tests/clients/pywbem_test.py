@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Meets the served sample switch with pywbem as an SMI-S script does. A warning is a failure.
 
-usage: pywbem_test.py BUILD-DIRECTORY [unittest arguments]
+usage: pywbem_test.py [--tls] BUILD-DIRECTORY [unittest arguments]
 """
 
+import os
 import pathlib
 import subprocess
 import sys
@@ -16,7 +17,7 @@ import pywbem_walk
 from pywbem_walk import connection
 from served import NAMESPACES, Served
 
-SERVED = None
+TRUST = ()  # options of pywbemcli
 
 
 def ids(paths):
@@ -126,7 +127,7 @@ class CommandLine(unittest.TestCase):
     def ask(self, *arguments):
         answer = subprocess.run(
             [pathlib.Path(sys.executable).with_name("pywbemcli"), "-s",
-             f"http://{SERVED.address}", "-o", "plain", *arguments],
+             pywbem_walk.url(), *TRUST, "-o", "plain", *arguments],
             capture_output=True, text=True, check=False, timeout=120)
         self.assertEqual((answer.returncode, answer.stderr), (0, ""))
         return answer.stdout
@@ -144,8 +145,16 @@ class CommandLine(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    tls = "--tls" in sys.argv
+    sys.argv = [argument for argument in sys.argv if argument != "--tls"]
     build = sys.argv.pop(1)
-    with Served(build) as SERVED:
-        pywbem_walk.use(SERVED.address, NAMESPACES)
+    for name in ("REQUESTS_CA_BUNDLE", "CURL_CA_BUNDLE"):  # would count more than what is asked for
+        os.environ.pop(name, None)
+    with Served(build, https=tls) as served:
+        if tls:
+            pywbem_walk.use(served.secure_address, NAMESPACES, str(served.certificate))
+            TRUST = ("--ca-certs", str(served.certificate))
+        else:
+            pywbem_walk.use(served.address, NAMESPACES)
         program = unittest.main(exit=False)
     sys.exit(not program.result.wasSuccessful())

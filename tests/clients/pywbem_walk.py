@@ -16,6 +16,7 @@ import pywbem
 
 ADDRESS = None
 NAMESPACES = ()
+CERTIFICATES = None  # the file of those that are trusted; none: plain HTTP
 
 PROFILES = ("Fabric", "Switch", "Server", "Zone Control",
             "Enhanced Zoning and Enhanced Zoning Control", "Blades")
@@ -48,14 +49,18 @@ FIXED = {"host", "firmware"}
 FIXED_WHOLE = FIXED | {"profile", "Server"}
 
 
-def use(address, namespaces):
-    """Says which server is walked, and where."""
-    global ADDRESS, NAMESPACES  # pylint: disable=global-statement
-    ADDRESS, NAMESPACES = address, tuple(namespaces)
+def use(address, namespaces, certificates=None):
+    """Says which server is walked, and where; over HTTPS, if there are trusted certificates."""
+    global ADDRESS, NAMESPACES, CERTIFICATES  # pylint: disable=global-statement
+    ADDRESS, NAMESPACES, CERTIFICATES = address, tuple(namespaces), certificates
+
+
+def url():
+    return f"{'https' if CERTIFICATES else 'http'}://{ADDRESS}"
 
 
 def connection(namespace=None):
-    return pywbem.WBEMConnection(f"http://{ADDRESS}", default_namespace=namespace)
+    return pywbem.WBEMConnection(url(), default_namespace=namespace, ca_certs=CERTIFICATES)
 
 
 def identity(path):

@@ -12,7 +12,8 @@ output (standard error after standard output):
 The command's words are separated by blanks and quoted by nothing but what wbemcli itself reads.
 
 Placeholders: {URL} the server with the namespace, {SERVER} without; {ADDRESS} host and port as the
-client spells it, {NAMESPACE}, {PORT}, {HOST} the name of the machine; {NAME} and {FORMAT} the host's
+client spells it, {SCHEME}, {NAMESPACE}, {PORT} for HTTP, {PLAIN} host and port for HTTP as the
+server spells them, {HOST} the name of the machine; {NAME} and {FORMAT} the host's
 name and its format as the module publishes them, which depend on whether the machine's name can be
 resolved. A case that names {URL} or
 {NAMESPACE} is run in every namespace; all others once.
@@ -82,8 +83,8 @@ def fill(text, values):
     return re.sub(r"\{([A-Z]+)\}", lambda m: values[m[1]], text)
 
 
-def ask(command, values):
-    answer = subprocess.run(["wbemcli", *fill(command, values).split()],
+def ask(command, values, options):
+    answer = subprocess.run(["wbemcli", *options, *fill(command, values).split()],
                             capture_output=True, text=True, timeout=60, check=False)
     lines = (answer.stdout + answer.stderr).rstrip("\n").splitlines()
     return answer.returncode, lines
@@ -93,6 +94,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--build", required=True, help="the build directory")
+    parser.add_argument("--tls", action="store_true", help="ask over HTTPS")
     parser.add_argument("--show", action="store_true",
                         help="print the cases with what is answered now, to be read by a person")
     parser.add_argument("cases", nargs="*", type=pathlib.Path,
@@ -100,17 +102,21 @@ def main():
     arguments = parser.parse_args()
 
     passed = failed = 0
-    with Served(arguments.build) as served:
+    with Served(arguments.build, https=arguments.tls) as served:
         host = socket.gethostname()
+        scheme, port, options = "http", served.port, []
+        if arguments.tls:
+            scheme, port, options = "https", served.secure_port, ["-cacert", served.certificate]
+        address = f"127.0.0.1:{port}"
         name = published_name(served.address)
         for case in (case for path in arguments.cases for case in read(path)):
             for namespace in case.namespaces():
-                server = f"http://{served.address}"
+                server = f"{scheme}://{address}"
                 values = {"URL": f"{server}/{namespace}", "SERVER": server, "HOST": host,
-                          "ADDRESS": served.address, "NAMESPACE": namespace,
-                          "PORT": str(served.port), "NAME": name,
+                          "ADDRESS": address, "SCHEME": scheme, "NAMESPACE": namespace,
+                          "PORT": str(served.port), "PLAIN": served.address, "NAME": name,
                           "FORMAT": "Other" if name else "IP"}
-                code, lines = ask(case.command, values)
+                code, lines = ask(case.command, values, options)
                 if arguments.show:
                     print(f"# {case.rule}\n$ {case.command}\nexit {code}")
                     print("\n".join(unfill(line, values) for line in lines) + "\n")

@@ -19,13 +19,14 @@ class Served:
     from these alone. The server has `environment` besides ours. Without `keep` it unmaps libraries
     that it does not need any more, without `traced` its standard output is thrown away.
 
-    `address` is "127.0.0.1:PORT", `pid` the process. At the end the server is asked to stop, and any exit
+    `address` is "127.0.0.1:PORT", `pid` the process. With `https` it serves HTTPS, too: at `secure_address`,
+    "localhost:PORT", with the certificate in the file `certificate`, signed by itself. At the end the server is asked to stop, and any exit
     code but those of `codes` is an error, which is how a sanitizer's report fails a test. That it has ended
     before is an error, too, whatever else has gone wrong.
     """
 
     def __init__(self, build, options=(), source=SOURCE, content=True, environment=None,
-                 keep=True, traced=True):
+                 keep=True, traced=True, https=False):
         self.build = pathlib.Path(build).resolve()
         self.content = content
         self.environment = environment or {}
@@ -33,6 +34,7 @@ class Served:
         self.options = list(options)
         self.source = source
         self.traced = traced
+        self.https = https
         self.codes = (0,)  # with which the server may end
         self.trace = ""
         self.log = ""
@@ -48,8 +50,16 @@ class Served:
         self._trace_file = open(place / "trace", "w+b")
         self._log_file = open(place / "log", "w+b")
         port_file = place / "port"
+        program = self.build / "bin" / "cimhost"
+        secure = []
+        if self.https:
+            self.certificate = place / "certificate.pem"
+            subprocess.run([program, "make-certificate", self.certificate, place / "key.pem"],
+                           check=True, stdout=subprocess.DEVNULL)
+            secure = ["--https-port", "0", "--https-port-file", place / "https-port",
+                      "--certificate", self.certificate, "--key", place / "key.pem"]
         self._process = subprocess.Popen(
-            [self.build / "bin" / "cimhost", "--port", "0", "--port-file", port_file,
+            [program, "--port", "0", "--port-file", port_file, *secure,
              *self.keep, *arguments, *self.options],
             stdin=subprocess.DEVNULL,
             stdout=self._trace_file if self.traced else subprocess.DEVNULL, stderr=self._log_file,
@@ -63,6 +73,9 @@ class Served:
             time.sleep(0.05)
         self.port = int(port_file.read_text())
         self.address = f"127.0.0.1:{self.port}"
+        if self.https:
+            self.secure_port = int((place / "https-port").read_text())
+            self.secure_address = f"localhost:{self.secure_port}"
         return self
 
     def __exit__(self, kind, value, traceback):
