@@ -18,7 +18,7 @@ set(cimhost_summary "Small CIM server for provider modules")
 set(cimhost_text
 "Hosts provider modules written for OpenPegasus (\"C++Default\") where no
 OpenPegasus is installed: reads classes and registrations from MOF files and
-speaks CIM-XML over HTTP. For the desk and for tests: no TLS, no
+speaks CIM-XML over HTTP and HTTPS. For the desk and for tests: no
 authentication, nothing persistent. Holds a sample switch.")
 set(provider_summary "Server profile provider module for a CIM server")
 set(provider_text
