@@ -127,7 +127,7 @@ std::string pem(const Write& write) {
 } // namespace
 
 SelfSigned makeSelfSigned(const std::vector<std::string>& names) {
-    const Key key(EVP_EC_gen("P-256"));
+    const Key key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
     require(key != nullptr);
     const Certificate certificate = certify(*key, names);
     return {pem([&](BIO* out) { return PEM_write_bio_X509(out, certificate.get()); }),

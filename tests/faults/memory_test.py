@@ -11,9 +11,12 @@ answered before and on a fresh one, which takes minutes. Without, a sample of th
 """
 
 import http.client
+import os
 import pathlib
+import ssl
 import sys
 import tempfile
+import time
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -75,11 +78,12 @@ MODULES = ("names of a module", "associators, with read-backs")
 
 
 class Client:
-    """Asks on a connection of its own each time."""
+    """Asks on a connection of its own each time; over HTTPS, if there is a context for it."""
 
-    def __init__(self, port, patience=PATIENCE):
+    def __init__(self, port, patience=PATIENCE, tls=None):
         self._port = port
         self._patience = patience
+        self._tls = tls
 
     def prepare(self, what):
         for other in BEFORE.get(what, ()):
@@ -92,6 +96,9 @@ class Client:
     def answer(self, what):
         """Status and text; or "closed" and how, or "waits"."""
         connection = http.client.HTTPConnection("127.0.0.1", self._port, timeout=self._patience)
+        if self._tls:
+            connection = http.client.HTTPSConnection("127.0.0.1", self._port, context=self._tls,
+                                                     timeout=self._patience)
         try:
             return ask(connection, OWN if what in BEFORE else NAMESPACE, REQUESTS[what])
         except TimeoutError:
@@ -112,9 +119,9 @@ class Memory(Counting):
                        "class TST_Thing { [Key] string Id; string Text; };\n")
         self.options = (f"--mof={OWN}={mof}", "--writable", "--patience=2", "--grace=5")
 
-    def served(self):
+    def served(self, https=False):
         return Served(BUILD, self.options, environment=self.switches.environment,
-                      keep=False)
+                      keep=False, https=https)
 
     def judge(self, what, right, answer, more=()):
         """Counts what came of a fault. `more`: texts of errors that are right, too."""
@@ -181,6 +188,38 @@ class Memory(Counting):
                     else:
                         self.assertEqual(answer, good[what])
                     self.assertEqual(client.answer("a class"), good["a class"])
+
+    def test_that_lacks_in_a_tls_handshake_and_behind_it(self):
+        what = "a class"
+        with self.served(https=True) as served:
+            tls = ssl.create_default_context(cafile=served.certificate)
+            client, plain = Client(served.secure_port, tls=tls), Client(served.port)
+            rest(served.pid)
+            descriptors = len(os.listdir(f"/proc/{served.pid}/fd"))
+            good = [client.answer(what) for _ in range(2)][1]
+            before = self.switches.allocations
+            client.answer(what)
+            count = self.switches.allocations - before
+            self.assertGreater(count, 100)
+            for number in range(1, count + 1, 1 if ALL else max(1, count // (4 * SAMPLE))):
+                self.switches.nth = number
+                answer = client.answer(what)
+                self.switches.clear()
+                self.judge(f"{what}, allocation {number}", good, answer)
+                self.assertEqual(client.answer(what), good)
+            for every in (2, 7, 23, 101, 499):
+                for _ in range(100 if ALL else 10):
+                    self.switches.every = every
+                    answer = client.answer(what)
+                    self.switches.clear()
+                    self.judge(f"{what}, every {every}th", good, answer)
+                self.assertEqual(client.answer(what), good)
+            self.assertEqual(plain.answer(what), good)
+            # What was lost on the way is no connection that stays.
+            end = time.monotonic() + PATIENCE
+            while len(os.listdir(f"/proc/{served.pid}/fd")) > descriptors:
+                self.assertLess(time.monotonic(), end, "connections are left")
+                time.sleep(0.05)
 
     def test_that_lacks_again_and_again(self):
         with self.served() as served:

@@ -53,7 +53,8 @@ bool everythingOverTls() {
 }
 
 PemPair certificate(const Said& said) {
-    const std::unique_ptr<EVP_PKEY, void (*)(EVP_PKEY*)> key(EVP_EC_gen("P-256"), EVP_PKEY_free);
+    const std::unique_ptr<EVP_PKEY, void (*)(EVP_PKEY*)> key(
+        EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"), EVP_PKEY_free);
     const std::unique_ptr<X509, void (*)(X509*)> made(X509_new(), X509_free);
     require(key && made && X509_set_version(made.get(), X509_VERSION_3) == 1);
     X509_NAME* const subject = X509_get_subject_name(made.get());
