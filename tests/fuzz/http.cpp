@@ -60,7 +60,7 @@ Answer answer(Request&& request) {
 
 class RunningServer {
   public:
-    RunningServer() : _server(listener(), options(), answer) {}
+    RunningServer() : _server(listeners(), options(), answer) {}
     ~RunningServer() {
         _server.stop();
         _thread.join();
@@ -68,9 +68,9 @@ class RunningServer {
     std::uint16_t port() const { return _port; }
 
   private:
-    Listener listener() {
-        Listener made("127.0.0.1", 0);
-        _port = made.port();
+    std::vector<Listener> listeners() {
+        std::vector<Listener> made;
+        _port = made.emplace_back("127.0.0.1", std::uint16_t{0}).port();
         return made;
     }
     static Options options() {
