@@ -102,7 +102,7 @@ void Connection::failed() noexcept {
 void Connection::lost() noexcept {
     if (_state == State::Closed)
         return;
-    try {
+    try { // Not tested: Asio keeps the memory of one step for the next, and seldom needs more
         _owner.log("connection lost", _peer + ": connection closed: out of memory");
     } catch (...) { // no memory to say so
     }
@@ -540,8 +540,9 @@ void Connection::close() noexcept {
     // at once.
     if (_state == State::Idle || _state == State::Reading) {
         const std::string_view farewell = _stream.farewell();
-        ::send(_stream.socket().native_handle(), farewell.data(), farewell.size(),
-               MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (!farewell.empty())
+            ::send(_stream.socket().native_handle(), farewell.data(), farewell.size(),
+                   MSG_DONTWAIT | MSG_NOSIGNAL);
     }
     _state = State::Closed;
     letReplyGo();
