@@ -166,6 +166,30 @@ class Listed(unittest.TestCase):
         self.assertEqual(([], [asked]),
                          found(answer(asked, error=["7", "CIM_ERR_NOT_SUPPORTED: there"]), ours))
 
+    def test_an_error_of_a_pull_may_have_other_words_but_no_other_code(self):
+        asked = "root/cimv2 pulled: OpenEnumerateInstances closed twice"
+        theirs = answer(asked, error=["21", "theirs"])
+        self.assertEqual((["words of the pull operations' errors"], []),
+                         found(theirs, answer(asked, error=["21", "ours"])))
+        self.assertEqual(([], [asked]), found(theirs, answer(asked, error=["1", "theirs"])))
+        self.assertEqual(([], [asked]), found(theirs, answer(asked, objects=[])))
+
+    def test_codes_of_pulls_are_those_that_are_listed(self):
+        asked = "root/cimv2 pulled: OpenReferenceInstances going on"
+        seven, other = answer(asked, error=["7", "x"]), answer(asked, error=["26", "x"])
+        self.assertEqual((["continuing after an error"], []), found(seven, other))
+        self.assertEqual(([], [asked]), found(other, seven))
+        self.assertEqual(([], [asked]), found(seven, answer(asked, objects=[])))
+
+    def test_types_of_what_a_pull_gives_back_are_let_pass_and_nothing_else(self):
+        asked = "wire enumeration-opens 1"
+        theirs = ['  PARAMVALUE NAME="EnumerationContext"', '    VALUE "5001"']
+        ours = ['  PARAMVALUE NAME="EnumerationContext" PARAMTYPE="string"', '    VALUE "77aa"']
+        self.assertEqual((["types of the pull operations' results"], []),
+                         found(answer(asked, wire=theirs), answer(asked, wire=ours)))
+        self.assertEqual(([], [asked]), found(answer(asked, wire=theirs),
+                                              answer(asked, wire=[*ours, "more"])))
+
     def test_is_what_the_document_lists(self):
         written = DOCUMENT.read_text(encoding="utf-8")
         expected = document.text(0, collections.Counter())

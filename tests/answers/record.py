@@ -17,6 +17,7 @@ import xml.etree.ElementTree as ElementTree
 
 import canonical
 import cases
+import pulled
 import suite
 import wire
 
@@ -74,6 +75,9 @@ def record(address, store, say=lambda text: None, wanted=None):
             if time.monotonic() - told > 5:
                 told = time.monotonic()
                 say(f"{count} questions, now at: {question.id}")
+        for key, concurrent, reply in pulled.answers(connection) if wanted is None else ():
+            keep(key, concurrent, reply)
+            count += 1
     connection.close()
     return count
 
