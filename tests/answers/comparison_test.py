@@ -168,10 +168,10 @@ class Listed(unittest.TestCase):
 
     def test_an_error_of_a_pull_may_have_other_words_but_no_other_code(self):
         asked = "root/cimv2 pulled: OpenEnumerateInstances closed twice"
-        theirs = answer(asked, error=["21", "theirs"])
+        theirs = answer(asked, error=["21", "X: theirs"])
         self.assertEqual((["words of the pull operations' errors"], []),
-                         found(theirs, answer(asked, error=["21", "ours"])))
-        self.assertEqual(([], [asked]), found(theirs, answer(asked, error=["1", "theirs"])))
+                         found(theirs, answer(asked, error=["21", "X: ours"])))
+        self.assertEqual(([], [asked]), found(theirs, answer(asked, error=["1", "X: theirs"])))
         self.assertEqual(([], [asked]), found(theirs, answer(asked, objects=[])))
 
     def test_codes_of_pulls_are_those_that_are_listed(self):
