@@ -18,16 +18,18 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["limits", "threads", "text", "pegasus", "mof", "repository", "host", "http", "cimxml",
-                  "cimhost"]
+EMBEDDED_ROOMS = ["limits", "threads", "text", "pegasus", "mof", "repository", "host", "http", "users",
+                  "cimxml", "cimhost"]
 # Those that are of use without a CIM object model, and what they know.
 WITHOUT_CIM = {"limits": ["limits"], "threads": ["threads"], "text": ["text"], "mof": ["text", "mof"],
-               "http": ["limits", "threads", "text", "http"]}
+               "http": ["limits", "threads", "text", "http"],
+               "users": ["limits", "threads", "text", "users"]}
 LIBRARIES = {
     "text": ["utf8cpp/"],
     "cimxml": ["expat.h"],
     "http": ["boost/", "openssl/"],
-    "cimhost": ["CLI/", "spdlog/"],
+    "users": ["openssl/", "crypt.h"],
+    "cimhost": ["CLI/", "spdlog/", "openssl/"],
 }
 
 # The tool that registers the module stands alone: it knows the server by its commands.

@@ -39,7 +39,7 @@ cmake --preset fuzz >/dev/null ||
 cmake --build --preset fuzz --target "${targets[@]/#/fuzz_}" || wrong "cannot be built, see above"
 
 # The longest input in bytes: more than a request of each kind, and little enough to be quick.
-declare -A longest=([cimxml]=8192 [headers]=2048 [http]=4096 [mof]=4096 [structured]=256 [values]=1024)
+declare -A longest=([cimxml]=8192 [headers]=2048 [http]=4096 [mof]=4096 [structured]=256 [users]=2048 [values]=1024)
 
 figure() { sed -n "s/^stat::$1: *//p" "$log"; } # of libFuzzer's last lines
 

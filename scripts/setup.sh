@@ -5,8 +5,8 @@
 set -eu
 
 usage="usage: setup.sh run|package|bench|test"
-run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libssl-dev libexpat1-dev libutfcpp-dev libcli11-dev
-  nlohmann-json3-dev libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
+run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libssl-dev libcrypt-dev libexpat1-dev
+  libutfcpp-dev libcli11-dev nlohmann-json3-dev libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
 package_packages="dpkg-dev file rpm"
 bench_packages="libbenchmark-dev wrk"
 test_packages="$package_packages $bench_packages lintian rpmlint mandoc man-db iproute2 openssl curl

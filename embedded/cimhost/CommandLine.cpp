@@ -63,6 +63,7 @@ struct Raw {
     std::vector<std::string> mofFiles;
     std::vector<std::string> faults;
     bool withoutHttp = false;
+    std::string runAs;
     unsigned grace = 10;
     unsigned patience = limits::patience.count();
 };
@@ -89,6 +90,12 @@ void convert(const Raw& raw, Settings& settings) {
         settings.mofFiles.push_back(mofFile(text));
     for (const std::string& text : raw.faults)
         settings.faults.push_back(fault(text));
+    try {
+        if (!raw.runAs.empty())
+            settings.runAs = identityOf(raw.runAs);
+    } catch (const std::invalid_argument& error) {
+        throw CLI::ValidationError("--user", error.what());
+    }
     settings.grace = std::chrono::seconds(raw.grace);
     settings.patience = std::chrono::seconds(raw.patience);
 }
@@ -209,6 +216,24 @@ void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
                  "Leave provider libraries mapped to the end, for leak and race reports");
 }
 
+void declareAccess(CLI::App& app, Settings& settings, Raw& raw) {
+    CLI::Option* const users =
+        app.add_option("--users", settings.users,
+                       "Answer only the users of FILE, which cimhost passwd makes")
+            ->type_name("FILE");
+    app.add_flag("--anonymous-read", settings.anonymousRead,
+                 "With --users, let those read who send no credentials")
+        ->needs(users);
+    app.add_flag(
+        "--insecure-remote-access", settings.insecureRemote,
+        "Listen where other machines can connect, even so that everybody there may ask, or "
+        "read and change what is sent, passwords among it");
+    app.add_option("--user", raw.runAs, "Become that user, and group, once the ports are open")
+        ->type_name("NAME[:GROUP]");
+    app.add_flag("--core-dumps", settings.coreDumps,
+                 "Leave a core dump after a crash, with everything that was in memory");
+}
+
 } // namespace
 
 CommandLine readCommandLine(int argc, const char* const* argv) {
@@ -218,6 +243,7 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     Settings settings;
     Raw raw;
     declareServing(app, settings, raw);
+    declareAccess(app, settings, raw);
     declareContent(app, settings, raw);
     declareSystem(app, settings);
     declareWatching(app, settings, raw);

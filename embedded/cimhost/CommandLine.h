@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cimhost/ExitCode.h"
+#include "cimhost/Privileges.h"
 #include "host/Faults.h"
 #include "http/Tls.h"
 #include "limits/Limits.h"
@@ -39,6 +40,11 @@ struct Settings {
     std::vector<std::filesystem::path> providerDirectories;
     std::string systemClass = "CIM_ComputerSystem"; ///< of the object manager's system
     std::optional<std::string> systemName;          ///< none: this machine's canonical name
+    std::optional<std::filesystem::path> users;     ///< none: nobody is asked who he is
+    bool anonymousRead = false;                     ///< who does not say who he is may read
+    bool insecureRemote = false;   ///< without users or TLS where others can reach it, too
+    std::optional<Identity> runAs; ///< once it listens
+    bool coreDumps = false;
     bool writable = false;           ///< clients may change what is in the repository
     std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};

@@ -5,7 +5,7 @@
 namespace embedded::cimhost {
 namespace {
 
-constexpr DeclareCommand commands[] = {declareMakeCertificate};
+constexpr DeclareCommand commands[] = {declareMakeCertificate, declarePasswd};
 
 } // namespace
 

@@ -16,6 +16,7 @@ namespace embedded::cimhost {
 using DeclareCommand = void (*)(CLI::App& app, std::function<ExitCode()>& chosen);
 
 void declareMakeCertificate(CLI::App& app, std::function<ExitCode()>& chosen);
+void declarePasswd(CLI::App& app, std::function<ExitCode()>& chosen);
 
 /// All of them.
 void declareCommands(CLI::App& app, std::function<ExitCode()>& chosen);

@@ -14,7 +14,8 @@ constexpr const char* providerName = "ServerObjectsProvider";
 
 // Values of CIM_ObjectManagerCommunicationMechanism, CIM schema 2.41.
 constexpr std::uint16_t authenticationNone = 2; // AuthenticationMechanismsSupported
-constexpr std::uint16_t basicRead = 2;          // FunctionalProfilesSupported
+constexpr std::uint16_t authenticationBasic = 3;
+constexpr std::uint16_t basicRead = 2; // FunctionalProfilesSupported
 constexpr std::uint16_t instanceManipulation = 5;
 constexpr std::uint16_t associationTraversal = 6;
 
@@ -49,7 +50,11 @@ void linkOwnObjects(const Settings& settings, const repository::View& view, std:
     own.functionalProfiles = {basicRead, associationTraversal};
     if (settings.writable)
         own.functionalProfiles = {basicRead, instanceManipulation, associationTraversal};
-    own.authenticationMechanisms = {authenticationNone};
+    own.authenticationMechanisms.clear();
+    if (!settings.users || settings.anonymousRead)
+        own.authenticationMechanisms.push_back(authenticationNone);
+    if (settings.users)
+        own.authenticationMechanisms.push_back(authenticationBasic);
     own.httpAddress = reachedAt(settings.address, port);
     for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
         own.nameSpaces.push_back(text(nameSpace.getString()));

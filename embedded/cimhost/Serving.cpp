@@ -1,5 +1,6 @@
 #include "cimhost/Serving.h"
 
+#include "cimhost/Access.h"
 #include "cimhost/Directory.h"
 #include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
@@ -96,8 +97,17 @@ class PortFile {
 // Threads for what is in no lane.
 constexpr unsigned freeWorkers = 4;
 
-// A lane for each module, so that one that hangs takes its own threads alone, and one for the
-// reading of long requests, so that these leave the processors to others.
+// The lanes behind those of the modules.
+unsigned readingLane(const host::ProviderModules& modules) {
+    return static_cast<unsigned>(modules.modules().size());
+}
+unsigned verifyingLane(const host::ProviderModules& modules) {
+    return readingLane(modules) + 1;
+}
+
+// A lane for each module, so that one that hangs takes its own threads alone, one for the reading
+// of long requests, so that these leave the processors to others, and one for the verifying of
+// passwords, which is slow on purpose.
 http::Options options(const host::ProviderModules& modules, std::chrono::seconds patience) {
     http::Options result;
     result.log = warnOften;
@@ -105,6 +115,7 @@ http::Options options(const host::ProviderModules& modules, std::chrono::seconds
     result.lanes.assign(modules.modules().size(), limits::placesInModule);
     result.lanes.push_back(
         std::max(1U, std::thread::hardware_concurrency() / limits::processorsForALongRequest));
+    result.lanes.push_back(limits::placesToVerify);
     result.workers = std::accumulate(result.lanes.begin(), result.lanes.end(), freeWorkers);
     return result;
 }
@@ -121,13 +132,15 @@ http::ReplyWatch logged(const http::Request& request) {
     };
 }
 
-http::Handler handler(const Settings& settings, host::CimOperations& operations,
-                      host::Enumerations& enumerations, unsigned readingLane) {
-    http::Handler answer = [&operations, &enumerations, readingLane](http::Request&& request) {
-        // Nobody is authenticated, so nobody has a name.
-        return cimxml::exchange(std::move(request), host::Caller(), operations, enumerations,
-                                {readingLane});
-    };
+http::Handler handler(const Settings& settings, const AccessRules& rules,
+                      host::CimOperations& operations, host::Enumerations& enumerations,
+                      unsigned lane) {
+    http::Handler answer = guarded(
+        rules,
+        [&operations, &enumerations, lane](http::Request&& request, const host::Caller& caller) {
+            return cimxml::exchange(std::move(request), caller, operations, enumerations, {lane});
+        },
+        warnOften);
     if (spdlog::should_log(spdlog::level::debug))
         answer = http::watched(std::move(answer), logged);
     return settings.wireTrace.empty() ? answer
@@ -208,6 +221,40 @@ std::vector<std::optional<std::filesystem::path>> portFiles(const Settings& sett
     if (settings.httpsPort)
         files.push_back(settings.httpsPortFile);
     return files;
+}
+
+// Whether the ports may be opened: what is asked for may be more than is meant.
+bool isExposureMeant(const Settings& settings, const std::vector<http::Listener>& listeners) {
+    bool isSafe = true;
+    for (const http::Listener& listener : listeners) {
+        const bool isSecure = listener.tls() != nullptr;
+        const std::string fault =
+            exposureFault(!listener.isLoopback(), isSecure, settings.users.has_value());
+        if (fault.empty())
+            continue;
+        isSafe = false;
+        spdlog::log(settings.insecureRemote ? spdlog::level::warn : spdlog::level::err,
+                    "{} is not a loopback address: {} ({})", settings.address, fault,
+                    url(isSecure ? "https" : "http", settings.address, listener.port()));
+    }
+    if (!isSafe && !settings.insecureRemote)
+        spdlog::error(
+            "without --address it listens on 127.0.0.1 only; for others there are "
+            "--https-port with --no-http, and --users; --insecure-remote-access says that "
+            "it is meant as it is");
+    return isSafe || settings.insecureRemote;
+}
+
+// The users of the file, as it is now, from now on; if they cannot be had, those from before.
+void readAgain(const std::filesystem::path& file, users::Accounts& accounts) {
+    try {
+        std::vector<users::User> listed = users::readUsers(file);
+        const std::size_t count = listed.size();
+        accounts.replace(std::move(listed));
+        spdlog::info("read again: {}, {} users", file.string(), count);
+    } catch (const std::exception& error) {
+        spdlog::error("{}; the users stay as they were", error.what());
+    }
 }
 
 void tellCalls(const host::ProviderModules& modules, std::chrono::seconds atLeast) noexcept {
@@ -324,8 +371,8 @@ class Unloading {
 
 } // namespace
 
-ExitCode serve(const Settings& settings, repository::Repository& repository,
-               const host::Registration& registration) {
+ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>& accounts,
+               repository::Repository& repository, const host::Registration& registration) {
     std::shared_ptr<http::TlsContext> tlsContext;
     try {
         tlsContext = tls(settings);
@@ -342,17 +389,16 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
                       error.what());
         return ExitCode::CannotListen;
     }
+    if (!isExposureMeant(settings, listeners))
+        return ExitCode::Usage;
     std::vector<std::uint16_t> ports;
     for (const http::Listener& listener : listeners)
         ports.push_back(listener.port());
     // From here on the files are this server's: one that cannot listen leaves those of another
     // alone.
     std::optional<PortFiles> files(portFiles(settings));
-    if (!listeners.front().isLoopback())
-        spdlog::warn(
-            "{} is not a loopback address: whoever can reach it may ask this server, and nobody "
-            "is asked who they are; without --address it listens on 127.0.0.1 only",
-            settings.address);
+    if (settings.runAs)
+        become(*settings.runAs);
 
     host::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warnOfProvider, {}};
@@ -366,9 +412,10 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
     host::Enumerations enumerations;
     const http::Options httpOptions = options(modules, settings.patience);
     const std::vector<std::string> urls = served(settings, listeners);
-    http::Server server(
-        std::move(listeners), httpOptions,
-        handler(settings, router, enumerations, static_cast<unsigned>(modules.modules().size())));
+    http::Server server(std::move(listeners), httpOptions,
+                        handler(settings,
+                                {accounts, settings.anonymousRead, verifyingLane(modules)}, router,
+                                enumerations, readingLane(modules)));
 
     const SignalWatch watch(
         [&](unsigned count) {
@@ -379,7 +426,11 @@ ExitCode serve(const Settings& settings, repository::Repository& repository,
             spdlog::info("ending: requests in progress have {} s", settings.grace.count());
             server.stop(settings.grace);
         },
-        [&] { reload(tlsContext.get()); });
+        [&] {
+            reload(tlsContext.get());
+            if (accounts)
+                readAgain(*settings.users, *accounts);
+        });
     files->write(ports);
     for (const std::string& each : urls)
         spdlog::info("serving {}", each);

@@ -7,6 +7,7 @@
 #include "cimhost/Summary.h"
 #include "host/RegistrationCheck.h"
 #include "mof/Mof.h"
+#include "users/Accounts.h"
 
 #include <Pegasus/Common/Exception.h>
 #include <spdlog/spdlog.h>
@@ -15,8 +16,11 @@
 #include <fcntl.h>
 #include <iostream>
 #include <malloc.h>
+#include <memory>
 #include <netdb.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace embedded::cimhost {
 namespace {
@@ -39,6 +43,16 @@ ExitCode check(const Settings& settings, const repository::View& view,
     return problems == 0 ? ExitCode::Ok : ExitCode::Check;
 }
 
+// Null without a file of users.
+std::shared_ptr<users::Accounts> readAccounts(const Settings& settings) {
+    if (!settings.users)
+        return nullptr;
+    std::vector<users::User> listed = users::readUsers(*settings.users);
+    if (listed.empty())
+        spdlog::warn("{}: there are no users; cimhost passwd adds one", settings.users->string());
+    return std::make_shared<users::Accounts>(std::move(listed));
+}
+
 ExitCode run(const Settings& settings) {
     repository::Repository repository;
     try {
@@ -55,6 +69,7 @@ ExitCode run(const Settings& settings) {
         return ExitCode::Usage;
     host::Registration registration(view, settings.interop);
     registerOwnObjects(view, registration);
+    const std::shared_ptr<users::Accounts> accounts = readAccounts(settings);
     if (settings.checkOnly)
         return check(settings, view, registration);
     for (const std::string& line : summary(view, registration, settings.interop))
@@ -63,7 +78,7 @@ ExitCode run(const Settings& settings) {
         spdlog::warn("{} (--check tells more)", finding.text);
     for (const host::Fault& fault : settings.faults)
         spdlog::warn("fault asked for: a provider's {}", describe(fault));
-    return serve(settings, repository, registration);
+    return serve(settings, accounts, repository, registration);
 }
 
 ExitCode runLogged(const Settings& settings) {
@@ -111,6 +126,8 @@ int main(int argc, const char* const* argv) {
         return static_cast<int>(commandLine.command());
     if (!commandLine.settings)
         return static_cast<int>(commandLine.exitCode);
+    if (!commandLine.settings->coreDumps)
+        forbidCoreDumps();
     takeSignals();
     setUpLog(commandLine.settings->logLevel);
     const ExitCode code = runLogged(*commandLine.settings);

@@ -78,6 +78,22 @@ Plan answered(Cursor cursor) {
     return {{}, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
 }
 
+/// Whoever answers for what would be written.
+void requireRole(const Operation& operation) {
+    const bool writes = operation.kind == OperationKind::CreateInstance ||
+                        operation.kind == OperationKind::ModifyInstance ||
+                        operation.kind == OperationKind::DeleteInstance;
+    const Caller& caller = operation.caller;
+    if (!writes || caller.mayWrite) {
+        return;
+    }
+    throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED,
+                       caller.userName.size() == 0
+                           ? String("Only a user with the role write may change something.")
+                           : String("User ") + caller.userName +
+                                 " may read only; it takes the role write.");
+}
+
 } // namespace
 
 String localHostName() {
@@ -94,6 +110,7 @@ Router::Router(repository::Repository& repository, const ProviderModules& module
 
 Plan Router::plan(const Operation& operation) {
     return asCimErrors([&] {
+        requireRole(operation);
         const Question question{operation, _repository.view()};
         switch (operation.kind) {
         case OperationKind::GetInstance:

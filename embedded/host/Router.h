@@ -27,6 +27,9 @@ Pegasus::String localHostName();
 /// its class, nor of a superclass by which its objects are enumerated. Such a write is
 /// CIM_ERR_ACCESS_DENIED. Namespaces are never created: CIM_ERR_NOT_SUPPORTED.
 ///
+/// A write on behalf of a caller who may not write is CIM_ERR_ACCESS_DENIED, whoever would answer
+/// it.
+///
 /// Thread-safety: several threads may plan and perform at once.
 class Router : public CimOperations {
   public:

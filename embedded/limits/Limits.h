@@ -63,6 +63,20 @@ constexpr std::uint32_t referenceLength = 16384; ///< references in keys
 constexpr std::uint32_t errorLength = 65536;     ///< message of an error
 constexpr std::size_t errorDetail = 256;         ///< detail of a refusal
 
+// Users. The hash of a password is slow on purpose, so one at a time is computed; whoever fails has
+// to wait before the next attempt.
+
+constexpr std::size_t userName = 256;              ///< users and passwords
+constexpr std::size_t password = 511;              ///< users and passwords
+constexpr unsigned placesToVerify = 1;             ///< passwords being checked
+constexpr unsigned waitingToBeVerified = 64;       ///< passwords being checked
+constexpr std::size_t remembered = 1000;           ///< passwords remembered
+constexpr std::chrono::minutes rememberedTime{15}; ///< passwords remembered
+constexpr unsigned freeFailures = 3;               ///< failed attempts
+constexpr std::chrono::seconds slowestAttempts{8}; ///< failed attempts
+constexpr std::chrono::minutes failureMemory{10};  ///< failed attempts
+constexpr std::size_t failuresKept = 4096;         ///< failed attempts
+
 // The log, of what clients can have written there.
 
 constexpr unsigned logLines = 10;         ///< lines of a kind in the log

@@ -8,7 +8,8 @@
 //   Asking  asks the server first which providers there are, and says what it hears
 //   Null    is not made
 //   Creating.., Initializing.., Terminating..   throw then; throwA() has what
-// and in a request besides as the class says that it is asked for: see Provider::answer.
+// and in a request besides as the class says that it is asked for: see Provider::answer, and for
+// the names of TST_WhoAsks and TST_AsksWhoAsks tellWhoAsks().
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
@@ -121,9 +122,12 @@ class Provider : public CIMInstanceProvider {
                             InstanceResponseHandler& handler) override {
         answer<CIMInstance>(reference.getClassName(), handler);
     }
-    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath& reference,
+    void enumerateInstanceNames(const OperationContext& context, const CIMObjectPath& reference,
                                 ObjectPathResponseHandler& handler) override {
         say("enumerateInstanceNames");
+        const std::string className = text(reference.getClassName().getString());
+        if (className == "TST_WhoAsks" || className == "TST_AsksWhoAsks")
+            return tellWhoAsks(context, reference, className == "TST_AsksWhoAsks", handler);
         if (_name == "Stuck")
             forEver();
         if (_name == "Asking")
@@ -206,6 +210,21 @@ class Provider : public CIMInstanceProvider {
             found->second();
         else
             deliver("one");
+        handler.complete();
+    }
+
+    // As whom it is asked, and as whom TST_WhoAsks is when it is asked from here.
+    static void tellWhoAsks(const OperationContext& context, const CIMObjectPath& reference,
+                            bool askingOn, ObjectPathResponseHandler& handler) {
+        handler.processing();
+        const IdentityContainer identity(context.get(IdentityContainer::NAME));
+        handler.deliver(made<CIMObjectPath>(reference.getClassName(), identity.getUserName()));
+        if (askingOn) {
+            const Array<CIMObjectPath> heard = CIMOMHandle().enumerateInstanceNames(
+                context, reference.getNameSpace(), CIMName("TST_WhoAsks"));
+            handler.deliver(made<CIMObjectPath>(
+                reference.getClassName(), "heard " + heard[0].getKeyBindings()[0].getValue()));
+        }
         handler.complete();
     }
 

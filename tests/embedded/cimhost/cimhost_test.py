@@ -214,6 +214,10 @@ class CommandLine(Case):
             "--log-level=loud": "loud",
             "--address=": "ADDRESS",
             "--patience=0": "0",
+            "--anonymous-read": "--anonymous-read requires --users",
+            "--user=nobody-of-that-name": "there is no user 'nobody-of-that-name'",
+            "--user=root:no-such-group": "there is no group 'no-such-group'",
+            "passwd": "FILE",
             "--grace=-1": "-1",
             "--fault=getClass": "OPERATION:CLASS=WHAT is expected, not 'getClass'",
             "--fault=getStuff:A=1": "'getStuff'; possible: *, getClass, enumerateClasses",
@@ -483,15 +487,46 @@ class Serving(Case):
         self.assertEqual(first.code(), 0)
         self.assertEqual((self.folder / "port").read_text(), f"{second.port}\n")
 
-    def test_an_address_that_is_not_loopback_is_warned_of(self):
-        for address, warned in (("0.0.0.0", True), ("127.0.0.2", False), ("localhost", False)):
-            with self.subTest(address):
-                (self.folder / "port").unlink(missing_ok=True)
-                running = self.start(f"--address={address}")
-                running.signal()
-                self.assertEqual(running.code(), 0)
-                warning = f"warning: {address} is not a loopback address: whoever can reach it"
-                self.assertEqual(warning in running.errors.read_text(), warned)
+    def test_where_others_can_connect_it_starts_only_if_that_is_meant(self):
+        meant = "--insecure-remote-access"
+        for address in ("127.0.0.2", "localhost"):
+            self.assertNotIn("loopback", self.log_of(f"--address={address}"))
+        for options in ((), ("--users", self.file("users", ""))):
+            os.chmod(self.folder / "users", 0o600) if options else None
+            with self.subTest(options):
+                done = self.run_to_end("--address=0.0.0.0", "--port=0", *options)
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertIn("error: 0.0.0.0 is not a loopback address: what goes over it, passwords "
+                              "among it, can be read", done.stderr)
+                self.assertIn(f"{meant} says that it is meant as it is", done.stderr)
+                self.assertEqual("nobody is asked who he is" in done.stderr, not options)
+                self.assertIn("warning: 0.0.0.0 is not a loopback address: what goes over it",
+                              self.log_of("--address=0.0.0.0", meant, *options))
+
+    def test_https_alone_with_users_is_for_others(self):
+        certificate, key = self.folder / "certificate", self.folder / "key"
+        self.run_to_end("make-certificate", certificate, key)
+        users = self.file("users", "")
+        users.chmod(0o600)
+        https = ("--address=0.0.0.0", "--https-port=0", f"--certificate={certificate}", f"--key={key}")
+        for options, faults in ((("--no-http", f"--users={users}"), ()),
+                                (("--no-http",), ("https",)),
+                                (("--port=0", f"--users={users}"), ("http",)),
+                                (("--port=0",), ("http", "https"))):
+            with self.subTest(options):
+                # One that starts ends with the next step, which comes after it listens.
+                done = self.run_to_end(*https, *options, f"--https-port-file={self.folder}/none/port")
+                self.assertEqual(done.returncode, 2 if faults else 1, done.stderr)
+                self.assertEqual(tuple(re.findall(r"not a loopback address: .* \((\w+)://", done.stderr)),
+                                 faults)
+
+    def log_of(self, *options):
+        """What a server that started and ended has logged."""
+        (self.folder / "port").unlink(missing_ok=True)
+        running = self.start(*options)
+        running.signal()
+        self.assertEqual(running.code(), 0)
+        return running.errors.read_text()
 
     def test_standard_streams_that_are_closed_are_not_taken_by_others(self):
         # Their places would go to the next files or connections, and what a module says to those.

@@ -57,6 +57,33 @@ TEST(ReadBack, ReachesTheRepositoryAndOtherModules) {
               texts(server.enumerate("TST_Base").objects));
 }
 
+TEST(ReadBack, IsOnBehalfOfTheUserWhoseRequestItServes) {
+    Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Other"}));
+    Texts users;
+    const auto note = [&users](const toy::Call& call) {
+        const Pegasus::IdentityContainer identity(
+            call.context.get(Pegasus::IdentityContainer::NAME));
+        users.push_back(text(identity.getUserName()));
+    };
+    toy::Script asking;
+    asking.answer = [note](const toy::Call& call) {
+        note(call);
+        call.handle->enumerateInstances(call.context, nameSpace, CIMName("TST_Other"), true, false,
+                                        false, false, {});
+        call.complete();
+    };
+    toy::setScript("P", asking);
+    toy::Script asked;
+    asked.answer = [note](const toy::Call& call) {
+        note(call);
+        call.complete();
+    };
+    toy::setScript("Q", asked);
+    server.router.enumerateInstances({"anna"}, nameSpace, CIMName("TST_Base"), false, false, false,
+                                     {});
+    EXPECT_EQ((Texts{"anna", "anna"}), users);
+}
+
 TEST(ReadBack, IntoAModuleThatWaitsForItFailsAtOnce) {
     Server server(servedBy("P", {"TST_Base"}));
     toy::setScript("P", relaying("TST_Base"));

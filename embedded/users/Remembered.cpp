@@ -1,0 +1,87 @@
+#include "users/Remembered.h"
+
+#include "limits/Limits.h"
+
+#include <cstring>
+#include <new>
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+#include <openssl/hmac.h>
+#include <openssl/rand.h>
+#include <stdexcept>
+
+namespace embedded::users {
+
+namespace {
+
+/// A context of HMAC with a new key; null if it cannot be had.
+EVP_MAC_CTX* keyedContext() {
+    std::array<unsigned char, 32> key{};
+    EVP_MAC* const mac = EVP_MAC_fetch(nullptr, "HMAC", nullptr);
+    EVP_MAC_CTX* context = EVP_MAC_CTX_new(mac);
+    EVP_MAC_free(mac); // the context has it, too
+    std::string hash = "SHA256";
+    const std::array<OSSL_PARAM, 2> parameters{
+        OSSL_PARAM_construct_utf8_string("digest", hash.data(), 0), OSSL_PARAM_construct_end()};
+    if (context != nullptr &&
+        (RAND_bytes(key.data(), static_cast<int>(key.size())) != 1 ||
+         EVP_MAC_init(context, key.data(), key.size(), parameters.data()) != 1)) {
+        EVP_MAC_CTX_free(context);
+        context = nullptr;
+    }
+    OPENSSL_cleanse(key.data(), key.size());
+    return context;
+}
+
+} // namespace
+
+Digester::Digester() : _context(keyedContext()) {
+    if (!_context)
+        throw std::runtime_error("no key for what is remembered of credentials");
+}
+
+Digester::Digest Digester::operator()(const Credentials& credentials) const {
+    // Neither has a NUL.
+    std::string text = credentials.name + '\0' + credentials.password;
+    Digest digest{};
+    std::size_t size = 0;
+    bool made = false;
+    {
+        const threads::Lock lock(_mutex);
+        made = EVP_MAC_init(_context.get(), nullptr, 0, nullptr) == 1 &&
+               EVP_MAC_update(_context.get(), reinterpret_cast<const unsigned char*>(text.data()),
+                              text.size()) == 1 &&
+               EVP_MAC_final(_context.get(), digest.data(), &size, digest.size()) == 1;
+    }
+    OPENSSL_cleanse(text.data(), text.size());
+    if (!made || size != digest.size())
+        throw std::bad_alloc();
+    return digest;
+}
+
+void Digester::Free::operator()(EVP_MAC_CTX* context) const noexcept {
+    EVP_MAC_CTX_free(context);
+}
+
+Remembered::Remembered() : _until(limits::remembered) {
+}
+
+bool Remembered::holds(const Digest& digest, Clock::time_point now) {
+    const Clock::time_point* const until = _until.find(digest);
+    if (until == nullptr || *until <= now)
+        return false;
+    add(digest, now);
+    return true;
+}
+
+void Remembered::add(const Digest& digest, Clock::time_point now) {
+    _until.touch(digest) = now + limits::rememberedTime;
+}
+
+std::size_t Remembered::Hash::operator()(const Digest& digest) const noexcept {
+    std::size_t hash = 0;
+    std::memcpy(&hash, digest.data(), sizeof hash);
+    return hash;
+}
+
+} // namespace embedded::users

@@ -1,0 +1,63 @@
+// Credentials that were right a short time ago, so that the hash of a password, which is slow on
+// purpose, is not computed for each request.
+#pragma once
+
+#include "threads/Locks.h"
+#include "users/Credentials.h"
+#include "users/Recent.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+
+struct evp_mac_ctx_st; // of OpenSSL
+
+namespace embedded::users {
+
+/// What stands for credentials: a hash of name and password with a key of its own (HMAC-SHA-256),
+/// which is of no use outside.
+///
+/// Thread-safety: may be used by several threads at once.
+class Digester {
+  public:
+    using Digest = std::array<unsigned char, 32>;
+
+    /// Throws std::runtime_error if there is no memory, or no random bytes for the key.
+    Digester();
+
+    /// Throws std::bad_alloc.
+    Digest operator()(const Credentials& credentials) const;
+
+  private:
+    struct Free {
+        void operator()(evp_mac_ctx_st* context) const noexcept;
+    };
+
+    mutable threads::Mutex _mutex;
+    // Keyed once, as that takes several times as long as a hash of some bytes.
+    const std::unique_ptr<evp_mac_ctx_st, Free> _context GUARDED_BY(_mutex);
+};
+
+/// Those of credentials, each until it was not asked for for a while.
+///
+/// Thread-safety: none.
+class Remembered {
+  public:
+    using Clock = std::chrono::steady_clock;
+    using Digest = Digester::Digest;
+    Remembered();
+
+    bool holds(const Digest& digest, Clock::time_point now);
+    void add(const Digest& digest, Clock::time_point now);
+    void clear() noexcept { _until.clear(); }
+
+  private:
+    struct Hash {
+        std::size_t operator()(const Digest& digest) const noexcept;
+    };
+
+    Recent<Digest, Clock::time_point, Hash> _until;
+};
+
+} // namespace embedded::users

@@ -1,0 +1,36 @@
+// Who has failed lately, and how long he has to wait before he may try again.
+#pragma once
+
+#include "users/Recent.h"
+
+#include <chrono>
+#include <cstdint>
+#include <string_view>
+
+namespace embedded::users {
+
+/// Counts the failures of names or of addresses. Some are free, then each doubles the time before
+/// the next attempt, up to a bound. They are forgotten after a while, and those of whoever has not
+/// failed for longest, when there are too many.
+///
+/// Thread-safety: none.
+class Slowing {
+  public:
+    using Clock = std::chrono::steady_clock;
+    Slowing();
+
+    /// How long `who` has to wait; 0 if he need not.
+    std::chrono::seconds wait(std::string_view who, Clock::time_point now);
+    void failed(std::string_view who, Clock::time_point now);
+    void forget(std::string_view who);
+
+  private:
+    struct Failures {
+        unsigned count = 0;
+        Clock::time_point last;
+        Clock::time_point until;
+    };
+    Recent<std::uint64_t, Failures> _failures; // by the hashes of names, which may be long
+};
+
+} // namespace embedded::users
