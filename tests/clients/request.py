@@ -28,11 +28,12 @@ def document(namespace, method, parameters, message="1"):
             f'</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>')
 
 
-def ask(connection, namespace, request, message="1"):
-    """Status and text of the answer that comes on an http.client.HTTPConnection."""
+def ask(connection, namespace, request, message="1", **fields):
+    """Status and text of the answer that comes on an http.client.HTTPConnection, asked with `fields` in
+    the header besides."""
     method, parameters = request
     connection.request("POST", "/cimom", document(namespace, method, parameters, message), {
         "Content-Type": "application/xml; charset=utf-8", "CIMOperation": "MethodCall",
-        "CIMMethod": method, "CIMObject": namespace})
+        "CIMMethod": method, "CIMObject": namespace, **fields})
     reply = connection.getresponse()
     return reply.status, reply.read().decode()

@@ -98,6 +98,11 @@ class Served:
         return os.pread(self._trace_file.fileno(), os.fstat(self._trace_file.fileno()).st_size,
                         0).decode()
 
+    def logged(self):
+        """What it has logged so far."""
+        return os.pread(self._log_file.fileno(), os.fstat(self._log_file.fileno()).st_size,
+                        0).decode()
+
     def _read(self):
         for name in ("trace", "log"):
             stream = getattr(self, f"_{name}_file")

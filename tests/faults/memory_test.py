@@ -10,6 +10,7 @@ LIBRARY is the one made of failing.cpp. With --all every single allocation fails
 answered before and on a fresh one, which takes minutes. Without, a sample of them.
 """
 
+import base64
 import http.client
 import os
 import pathlib
@@ -23,6 +24,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
 
 from faults import Counting, Switches, rest
+import hashes
 from request import ask, call, name, of_class
 from served import Served
 
@@ -84,6 +86,7 @@ class Client:
         self._port = port
         self._patience = patience
         self._tls = tls
+        self.fields = {}  # of the header, besides
 
     def prepare(self, what):
         for other in BEFORE.get(what, ()):
@@ -100,7 +103,8 @@ class Client:
             connection = http.client.HTTPSConnection("127.0.0.1", self._port, context=self._tls,
                                                      timeout=self._patience)
         try:
-            return ask(connection, OWN if what in BEFORE else NAMESPACE, REQUESTS[what])
+            return ask(connection, OWN if what in BEFORE else NAMESPACE, REQUESTS[what],
+                       **self.fields)
         except TimeoutError:
             return "waits", ""
         except (OSError, http.client.HTTPException) as error:
@@ -135,6 +139,30 @@ class Memory(Counting):
         else:
             self.fail(f"{what}: {answer}")
         self.outcomes[outcome] += 1
+
+    def test_that_lacks_once_while_a_password_is_verified(self):
+        """Whoever gave the right one is not told that it is wrong, and is not slowed for it."""
+        count = 400 if ALL else 60
+        users = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())) / "users"
+        users.touch(0o600)
+        users.write_text("".join(f"user{n}:read:{hashes.quick('x')}\n" for n in range(count)))
+        self.options += ("--users", str(users))
+        with self.served() as served:
+            def answer(user):
+                client = Client(served.port)
+                client.fields = {"Authorization": "Basic " + base64.b64encode(
+                    f"{user}:x".encode()).decode()}
+                return client.answer("a class")
+            good = answer("user0")
+            self.assertEqual(good[0], 200)
+            before = self.switches.allocations
+            self.assertEqual(answer("user1"), good)
+            needed = self.switches.allocations - before
+            for n in range(2, count):
+                self.switches.nth = 1 + (n - 2) * needed // (count - 2)
+                self.judge(f"allocation {n}", good, answer(f"user{n}"))
+                self.switches.clear()
+                self.assertEqual(answer(f"user{n}"), good)
 
     def test_that_lacks_once_on_a_server_that_has_answered_before(self):
         with self.served() as served:

@@ -5,6 +5,7 @@ too much, in the room that has it.
 usage: limits_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
+import base64
 import contextlib
 import os
 import pathlib
@@ -20,6 +21,7 @@ import urllib.parse
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "clients"))
 
+import hashes  # noqa: E402
 import modules  # noqa: E402
 from constants import limits  # noqa: E402
 from request import document, name, of_class  # noqa: E402
@@ -154,6 +156,14 @@ ROOMS = {
     "enumerationObjects": ("host_test", "Enumerated.CountsWhatProvidersHaveDelivered"),
     "enumerationTime": ("cimxml_test", "Pull.HasTheTimeOfTheLimitUnlessTheClientSaysOtherwise"),
     "patience": ("http_test", "LanesTest.GiveUpWhatHasWaitedTooLong"),
+    "userName": ("users_test", "UsersFile.IsRefusedWithThePlaceOfItsFirstFault"),
+    "password": ("users_test", "Password.IsTakenAsAWhole"),
+    "remembered": ("users_test", "RememberedTest.KeepsThoseThatWereUsedLast"),
+    "rememberedTime": ("users_test", "AccountsTest.RememberWhoComesBackInTime"),
+    "freeFailures": ("users_test", "AccountsTest.SlowAUserAfterSomeFailuresMoreAndMore"),
+    "slowestAttempts": ("users_test", "AccountsTest.SlowAUserAfterSomeFailuresMoreAndMore"),
+    "failureMemory": ("users_test", "AccountsTest.ForgetFailuresAfterAWhile"),
+    "failuresKept": ("users_test", "SlowingTest.KeepsSomeAndForgetsWhoHasNotFailedForLongest"),
     "logLines": ("cimhost_parts_test", "ThrottleTest.LetsAsManyLinesOfAKindThroughInASecond"),
     "logQueue": ("cimhost_parts_test", "OutletTest.KeepsAsMuchAsIsTheLimit"),
 }
@@ -299,6 +309,58 @@ class Modules(unittest.TestCase):
             self.hold(self.CLASSES[1 + n // LIMITS["placesInModule"]], short + 1)
         for size, is_within in around(short):
             self.assertEqual(self.told(getting_class(size)), "200 CLASS" if is_within else "503")
+
+
+class Users(unittest.TestCase):
+    """With a user whose password takes seconds to verify, and others."""
+
+    OTHERS = LIMITS["waitingToBeVerified"] + 1
+
+    def setUp(self):
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        users = pathlib.Path(folder, "users")
+        users.touch(0o600)
+        users.write_text(f"slow:read:{hashes.slow('x', 4_000_000)}\n" + "".join(
+            f"user{n}:read:{hashes.quick('x')}\n" for n in range(self.OTHERS)))
+        self.served = self.enterContext(Served(BUILD, ["--users", users]))
+
+    def ask(self, user):
+        """A connection on which that has been asked."""
+        client = self.enterContext(contextlib.closing(
+            socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)))
+        credentials = base64.b64encode(f"{user}:x".encode())
+        client.sendall(getting_class().replace(b"X: ", b"Authorization: Basic " + credentials))
+        return client
+
+    def ticks(self):
+        """The processor time that the server has used."""
+        stat = pathlib.Path(f"/proc/{self.served.pid}/stat").read_text()
+        return sum(map(int, stat.rpartition(")")[2].split()[11:13]))
+
+    def ask_slowly(self, count):
+        """Has as many ask with the password that takes long, until it is being verified."""
+        before = self.ticks()
+        asked = [self.ask("slow") for _ in range(count)]
+        end = time.monotonic() + PATIENCE
+        while self.ticks() < before + 20:
+            self.assertLess(time.monotonic(), end)
+            time.sleep(0.01)
+        return asked
+
+    @tests("waitingToBeVerified")
+    def test_of_passwords_that_wait_to_be_verified(self):
+        asked = self.ask_slowly(1)
+        asked += [self.ask(f"user{n}") for n in range(self.OTHERS)]
+        answers = [told(rest(client)) for client in asked]
+        self.assertEqual(answers.count("503"), 1)
+        self.assertEqual(answers.count("200 CLASS"), LIMITS["waitingToBeVerified"] + 1)
+
+    @tests("placesToVerify")
+    def test_of_passwords_that_are_verified_at_once(self):
+        asked = self.ask_slowly(LIMITS["placesToVerify"] + 3)
+        self.assertEqual({told(rest(client)) for client in asked}, {"200 CLASS"})
+        # The others have waited, and found it remembered.
+        self.assertEqual(self.served.logged().count('user "slow" verified'), LIMITS["placesToVerify"])
 
 
 class Rooms(unittest.TestCase):
