@@ -11,6 +11,7 @@ usage: bench.sh [--quick] [--against DIRECTORY] [--save] [--note TEXT] [--rounds
                        growth   the cost with more classes, instances, connections ...
                        memory   what the server holds, and how long it takes to start
                        costs    what requests cost that are meant to cost much, for each byte
+                       users    what users cost, and what trying passwords does
                        (default: all)
   --quick              a look in under two minutes: few rounds, small sizes
   --against DIRECTORY  measure that build directory of another version of this project, too: the
@@ -54,7 +55,7 @@ while [ $# -gt 0 ]; do
     --rounds | --io-threads) passed+=("$1" "${2:?bench.sh: $1 needs a number}") && shift ;;
     --note) passed+=("$1" "${2:?bench.sh: --note needs a text}") && shift ;;
     --help | -h) usage && exit 0 ;;
-    module | wire | growth | memory | costs) passed+=("$1") ;;
+    module | wire | growth | memory | costs | users) passed+=("$1") ;;
     *) echo "bench.sh: $1: no such option or benchmark" >&2 && usage >&2 && exit 2 ;;
   esac
   shift

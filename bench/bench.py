@@ -14,6 +14,7 @@ import measure_costs
 import measure_growth
 import measure_memory
 import measure_module
+import measure_users
 import measure_wire
 import tables
 from questions import SOURCE, WrongAnswer
@@ -23,7 +24,7 @@ from servers import IO_THREADS, NotStarted
 from real_server import CannotIsolate  # tests/clients
 
 SECTIONS = {"module": measure_module, "wire": measure_wire, "growth": measure_growth,
-            "memory": measure_memory, "costs": measure_costs}
+            "memory": measure_memory, "costs": measure_costs, "users": measure_users}
 ROUNDS, QUICK_ROUNDS = 9, 3
 
 

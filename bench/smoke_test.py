@@ -16,6 +16,7 @@ import measure_costs
 import measure_growth
 import measure_memory
 import measure_module
+import measure_users
 import measure_wire
 import questions
 import shapes
@@ -84,14 +85,16 @@ class Smoke(unittest.TestCase):
         self.assertEqual(len(results.whats("costs")), len(shapes.PLAIN) + len(shapes.SHAPES))
         for what in results.whats("costs"):
             self.assertGreater(tables.costs_of(results, what, "now")[1], 0, what)
-        for section in ("growth", "memory", "costs"):
+        measure_users.measure(SETUP, results)
+        self.assertGreater(tables.users_ratio(results, questions.NAMES.title, 8, "attacked"), 0)
+        for section in ("growth", "memory", "costs", "users"):
             for one in tables.tables(results, section):
                 self.assertIn("| ---", one)
 
     def test_the_document_has_the_tables_and_plots_of_its_results(self):
         docs = questions.SOURCE / "docs"
         kept = Results.read(docs / "performance" / "results.json")
-        self.assertEqual(set(kept.facts), {"module", "wire", "growth", "memory", "costs"})
+        self.assertEqual(set(kept.facts), {"module", "wire", "growth", "memory", "costs", "users"})
         text = (docs / "performance.md").read_text()
         self.assertEqual(document.filled(text, kept), text, "bench.sh --save makes it anew")
         for name in document.PLOTS:

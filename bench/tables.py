@@ -285,9 +285,43 @@ def costs(results):
                                        "memory left") for side in SIDES)], rows)
 
 
+# Users
+
+
+USER_SIDES = ("without users", "with users", "attacked")
+
+
+def users_ratio(results, what, at, side, measure="rate"):
+    return results.ratio(("users", what, at, side, measure),
+                         ("users", what, at, USER_SIDES[0], measure))
+
+
+def users(results):
+    rows, attempts = [], []
+    for what in results.whats("users"):
+        for at in results.ats("users", what):
+            def median(side, measure):
+                return results.median("users", what, at, side, measure)
+            if at is None:
+                attempts.append([what, *(seconds(median("now", measure))
+                                         for measure in ("processor", "whole"))])
+                continue
+            rows.append([f"{what}, {at}",
+                         *(number(median(side, "rate"), "/s") for side in USER_SIDES),
+                         *(percent(users_ratio(results, what, at, side)) for side in USER_SIDES[1:]),
+                         *(seconds(median(side, "processor")) for side in USER_SIDES[:2]),
+                         *(seconds(median(side, "p99")) for side in USER_SIDES)])
+    yield table("A user whose password is remembered",
+                ["request, connections", *USER_SIDES, "with / without", "attacked / without",
+                 *(f"processor time, {side}" for side in USER_SIDES[:2]),
+                 *(f"p99, {side}" for side in USER_SIDES)], rows)
+    yield table("An attempt that fails", ["", "processor time of the server", "until the answer"],
+                attempts)
+
+
 def tables(results, section):
     return list({"module": module, "wire": wire, "growth": growth, "memory": memory,
-                 "costs": costs}[section](results))
+                 "costs": costs, "users": users}[section](results))
 
 
 # The aims
@@ -372,6 +406,10 @@ AIMS = (
      "at most 5", at_most(5), number, lambda r, side: worst_cost(r, side, False)),
     ("the same where it follows from what is stored and is not written",
      "at most 5", at_most(5), number, lambda r, side: worst_cost(r, side, True)),
+    ("the rate of a remembered user against that without users, the least of all", "at least 80 %",
+     at_least(0.8), percent, lambda r, side: side == "now" and worst(
+         users_ratio(r, what, at, "with users") for what in r.whats("users")
+         for at in r.ats("users", what) if at is not None) or None),
     ("the module against its floor on OpenPegasus's library, the most of all operations",
      f"at most {MODULE_AIM}", at_most(MODULE_AIM), number,
      lambda r, side: worst(module_ratios(r, LIBRARIES[0], side), max)),
