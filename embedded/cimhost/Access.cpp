@@ -115,12 +115,12 @@ class Access {
     }
 
     Answer judged(const Verdict& verdict, Request&& request, const std::string& name) const {
+        if (verdict.outcome == Outcome::Remembered)
+            return admitted(std::move(request), name, verdict.role);
         const std::string user = "user " + quoted(name);
         switch (verdict.outcome) {
         case Outcome::Verified:
             spdlog::info("{}: {} verified", request.peer.address, user);
-            return admitted(std::move(request), name, verdict.role);
-        case Outcome::Remembered:
             return admitted(std::move(request), name, verdict.role);
         case Outcome::TooEarly:
             tell(request, user + " turned away: too early after failures");
