@@ -38,13 +38,13 @@ void registerOwnObjects(const repository::View& view, host::Registration& regist
     registration.addLinked(view, {moduleName, providerName}, providerName, classNames);
 }
 
-void linkOwnObjects(const Settings& settings, const repository::View& view, std::uint16_t port,
-                    host::ModuleSettings& modules) {
+void linkOwnObjects(const Settings& settings, const repository::View& view,
+                    const std::vector<std::uint16_t>& ports, host::ModuleSettings& modules) {
     serverobjects::Settings own;
     own.askServer = false;
     own.systemCreationClassName = settings.systemClass;
     own.systemName = settings.systemName;
-    own.name = "cimhost:" + std::to_string(port);
+    own.name = "cimhost:" + std::to_string(ports.front());
     own.elementName = "cimhost";
     own.description = "cimhost, version " CIMHOST_VERSION;
     own.functionalProfiles = {basicRead, associationTraversal};
@@ -55,7 +55,10 @@ void linkOwnObjects(const Settings& settings, const repository::View& view, std:
         own.authenticationMechanisms.push_back(authenticationNone);
     if (settings.users)
         own.authenticationMechanisms.push_back(authenticationBasic);
-    own.httpAddress = reachedAt(settings.address, port);
+    if (settings.withHttp)
+        own.httpAddress = reachedAt(settings.address, ports.front());
+    if (settings.httpsPort)
+        own.httpsAddress = reachedAt(settings.address, ports.back());
     for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
         own.nameSpaces.push_back(text(nameSpace.getString()));
     modules.linked.emplace(providerName, [own](const Pegasus::String&) {

@@ -9,14 +9,16 @@
 #include "repository/View.h"
 
 #include <cstdint>
+#include <vector>
 
 namespace embedded::cimhost {
 
 /// Registers the module where the classes are, unless another one, or what was loaded, has them.
 void registerOwnObjects(const repository::View& view, host::Registration& registration);
 
-/// Adds the module to those that are part of the program. `port` is the one that is listened on.
-void linkOwnObjects(const Settings& settings, const repository::View& view, std::uint16_t port,
-                    host::ModuleSettings& modules);
+/// Adds the module to those that are part of the program. `ports` are those that are listened on:
+/// for HTTP, unless the settings leave it out, then for HTTPS, if they ask for it.
+void linkOwnObjects(const Settings& settings, const repository::View& view,
+                    const std::vector<std::uint16_t>& ports, host::ModuleSettings& modules);
 
 } // namespace embedded::cimhost

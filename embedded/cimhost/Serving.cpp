@@ -402,7 +402,7 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
 
     host::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warnOfProvider, {}};
-    linkOwnObjects(settings, repository.view(), ports.front(), moduleSettings);
+    linkOwnObjects(settings, repository.view(), ports, moduleSettings);
     host::ProviderModules modules(registration, moduleSettings);
     Unloading unloading(modules);
     host::Router router(repository, modules, host::localHostName(), settings.writable);
