@@ -31,6 +31,12 @@ python_clients() {
   fi
 }
 
+java_client() {
+  scripts/java_client.sh && return 0
+  [ -z "${CI-}" ] || { echo "test.sh: CI needs the Java client" >&2 && return 1; }
+  echo "test.sh: no Java client: its tests are left out" >&2
+}
+
 # What configuring finds of an OpenPegasus decides what is tested, so that is shown.
 configure() { # preset
   mkdir -p build
@@ -48,6 +54,7 @@ suite() { # preset
 
 scripts/setup.sh test
 python_clients
+java_client
 
 say "scripts and sources"
 shellcheck run.sh test.sh bench.sh scripts/*.sh tests/packages/*.sh

@@ -10,7 +10,8 @@ run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libssl-dev libcr
 package_packages="dpkg-dev file rpm"
 bench_packages="libbenchmark-dev wrk"
 test_packages="$package_packages $bench_packages lintian rpmlint mandoc man-db iproute2 openssl curl
-  git clang clang-format clang-tidy libclang-rt-14-dev llvm shellcheck python3-venv"
+  git clang clang-format clang-tidy libclang-rt-14-dev llvm shellcheck python3-venv
+  openjdk-17-jdk-headless maven"
 
 case "${1-}" in
   run) wanted=$run_packages ;;

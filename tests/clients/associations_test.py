@@ -269,7 +269,7 @@ class Associations(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.host = module_host(SERVED.address)
-        cls.host_name = published_name(SERVED.address)
+        cls.host_name = published_name(f"http://{SERVED.address}")
         cls.server_host = socket.gethostname()
 
     def each(self):

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Meets the served sample switch with pywbem as an SMI-S script does. A warning is a failure.
+"""Meets the served sample switch with pywbem as an SMI-S script does, in each way (ways.py). A warning
+is a failure.
 
-usage: pywbem_test.py [--tls] BUILD-DIRECTORY [unittest arguments]
+usage: pywbem_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
-import os
 import pathlib
 import subprocess
 import sys
@@ -13,11 +13,12 @@ import warnings
 
 import pywbem
 import pywbem_walk
+import ways
 
 from pywbem_walk import connection
-from served import NAMESPACES, Served
+from served import NAMESPACES
 
-TRUST = ()  # options of pywbemcli
+SERVED = None
 
 
 def ids(paths):
@@ -126,8 +127,8 @@ class CommandLine(unittest.TestCase):
 
     def ask(self, *arguments):
         answer = subprocess.run(
-            [pathlib.Path(sys.executable).with_name("pywbemcli"), "-s",
-             pywbem_walk.url(), *TRUST, "-o", "plain", *arguments],
+            [pathlib.Path(sys.executable).with_name("pywbemcli"), *SERVED.pywbemcli(), "-o", "plain",
+             *arguments],
             capture_output=True, text=True, check=False, timeout=120)
         self.assertEqual((answer.returncode, answer.stderr), (0, ""))
         return answer.stdout
@@ -145,16 +146,11 @@ class CommandLine(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    tls = "--tls" in sys.argv
-    sys.argv = [argument for argument in sys.argv if argument != "--tls"]
     build = sys.argv.pop(1)
-    for name in ("REQUESTS_CA_BUNDLE", "CURL_CA_BUNDLE"):  # would count more than what is asked for
-        os.environ.pop(name, None)
-    with Served(build, https=tls) as served:
-        if tls:
-            pywbem_walk.use(served.secure_address, NAMESPACES, str(served.certificate))
-            TRUST = ("--ca-certs", str(served.certificate))
-        else:
-            pywbem_walk.use(served.address, NAMESPACES)
-        program = unittest.main(exit=False)
-    sys.exit(not program.result.wasSuccessful())
+    right = True
+    for way in ways.WAYS:
+        print(f"{way.name}:", file=sys.stderr)
+        with ways.Reached(build, way) as SERVED:
+            pywbem_walk.use(SERVED.url, NAMESPACES, **SERVED.pywbem())
+            right &= unittest.main(exit=False).result.wasSuccessful()
+    sys.exit(not right)

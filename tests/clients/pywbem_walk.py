@@ -14,9 +14,9 @@ import warnings
 
 import pywbem
 
-ADDRESS = None
+URL = None
+HOW = {}  # what WBEMConnection takes besides
 NAMESPACES = ()
-CERTIFICATES = None  # the file of those that are trusted; none: plain HTTP
 
 PROFILES = ("Fabric", "Switch", "Server", "Zone Control",
             "Enhanced Zoning and Enhanced Zoning Control", "Blades")
@@ -49,18 +49,14 @@ FIXED = {"host", "firmware"}
 FIXED_WHOLE = FIXED | {"profile", "Server"}
 
 
-def use(address, namespaces, certificates=None):
-    """Says which server is walked, and where; over HTTPS, if there are trusted certificates."""
-    global ADDRESS, NAMESPACES, CERTIFICATES  # pylint: disable=global-statement
-    ADDRESS, NAMESPACES, CERTIFICATES = address, tuple(namespaces), certificates
-
-
-def url():
-    return f"{'https' if CERTIFICATES else 'http'}://{ADDRESS}"
+def use(url, namespaces, **how):
+    """Says which server is walked, how it is reached, and where."""
+    global URL, HOW, NAMESPACES  # pylint: disable=global-statement
+    URL, HOW, NAMESPACES = url, how, tuple(namespaces)
 
 
 def connection(namespace=None):
-    return pywbem.WBEMConnection(url(), default_namespace=namespace, ca_certs=CERTIFICATES)
+    return pywbem.WBEMConnection(URL, default_namespace=namespace, **HOW)
 
 
 def identity(path):
@@ -233,7 +229,7 @@ class Follows(unittest.TestCase):
 if __name__ == "__main__":
     if len(sys.argv) < 3 or sys.argv[1].startswith("-"):
         sys.exit(__doc__)
-    use(sys.argv[1], sys.argv[2:])
+    use(f"http://{sys.argv[1]}", sys.argv[2:])
     program = unittest.main(argv=sys.argv[:1], exit=False)
     print(f"{Follows.questions} questions, {Follows.followed} paths followed")
     sys.exit(not program.result.wasSuccessful())

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Asks the served sample switch with wbemcli and compares every word that it prints.
+"""Asks the served sample switch with wbemcli, in each way (ways.py), and compares every word that it
+prints.
 
 A file of cases holds, for each case, the rule that it guards, the command, its exit code and its
 output (standard error after standard output):
@@ -12,11 +13,11 @@ output (standard error after standard output):
 The command's words are separated by blanks and quoted by nothing but what wbemcli itself reads.
 
 Placeholders: {URL} the server with the namespace, {SERVER} without; {ADDRESS} host and port as the
-client spells it, {SCHEME}, {NAMESPACE}, {PORT} for HTTP, {PLAIN} host and port for HTTP as the
-server spells them, {HOST} the name of the machine; {NAME} and {FORMAT} the host's
-name and its format as the module publishes them, which depend on whether the machine's name can be
-resolved. A case that names {URL} or
-{NAMESPACE} is run in every namespace; all others once.
+client spells it, {SCHEME}; {PLAIN} host and port without TLS, {PORT} the port in that; {NAMESPACE},
+{HOST} the name of the machine; {NAME} and {FORMAT} the host's name and its format as the module
+publishes them, which depend on whether the machine's name can be resolved; {AUTHENTICATION} the number
+that says whether users are asked for. A case that names {URL} or {NAMESPACE} is run in every
+namespace; all others once. One that names a user is not run where the server has users.
 """
 
 import argparse
@@ -26,7 +27,8 @@ import socket
 import subprocess
 import sys
 
-from served import NAMESPACES, Served
+import ways
+from served import NAMESPACES
 
 HERE = pathlib.Path(__file__).resolve().parent
 
@@ -37,6 +39,9 @@ class Case:
         self.command = command
         self.exit_code = None
         self.output = []
+
+    def fits(self, way):
+        return not way.user or "@" not in self.command
 
     def namespaces(self):
         return NAMESPACES if re.search(r"\{(URL|NAMESPACE)\}", self.command) else NAMESPACES[:1]
@@ -72,10 +77,10 @@ def module_host(address):
     return wbemcli("ain", firmware).split("/", 1)[0]
 
 
-def published_name(address):
-    """The name of the host of the object manager: empty when the machine's name is unknown to its
-    resolver, else the canonical one."""
-    answer = wbemcli("ein", f"http://{address}/root/cimv2:ORVEX_ObjectManagerHost")
+def published_name(url, *more):
+    """The name of the host of the object manager of the server at `url`: empty when the machine's name
+    is unknown to its resolver, else the canonical one."""
+    answer = wbemcli(*more, "ein", f"{url}/root/cimv2:ORVEX_ObjectManagerHost")
     return re.search(r'Name="([^"]*)"\s*$', answer)[1]
 
 
@@ -83,8 +88,19 @@ def fill(text, values):
     return re.sub(r"\{([A-Z]+)\}", lambda m: values[m[1]], text)
 
 
-def ask(command, values, options):
-    answer = subprocess.run(["wbemcli", *options, *fill(command, values).split()],
+def options(served):
+    """What wbemcli needs to trust the server."""
+    return ["-cacert", served.certificate] if served.certificate else []
+
+
+def server(served):
+    """The server as a URL of wbemcli says it."""
+    user = f"{served.user}:{served.password}@" if served.user else ""
+    return served.url.replace("://", f"://{user}")
+
+
+def ask(command, values, more=()):
+    answer = subprocess.run(["wbemcli", *more, *fill(command, values).split()],
                             capture_output=True, text=True, timeout=60, check=False)
     lines = (answer.stdout + answer.stderr).rstrip("\n").splitlines()
     return answer.returncode, lines
@@ -94,45 +110,51 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--build", required=True, help="the build directory")
-    parser.add_argument("--tls", action="store_true", help="ask over HTTPS")
     parser.add_argument("--show", action="store_true",
                         help="print the cases with what is answered now, to be read by a person")
     parser.add_argument("cases", nargs="*", type=pathlib.Path,
                         default=sorted(HERE.glob("wbemcli*.cases")))
     arguments = parser.parse_args()
 
+    wrong = 0
+    for way in ways.WAYS[:1] if arguments.show else ways.WAYS:
+        with ways.Reached(arguments.build, way) as served:
+            wrong += run(served, [case for path in arguments.cases for case in read(path)],
+                         arguments.show)
+    return 1 if wrong else 0
+
+
+def run(served, cases, show):
+    """Runs all cases; returns how many failed, of none one."""
     passed = failed = 0
-    with Served(arguments.build, https=arguments.tls) as served:
-        host = socket.gethostname()
-        scheme, port, options = "http", served.port, []
-        if arguments.tls:
-            scheme, port, options = "https", served.secure_port, ["-cacert", served.certificate]
-        address = f"127.0.0.1:{port}"
-        name = published_name(served.address)
-        for case in (case for path in arguments.cases for case in read(path)):
-            for namespace in case.namespaces():
-                server = f"{scheme}://{address}"
-                values = {"URL": f"{server}/{namespace}", "SERVER": server, "HOST": host,
-                          "ADDRESS": address, "SCHEME": scheme, "NAMESPACE": namespace,
-                          "PORT": str(served.port), "PLAIN": served.address, "NAME": name,
-                          "FORMAT": "Other" if name else "IP"}
-                code, lines = ask(case.command, values, options)
-                if arguments.show:
-                    print(f"# {case.rule}\n$ {case.command}\nexit {code}")
-                    print("\n".join(unfill(line, values) for line in lines) + "\n")
-                    break
-                expected = [fill(line, values) for line in case.output]
-                if (code, lines) == (case.exit_code, expected):
-                    passed += 1
-                    continue
-                failed += 1
-                print(f"FAILED: {case.rule}\n  wbemcli {fill(case.command, values)}")
-                print(f"  exit code {code}, expected {case.exit_code}")
-                print("\n".join(["  expected:"] + ["    " + line for line in expected] +
-                                ["  answered:"] + ["    " + line for line in lines]))
-    if not arguments.show:
-        print(f"{passed} passed, {failed} failed")
-    return 0 if failed == 0 and (passed or arguments.show) else 1
+    host = socket.gethostname()
+    name = published_name(server(served), *options(served))
+    for case in (case for case in cases if case.fits(served.way)):
+        for namespace in case.namespaces():
+            values = {"URL": f"{server(served)}/{namespace}", "SERVER": server(served), "HOST": host,
+                      "ADDRESS": served.address, "SCHEME": served.url.partition(":")[0],
+                      "PLAIN": served.plain_address,
+                      "PORT": served.plain_address.rpartition(":")[2], "NAMESPACE": namespace,
+                      "NAME": name, "FORMAT": "Other" if name else "IP",
+                      "AUTHENTICATION": "3" if served.user else "2"}
+            code, lines = ask(case.command, values, options(served))
+            if show:
+                print(f"# {case.rule}\n$ {case.command}\nexit {code}")
+                print("\n".join(unfill(line, values) for line in lines) + "\n")
+                break
+            expected = [fill(line, values) for line in case.output]
+            if (code, lines) == (case.exit_code, expected):
+                passed += 1
+                continue
+            failed += 1
+            print(f"FAILED: {case.rule}\n  wbemcli {fill(case.command, values)}")
+            print(f"  exit code {code}, expected {case.exit_code}")
+            print("\n".join(["  expected:"] + ["    " + line for line in expected] +
+                            ["  answered:"] + ["    " + line for line in lines]))
+    if show:
+        return 0
+    print(f"wbemcli, {served.way.name}: {passed + failed} calls, {passed} right, {failed} wrong")
+    return failed or (0 if passed else 1)
 
 
 def unfill(line, values):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What the papers for deployment name exists: links, files, commands and their options, trace lines,
+"""What the papers for those who use it name exists: links, files, commands and their options, trace lines,
 findings of serverprofile-register.
 
 usage: papers_test.py BUILD-DIRECTORY
@@ -13,7 +13,7 @@ import sys
 import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
-PAPERS = [SOURCE / "docs" / name for name in ("deploying.md", "troubleshooting.md")]
+PAPERS = [SOURCE / "docs" / name for name in ("deploying.md", "troubleshooting.md", "clients.md")]
 MODULE = ("provider", "profiles", "objectmanager", "traversal")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 # Texts that a trace line or a finding begins with; shorter ones say nothing.
@@ -132,6 +132,8 @@ class Papers(unittest.TestCase):
         offered = "".join(self.help_of(command) for command in (
             "serverprofile-register", "serverprofile-walk", "cimhost", "scripts/package.sh"))
         for path, text in self.each():
+            if path.name == "clients.md":
+                continue  # there they are those of the clients
             for span in spans(text):
                 for option in re.findall(r"^(--[\w-]+)", span):
                     with self.subTest(paper=path.name, option=option):
