@@ -4,6 +4,7 @@
 usage: https_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
+import re
 import subprocess
 import sys
 import unittest
@@ -53,6 +54,13 @@ class Https(unittest.TestCase):
             self.assertEqual(answer.returncode, 0, answer.stderr)
             self.assertIn("Verification: OK", answer.stdout)
             self.assertIn(version, answer.stdout)
+
+    def test_both_ways_in_are_published(self):
+        answer = run("wbemcli", "-cacert", self.served.certificate, "ei", "-nl",
+                     f"{self.url}/interop:CIM_CIMXMLCommunicationMechanism")
+        self.assertEqual(re.findall(r'(?m)^-(?:Name|IPAddress)="(.*)"', answer.stdout), [
+            f"http://{self.served.address}", self.served.address,
+            f"https://127.0.0.1:{self.served.secure_port}", f"127.0.0.1:{self.served.secure_port}"])
 
     def wbemcli(self, *options, url=None):
         return run("wbemcli", *options, "ein",
