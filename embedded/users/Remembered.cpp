@@ -2,6 +2,7 @@
 
 #include "limits/Limits.h"
 
+#include <atomic>
 #include <cstring>
 #include <new>
 #include <openssl/crypto.h>
@@ -14,45 +15,53 @@ namespace embedded::users {
 
 namespace {
 
+std::uint64_t nextNumber() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+} // namespace
+
 /// A context of HMAC with a new key; null if it cannot be had.
-EVP_MAC_CTX* keyedContext() {
+Digester::Context Digester::keyedContext() {
     std::array<unsigned char, 32> key{};
     EVP_MAC* const mac = EVP_MAC_fetch(nullptr, "HMAC", nullptr);
-    EVP_MAC_CTX* context = EVP_MAC_CTX_new(mac);
+    Context context(EVP_MAC_CTX_new(mac));
     EVP_MAC_free(mac); // the context has it, too
     std::string hash = "SHA256";
     const std::array<OSSL_PARAM, 2> parameters{
         OSSL_PARAM_construct_utf8_string("digest", hash.data(), 0), OSSL_PARAM_construct_end()};
     if (context != nullptr &&
         (RAND_bytes(key.data(), static_cast<int>(key.size())) != 1 ||
-         EVP_MAC_init(context, key.data(), key.size(), parameters.data()) != 1)) {
-        EVP_MAC_CTX_free(context);
-        context = nullptr;
-    }
+         EVP_MAC_init(context.get(), key.data(), key.size(), parameters.data()) != 1))
+        context.reset();
     OPENSSL_cleanse(key.data(), key.size());
     return context;
 }
 
-} // namespace
-
-Digester::Digester() : _context(keyedContext()) {
+Digester::Digester() : _number(nextNumber()), _context(keyedContext()) {
     if (!_context)
         throw std::runtime_error("no key for what is remembered of credentials");
 }
 
 Digester::Digest Digester::operator()(const Credentials& credentials) const {
+    thread_local Context own;
+    thread_local std::uint64_t ownOf = 0;
+    if (ownOf != _number) {
+        ownOf = 0;
+        own.reset(EVP_MAC_CTX_dup(_context.get()));
+        if (!own)
+            throw std::bad_alloc();
+        ownOf = _number;
+    }
     // Neither has a NUL.
     std::string text = credentials.name + '\0' + credentials.password;
     Digest digest{};
     std::size_t size = 0;
-    bool made = false;
-    {
-        const threads::Lock lock(_mutex);
-        made = EVP_MAC_init(_context.get(), nullptr, 0, nullptr) == 1 &&
-               EVP_MAC_update(_context.get(), reinterpret_cast<const unsigned char*>(text.data()),
-                              text.size()) == 1 &&
-               EVP_MAC_final(_context.get(), digest.data(), &size, digest.size()) == 1;
-    }
+    const bool made = EVP_MAC_init(own.get(), nullptr, 0, nullptr) == 1 &&
+                      EVP_MAC_update(own.get(), reinterpret_cast<const unsigned char*>(text.data()),
+                                     text.size()) == 1 &&
+                      EVP_MAC_final(own.get(), digest.data(), &size, digest.size()) == 1;
     OPENSSL_cleanse(text.data(), text.size());
     if (!made || size != digest.size())
         throw std::bad_alloc();

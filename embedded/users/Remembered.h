@@ -2,13 +2,13 @@
 // purpose, is not computed for each request.
 #pragma once
 
-#include "threads/Locks.h"
 #include "users/Credentials.h"
 #include "users/Recent.h"
 
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 struct evp_mac_ctx_st; // of OpenSSL
@@ -34,9 +34,14 @@ class Digester {
         void operator()(evp_mac_ctx_st* context) const noexcept;
     };
 
-    mutable threads::Mutex _mutex;
-    // Keyed once, as that takes several times as long as a hash of some bytes.
-    const std::unique_ptr<evp_mac_ctx_st, Free> _context GUARDED_BY(_mutex);
+    using Context = std::unique_ptr<evp_mac_ctx_st, Free>;
+
+    static Context keyedContext();
+
+    const std::uint64_t _number; ///< no other one has it
+    // Keyed once, as that takes several times as long as a hash of some bytes; each thread has a
+    // copy.
+    const Context _context;
 };
 
 /// Those of credentials, each until it was not asked for for a while.
