@@ -212,6 +212,20 @@ class Roles(Case):
         self.assertNotIn("ERROR", self.ask(create(CLASS, {**VSAN, "Name": "new"}), WRITER)[2])
 
 
+class Enumerations(Case):
+    def test_one_that_is_open_belongs_to_who_has_opened_it(self):
+        self.make_users()
+        self.serve("--anonymous-read")
+        opening = call("OpenEnumerateInstancePaths", ("ClassName", of_class(CLASS)))
+        context = re.search(r'"EnumerationContext"[^>]*>\s*<VALUE>(\w+)<', self.ask(opening, READER)[2])[1]
+        named = ("EnumerationContext", f"<VALUE>{context}</VALUE>")
+        pulling = call("PullInstancePaths", named, ("MaxObjectCount", "<VALUE>1</VALUE>"))
+        for other in (WRITER, UMLAUT, None):
+            self.assertEqual(self.refusal(pulling, other)[0], 21)
+            self.assertEqual(self.refusal(call("CloseEnumeration", named), other)[0], 21)
+        self.assertEqual(len(cimxml.returned(self.ask(pulling, READER)[2])), 1)
+
+
 class Published(Case):
     def mechanisms(self, user=None):
         request = call("EnumerateInstances", ("ClassName", of_class("PG_CIMXMLCommunicationMechanism")))
