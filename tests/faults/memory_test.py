@@ -55,6 +55,9 @@ REQUESTS = {
         "EnumerateInstances", ("ClassName", of_class("CIM_ManagedElement"))),
     "associators, with read-backs": call(
         "Associators", ("ObjectName", name("CIM_RegisteredProfile", InstanceID="Orvex1"))),
+    "an enumeration that ends at once": call(
+        "OpenEnumerateInstances", ("ClassName", of_class("CIM_RegisteredProfile")),
+        ("MaxObjectCount", "<VALUE>1000</VALUE>")),
     "what is not there": call(
         "GetInstance", ("InstanceName", name("CIM_RegisteredProfile", InstanceID="none"))),
     "a class that is not there": call("GetClass", ("ClassName", of_class("CIM_None"))),
@@ -76,7 +79,7 @@ BEFORE = {
 }
 NAMESPACE = "interop"
 OWN = "root/test"  # where the instance is
-MODULES = ("names of a module", "associators, with read-backs")
+MODULES = ("names of a module", "an enumeration that ends at once", "associators, with read-backs")
 
 
 class Client:

@@ -40,6 +40,11 @@ DEAR = request("interop", call("GetInstance", ("InstanceName", name(
     "ORVEX_Vsan", **{f"k{n}": 1000 * "x" for n in range(999)}))))
 
 
+# What providers have delivered for it is kept for a while, and there may be too many.
+OPENING = request("interop", call("OpenEnumerateInstances", (
+    "ClassName", of_class("CIM_ElementConformsToProfile"))))
+
+
 class Client:
     """A connection for one way of being bad, which `chance` may vary; a context manager. `hold` is
     how long it may wait, in seconds."""
@@ -205,6 +210,7 @@ WAYS = {
         sends(HEAD + b"Content-Type: application/xml\r\nCIMOperation: MethodCall\r\n"
               b"Content-Length: 3000\r\n\r\n" + 1000 * b"<a>"), {400}),
     "asks what costs much": (sends(DEAR), {200}),
+    "leaves an enumeration open": (sends(OPENING), {200}),
 }
 
 
