@@ -4,6 +4,7 @@
 #include "cimhost/Directory.h"
 #include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
+#include "cimhost/Readiness.h"
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
 #include "cimhost/WireTrace.h"
@@ -417,6 +418,7 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
                                 {accounts, settings.anonymousRead, verifyingLane(modules)}, router,
                                 enumerations, readingLane(modules)));
 
+    const Readiness readiness;
     const SignalWatch watch(
         [&](unsigned count) {
             if (count > 1) {
@@ -424,16 +426,20 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
                 leave(ExitCode::Interrupted);
             }
             spdlog::info("ending: requests in progress have {} s", settings.grace.count());
+            readiness.stopping();
             server.stop(settings.grace);
         },
         [&] {
+            readiness.reloading();
             reload(tlsContext.get());
             if (accounts)
                 readAgain(*settings.users, *accounts);
+            readiness.ready();
         });
     files->write(ports);
     for (const std::string& each : urls)
         spdlog::info("serving {}", each);
+    readiness.ready();
     {
         const CallWatch callWatch(modules, settings.patience);
         server.run();

@@ -970,5 +970,91 @@ class End(Case):
         self.assertEqual(process.wait(PATIENCE), 0)
 
 
+class ServiceManager(Case):
+    """What a service manager is told, over the socket that it names."""
+
+    def listen(self, address, buffer=None):
+        """A datagram socket there, and the environment that names it."""
+        told = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self.addCleanup(told.close)
+        told.settimeout(PATIENCE)
+        if buffer:
+            told.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, buffer)
+        told.bind(address)
+        return told, {**os.environ, "NOTIFY_SOCKET": address.replace("\0", "@")}
+
+    def test_it_is_told_of_start_reload_and_end(self):
+        longest = str(self.folder / ("x" * (107 - len(str(self.folder)) - 1)))
+        for address in (str(self.folder / "notify"), longest, f"\0cimhost-test-{os.getpid()}"):
+            with self.subTest(address):
+                told, environment = self.listen(address)
+                (self.folder / "port").unlink(missing_ok=True)
+                running = Running(
+                    self, [*self.content(), "--port=0", f"--port-file={self.folder / 'port'}"],
+                    env=environment)
+                self.assertEqual(told.recv(4096), b"READY=1")
+                self.assertIn("one</KEYVALUE>", ask(running.port))
+                before = time.clock_gettime(time.CLOCK_MONOTONIC)
+                running.signal(signal.SIGHUP)
+                reloading = told.recv(4096).decode()
+                self.assertRegex(reloading, r"^RELOADING=1\nMONOTONIC_USEC=[0-9]+$")
+                self.assertEqual(told.recv(4096), b"READY=1")
+                after = time.clock_gettime(time.CLOCK_MONOTONIC)
+                self.assertTrue(before - 1e-6 <= int(reloading.split("=")[-1]) / 1e6 <= after)
+                running.signal()
+                self.assertEqual(told.recv(4096), b"STOPPING=1")
+                self.assertEqual(running.code(), 0)
+
+    def test_it_is_told_only_when_the_port_file_is_there(self):
+        told, environment = self.listen(str(self.folder / "notify"))
+        port = self.folder / "port"
+        process = subprocess.Popen(
+            [PROGRAM, *self.content(), "--port=0", f"--port-file={port}"], env=environment,
+            stderr=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        self.assertEqual(told.recv(4096), b"READY=1")
+        self.assertIn("one</KEYVALUE>", ask(int(port.read_text())))
+
+    def test_a_server_that_cannot_start_says_nothing(self):
+        told, environment = self.listen(str(self.folder / "notify"))
+        done = subprocess.run([PROGRAM, "--mof=root/test=/nonesuch"], env=environment,
+                              capture_output=True, check=False)
+        self.assertEqual(done.returncode, 3)
+        told.setblocking(False)
+        with self.assertRaises(BlockingIOError):
+            told.recv(4096)
+
+    def test_it_is_no_trouble_if_nobody_can_be_told(self):
+        gone, _ = self.listen(str(self.folder / "gone"))
+        gone.close()
+        stream = socket.socket(socket.AF_UNIX)
+        self.addCleanup(stream.close)
+        stream.bind(str(self.folder / "stream"))
+        full, _ = self.listen(str(self.folder / "full"))
+        filler = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self.addCleanup(filler.close)
+        filler.setblocking(False)
+        with self.assertRaises(BlockingIOError):
+            while True:
+                filler.sendto(b"full", str(self.folder / "full"))
+        for name in ("gone", "stream", "full", "nonesuch"):
+            self.serves_unheard(str(self.folder / name))
+        for name in ("", "@", "relative", "vsock:2:1", "/" + "x" * 107, "@" + "x" * 5000):
+            self.serves_unheard(name)
+        full.close()
+
+    def serves_unheard(self, address):
+        with self.subTest(address):
+            (self.folder / "port").unlink(missing_ok=True)
+            running = Running(
+                self, [*self.content(), "--port=0", f"--port-file={self.folder / 'port'}"],
+                env={**os.environ, "NOTIFY_SOCKET": address})
+            running.signal(signal.SIGHUP)
+            self.assertIn("one</KEYVALUE>", ask(running.port))
+            running.signal()
+            self.assertEqual(running.code(), 0)
+
+
 if __name__ == "__main__":
     unittest.main(argv=[sys.argv[0], *sys.argv[3:]])
