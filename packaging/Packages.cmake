@@ -18,8 +18,9 @@ set(cimhost_summary "Small CIM server for provider modules")
 set(cimhost_text
 "Hosts provider modules written for OpenPegasus (\"C++Default\") where no
 OpenPegasus is installed: reads classes and registrations from MOF files and
-speaks CIM-XML over HTTP and HTTPS. For the desk and for tests: no
-authentication, nothing persistent. Holds a sample switch.")
+speaks CIM-XML over HTTP and HTTPS, to everybody on this machine or to users
+with passwords. For the desk and for tests: nothing persistent. Holds a
+sample switch, and a service, which is not started unless asked for.")
 set(provider_summary "Server profile provider module for a CIM server")
 set(provider_text
 "Publishes the management Server profile of a storage-network switch: its
@@ -85,7 +86,8 @@ set(CPACK_RPM_SPEC_MORE_DEFINE "%define _build_id_links none
 %define __provides_exclude_from ^/${provider_directory}/.*$")
 # Directories that belong to the system.
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
-    /usr/sbin /usr/lib64 /usr/share/man /usr/share/man/man1 /usr/share/man/man8 /usr/share/doc)
+    /usr/sbin /usr/lib64 /usr/libexec /usr/lib/systemd /usr/lib/systemd/system /usr/lib/sysusers.d
+    /usr/share/man /usr/share/man/man1 /usr/share/man/man8 /usr/share/doc)
 
 set(CPACK_RPM_PROVIDER_PACKAGE_NAME ${provider_package})
 set(CPACK_RPM_PROVIDER_PACKAGE_SUMMARY ${provider_summary})
@@ -111,5 +113,13 @@ set(CPACK_DEBIAN_PROVIDER_PACKAGE_CONTROL_EXTRA ${scripts}/postinst ${scripts}/p
     ${scripts}/postrm)
 set(CPACK_RPM_PROVIDER_POST_INSTALL_SCRIPT_FILE ${scripts}/post)
 set(CPACK_RPM_PROVIDER_PRE_UNINSTALL_SCRIPT_FILE ${scripts}/preun)
+
+set(service ${CMAKE_CURRENT_SOURCE_DIR}/service)
+set(CPACK_DEBIAN_CIMHOST_PACKAGE_CONTROL_EXTRA ${service}/postinst ${service}/prerm
+    ${service}/postrm ${service}/conffiles)
+set(CPACK_RPM_CIMHOST_POST_INSTALL_SCRIPT_FILE ${service}/post)
+set(CPACK_RPM_CIMHOST_PRE_UNINSTALL_SCRIPT_FILE ${service}/preun)
+set(CPACK_RPM_CIMHOST_POST_UNINSTALL_SCRIPT_FILE ${service}/postun)
+set(CPACK_RPM_CIMHOST_USER_FILELIST "%config(noreplace) /etc/cimhost/cimhost.conf")
 
 include(CPack)

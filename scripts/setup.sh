@@ -9,7 +9,7 @@ run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libssl-dev libcr
   libutfcpp-dev libcli11-dev nlohmann-json3-dev libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
 package_packages="dpkg-dev file rpm"
 bench_packages="libbenchmark-dev wrk"
-test_packages="$package_packages $bench_packages lintian rpmlint mandoc man-db iproute2 openssl curl
+test_packages="$package_packages $bench_packages lintian rpmlint systemd mandoc man-db iproute2 openssl curl
   git clang clang-format clang-tidy libclang-rt-14-dev llvm shellcheck python3-venv
   openjdk-17-jdk-headless maven"
 

@@ -40,8 +40,6 @@ Readiness::Readiness() noexcept {
     if (_socket < 0)
         return;
     ::setsockopt(_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-    // The interface of sockets wants it.
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
     if (::connect(_socket, reinterpret_cast<const ::sockaddr*>(&address), length) != 0) {
         ::close(_socket);
         _socket = -1;
