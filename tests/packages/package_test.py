@@ -4,8 +4,10 @@
 usage: package_test.py DIRECTORY-OF-PACKAGES [unittest arguments]
 """
 
+import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -97,15 +99,42 @@ class Lint(unittest.TestCase):
         self.judged_clean("rpmlint", "--config", HERE / "rpmlint.toml", *KINDS[1].files.values())
 
     def test_scripts_that_packages_run_are_clean(self):
-        deb, rpm = (kind.files["serverprofile-provider"] for kind in KINDS)
-        with tempfile.TemporaryDirectory() as folder:
-            kinds.output("dpkg-deb", "-e", deb, folder)
-            self.judged_clean("shellcheck", f"{folder}/postinst", f"{folder}/prerm",
-                              f"{folder}/postrm")
-            for tag in ("POSTIN", "PREUN"):
-                script = pathlib.Path(folder, tag)
-                script.write_text(kinds.output("rpm", "-qp", "--qf", f"%{{{tag}}}", rpm))
-                self.judged_clean("shellcheck", "--shell=sh", script)
+        for package, tags in {"serverprofile-provider": ("POSTIN", "PREUN"),
+                              "cimhost": ("POSTIN", "PREUN", "POSTUN")}.items():
+            with self.subTest(package), tempfile.TemporaryDirectory() as folder:
+                deb, rpm = (kind.files[package] for kind in KINDS)
+                kinds.output("dpkg-deb", "-e", deb, folder)
+                self.judged_clean("shellcheck", f"{folder}/postinst", f"{folder}/prerm",
+                                  f"{folder}/postrm")
+                for tag in tags:
+                    script = pathlib.Path(folder, tag)
+                    script.write_text(kinds.output("rpm", "-qp", "--qf", f"%{{{tag}}}", rpm))
+                    self.judged_clean("shellcheck", "--shell=sh", script)
+
+
+class Service(unittest.TestCase):
+    # systemd's own measure, from 0 to 10.
+    EXPOSURE = 2.5
+
+    def test_it_is_exposed_little(self):
+        if not shutil.which("systemd-analyze") or "--offline" not in kinds.output(
+                "systemd-analyze", "--help"):
+            self.assertFalse(os.environ.get("CI"), "CI has to have systemd-analyze, version 250")
+            self.skipTest("no systemd-analyze that can judge a unit that is not installed")
+        for kind in KINDS:
+            with self.subTest(kind.name), tempfile.TemporaryDirectory() as folder:
+                kind.unpack("cimhost", folder)
+                told = kinds.output("systemd-analyze", "security", "--offline=true", "--no-pager",
+                                    f"{folder}/usr/lib/systemd/system/cimhost.service")
+                found = float(re.search(r"Overall exposure level for cimhost\S+: ([\d.]+)", told)[1])
+                print(f"{kind.name}: exposure of cimhost.service: {found}")
+                self.assertLess(found, self.EXPOSURE, told)
+
+    def test_its_settings_are_kept_when_they_were_changed(self):
+        deb, rpm = (kind.files["cimhost"] for kind in KINDS)
+        settings = "/etc/cimhost/cimhost.conf\n"
+        self.assertEqual(kinds.output("dpkg-deb", "-I", deb, "conffiles"), settings)
+        self.assertEqual(kinds.output("rpm", "-qp", "--configfiles", rpm), settings)
 
 
 class Dependencies(unittest.TestCase):

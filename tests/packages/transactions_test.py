@@ -11,9 +11,10 @@ import unittest
 
 from scripts_test import Scripts
 from server_test import Server
+from service_test import Service
 from use_test import Use
 
-__all__ = ["Scripts", "Server", "Use"]
+__all__ = ["Scripts", "Server", "Service", "Use"]
 
 
 if __name__ == "__main__":
