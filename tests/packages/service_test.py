@@ -1,23 +1,20 @@
 """The service as it is installed. No systemd runs here: what the unit says is started as it says it, by
-its user, without capabilities and without new code in memory, and the test is told what systemd would be.
+its user, as narrow as confined.py makes it, and the test is told what systemd would be.
 """
 
 import contextlib
-import ctypes
-import os
 import pathlib
 import pwd
 import re
-import resource
 import shlex
 import signal
 import socket
 import subprocess
 
 import kinds
+from confined import unit
 from installation import HIGHER, KIND, PACKED, Installation, shell
 
-UNIT = pathlib.Path("/usr/lib/systemd/system/cimhost.service")
 SETTINGS = pathlib.Path("/etc/cimhost/cimhost.conf")
 SYSUSERS = pathlib.Path("/usr/bin/systemd-sysusers")
 ENABLED = pathlib.Path("/etc/systemd/system/multi-user.target.wants/cimhost.service")
@@ -25,15 +22,8 @@ BOOTED = pathlib.Path("/run/systemd/system")
 SYSTEMCTL = pathlib.Path("/usr/local/bin/systemctl")  # before /usr/bin
 CALLS = pathlib.Path("/tmp/systemctl-calls")
 PATIENCE = 60
-PR_SET_MDWE = 65
-
-
-def unit():
-    """The unit's settings, each with all its values."""
-    found = {}
-    for key, value in re.findall(r"(?m)^(\w+)=(.*)$", UNIT.read_text()):
-        found.setdefault(key, []).append(value)
-    return found
+# Its text: the service's user need not be able to read the source tree.
+CONFINED = pathlib.Path(__file__).with_name("confined.py").read_text()
 
 
 def command(settings):
@@ -47,13 +37,6 @@ def command(settings):
     return words
 
 
-def narrow():
-    """What the unit says of the process itself."""
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    os.umask(0o077)
-    ctypes.CDLL(None).prctl(PR_SET_MDWE, 1, 0, 0, 0)  # an error where the kernel is too old for it
-
-
 class Started:
     """The service, as a context manager; it must end with 0 when it is asked to."""
 
@@ -65,9 +48,10 @@ class Started:
         self.told.bind("\0service-test")
         self.process = subprocess.Popen(
             ["setpriv", f"--reuid={user}", f"--regid={settings['Group'][0]}", "--init-groups",
-             "--no-new-privs", "--bounding-set=-all", "--inh-caps=-all", *command(settings)],
+             "--no-new-privs", "--bounding-set=-all", "--inh-caps=-all", "/usr/bin/python3",
+             "-c", CONFINED, *command(settings)],
             env={"PATH": "/usr/sbin:/usr/bin", "NOTIFY_SOCKET": "@service-test"},
-            cwd="/", preexec_fn=narrow, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+            cwd="/", stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
         self.expect("READY=1")
         return self
 
@@ -125,7 +109,7 @@ class Service(Installation):
             self.assertEqual(set(status["Gid"].split()), {str(user.pw_gid)})
             self.assertEqual([int(status[name], 16) for name in ("CapBnd", "CapPrm", "CapEff")],
                              [0, 0, 0])
-            self.assertEqual(status["NoNewPrivs"], "1")
+            self.assertEqual((status["NoNewPrivs"], status["Seccomp"]), ("1", "2"))
             for _ in range(2):
                 walk = shell("serverprofile-walk http://127.0.0.1:5988")
                 self.assertEqual(walk.returncode, 0, walk.stdout)
