@@ -106,6 +106,7 @@ class Service(Installation):
         return calls
 
     def test_it_serves_the_sample_as_soon_as_it_is_started(self):
+        shell("userdel cimhost")  # another test's
         self.installed()
         with Started() as service:
             status = service.status()
