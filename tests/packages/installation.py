@@ -46,6 +46,7 @@ class Installation(unittest.TestCase):
 
     def setUp(self):
         self.addCleanup(lambda: self.assertEqual(left_behind(), []))
+        self.addCleanup(PACKED.purge_settings, "cimhost")
 
     def installed(self, *names):
         """Installs, and removes at the end of the test."""

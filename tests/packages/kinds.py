@@ -57,6 +57,13 @@ class Deb(Kind):
     def remove(self, *names, purge=False):
         return said("dpkg", "--purge" if purge else "--remove", *names)
 
+    def purge_settings(self, name):
+        """Removes the settings of a package that is gone."""
+        states = subprocess.run(["dpkg-query", "-W", "-f", "${db:Status-Status}", name],
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        if states.stdout == "config-files":
+            self.remove(name, purge=True)
+
     def verify(self, *names):
         """What differs between what is installed and what was packed: nothing, if all is well."""
         return said("dpkg", "--verify", *names)
@@ -94,6 +101,9 @@ class Rpm(Kind):
 
     def remove(self, *names, purge=False):
         return said(*self.CHANGE, "--erase", *names)
+
+    def purge_settings(self, name):
+        """They have gone with the package, unless they were changed."""
 
     def verify(self, *names):
         return said(*self.RPM, "--verify", "--nodeps", *names)

@@ -13,8 +13,9 @@ PORT = 5988
 
 
 def examples(page):
-    """The commands that the installed page shows, in its order."""
-    return re.findall(r"^\.Dl (.*)$", gzip.open(page, "rt").read(), re.M)
+    """The commands that the installed page shows as examples, in its order."""
+    shown = gzip.open(page, "rt").read().partition(".Sh EXAMPLES\n")[2]
+    return re.findall(r"^\.Dl (.*)$", shown, re.M)
 
 
 def answers():

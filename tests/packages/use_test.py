@@ -19,7 +19,7 @@ class Use(Installation):
 
     def test_the_examples_of_the_manual_page_work_word_for_word(self):
         self.installed()
-        check, serve, ask, fault, own = examples(PAGE)
+        check, serve, ask, fault, own, passwd, users, ask_as_user = examples(PAGE)
         self.checks(check, "provider ServerProfileProviderModule/")
         with Serving(serve):
             result = shell(ask)
@@ -36,6 +36,11 @@ class Use(Installation):
             self.own_module(folder)
             with Serving(own, folder):
                 self.assertIn('InstanceID="Orvex2"', shell(ask).stdout)
+            made = shell(passwd, cwd=folder, input="PASSWORD\n")
+            self.assertEqual(made.returncode, 0, made.stdout)
+            with Serving(users, folder):
+                self.assertIn('InstanceID="Orvex2"', shell(ask_as_user).stdout)
+                self.assertNotIn('InstanceID="Orvex2"', shell(ask).stdout)
 
     def own_module(self, folder):
         """The files that the last example names: what the packages have, by the names there."""
