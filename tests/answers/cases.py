@@ -33,7 +33,9 @@ def lines(reply):
     # The prefix of an M-POST reply is the server's to choose.
     fields = [re.sub(r"^\d\d-|(?<=ns=)\d\d", "NN", f.strip()) for f in fields]
     kept = sorted(f for f in fields if f.split(":")[0].lower().replace("NN", "") not in PASSING)
-    result = [status, *kept, *document(body).split("\n")]
+    # The context of an enumeration is never the same.
+    said = re.sub(r'("EnumerationContext".*\n *VALUE ").+', r'\1CONTEXT"', document(body))
+    result = [status, *kept, *said.split("\n")]
     return result + lines(nextone + rest) if nextone else result
 
 

@@ -231,7 +231,7 @@ class Memory(Counting):
             before = self.switches.allocations
             client.answer(what)
             count = self.switches.allocations - before
-            self.assertGreater(count, 100)
+            self.assertGreater(count, 40)  # more without a sanitizer, which has a malloc of its own
             for number in range(1, count + 1, 1 if ALL else max(1, count // (4 * SAMPLE))):
                 self.switches.nth = number
                 answer = client.answer(what)
