@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <ostream>
 
 namespace embedded::cimxml::test {
@@ -266,15 +267,15 @@ TEST_F(Pull, InANamespaceThatThereIsNotSaysSo) {
 }
 
 TEST_F(Pull, HasTheTimeOfTheLimitUnlessTheClientSaysOtherwise) {
-    auto now = host::Enumerations::Clock::now();
-    host::Enumerations enumerations({}, [&] { return now; });
+    std::atomic<host::Enumerations::Clock::time_point> now{host::Enumerations::Clock::now()};
+    host::Enumerations enumerations({}, [&] { return now.load(); });
     const auto contextAfter = [&](const std::string& more, std::chrono::seconds time) {
         const auto asked = [&](const std::string& operation, const std::string& parameters) {
             return answer(request(operation, parameters), headersFor(operation), {}, operations,
                           enumerations);
         };
         const std::string context = contextOf(asked("OpenEnumerateInstances", classX + more));
-        now += time;
+        now = now.load() + time;
         return contextOf(asked("PullInstancesWithPath", pulling(context, 0))) == context;
     };
     constexpr std::chrono::seconds one{1};
