@@ -5,6 +5,8 @@
 #include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"
 
+#include <iterator>
+
 namespace embedded::cimhost {
 namespace {
 
@@ -33,6 +35,7 @@ std::string reachedAt(const std::string& address, std::uint16_t port) {
 
 void registerOwnObjects(const repository::View& view, host::Registration& registration) {
     std::vector<Pegasus::CIMName> classNames;
+    classNames.reserve(std::size(serverobjects::publishedClasses));
     for (const serverobjects::PublishedClass& published : serverobjects::publishedClasses)
         classNames.emplace_back(published.name);
     registration.addLinked(view, {moduleName, providerName}, providerName, classNames);
