@@ -181,6 +181,7 @@ std::vector<http::Listener> listen(const Settings& settings,
 std::vector<std::string> served(const Settings& settings,
                                 const std::vector<http::Listener>& listeners) {
     std::vector<std::string> urls;
+    urls.reserve(listeners.size());
     for (const http::Listener& listener : listeners)
         urls.push_back(url(listener.tls() ? "https" : "http", settings.address, listener.port()));
     return urls;
@@ -393,6 +394,7 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
     if (!isExposureMeant(settings, listeners))
         return ExitCode::Usage;
     std::vector<std::uint16_t> ports;
+    ports.reserve(listeners.size());
     for (const http::Listener& listener : listeners)
         ports.push_back(listener.port());
     // From here on the files are this server's: one that cannot listen leaves those of another
