@@ -229,16 +229,28 @@ class Many(unittest.TestCase):
         status = pathlib.Path(f"/proc/{self.served.pid}/status").read_text()
         return 1024 * int(re.search(r"VmRSS:\s+(\d+) kB", status)[1])
 
+    def sent(self, method, *parameters, version="1.1", more=""):
+        """A connection on which this is asked, and nothing read."""
+        request = document(PLACE, *call(method, *parameters))
+        client = socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)
+        client.sendall((
+            f"POST /cimom HTTP/{version}\r\nHost: h\r\n{more}"
+            "Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
+            f"CIMMethod: {method}\r\nCIMObject: {PLACE}\r\n"
+            f"Content-Length: {len(request)}\r\n\r\n{request}").encode())
+        return contextlib.closing(client)
+
+    @contextlib.contextmanager
+    def pulled_slowly(self, context):
+        """A connection on which all but one are being answered, and none has been read."""
+        with self.sent(INSTANCES, *pulling(context, COUNT - 1)) as client:
+            self.assertTrue(client.recv(1, socket.MSG_PEEK))
+            yield client
+
     def all_at_once(self, version):
         """The text of the reply, and its header."""
-        request = document(PLACE, *call("EnumerateInstances", ("ClassName", of_class("TST_One"))))
-        with contextlib.closing(
-                socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)) as client:
-            client.sendall((
-                f"POST /cimom HTTP/{version}\r\nHost: h\r\nConnection: close\r\n"
-                "Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
-                f"CIMMethod: EnumerateInstances\r\nCIMObject: {PLACE}\r\n"
-                f"Content-Length: {len(request)}\r\n\r\n{request}").encode())
+        with self.sent("EnumerateInstances", ("ClassName", of_class("TST_One")),
+                       version=version, more="Connection: close\r\n") as client:
             reply = http.client.HTTPResponse(client)
             reply.begin()
             return reply.read().decode(), reply.headers
@@ -279,15 +291,7 @@ class Many(unittest.TestCase):
 
     def test_a_context_that_is_used_twice_at_once(self):
         context = self.opened().context
-        request = document(PLACE, *call(INSTANCES, *pulling(context, COUNT - 1)))
-        with contextlib.closing(
-                socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)) as slow:
-            slow.sendall((
-                "POST /cimom HTTP/1.1\r\nHost: h\r\n"
-                "Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
-                f"CIMMethod: {INSTANCES}\r\nCIMObject: {PLACE}\r\n"
-                f"Content-Length: {len(request)}\r\n\r\n{request}").encode())
-            self.assertTrue(slow.recv(1, socket.MSG_PEEK))  # it is being answered
+        with self.pulled_slowly(context) as slow:
             other = Client(self.served, PLACE)
             self.addCleanup(other.close)
             self.assertEqual(other.ask(INSTANCES, *pulling(context, 1)).status, 1)
@@ -303,15 +307,8 @@ class Many(unittest.TestCase):
 
     def test_a_client_that_leaves_within_a_pull_closes_the_enumeration(self):
         context = self.opened().context
-        request = document(PLACE, *call(INSTANCES, *pulling(context, COUNT - 1)))
-        with contextlib.closing(
-                socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)) as leaving:
-            leaving.sendall((
-                "POST /cimom HTTP/1.1\r\nHost: h\r\n"
-                "Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
-                f"CIMMethod: {INSTANCES}\r\nCIMObject: {PLACE}\r\n"
-                f"Content-Length: {len(request)}\r\n\r\n{request}").encode())
-            self.assertTrue(leaving.recv(1))
+        with self.pulled_slowly(context):
+            pass
         end = time.monotonic() + PATIENCE
         while True:
             status = self.client.ask(INSTANCES, *pulling(context, 0)).status
