@@ -7,6 +7,8 @@ import canonical
 import suite
 import wire
 
+value = wire.request.value
+
 INSTANCES, PATHS = "PullInstancesWithPath", "PullInstancePaths"
 # What opens an enumeration: its pull, and whether it is asked about a class.
 OPENING = {
@@ -18,10 +20,6 @@ OPENING = {
     "OpenAssociatorInstancePaths": (PATHS, False),
 }
 PIECE = 3
-
-
-def value(name, text):
-    return name, f"<VALUE>{text}</VALUE>"
 
 
 def maximum(count):

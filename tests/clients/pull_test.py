@@ -15,7 +15,7 @@ import tempfile
 import time
 import unittest
 
-from request import ask, call, document, name, of_class
+from request import ask, call, document, name, of_class, value
 from served import PATIENCE, Served
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
@@ -51,10 +51,6 @@ NOT_GIVEN = {
     28: "when the server ends, connections end and no request is read any more",
 }
 GIVEN = {1, 3, 4, 5, 7, 21, 22, 24, 25, 26, 27}
-
-
-def value(key, text):
-    return key, f"<VALUE>{text}</VALUE>"
 
 
 def pulling(context, count):

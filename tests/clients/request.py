@@ -13,6 +13,11 @@ def of_class(class_name):
     return f'<CLASSNAME NAME="{class_name}"/>'
 
 
+def value(key, text):
+    """A parameter that is a plain value."""
+    return key, f"<VALUE>{text}</VALUE>"
+
+
 def call(method, *parameters):
     """The method and its parameters, (name, element) each."""
     return method, "".join(f'<IPARAMVALUE NAME="{key}">{value}</IPARAMVALUE>'

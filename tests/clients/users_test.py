@@ -25,7 +25,7 @@ import unittest
 import cimxml
 import hashes
 import modules
-from request import call, document, of_class
+from request import call, document, of_class, value
 from served import SOURCE, Served
 from writes_test import VSAN, PUBLISHED, create, writes
 
@@ -218,8 +218,8 @@ class Enumerations(Case):
         self.serve("--anonymous-read")
         opening = call("OpenEnumerateInstancePaths", ("ClassName", of_class(CLASS)))
         context = re.search(r'"EnumerationContext"[^>]*>\s*<VALUE>(\w+)<', self.ask(opening, READER)[2])[1]
-        named = ("EnumerationContext", f"<VALUE>{context}</VALUE>")
-        pulling = call("PullInstancePaths", named, ("MaxObjectCount", "<VALUE>1</VALUE>"))
+        named = value("EnumerationContext", context)
+        pulling = call("PullInstancePaths", named, value("MaxObjectCount", 1))
         for other in (WRITER, UMLAUT, None):
             self.assertEqual(self.refusal(pulling, other)[0], 21)
             self.assertEqual(self.refusal(call("CloseEnumeration", named), other)[0], 21)
