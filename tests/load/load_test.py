@@ -32,6 +32,21 @@ from served import Served  # noqa: E402
 SERVED = None
 ALONE = b' ID="0.'  # in the requests that load.py asks alone
 HALF = ("--namespace", "root/PG_InterOp")  # of what is asked alone, where the load is to fail
+HOLDER = """
+import os, sys, threading
+over = threading.Event()
+held = None
+for order in sys.stdin:
+    if order == "a descriptor\\n":
+        held = open(os.devnull, "rb")
+    elif order == "a thread\\n":
+        over.clear()
+        threading.Thread(target=over.wait).start()
+    elif order == "give back\\n":
+        held = None
+        over.set()
+    print(flush=True)
+"""  # a process that takes and gives back what it is told to
 HONEST = 500  # answers of the load, after which the proxy lies
 
 
@@ -197,24 +212,23 @@ class ShortLoad(unittest.TestCase):
                 self.assertTrue(found is None if wrong is None else found.startswith(wrong), found)
 
     def test_finds_what_is_not_given_back(self):
-        @contextlib.contextmanager
-        def thread():
-            over = threading.Event()
-            one = threading.Thread(target=over.wait)
-            one.start()
-            yield
-            over.set()
-            one.join()
+        with subprocess.Popen([sys.executable, "-c", HOLDER], stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE, text=True, bufsize=1) as holder:
+            def tell(order):
+                print(order, file=holder.stdin)
+                holder.stdout.readline()
 
-        for taken in (lambda: open(os.devnull, "rb"), thread):
-            process = Process(os.getpid())
-            process.look(0, 0)
-            with taken():
+            tell("start")
+            for order in ("a descriptor", "a thread"):
+                process = Process(holder.pid)
+                process.look(0, 0)
+                tell(order)
                 self.assertFalse(process.settles(0))
                 report = Report()
                 report.settled(process, False)
                 self.assertEqual(report.problems, 1)
-            self.assertTrue(process.settles(10))
+                tell("give back")
+                self.assertTrue(process.settles(10))
 
     def test_says_what_it_cannot_do(self):
         self.assert_ends(load("127.0.0.1:1"), 2, "load.py: 127.0.0.1:1: ")
