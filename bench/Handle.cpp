@@ -17,17 +17,14 @@ namespace {
 
 void note(ReadBack::Kind kind, const CIMNamespaceName& nameSpace, const CIMName& className,
           const CIMObjectPath& path = CIMObjectPath()) {
-    if (readBacks != nullptr) {
+    if (readBacks != nullptr)
         readBacks->push_back({kind, nameSpace, className, path});
-    }
 }
 
 const World::Published& published(const CIMName& className) {
-    for (const World::Published& one : world().published) {
-        if (one.className == className) {
+    for (const World::Published& one : world().published)
+        if (one.className == className)
             return one;
-        }
-    }
     throw CIMException(CIM_ERR_INVALID_CLASS, className.getString());
 }
 
@@ -55,11 +52,9 @@ CIMClass CIMOMHandle::getClass(const OperationContext&, const CIMNamespaceName& 
                                const CIMName& className, Boolean, Boolean, Boolean,
                                const CIMPropertyList&) {
     bench::note(ReadBack::Class, nameSpace, className);
-    for (const CIMClass& one : bench::world().classes) {
-        if (one.getClassName() == className) {
+    for (const CIMClass& one : bench::world().classes)
+        if (one.getClassName() == className)
             return one;
-        }
-    }
     throw CIMException(CIM_ERR_NOT_FOUND, className.getString());
 }
 
@@ -68,9 +63,8 @@ CIMInstance CIMOMHandle::getInstance(const OperationContext&, const CIMNamespace
                                      const CIMPropertyList&) {
     bench::note(ReadBack::Instance, nameSpace, CIMName(), path);
     const Array<CIMInstance>& instances = bench::published(path.getClassName()).instances;
-    if (instances.size() == 0) {
+    if (instances.size() == 0)
         throw CIMException(CIM_ERR_NOT_FOUND, path.toString());
-    }
     return instances[0]; // the class has one
 }
 

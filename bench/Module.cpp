@@ -54,14 +54,12 @@ class Sink : public Base {
     void complete() override {}
     void deliver(const Item& item) override {
         benchmark::DoNotOptimize(&item);
-        if (kept != nullptr) {
+        if (kept != nullptr)
             kept->push_back(item);
-        }
     }
     void deliver(const Array<Item>& items) override {
-        for (Uint32 i = 0; i < items.size(); ++i) {
+        for (Uint32 i = 0; i < items.size(); ++i)
             deliver(items[i]);
-        }
     }
 };
 
@@ -87,18 +85,16 @@ using Ask = std::function<void(const Module&, Sinks&)>;
 template <class Work>
 std::vector<std::string> writesOf(Work work) {
     int ends[2];
-    if (::pipe2(ends, O_DIRECT) != 0) { // a packet for each write
+    if (::pipe2(ends, O_DIRECT) != 0) // a packet for each write
         throw std::runtime_error("no pipe for the module's trace");
-    }
     const int output = ::dup(STDOUT_FILENO);
     ::dup2(ends[1], STDOUT_FILENO);
     ::close(ends[1]);
     std::vector<std::string> writes;
     std::thread reader([&] {
         char buffer[4096]; // the largest packet
-        for (ssize_t size; (size = ::read(ends[0], buffer, sizeof buffer)) > 0;) {
+        for (ssize_t size; (size = ::read(ends[0], buffer, sizeof buffer)) > 0;)
             writes.emplace_back(buffer, static_cast<std::size_t>(size));
-        }
     });
     work();
     std::cout.flush();
@@ -128,13 +124,11 @@ class PathParts {
 
     CIMObjectPath made(Kind kind) const {
         Array<CIMKeyBinding> keys;
-        for (const Key& key : _keys) {
-            if (kind == Kind::Makes && key.type == CIMKeyBinding::REFERENCE) {
+        for (const Key& key : _keys)
+            if (kind == Kind::Makes && key.type == CIMKeyBinding::REFERENCE)
                 keys.append(CIMKeyBinding(key.name, CIMValue(key.end)));
-            } else {
+            else
                 keys.append(CIMKeyBinding(key.name, key.value, key.type));
-            }
-        }
         return CIMObjectPath(_host, _nameSpace, _className, keys);
     }
 
@@ -168,17 +162,15 @@ class InstanceParts {
     }
 
     CIMInstance made(Kind kind) const {
-        if (kind == Kind::Copies || !_isAssociation) {
+        if (kind == Kind::Copies || !_isAssociation)
             return _whole.clone();
-        }
         CIMInstance instance(_whole.getClassName());
         for (const Property& property : _properties) {
             instance.addProperty(
                 CIMProperty(property.name, property.value, 0, property.referenceClass));
         }
-        if (_isAt) {
+        if (_isAt)
             instance.setPath(_path.made(kind));
-        }
         return instance;
     }
 
@@ -213,22 +205,16 @@ class Floor {
             ask(module, sinks);
             bench::readBacks = nullptr;
         });
-        for (const ReadBack& call : calls) {
+        for (const ReadBack& call : calls)
             _calls.push_back({call, {}});
-        }
-        for (const CIMObjectPath& path : paths) {
-            if (!wasRead(path, ReadBack::Names)) {
+        for (const CIMObjectPath& path : paths)
+            if (!wasRead(path, ReadBack::Names))
                 _paths.emplace_back(path);
-            }
-        }
-        for (const CIMInstance& instance : instances) {
+        for (const CIMInstance& instance : instances)
             _instances.emplace_back(instance);
-        }
-        for (const CIMObject& object : objects) {
-            if (!wasRead(object.getPath(), ReadBack::Instances)) {
+        for (const CIMObject& object : objects)
+            if (!wasRead(object.getPath(), ReadBack::Instances))
                 _objects.emplace_back(CIMInstance(object));
-            }
-        }
         _delivered = paths.size() + instances.size() + objects.size();
     }
 
@@ -237,21 +223,16 @@ class Floor {
     std::size_t delivered() const { return _delivered; }
 
     void run(Kind kind, CIMOMHandle& handle, Sinks& sinks) const {
-        for (const std::string& line : _writes) {
+        for (const std::string& line : _writes)
             benchmark::DoNotOptimize(::write(STDOUT_FILENO, line.data(), line.size()));
-        }
-        for (const Call& call : _calls) {
+        for (const Call& call : _calls)
             repeat(handle, call, sinks);
-        }
-        for (const PathParts& path : _paths) {
+        for (const PathParts& path : _paths)
             sinks.paths.deliver(path.made(kind));
-        }
-        for (const InstanceParts& instance : _instances) {
+        for (const InstanceParts& instance : _instances)
             sinks.instances.deliver(instance.made(kind));
-        }
-        for (const InstanceParts& object : _objects) {
+        for (const InstanceParts& object : _objects)
             sinks.objects.deliver(CIMObject(object.made(kind)));
-        }
     }
 
   private:
@@ -263,9 +244,8 @@ class Floor {
     /// Whether a read-back answered this; then it is delivered from there.
     bool wasRead(const CIMObjectPath& path, ReadBack::Kind kind) {
         for (Call& call : _calls) {
-            if (call.what.kind != kind) {
+            if (call.what.kind != kind)
                 continue;
-            }
             const Array<CIMObjectPath> names = CIMOMHandle().enumerateInstanceNames(
                 OperationContext(), call.what.nameSpace, call.what.className);
             const Array<CIMObjectPath>& read = names;
@@ -296,17 +276,15 @@ class Floor {
             const Array<CIMInstance> read =
                 handle.enumerateInstances(OperationContext(), what.nameSpace, what.className, true,
                                           false, true, true, CIMPropertyList());
-            for (const Uint32 i : call.delivered) {
+            for (const Uint32 i : call.delivered)
                 sinks.objects.deliver(CIMObject(read[i]));
-            }
             break;
         }
         case ReadBack::Names: {
             const Array<CIMObjectPath> read =
                 handle.enumerateInstanceNames(OperationContext(), what.nameSpace, what.className);
-            for (const Uint32 i : call.delivered) {
+            for (const Uint32 i : call.delivered)
                 sinks.paths.deliver(read[i]);
-            }
             break;
         }
         }
@@ -369,9 +347,8 @@ CIMObjectPath firstObject(const Module& module, const char* className) {
     PathSink to;
     to.kept = &names;
     enumerateNames(module, className, to);
-    if (names.empty()) {
+    if (names.empty())
         throw std::runtime_error(std::string("the module has no object of ") + className);
-    }
     return names[0];
 }
 
@@ -392,14 +369,15 @@ std::vector<Question> questions(const Module& module) {
     for (const char* className : publishedClasses) {
         const CIMObjectPath path = classPath(className);
         const CIMObjectPath first = named(firstObject(module, className), className);
-        list.push_back(
-            {std::string("enumerateInstanceNames ") + className, [=](const Module& m, Sinks& to) {
-                 m.instances->enumerateInstanceNames(context, path, to.paths);
-             }});
-        list.push_back(
-            {std::string("enumerateInstances ") + className, [=](const Module& m, Sinks& to) {
-                 m.instances->enumerateInstances(context, path, false, false, all, to.instances);
-             }});
+        list.push_back({std::string("enumerateInstanceNames ") + className,
+                        [=](const Module& m, Sinks& to) {
+                            m.instances->enumerateInstanceNames(context, path, to.paths);
+                        }});
+        list.push_back({std::string("enumerateInstances ") + className,
+                        [=](const Module& m, Sinks& to) {
+                            m.instances->enumerateInstances(context, path, false, false, all,
+                                                            to.instances);
+                        }});
         list.push_back({std::string("getInstance ") + className, [=](const Module& m, Sinks& to) {
                             m.instances->getInstance(context, first, false, false, all,
                                                      to.instances);
@@ -410,15 +388,18 @@ std::vector<Question> questions(const Module& module) {
         const CIMName any;
         const String role;
         const std::string name = std::string(" ") + source.className;
-        list.push_back({"associatorNames" + name, [=](const Module& m, Sinks& to) {
+        list.push_back({"associatorNames" + name,
+                        [=](const Module& m, Sinks& to) {
                             m.associations->associatorNames(context, from, any, any, role, role,
                                                             to.paths);
                         }});
-        list.push_back({"associators" + name, [=](const Module& m, Sinks& to) {
+        list.push_back({"associators" + name,
+                        [=](const Module& m, Sinks& to) {
                             m.associations->associators(context, from, any, any, role, role, false,
                                                         false, all, to.objects);
                         }});
-        list.push_back({"referenceNames" + name, [=](const Module& m, Sinks& to) {
+        list.push_back({"referenceNames" + name,
+                        [=](const Module& m, Sinks& to) {
                             m.associations->referenceNames(context, from, any, role, to.paths);
                         }});
         list.push_back({"references" + name, [=](const Module& m, Sinks& to) {
@@ -431,9 +412,8 @@ std::vector<Question> questions(const Module& module) {
 
 void add(const Module& module, const Question& question) {
     const auto floor = std::make_shared<Floor>(module, question.ask);
-    if (floor->writes() == 0) {
+    if (floor->writes() == 0)
         throw std::runtime_error(question.name + ": the module traced nothing");
-    }
     const auto counters = [floor](benchmark::State& state) {
         state.counters["writes"] = static_cast<double>(floor->writes());
         state.counters["calls"] = static_cast<double>(floor->calls());
@@ -451,9 +431,8 @@ void add(const Module& module, const Question& question) {
         benchmark::RegisterBenchmark((name + question.name).c_str(), [=](benchmark::State& state) {
             Sinks sinks;
             CIMOMHandle handle;
-            for (auto _ : state) {
+            for (auto _ : state)
                 floor->run(kind, handle, sinks);
-            }
             counters(state);
         });
     }
@@ -461,17 +440,15 @@ void add(const Module& module, const Question& question) {
 
 Module loaded(const std::string& library) {
     void* const handle = ::dlopen(library.c_str(), RTLD_NOW);
-    if (handle == nullptr) {
+    if (handle == nullptr)
         throw std::runtime_error(std::string("the module cannot be loaded: ") + ::dlerror());
-    }
     using Create = CIMProvider* (*)(const String&);
     const auto create = reinterpret_cast<Create>(::dlsym(handle, "PegasusCreateProvider"));
     CIMProvider* const provider = create != nullptr ? create("ServerProfileProvider") : nullptr;
     const Module module{dynamic_cast<CIMInstanceProvider*>(provider),
                         dynamic_cast<CIMAssociationProvider*>(provider)};
-    if (module.instances == nullptr || module.associations == nullptr) {
+    if (module.instances == nullptr || module.associations == nullptr)
         throw std::runtime_error(library + ": no provider of instances and associations");
-    }
     return module;
 }
 
@@ -490,20 +467,17 @@ int run(int count, char** arguments) {
     arguments += 2;
     count -= 2;
     benchmark::Initialize(&count, arguments);
-    if (benchmark::ReportUnrecognizedArguments(count, arguments)) {
+    if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 2;
-    }
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (nowhere < 0 || ::dup2(nowhere, STDOUT_FILENO) < 0) {
+    if (nowhere < 0 || ::dup2(nowhere, STDOUT_FILENO) < 0)
         throw std::runtime_error("/dev/null cannot be opened");
-    }
     bench::readWorld(world);
     const Module module = loaded(library);
     CIMOMHandle handle;
     module.instances->initialize(handle);
-    for (const Question& question : questions(module)) {
+    for (const Question& question : questions(module))
         add(module, question);
-    }
     benchmark::ConsoleReporter silent;
     std::ostream none(nullptr);
     silent.SetOutputStream(&none);

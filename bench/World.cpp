@@ -27,9 +27,8 @@ using Words = std::vector<std::string>;
 Words split(const std::string& line) {
     Words words;
     std::istringstream in(line);
-    for (std::string word; std::getline(in, word, '\t');) {
+    for (std::string word; std::getline(in, word, '\t');)
         words.push_back(word);
-    }
     return words;
 }
 
@@ -44,17 +43,18 @@ CIMName name(const std::string& text) {
 template <class Type, class Convert>
 CIMValue valueOf(const Words& texts, bool isArray, Convert convert) {
     Array<Type> all;
-    for (const std::string& text : texts) {
+    for (const std::string& text : texts)
         all.append(convert(text));
-    }
     return isArray ? CIMValue(all) : CIMValue(all[0]);
 }
 
 template <class Type>
 CIMValue numberOf(const Words& texts, bool isArray) {
-    return valueOf<Type>(texts, isArray, [](const std::string& text) {
-        return static_cast<Type>(std::strtoll(text.c_str(), nullptr, 10));
-    });
+    return valueOf<Type>(
+        texts, isArray,
+        [](const std::string& text) {
+            return static_cast<Type>(std::strtoll(text.c_str(), nullptr, 10));
+        });
 }
 
 const struct {
@@ -108,11 +108,10 @@ class Reader {
         const std::string& kind = words.at(0);
         if (kind == "qualifier") {
             const CIMQualifier qualifier(name(words.at(1)), value(words, 2, 4));
-            if (_hasProperty) {
+            if (_hasProperty)
                 _property.addQualifier(qualifier);
-            } else {
+            else
                 current([&](auto& object) { object.addQualifier(qualifier); });
-            }
             return;
         }
         endProperty();
@@ -165,18 +164,16 @@ class Reader {
 
 void readWorld(const std::string& file) {
     std::ifstream in(file);
-    if (!in) {
+    if (!in)
         throw std::runtime_error(file + ": cannot be read");
-    }
     Reader reader;
     unsigned number = 0;
     const auto fail = [&](const std::string& reason) {
         throw std::runtime_error(file + ":" + std::to_string(number) + ": " + reason);
     };
     try {
-        for (std::string line; ++number, std::getline(in, line);) {
+        for (std::string line; ++number, std::getline(in, line);)
             reader.take(split(line));
-        }
         reader.endProperty();
     } catch (const Exception& exception) {
         fail(static_cast<const char*>(exception.getMessage().getCString()));

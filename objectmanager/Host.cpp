@@ -38,16 +38,13 @@ CIMInstance ServerProfileProvider::buildOrvexOMHostInstance(String className, Or
         {&OrvexOMHost::getElementName, "ElementName", String()},
     };
     CIMProperty unused;
-    for (const auto& row : values) {
-        if ((host.*row.gate)(unused)) { // Not tested: the record has all of its values, always
+    for (const auto& row : values)
+        if ((host.*row.gate)(unused)) // Not tested: the record has all of its values, always
             setIfDefined(instance, row.name, CIMValue(row.value));
-        }
-    }
 
     trace("Quil - temp msg");
-    if (host.getOperationalStatus(unused)) {
+    if (host.getOperationalStatus(unused))
         setTypedArray(instance, "OperationalStatus", statusOk);
-    }
 
     instance.setPath(hostPath(className, host));
     return instance;

@@ -37,9 +37,8 @@ void forEachBranch(ServerProfileProvider& provider, const String& keyValue, int 
                    const String& nameSpace, List list, Visit visit) {
     const ReadBack readBack(provider.cimomHandle(), nameSpace);
     for (const Branch& branch : branches) {
-        if ((bits & branch.bit) == 0) {
+        if ((bits & branch.bit) == 0)
             continue;
-        }
         trace(branch.step);
         if (String::equalNoCase(keyValue, OrvexOMHost::getName())) {
             trace(" Quil key value matched ");
@@ -65,18 +64,16 @@ template <class Handler>
 void deliverAssociations(ServerProfileProvider& provider, const String& keyValue,
                          const char* filter, Handler& handler, const String& nameSpace) {
     const int bits = selectTraced(selection, filter, both, keyValue);
-    if (bits == 0) {
+    if (bits == 0)
         return;
-    }
     using List = Array<CIMObjectPath>;
     const CIMObjectPath host = hostPath(provider, nameSpace);
     forEachBranch(provider, keyValue, bits, nameSpace, List(),
                   [&](const Branch& branch, const List& list) {
                       Association hosted(branch.association, nameSpace);
                       hosted.from(host);
-                      for (Uint32 i = 0; i < list.size(); ++i) {
+                      for (Uint32 i = 0; i < list.size(); ++i)
                           deliver(handler, hosted.to(list[i]));
-                      }
                   });
 }
 

@@ -18,9 +18,8 @@ void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String, Handler& 
              "CIM_CIMXMLCommunicationMechanism "});
     Association hosted(hostedAccessPoint, nameSpace);
     hosted.from(host);
-    for (Uint32 i = 0; i < mechanisms.size(); ++i) {
+    for (Uint32 i = 0; i < mechanisms.size(); ++i)
         deliver(handler, instances, hosted.to(mechanisms[i]));
-    }
 }
 
 // Unlike the access points, there is always one hosted service: without an object manager its

@@ -17,9 +17,8 @@ void enumerateMembers(CIMOMHandle& handle, const AssociationClass& cimClass,
     const ReadBack readBack(handle, nameSpace);
     Array<CIMObjectPath> list;
     if (!guarded(readBack, list, objectManagerClass,
-                 {" Quil exception ni for CIM_Namespace -Exiting "})) {
+                 {" Quil exception ni for CIM_Namespace -Exiting "}))
         return;
-    }
     const CIMObjectPath manager = firstOf(list);
     // One list serves both read-backs: when the second fails, the object managers stand for the
     // members. On purpose.
@@ -27,9 +26,8 @@ void enumerateMembers(CIMOMHandle& handle, const AssociationClass& cimClass,
             {" Quil exception ei for CIM_CIMXMLCommunicationMechanism "});
     Association member(cimClass, nameSpace);
     member.from(manager);
-    for (Uint32 i = 0; i < list.size(); ++i) {
+    for (Uint32 i = 0; i < list.size(); ++i)
         deliver(handler, instances, member.to(list[i]));
-    }
 }
 
 } // namespace

@@ -89,10 +89,8 @@ CIMObjectPath ServerProfileProvider::buildRegisteredProfileReference(String clas
 Uint32 ServerProfileProvider::findRegProfIndex(String instanceId, Instances profiles) {
     const Instances& entriesToSearch = profiles;
     const CIMName key("InstanceID");
-    for (Uint32 i = 0; i < entriesToSearch.size(); ++i) {
-        if (String::equalNoCase(instanceId, instanceIdOf(entriesToSearch[i], key))) {
+    for (Uint32 i = 0; i < entriesToSearch.size(); ++i)
+        if (String::equalNoCase(instanceId, instanceIdOf(entriesToSearch[i], key)))
             return i;
-        }
-    }
     return PEG_NOT_FOUND;
 }

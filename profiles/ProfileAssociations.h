@@ -78,9 +78,8 @@ template <class Handler>
 void deliverConformance(Handler& handler, const Conformance& row,
                         const Pegasus::String& nameSpace) {
     Association association = conforming(nameSpace, row.profile, row.elementClass);
-    for (Pegasus::Uint32 i = 0; i < row.elements.size(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < row.elements.size(); ++i)
         deliver(handler, association.to(row.elements[i]));
-    }
 }
 
 /// Calls visit(association) for each ORVEX_ElementSoftwareIdentity: all registered profiles, then
@@ -90,13 +89,11 @@ void forEachImplemented(ServerProfileProvider& provider, const Pegasus::String& 
                         Visit visit) {
     Association association = implementedBy(provider, nameSpace);
     association.secondIs(Pegasus::CIMName("CIM_RegisteredProfile"));
-    for (Pegasus::Uint32 i = 0; i < provider.registeredProfiles().size(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < provider.registeredProfiles().size(); ++i)
         visit(association.to(profilePath(provider, i, nameSpace)));
-    }
     association.secondIs(Pegasus::CIMName("CIM_RegisteredSubProfile"));
-    for (Pegasus::Uint32 i = 0; i < provider.registeredSubProfiles().size(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < provider.registeredSubProfiles().size(); ++i)
         visit(association.to(subProfilePath(provider, i, nameSpace)));
-    }
 }
 
 } // namespace serverprofile

@@ -12,9 +12,8 @@ namespace {
 /// Enumerated instances keep the path of the catalogue, whatever namespace the request names.
 void deliverClones(const ServerProfileProvider::Instances& entries,
                    InstanceResponseHandler& handler) {
-    for (Uint32 i = 0; i < entries.size(); ++i) {
+    for (Uint32 i = 0; i < entries.size(); ++i)
         handler.deliver(entries[i].clone());
-    }
 }
 
 } // namespace
@@ -34,9 +33,8 @@ void ServerProfileProvider::_getRegisteredProfileInstanceNames(String className,
                                                                const String& nameSpace) {
     const Instances& entries = _registeredProfiles;
     trace("Quil regProfInstNames() Start");
-    for (Uint32 i = 0; i < entries.size(); ++i) {
+    for (Uint32 i = 0; i < entries.size(); ++i)
         handler.deliver(buildRegisteredProfileReference(className, entries[i], nameSpace));
-    }
     trace("Quil regProfInstNames() Exit");
 }
 
@@ -76,9 +74,8 @@ CIMInstance ServerProfileProvider::_getRegisteredProfileInstance(String keyValue
             trace("Quil getRegisteredProfileInstance() - Inst Found - foundFlag is ", found);
         }
     }
-    if (!found) {
+    if (!found)
         return result;
-    }
 
     // The key is delivered as the request spelt it, the property as the catalogue does.
     CIMInstance delivered = result.clone();

@@ -65,9 +65,8 @@ template <class List>
 void readConformingElements(const Request& request, const String& keyValue, List& list) {
     const ReadBack readBack(request.provider.cimomHandle(), request.nameSpace);
     for (const ElementSource& source : elementSources) {
-        if (!String::equalNoCase(keyValue, source.instanceId)) {
+        if (!String::equalNoCase(keyValue, source.instanceId))
             continue;
-        }
         trace(source.step);
         if (source.elementClass != nullptr) {
             guarded(readBack, list, source.elementClass, {failureOf(source, list)});
@@ -92,19 +91,15 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
         if (takes(resultClass, "CIM_RegisteredSubProfile")) {
             const Sint32 index = sourceIndex(request, keyValue);
             trace("Quil index of RegProfile is ", index);
-            if (index == -1) {
+            if (index == -1)
                 return; // an unknown profile ends the whole operation, the other bits too
-            }
-            for (const SubProfilePair& pair : subProfilePairs) {
-                if (static_cast<Sint32>(pair.profile) == index) {
+            for (const SubProfilePair& pair : subProfilePairs)
+                if (static_cast<Sint32>(pair.profile) == index)
                     deliverSubProfile(handler, request, pair.subProfile);
-                }
-            }
         }
     }
-    if ((bits & selected::referencedProfiles) != 0) {
+    if ((bits & selected::referencedProfiles) != 0)
         trace(" Quil Referenced Profile assoc ");
-    }
     if ((bits & selected::conformingElements) != 0) {
         trace(" Quil ElementConformsToProfile assoc - 1 ");
         typename FarEnds<Handler>::List list;
@@ -157,18 +152,16 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
         const Sint32 index = sourceIndex(request, keyValue);
         trace(texts.index, index);
         if (index == -1) {
-            if (texts.unknown != nullptr) {
+            if (texts.unknown != nullptr)
                 trace(texts.unknown, index);
-            }
             return; // ends the whole operation, the other bits too
         }
         deliverRequirements(
             handler, request.provider, request.nameSpace,
             [&](const SubProfilePair& pair) { return static_cast<Sint32>(pair.profile) == index; });
     }
-    if ((bits & selected::referencedProfiles) != 0) {
+    if ((bits & selected::referencedProfiles) != 0)
         trace(" Quil Referenced Profile assoc ");
-    }
     if ((bits & selected::conformingElements) != 0) {
         trace(texts.conforming);
         deliverConforming(request, sourceIndex(request, keyValue), handler);

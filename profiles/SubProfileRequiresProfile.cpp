@@ -6,12 +6,14 @@ using namespace serverprofile;
 
 void ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames(String, PathHandler& handler,
                                                                        const String& nameSpace) {
-    deliverRequirements(handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
+    deliverRequirements(
+        handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
 }
 
 void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String, InstanceHandler& handler,
                                                                    const String& nameSpace) {
-    deliverRequirements(handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
+    deliverRequirements(
+        handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
 }
 
 // Any pair that the client names is echoed, in the table or not, as an instance without a path.

@@ -27,11 +27,9 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
                 trace("Quil index of RegSubProfile is ", index);
                 return; // ends the whole operation, the firmware too: on purpose
             }
-            for (const SubProfilePair& pair : subProfilePairs) {
-                if (static_cast<Sint32>(pair.subProfile) == index) {
+            for (const SubProfilePair& pair : subProfilePairs)
+                if (static_cast<Sint32>(pair.subProfile) == index)
                     deliverProfile(handler, request, pair.profile);
-                }
-            }
         }
     }
     if ((bits & selected::softwareIdentity) != 0) {

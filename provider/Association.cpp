@@ -15,9 +15,8 @@ CIMObjectPath pathOrEmpty(const String& text, NoPath noPath) {
     try {
         return CIMObjectPath(text);
     } catch (const Exception&) {
-        if (noPath == NoPath::IsAnError) {
+        if (noPath == NoPath::IsAnError)
             throw;
-        }
         return CIMObjectPath();
     }
 }
@@ -101,9 +100,8 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
     for (Uint32 i = 0; i < keys.size(); ++i) {
         const CString name = plain(keys[i].getName());
         const bool isFirst = ::strcasecmp(name, cimClass.first.name) == 0;
-        if (!isFirst && ::strcasecmp(name, cimClass.second.name) != 0) {
+        if (!isFirst && ::strcasecmp(name, cimClass.second.name) != 0)
             continue;
-        }
         CIMObjectPath& end = isFirst ? first : second;
         end = pathOrEmpty(keys[i].getValue(), noPath);
         if (!end.getClassName().isNull()) {
@@ -112,9 +110,8 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
         }
     }
     Association named(cimClass, String());
-    if (cimClass.second.referenceClass == nullptr) {
+    if (cimClass.second.referenceClass == nullptr)
         named.secondIs(second.getClassName());
-    }
     return named.from(first).to(second);
 }
 
@@ -131,11 +128,10 @@ void deliver(ObjectResponseHandler& handler, Association& association) {
 }
 
 void deliver(ResponseHandler& handler, bool instances, Association& association) {
-    if (instances) {
+    if (instances)
         deliver(dynamic_cast<InstanceResponseHandler&>(handler), association);
-    } else {
+    else
         deliver(dynamic_cast<ObjectPathResponseHandler&>(handler), association);
-    }
 }
 
 } // namespace serverprofile

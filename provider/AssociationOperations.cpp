@@ -86,9 +86,8 @@ void ServerProfileProvider::serveFrom(const char* name, const CIMObjectPath& obj
                                       Handler& handler, Work work, const char* flagTrace) {
     trace("Quil ", name, "(): Start ", objectName.getClassName());
     serve(name, handler, [&] {
-        if (flagTrace != nullptr) {
+        if (flagTrace != nullptr)
             trace(flagTrace, initFlag);
-        }
         CIMName className = objectName.getClassName();
         trace("Quil ", name, "(): className ", className);
         _checkClass(className);
@@ -105,19 +104,21 @@ void ServerProfileProvider::associatorNames(const OperationContext&,
                                             const CIMName& associationClass,
                                             const CIMName& resultClass, const String& role,
                                             const String& resultRole, PathHandler& handler) {
-    serveFrom("associatorNames", objectName, handler, [&](const PlainRequest& request) {
-        const CString assoc = plain(associationClass);
-        const CString result = plain(resultClass);
-        const CString nearRole = plain(role);
-        const CString farRole = plain(resultRole);
-        if (request.row != nullptr) {
-            (this->*request.row->associatorNames)(request.keyValue, assoc, result, nearRole,
-                                                  farRole, handler, request.nameSpace);
-        } else if (request.isSoftwareIdentity) {
-            _getOrvexSIAssociatorReferenceHelper(request.keyValue, assoc, result, nearRole, farRole,
-                                                 false, false, handler, request.nameSpace, 0);
-        }
-    });
+    serveFrom(
+        "associatorNames", objectName, handler,
+        [&](const PlainRequest& request) {
+            const CString assoc = plain(associationClass);
+            const CString result = plain(resultClass);
+            const CString nearRole = plain(role);
+            const CString farRole = plain(resultRole);
+            if (request.row != nullptr)
+                (this->*request.row->associatorNames)(request.keyValue, assoc, result, nearRole,
+                                                      farRole, handler, request.nameSpace);
+            else if (request.isSoftwareIdentity)
+                _getOrvexSIAssociatorReferenceHelper(request.keyValue, assoc, result, nearRole,
+                                                     farRole, false, false, handler,
+                                                     request.nameSpace, 0);
+        });
 }
 
 void ServerProfileProvider::associators(const OperationContext&, const CIMObjectPath& objectName,
@@ -134,15 +135,14 @@ void ServerProfileProvider::associators(const OperationContext&, const CIMObject
             const CString result = plain(resultClass);
             const CString nearRole = plain(role);
             const CString farRole = plain(resultRole);
-            if (request.row != nullptr) {
+            if (request.row != nullptr)
                 (this->*request.row->associators)(request.keyValue, assoc, result, nearRole,
                                                   farRole, includeQualifiers, includeClassOrigin,
                                                   propertyList, handler, request.nameSpace);
-            } else if (request.isSoftwareIdentity) {
+            else if (request.isSoftwareIdentity)
                 _getOrvexSIAssociatorReferenceHelper(request.keyValue, assoc, result, nearRole,
                                                      farRole, includeQualifiers, includeClassOrigin,
                                                      handler, request.nameSpace, 1);
-            }
         },
         "Quil - associators() initFlag is ");
 }
@@ -150,21 +150,23 @@ void ServerProfileProvider::associators(const OperationContext&, const CIMObject
 void ServerProfileProvider::referenceNames(const OperationContext&, const CIMObjectPath& objectName,
                                            const CIMName& resultClass, const String& role,
                                            PathHandler& handler) {
-    serveFrom("referenceNames", objectName, handler, [&](const PlainRequest& request) {
-        const CString result = plain(resultClass);
-        const CString nearRole = plain(role);
-        if (request.row != nullptr && request.row->referenceNamesOf != nullptr) {
-            (this->*request.row->referenceNamesOf)(request.keyValue, result, nearRole, handler,
-                                                   request.nameSpace, objectName);
-        } else if (request.row != nullptr) {
-            (this->*request.row->referenceNames)(request.keyValue, result, nearRole, handler,
-                                                 request.nameSpace);
-        } else if (request.isSoftwareIdentity) {
-            // The result class stands in the place of the association class too: on purpose.
-            _getOrvexSIAssociatorReferenceHelper(request.keyValue, result, result, nearRole, "",
-                                                 false, false, handler, request.nameSpace, 2);
-        }
-    });
+    serveFrom(
+        "referenceNames", objectName, handler,
+        [&](const PlainRequest& request) {
+            const CString result = plain(resultClass);
+            const CString nearRole = plain(role);
+            if (request.row != nullptr && request.row->referenceNamesOf != nullptr) {
+                (this->*request.row->referenceNamesOf)(request.keyValue, result, nearRole, handler,
+                                                       request.nameSpace, objectName);
+            } else if (request.row != nullptr) {
+                (this->*request.row->referenceNames)(request.keyValue, result, nearRole, handler,
+                                                     request.nameSpace);
+            } else if (request.isSoftwareIdentity) {
+                // The result class stands in the place of the association class too: on purpose.
+                _getOrvexSIAssociatorReferenceHelper(request.keyValue, result, result, nearRole, "",
+                                                     false, false, handler, request.nameSpace, 2);
+            }
+        });
 }
 
 void ServerProfileProvider::references(const OperationContext&, const CIMObjectPath& objectName,
@@ -173,22 +175,24 @@ void ServerProfileProvider::references(const OperationContext&, const CIMObjectP
                                        const Boolean includeClassOrigin,
                                        const CIMPropertyList& propertyList,
                                        ObjectHandler& handler) {
-    serveFrom("references", objectName, handler, [&](const PlainRequest& request) {
-        const CString result = plain(resultClass);
-        const CString nearRole = plain(role);
-        if (request.row != nullptr && request.row->referencesOf != nullptr) {
-            (this->*request.row->referencesOf)(request.keyValue, result, nearRole,
-                                               includeQualifiers, includeClassOrigin, propertyList,
-                                               handler, request.nameSpace, objectName);
-        } else if (request.row != nullptr) {
-            (this->*request.row->references)(request.keyValue, result, nearRole, includeQualifiers,
-                                             includeClassOrigin, propertyList, handler,
-                                             request.nameSpace);
-        } else if (request.isSoftwareIdentity) {
-            // The result class stands in the place of the association class too: on purpose.
-            _getOrvexSIAssociatorReferenceHelper(request.keyValue, result, result, nearRole, "",
-                                                 includeQualifiers, includeClassOrigin, handler,
-                                                 request.nameSpace, 3);
-        }
-    });
+    serveFrom(
+        "references", objectName, handler,
+        [&](const PlainRequest& request) {
+            const CString result = plain(resultClass);
+            const CString nearRole = plain(role);
+            if (request.row != nullptr && request.row->referencesOf != nullptr) {
+                (this->*request.row->referencesOf)(
+                    request.keyValue, result, nearRole, includeQualifiers, includeClassOrigin,
+                    propertyList, handler, request.nameSpace, objectName);
+            } else if (request.row != nullptr) {
+                (this->*request.row->references)(request.keyValue, result, nearRole,
+                                                 includeQualifiers, includeClassOrigin,
+                                                 propertyList, handler, request.nameSpace);
+            } else if (request.isSoftwareIdentity) {
+                // The result class stands in the place of the association class too: on purpose.
+                _getOrvexSIAssociatorReferenceHelper(request.keyValue, result, result, nearRole, "",
+                                                     includeQualifiers, includeClassOrigin, handler,
+                                                     request.nameSpace, 3);
+            }
+        });
 }

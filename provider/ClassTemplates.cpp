@@ -60,9 +60,8 @@ std::vector<Uint32> carried(const CIMClass& cimClass, const CIMName& className) 
     if (const auto* const set = findRow(propertySets, plain(className))) {
         for (const char* const name : set->properties) {
             const Uint32 position = cimClass.findProperty(CIMName(name));
-            if (position != PEG_NOT_FOUND) {
+            if (position != PEG_NOT_FOUND)
                 positions.push_back(position);
-            }
         }
     }
     std::sort(positions.begin(), positions.end());
@@ -78,12 +77,10 @@ CIMInstance _instAddQualifieres(CIMOMHandle& cimom, CIMName className) {
 
     // Elements taken from a class are shared with it, hence the clones.
     CIMInstance instance(cimClass.getClassName());
-    for (Uint32 i = 0; i < cimClass.getQualifierCount(); ++i) {
+    for (Uint32 i = 0; i < cimClass.getQualifierCount(); ++i)
         instance.addQualifier(cimClass.getQualifier(i).clone());
-    }
-    for (const Uint32 i : carried(cimClass, className)) {
+    for (const Uint32 i : carried(cimClass, className))
         instance.addProperty(cimClass.getProperty(i).clone());
-    }
     return instance;
 }
 
@@ -91,18 +88,16 @@ namespace serverprofile {
 
 bool setIfDefined(CIMInstance& instance, const char* name, const CIMValue& value) {
     const Uint32 index = instance.findProperty(CIMName(name));
-    if (index == PEG_NOT_FOUND) {
+    if (index == PEG_NOT_FOUND)
         return false;
-    }
     instance.getProperty(index).setValue(value);
     return true;
 }
 
 void setTypedArray(CIMInstance& instance, const char* name, Uint16 element) {
     const Uint32 index = instance.findProperty(CIMName(name));
-    if (index == PEG_NOT_FOUND) {
+    if (index == PEG_NOT_FOUND)
         return;
-    }
     CIMProperty property = instance.getProperty(index);
     trace("Quil: temp msg 2", static_cast<Sint32>(property.getType()));
     Array<Uint16> elements;

@@ -74,20 +74,20 @@ constexpr GetRow gets[] = {
 template <class ItemHandler, class Row, class Member>
 void ServerProfileProvider::enumerate(const char* name, const CIMObjectPath& classReference,
                                       ItemHandler& handler, Member Row::*member, bool instances) {
-    serve(name, handler, [&] {
-        CIMName className = classReference.getClassName();
-        _checkClass(className);
-        const Row* row = serverprofile::findRow(enumerations, serverprofile::plain(className));
-        if (row == nullptr) {
-            return;
-        }
-        const String nameSpace = classReference.getNameSpace().getString();
-        if (row->*member != nullptr) {
-            (this->*(row->*member))(row->className, handler, nameSpace);
-        } else if (row->helper != nullptr) {
-            (this->*row->helper)(row->className, handler, nameSpace, instances);
-        }
-    });
+    serve(
+        name, handler,
+        [&] {
+            CIMName className = classReference.getClassName();
+            _checkClass(className);
+            const Row* row = serverprofile::findRow(enumerations, serverprofile::plain(className));
+            if (row == nullptr)
+                return;
+            const String nameSpace = classReference.getNameSpace().getString();
+            if (row->*member != nullptr)
+                (this->*(row->*member))(row->className, handler, nameSpace);
+            else if (row->helper != nullptr)
+                (this->*row->helper)(row->className, handler, nameSpace, instances);
+        });
 }
 
 void ServerProfileProvider::enumerateInstanceNames(const OperationContext&,
@@ -119,14 +119,12 @@ void ServerProfileProvider::getInstance(const OperationContext&,
         serverprofile::requireKey(key);
 
         const GetRow* row = serverprofile::findRow(gets, plainName);
-        if (row == nullptr) {
+        if (row == nullptr)
             return;
-        }
-        if (row->byKey != nullptr) {
+        if (row->byKey != nullptr)
             (this->*row->byKey)(key.value, handler);
-        } else if (row->byPath != nullptr) {
+        else if (row->byPath != nullptr)
             (this->*row->byPath)(instanceReference, handler);
-        }
     });
 }
 

@@ -55,9 +55,8 @@ void ServerProfileProvider::initialize(CIMOMHandle& cimom) {
         findHostName();
         trace("Quil initialize(): _hostName ", _hostName);
         trace("Quil initialize(): calling initdata() - initFlag is  ", initFlag);
-        if (!initFlag) { // Not tested: it is not, see above; asked all the same
+        if (!initFlag) // Not tested: it is not, see above; asked all the same
             initData();
-        }
         _initInProgress = 0;
         _mutex_unlock();
     } catch (const Exception& exception) {

@@ -37,15 +37,13 @@ CIMObjectPath firstOf(const Array<CIMObjectPath>& list) {
 }
 
 void deliverAll(ObjectPathResponseHandler& handler, const Array<CIMObjectPath>& list) {
-    for (Uint32 i = 0; i < list.size(); ++i) {
+    for (Uint32 i = 0; i < list.size(); ++i)
         handler.deliver(list[i]);
-    }
 }
 
 void deliverAll(ObjectResponseHandler& handler, const Array<CIMInstance>& list) {
-    for (Uint32 i = 0; i < list.size(); ++i) {
+    for (Uint32 i = 0; i < list.size(); ++i)
         handler.deliver(CIMObject(list[i]));
-    }
 }
 
 } // namespace serverprofile

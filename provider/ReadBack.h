@@ -52,9 +52,8 @@ bool guarded(const ReadBack& readBack, List& list, const What& what, const Failu
         return true;
     } catch (const Caught& exception) {
         trace(failure.text);
-        if (failure.withMessage != nullptr) {
+        if (failure.withMessage != nullptr)
             trace(failure.withMessage, exception.getMessage());
-        }
         return false;
     }
 }

@@ -20,9 +20,8 @@ FoundKey findKey(ServerProfileProvider& provider, const CIMObjectPath& path,
 }
 
 void requireKey(const FoundKey& key) {
-    if (key.accepted) {
+    if (key.accepted)
         return;
-    }
     // All operations that need a key write this text, also those that are no getInstance.
     static const char complaint[] = "getInstance can't find key\n";
     std::fwrite(complaint, 1, sizeof(complaint) - 1, stdout);

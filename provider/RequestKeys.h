@@ -17,11 +17,9 @@ inline Pegasus::CString plain(const Pegasus::CIMName& name) {
 /// The first row of `rows` whose className is `className` (case ignored), or nullptr.
 template <class Row, std::size_t count>
 const Row* findRow(const Row (&rows)[count], const char* className) {
-    for (const Row& row : rows) {
-        if (::strcasecmp(className, row.className) == 0) {
+    for (const Row& row : rows)
+        if (::strcasecmp(className, row.className) == 0)
             return &row;
-        }
-    }
     return nullptr;
 }
 

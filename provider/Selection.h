@@ -18,14 +18,11 @@ struct SelectionRow {
 /// any other name, which selects nothing and is no error.
 template <std::size_t count>
 int select(const SelectionRow (&rows)[count], const char* filter, int all) {
-    if (filter == nullptr || *filter == '\0') {
+    if (filter == nullptr || *filter == '\0')
         return all;
-    }
-    for (const SelectionRow& row : rows) {
-        if (::strcasecmp(filter, row.associationClass) == 0) {
+    for (const SelectionRow& row : rows)
+        if (::strcasecmp(filter, row.associationClass) == 0)
             return row.bit;
-        }
-    }
     return 0;
 }
 
@@ -33,9 +30,8 @@ int select(const SelectionRow (&rows)[count], const char* filter, int all) {
 template <std::size_t count>
 int selectTraced(const SelectionRow (&rows)[count], const char* filter, int all) {
     const int bits = select(rows, filter, all);
-    if (bits != 0) {
+    if (bits != 0)
         trace(" Quil flag is ", bits);
-    }
     return bits;
 }
 
@@ -44,9 +40,8 @@ template <std::size_t count>
 int selectTraced(const SelectionRow (&rows)[count], const char* filter, int all,
                  const Pegasus::String& keyValue) {
     const int bits = selectTraced(rows, filter, all);
-    if (bits != 0) {
+    if (bits != 0)
         trace(" Quil keyValue is ", keyValue);
-    }
     return bits;
 }
 

@@ -23,9 +23,8 @@ void ServerProfileProvider::serve(const char* name, Handler& handler, Work work)
             ::sleep(1);
         }
         traceFlag("Start _initInProgress ");
-        if (!initFlag) {
+        if (!initFlag)
             initData();
-        }
         work();
         handler.complete();
     } catch (const Pegasus::Exception& exception) {

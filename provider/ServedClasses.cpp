@@ -64,11 +64,9 @@ const struct {
 
 bool ServerProfileProvider::_checkClass(CIMName& className) {
     const CString name = serverprofile::plain(className);
-    for (const char* served : servedClasses) {
-        if (::strcasecmp(name, served) == 0) {
+    for (const char* served : servedClasses)
+        if (::strcasecmp(name, served) == 0)
             return true;
-        }
-    }
     trace("Quil _checkClass(): failed ");
     throw CIMNotSupportedException(String());
 }
@@ -78,12 +76,10 @@ int ServerProfileProvider::_checkKey(const char* className, const char* keyName)
     std::fprintf(stdout, "ServerProfileProvider: checking key name %s -- %s \n", className,
                  keyName);
     std::fflush(stdout);
-    for (const auto& row : acceptedKeys) {
+    for (const auto& row : acceptedKeys)
         if (::strcasecmp(className, row.className) == 0 &&
-            (row.keyName == anyKey || ::strcasecmp(keyName, row.keyName) == 0)) {
+            (row.keyName == anyKey || ::strcasecmp(keyName, row.keyName) == 0))
             return 1;
-        }
-    }
     // "Serverprofile", and the tab: on purpose.
     std::fprintf(stdout, "\tServerprofileProvider: FAIL check key name %s -- %s \n", className,
                  keyName);

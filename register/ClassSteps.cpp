@@ -45,7 +45,8 @@ bool sameVersion(const Class& declared, const std::string& text) {
 // Whether a namespace has all of a layer already.
 bool current(const Layer& layer, const Place& place, const Former& former) {
     return std::all_of(
-        layer.schema->classes.begin(), layer.schema->classes.end(), [&](const Class& declared) {
+        layer.schema->classes.begin(), layer.schema->classes.end(),
+        [&](const Class& declared) {
             return place.classes.count(declared.name) != 0 &&
                    (!layer.update || sameVersion(declared, former.texts.at(declared.name)));
         });

@@ -99,7 +99,8 @@ void checkOutcome(const Work& work) {
         work.report.step("then the modules' state and their answers would be checked");
         return;
     }
-    work.transaction.step("checking the registration", [&] { checkRegistrations(work); });
+    work.transaction.step(
+        "checking the registration", [&] { checkRegistrations(work); });
     work.transaction.step("trying requests", [&] {
         for (const Trial& trial : tryOut(work.situation, work.server)) {
             if (!trial.ok)

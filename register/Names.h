@@ -48,8 +48,9 @@ struct NameLess {
 using NameSet = std::set<std::string, NameLess>;
 
 inline bool hasName(const std::vector<std::string>& names, const std::string& name) {
-    return std::any_of(names.begin(), names.end(),
-                       [&](const std::string& other) { return sameName(name, other); });
+    return std::any_of(
+        names.begin(), names.end(),
+        [&](const std::string& other) { return sameName(name, other); });
 }
 
 /// Appends `name` unless `names` has it already.

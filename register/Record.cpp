@@ -63,8 +63,9 @@ bool Record::made(const std::string& nameSpace) const {
 
 bool Record::empty() const {
     return nameSpaces.empty() && files.empty() &&
-           std::all_of(classes.begin(), classes.end(),
-                       [](const auto& entry) { return entry.second.empty(); });
+           std::all_of(
+               classes.begin(), classes.end(),
+               [](const auto& entry) { return entry.second.empty(); });
 }
 
 std::optional<Record> readRecord(const std::filesystem::path& file) {

@@ -162,8 +162,9 @@ Situation look(const Settings& settings, const Content& content, const Server& s
 } // namespace
 
 bool Situation::registered() const {
-    return std::any_of(modules.begin(), modules.end(),
-                       [](const ModuleState& module) { return !module.found.empty(); });
+    return std::any_of(
+        modules.begin(), modules.end(),
+        [](const ModuleState& module) { return !module.found.empty(); });
 }
 
 std::vector<Layer> Situation::layers(const Place& place) const {

@@ -47,9 +47,8 @@ class Builder {
     }
     void add(const char* name, const std::vector<Uint16>& values) {
         Array<Uint16> array;
-        for (const Uint16 value : values) {
+        for (const Uint16 value : values)
             array.append(value);
-        }
         add(name, array);
     }
     CIMInstance done() {

@@ -62,11 +62,9 @@ Array<CIMObjectPath> names(Pegasus::CIMOMHandle& cimom, const CIMNamespaceName& 
 /// The value of a key, empty without it.
 String key(const CIMObjectPath& path, const char* name) {
     const Array<Pegasus::CIMKeyBinding>& keys = path.getKeyBindings();
-    for (Uint32 i = 0; i < keys.size(); ++i) {
-        if (keys[i].getName().equal(CIMName(name))) {
+    for (Uint32 i = 0; i < keys.size(); ++i)
+        if (keys[i].getName().equal(CIMName(name)))
             return keys[i].getValue();
-        }
-    }
     return String();
 }
 
@@ -75,9 +73,8 @@ String stringOf(const CIMInstance& instance, const char* name) {
     String value;
     if (position != PEG_NOT_FOUND) {
         const Pegasus::CIMValue held = instance.getProperty(position).getValue();
-        if (held.getType() == Pegasus::CIMTYPE_STRING && !held.isArray()) {
+        if (held.getType() == Pegasus::CIMTYPE_STRING && !held.isArray())
             held.get(value);
-        }
     }
     return value;
 }
@@ -91,9 +88,8 @@ class Configuration {
                 OperationContext(), CIMNamespaceName("root/PG_Internal"),
                 CIMName("PG_ConfigSetting"), true, false, false, false, Pegasus::CIMPropertyList());
         });
-        for (Uint32 i = 0; i < settings.size(); ++i) {
+        for (Uint32 i = 0; i < settings.size(); ++i)
             _values[stringOf(settings[i], "PropertyName")] = stringOf(settings[i], "CurrentValue");
-        }
     }
 
     /// The value in force; `otherwise` where the server has none.
@@ -148,12 +144,10 @@ constexpr std::uint16_t authenticationBasic = 3;
 std::vector<std::uint16_t> authentication(const Settings& settings,
                                           const Configuration* configuration) {
     constexpr const char* enabled = "enableAuthentication";
-    if (configuration == nullptr || !configuration->has(enabled)) {
+    if (configuration == nullptr || !configuration->has(enabled))
         return settings.authenticationMechanisms;
-    }
-    if (!configuration->isTrue(enabled)) {
+    if (!configuration->isTrue(enabled))
         return {authenticationNone};
-    }
     return configuration->value("httpAuthType", "") == String("Basic")
                ? std::vector<std::uint16_t>{authenticationBasic}
                : settings.authenticationMechanisms;
@@ -173,16 +167,14 @@ std::vector<String> nameSpaces(const Settings& settings, Pegasus::CIMOMHandle& c
     std::vector<String> found;
     if (settings.askServer) {
         addBelow(cimom, "root", found);
-        if (!found.empty()) {
+        if (!found.empty())
             found.emplace_back("root");
-        }
     }
     for (const std::string& nameSpace : settings.nameSpaces) {
         const String name = text(nameSpace);
         if (std::none_of(found.begin(), found.end(),
-                         [&](const String& other) { return String::equalNoCase(name, other); })) {
+                         [&](const String& other) { return String::equalNoCase(name, other); }))
             found.push_back(name);
-        }
     }
     std::sort(found.begin(), found.end(), [](const String& one, const String& other) {
         return String::compareNoCase(one, other) < 0;
@@ -194,16 +186,14 @@ std::vector<String> nameSpaces(const Settings& settings, Pegasus::CIMOMHandle& c
 String canonicalName() {
     std::array<char, 256> name{};
     // The last byte stays zero: a name that is cut off need not be terminated.
-    if (gethostname(name.data(), name.size() - 1) != 0) {
+    if (gethostname(name.data(), name.size() - 1) != 0)
         return String();
-    }
     addrinfo hints{};
     hints.ai_family = AF_INET;
     hints.ai_flags = AI_CANONNAME;
     addrinfo* answer = nullptr;
-    if (getaddrinfo(name.data(), nullptr, &hints, &answer) != 0) {
+    if (getaddrinfo(name.data(), nullptr, &hints, &answer) != 0)
         return String();
-    }
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(answer, &freeaddrinfo);
     return answer->ai_canonname == nullptr ? String() : String(answer->ai_canonname);
 }
@@ -230,9 +220,8 @@ ServerFacts findFacts(const Settings& settings, Pegasus::CIMOMHandle& cimom) {
         }
     }
     std::unique_ptr<Configuration> configuration;
-    if (settings.askServer) {
+    if (settings.askServer)
         configuration = std::make_unique<Configuration>(cimom);
-    }
     facts.accesses = accesses(settings, configuration.get());
     facts.authenticationMechanisms = authentication(settings, configuration.get());
     facts.nameSpaces = nameSpaces(settings, cimom);

@@ -45,16 +45,14 @@ void ServerObjectsProvider::terminate() {
 
 /// REQUIRES: the mutex is held, and the settings are known.
 bool ServerObjectsProvider::serverPublishes(const CIMNamespaceName& nameSpace) {
-    if (!_known->settings.askServer) {
+    if (!_known->settings.askServer)
         return false;
-    }
     String folded = nameSpace.getString();
     folded.toLower();
     const std::string name(static_cast<const char*>(folded.getCString()));
     auto found = _known->publishedByServer.find(name);
-    if (found == _known->publishedByServer.end()) {
+    if (found == _known->publishedByServer.end())
         found = _known->publishedByServer.emplace(name, publishesItself(_cimom, nameSpace)).first;
-    }
     return found->second;
 }
 
@@ -66,12 +64,10 @@ std::vector<CIMInstance> ServerObjectsProvider::instances(const CIMObjectPath& r
         _known = Known{std::move(settings), std::move(facts), {}};
     }
     std::vector<CIMInstance> found;
-    for (const PublishedClass& published : publishedClasses) {
+    for (const PublishedClass& published : publishedClasses)
         if (request.getClassName().equal(Pegasus::CIMName(published.name)) &&
-            !serverPublishes(request.getNameSpace())) {
+            !serverPublishes(request.getNameSpace()))
             found = published.instances(_known->settings, _known->facts);
-        }
-    }
     for (CIMInstance& instance : found) {
         CIMObjectPath path = instance.getPath();
         path.setHost(request.getHost());
@@ -103,9 +99,8 @@ void ServerObjectsProvider::enumerateInstances(const OperationContext&,
                                                Pegasus::InstanceResponseHandler& handler) {
     const std::vector<CIMInstance> found = instances(classReference);
     handler.processing();
-    for (const CIMInstance& instance : found) {
+    for (const CIMInstance& instance : found)
         handler.deliver(instance);
-    }
     handler.complete();
 }
 
@@ -114,9 +109,8 @@ void ServerObjectsProvider::enumerateInstanceNames(const OperationContext&,
                                                    Pegasus::ObjectPathResponseHandler& handler) {
     const std::vector<CIMInstance> found = instances(classReference);
     handler.processing();
-    for (const CIMInstance& instance : found) {
+    for (const CIMInstance& instance : found)
         handler.deliver(instance.getPath());
-    }
     handler.complete();
 }
 

@@ -23,9 +23,8 @@ std::string trimmed(const std::string& text) {
 std::vector<std::string> items(const std::string& value) {
     std::vector<std::string> result;
     std::istringstream stream(value);
-    for (std::string item; std::getline(stream, item, ',');) {
+    for (std::string item; std::getline(stream, item, ',');)
         result.push_back(trimmed(item));
-    }
     return result;
 }
 
@@ -33,9 +32,8 @@ std::vector<std::uint16_t> numbers(const std::string& value) {
     std::vector<std::uint16_t> result;
     for (const std::string& item : items(value)) {
         if (item.empty() || item.size() > 5 ||
-            item.find_first_not_of("0123456789") != std::string::npos || std::stoul(item) > 65535) {
+            item.find_first_not_of("0123456789") != std::string::npos || std::stoul(item) > 65535)
             throw std::runtime_error("'" + item + "' is no number from 0 to 65535");
-        }
         result.push_back(static_cast<std::uint16_t>(std::stoul(item)));
     }
     return result;
@@ -74,16 +72,14 @@ const std::map<std::string, Read>& keys() {
 
 void readLine(const std::string& line, Settings& settings) {
     const std::size_t equals = line.find('=');
-    if (equals == std::string::npos) {
+    if (equals == std::string::npos)
         throw std::runtime_error("'Key = value' is expected, not '" + line + "'");
-    }
     const std::string key = trimmed(line.substr(0, equals));
     const auto found = keys().find(key);
     if (found == keys().end()) {
         std::string known;
-        for (const auto& [name, read] : keys()) {
+        for (const auto& [name, read] : keys())
             known += (known.empty() ? "" : ", ") + name;
-        }
         throw std::runtime_error("there is no key '" + key + "'; the keys are " + known);
     }
     found->second(settings, trimmed(line.substr(equals + 1)));
@@ -97,9 +93,8 @@ Settings readSettings(std::istream& text, const std::string& origin) {
     for (std::string line; std::getline(text, line);) {
         ++number;
         line = trimmed(line);
-        if (line.empty() || line[0] == '#') {
+        if (line.empty() || line[0] == '#')
             continue;
-        }
         try {
             readLine(line, settings);
         } catch (const std::runtime_error& error) {
@@ -119,15 +114,13 @@ Settings settingsOf(const std::string& providerName) {
     errno = 0;
     std::ifstream stream(file);
     if (!stream) {
-        if (errno == ENOENT) {
+        if (errno == ENOENT)
             return Settings();
-        }
         throw std::runtime_error(file + ": " + std::strerror(errno));
     }
     Settings settings = readSettings(stream, file);
-    if (stream.bad()) {
+    if (stream.bad())
         throw std::runtime_error(file + ": cannot be read");
-    }
     return settings;
 }
 

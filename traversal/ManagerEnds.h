@@ -31,9 +31,8 @@ void deliverManagerAssociations(const Request& request, const AssociationClass& 
     const auto managers = readManagers<Pegasus::Array<Pegasus::CIMObjectPath>>(request);
     Association member(cimClass, request.nameSpace);
     member.to(source).secondPropertyFirst();
-    for (Pegasus::Uint32 i = 0; i < managers.size(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < managers.size(); ++i)
         deliver(handler, member.from(managers[i]));
-    }
 }
 
 } // namespace serverprofile

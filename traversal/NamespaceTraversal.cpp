@@ -14,9 +14,8 @@ constexpr SelectionRow selection[] = {{"CIM_NamespaceInManager", managers}};
 
 /// Whether `filter` selects the object managers; traces `step` when it does.
 bool selectManagers(const char* filter, const String& keyValue, const char* step) {
-    if (selectTraced(selection, filter, all, keyValue) == 0) {
+    if (selectTraced(selection, filter, all, keyValue) == 0)
         return false;
-    }
     trace(step);
     return true;
 }
@@ -33,9 +32,8 @@ void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue, const 
                                                          const String& nameSpace) {
     trace(" Quil NamespaceAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil NamespaceAssociatorNames(): result class is ", resultClass);
-    if (selectManagers(assocClass, keyValue, associatorsStep)) {
+    if (selectManagers(assocClass, keyValue, associatorsStep))
         deliverManagers({*this, nameSpace}, handler);
-    }
 }
 
 void ServerProfileProvider::_getNamespaceAssociators(String keyValue, const char* assocClass,
@@ -45,9 +43,8 @@ void ServerProfileProvider::_getNamespaceAssociators(String keyValue, const char
                                                      const String& nameSpace) {
     trace(" Quil NamespaceAssociators(): assoc class is ", assocClass);
     trace(" Quil NamespaceAssociators(): result class is ", resultClass);
-    if (selectManagers(assocClass, keyValue, associatorsStep)) {
+    if (selectManagers(assocClass, keyValue, associatorsStep))
         deliverManagers({*this, nameSpace}, handler);
-    }
 }
 
 void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue, const char* resultClass,
@@ -55,9 +52,8 @@ void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue, const c
                                                         const String& nameSpace,
                                                         const CIMObjectPath& objectName) {
     trace(" Quil NamespaceReferenceNames(): result class is ", resultClass);
-    if (selectManagers(resultClass, keyValue, referencesStep)) {
+    if (selectManagers(resultClass, keyValue, referencesStep))
         deliverManagerAssociations({*this, nameSpace}, namespaceInManager, objectName, handler);
-    }
 }
 
 void ServerProfileProvider::_getNamespaceReferences(String keyValue, const char* resultClass,
@@ -65,7 +61,6 @@ void ServerProfileProvider::_getNamespaceReferences(String keyValue, const char*
                                                     ObjectHandler& handler, const String& nameSpace,
                                                     const CIMObjectPath& objectName) {
     trace(" Quil NamespaceReferences(): result class is ", resultClass);
-    if (selectManagers(resultClass, keyValue, referencesStep)) {
+    if (selectManagers(resultClass, keyValue, referencesStep))
         deliverManagerAssociations({*this, nameSpace}, namespaceInManager, objectName, handler);
-    }
 }

@@ -83,16 +83,14 @@ void deliverFarEnds(const Request& request, int bits, Handler& handler) {
 template <class Handler>
 void deliverAssociations(const Request& request, int bits, Handler& handler) {
     using List = Array<CIMObjectPath>;
-    if (bits == 0) {
+    if (bits == 0)
         return;
-    }
     List managers;
     // The trace names another class than the one that is read: on purpose.
     if (!guarded<CIMException>(ReadBack(request.provider.cimomHandle(), request.nameSpace),
                                managers, objectManagerClass,
-                               {" Quil exception ni for CIM_Namespace -Exiting "})) {
+                               {" Quil exception ni for CIM_Namespace -Exiting "}))
         return;
-    }
     const CIMObjectPath manager = firstOf(managers);
 
     if ((bits & hosts) != 0) {
@@ -104,9 +102,8 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
     forEachMember(request, bits, managers, [&](const Member& member, const List& list) {
         Association association(member.association, request.nameSpace);
         association.from(manager);
-        for (Uint32 i = 0; i < list.size(); ++i) {
+        for (Uint32 i = 0; i < list.size(); ++i)
             deliver(handler, association.to(list[i]));
-        }
     });
     if ((bits & profiles) != 0) {
         trace(" Quil ElementConformsToProfile - 1 ");

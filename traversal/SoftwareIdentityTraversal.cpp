@@ -29,21 +29,18 @@ struct Deliver {
     Kind& kind() const { return dynamic_cast<Kind&>(handler); }
 
     void farEnds(const char* resultClass) const {
-        if (takes(resultClass, "CIM_RegisteredProfile")) {
-            for (Uint32 i = 0; i < request.provider.registeredProfiles().size(); ++i) {
+        if (takes(resultClass, "CIM_RegisteredProfile"))
+            for (Uint32 i = 0; i < request.provider.registeredProfiles().size(); ++i)
                 deliverProfile(kind(), request, i);
-            }
-        }
-        if (takes(resultClass, "CIM_RegisteredSubProfile")) {
-            for (Uint32 i = 0; i < request.provider.registeredSubProfiles().size(); ++i) {
+        if (takes(resultClass, "CIM_RegisteredSubProfile"))
+            for (Uint32 i = 0; i < request.provider.registeredSubProfiles().size(); ++i)
                 deliverSubProfile(kind(), request, i);
-            }
-        }
     }
 
     void associations() const {
-        forEachImplemented(request.provider, request.nameSpace,
-                           [&](Association& association) { deliver(kind(), association); });
+        forEachImplemented(
+            request.provider, request.nameSpace,
+            [&](Association& association) { deliver(kind(), association); });
     }
 };
 
@@ -54,9 +51,8 @@ void ServerProfileProvider::_getOrvexSIAssociatorReferenceHelper(
     Handler& handler, const String& nameSpace, int mode) {
     trace(" Quil orvexSIAssociators(): assoc class is ", assocClass);
     trace(" Quil orvexSIAssociators(): result class is ", resultClass);
-    if (selectTraced(selection, assocClass, 1) == 0) {
+    if (selectTraced(selection, assocClass, 1) == 0)
         return;
-    }
     trace(" Quil assoc flag is ", mode);
 
     const Request request{*this, nameSpace};

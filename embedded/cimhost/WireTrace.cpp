@@ -90,14 +90,16 @@ class Trace {
     unsigned next() { return ++_number; }
 
     void write(unsigned number, const char* what, const std::string& text) {
-        store(number, what, text,
-              [&](const std::string& name) { _directory->create(name, text, ownerOnly); });
+        store(
+            number, what, text,
+            [&](const std::string& name) { _directory->create(name, text, ownerOnly); });
     }
 
     /// What follows a text that was written before.
     void writeMore(unsigned number, const char* what, const std::string& text) {
-        store(number, _directory ? what : (std::string(what) + ", continued,").c_str(), text,
-              [&](const std::string& name) { _directory->append(name, text); });
+        store(
+            number, _directory ? what : (std::string(what) + ", continued,").c_str(), text,
+            [&](const std::string& name) { _directory->append(name, text); });
     }
 
   private:

@@ -37,9 +37,8 @@ class Parser {
         // Not tested: expat resets any parser but one that reads, and lacks memory.
         if (!_parser || !XML_ParserReset(_parser.get(), encoding)) {
             _parser.reset(XML_ParserCreate(encoding));
-            if (!_parser) { // Not tested: here; tests/faults lets memory lack
+            if (!_parser) // Not tested: here; tests/faults lets memory lack
                 throw std::bad_alloc();
-            }
         }
         // Otherwise expat asks the kernel for a random number for each document.
         XML_SetHashSalt(_parser.get(), _salt);
@@ -48,9 +47,8 @@ class Parser {
 
     /// After a document of `size` bytes: gives the memory back if it may have come to much.
     void release(std::size_t size) {
-        if (size > kept) {
+        if (size > kept)
             _parser.reset();
-        }
     }
 
   private:
@@ -72,18 +70,16 @@ class Parsers {
 
     std::unique_ptr<Parser> take() {
         const threads::Lock lock(_mutex);
-        if (_free.empty()) {
+        if (_free.empty())
             return std::make_unique<Parser>();
-        }
         std::unique_ptr<Parser> parser = std::move(_free.back());
         _free.pop_back();
         return parser;
     }
     void giveBack(std::unique_ptr<Parser> parser) noexcept {
         const threads::Lock lock(_mutex);
-        if (_free.size() < most) { // Not tested: it takes 65 threads that read at once
+        if (_free.size() < most) // Not tested: it takes 65 threads that read at once
             _free.push_back(std::move(parser));
-        }
     }
 
   private:
@@ -98,22 +94,18 @@ bool isBlank(std::string_view text) {
 /// Rejects bytes that no document may hold, wherever they are: that goes before all else.
 void checkBytes(std::string_view text) {
     const std::size_t end = std::min(text::findInvalidUtf8(text), text.size());
-    for (std::size_t at = 0; at < end; ++at) {
-        if (static_cast<unsigned char>(text[at]) < ' ' && !isBlank(text.substr(at, 1))) {
+    for (std::size_t at = 0; at < end; ++at)
+        if (static_cast<unsigned char>(text[at]) < ' ' && !isBlank(text.substr(at, 1)))
             rejectNotWellFormed("character not allowed in XML at byte " + std::to_string(at));
-        }
-    }
-    if (end != text.size()) {
+    if (end != text.size())
         rejectNotValid("not UTF-8 at byte " + std::to_string(end));
-    }
 }
 
 bool beginsWithDeclaration(std::string_view text) {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     constexpr std::string_view begin = "<?xml";
-    if (text.substr(0, byteOrderMark.size()) == byteOrderMark) {
+    if (text.substr(0, byteOrderMark.size()) == byteOrderMark)
         text.remove_prefix(byteOrderMark.size());
-    }
     return text.size() > begin.size() && text.substr(0, begin.size()) == begin &&
            isBlank(text.substr(begin.size(), 1));
 }
@@ -150,9 +142,8 @@ class Document::Reader {
     void read() {
         if (XML_Parse(_parser, _text.data(), static_cast<int>(_text.size()), XML_TRUE) !=
                 XML_STATUS_OK &&
-            !isEnough()) {
+            !isEnough())
             reject();
-        }
     }
 
   private:
@@ -166,9 +157,8 @@ class Document::Reader {
     template <auto member, class... Arguments>
     static void handle(void* self, Arguments... arguments) noexcept {
         Reader& reader = *static_cast<Reader*>(self);
-        if (reader._thrown || reader.isEnough()) {
+        if (reader._thrown || reader.isEnough())
             return;
-        }
         try {
             (reader.*member)(arguments...);
         } catch (...) {
@@ -183,9 +173,8 @@ class Document::Reader {
 
     [[noreturn]] void reject() const {
         checkBytes(_text);
-        if (_thrown) {
+        if (_thrown)
             std::rethrow_exception(_thrown);
-        }
         const XML_Error error = XML_GetErrorCode(_parser);
         switch (error) {
         case XML_ERROR_NO_MEMORY:
@@ -193,9 +182,8 @@ class Document::Reader {
         case XML_ERROR_NO_ELEMENTS:
             // That is what expat says of any end that comes too early. Here, it has to come after
             // whole markup and no element.
-            if (!_document._root && text::trimmed(_text).back() == '>') {
+            if (!_document._root && text::trimmed(_text).back() == '>')
                 rejectNotValid("no element");
-            }
             fail(XML_ErrorString(error));
         case XML_ERROR_UNDEFINED_ENTITY:
         case XML_ERROR_BAD_CHAR_REF:
@@ -207,19 +195,16 @@ class Document::Reader {
 
     void declaration(const char* version, const char* encoding, int /*standalone*/) {
         // Not tested: only external entities, which are never read, may do without a version.
-        if (!version || std::string_view(version) != "1.0") {
+        if (!version || std::string_view(version) != "1.0")
             rejectNotValid("XML version is not 1.0");
-        }
-        if (encoding && !text::equalIgnoringCase(encoding, "utf-8")) {
+        if (encoding && !text::equalIgnoringCase(encoding, "utf-8"))
             rejectNotValid("encoding is not UTF-8");
-        }
     }
 
     void doctype(const char* /*name*/, const char* system, const char* /*publicId*/,
                  int hasDeclarations) {
-        if (hasDeclarations != 0) {
+        if (hasDeclarations != 0)
             rejectNotValid("declarations in the document are not supported");
-        }
         _hasExternalType = system != nullptr;
     }
 
@@ -236,19 +221,16 @@ class Document::Reader {
             tag.remove_prefix(tag.find('&') + 1);
             const std::string_view name = tag.substr(0, tag.find(';'));
             if (name.front() != '#' &&
-                std::find(entities.begin(), entities.end(), name) == entities.end()) {
+                std::find(entities.begin(), entities.end(), name) == entities.end())
                 fail(unknownReference);
-            }
         }
     }
 
     void start(const char* name, const char** attributes) {
-        if (_depth == limits::depth) {
+        if (_depth == limits::depth)
             rejectNotValid("elements nested deeper than " + std::to_string(limits::depth));
-        }
-        if (_hasExternalType) {
+        if (_hasExternalType)
             checkReferences();
-        }
         const std::size_t attributeCount = counted(attributes);
         Element::Node* const element = _unknown == 0 ? make<Element::Node>(1) : nullptr;
         if (_depth == 0) {
@@ -269,9 +251,8 @@ class Document::Reader {
             takeName(*element, known.empty() ? keep(name) : known);
             takeAttributes(*element, attributes, attributeCount);
         }
-        if (isEnough()) {
+        if (isEnough())
             XML_StopParser(_parser, XML_FALSE);
-        }
     }
 
     bool isEnough() const { return _unknown > limits::unknownElements; }
@@ -279,11 +260,9 @@ class Document::Reader {
     // `attributes`: names and values in turn, then null.
     static std::size_t counted(const char** attributes) {
         std::size_t count = 0;
-        while (attributes[2 * count]) {
-            if (++count > limits::attributes) {
+        while (attributes[2 * count])
+            if (++count > limits::attributes)
                 rejectNotValid("more than " + std::to_string(limits::attributes) + " attributes");
-            }
-        }
         return count;
     }
 
@@ -294,9 +273,8 @@ class Document::Reader {
 
     void takeAttributes(Element::Node& element, const char** attributes, std::size_t count) {
         auto* const taken = make<Attribute>(count);
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = 0; i < count; ++i)
             taken[i] = {keep(attributes[2 * i]), keep(attributes[2 * i + 1])};
-        }
         element.attributes = taken;
         element.attributeCount = static_cast<std::uint8_t>(count);
     }
@@ -348,9 +326,8 @@ class Document::Reader {
 };
 
 Document::Document(const std::string& text) {
-    if (text.size() > INT_MAX) { // Not tested: no body may be as long
+    if (text.size() > INT_MAX) // Not tested: no body may be as long
         rejectNotValid("longer than " + std::to_string(INT_MAX) + " bytes");
-    }
     if (!beginsWithDeclaration(text)) {
         checkBytes(text);
         rejectNotValid("no XML declaration");

@@ -87,9 +87,8 @@ class Element::Children {
 
       private:
         void skipOthers() {
-            while (_at && !_name.empty() && _at.name() != _name) {
+            while (_at && !_name.empty() && _at.name() != _name)
                 _at = _at.nextSibling();
-            }
         }
 
         Element _at;

@@ -222,11 +222,10 @@ constexpr std::array<Rule, tagCount> rules = {{
 // A model or a list that fills its array would have no end.
 static_assert([] {
     bool good = true;
-    for (const Rule& rule : rules) {
+    for (const Rule& rule : rules)
         good = good && !rule.name.empty() && rule.attributes.back().name.empty() &&
                rule.content.back().tags == 0 &&
                (!rule.otherContent || rule.otherContent->back().tags == 0);
-    }
     return good;
 }());
 
@@ -251,33 +250,28 @@ constexpr std::uint8_t noRule = tagCount;
 // Which rule is in which slot: its own or, where that was taken, one of those after it.
 constexpr std::array<std::uint8_t, slotCount> slots = [] {
     std::array<std::uint8_t, slotCount> made = {};
-    for (std::size_t slot = 0; slot < slotCount; ++slot) {
+    for (std::size_t slot = 0; slot < slotCount; ++slot)
         made[slot] = noRule;
-    }
     for (std::uint8_t rule = 0; rule < tagCount; ++rule) {
         std::size_t slot = slotOf(rules[rule].name);
-        while (made[slot] != noRule) {
+        while (made[slot] != noRule)
             slot = slotAfter(slot);
-        }
         made[slot] = rule;
     }
     return made;
 }();
 
 const Rule* findRule(std::string_view name) {
-    for (std::size_t slot = slotOf(name); slots[slot] != noRule; slot = slotAfter(slot)) {
-        if (rules[slots[slot]].name == name) {
+    for (std::size_t slot = slotOf(name); slots[slot] != noRule; slot = slotAfter(slot))
+        if (rules[slots[slot]].name == name)
             return &rules[slots[slot]];
-        }
-    }
     return nullptr;
 }
 
 const Rule& ruleOf(const Element& element) {
     const Rule* const rule = findRule(element.name());
-    if (rule == nullptr) {
+    if (rule == nullptr)
         rejectNotValid("unknown element " + std::string(element.name()));
-    }
     return *rule;
 }
 
@@ -310,27 +304,23 @@ class Matcher {
 
     void take(Tags child) {
         // Not only of the first child: for a later one, what begins there has been taken.
-        if (_rule.otherContent && (_rule.otherContent->front().tags & child) != 0) {
+        if (_rule.otherContent && (_rule.otherContent->front().tags & child) != 0)
             _at = _rule.otherContent->begin();
-        }
-        while ((_at->tags & child) == 0 || (_taken && !_at->repeated)) {
+        while ((_at->tags & child) == 0 || (_taken && !_at->repeated))
             leaveParticle();
-        }
         _taken = true;
     }
 
     void end() {
-        while (_at->tags != 0) {
+        while (_at->tags != 0)
             leaveParticle();
-        }
     }
 
   private:
     // There is always one more than a model has, without tags, which cannot be left.
     void leaveParticle() {
-        if (!_taken && !_at->optional) {
+        if (!_taken && !_at->optional)
             rejectNotValid("missing or misplaced elements in " + std::string(_element.name()));
-        }
         ++_at;
         _taken = false;
     }
@@ -343,9 +333,8 @@ class Matcher {
 
 void check(const Element& element, const Rule& rule) {
     checkAttributes(element, rule.attributes);
-    if (!rule.holdsText && (element.isMixed() || !text::trimmed(element.text()).empty())) {
+    if (!rule.holdsText && (element.isMixed() || !text::trimmed(element.text()).empty()))
         rejectNotValid("text in " + std::string(element.name()));
-    }
     Matcher matcher(element, rule);
     for (const Element& child : element.children()) {
         const Rule& childRule = ruleOf(child);

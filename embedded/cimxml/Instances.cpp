@@ -26,11 +26,9 @@ CIMFlavor readFlavor(const Element& element) {
                                           {"TOINSTANCE", CIMFlavor::TOINSTANCE, false},
                                           {"TRANSLATABLE", CIMFlavor::TRANSLATABLE, false}};
     CIMFlavor flavor = CIMFlavor::NONE;
-    for (const FlavorAttribute& attribute : attributes) {
-        if (readFlag(element.attribute(attribute.name), attribute.absent)) {
+    for (const FlavorAttribute& attribute : attributes)
+        if (readFlag(element.attribute(attribute.name), attribute.absent))
             flavor.addFlavor(attribute.flavor);
-        }
-    }
     return flavor;
 }
 
@@ -44,9 +42,8 @@ Uint32 readArraySize(const Attribute& attribute) {
     const std::string_view text = attribute.value;
     Uint32 size = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), size);
-    if (attribute && (error != std::errc() || end != text.data() + text.size())) {
+    if (attribute && (error != std::errc() || end != text.data() + text.size()))
         rejectNotValid("ARRAYSIZE \"" + std::string(text) + "\"");
-    }
     return size;
 }
 
@@ -62,9 +59,8 @@ CIMProperty readProperty(const Element& element, const SoleKey& soleKey) {
                          readOptionalName(element.attribute("REFERENCECLASS")),
                          readOptionalName(element.attribute("CLASSORIGIN")),
                          readFlag(element.attribute("PROPAGATED"), false));
-    for (const Element& qualifier : element.children("QUALIFIER")) {
+    for (const Element& qualifier : element.children("QUALIFIER"))
         property.addQualifier(readQualifier(qualifier, soleKey));
-    }
     return property;
 }
 
@@ -73,13 +69,11 @@ CIMProperty readProperty(const Element& element, const SoleKey& soleKey) {
 CIMInstance readInstance(const Element& instance, const SoleKey& soleKey) {
     checkMembers(instance);
     CIMInstance result(readName(instance.attribute("CLASSNAME")));
-    for (const Element& member : instance.children()) {
-        if (member.name() == "QUALIFIER") {
+    for (const Element& member : instance.children())
+        if (member.name() == "QUALIFIER")
             result.addQualifier(readQualifier(member, soleKey));
-        } else {
+        else
             result.addProperty(readProperty(member, soleKey));
-        }
-    }
     return result;
 }
 

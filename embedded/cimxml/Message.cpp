@@ -29,9 +29,8 @@ class GivenBack {
     GivenBack(const GivenBack&) = delete;
     ~GivenBack() {
 #ifdef __GLIBC__
-        if (_isLarge) {
+        if (_isLarge)
             malloc_trim(0);
-        }
 #endif
     }
 
@@ -45,12 +44,10 @@ class GivenBack {
 // DESCRIPTION starts with the name of the status; without a message it is the name alone.
 std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
     Pegasus::String description(Pegasus::cimStatusCodeToString(code));
-    if (message.size() != 0) {
+    if (message.size() != 0)
         description.append(": ").append(message.subString(0, limits::errorLength));
-    }
-    if (message.size() > limits::errorLength) {
+    if (message.size() > limits::errorLength)
         description.append("...");
-    }
     std::string out = "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"";
     appendEscaped(out, description);
     return out += "\"/>"; // no line feed here
@@ -81,9 +78,8 @@ class Exchange::State {
         _method = request.method;
         _response = request.isIntrinsic() ? "IMETHODRESPONSE" : "METHODRESPONSE";
         _error = errorOf([&] {
-            if (!request.isIntrinsic()) {
+            if (!request.isIntrinsic())
                 answerExtrinsic(request, caller, operations);
-            }
             _call = readCall(request, caller, operations);
             plan(operations, enumerations);
         });
@@ -99,14 +95,12 @@ class Exchange::State {
     bool ended() const { return _stage == Stage::Ended; }
 
     bool next(std::string& out) {
-        if (_stage == Stage::Ended) {
+        if (_stage == Stage::Ended)
             return false;
-        }
-        if (_stage == Stage::Before) {
+        if (_stage == Stage::Before)
             begin(out);
-        } else if (!fill(out, out.size())) {
+        else if (!fill(out, out.size()))
             end(out);
-        }
         return true;
     }
 
@@ -122,11 +116,10 @@ class Exchange::State {
                 throw Pegasus::CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE,
                                             _call.operation.nameSpace.getString());
             }
-            if (pulled.step == PullStep::Pull) {
+            if (pulled.step == PullStep::Pull)
                 _enumeration = enumerations.take(pulled.context, _call.operation);
-            } else {
+            else
                 enumerations.close(pulled.context, _call.operation);
-            }
             return;
         }
         _plan = operations.plan(_enumeration ? _enumeration->operation() : _call.operation);
@@ -145,9 +138,8 @@ class Exchange::State {
         appendAttribute(out, "NAME", fromUtf8(_method));
         out += ">\n";
         const std::size_t content = out.size();
-        if (_error.empty()) {
+        if (_error.empty())
             _error = errorOf([&] { perform(out, start); });
-        }
         if (!_error.empty()) {
             out.resize(content);
             out += _error;
@@ -177,12 +169,10 @@ class Exchange::State {
         // An empty answer of one leg has no IRETURNVALUE, one of several has an empty one, but for
         // one that is pulled.
         _returns = more || out.size() != within || (answer.legs > 1 && !_enumeration);
-        if (!_returns) {
+        if (!_returns)
             out.resize(before);
-        }
-        if (!more) {
+        if (!more)
             end(out);
-        }
     }
 
     /// Appends objects until the piece that began at `start` is long enough; false if that was all.
@@ -191,17 +181,15 @@ class Exchange::State {
         if (_enumeration) {
             for (std::uint32_t& left = _call.pulled.maximum; out.size() - start < pieceSize;
                  --left) {
-                if (left == 0 || !_enumeration->next(answered)) {
+                if (left == 0 || !_enumeration->next(answered))
                     return false;
-                }
                 appendPulled(out, answered, _enumeration->operation());
             }
             return true;
         }
         while (out.size() - start < pieceSize) {
-            if (!_cursor || !_cursor(answered)) {
+            if (!_cursor || !_cursor(answered))
                 return false;
-            }
             appendAnswered(out, answered, _call);
         }
         return true;
@@ -210,12 +198,10 @@ class Exchange::State {
     void end(std::string& out) {
         _cursor = nullptr;
         _stage = Stage::Ended;
-        if (_returns) {
+        if (_returns)
             out += "</IRETURNVALUE>\n";
-        }
-        if (_enumeration) {
+        if (_enumeration)
             endPull(out);
-        }
         out += "</";
         out += _response;
         out += ">\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n";

@@ -23,9 +23,8 @@ namespace {
 
 CIMName readName(const Attribute& attribute) {
     const String name = fromUtf8(attribute.value);
-    if (!CIMName::legal(name)) {
+    if (!CIMName::legal(name))
         rejectValue(attribute);
-    }
     return CIMName(name);
 }
 
@@ -39,37 +38,31 @@ CIMType readType(const Attribute& attribute) {
         CIMTYPE_BOOLEAN, CIMTYPE_UINT8,  CIMTYPE_SINT8,  CIMTYPE_UINT16,  CIMTYPE_SINT16,
         CIMTYPE_UINT32,  CIMTYPE_SINT32, CIMTYPE_UINT64, CIMTYPE_SINT64,  CIMTYPE_REAL32,
         CIMTYPE_REAL64,  CIMTYPE_CHAR16, CIMTYPE_STRING, CIMTYPE_DATETIME};
-    for (const CIMType type : types) {
-        if (attribute.value == cimTypeToString(type)) {
+    for (const CIMType type : types)
+        if (attribute.value == cimTypeToString(type))
             return type;
-        }
-    }
     rejectValue(attribute);
 }
 
 bool readFlag(const Attribute& attribute, bool absent) {
-    if (!attribute) {
+    if (!attribute)
         return absent;
-    }
     const String value = fromUtf8(attribute.value);
     const bool isTrue = String::equalNoCase(value, "true");
-    if (!isTrue && !String::equalNoCase(value, "false")) {
+    if (!isTrue && !String::equalNoCase(value, "false"))
         rejectValue(attribute);
-    }
     return isTrue;
 }
 
 CIMNamespaceName readNamespace(const Element& localNamespacePath) {
     String name;
     for (const Element& part : localNamespacePath.children("NAMESPACE")) {
-        if (name.size() != 0) {
+        if (name.size() != 0)
             name.append(Pegasus::Char16('/'));
-        }
         name.append(fromUtf8(part.attribute("NAME").value));
     }
-    if (!CIMNamespaceName::legal(name)) {
+    if (!CIMNamespaceName::legal(name))
         rejectNotValid("namespace \"" + toUtf8(name) + "\"");
-    }
     return CIMNamespaceName(name);
 }
 

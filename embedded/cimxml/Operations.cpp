@@ -24,9 +24,8 @@ struct Row {
 Row opening(std::string_view name, OperationKind kind, ParameterList parameters) {
     using P = ParameterName;
     for (const ParameterName each : {P::FilterQueryLanguage, P::FilterQuery, P::OperationTimeout,
-                                     P::ContinueOnError, P::MaxObjectCount}) {
+                                     P::ContinueOnError, P::MaxObjectCount})
         parameters.push_back({each});
-    }
     return {name, kind, std::move(parameters), PullStep::Open};
 }
 
@@ -162,11 +161,9 @@ constexpr std::string_view notServed[] = {
 };
 
 const Row& rowOf(const Request& request) {
-    for (const Row& row : served()) {
-        if (equalIgnoringCase(request.method, row.name)) {
+    for (const Row& row : served())
+        if (equalIgnoringCase(request.method, row.name))
             return row;
-        }
-    }
     for (const std::string_view name : notServed) {
         if (equalIgnoringCase(request.method, name)) {
             throw CIMException(CIM_ERR_NOT_SUPPORTED,
@@ -247,10 +244,12 @@ struct Appending {
     }
 
     void operator()(const CIMObject& object) const {
-        appendElement(out, "VALUE.OBJECTWITHPATH", [&] {
-            (object.isClass() ? appendClassPath : appendInstancePath)(out, object.getPath());
-            appendObject(out, object, filter());
-        });
+        appendElement(
+            out, "VALUE.OBJECTWITHPATH",
+            [&] {
+                (object.isClass() ? appendClassPath : appendInstancePath)(out, object.getPath());
+                appendObject(out, object, filter());
+            });
     }
 };
 
@@ -260,11 +259,10 @@ Call readCall(const Request& request, const host::Caller& caller, host::CimOpera
     const Row& row = rowOf(request);
     const SoleKey soleKey = [&](const CIMName& className) {
         const std::vector<CIMName> keys = operations.keyNames(request.nameSpace, className);
-        if (keys.size() != 1) {
+        if (keys.size() != 1)
             throw CIMException(CIM_ERR_INVALID_PARAMETER,
                                String("A key value of class ") + className.getString() +
                                    String(" needs its name: the class has not exactly one key."));
-        }
         return keys[0];
     };
     Call call;
@@ -274,9 +272,8 @@ Call readCall(const Request& request, const host::Caller& caller, host::CimOpera
     call.operation.fullPaths = row.step == PullStep::Open;
     call.pulled.step = row.step;
     readParameters(request.call, row.parameters, soleKey, call);
-    if (row.step == PullStep::Open) {
+    if (row.step == PullStep::Open)
         checkOpening(call);
-    }
     return call;
 }
 
@@ -307,9 +304,8 @@ void answerExtrinsic(const Request& request, const host::Caller& caller,
     get.propertyList.set(Array<CIMName>()); // methods are enough
     const auto found = host::onlyOf<CIMClass>(operations.perform(get));
     const String method = fromUtf8(request.method);
-    if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND) {
+    if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND)
         throw CIMException(CIM_ERR_METHOD_NOT_FOUND, method);
-    }
     throw CIMException(CIM_ERR_METHOD_NOT_AVAILABLE,
                        String("No provider for method ") + method + String(" of class ") +
                            request.className.getString() + String("."));

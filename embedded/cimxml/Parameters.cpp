@@ -27,9 +27,8 @@ using Read = void (*)(const Element& value, const SoleKey& soleKey, Call& call);
 CIMName readNameText(const Element& value) {
     const std::string_view text = value.text();
     const String name = fromUtf8(text);
-    if (!CIMName::legal(name)) {
+    if (!CIMName::legal(name))
         throwInvalid("The CIM name is not valid: " + std::string(text));
-    }
     return CIMName(name);
 }
 
@@ -62,11 +61,10 @@ void readStringInto(const Element& value, const SoleKey&, Call& call) {
 
 void readObjectName(const Element& value, const SoleKey& soleKey, Call& call) {
     call.objectIsClass = value.name() == "CLASSNAME";
-    if (call.objectIsClass) {
+    if (call.objectIsClass)
         call.operation.objectName.setClassName(readName(value.attribute("NAME")));
-    } else {
+    else
         call.operation.objectName = readInstanceName(value, soleKey);
-    }
 }
 
 void readNewInstance(const Element& value, const SoleKey& soleKey, Call& call) {
@@ -79,10 +77,9 @@ void readModifiedInstance(const Element& value, const SoleKey& key, Call& call) 
 
 void readPropertyList(const Element& value, const SoleKey&, Call& call) {
     Array<String> names;
-    for (const Element& item : value.children()) {
+    for (const Element& item : value.children())
         names.append(readNameText(item).getString()); // a VALUE.NULL is no name
-    }
-    call.operation.propertyList.append(names); // each once
+    call.operation.propertyList.append(names);        // each once
 }
 
 // An unsigned integer of 32 bits, as the parameters of pulled enumerations have it.
@@ -90,9 +87,8 @@ Uint32 readCount(const Element& value) {
     const std::string_view text = value.text();
     Uint32 count = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
         rejectNotValid("\"" + std::string(text) + "\" is no unsigned integer of 32 bits");
-    }
     return count;
 }
 
@@ -170,20 +166,16 @@ void readOne(const Element& given, const ParameterList& parameters, std::vector<
     const std::string_view name = given.attribute("NAME").value;
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const Parameter& parameter = parameterOf(parameters[i]);
-        if (!equalIgnoringCase(name, parameter.name)) {
+        if (!equalIgnoringCase(name, parameter.name))
             continue;
-        }
-        if (fates[i].seen) {
+        if (fates[i].seen)
             throwInvalid("Duplicated request input parameter.");
-        }
         fates[i].seen = true;
         const Element value = given.child();
-        if (!value) {
+        if (!value)
             return; // null: as if it were not there
-        }
-        if (value.name() != parameter.element && value.name() != parameter.otherElement) {
+        if (value.name() != parameter.element && value.name() != parameter.otherElement)
             rejectNotValid("parameter " + std::string(name) + " as " + std::string(value.name()));
-        }
         fates[i].given = true;
         parameter.read(value, soleKey, call);
         return;
@@ -197,16 +189,13 @@ void readOne(const Element& given, const ParameterList& parameters, std::vector<
 
 void readParameters(const Element& element, const ParameterList& parameters, const SoleKey& soleKey,
                     Call& call) {
-    for (const TakenParameter& taken : parameters) {
-        if (taken.presence == Presence::TrueIfAbsent) {
+    for (const TakenParameter& taken : parameters)
+        if (taken.presence == Presence::TrueIfAbsent)
             call.operation.*parameterOf(taken).flag = true;
-        }
-    }
     std::vector<Fate> fates(parameters.size());
     try {
-        for (const Element& given : element.children("IPARAMVALUE")) {
+        for (const Element& given : element.children("IPARAMVALUE"))
             readOne(given, parameters, fates, soleKey, call);
-        }
     } catch (const CIMException&) {
         throw;
     } catch (const Exception& exception) {

@@ -22,15 +22,12 @@ namespace {
 CIMKeyBinding::Type keyType(const Element& keyValue) {
     if (const Attribute kind = keyValue.attribute("VALUETYPE")) {
         const std::string_view name = kind.value;
-        if (name == "string") {
+        if (name == "string")
             return CIMKeyBinding::STRING;
-        }
-        if (name == "boolean") {
+        if (name == "boolean")
             return CIMKeyBinding::BOOLEAN;
-        }
-        if (name == "numeric") {
+        if (name == "numeric")
             return CIMKeyBinding::NUMERIC;
-        }
         rejectNotValid("VALUETYPE \"" + std::string(name) + "\"");
     }
     const Attribute type = keyValue.attribute("TYPE");
@@ -62,9 +59,8 @@ CIMKeyBinding readKeyValue(const CIMName& name, const Element& keyValue) {
 // `holder` has one KEYVALUE or VALUE.REFERENCE.
 CIMKeyBinding readKey(const CIMName& name, const Element& holder, const SoleKey& soleKey,
                       unsigned depth) {
-    if (const Element keyValue = holder.child("KEYVALUE")) {
+    if (const Element keyValue = holder.child("KEYVALUE"))
         return readKeyValue(name, keyValue);
-    }
     const CIMObjectPath path = readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1);
     if (path.toString().size() > limits::referenceLength) {
         throwInvalid("A reference in a key is longer than " +
@@ -77,9 +73,8 @@ CIMKeyBinding readKey(const CIMName& name, const Element& holder, const SoleKey&
 
 void checkMembers(const Element& element) {
     std::size_t count = 0;
-    for (Element child = element.child(); child; child = child.nextSibling()) {
+    for (Element child = element.child(); child; child = child.nextSibling())
         ++count;
-    }
     if (count > limits::members) {
         throwInvalid("More than " + std::to_string(limits::members) + " elements in " +
                      std::string(element.name()) + ".");
@@ -91,12 +86,10 @@ CIMObjectPath readInstanceName(const Element& instanceName, const SoleKey& soleK
     const CIMName className = readName(instanceName.attribute("CLASSNAME"));
     checkMembers(instanceName);
     Array<CIMKeyBinding> keys;
-    for (const Element& key : instanceName.children("KEYBINDING")) {
+    for (const Element& key : instanceName.children("KEYBINDING"))
         keys.append(readKey(readName(key.attribute("NAME")), key, soleKey, depth));
-    }
-    if (instanceName.child("KEYVALUE") || instanceName.child("VALUE.REFERENCE")) {
+    if (instanceName.child("KEYVALUE") || instanceName.child("VALUE.REFERENCE"))
         keys.append(readKey(soleKey(className), instanceName, soleKey, depth));
-    }
     return CIMObjectPath(String(), CIMNamespaceName(), className, keys);
 }
 
@@ -115,9 +108,8 @@ CIMObjectPath readReference(const Element& reference, const SoleKey& soleKey, un
     } else if (const Element local = object.child("LOCALNAMESPACEPATH")) {
         nameSpace = readNamespace(local);
     }
-    if (!nameSpace.isNull()) {
+    if (!nameSpace.isNull())
         object = object.child().nextSibling(); // of two
-    }
     const bool isClass = object.name() == "CLASSNAME";
     CIMObjectPath path =
         isClass ? CIMObjectPath(String(), nameSpace, readName(object.attribute("NAME")))

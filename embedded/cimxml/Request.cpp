@@ -29,29 +29,24 @@ bool hasMajor(std::string_view version, std::string_view major) {
 void checkVersions(const Element& cim) {
     const Attribute cimVersion = cim.attribute("CIMVERSION");
     const Attribute dtdVersion = cim.attribute("DTDVERSION");
-    if (cimVersion && !hasMajor(cimVersion.value, "2")) {
+    if (cimVersion && !hasMajor(cimVersion.value, "2"))
         throw RequestRejected(501, "unsupported-cim-version", std::string(cimVersion.value));
-    }
-    if (dtdVersion && !hasMajor(dtdVersion.value, "2")) {
+    if (dtdVersion && !hasMajor(dtdVersion.value, "2"))
         throw RequestRejected(501, "unsupported-dtd-version", std::string(dtdVersion.value));
-    }
 }
 
 void checkProtocol(const Element& message, const Headers& headers) {
     const Attribute version = message.attribute("PROTOCOLVERSION");
-    if (!version) {
+    if (!version)
         return; // the element rules say so
-    }
     if (version.value != headers.protocolVersion) {
         rejectMismatch("PROTOCOLVERSION \"" + std::string(version.value) +
                        "\", CIMProtocolVersion \"" + headers.protocolVersion + "\"");
     }
-    if (!hasMajor(version.value, "1")) {
+    if (!hasMajor(version.value, "1"))
         throw RequestRejected(501, "unsupported-protocol-version", std::string(version.value));
-    }
-    if (message.child("MULTIREQ")) {
+    if (message.child("MULTIREQ"))
         rejectMismatch("MULTIREQ without CIMBatch");
-    }
 }
 
 bool equalNoCase(const std::string& a, const std::string& b) {
@@ -62,24 +57,20 @@ bool equalNoCase(const std::string& a, const std::string& b) {
 // the document may well differ, and the document is what counts.
 std::string targetOf(const Request& request) {
     std::string target = toUtf8(request.nameSpace.getString());
-    if (!request.isIntrinsic()) {
+    if (!request.isIntrinsic())
         target += ':' + toUtf8(request.className.getString());
-    }
     return target;
 }
 
 void checkHeaders(const Headers& headers, const Request& request) {
-    if (!equalNoCase(headers.method, request.method)) {
+    if (!equalNoCase(headers.method, request.method))
         rejectMismatch("call of " + request.method + ", CIMMethod \"" + headers.method + "\"");
-    }
     std::string object = headers.object;
     object.erase(0, object.substr(0, 1) == "/" ? 1 : 0);
-    if (!request.isIntrinsic()) {
+    if (!request.isIntrinsic())
         object.resize(std::min(object.find('.'), object.size()));
-    }
-    if (!equalNoCase(object, targetOf(request))) {
+    if (!equalNoCase(object, targetOf(request)))
         rejectMismatch("call to " + targetOf(request) + ", CIMObject \"" + headers.object + "\"");
-    }
 }
 
 void readTarget(Request& request) {
@@ -98,9 +89,8 @@ void readTarget(Request& request) {
 
 Request::Request(const std::string& body, const Headers& headers) : document(body) {
     const Element cim = document.root();
-    if (cim.name() != "CIM") {
+    if (cim.name() != "CIM")
         rejectNotValid("root element " + std::string(cim.name()));
-    }
     checkVersions(cim);
     const Element message = cim.child("MESSAGE");
     checkProtocol(message, headers);

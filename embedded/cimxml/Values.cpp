@@ -36,17 +36,14 @@ template <class Integer>
 bool readInteger(std::string_view text, Integer& number) {
     const bool negative = text.substr(0, 1) == "-";
     std::string_view digits = text.substr(negative || text.substr(0, 1) == "+" ? 1 : 0);
-    if (digits.substr(0, 1) == "-") {
+    if (digits.substr(0, 1) == "-")
         return false;
-    }
     const bool hexadecimal = digits.substr(0, 2) == "0x" || digits.substr(0, 2) == "0X";
-    if (!hexadecimal) {
+    if (!hexadecimal)
         return convert(negative ? text : digits, number, 10);
-    }
     digits.remove_prefix(2);
-    if (digits.substr(0, 1) == "-") {
+    if (digits.substr(0, 1) == "-")
         return false;
-    }
     return convert(negative ? "-" + std::string(digits) : std::string(digits), number, 16);
 }
 
@@ -64,9 +61,8 @@ T readScalar(std::string_view text, CIMType type) {
         return fromUtf8(text);
     } else if constexpr (std::is_same_v<T, Char16>) {
         const String character = fromUtf8(text);
-        if (character.size() != 1) {
+        if (character.size() != 1)
             throwInvalid(text, cimTypeToString(type));
-        }
         return character[0];
     } else if constexpr (std::is_same_v<T, CIMDateTime>) {
         try {
@@ -77,14 +73,12 @@ T readScalar(std::string_view text, CIMType type) {
     } else if constexpr (std::is_arithmetic_v<T>) {
         T number{};
         bool good = false;
-        if constexpr (std::is_floating_point_v<T>) {
+        if constexpr (std::is_floating_point_v<T>)
             good = readReal(trimmed(text), number);
-        } else {
+        else
             good = readInteger(trimmed(text), number);
-        }
-        if (!good) {
+        if (!good)
             throwInvalid(text, cimTypeToString(type));
-        }
         return number;
     } else {
         throwInvalid(text, cimTypeToString(type));
@@ -92,21 +86,21 @@ T readScalar(std::string_view text, CIMType type) {
 }
 
 CIMValue readScalarValue(const Element& value, CIMType type) {
-    return withTypeOf(type, [&](auto tag) {
-        return CIMValue(readScalar<typename decltype(tag)::type>(value.text(), type));
-    });
+    return withTypeOf(
+        type,
+        [&](auto tag) {
+            return CIMValue(readScalar<typename decltype(tag)::type>(value.text(), type));
+        });
 }
 
 CIMValue readArrayValue(const Element& values, CIMType type) {
-    if (values.child("VALUE.NULL")) {
+    if (values.child("VALUE.NULL"))
         throw CIMException(CIM_ERR_NOT_SUPPORTED, "VALUE.NULL in an array is not supported.");
-    }
     return withTypeOf(type, [&](auto tag) {
         using Item = typename decltype(tag)::type;
         Array<Item> elements;
-        for (const Element& value : values.children("VALUE")) {
+        for (const Element& value : values.children("VALUE"))
             elements.append(readScalar<Item>(value.text(), type));
-        }
         return CIMValue(elements);
     });
 }
@@ -116,9 +110,8 @@ CIMValue readArrayValue(const Element& values, CIMType type) {
 bool readBoolean(std::string_view text) {
     const String word = fromUtf8(trimmed(text));
     const bool isTrue = String::equalNoCase(word, "TRUE");
-    if (!isTrue && !String::equalNoCase(word, "FALSE")) {
+    if (!isTrue && !String::equalNoCase(word, "FALSE"))
         throwInvalid(text, "boolean");
-    }
     return isTrue;
 }
 
@@ -128,22 +121,18 @@ String readNumberText(std::string_view text) {
     Uint64 asUnsigned = 0;
     Real64 asReal = 0;
     if (!readInteger(number, asSigned) && !readInteger(number, asUnsigned) &&
-        !readReal(number, asReal)) {
+        !readReal(number, asReal))
         throwInvalid(text, "numeric");
-    }
     return fromUtf8(number);
 }
 
 CIMValue readValue(const Element& holder, CIMType type, bool isArray, const SoleKey& soleKey) {
-    if (const Element value = holder.child("VALUE")) {
+    if (const Element value = holder.child("VALUE"))
         return readScalarValue(value, type);
-    }
-    if (const Element values = holder.child("VALUE.ARRAY")) {
+    if (const Element values = holder.child("VALUE.ARRAY"))
         return readArrayValue(values, type);
-    }
-    if (const Element reference = holder.child("VALUE.REFERENCE")) {
+    if (const Element reference = holder.child("VALUE.REFERENCE"))
         return CIMValue(readReference(reference, soleKey));
-    }
     return CIMValue(type, isArray);
 }
 

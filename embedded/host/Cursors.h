@@ -15,9 +15,8 @@ Cursor joined(std::vector<Cursor> cursors);
 template <class T, class Change>
 Cursor mapped(Cursor cursor, Change change) {
     return [cursor = std::move(cursor), change = std::move(change)](Answered& answered) mutable {
-        if (!cursor(answered)) {
+        if (!cursor(answered))
             return false;
-        }
         change(std::get<T>(answered));
         return true;
     };
@@ -28,9 +27,8 @@ template <class Items, class Make>
 Cursor madeOf(Items items, Make make) {
     return [items = std::move(items), make = std::move(make),
             at = std::size_t{0}](Answered& answered) mutable {
-        if (at == items.size()) {
+        if (at == items.size())
             return false;
-        }
         answered = make(items[at++]);
         return true;
     };

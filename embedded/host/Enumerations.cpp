@@ -18,9 +18,8 @@ namespace {
 /// 128 bits of the system's randomness.
 std::string newContext() {
     std::array<unsigned char, 16> bytes{};
-    if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+    if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
         throw std::runtime_error("the system has no randomness");
-    }
     constexpr std::string_view digits = "0123456789abcdef";
     std::string context;
     for (const unsigned byte : bytes) {
@@ -43,9 +42,8 @@ CIMException unknownContext() {
 } // namespace
 
 bool Enumeration::next(Answered& answered) {
-    if (!hasMore()) {
+    if (!hasMore())
         return false;
-    }
     answered = std::move(*_ahead);
     _ahead.reset();
     return true;
@@ -67,9 +65,8 @@ EnumerationLease& EnumerationLease::operator=(EnumerationLease&& other) noexcept
 }
 
 EnumerationLease::~EnumerationLease() {
-    if (_enumeration == nullptr) {
+    if (_enumeration == nullptr)
         return;
-    }
     std::unique_ptr<Enumeration> removed;
     const threads::Lock lock(_all->_mutex);
     removed = _all->remove(_all->_open.find(_context));
@@ -113,13 +110,11 @@ EnumerationLease Enumerations::open(Operation operation, std::chrono::seconds ti
     auto enumeration = std::make_unique<Enumeration>(std::move(operation));
     Enumeration& opened = *enumeration;
     const threads::Lock lock(_mutex);
-    if (_open.size() >= _bounds.open) {
+    if (_open.size() >= _bounds.open)
         throw limitsExceeded("Too many enumerations are open; try again later.");
-    }
     std::size_t& ofUser = _ofUser[user];
-    if (ofUser >= _bounds.ofOneUser) {
+    if (ofUser >= _bounds.ofOneUser)
         throw limitsExceeded("Too many enumerations of this user are open; close some.");
-    }
     _open.emplace(context, Open{std::move(enumeration), timeOut});
     ++ofUser;
     return {*this, std::move(context), opened};
@@ -128,15 +123,13 @@ EnumerationLease Enumerations::open(Operation operation, std::chrono::seconds ti
 Enumerations::Table::iterator Enumerations::find(const std::string& context,
                                                  const Operation& request) {
     const auto found = _open.find(context);
-    if (found == _open.end()) {
+    if (found == _open.end())
         throw unknownContext();
-    }
     const Operation& opened = found->second.enumeration->operation();
     const bool isExpired = !found->second.isLeased && found->second.until <= _now();
     if (isExpired || opened.caller.userName != request.caller.userName ||
-        !opened.nameSpace.equal(request.nameSpace)) {
+        !opened.nameSpace.equal(request.nameSpace))
         throw unknownContext();
-    }
     return found;
 }
 
@@ -179,9 +172,8 @@ std::unique_ptr<Enumeration> Enumerations::remove(Table::iterator which) {
     _objects -= which->second.objects;
     _open.erase(which);
     const auto user = _ofUser.find(Pegasus::hosting::utf8(removed->operation().caller.userName));
-    if (--user->second == 0) {
+    if (--user->second == 0)
         _ofUser.erase(user);
-    }
     return removed;
 }
 
@@ -191,25 +183,21 @@ void Enumerations::removeExpired() {
     while (true) {
         removed.clear(); // without the lock
         const threads::Lock lock(_mutex);
-        if (_ending) {
+        if (_ending)
             return;
-        }
         bool waiting = false;
         for (auto each = _open.begin(); each != _open.end();) {
             const auto which = each++;
             waiting = waiting || !which->second.isLeased;
-            if (!which->second.isLeased && which->second.until <= _now()) {
+            if (!which->second.isLeased && which->second.until <= _now())
                 removed.push_back(remove(which));
-            }
         }
-        if (!removed.empty()) {
+        if (!removed.empty())
             continue;
-        }
-        if (waiting) {
+        if (waiting)
             _changed.waitUntil(_mutex, Clock::now() + std::chrono::seconds(1));
-        } else {
+        else
             _changed.wait(_mutex);
-        }
     }
 }
 

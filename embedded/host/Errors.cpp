@@ -15,9 +15,8 @@ namespace {
 // The text is the module's: it may be no UTF-8, of which alone a String can be made.
 Pegasus::String message(const std::exception& error) {
     const char* const what = error.what();
-    if (what == nullptr || text::findInvalidUtf8(what) == std::string_view::npos) {
+    if (what == nullptr || text::findInvalidUtf8(what) == std::string_view::npos)
         return what == nullptr ? "Unknown error." : what;
-    }
     return text::visible(what).c_str();
 }
 

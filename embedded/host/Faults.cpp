@@ -23,9 +23,8 @@ using Pegasus::hosting::operationName;
 const std::vector<OperationKind>& readBacks() {
     static const std::vector<OperationKind> all = [] {
         std::vector<OperationKind> kinds;
-        for (int i = 0; i <= static_cast<int>(OperationKind::ReferenceNames); ++i) {
+        for (int i = 0; i <= static_cast<int>(OperationKind::ReferenceNames); ++i)
             kinds.push_back(static_cast<OperationKind>(i));
-        }
         return kinds;
     }();
     return all;
@@ -45,18 +44,16 @@ std::vector<CIMStatusCode> statuses() {
     std::vector<CIMStatusCode> result;
     for (int code = 1; code <= Pegasus::CIM_ERR_SERVER_IS_SHUTTING_DOWN; ++code) {
         const auto status = static_cast<CIMStatusCode>(code);
-        if (std::strncmp(Pegasus::cimStatusCodeToString(status), "CIM_ERR_", 8) == 0) {
+        if (std::strncmp(Pegasus::cimStatusCodeToString(status), "CIM_ERR_", 8) == 0)
             result.push_back(status);
-        }
     }
     return result;
 }
 
 std::string operationList() {
     std::string result = any;
-    for (const OperationKind kind : readBacks()) {
+    for (const OperationKind kind : readBacks())
         result += std::string(", ") + operationName(kind);
-    }
     return result;
 }
 
@@ -74,25 +71,20 @@ std::string statusList() {
 }
 
 std::optional<OperationKind> readOperation(const std::string& text) {
-    if (text == any) {
+    if (text == any)
         return std::nullopt;
-    }
-    for (const OperationKind kind : readBacks()) {
-        if (sameName(text, operationName(kind))) {
+    for (const OperationKind kind : readBacks())
+        if (sameName(text, operationName(kind)))
             return kind;
-        }
-    }
     reject("no operation is called '" + text + "'", operationList());
 }
 
 CIMName readClass(const std::string& text) {
-    if (text == any) {
+    if (text == any)
         return {};
-    }
     const String name(text.c_str());
-    if (!CIMName::legal(name)) {
+    if (!CIMName::legal(name))
         reject("'" + text + "' is not a class name", "*, a class name such as CIM_Namespace");
-    }
     return CIMName(name);
 }
 
@@ -100,19 +92,16 @@ std::chrono::milliseconds readDelay(const std::string& text) {
     std::istringstream in(text);
     in.imbue(std::locale::classic());
     double seconds = -1;
-    if (!(in >> seconds) || !in.eof() || !(seconds >= 0 && seconds <= longestHang)) {
+    if (!(in >> seconds) || !in.eof() || !(seconds >= 0 && seconds <= longestHang))
         reject("'" + text + "' is not a time to hang", "0 to 3600 seconds, such as 3 or 0.5");
-    }
     return std::chrono::milliseconds(static_cast<long>(seconds * 1000));
 }
 
 CIMStatusCode readStatus(const std::string& text) {
-    for (const CIMStatusCode status : statuses()) {
+    for (const CIMStatusCode status : statuses())
         if (text == std::to_string(status) ||
-            sameName(text, Pegasus::cimStatusCodeToString(status))) {
+            sameName(text, Pegasus::cimStatusCodeToString(status)))
             return status;
-        }
-    }
     reject("'" + text + "' cannot happen",
            "empty, hang:SECONDS, STATUS or STATUS:MESSAGE with one of the statuses " +
                statusList());
@@ -130,9 +119,8 @@ void readWhat(const std::string& text, Fault& fault) {
         return;
     }
     fault.status = readStatus(text.substr(0, colon));
-    if (colon != std::string::npos) {
+    if (colon != std::string::npos)
         fault.message = text.substr(colon + 1);
-    }
 }
 
 } // namespace
@@ -140,9 +128,8 @@ void readWhat(const std::string& text, Fault& fault) {
 Fault readFault(const std::string& text) {
     const std::size_t colon = text.find(':');
     const std::size_t equals = text.find('=');
-    if (colon == std::string::npos || equals == std::string::npos || equals < colon) {
+    if (colon == std::string::npos || equals == std::string::npos || equals < colon)
         throw std::invalid_argument("OPERATION:CLASS=WHAT is expected, not '" + text + "'");
-    }
     Fault fault;
     fault.operation = readOperation(text.substr(0, colon));
     fault.className = readClass(text.substr(colon + 1, equals - colon - 1));
@@ -192,9 +179,8 @@ std::string describe(const Fault& fault) {
 Faults::Outcome Faults::meet(const Operation& operation) const {
     for (const Fault& fault : _faults) {
         if ((fault.operation && *fault.operation != operation.kind) ||
-            (!fault.className.isNull() && !fault.className.equal(operation.target()))) {
+            (!fault.className.isNull() && !fault.className.equal(operation.target())))
             continue;
-        }
         switch (fault.kind) {
         case Fault::Kind::Fails:
             throw Pegasus::CIMException(fault.status, String(fault.message.c_str()));

@@ -41,20 +41,17 @@ class Legs {
             const bool notSupported = error.getCode() == Pegasus::CIM_ERR_NOT_SUPPORTED;
             std::optional<Pegasus::CIMException>& first =
                 notSupported ? _firstNotSupported : _firstError;
-            if (!first) {
+            if (!first)
                 first = error;
-            }
         }
     }
 
     /// What the legs answered; to be called once. Throws CIMException when an error is the answer.
     Answer answer() {
-        if (_firstError) {
+        if (_firstError)
             throw Pegasus::CIMException(*_firstError);
-        }
-        if (_firstNotSupported && _answers.empty()) {
+        if (_firstNotSupported && _answers.empty())
             throw Pegasus::CIMException(*_firstNotSupported);
-        }
         return {joined(std::move(_answers)), _legs, _held};
     }
 

@@ -50,9 +50,8 @@ void LoadedProvider::create(const RegisteredModule& module) {
         _library.emplace(*file, _settings.keepLibraries);
         // An exception of the library's own type must be gone before the library is closed.
         _object = asCimErrors([&, create = _library->entryPoint()] { return create(_name.name); });
-        if (_object == nullptr) {
+        if (_object == nullptr)
             throw std::runtime_error("provider is not a CIMProvider.");
-        }
     } catch (const std::runtime_error& error) {
         throw failed("ProviderLoadFailure (" + file->string() + ":" + utf8(_name.name) +
                      "):" + error.what());

@@ -21,17 +21,15 @@ void requireWhole(const std::filesystem::path& file) {
     ElfW(Ehdr) header{};
     if (!in.read(reinterpret_cast<char*>(&header), sizeof header) ||
         std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
-        header.e_ident[EI_CLASS] != (sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32)) {
+        header.e_ident[EI_CLASS] != (sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32))
         return;
-    }
     const std::uintmax_t size = std::filesystem::file_size(file);
     in.seekg(static_cast<std::streamoff>(header.e_phoff));
     for (unsigned i = 0; i < header.e_phnum; ++i) {
         ElfW(Phdr) segment{};
         if (!in.read(reinterpret_cast<char*>(&segment), sizeof segment) ||
-            segment.p_filesz > size || segment.p_offset > size - segment.p_filesz) {
+            segment.p_filesz > size || segment.p_offset > size - segment.p_filesz)
             throw std::runtime_error(cannotLoad + file.string() + ": file is cut off");
-        }
     }
 }
 
@@ -56,9 +54,8 @@ findLibrary(const std::vector<std::filesystem::path>& directories, const std::st
     for (const std::filesystem::path& directory : directories) {
         const std::filesystem::path file = directory / libraryFileName(location);
         std::error_code unreadable;
-        if (std::filesystem::exists(file, unreadable)) {
+        if (std::filesystem::exists(file, unreadable))
             return file;
-        }
     }
     return std::nullopt;
 }
@@ -68,16 +65,14 @@ ProviderLibrary::ProviderLibrary(const std::filesystem::path& file, bool keepOpe
 }
 
 ProviderLibrary::~ProviderLibrary() {
-    if (!_keepOpen) {
+    if (!_keepOpen)
         dlclose(_handle);
-    }
 }
 
 ProviderLibrary::CreateProvider ProviderLibrary::entryPoint() const {
     void* const symbol = dlsym(_handle, "PegasusCreateProvider");
-    if (symbol == nullptr) {
+    if (symbol == nullptr)
         throw std::runtime_error("entry point not found.");
-    }
     return reinterpret_cast<CreateProvider>(symbol);
 }
 

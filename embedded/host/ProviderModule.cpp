@@ -68,9 +68,8 @@ class ModuleProvider : public Provider {
 
     void call(const CIMName& className,
               const std::function<void(Pegasus::CIMProvider&)>& use) override {
-        if (_registered.stopped) {
+        if (_registered.stopped)
             throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "provider blocked.");
-        }
         const ModuleStay stay(_name.module, className);
         const Use inUse(*this, className.getString());
         use(_loaded->object());
@@ -78,9 +77,8 @@ class ModuleProvider : public Provider {
 
     /// REQUIRES: the order is closed, so that no new request comes. False: it was not free in time.
     bool unload(Clock::time_point until) EXCLUDES(_order.mutex) {
-        if (!isFree(until)) {
+        if (!isFree(until))
             return false;
-        }
         const ModuleStay stay(_name.module, CIMName());
         _loaded.reset();
         return true;
@@ -117,15 +115,12 @@ class ModuleProvider : public Provider {
 
     Calls::iterator enter(const String& className) EXCLUDES(_order.mutex) {
         const Lock lock(_order.mutex);
-        while (_loader != std::thread::id()) {
+        while (_loader != std::thread::id())
             waitForLoader();
-        }
-        if (_order.closed) {
+        if (_order.closed)
             throw CIMException(CIM_ERR_FAILED, "The CIM server is shutting down.");
-        }
-        if (!_loaded) {
+        if (!_loaded)
             load();
-        }
         const Calls::iterator call = begin(className);
         ++_users;
         return call;
@@ -168,9 +163,8 @@ class ModuleProvider : public Provider {
                                    String("\" is being initialized and waits for this request."));
         }
         _order.waiting[std::this_thread::get_id()] = this;
-        while (_loader != std::thread::id()) {
+        while (_loader != std::thread::id())
             _order.changed.wait(_order.mutex);
-        }
         _order.waiting.erase(std::this_thread::get_id());
     }
 
@@ -179,13 +173,11 @@ class ModuleProvider : public Provider {
     bool loaderWaitsForThisThread() const REQUIRES(_order.mutex) LOCKING_UNCHECKED {
         const ModuleProvider* provider = this;
         for (;;) {
-            if (provider->_loader == std::this_thread::get_id()) {
+            if (provider->_loader == std::this_thread::get_id())
                 return true;
-            }
             const auto next = _order.waiting.find(provider->_loader);
-            if (next == _order.waiting.end()) {
+            if (next == _order.waiting.end())
                 return false;
-            }
             provider = next->second;
         }
     }
@@ -205,18 +197,16 @@ class ModuleProvider : public Provider {
 
 void addModule(std::vector<const Module*>& modules, const Provider* provider) {
     if (provider != nullptr &&
-        std::find(modules.begin(), modules.end(), &provider->module()) == modules.end()) {
+        std::find(modules.begin(), modules.end(), &provider->module()) == modules.end())
         modules.push_back(&provider->module());
-    }
 }
 
 ProviderModules::ProviderModules(Registration registration, ModuleSettings settings)
     : _registration(std::move(registration)), _settings(std::move(settings)),
       _order(std::make_unique<LoadingOrder>()) {
     const auto& registered = _registration.modules();
-    for (const auto& [name, module] : registered) {
+    for (const auto& [name, module] : registered)
         _modules.push_back({static_cast<unsigned>(_modules.size()), name});
-    }
     for (const ProviderName& name : _registration.providers()) {
         const auto module = registered.find(name.module);
         const auto number = static_cast<std::size_t>(std::distance(registered.begin(), module));
@@ -237,9 +227,8 @@ Provider* ProviderModules::find(const Pegasus::CIMNamespaceName& nameSpace,
 
 bool ProviderModules::unloadAll(Clock::time_point until) {
     bool all = _order->close(until);
-    while (ModuleProvider* const last = _order->takeLast()) {
+    while (ModuleProvider* const last = _order->takeLast())
         all = last->unload(until) && all;
-    }
     return all;
 }
 

@@ -46,9 +46,8 @@ void require(const CIMInstance& instance, std::initializer_list<const char*> pro
 
 std::string joined(const std::array<const char*, supportedInterfaceVersions.size()>& texts) {
     std::string all;
-    for (const char* text : texts) {
+    for (const char* text : texts)
         all += (all.empty() ? "" : ", ") + std::string(text);
-    }
     return all;
 }
 
@@ -116,13 +115,11 @@ class Registration::Reader {
             throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
                         joined(supportedInterfaceVersions) + ".");
         }
-        if (numberOf(instance, "UserContext") == designatedUser) {
+        if (numberOf(instance, "UserContext") == designatedUser)
             require(instance, {"DesignatedUserContext"});
-        }
         RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location"))};
-        for (const Uint16 status : numbersOf(instance, "OperationalStatus")) {
+        for (const Uint16 status : numbersOf(instance, "OperationalStatus"))
             module.stopped = module.stopped || status == statusStopped;
-        }
         _registration._modules.emplace(module.name, module);
     }
 
@@ -130,9 +127,8 @@ class Registration::Reader {
         require(instance, {"ProviderModuleName", "Name"});
         const ProviderName provider{stringOf(instance, "ProviderModuleName"),
                                     stringOf(instance, "Name")};
-        if (_registration._modules.count(provider.module) == 0) {
+        if (_registration._modules.count(provider.module) == 0)
             throw Fault("The provider module \"" + utf8(provider.module) + "\" is not registered.");
-        }
         _registration._providers.push_back(provider);
         _known.insert(provider);
     }
@@ -148,27 +144,22 @@ class Registration::Reader {
         }
         const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
         // All or nothing: an instance with one fault gives no capability at all.
-        for (const Capability& capability : wanted) {
+        for (const Capability& capability : wanted)
             requireFree(capability);
-        }
-        for (const Capability& capability : wanted) {
-            if (_registration.locate(capability) == nullptr) { // not given twice
+        for (const Capability& capability : wanted)
+            if (_registration.locate(capability) == nullptr) // not given twice
                 _registration.add(capability);
-            }
-        }
     }
 
     static std::vector<Capability> capabilitiesOf(const CIMInstance& instance,
                                                   const ProviderName& provider) {
         const String className = stringOf(instance, "ClassName");
-        if (!CIMName::legal(className)) {
+        if (!CIMName::legal(className))
             throw Fault("ClassName \"" + utf8(className) + "\" is not a class name.");
-        }
         std::vector<Capability> all;
         for (const String& nameSpace : stringsOf(instance, "Namespaces")) {
-            if (!CIMNamespaceName::legal(nameSpace)) {
+            if (!CIMNamespaceName::legal(nameSpace))
                 throw Fault("Namespaces: \"" + utf8(nameSpace) + "\" is not a namespace name.");
-            }
             for (const Uint16 type : numbersOf(instance, "ProviderType")) {
                 all.push_back(
                     {CIMNamespaceName(nameSpace), CIMName(className), routedType(type), provider});
@@ -179,9 +170,8 @@ class Registration::Reader {
 
     void requireFree(const Capability& wanted) const {
         const Capability* const taken = _registration.locate(wanted);
-        if (taken == nullptr) {
+        if (taken == nullptr)
             return;
-        }
         const Capability& holder = *taken;
         throw Fault(
             "A provider is already registered for the specified capability. (" +
@@ -223,11 +213,9 @@ void Registration::addLinked(const repository::View& view, const ProviderName& p
         });
     };
     for (const CIMNamespaceName& nameSpace : view.nameSpaces()) {
-        for (const CIMName& className : classNames) {
-            if (view.hasClass(nameSpace, className) && !taken(nameSpace, className)) {
+        for (const CIMName& className : classNames)
+            if (view.hasClass(nameSpace, className) && !taken(nameSpace, className))
                 add({nameSpace, className, ProviderType::Instance, provider});
-            }
-        }
     }
     if (_capabilities.size() != before) {
         _modules.insert_or_assign(provider.module,
@@ -247,9 +235,8 @@ const Capability* Registration::locate(const CIMNamespaceName& nameSpace, const 
     for (auto each = first; each != last; ++each) {
         const Capability& capability = _capabilities[each->second];
         if (capability.type == type && capability.className.equal(className) &&
-            capability.nameSpace.equal(nameSpace)) {
+            capability.nameSpace.equal(nameSpace))
             return &capability;
-        }
     }
     return nullptr;
 }

@@ -43,15 +43,12 @@ class Check {
           _findings(registration.findings()) {}
 
     std::vector<Finding> run() {
-        for (const Capability& capability : _registration.capabilities()) {
+        for (const Capability& capability : _registration.capabilities())
             checkCapability(capability);
-        }
-        for (const ProviderName& provider : _registration.providers()) {
+        for (const ProviderName& provider : _registration.providers())
             checkUsed(provider);
-        }
-        for (const auto& [name, module] : _registration.modules()) {
+        for (const auto& [name, module] : _registration.modules())
             checkModule(module);
-        }
         return std::move(_findings);
     }
 
@@ -79,11 +76,9 @@ class Check {
 
     std::string whereDefined(const CIMName& className) const {
         std::string places;
-        for (const CIMNamespaceName& nameSpace : _view.nameSpaces()) {
-            if (_view.hasClass(nameSpace, className)) {
+        for (const CIMNamespaceName& nameSpace : _view.nameSpaces())
+            if (_view.hasClass(nameSpace, className))
                 places += (places.empty() ? "" : ", ") + text(nameSpace);
-            }
-        }
         return places.empty() ? "no namespace does: load its MOF, or correct the name."
                               : "it is defined in " + places + ".";
     }
@@ -92,9 +87,8 @@ class Check {
         const auto& all = _registration.capabilities();
         if (std::none_of(all.begin(), all.end(), [&](const Capability& capability) {
                 return !(capability.provider < provider) && !(provider < capability.provider);
-            })) {
+            }))
             problem(text(provider) + ": no capabilities are registered for it; it is never asked.");
-        }
     }
 
     void checkModule(const RegisteredModule& module) {
@@ -110,9 +104,8 @@ class Check {
         const auto file = findLibrary(_directories, module.location);
         if (!file) {
             std::string searched;
-            for (const std::filesystem::path& directory : _directories) {
+            for (const std::filesystem::path& directory : _directories)
                 searched += (searched.empty() ? "" : ", ") + directory.string();
-            }
             problem(what + ": " + libraryFileName(module.location) + " was not found in " +
                     (searched.empty() ? "any directory: none is given." : searched + "."));
             return;

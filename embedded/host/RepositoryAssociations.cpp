@@ -51,15 +51,15 @@ bool hasRole(const CIMName& role, const String& wanted) {
 
 template <class Ends>
 bool hasEndOf(const Ends& ends, const String& role) {
-    return std::any_of(ends.begin(), ends.end(),
-                       [&](const auto& end) { return hasRole(end.first, role); });
+    return std::any_of(
+        ends.begin(), ends.end(), [&](const auto& end) { return hasRole(end.first, role); });
 }
 
 template <class Ends, class IsNear>
 bool hasNearEnd(const Ends& ends, const String& role, IsNear isNear) {
-    return std::any_of(ends.begin(), ends.end(), [&](const auto& end) {
-        return hasRole(end.first, role) && isNear(end.second);
-    });
+    return std::any_of(
+        ends.begin(), ends.end(),
+        [&](const auto& end) { return hasRole(end.first, role) && isNear(end.second); });
 }
 
 /// Calls `visit` with each target that an association links to its end at `near`. The ends are told
@@ -67,15 +67,12 @@ bool hasNearEnd(const Ends& ends, const String& role, IsNear isNear) {
 template <class Ends, class IsResult, class Visit>
 void forEachFarTarget(const Ends& ends, std::size_t near, const TraversalFilters& filters,
                       IsResult isResult, Visit visit) {
-    if (!hasRole(ends[near].first, filters.role)) {
+    if (!hasRole(ends[near].first, filters.role))
         return;
-    }
-    for (std::size_t far = 0; far < ends.size(); ++far) {
+    for (std::size_t far = 0; far < ends.size(); ++far)
         if (far != near && hasRole(ends[far].first, filters.resultRole) &&
-            isResult(ends[far].second)) {
+            isResult(ends[far].second))
             visit(ends[far].second);
-        }
-    }
 }
 
 /// Adds to `targets` what one association links to its near end.
@@ -85,8 +82,8 @@ void addFarTargets(const std::vector<std::pair<CIMName, Target>>& ends,
                    EachOnce<Target>& targets) {
     for (std::size_t near = 0; near < ends.size(); ++near) {
         if (isNear(ends[near].second)) {
-            forEachFarTarget(ends, near, filters, isResult,
-                             [&](const Target& target) { targets.add(target); });
+            forEachFarTarget(
+                ends, near, filters, isResult, [&](const Target& target) { targets.add(target); });
         }
     }
 }
@@ -109,19 +106,17 @@ RepositoryAssociations::referrers(const Names& classes,
     std::vector<StoredInstance> found;
     for (const CIMName& className : classes) {
         const auto ends = _view.references(_nameSpace, className);
-        if (hasEndOf(ends, _filters.role) && hasEndOf(ends, _filters.resultRole)) {
-            for (StoredInstance& each : _view.referrers(_nameSpace, className, _source, isWanted)) {
+        if (hasEndOf(ends, _filters.role) && hasEndOf(ends, _filters.resultRole))
+            for (StoredInstance& each : _view.referrers(_nameSpace, className, _source, isWanted))
                 found.push_back(std::move(each));
-            }
-        }
     }
     return found;
 }
 
 std::vector<StoredInstance> RepositoryAssociations::instances(const Names& classes) const {
-    return referrers(classes, [&](const References& ends, std::size_t near) {
-        return hasRole(ends[near].first, _filters.role);
-    });
+    return referrers(
+        classes, [&](const References& ends,
+                     std::size_t near) { return hasRole(ends[near].first, _filters.role); });
 }
 
 std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& classes) const {

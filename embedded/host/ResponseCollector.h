@@ -47,22 +47,18 @@ class ResponseCollector : public Handler {
     void processing() override {}
 
     void deliver(const Object& object) override {
-        if (_expected == Expected::One && (_pending.size() != 0 || _objects.size() != 0)) {
+        if (_expected == Expected::One && (_pending.size() != 0 || _objects.size() != 0))
             throw failed("Too many objects delivered.");
-        }
-        if (isUninitialized(object)) {
+        if (isUninitialized(object))
             throw failed("The object is not initialized.");
-        }
         _pending.append(ownCopy(object));
-        if (_expected == Expected::Any && _pending.size() == chunk) {
+        if (_expected == Expected::Any && _pending.size() == chunk)
             flush();
-        }
     }
 
     void deliver(const Pegasus::Array<Object>& objects) override {
-        for (Pegasus::Uint32 i = 0; i < objects.size(); ++i) {
+        for (Pegasus::Uint32 i = 0; i < objects.size(); ++i)
             deliver(objects[i]);
-        }
     }
 
     void complete() override {

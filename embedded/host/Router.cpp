@@ -32,12 +32,10 @@ namespace {
 
 /// The one object of `collector`, which a provider may have failed to deliver.
 CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath& path) {
-    if (collector.completedEmpty()) {
+    if (collector.completedEmpty())
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, String());
-    }
-    if (collector.objects().size() == 0) {
+    if (collector.objects().size() == 0)
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, localPath(path).toString());
-    }
     return collector.objects()[0];
 }
 
@@ -49,9 +47,8 @@ std::optional<CIMValue> valueOf(const CIMInstance& instance, const CIMName& prop
 
 /// What an instance answers to a GetProperty.
 Cursor cursorOverValue(const std::optional<CIMValue>& value, const Operation& operation) {
-    if (!value) {
+    if (!value)
         throw CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, operation.memberName.getString());
-    }
     return cursorOver(*value);
 }
 
@@ -84,9 +81,8 @@ void requireRole(const Operation& operation) {
                         operation.kind == OperationKind::ModifyInstance ||
                         operation.kind == OperationKind::DeleteInstance;
     const Caller& caller = operation.caller;
-    if (!writes || caller.mayWrite) {
+    if (!writes || caller.mayWrite)
         return;
-    }
     throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED,
                        caller.userName.size() == 0
                            ? String("Only a user with the role write may change something.")
@@ -135,16 +131,14 @@ Plan Router::plan(const Operation& operation) {
 }
 
 void Router::Question::requireNameSpace() const {
-    if (!view.hasNameSpace(operation.nameSpace)) {
+    if (!view.hasNameSpace(operation.nameSpace))
         throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, operation.nameSpace.getString());
-    }
 }
 
 void Router::Question::requireClass(const CIMName& className) const {
     requireNameSpace();
-    if (!view.hasClass(operation.nameSpace, className)) {
+    if (!view.hasClass(operation.nameSpace, className))
         throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
-    }
 }
 
 Provider* Router::providerOf(const Question& question, const CIMName& className) const {
@@ -252,9 +246,11 @@ Plan Router::planWrite(const Question& question) {
     }
     question.requireClass(className);
     if (provider != nullptr) {
-        return planned({&provider->module()}, [this, &operation, provider, objectName] {
-            return askToWrite(operation, *provider, requestPath(operation, objectName));
-        });
+        return planned(
+            {&provider->module()},
+            [this, &operation, provider, objectName] {
+                return askToWrite(operation, *provider, requestPath(operation, objectName));
+            });
     }
     requireWritable(question, className);
     return planned({}, [this, &operation]() -> Answer {
@@ -291,9 +287,8 @@ Answer Router::askToWrite(const Operation& operation, Provider& provider,
                 return asked.deleteInstance(context, path, done);
             }
         });
-    if (operation.kind != OperationKind::CreateInstance) {
+    if (operation.kind != OperationKind::CreateInstance)
         return {};
-    }
     // A provider that names nothing has still created something.
     return {cursorOver(created.objects().size() == 0 ? CIMObjectPath() : created.objects()[0])};
 }
@@ -304,13 +299,11 @@ Plan Router::planEnumeration(const Question& question) const {
     const auto& [operation, view] = question;
     question.requireClass(operation.className);
     std::vector<Source> sources{{operation.className, providerOf(question, operation.className)}};
-    for (const CIMName& name : view.subClassNames(operation.nameSpace, operation.className, true)) {
+    for (const CIMName& name : view.subClassNames(operation.nameSpace, operation.className, true))
         sources.push_back({name, providerOf(question, name)});
-    }
     std::vector<const Module*> modules;
-    for (const Source& source : sources) {
+    for (const Source& source : sources)
         addModule(modules, source.provider);
-    }
     // Without deep inheritance instances of subclasses show the properties that the class
     // asked for has, no more. Nobody after this one knows that list, so it is applied here.
     const bool ofThisClass = operation.kind == OperationKind::EnumerateInstances &&
@@ -326,22 +319,18 @@ Plan Router::planEnumeration(const Question& question) const {
         CIMPropertyList list =
             ofThisClass && entersModules ? ownProperties() : question.operation.propertyList;
         Legs legs;
-        for (const Source& source : sources) {
+        for (const Source& source : sources)
             legs.add([&] { return enumerated(question, source, list); });
-        }
         Answer answer = legs.answer();
-        if (ofThisClass) {
+        if (ofThisClass)
             answer.next = mapped<CIMInstance>(std::move(answer.next),
                                               [list, ownProperties](CIMInstance& instance) mutable {
-                                                  if (list.isNull()) {
+                                                  if (list.isNull())
                                                       list = ownProperties();
-                                                  }
                                                   instance = withProperties(instance, list);
                                               });
-        }
-        if (question.operation.fullPaths) {
+        if (question.operation.fullPaths)
             answer.next = completed(question.operation, std::move(answer.next));
-        }
         return answer;
     });
 }
@@ -363,13 +352,12 @@ Leg Router::enumerated(const Question& question, const Source& source,
     InstanceCollector instances(Expected::Any);
     callProvider<CIMInstanceProvider>(*source.provider, source.className,
                                       [&, &operation = operation](CIMInstanceProvider& asked) {
-                                          if (names) {
+                                          if (names)
                                               asked.enumerateInstanceNames(context, path, paths);
-                                          } else {
+                                          else
                                               asked.enumerateInstances(
                                                   context, path, operation.includeQualifiers,
                                                   operation.includeClassOrigin, list, instances);
-                                          }
                                       });
     return names ? legOver(paths.objects()) : legOver(instances.objects());
 }

@@ -28,9 +28,8 @@ namespace {
 using Names = RepositoryAssociations::Names;
 
 void requireRole(const char* parameter, const String& role) {
-    if (role.size() != 0 && !CIMName::legal(role)) {
+    if (role.size() != 0 && !CIMName::legal(role))
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String(parameter) + " " + role);
-    }
 }
 
 /// Whether the far ends of associations are asked for, or else the associations themselves.
@@ -45,9 +44,11 @@ Cursor classesAt(const Operation& operation, const repository::View& view,
     Names found = asksForFarEnds(operation) ? associations.farClasses(candidates)
                                             : associations.associationClasses(candidates);
     if (returnsPaths(operation.kind)) {
-        return madeOf(std::move(found), [](const CIMName& name) {
-            return CIMObjectPath(String(), Pegasus::CIMNamespaceName(), name);
-        });
+        return madeOf(
+            std::move(found),
+            [](const CIMName& name) {
+                return CIMObjectPath(String(), Pegasus::CIMNamespaceName(), name);
+            });
     }
     return madeOf(std::move(found), [&operation, view](const CIMName& name) {
         return CIMObject(view.getClass(operation.nameSpace, name, false,
@@ -81,9 +82,8 @@ Plan Router::planTraversal(const Question& question) {
         view.associationClassNames(operation.nameSpace, operation.objectName.getClassName(),
                                    farEnds ? operation.assocClass : operation.resultClass);
     const CIMName resultClass = farEnds ? operation.resultClass : CIMName();
-    if (!resultClass.isNull()) {
+    if (!resultClass.isNull())
         question.requireClass(resultClass);
-    }
     const RepositoryAssociations associations(view, operation.nameSpace, operation.objectName,
                                               {resultClass, operation.role, operation.resultRole});
     if (operation.objectName.getKeyBindings().size() == 0) {
@@ -93,28 +93,24 @@ Plan Router::planTraversal(const Question& question) {
 
     std::vector<Source> served;
     Names unserved;
-    for (const CIMName& candidate : candidates) {
+    for (const CIMName& candidate : candidates)
         if (Provider* const provider =
-                _modules.find(operation.nameSpace, candidate, ProviderType::Association)) {
+                _modules.find(operation.nameSpace, candidate, ProviderType::Association))
             served.push_back({candidate, provider});
-        } else {
+        else
             unserved.push_back(candidate);
-        }
-    }
     std::vector<StoredInstance> stored;
     std::vector<CIMObjectPath> farPaths;
     if (farEnds) {
         farPaths = associations.farInstances(unserved);
-        for (CIMObjectPath& path : farPaths) {
+        for (CIMObjectPath& path : farPaths)
             complete(operation, path);
-        }
     } else {
         stored = associations.instances(unserved);
     }
     std::vector<const Module*> modules;
-    for (const Source& source : served) {
+    for (const Source& source : served)
         addModule(modules, source.provider);
-    }
     if (operation.kind == OperationKind::Associators) {
         for (const CIMObjectPath& path : farPaths) {
             addModule(modules, _modules.find(path.getNameSpace(), path.getClassName(),
@@ -146,9 +142,8 @@ Plan Router::planTraversal(const Question& question) {
                                     held};
                         }
                     });
-                    for (const Source& source : served) {
+                    for (const Source& source : served)
                         legs.add([&] { return traversed(asked, source); });
-                    }
                     Answer answer = legs.answer();
                     answer.next = completed(asked, std::move(answer.next));
                     return answer;
@@ -196,15 +191,13 @@ Leg Router::instanceObjects(const Question& question, const std::vector<CIMObjec
         const Question there{get, question.view};
         try {
             there.requireClass(path.getClassName());
-            if (providerOf(there, path.getClassName()) == nullptr) {
+            if (providerOf(there, path.getClassName()) == nullptr)
                 found.push_back({path, question.view.getInstance(get.nameSpace, path), {}});
-            } else {
+            else
                 found.push_back({path, std::nullopt, onlyOf<CIMInstance>(perform(get))});
-            }
         } catch (const CIMException& error) {
-            if (error.getCode() != Pegasus::CIM_ERR_NOT_FOUND) {
+            if (error.getCode() != Pegasus::CIM_ERR_NOT_FOUND)
                 throw;
-            }
         }
     }
     const std::size_t held = found.size();
@@ -213,19 +206,17 @@ Leg Router::instanceObjects(const Question& question, const std::vector<CIMObjec
 
 /// Host and namespace are put in where a path has none; others stay, right or wrong.
 void Router::complete(const Operation& operation, CIMObjectPath& path) const {
-    if (path.getHost().size() == 0) {
+    if (path.getHost().size() == 0)
         path.setHost(_hostName);
-    }
-    if (path.getNameSpace().isNull()) {
+    if (path.getNameSpace().isNull())
         path.setNameSpace(operation.nameSpace);
-    }
 }
 
 Cursor Router::completed(const Operation& operation, Cursor cursor) const {
     if (returnsPaths(operation.kind)) {
-        return mapped<CIMObjectPath>(std::move(cursor), [this, &operation](CIMObjectPath& path) {
-            complete(operation, path);
-        });
+        return mapped<CIMObjectPath>(
+            std::move(cursor),
+            [this, &operation](CIMObjectPath& path) { complete(operation, path); });
     }
     const auto completeObject = [this, &operation](auto& object) {
         CIMObjectPath path = object.getPath();

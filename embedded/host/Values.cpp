@@ -27,9 +27,8 @@ bool is(const CIMValue& value, Pegasus::CIMType type, bool array) {
 template <class T>
 std::optional<T> scalar(const CIMInstance& instance, const char* property, Pegasus::CIMType type) {
     const CIMValue value = valueOf(instance, property);
-    if (!is(value, type, false)) {
+    if (!is(value, type, false))
         return std::nullopt;
-    }
     T result{};
     value.get(result);
     return result;
@@ -42,9 +41,8 @@ std::vector<T> array(const CIMInstance& instance, const char* property, Pegasus:
     if (is(value, type, true)) {
         Array<T> items;
         value.get(items);
-        for (Uint32 i = 0; i < items.size(); ++i) {
+        for (Uint32 i = 0; i < items.size(); ++i)
             result.push_back(items[i]);
-        }
     }
     return result;
 }
@@ -76,14 +74,12 @@ CIMInstance withProperties(const CIMInstance& instance,
                            const Pegasus::CIMPropertyList& propertyList) {
     CIMInstance result(instance.getClassName());
     result.setPath(instance.getPath());
-    for (Uint32 i = 0; i < instance.getQualifierCount(); ++i) {
+    for (Uint32 i = 0; i < instance.getQualifierCount(); ++i)
         result.addQualifier(instance.getQualifier(i).clone());
-    }
     for (Uint32 i = 0; i < propertyList.size(); ++i) {
         const Uint32 position = instance.findProperty(propertyList[i]);
-        if (position != PEG_NOT_FOUND) {
+        if (position != PEG_NOT_FOUND)
             result.addProperty(instance.getProperty(position).clone());
-        }
     }
     return result;
 }

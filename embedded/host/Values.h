@@ -29,9 +29,8 @@ std::vector<Pegasus::Uint16> numbersOf(const Pegasus::CIMInstance& instance, con
 template <class T>
 Pegasus::Array<T> arrayOf(const std::vector<T>& items) {
     Pegasus::Array<T> array;
-    for (const T& item : items) {
+    for (const T& item : items)
         array.append(item);
-    }
     return array;
 }
 

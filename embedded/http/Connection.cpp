@@ -569,11 +569,13 @@ void Connection::readingFailed(const Error& error) {
 }
 
 void Connection::later(Step next) {
-    asio::post(_stream.get_executor(), [self = shared_from_this(), next] {
-        // Not tested: the server has closed it between two pieces.
-        if (self->_state != State::Closed)
-            self->attempt([&] { (*self.*next)(); });
-    });
+    asio::post(
+        _stream.get_executor(),
+        [self = shared_from_this(), next] {
+            // Not tested: the server has closed it between two pieces.
+            if (self->_state != State::Closed)
+                self->attempt([&] { (*self.*next)(); });
+        });
 }
 
 // The timer is left alone while it ends before the deadline does: most deadlines are replaced by

@@ -156,26 +156,30 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
     void stop(std::chrono::seconds grace) {
-        asio::post(_threads.front()->io(), onReserve(_stopMemory, [this, grace] {
-                       _stopping = true;
-                       Error ignored;
-                       for (tcp::acceptor& acceptor : _acceptors)
-                           acceptor.close(ignored);
-                       _pause->cancel(ignored);
-                       try {
-                           _grace->expires_after(grace);
-                           _grace->async_wait([this](const Error& error) {
-                               if (!error)
-                                   end();
-                           });
-                       } catch (...) { // without memory for it there is no time to grant
-                           end();
-                       }
-                       for (const auto& thread : _threads)
-                           asio::post(thread->io(), onReserve(thread->_stopMemory,
-                                                              [&thread] { thread->stop(); }));
-                       endIfIdle();
-                   }));
+        asio::post(_threads.front()->io(),
+                   onReserve(
+                       _stopMemory,
+                       [this, grace] {
+                           _stopping = true;
+                           Error ignored;
+                           for (tcp::acceptor& acceptor : _acceptors)
+                               acceptor.close(ignored);
+                           _pause->cancel(ignored);
+                           try {
+                               _grace->expires_after(grace);
+                               _grace->async_wait([this](const Error& error) {
+                                   if (!error)
+                                       end();
+                               });
+                           } catch (...) { // without memory for it there is no time to grant
+                               end();
+                           }
+                           for (const auto& thread : _threads)
+                               asio::post(thread->io(),
+                                          onReserve(
+                                              thread->_stopMemory, [&thread] { thread->stop(); }));
+                           endIfIdle();
+                       }));
     }
 
   private:
@@ -336,39 +340,43 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         // On any thread, as all up to finish().
         void start(const std::shared_ptr<Work>& work,
                    const std::shared_ptr<Connection>& connection) noexcept {
-            asio::post(
-                _server._workers->io(), onReserve(connection->memory(), [this, work, connection] {
-                    Answer answer = _server.guarded(*connection, work->make);
-                    work->make = nullptr; // what it holds may be large, or be wanted elsewhere
-                    work->late = nullptr;
-                    _server._lanes.leave(work->lanes);
-                    finish(std::move(answer), connection);
-                }));
+            asio::post(_server._workers->io(),
+                       onReserve(
+                           connection->memory(),
+                           [this, work, connection] {
+                               Answer answer = _server.guarded(*connection, work->make);
+                               work->make =
+                                   nullptr; // what it holds may be large, or be wanted elsewhere
+                               work->late = nullptr;
+                               _server._lanes.leave(work->lanes);
+                               finish(std::move(answer), connection);
+                           }));
         }
 
         void giveUp(const Work& work, const std::shared_ptr<Connection>& connection) noexcept {
-            finish(_server.guarded(*connection,
-                                   [&]() -> Answer {
-                                       _server.log("waited too long",
-                                                   "given up, " + connection->asked() +
-                                                       ": no place for it in time");
-                                       return work.late ? work.late() : unavailable();
-                                   }),
+            finish(_server.guarded(
+                       *connection,
+                       [&]() -> Answer {
+                           _server.log("waited too long", "given up, " + connection->asked() +
+                                                              ": no place for it in time");
+                           return work.late ? work.late() : unavailable();
+                       }),
                    connection);
         }
 
         void finish(Answer answer, const std::shared_ptr<Connection>& connection) noexcept {
-            asio::post(_io, onReserve(connection->memory(), [this, answer = std::move(answer),
-                                                             connection]() mutable {
-                           connection->attempt([&] {
-                               if (Reply* reply = std::get_if<Reply>(&answer))
-                                   connection->respond(std::move(*reply));
-                               else
-                                   handOver(std::get<Work>(std::move(answer)), connection);
-                           });
-                           --_server._handling;
-                           _server.endIfIdle();
-                       }));
+            asio::post(_io, onReserve(
+                                connection->memory(),
+                                [this, answer = std::move(answer), connection]() mutable {
+                                    connection->attempt([&] {
+                                        if (Reply* reply = std::get_if<Reply>(&answer))
+                                            connection->respond(std::move(*reply));
+                                        else
+                                            handOver(std::get<Work>(std::move(answer)), connection);
+                                    });
+                                    --_server._handling;
+                                    _server.endIfIdle();
+                                }));
         }
 
         void closeAll(void (Connection::*how)()) noexcept {
@@ -592,7 +600,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 break;
             first->setGivingWay(true);
             try {
-                asio::post(where->io(), [first] { first->attempt([&] { first->giveWay(); }); });
+                asio::post(
+                    where->io(), [first] { first->attempt([&] { first->giveWay(); }); });
             } catch (...) {
                 first->setGivingWay(false);
                 throw;

@@ -33,12 +33,11 @@ class Decoder {
     std::string decode() {
         std::string out;
         const std::size_t end = _literal.size() - 1;
-        while (_at < end) {
+        while (_at < end)
             if (_literal[_at] == '\\')
                 decodeEscape(out);
             else
                 out += _literal[_at++];
-        }
         return out;
     }
 

@@ -134,10 +134,9 @@ void Reading::pragma(const std::string& name, const std::string& value, const Lo
 void Reading::include(const std::string& value, const Location& where) {
     const fs::path file = findInclude(value, where);
     const fs::path canonical = canonicalName(file);
-    for (const OpenFile& open : _open) {
+    for (const OpenFile& open : _open)
         if (open.canonical == canonical)
             refuseInclude(value, "that file is still being read, it includes itself", where);
-    }
     if (_open.size() > deepestInclude)
         refuseInclude(value, "includes nest deeper than " + std::to_string(deepestInclude), where);
     if (_filesRead >= mostFiles)

@@ -19,9 +19,8 @@ std::string words(const mof::ClassDeclaration& declaration) {
 /// Null for a root.
 const ClassNode* superclassOf(const mof::ClassDeclaration& declaration,
                               const NameSpace& nameSpace) {
-    if (declaration.superclass.empty()) {
+    if (declaration.superclass.empty())
         return nullptr;
-    }
     const ClassNode* found = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
     if (!found) {
         throw mof::MofError(declaration.where, words(declaration) + ": its superclass " +
@@ -36,13 +35,11 @@ const ClassNode* superclassOf(const mof::ClassDeclaration& declaration,
 /// classes; what its superclass is, it is too.
 CIMScope scopeOf(const mof::ClassDeclaration& declaration, const ClassNode* superclass) {
     if (isSwitchedOn(declaration.qualifiers, "association") ||
-        (superclass && superclass->head.isAssociation())) {
+        (superclass && superclass->head.isAssociation()))
         return CIMScope::ASSOCIATION;
-    }
     if (isSwitchedOn(declaration.qualifiers, "indication") ||
-        (superclass && isSet(superclass->head, "Indication"))) {
+        (superclass && isSet(superclass->head, "Indication")))
         return CIMScope::INDICATION;
-    }
     return CIMScope::CLASS;
 }
 
@@ -67,11 +64,9 @@ void checkAssociation(const mof::ClassDeclaration& declaration, const ClassNode&
 template <class Written>
 void checkUnique(const std::vector<Written>& members, const std::string& kind) {
     std::set<std::string> names;
-    for (const Written& each : members) {
-        if (!names.insert(folded(each.name)).second) {
+    for (const Written& each : members)
+        if (!names.insert(folded(each.name)).second)
             throw mof::MofError(each.where, kind + " " + each.name + " is declared twice");
-        }
-    }
 }
 
 void checkKnown(const std::string& type, const std::string& referenceClass,
@@ -87,9 +82,8 @@ void checkKnown(const std::string& type, const std::string& referenceClass,
 void checkNarrowed(const mof::Property& written, const std::string& member,
                    const ClassNode& superclass, const NameSpace& nameSpace) {
     const auto* overridden = superclass.properties.find(cimNameAt(written.name, written.where));
-    if (written.type != "ref" || !overridden) {
+    if (written.type != "ref" || !overridden)
         return;
-    }
     const CIMName& wide = overridden->declared.getReferenceClassName();
     if (!nameSpace.isA(cimNameAt(written.referenceClass, written.where), wide)) {
         throw mof::MofError(written.where, member + " overrides a reference to " + toText(wide) +
@@ -113,12 +107,10 @@ Ref<ClassNode> buildClass(const mof::ClassDeclaration& declaration, const NameSp
                                   superclass ? qualifiersOf(superclass->head) : QualifierList()));
     checkAssociation(declaration, node);
     const MemberBuilder members(declaration, nameSpace, superclass);
-    for (const mof::Property& written : declaration.properties) {
+    for (const mof::Property& written : declaration.properties)
         node.declare(members.property(written));
-    }
-    for (const mof::Method& written : declaration.methods) {
+    for (const mof::Method& written : declaration.methods)
         node.declare(members.method(written));
-    }
     return built;
 }
 
@@ -127,9 +119,8 @@ void checkReferenceClasses(const mof::ClassDeclaration& declaration, const NameS
     for (const mof::Property& each : declaration.properties) {
         const std::string member = "reference " + declaration.name + "." + each.name;
         checkKnown(each.type, each.referenceClass, member, each.where, nameSpace);
-        if (superclass) {
+        if (superclass)
             checkNarrowed(each, member, *superclass, nameSpace);
-        }
     }
     for (const mof::Method& method : declaration.methods) {
         for (const mof::Parameter& each : method.parameters) {

@@ -20,12 +20,10 @@ using Pegasus::Uint32;
 constexpr std::size_t mostShapes = 64;
 
 bool names(const CIMValue& key) {
-    if (key.isNull()) {
+    if (key.isNull())
         return false;
-    }
-    if (key.getType() != Pegasus::CIMTYPE_REFERENCE) {
+    if (key.getType() != Pegasus::CIMTYPE_REFERENCE)
         return true;
-    }
     CIMObjectPath path;
     key.get(path);
     return !path.getClassName().isNull();
@@ -50,9 +48,8 @@ ClassForm::ClassForm(const ClassNode& node) : _head(node.head) {
     node.properties.forEach([&](const ClassNode::Property& each) {
         const auto place = static_cast<Uint32>(_properties.size());
         _places.emplace(folded(each.getName()), place);
-        if (node.keys.find(each.getName())) {
+        if (node.keys.find(each.getName()))
             _keys.push_back(place);
-        }
         _properties.push_back(each.declared);
     });
 }
@@ -69,14 +66,12 @@ Uint32 ClassForm::find(const Pegasus::CIMName& property) const {
 Ref<Shape> ClassForm::keep(std::vector<Shape::Member> members, const std::string& written,
                            const std::function<CIMInstance()>& makeExample) {
     std::string key;
-    for (const Shape::Member& each : members) {
+    for (const Shape::Member& each : members)
         key += std::to_string(each.property) + (each.given ? "+" : "-");
-    }
     key += written;
     Ref<Shape>& known = _shapes[key];
-    if (known) {
+    if (known)
         return known;
-    }
     auto* shape = new Shape;
     Ref<Shape> made(shape);
     shape->whole = makeExample();
@@ -87,18 +82,15 @@ Ref<Shape> ClassForm::keep(std::vector<Shape::Member> members, const std::string
         const auto place = static_cast<Uint32>(i);
         CIMProperty property = shape->bare.getProperty(place);
         removeQualifiers(property, all);
-        if (members[i].given) {
+        if (members[i].given)
             shape->given.push_back(place);
-        }
-        if (property.getType() == Pegasus::CIMTYPE_REFERENCE) {
+        if (property.getType() == Pegasus::CIMTYPE_REFERENCE)
             shape->references.push_back(place);
-        }
     }
     shape->members = std::move(members);
     shape->written = written;
-    if (_shapes.size() > mostShapes) {
+    if (_shapes.size() > mostShapes)
         _shapes.clear();
-    }
     _shapes[key] = made;
     return made;
 }
@@ -106,18 +98,14 @@ Ref<Shape> ClassForm::keep(std::vector<Shape::Member> members, const std::string
 Ref<Shape> ClassForm::shape(const std::vector<Uint32>& given, const std::string& written,
                             const std::function<void(CIMInstance&)>& qualify) {
     std::vector<bool> isGiven(_properties.size());
-    for (const Uint32 place : given) {
+    for (const Uint32 place : given)
         isGiven[place] = true;
-    }
     std::vector<Shape::Member> members;
-    for (Uint32 place = 0; place < _properties.size(); ++place) {
-        if (!isGiven[place]) {
+    for (Uint32 place = 0; place < _properties.size(); ++place)
+        if (!isGiven[place])
             members.push_back({place, false});
-        }
-    }
-    for (const Uint32 place : given) {
+    for (const Uint32 place : given)
         members.push_back({place, true});
-    }
     return keep(members, written, [&] {
         CIMInstance example(className());
         addQualifiers(example, buildQualifiers({}, {}, {}, qualifiersOf(_head)));
@@ -127,17 +115,15 @@ Ref<Shape> ClassForm::shape(const std::vector<Uint32>& given, const std::string&
                 declared.getName(), declared.getValue(), declared.getArraySize(),
                 declared.getReferenceClassName(), declared.getClassOrigin(), !each.given));
         }
-        if (qualify) {
+        if (qualify)
             qualify(example);
-        }
         return example;
     });
 }
 
 Ref<Shape> ClassForm::reshaped(const Ref<Shape>& shape, const std::vector<Shape::Member>& members) {
-    if (members == shape->members) {
+    if (members == shape->members)
         return shape;
-    }
     return keep(members, shape->written, [&] {
         CIMInstance example = shape->whole.clone();
         for (std::size_t i = 0; i < members.size(); ++i) {
@@ -155,9 +141,8 @@ CIMObjectPath ClassForm::path(const ValueSource& source) const {
         const CIMConstProperty& declared = _properties[key];
         const CIMValue* given = source(key);
         const CIMValue& value = given ? *given : declared.getValue();
-        if (!names(value)) {
+        if (!names(value))
             throw MissingKey{declared.getName()};
-        }
         bindings.append(Pegasus::CIMKeyBinding(declared.getName(), value));
     }
     return CIMObjectPath(Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(), className(),

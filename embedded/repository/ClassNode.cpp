@@ -18,9 +18,8 @@ template <class Declared>
 void replace(NamedList<ClassNode::Member<Declared>>& members,
              const ClassNode::Member<Declared>& member, bool belongs = true) {
     members.remove(member.getName());
-    if (belongs) {
+    if (belongs)
         members.add(member);
-    }
 }
 
 bool sameDeclared(const CIMConstProperty& a, const CIMConstProperty& b) {
@@ -35,9 +34,8 @@ bool sameDeclared(const CIMConstMethod& a, const CIMConstMethod& b) {
 template <class Member, class IsSame>
 bool sameMembers(const NamedList<Member>& a, const NamedList<Member>& b, IsSame isSame) {
     bool same = a.size() == b.size();
-    for (std::size_t i = 0; same && i < a.size(); ++i) {
+    for (std::size_t i = 0; same && i < a.size(); ++i)
         same = isSame(a[i], b[i]) && sameDeclared(a[i].declared, b[i].declared);
-    }
     return same;
 }
 
@@ -49,18 +47,19 @@ struct Flags {
 
     template <class Holder>
     void filterQualifiers(Holder& holder) const {
-        removeQualifiers(holder, [&](const auto& qualifier) {
-            return !includeQualifiers || (localOnly && qualifier.getPropagated());
-        });
+        removeQualifiers(
+            holder,
+            [&](const auto& qualifier) {
+                return !includeQualifiers || (localOnly && qualifier.getPropagated());
+            });
     }
 
     template <class Member>
     void filterMember(Member& member, bool propagated) const {
         filterQualifiers(member);
         member.setPropagated(propagated);
-        if (!includeClassOrigin) {
+        if (!includeClassOrigin)
             member.setClassOrigin(CIMName());
-        }
     }
 };
 
@@ -85,9 +84,8 @@ ClassNode::ClassNode(const CIMName& className, const ClassNode* above, std::uint
 
 bool ClassNode::isA(const ClassNode& base) const {
     const ClassNode* each = this;
-    while (each && each != &base) {
+    while (each && each != &base)
         each = each->superclass;
-    }
     return each;
 }
 
@@ -107,7 +105,8 @@ bool sameClass(const ClassNode& a, const ClassNode& b) {
            sameMembers(
                a.properties, b.properties,
                [&](const auto& x, const auto& y) { return (x.home == &a) == (y.home == &b); }) &&
-           sameMembers(a.methods, b.methods, [](const auto&, const auto&) { return true; });
+           sameMembers(
+               a.methods, b.methods, [](const auto&, const auto&) { return true; });
 }
 
 CIMClass shownClass(const ClassNode& node, bool localOnly, bool includeQualifiers,

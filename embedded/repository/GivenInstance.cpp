@@ -27,17 +27,14 @@ void checkType(const CIMConstProperty& declared, const CIMConstProperty& given) 
     const CIMValue& value = given.getValue();
     const Uint32 size = declared.getArraySize();
     if (declared.getValue().typeCompatible(value) &&
-        (size == 0 || value.isNull() || value.getArraySize() == size)) {
+        (size == 0 || value.isNull() || value.getArraySize() == size))
         return;
-    }
     String message = String("property ") + declared.getName().getString() + " takes a " +
                      Pegasus::cimTypeToString(declared.getType());
-    if (declared.isArray()) {
+    if (declared.isArray())
         message.append(" array");
-    }
-    if (size != 0) {
+    if (size != 0)
         message.append(String((" of " + std::to_string(size)).c_str()));
-    }
     throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, message);
 }
 
@@ -47,9 +44,8 @@ void checkGiven(const ClassForm& form, const CIMConstInstance& given, Unknown un
     for (Uint32 i = 0; i < given.getPropertyCount(); ++i) {
         const CIMConstProperty property = given.getProperty(i);
         const Uint32 place = form.find(property.getName());
-        if (place == nowhere) {
+        if (place == nowhere)
             throw unknown(property.getName());
-        }
         checkType(form.properties()[place], property);
     }
 }
@@ -61,9 +57,8 @@ CIMException noSuchProperty(const CIMName& name) {
 /// The value that `given` has for the property `declared`, if it has one.
 std::optional<CIMValue> valueIn(const CIMConstInstance& given, const CIMConstProperty& declared) {
     const Uint32 position = given.findProperty(declared.getName());
-    if (position == nowhere) {
+    if (position == nowhere)
         return std::nullopt;
-    }
     const CIMValue& value = given.getProperty(position).getValue();
     return value.isNull()
                ? CIMValue(declared.getType(), declared.isArray(), declared.getArraySize())
@@ -105,11 +100,9 @@ Ref<Stored> completedInstance(ClassForm& form, const CIMConstInstance& given) {
 
 Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConstInstance& given,
                              const CIMPropertyList& list) {
-    for (Uint32 i = 0; !list.isNull() && i < list.size(); ++i) {
-        if (form.find(list[i]) == nowhere) {
+    for (Uint32 i = 0; !list.isNull() && i < list.size(); ++i)
+        if (form.find(list[i]) == nowhere)
             throw noSuchProperty(list[i]);
-        }
-    }
     checkGiven(form, given, noSuchProperty);
     std::vector<Shape::Member> members = kept.shape->members;
     std::vector<CIMValue> values;
@@ -126,9 +119,8 @@ Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConst
             }
             members[i].given = value.has_value();
         }
-        if (members[i].given) {
+        if (members[i].given)
             values.push_back(next);
-        }
     }
     return form.stored(form.reshaped(kept.shape, members), kept.path, values);
 }

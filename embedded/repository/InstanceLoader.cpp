@@ -36,17 +36,18 @@ const ClassNode& classOf(const mof::InstanceDeclaration& declaration, const Name
 
 /// REQUIRES: they are of one class.
 bool areOfOneKind(const mof::InstanceDeclaration& a, const mof::InstanceDeclaration& b) {
-    return std::equal(a.properties.begin(), a.properties.end(), b.properties.begin(),
-                      b.properties.end(),
-                      [](const auto& x, const auto& y) { return x.name == y.name; });
+    return std::equal(
+        a.properties.begin(), a.properties.end(), b.properties.begin(), b.properties.end(),
+        [](const auto& x, const auto& y) { return x.name == y.name; });
 }
 
 bool isWrittenAs(const mof::Value& a, const mof::Value& b) {
     return a.isArray == b.isArray &&
-           std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
-                      [](const mof::Literal& x, const mof::Literal& y) {
-                          return x.kind == y.kind && x.text == y.text;
-                      });
+           std::equal(
+               a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
+               [](const mof::Literal& x, const mof::Literal& y) {
+                   return x.kind == y.kind && x.text == y.text;
+               });
 }
 
 void describe(std::string& text, const std::string& part) {
@@ -63,9 +64,8 @@ std::string described(const std::vector<mof::Qualifier>& qualifiers) {
             text += std::to_string(static_cast<int>(each.value->items[i].kind));
             describe(text, each.value->items[i].text);
         }
-        for (const std::string& flavor : each.flavors) {
+        for (const std::string& flavor : each.flavors)
             text += ',' + flavor;
-        }
         text += ';';
     }
     return text + ")";
@@ -98,9 +98,8 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
     const auto known = std::find_if(kinds.rbegin(), kinds.rend(), [&](const auto& each) {
         return areOfOneKind(*each->first, declaration) && each->nameSpace.equal(nameSpace);
     });
-    if (known != kinds.rend()) {
+    if (known != kinds.rend())
         return **known;
-    }
     auto kind = std::make_unique<Kind>();
     NameSpace& home = _nameSpaces.change(nameSpace);
     const ClassNode& node = classOf(declaration, home);
@@ -115,9 +114,8 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
             throw mof::MofError(each.where,
                                 "class " + declaration.className + " has no property " + each.name);
         }
-        if (std::find(kind->places.begin(), kind->places.end(), place) != kind->places.end()) {
+        if (std::find(kind->places.begin(), kind->places.end(), place) != kind->places.end())
             throw mof::MofError(each.where, "property " + each.name + " is given twice");
-        }
         const Pegasus::CIMConstProperty& declared = form.properties()[place];
         kind->places.push_back(place);
         kind->targets.push_back({"property " + declaration.className + "." + each.name,
@@ -126,9 +124,8 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
     }
     for (const Uint32 key : form.keys()) {
         const auto given = std::find(kind->places.begin(), kind->places.end(), key);
-        if (given != kind->places.end()) {
+        if (given != kind->places.end())
             kind->keys.push_back(static_cast<std::size_t>(given - kind->places.begin()));
-        }
     }
     kinds.push_back(std::move(kind));
     return *kinds.back();
@@ -140,24 +137,21 @@ void InstanceLoader::announce(const mof::InstanceDeclaration& declaration,
     instance.declaration = &declaration;
     instance.kind = &kindOf(declaration, nameSpace);
     if (!declaration.alias.empty() &&
-        !_aliases.emplace(folded(declaration.alias), _announced.size()).second) {
+        !_aliases.emplace(folded(declaration.alias), _announced.size()).second)
         throw mof::MofError(declaration.where, "alias " + declaration.alias + " is declared twice");
-    }
     _announced.push_back(std::move(instance));
 }
 
 void InstanceLoader::addAll() {
-    for (Announced& each : _announced) {
+    for (Announced& each : _announced)
         add(each);
-    }
 }
 
 CIMValue InstanceLoader::valueOf(const Announced& instance, std::size_t given) {
     const Kind& kind = *instance.kind;
     const mof::Value& value = instance.declaration->properties[given].value;
-    if (kind.last && isWrittenAs(kind.last->properties[given].value, value)) {
+    if (kind.last && isWrittenAs(kind.last->properties[given].value, value))
         return kind.lastValues[given];
-    }
     const ValueTarget& target = kind.targets[given];
     return buildValue(value, target, [&](const mof::Literal& literal) {
         const CIMObjectPath path = readReference(literal, target.words, kind);
@@ -171,9 +165,8 @@ CIMValue InstanceLoader::valueOf(const Announced& instance, std::size_t given) {
 std::vector<CIMValue> InstanceLoader::keyValuesOf(Announced& instance) {
     std::vector<CIMValue> values(instance.kind->places.size());
     instance.beingNamed = true;
-    for (const std::size_t key : instance.kind->keys) {
+    for (const std::size_t key : instance.kind->keys)
         values[key] = valueOf(instance, key);
-    }
     instance.beingNamed = false;
     return values;
 }
@@ -200,9 +193,8 @@ void InstanceLoader::name(Announced& instance, const std::vector<CIMValue>& valu
 
 CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal, const std::string& words,
                                             const Kind& kind) {
-    if (literal.kind == mof::Literal::Kind::Alias) {
+    if (literal.kind == mof::Literal::Kind::Alias)
         return followAlias(literal, words, kind);
-    }
     return withDeclaredKeys(parsePath(literal, words), words, literal.where, _nameSpaces,
                             kind.nameSpace);
 }
@@ -210,22 +202,19 @@ CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal, const s
 CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal, const std::string& words,
                                           const Kind& kind) {
     const auto found = _aliases.find(folded(literal.text));
-    if (found == _aliases.end()) {
+    if (found == _aliases.end())
         throw mof::MofError(literal.where, words + ": no instance has the alias " + literal.text);
-    }
     Announced& target = _announced[found->second];
     if (target.beingNamed) {
         throw mof::MofError(literal.where,
                             words + ": the keys of " + literal.text + " depend on themselves");
     }
-    if (!target.path) {
+    if (!target.path)
         name(target, keyValuesOf(target));
-    }
     CIMObjectPath path = *target.path;
     // A path that stays in its namespace does not name it.
-    if (!target.kind->nameSpace.equal(kind.nameSpace)) {
+    if (!target.kind->nameSpace.equal(kind.nameSpace))
         path.setNameSpace(target.kind->nameSpace);
-    }
     return path;
 }
 
@@ -237,15 +226,13 @@ Ref<Shape> InstanceLoader::shapeOf(const Announced& instance) {
         std::any_of(declaration.properties.begin(), declaration.properties.end(),
                     [](const auto& each) { return !each.qualifiers.empty(); });
     if (!isQualified) {
-        if (!kind.unqualified) {
+        if (!kind.unqualified)
             kind.unqualified = kind.store->form().shape(kind.places);
-        }
         return kind.unqualified;
     }
     std::string written = described(declaration.qualifiers);
-    for (const mof::PropertyInitializer& each : declaration.properties) {
+    for (const mof::PropertyInitializer& each : declaration.properties)
         written += described(each.qualifiers);
-    }
     return kind.store->form().shape(kind.places, written, [&](Pegasus::CIMInstance& example) {
         qualify(example, declaration, kind.store->form(), *kind.home);
     });
@@ -254,14 +241,11 @@ Ref<Shape> InstanceLoader::shapeOf(const Announced& instance) {
 void InstanceLoader::add(Announced& instance) {
     Kind& kind = *instance.kind;
     std::vector<CIMValue> values = keyValuesOf(instance);
-    if (!instance.path) {
+    if (!instance.path)
         name(instance, values);
-    }
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (std::find(kind.keys.begin(), kind.keys.end(), i) == kind.keys.end()) {
+    for (std::size_t i = 0; i < values.size(); ++i)
+        if (std::find(kind.keys.begin(), kind.keys.end(), i) == kind.keys.end())
             values[i] = valueOf(instance, i);
-        }
-    }
     const Ref<Stored> built = kind.store->form().stored(shapeOf(instance), *instance.path, values);
     if (!kind.store->add(built)) {
         throw mof::MofError(instance.declaration->where, words(*instance.declaration) +

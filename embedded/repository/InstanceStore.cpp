@@ -27,11 +27,10 @@ const InstanceStore::Numbered* InstanceStore::locate(const PathKey& asked, bool 
     forEachLink(_byPath, hashOf(asked), [&](std::uint64_t number) {
         const Numbered* each = _instances.find(number);
         const PathKey kept(each->instance->path, _home);
-        if (kept.matches(asked)) {
+        if (kept.matches(asked))
             exact = each;
-        } else if (loosely && !loose && kept.matchesLoosely(asked)) {
+        else if (loosely && !loose && kept.matchesLoosely(asked))
             loose = each;
-        }
         return !exact;
     });
     return exact ? exact : loose;
@@ -73,12 +72,13 @@ std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source,
          first && first->target == from.target; first = _referrers.firstFrom(from.key())) {
         const Stored& example = *_instances.find(first->number)->instance;
         if (!isWanted || isWanted(example.references(), first->near)) {
-            _referrers.forEachFrom(first->key(), [&](const Referrer& each) {
-                if (each.isLike(*first)) {
-                    wanted.push_back(each);
-                }
-                return each.isLike(*first);
-            });
+            _referrers.forEachFrom(
+                first->key(),
+                [&](const Referrer& each) {
+                    if (each.isLike(*first))
+                        wanted.push_back(each);
+                    return each.isLike(*first);
+                });
         }
         from = *first;
         from.number = pastAll;
@@ -90,32 +90,28 @@ std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source,
     for (const Referrer& each : wanted) {
         const Ref<Stored>& instance = _instances.find(each.number)->instance;
         const bool isThere = !found.empty() && found.back().get() == instance.get();
-        if (!isThere && equalWithoutPlace(instance->references()[each.near].second, source)) {
+        if (!isThere && equalWithoutPlace(instance->references()[each.near].second, source))
             found.push_back(instance);
-        }
     }
     return found;
 }
 
 /// In place of the one with the same number, if there is one.
 void InstanceStore::put(const Numbered& instance) {
-    for (const Referrer& each : referrersOf(instance)) {
+    for (const Referrer& each : referrersOf(instance))
         _referrers.put(each);
-    }
     _instances.put(instance);
 }
 
 void InstanceStore::forgetReferrers(const Numbered& association) {
-    for (const Referrer& each : referrersOf(association)) {
+    for (const Referrer& each : referrersOf(association))
         _referrers.erase(each.key());
-    }
 }
 
 bool InstanceStore::add(const Ref<Stored>& instance) {
     const PathKey key(instance->path, _home);
-    if (locate(key, false)) {
+    if (locate(key, false))
         return false;
-    }
     _byPath.put({hashOf(key), _next});
     put({_next, instance});
     ++_next;
@@ -130,9 +126,8 @@ void InstanceStore::replace(const Ref<Stored>& instance) {
 
 bool InstanceStore::remove(const CIMObjectPath& path) {
     const Numbered* found = locate(PathKey(path, _home), true);
-    if (!found) {
+    if (!found)
         return false;
-    }
     const Numbered gone = *found;
     forgetReferrers(gone);
     _instances.erase(gone.number);

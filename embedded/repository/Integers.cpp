@@ -18,15 +18,12 @@ bool endsInB(std::string_view text) {
 
 Notation notationOf(std::string_view text) {
     // Hexadecimal first: its last digit may well be a b.
-    if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
+    if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X'))
         return {text.substr(2), 16};
-    }
-    if (endsInB(text)) {
+    if (endsInB(text))
         return {text.substr(0, text.size() - 1), 2};
-    }
-    if (text.size() > 1 && text[0] == '0') {
+    if (text.size() > 1 && text[0] == '0')
         return {text.substr(1), 8};
-    }
     return {text, 10};
 }
 
@@ -43,9 +40,8 @@ std::optional<Integer> parseInteger(const std::string& digits) {
     const char* end = notation.digits.data() + notation.digits.size();
     const auto [stopped, error] =
         std::from_chars(notation.digits.data(), end, result.magnitude, notation.base);
-    if (error != std::errc() || stopped != end) {
+    if (error != std::errc() || stopped != end)
         return std::nullopt;
-    }
     return result;
 }
 

@@ -26,9 +26,8 @@ std::optional<T> narrowed(const Integer& value) {
         return value.magnitude <= highest ? std::optional<T>(static_cast<T>(value.magnitude))
                                           : std::nullopt;
     }
-    if (std::is_unsigned_v<T> || value.magnitude > highest + 1) {
+    if (std::is_unsigned_v<T> || value.magnitude > highest + 1)
         return std::nullopt;
-    }
     // In two steps, since the magnitude of the lowest value is no T.
     return static_cast<T>(-static_cast<std::int64_t>(value.magnitude - 1) - 1);
 }

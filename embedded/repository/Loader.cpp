@@ -27,9 +27,8 @@ const mof::Location& placeOf(const mof::Declaration& declaration) {
 
 CIMNamespaceName nameSpaceOf(const mof::Declaration& declaration,
                              const CIMNamespaceName& otherwise) {
-    if (!declaration.nameSpace) {
+    if (!declaration.nameSpace)
         return otherwise;
-    }
     try {
         return CIMNamespaceName(Pegasus::String(declaration.nameSpace->c_str()));
     } catch (const Pegasus::Exception&) {
@@ -65,13 +64,11 @@ class Loader {
     }
 
     void finish() {
-        for (const auto& each : _classes) {
+        for (const auto& each : _classes)
             checkReferenceClasses(*each.declaration, *_nameSpaces.find(each.nameSpace));
-        }
         InstanceLoader loader(_nameSpaces);
-        for (const auto& each : _instances) {
+        for (const auto& each : _instances)
             loader.announce(*each.declaration, each.nameSpace);
-        }
         loader.addAll();
     }
 

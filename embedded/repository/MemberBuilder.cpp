@@ -27,9 +27,8 @@ void checkOverridesNothing(const std::vector<mof::Qualifier>& qualifiers,
                            const std::string& words) {
     const mof::Qualifier* written = findWritten(qualifiers, "override");
     if (written && written->value && written->value->items.size() == 1 &&
-        written->value->items.front().kind != mof::Literal::Kind::Null) {
+        written->value->items.front().kind != mof::Literal::Kind::Null)
         throw mof::MofError(written->where, words + " overrides nothing: no superclass has it");
-    }
 }
 
 CIMName referenceClassOf(const std::string& type, const std::string& referenceClass,
@@ -41,11 +40,9 @@ CIMName referenceClassOf(const std::string& type, const std::string& referenceCl
 
 const mof::Qualifier* findWritten(const std::vector<mof::Qualifier>& qualifiers,
                                   const std::string& name) {
-    for (const mof::Qualifier& each : qualifiers) {
-        if (folded(each.name) == name) {
+    for (const mof::Qualifier& each : qualifiers)
+        if (folded(each.name) == name)
             return &each;
-        }
-    }
     return nullptr;
 }
 
@@ -85,9 +82,8 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const ValueTarget target{words(isReference ? "reference" : "property", written.name),
                              cimTypeAt(written.type, written.where), written.isArray,
                              written.arraySize};
-    if (isReference && written.isArray) {
+    if (isReference && written.isArray)
         throw mof::MofError(written.where, target.words + " cannot be an array");
-    }
     const CIMConstProperty inherited = overridden(written, target.words);
     const bool overrides = !inherited.isUninitialized();
 
@@ -105,9 +101,8 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
     addQualifiers(built, withRestricted(buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
                                                         {target.words, scope}, above),
                                         above));
-    if (written.isArray && isSet(built, "Key")) {
+    if (written.isArray && isSet(built, "Key"))
         throw mof::MofError(written.where, target.words + " is an array and cannot be a key");
-    }
     return built;
 }
 
@@ -150,9 +145,8 @@ CIMMethod MemberBuilder::method(const mof::Method& written) const {
                                          {methodWords, CIMScope::METHOD},
                                          overrides ? qualifiersOf(inherited) : QualifierList()));
     for (const mof::Parameter& each : written.parameters) {
-        if (built.findParameter(cimNameAt(each.name, each.where)) != nowhere) {
+        if (built.findParameter(cimNameAt(each.name, each.where)) != nowhere)
             throw mof::MofError(each.where, methodWords + " has two parameters named " + each.name);
-        }
         built.addParameter(parameter(each, written.name));
     }
     return built;

@@ -43,9 +43,8 @@ const InstanceStore* NameSpace::instancesOf(const ClassNode& node) const {
 }
 
 InstanceStore& NameSpace::changeInstancesOf(const ClassNode& node) {
-    if (!_instances.find(node.number)) {
+    if (!_instances.find(node.number))
         _instances.put({node.number, Ref<InstanceStore>(new InstanceStore(_name, node))});
-    }
     return _instances.change(node.number)->store.change();
 }
 
@@ -60,9 +59,8 @@ std::vector<CIMName> NameSpace::namesOf(std::vector<std::uint64_t> numbers) cons
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     std::vector<CIMName> names;
     names.reserve(numbers.size());
-    for (const std::uint64_t number : numbers) {
+    for (const std::uint64_t number : numbers)
         names.push_back(_classes[number]->name());
-    }
     return names;
 }
 
@@ -75,9 +73,8 @@ std::vector<CIMName> NameSpace::subClassNames(const ClassNode* node, bool deep) 
         });
     };
     addBelow(parentKey(node));
-    for (std::size_t i = 0; deep && i < numbers.size(); ++i) {
+    for (std::size_t i = 0; deep && i < numbers.size(); ++i)
         addBelow(numbers[i] + 1);
-    }
     return namesOf(std::move(numbers));
 }
 
@@ -86,13 +83,14 @@ std::vector<CIMName> NameSpace::associationClassNames(const ClassNode& source,
     // That it is an association goes without asking: no other class has references.
     std::vector<std::uint64_t> numbers;
     for (const ClassNode* each = &source; each; each = each->superclass) {
-        forEachLink(_associations, foldedHash(each->name().getString()), [&](std::uint64_t number) {
-            const ClassNode& association = *_classes[number];
-            if ((!filter || association.isA(*filter)) && takes(association, *each)) {
-                numbers.push_back(number);
-            }
-            return true;
-        });
+        forEachLink(
+            _associations, foldedHash(each->name().getString()),
+            [&](std::uint64_t number) {
+                const ClassNode& association = *_classes[number];
+                if ((!filter || association.isA(*filter)) && takes(association, *each))
+                    numbers.push_back(number);
+                return true;
+            });
     }
     return namesOf(std::move(numbers));
 }

@@ -8,9 +8,8 @@ const NameSpace* NameSpaceList::find(const Pegasus::CIMNamespaceName& name) cons
 }
 
 NameSpace& NameSpaceList::change(const Pegasus::CIMNamespaceName& name) {
-    if (Ref<NameSpace>* known = _all.change(name)) {
+    if (Ref<NameSpace>* known = _all.change(name))
         return known->change();
-    }
     Ref<NameSpace> made(new NameSpace(name));
     NameSpace& home = made.change();
     _all.add(std::move(made));

@@ -20,8 +20,8 @@ struct Link {
 /// Shows to `visit` what `links` has for `from`, in order, until it returns false.
 template <class Visit>
 void forEachLink(const SharedTree<Link>& links, std::uint64_t from, Visit visit) {
-    links.forEachFrom({from, 0},
-                      [&](const Link& link) { return link.from == from && visit(link.to); });
+    links.forEachFrom(
+        {from, 0}, [&](const Link& link) { return link.from == from && visit(link.to); });
 }
 
 template <class Element>

@@ -18,9 +18,8 @@ using Pegasus::CIMKeyBinding;
 /// Numbers have several spellings (0x1F, 31); anything else that came as a number keeps its own.
 Pegasus::String canonicalNumber(const Pegasus::String& text) {
     const auto number = parseInteger(toText(text));
-    if (!number) {
+    if (!number)
         return text;
-    }
     const bool negative = number->negative && number->magnitude != 0;
     return Pegasus::String(((negative ? "-" : "") + std::to_string(number->magnitude)).c_str());
 }
@@ -32,9 +31,8 @@ enum class Case { Counts, Folded };
 /// With its length in front, so that no value can be mistaken for the end of another one.
 void append(std::string& out, const Pegasus::String& value, Case letters = Case::Folded) {
     const Pegasus::Uint32 size = value.size();
-    for (unsigned shift = 0; shift < 32; shift += 8) {
+    for (unsigned shift = 0; shift < 32; shift += 8)
         out += static_cast<char>((size >> shift) & 0xFFU);
-    }
     const std::size_t begin = out.size();
     Pegasus::hosting::appendUtf8(out, value);
     if (letters == Case::Folded) {
@@ -89,12 +87,10 @@ void PathKey::addReference(const CIMKeyBinding& key) {
 
 bool PathKey::matches(const PathKey& asked, bool loosely) const {
     const auto samePlace = [&](const Place& kept, const Place& other) {
-        if (kept.host.size() != 0 && !Pegasus::String::equalNoCase(kept.host, other.host)) {
+        if (kept.host.size() != 0 && !Pegasus::String::equalNoCase(kept.host, other.host))
             return false;
-        }
-        if (kept.nameSpace.isNull() && loosely) {
+        if (kept.nameSpace.isNull() && loosely)
             return true;
-        }
         return (kept.nameSpace.isNull() ? _home : kept.nameSpace)
             .equal(other.nameSpace.isNull() ? asked._home : other.nameSpace);
     };

@@ -45,9 +45,8 @@ CIMFlavor withWords(CIMFlavor flavor, const std::vector<std::string>& words,
     for (const std::string& word : words) {
         const auto* row = std::find_if(std::begin(flavors), std::end(flavors),
                                        [&](const FlavorRow& each) { return word == each.word; });
-        if (row == std::end(flavors)) {
+        if (row == std::end(flavors))
             throw mof::MofError(where, "\"" + word + "\" is not a flavor");
-        }
         flavor.removeFlavor(row->opposite);
         flavor.addFlavor(row->flavor);
     }
@@ -59,9 +58,8 @@ CIMScope scopeOf(const mof::QualifierDeclaration& declaration) {
     for (const std::string& word : declaration.scopes) {
         const auto* row = std::find_if(std::begin(scopes), std::end(scopes),
                                        [&](const auto& each) { return word == each.first; });
-        if (row == std::end(scopes)) {
+        if (row == std::end(scopes))
             throw mof::MofError(declaration.where, "\"" + word + "\" is not a scope");
-        }
         scope.addScope(row->second);
     }
     return scope;
@@ -91,18 +89,17 @@ bool sameDeclaration(const CIMQualifierDecl& a, const CIMQualifierDecl& b) {
 
 /// Boolean qualifiers are switched on by their name alone; others are NULL then.
 Pegasus::CIMValue valueOf(const mof::Qualifier& used, const ValueTarget& target) {
-    if (used.value) {
+    if (used.value)
         return buildValue(*used.value, target);
-    }
-    if (target.type == Pegasus::CIMTYPE_BOOLEAN && !target.isArray) {
+    if (target.type == Pegasus::CIMTYPE_BOOLEAN && !target.isArray)
         return Pegasus::CIMValue(Pegasus::Boolean(true));
-    }
     return nullValue(target);
 }
 
 QualifierList::iterator findIn(QualifierList& list, const Pegasus::CIMName& name) {
-    return std::find_if(list.begin(), list.end(),
-                        [&](const CIMQualifier& each) { return each.getName().equal(name); });
+    return std::find_if(
+        list.begin(), list.end(),
+        [&](const CIMQualifier& each) { return each.getName().equal(name); });
 }
 
 bool isRestricted(const CIMQualifier& qualifier) {
@@ -114,9 +111,8 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
                    const CIMQualifier* handedDown) {
     const std::string words = "qualifier " + used.name + " of " + element.words;
     const CIMQualifierDecl* declaration = table.find(cimNameAt(used.name, used.where));
-    if (!declaration) {
+    if (!declaration)
         throw mof::MofError(used.where, words + " is not declared");
-    }
     if (!declaration->getScope().hasScope(element.scope)) {
         throw mof::MofError(used.where, words + " is out of its scope (" +
                                             toText(declaration->getScope().toString()) + ")");
@@ -170,11 +166,9 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const Qua
 }
 
 QualifierList withRestricted(QualifierList list, const QualifierList& inherited) {
-    for (const CIMQualifier& each : inherited) {
-        if (isRestricted(each) && findIn(list, each.getName()) == list.end()) {
+    for (const CIMQualifier& each : inherited)
+        if (isRestricted(each) && findIn(list, each.getName()) == list.end())
             list.push_back(each.clone());
-        }
-    }
     return list;
 }
 

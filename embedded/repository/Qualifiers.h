@@ -56,9 +56,8 @@ QualifierList withRestricted(QualifierList list, const QualifierList& inherited)
 template <class Holder>
 QualifierList qualifiersOf(const Holder& holder) {
     QualifierList list;
-    for (Pegasus::Uint32 i = 0; i < holder.getQualifierCount(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < holder.getQualifierCount(); ++i)
         list.push_back(holder.getQualifier(i).clone());
-    }
     return list;
 }
 
@@ -72,19 +71,16 @@ bool isSet(const Holder& holder, const char* name) {
 
 template <class Holder>
 void addQualifiers(Holder& holder, const QualifierList& list) {
-    for (const Pegasus::CIMQualifier& qualifier : list) {
+    for (const Pegasus::CIMQualifier& qualifier : list)
         holder.addQualifier(qualifier);
-    }
 }
 
 /// Removes those that `unwanted` holds for.
 template <class Holder, class Predicate>
 void removeQualifiers(Holder& holder, Predicate unwanted) {
-    for (Pegasus::Uint32 i = holder.getQualifierCount(); i > 0; --i) {
-        if (unwanted(holder.getQualifier(i - 1))) {
+    for (Pegasus::Uint32 i = holder.getQualifierCount(); i > 0; --i)
+        if (unwanted(holder.getQualifier(i - 1)))
             holder.removeQualifier(i - 1);
-        }
-    }
 }
 
 } // namespace embedded::repository

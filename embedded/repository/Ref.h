@@ -38,9 +38,8 @@ class Ref {
         return *this;
     }
     ~Ref() {
-        if (_object && _object->_owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        if (_object && _object->_owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
             delete _object;
-        }
     }
 
     const T* get() const { return _object; }
@@ -62,9 +61,8 @@ class Ref {
 
   private:
     void hold() noexcept {
-        if (_object) {
+        if (_object)
             _object->_owners.fetch_add(1, std::memory_order_relaxed);
-        }
     }
 
     T* _object = nullptr;

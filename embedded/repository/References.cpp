@@ -42,9 +42,8 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node, const std
                          const mof::Location& where) {
     const std::string key = toText(node.name()) + "." + toText(binding.getName());
     const ClassNode::Property* found = node.keys.find(binding.getName());
-    if (!found) {
+    if (!found)
         throw mof::MofError(where, words + ": " + key + " is not a key property");
-    }
     const Pegasus::CIMConstProperty& property = found->declared;
     const CIMKeyBinding::Type declared = bindingType(property.getType());
     // Of the types, only those written in quotes can be taken for each other.
@@ -75,9 +74,8 @@ void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass, const
                  const mof::Location& where, const NameSpaceList& nameSpaces,
                  const Pegasus::CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
-    if (!target) {
+    if (!target)
         return;
-    }
     const std::string pointed = toText(path.getClassName());
     if (!target->find(path.getClassName())) {
         throw mof::MofError(where, words + " points to class " + pointed +
@@ -96,13 +94,11 @@ CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& wor
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
     const ClassNode* node = target ? target->find(path.getClassName()) : nullptr;
     const Pegasus::Array<CIMKeyBinding>& given = path.getKeyBindings();
-    if (!node || given.size() == 0) {
+    if (!node || given.size() == 0)
         return path;
-    }
     Pegasus::Array<CIMKeyBinding> bindings;
-    for (Pegasus::Uint32 i = 0; i < given.size(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < given.size(); ++i)
         bindings.append(asDeclared(given[i], *node, words, where));
-    }
     if (bindings.size() != node->keys.size()) {
         throw mof::MofError(where, words + ": the path has " + std::to_string(bindings.size()) +
                                        " of the " + std::to_string(node->keys.size()) +

@@ -28,14 +28,12 @@ using Pegasus::String;
 /// For changing.
 InstanceStore& instancesOf(NameSpaceList& all, const CIMNamespaceName& nameSpace,
                            const CIMName& className) {
-    if (!all.find(nameSpace)) {
+    if (!all.find(nameSpace))
         throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
-    }
     NameSpace& home = all.change(nameSpace);
     const ClassNode* node = home.find(className);
-    if (!node) {
+    if (!node)
         throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
-    }
     return home.changeInstancesOf(*node);
 }
 
@@ -83,9 +81,8 @@ View Repository::view() const {
 }
 
 void Repository::createNameSpace(const CIMNamespaceName& nameSpace) {
-    if (nameSpace.isNull()) {
+    if (nameSpace.isNull())
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, "a namespace must have a name");
-    }
     _implementation->write([&](NameSpaceList& all) { all.change(nameSpace); });
 }
 
@@ -99,11 +96,10 @@ CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
     _implementation->write([&](NameSpaceList& all) {
         InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
         ClassForm& form = store.form();
-        if (form.head().isAbstract()) {
+        if (form.head().isAbstract())
             throw CIMException(Pegasus::CIM_ERR_FAILED, String("class ") +
                                                             form.className().getString() +
                                                             " is abstract and has no instances");
-        }
         const Ref<Stored> created = completedInstance(form, instance);
         path = created->path;
         if (!store.add(created)) {
@@ -119,9 +115,8 @@ void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInst
     _implementation->write([&](NameSpaceList& all) {
         InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
         const Ref<Stored>* kept = store.find(instance.getPath());
-        if (!kept) {
+        if (!kept)
             notFound(instance.getPath());
-        }
         store.replace(modifiedInstance(store.form(), **kept, instance, propertyList));
     });
 }
@@ -129,9 +124,8 @@ void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInst
 void Repository::deleteInstance(const CIMNamespaceName& nameSpace,
                                 const CIMObjectPath& instanceName) {
     _implementation->write([&](NameSpaceList& all) {
-        if (!instancesOf(all, nameSpace, instanceName.getClassName()).remove(instanceName)) {
+        if (!instancesOf(all, nameSpace, instanceName.getClassName()).remove(instanceName))
             notFound(instanceName);
-        }
     });
 }
 

@@ -28,9 +28,8 @@ class SharedTree {
         const Node* node = _root.get();
         while (!node->children.empty()) {
             auto child = node->children.begin();
-            for (; rank >= child->size; ++child) {
+            for (; rank >= child->size; ++child)
                 rank -= child->size;
-            }
             node = child->node.get();
         }
         return node->entries[rank];
@@ -39,25 +38,21 @@ class SharedTree {
     /// Null if there is none.
     const Entry* find(const Key& key) const {
         const Node* node = _root.get();
-        while (node && !node->children.empty()) {
+        while (node && !node->children.empty())
             node = node->children[slotFor(*node, key)].node.get();
-        }
-        if (!node) {
+        if (!node)
             return nullptr;
-        }
         const std::size_t at = placeFor(*node, key);
         return isAt(*node, at, key) ? &node->entries[at] : nullptr;
     }
 
     /// As find(), for changing, but for its key.
     Entry* change(const Key& key) {
-        if (!find(key)) {
+        if (!find(key))
             return nullptr;
-        }
         Node* node = &_root.change();
-        while (!node->children.empty()) {
+        while (!node->children.empty())
             node = &node->children[slotFor(*node, key)].node.change();
-        }
         return &node->entries[placeFor(*node, key)];
     }
 
@@ -68,9 +63,8 @@ class SharedTree {
             *known = std::move(entry);
             return;
         }
-        if (!_root) {
+        if (!_root)
             _root = Ref<Node>(new Node);
-        }
         std::vector<Child> siblings = insert(_root, key, std::move(entry));
         if (!siblings.empty()) {
             auto* root = new Node;
@@ -83,25 +77,21 @@ class SharedTree {
 
     /// False if there is none.
     bool erase(const Key& key) {
-        if (!find(key)) {
+        if (!find(key))
             return false;
-        }
         eraseFrom(_root, key);
-        if (--_size == 0) {
+        if (--_size == 0)
             _root = Ref<Node>();
-        }
-        while (_root && _root->children.size() == 1) {
+        while (_root && _root->children.size() == 1)
             _root = Ref<Node>(_root->children.front().node);
-        }
         return true;
     }
 
     /// Shows the entries from `from` on to `visit`, in their order, until it returns false.
     template <class Visit>
     void forEachFrom(const Key& from, Visit visit) const {
-        if (_root) {
+        if (_root)
             visitFrom(*_root, &from, visit);
-        }
     }
 
     /// The first entry from `from` on. Null if there is none.
@@ -120,9 +110,8 @@ class SharedTree {
             visit(entry);
             return true;
         };
-        if (_root) {
+        if (_root)
             visitFrom(*_root, nullptr, visitAll);
-        }
     }
 
   private:
@@ -167,9 +156,8 @@ class SharedTree {
 
     static std::size_t sizeOf(const Node& node) {
         std::size_t size = node.entries.size();
-        for (const Child& child : node.children) {
+        for (const Child& child : node.children)
             size += child.size;
-        }
         return size;
     }
 
@@ -233,25 +221,20 @@ class SharedTree {
         const std::size_t slot = slotFor(node, key);
         Child& child = node.children[slot];
         eraseFrom(child.node, key);
-        if (--child.size == 0) {
+        if (--child.size == 0)
             node.children.erase(at(node.children, slot));
-        }
     }
 
     /// `from` is null where all that is below comes behind it.
     template <class Visit>
     static bool visitFrom(const Node& node, const Key* from, Visit& visit) {
-        for (std::size_t i = from ? placeFor(node, *from) : 0; i < node.entries.size(); ++i) {
-            if (!visit(node.entries[i])) {
+        for (std::size_t i = from ? placeFor(node, *from) : 0; i < node.entries.size(); ++i)
+            if (!visit(node.entries[i]))
                 return false;
-            }
-        }
         const std::size_t first = from && !node.children.empty() ? slotFor(node, *from) : 0;
-        for (std::size_t i = first; i < node.children.size(); ++i) {
-            if (!visitFrom(*node.children[i].node, i == first ? from : nullptr, visit)) {
+        for (std::size_t i = first; i < node.children.size(); ++i)
+            if (!visitFrom(*node.children[i].node, i == first ? from : nullptr, visit))
                 return false;
-            }
-        }
         return true;
     }
 

@@ -12,9 +12,8 @@ using Pegasus::Uint32;
 const CIMValue& Stored::valueAt(Uint32 place) const {
     const auto& given = shape->given;
     const auto found = std::lower_bound(given.begin(), given.end(), place);
-    if (found != given.end() && *found == place) {
+    if (found != given.end() && *found == place)
         return values[static_cast<std::size_t>(found - given.begin())];
-    }
     return shape->bare.getProperty(place).getValue();
 }
 
@@ -25,9 +24,8 @@ std::optional<CIMValue> Stored::value(const Pegasus::CIMName& property) const {
 
 CIMInstance Stored::instance(bool withQualifiers) const {
     CIMInstance copy = (withQualifiers ? shape->whole : shape->bare).clone();
-    for (std::size_t i = 0; i < shape->given.size(); ++i) {
+    for (std::size_t i = 0; i < shape->given.size(); ++i)
         copy.getProperty(shape->given[i]).setValue(values[i]);
-    }
     copy.setPath(path);
     return copy;
 }

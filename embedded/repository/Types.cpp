@@ -26,17 +26,15 @@ const std::pair<const char*, Pegasus::CIMType> typeNames[] = {
 std::optional<Pegasus::CIMType> cimType(const std::string& name) {
     const auto* found = std::find_if(std::begin(typeNames), std::end(typeNames),
                                      [&](const auto& row) { return name == row.first; });
-    if (found == std::end(typeNames)) {
+    if (found == std::end(typeNames))
         return std::nullopt;
-    }
     return found->second;
 }
 
 Pegasus::CIMType cimTypeAt(const std::string& name, const mof::Location& where) {
     const auto type = cimType(name);
-    if (!type) {
+    if (!type)
         throw mof::MofError(where, "\"" + name + "\" is not a type");
-    }
     return *type;
 }
 

@@ -73,9 +73,8 @@ struct Reader;
 template <class T>
 struct IntegerReader {
     static T read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::Integer) {
+        if (literal.kind != Kind::Integer)
             refuse(context, literal);
-        }
         const auto integer = parseInteger(literal.text);
         const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
         if (!value) {
@@ -90,20 +89,17 @@ struct IntegerReader {
 template <class T>
 struct RealReader {
     static T read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::Real && literal.kind != Kind::Integer) {
+        if (literal.kind != Kind::Real && literal.kind != Kind::Integer)
             refuse(context, literal);
-        }
         // from_chars knows no plus sign, and unlike strtod no locale either.
         const std::string& text = literal.text;
         const char* begin = text.data() + (text.front() == '+' ? 1 : 0);
         T value{};
         const auto [stopped, error] = std::from_chars(begin, text.data() + text.size(), value);
-        if (error == std::errc::result_out_of_range) {
+        if (error == std::errc::result_out_of_range)
             refuseRange(context, literal, "its exponent is too large or too small");
-        }
-        if (error != std::errc() || stopped != text.data() + text.size()) {
+        if (error != std::errc() || stopped != text.data() + text.size())
             refuse(context, literal);
-        }
         return value;
     }
 };
@@ -132,9 +128,8 @@ struct Reader<Pegasus::Real64> : RealReader<Pegasus::Real64> {};
 template <>
 struct Reader<Pegasus::Boolean> {
     static Pegasus::Boolean read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::Boolean) {
+        if (literal.kind != Kind::Boolean)
             refuse(context, literal);
-        }
         return literal.boolean;
     }
 };
@@ -152,9 +147,8 @@ Pegasus::String utf16(const Context& context, const mof::Literal& literal) {
 template <>
 struct Reader<Pegasus::String> {
     static Pegasus::String read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::String) {
+        if (literal.kind != Kind::String)
             refuse(context, literal);
-        }
         return utf16(context, literal);
     }
 };
@@ -162,16 +156,13 @@ struct Reader<Pegasus::String> {
 template <>
 struct Reader<Pegasus::Char16> {
     static Pegasus::Char16 read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind == Kind::Integer) {
+        if (literal.kind == Kind::Integer)
             return Pegasus::Char16(IntegerReader<Pegasus::Uint16>::read(context, literal));
-        }
-        if (literal.kind != Kind::Character) {
+        if (literal.kind != Kind::Character)
             refuse(context, literal);
-        }
         const Pegasus::String text = utf16(context, literal);
-        if (text.size() != 1) {
+        if (text.size() != 1)
             refuseRange(context, literal, "one UTF-16 code unit");
-        }
         return text[0];
     }
 };
@@ -191,23 +182,19 @@ struct Reader<Pegasus::CIMDateTime> {
 template <>
 struct Reader<Pegasus::CIMObjectPath> {
     static Pegasus::CIMObjectPath read(const Context& context, const mof::Literal& literal) {
-        if ((literal.kind != Kind::Alias && literal.kind != Kind::String) ||
-            !context.readReference) {
+        if ((literal.kind != Kind::Alias && literal.kind != Kind::String) || !context.readReference)
             refuse(context, literal);
-        }
         return context.readReference(literal);
     }
 };
 
 template <class T>
 Pegasus::CIMValue valueOf(const Context& context, const mof::Value& value) {
-    if (!context.target.isArray) {
+    if (!context.target.isArray)
         return Pegasus::CIMValue(Reader<T>::read(context, value.items.front()));
-    }
     Pegasus::Array<T> elements;
-    for (const mof::Literal& literal : value.items) {
+    for (const mof::Literal& literal : value.items)
         elements.append(Reader<T>::read(context, literal));
-    }
     return Pegasus::CIMValue(elements);
 }
 
@@ -231,19 +218,16 @@ void checkShape(const mof::Value& value, const ValueTarget& target) {
         throw mof::MofError(value.where,
                             target.words + " is no array: one value without braces is expected");
     }
-    if (!value.isArray && target.isArray) {
+    if (!value.isArray && target.isArray)
         throw mof::MofError(value.where, target.words + " is an array: its values stand in braces");
-    }
     if (target.arraySize != 0 && value.items.size() != target.arraySize) {
         throw mof::MofError(value.where, target.words + " has " + std::to_string(target.arraySize) +
                                              " elements, not " +
                                              std::to_string(value.items.size()));
     }
-    for (const mof::Literal& literal : value.items) {
-        if (literal.kind == Kind::Null) {
+    for (const mof::Literal& literal : value.items)
+        if (literal.kind == Kind::Null)
             throw mof::MofError(literal.where, target.words + ": NULL cannot stand in an array");
-        }
-    }
 }
 
 } // namespace
@@ -254,9 +238,8 @@ Pegasus::CIMValue nullValue(const ValueTarget& target) {
 
 Pegasus::CIMValue buildValue(const mof::Value& value, const ValueTarget& target,
                              const ReferenceReader& readReference) {
-    if (isNull(value)) {
+    if (isNull(value))
         return nullValue(target);
-    }
     checkShape(value, target);
     return builders[target.type](Context{target, readReference}, value);
 }

@@ -19,9 +19,8 @@ using Pegasus::CIMQualifierDecl;
 const ClassNode& classIn(const NameSpace& nameSpace, const CIMName& className,
                          Pegasus::CIMStatusCode otherwise) {
     const ClassNode* found = nameSpace.find(className);
-    if (!found) {
+    if (!found)
         throw CIMException(otherwise, className.getString());
-    }
     return *found;
 }
 
@@ -41,9 +40,8 @@ std::vector<CIMName> namesOf(const NamedList<ClassNode::Property>& properties) {
 
 const NameSpace& View::in(const CIMNamespaceName& nameSpace) const {
     const NameSpace* found = _all->find(nameSpace);
-    if (!found) {
+    if (!found)
         throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
-    }
     return *found;
 }
 
@@ -78,9 +76,8 @@ std::vector<CIMName> View::superClassNames(const CIMNamespaceName& nameSpace,
                                            const CIMName& className) const {
     std::vector<CIMName> names;
     const ClassNode* node = &classIn(in(nameSpace), className, Pegasus::CIM_ERR_INVALID_CLASS);
-    while ((node = node->superclass)) {
+    while ((node = node->superclass))
         names.push_back(node->name());
-    }
     return names;
 }
 
@@ -124,9 +121,8 @@ StoredInstance View::getInstance(const CIMNamespaceName& nameSpace,
                                  const CIMObjectPath& instanceName) const {
     const InstanceStore* store = instancesIn(in(nameSpace), instanceName.getClassName());
     const Ref<Stored>* found = store ? store->find(instanceName) : nullptr;
-    if (!found) {
+    if (!found)
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
-    }
     return StoredInstance(*found);
 }
 
@@ -140,20 +136,17 @@ std::vector<StoredInstance> View::referrers(const CIMNamespaceName& nameSpace,
                                             const CIMObjectPath& source,
                                             const GroupFilter& isWanted) const {
     std::vector<StoredInstance> found;
-    if (const InstanceStore* store = instancesIn(in(nameSpace), associationClass)) {
-        for (const Ref<Stored>& each : store->referrers(source, isWanted)) {
+    if (const InstanceStore* store = instancesIn(in(nameSpace), associationClass))
+        for (const Ref<Stored>& each : store->referrers(source, isWanted))
             found.emplace_back(each);
-        }
-    }
     return found;
 }
 
 CIMQualifierDecl View::getQualifier(const CIMNamespaceName& nameSpace,
                                     const CIMName& qualifierName) const {
     const CIMQualifierDecl* found = in(nameSpace).qualifiers().find(qualifierName);
-    if (!found) {
+    if (!found)
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, qualifierName.getString());
-    }
     return *found;
 }
 

@@ -20,8 +20,9 @@ std::size_t asciiPrefix(std::string_view text) noexcept {
 
 bool equalIgnoringCase(std::string_view left, std::string_view right) noexcept {
     return left.size() == right.size() &&
-           std::equal(left.begin(), left.end(), right.begin(),
-                      [](char a, char b) { return a == b || lower(a) == lower(b); });
+           std::equal(
+               left.begin(), left.end(), right.begin(),
+               [](char a, char b) { return a == b || lower(a) == lower(b); });
 }
 
 std::string lowered(std::string_view text) {

@@ -16,10 +16,9 @@ class PlaceIndex {
     template <class IsIt>
     std::optional<std::uint32_t> find(std::uint64_t hash, IsIt isIt) const {
         const auto [first, last] = _places.equal_range(hash);
-        for (auto each = first; each != last; ++each) {
+        for (auto each = first; each != last; ++each)
             if (isIt(each->second))
                 return each->second;
-        }
         return std::nullopt;
     }
 

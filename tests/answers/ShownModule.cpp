@@ -38,9 +38,8 @@ class ShownProvider : public CIMInstanceProvider {
                 handler.deliver(instance);
             }
         });
-        if (!found) {
+        if (!found)
             throw CIMObjectNotFoundException(localPath(path).toString());
-        }
         handler.complete();
     }
     void enumerateInstances(const OperationContext&, const CIMObjectPath& path, const Boolean,

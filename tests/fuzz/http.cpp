@@ -272,12 +272,11 @@ std::vector<SeenReply> played(const RunningServer& server, std::string_view byte
     handled = 0;
     Client client(server.port());
     std::string piece;
-    for (const char byte : bytes) {
+    for (const char byte : bytes)
         if (byte != cut)
             piece += byte;
         else if (inPieces)
             client.send(std::exchange(piece, ""));
-    }
     client.send(piece);
     const std::string all = client.rest();
     const Replies replies(all);

@@ -19,12 +19,10 @@ Association implemented(const char* dependentClass, const std::string& dependent
 /// One for each entry of the catalogue: the profiles, then the subprofiles.
 std::vector<Association> allImplemented() {
     std::vector<Association> all;
-    for (const char* id : {"Orvex1", "Orvex2", "Orvex6"}) {
+    for (const char* id : {"Orvex1", "Orvex2", "Orvex6"})
         all.push_back(implemented("CIM_RegisteredProfile", profilePath(id)));
-    }
-    for (const char* id : {"Orvex3", "Orvex4", "Orvex5"}) {
+    for (const char* id : {"Orvex3", "Orvex4", "Orvex5"})
         all.push_back(implemented("CIM_RegisteredSubProfile", subProfilePath(id)));
-    }
     return all;
 }
 
@@ -94,7 +92,6 @@ TEST_F(ElementSoftwareIdentityTest, ExceptionOfTheHandlerPassesAfterWhatWasDeliv
 TEST_F(ElementSoftwareIdentityTest, IsGotAsWantedWithTheClassOfTheWantedDependent) {
     for (const char* dependent : {"CIM_RegisteredProfile.InstanceID=\"Orvex1\"",
                                   "CIM_RegisteredSubProfile.InstanceID=\"Orvex3\"",
-                                  "CIM_RegisteredProfile.InstanceID=\"none\""}) {
+                                  "CIM_RegisteredProfile.InstanceID=\"none\""})
         expectAllRules(echoClassWith(dependent));
-    }
 }

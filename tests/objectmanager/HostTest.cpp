@@ -104,9 +104,8 @@ TEST_F(HostTest, PropertyThatTheClassLacksIsAbsentAndThePathIsNot) {
         CIMInstance instance;
         Lines lines = {"_getClassFromCIMOM(): className ORVEX_ObjectManagerHost",
                        "Quil - temp msg"};
-        if (missing != 5) {
+        if (missing != 5)
             lines.push_back("Quil: temp msg 23");
-        }
         EXPECT_EQ(tracedBy([&] {
                       instance = provider.buildOrvexOMHostInstance(hostClass, OrvexOMHost());
                   }),
@@ -133,11 +132,10 @@ TEST_F(HostTest, ClassIsReadFromRootCimv2AndAnUnknownOneIsNotFound) {
     server->forget(hostClass);
     for (const bool byKey : {true, false}) {
         try {
-            if (byKey) {
+            if (byKey)
                 provider._getOrvexOMHostInstance("switch1.example.net", instances);
-            } else {
+            else
                 provider._getOrvexOMHostInstances("", instances, "root/cimv2");
-            }
             ADD_FAILURE() << "nothing thrown";
         } catch (const CIMException& exception) {
             EXPECT_EQ(exception.getCode(), CIM_ERR_NOT_FOUND);

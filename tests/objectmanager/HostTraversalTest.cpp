@@ -41,9 +41,8 @@ class HostTraversalTest : public TraversalTest {
   protected:
     static Block before(const std::string& operation, const Question& question, int mask) {
         Block block = {joined({opening(operation, question), chosenLines(mask, question)}), {}, {}};
-        if (!isAssociators(operation)) {
+        if (!isAssociators(operation))
             block.messages.push_back(destructorLine);
-        }
         return block;
     }
 

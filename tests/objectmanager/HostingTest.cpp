@@ -94,9 +94,8 @@ TEST_F(HostingTest, NameIsWrittenOut) {
 
 TEST_F(HostingTest, WithoutMechanismsThereIsNoAccessPoint) {
     publish("CIM_CIMXMLCommunicationMechanism", {});
-    for (const bool names : {true, false}) {
+    for (const bool names : {true, false})
         expectOutcome(enumerate(accessPoints, names), {}, accessPointLines);
-    }
     for (const Failure& failure : joined(serverFailures(), libraryFailures())) {
         SCOPED_TRACE(failure.thrown);
         server->fail("enumerateInstanceNames", "CIM_CIMXMLCommunicationMechanism", failure.raise);
@@ -112,9 +111,8 @@ TEST_F(HostingTest, WithoutMechanismsThereIsNoAccessPoint) {
 
 TEST_F(HostingTest, WithoutAManagerTheServiceIsHostedAllTheSameWithAnEmptyEnd) {
     publish("CIM_ObjectManager", {});
-    for (const bool names : {true, false}) {
+    for (const bool names : {true, false})
         expectOutcome(enumerate(service, names), asNamesOr(names, hostedService("")), serviceLines);
-    }
     publish("CIM_ObjectManager", objectManagers);
     for (const Failure& failure : joined(serverFailures(), libraryFailures())) {
         SCOPED_TRACE(failure.thrown);
@@ -171,7 +169,6 @@ TEST_F(HostingTest, ExceptionOfTheHandlerPassesAfterWhatWasDelivered) {
 }
 
 TEST_F(HostingTest, IsGotAsWantedAtTheWantedPath) {
-    for (const EchoClass& wanted : echoClasses) {
+    for (const EchoClass& wanted : echoClasses)
         expectAllRules(wanted);
-    }
 }

@@ -158,9 +158,8 @@ TEST_F(ManagerMembershipTest, NameThatIsGivenOutWithoutAManagerCanBeGot) {
 TEST_F(ManagerMembershipTest, WithoutMembersThereIsNoAssociation) {
     for (const Membership& membership : memberships) {
         publish(membership.queried, {});
-        for (const bool names : {true, false}) {
+        for (const bool names : {true, false})
             expectOutcome(enumerate(membership.helper, names), {}, {start});
-        }
     }
 }
 
@@ -201,7 +200,6 @@ TEST_F(ManagerMembershipTest, ExceptionOfTheHandlerPassesAfterWhatWasDelivered) 
 }
 
 TEST_F(ManagerMembershipTest, IsGotAsWantedAtTheWantedPath) {
-    for (const EchoClass& wanted : echoClasses) {
+    for (const EchoClass& wanted : echoClasses)
         expectAllRules(wanted);
-    }
 }

@@ -84,9 +84,8 @@ TEST_F(SoftwareIdentityTest, PropertyThatTheClassLacksIsAbsentAndThePathIsNot) {
         server->define(makeClass(identityClass, properties));
         CIMInstance instance;
         Lines lines = {"_getClassFromCIMOM(): className ORVEX_SoftwareIdentity"};
-        if (missing != 4) {
+        if (missing != 4)
             lines.push_back("Quil: temp msg 23");
-        }
         EXPECT_EQ(
             tracedBy([&] { instance = provider.buildOrvexSIInstance(identityClass, OrvexSI()); }),
             traceLines(lines));

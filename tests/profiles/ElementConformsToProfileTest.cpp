@@ -56,9 +56,8 @@ class ElementConformsToProfileTest : public EchoTest {
         Lines messages = {" Quil ElementConformsToProfile Instances "};
         std::vector<Association> associations;
         for (std::size_t row = 0; row < rows.size(); ++row) {
-            if (row == 1) {
+            if (row == 1)
                 messages.push_back(" Quil ElementConformsToProfile ei - Switch ");
-            }
             if ((failed & (1U << row)) != 0) {
                 messages.push_back(rows[row].failureLine);
             } else {

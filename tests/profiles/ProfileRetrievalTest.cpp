@@ -24,26 +24,23 @@ class ProfileRetrievalTest : public ModuleTest {
 
 Lines pathTexts(const std::vector<CIMInstance>& instances) {
     Lines all;
-    for (const CIMInstance& instance : instances) {
+    for (const CIMInstance& instance : instances)
         all.push_back(text(instance.getPath()));
-    }
     return all;
 }
 
 Lines pathTexts(const std::vector<CIMObjectPath>& paths) {
     Lines all;
-    for (const CIMObjectPath& path : paths) {
+    for (const CIMObjectPath& path : paths)
         all.push_back(text(path));
-    }
     return all;
 }
 
 /// The paths of the entries with these InstanceIDs.
 Lines entryPaths(const std::string& prefix, const Lines& instanceIds) {
     Lines all;
-    for (const std::string& id : instanceIds) {
+    for (const std::string& id : instanceIds)
         all.push_back(prefix + ".InstanceID=\"" + id + "\"");
-    }
     return all;
 }
 
@@ -196,9 +193,8 @@ TEST_F(ProfileRetrievalTest, GetsASubProfileUnchangedAndUntraced) {
 }
 
 TEST_F(ProfileRetrievalTest, DeliversNothingForASubProfileThatIsNone) {
-    for (const char* id : {"Orvex1", "Orvex2", "Orvex6", "Orvex7", ""}) {
+    for (const char* id : {"Orvex1", "Orvex2", "Orvex6", "Orvex7", ""})
         EXPECT_TRUE(provider._getRegisteredSubProfileInstance(id, instances).isUninitialized());
-    }
     EXPECT_TRUE(instances.delivered.empty());
 }
 

@@ -72,9 +72,8 @@ const std::string localSwitchCall =
 
 Lines opening(const std::string& operation, const Question& question) {
     const std::string filter = question.filter.value_or("");
-    if (operation == "associatorNames") {
+    if (operation == "associatorNames")
         return {" Quil regProfAssociatorNames(): assoc class is " + filter};
-    }
     if (operation == "associators") {
         return {" Quil regprofAssociators(): assoc class is " + filter + " keyValue is " +
                 question.key};
@@ -134,9 +133,8 @@ class ProfileTraversalTest : public TraversalTest {
 
     Block conforming(const std::string& operation, const Row& row, bool failed = false) {
         Block block = {{conformsLine(operation)}, {}, {}};
-        if (isAssociators(operation)) {
+        if (isAssociators(operation))
             block.messages.push_back(" Quil ElementConformsToProfile assoc - " + row.name + " ");
-        }
         if (failed) {
             block.messages.push_back(operation == "associators" ? row.instancesFailure
                                                                 : row.namesFailure);
@@ -168,9 +166,8 @@ class ProfileTraversalTest : public TraversalTest {
     }
 
     Block implementing(const std::string& operation, const Row& row) {
-        if (operation == "associatorNames") {
+        if (operation == "associatorNames")
             return {{identityLine(operation)}, {identityPath}, {}};
-        }
         if (operation == "associators") {
             return {joined({{identityLine(operation)}, identityInstanceLines}),
                     {identityObject()},
@@ -256,9 +253,8 @@ TEST_F(ProfileTraversalTest, UnknownSourceEndsItInTheSubProfiles) {
             const Question question = {key, filter};
             expectAnswers(profile, question, [&](const std::string& operation) {
                 Block end = {{requiresLine(operation), indexLine(operation) + "-1"}, {}, {}};
-                if (operation == "referenceNames") {
+                if (operation == "referenceNames")
                     end.messages.push_back("Quil index of Reg Profile is -1");
-                }
                 return joined({before(operation, question, filter[0] == '\0' ? 15 : 1), end});
             });
         }
@@ -292,9 +288,8 @@ TEST_F(ProfileTraversalTest, FailingReadLeavesNoElementsAndTheRestFollows) {
     for (const Failure& failure : joined(serverFailures(), libraryFailures())) {
         for (const std::string& operation : traversalOperations()) {
             for (const Row& row : rows) {
-                if (isAssociators(operation) && row.name == "Switch") {
+                if (isAssociators(operation) && row.name == "Switch")
                     continue; // ends it, see below
-                }
                 SCOPED_TRACE(operation + row.name + failure.thrown);
                 setFailingRead(operation, row, failure.raise);
                 const Question question = {row.id};

@@ -71,12 +71,10 @@ class SubProfileTraversalTest : public TraversalTest {
 
     Block requiring(const std::string& operation, const Row& row) {
         const Texts& texts = textsOf.at(operation);
-        if (operation == "associatorNames") {
+        if (operation == "associatorNames")
             return {{texts.requires, profileReferenceLine}, {profilePath(row.profile)}, {}};
-        }
-        if (operation == "associators") {
+        if (operation == "associators")
             return {{texts.requires}, {profileObject(row.profileIndex)}, {}};
-        }
         return {{texts.requires, texts.index + std::to_string(row.index), profileReferenceLine,
                  profileReferenceLine},
                 asNamesOr(deliversNames(operation),
@@ -88,9 +86,8 @@ class SubProfileTraversalTest : public TraversalTest {
 
     Block implementing(const std::string& operation, const Row& row) {
         const Texts& texts = textsOf.at(operation);
-        if (operation == "associatorNames") {
+        if (operation == "associatorNames")
             return {{texts.identity}, {identityPath}, {}};
-        }
         if (operation == "associators") {
             return {joined({{texts.identity}, identityInstanceLines}),
                     {identityObject()},

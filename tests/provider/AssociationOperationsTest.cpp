@@ -67,9 +67,8 @@ bool isAssociators(const std::string& operation) {
 }
 
 std::string lower(std::string name) {
-    for (char& c : name) {
+    for (char& c : name)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
     return name;
 }
 
@@ -108,9 +107,8 @@ TEST_P(SourceTest, GoesToTheFunctionOfTheOperationInAnyLetterCase) {
                 std::string(row.names[i]) == "regprofAssociators" ? " keyValue is any key" : "";
             traversal.push_back(start + "assoc class is CIM_NoAssociation" + keyValue);
         }
-        if (row.tracesResultClass || !isAssociators(operation)) {
+        if (row.tracesResultClass || !isAssociators(operation))
             traversal.push_back(start + "result class is CIM_NoResult");
-        }
         for (const std::string& className : {std::string(row.className), lower(row.className)}) {
             SCOPED_TRACE(operation + " " + className);
             const Answer answer =
@@ -305,8 +303,7 @@ TEST_F(AssociationOperationsTest, ResultsAreTheSameWhateverTheFlagsAndThePropert
         const Answer filtered = ask(provider, operation, source, filters);
         ASSERT_EQ(plain.objects.size(), 2U);
         ASSERT_EQ(filtered.objects.size(), 2U);
-        for (std::size_t i = 0; i < 2; ++i) {
+        for (std::size_t i = 0; i < 2; ++i)
             EXPECT_TRUE(filtered.objects[i].identical(plain.objects[i]));
-        }
     }
 }

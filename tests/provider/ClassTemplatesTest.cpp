@@ -20,9 +20,8 @@ class ClassTemplatesTest : public ModuleTest {
 
 Lines propertyNames(const CIMInstance& instance) {
     Lines names;
-    for (Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
+    for (Uint32 i = 0; i < instance.getPropertyCount(); ++i)
         names.push_back(text(instance.getProperty(i).getName().getString()));
-    }
     return names;
 }
 

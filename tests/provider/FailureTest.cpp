@@ -90,9 +90,8 @@ TEST_F(FailureTest, PegasusExceptionOfADeliveryIsTracedAndSwallowed) {
         const Lines trace = callWith(
             operation,
             [&](std::size_t before) {
-                if (before == failing) {
+                if (before == failing)
                     throw CIMException(CIM_ERR_FAILED, String("no more room"));
-                }
             },
             nullptr);
         EXPECT_EQ(trace.back(),
@@ -123,9 +122,8 @@ TEST_F(FailureTest, ExceptionsOfOtherTypesPassAndReleaseTheMutex) {
         EXPECT_THROW(callWith(
                          operation,
                          [&](std::size_t before) {
-                             if (before == failing) {
+                             if (before == failing)
                                  throw std::runtime_error("of another type");
-                             }
                          },
                          nullptr),
                      std::runtime_error);

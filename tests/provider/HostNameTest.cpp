@@ -20,9 +20,8 @@ class HostNameTest : public ModuleTest {
     std::string initialize() {
         for (const std::string& line : tracedBy([&] { provider.initialize(handle); })) {
             const std::string start = "ServerProfileProvider Quil initialize(): _hostName ";
-            if (line.compare(0, start.size(), start) == 0) {
+            if (line.compare(0, start.size(), start) == 0)
                 return line.substr(start.size());
-            }
         }
         return "not traced";
     }

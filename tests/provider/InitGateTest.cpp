@@ -41,9 +41,8 @@ class InitGateTest : public ModuleTest {
 
 std::string whole(const Lines& lines) {
     std::string all;
-    for (const std::string& line : lines) {
+    for (const std::string& line : lines)
         all += line + "\n";
-    }
     return all;
 }
 
@@ -125,8 +124,9 @@ TEST_F(InitGateTest, FailedInitializeReturnsNormallyAndLeavesTheGateClosed) {
 }
 
 TEST_F(InitGateTest, FailedInitializeTracesTheMessage) {
-    server->fail("getClass", "CIM_RegisteredProfile",
-                 [] { throw Exception(String("connection timed out")); });
+    server->fail(
+        "getClass", "CIM_RegisteredProfile",
+        [] { throw Exception(String("connection timed out")); });
     const Lines lines = tracedBy([&] { provider.initialize(handle); });
     ASSERT_GE(lines.size(), 2U);
     EXPECT_EQ(lines[lines.size() - 2],
@@ -204,8 +204,8 @@ TEST_F(InitGateTest, RequestThatWaitsGoesOnWhenTheGateOpens) {
 }
 
 TEST_F(InitGateTest, OtherExceptionLeavesInitializeWithTheMutexLocked) {
-    server->fail("getClass", "CIM_RegisteredProfile",
-                 [] { throw std::runtime_error("of another type"); });
+    server->fail(
+        "getClass", "CIM_RegisteredProfile", [] { throw std::runtime_error("of another type"); });
     ChildProcess child([this] {
         try {
             provider.initialize(handle);

@@ -141,9 +141,8 @@ std::vector<Enumeration> enumerations() {
     // Nobody here enumerates these: the answer is empty, and complete.
     for (const char* className :
          {"CIM_ReferencedProfile", "CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism",
-          "PG_CIMXMLCommunicationMechanism", "CIM_Namespace", "PG_Namespace"}) {
+          "PG_CIMXMLCommunicationMechanism", "CIM_Namespace", "PG_Namespace"})
         rows.push_back({className, {}, {}, {}, {}});
-    }
     return rows;
 }
 
@@ -180,9 +179,8 @@ class EnumerationTest : public InstanceOperationsTest,
 };
 
 std::string lower(std::string name) {
-    for (char& c : name) {
+    for (char& c : name)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
     return name;
 }
 
@@ -217,9 +215,8 @@ TEST_P(EnumerationTest, InstancesAreTheSameWhateverThePropertyListAndTheFlags) {
         filters.includeQualifiers = filters.includeClassOrigin = !filters.includeQualifiers;
         const Answer filtered = ask(provider, "enumerateInstances", path, filters);
         ASSERT_EQ(filtered.objects.size(), plain.objects.size());
-        for (std::size_t i = 0; i < plain.objects.size(); ++i) {
+        for (std::size_t i = 0; i < plain.objects.size(); ++i)
             EXPECT_TRUE(filtered.objects[i].identical(plain.objects[i]));
-        }
     }
 }
 
@@ -344,9 +341,8 @@ std::vector<Get> gets() {
     }
     for (const char* className :
          {"CIM_ObjectManager", "CIM_CIMXMLCommunicationMechanism",
-          "PG_CIMXMLCommunicationMechanism", "CIM_Namespace", "PG_Namespace"}) {
+          "PG_CIMXMLCommunicationMechanism", "CIM_Namespace", "PG_Namespace"})
         rows.push_back({className, "Name", "any", {}, {}, ""});
-    }
     return rows;
 }
 
@@ -372,12 +368,10 @@ TEST_P(GetTest, GoesToTheFunctionOfTheClassInAnyLetterCase) {
         EXPECT_EQ(answer.completeCalls, 1U);
         EXPECT_EQ(answer.processingCalls, 0U);
         ASSERT_EQ(answer.objects.size(), row.properties.empty() ? 0U : 1U);
-        if (!row.properties.empty()) {
+        if (!row.properties.empty())
             EXPECT_EQ(describe(CIMInstance(answer.objects[0])), row.properties);
-        }
-        if (!row.properties.empty() && !inLowerCase) {
+        if (!row.properties.empty() && !inLowerCase)
             EXPECT_EQ(answer.paths[0], row.path);
-        }
     }
 }
 
@@ -390,9 +384,8 @@ TEST_P(GetTest, DeliversTheSameWhateverThePropertyListAndTheFlags) {
     filters.includeQualifiers = filters.includeClassOrigin = true;
     const Answer filtered = ask(provider, "getInstance", path, filters);
     ASSERT_EQ(filtered.objects.size(), plain.objects.size());
-    for (std::size_t i = 0; i < plain.objects.size(); ++i) {
+    for (std::size_t i = 0; i < plain.objects.size(); ++i)
         EXPECT_TRUE(filtered.objects[i].identical(plain.objects[i]));
-    }
 }
 
 TEST_F(InstanceOperationsTest, GetWithoutAnAcceptedKeyIsTracedAndNeverCompleted) {

@@ -31,14 +31,12 @@ TEST_F(LifecycleTest, AnyNameGetsAFreshProvider) {
         EXPECT_NE(dynamic_cast<ServerProfileProvider*>(provider_), nullptr);
         EXPECT_NE(dynamic_cast<CIMInstanceProvider*>(provider_), nullptr);
         EXPECT_NE(dynamic_cast<CIMAssociationProvider*>(provider_), nullptr);
-        for (const CIMProvider* other : created) {
+        for (const CIMProvider* other : created)
             EXPECT_NE(provider_, other);
-        }
         created.push_back(provider_);
     }
-    for (CIMProvider* provider_ : created) {
+    for (CIMProvider* provider_ : created)
         provider_->terminate();
-    }
 }
 
 TEST_F(LifecycleTest, InitializeIsTracedFromItsStartToItsEnd) {

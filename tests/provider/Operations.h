@@ -93,16 +93,13 @@ inline Answer ask(ServerProfileProvider& provider, const std::string& operation,
     Answer answer;
     answer.trace =
         tracedBy([&] { call(provider, operation, path, filters, paths, instances, objects); });
-    for (const Pegasus::CIMObjectPath& delivered : paths.delivered) {
+    for (const Pegasus::CIMObjectPath& delivered : paths.delivered)
         answer.paths.push_back(text(delivered));
-    }
     answer.objects = objects.delivered;
-    for (const Pegasus::CIMInstance& delivered : instances.delivered) {
+    for (const Pegasus::CIMInstance& delivered : instances.delivered)
         answer.objects.push_back(Pegasus::CIMObject(delivered));
-    }
-    for (const Pegasus::CIMObject& delivered : answer.objects) {
+    for (const Pegasus::CIMObject& delivered : answer.objects)
         answer.paths.push_back(text(delivered.getPath()));
-    }
     answer.processingCalls =
         paths.processingCalls + instances.processingCalls + objects.processingCalls;
     answer.completeCalls = paths.completeCalls + instances.completeCalls + objects.completeCalls;
@@ -112,12 +109,10 @@ inline Answer ask(ServerProfileProvider& provider, const std::string& operation,
 /// The messages with which `operation` begins for `className`, before the init gate.
 inline Lines startLines(const std::string& operation, const std::string& className) {
     const std::string name = "Quil " + operation + "()";
-    if (operation == "enumerateInstanceNames") {
+    if (operation == "enumerateInstanceNames")
         return {name + ": className is " + className};
-    }
-    if (operation == "getInstance") {
+    if (operation == "getInstance")
         return {name + " Start: className " + className};
-    }
     return {name + ": Start " + className};
 }
 
@@ -125,12 +120,10 @@ inline Lines startLines(const std::string& operation, const std::string& classNa
 /// instance operations has none.
 inline Lines classLines(const std::string& operation, const std::string& className) {
     Lines lines;
-    if (operation == "associators") {
+    if (operation == "associators")
         lines.push_back("Quil - associators() initFlag is 1");
-    }
-    if (operation[0] == 'a' || operation[0] == 'r') {
+    if (operation[0] == 'a' || operation[0] == 'r')
         lines.push_back("Quil " + operation + "(): className " + className);
-    }
     return lines;
 }
 

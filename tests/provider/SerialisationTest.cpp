@@ -105,7 +105,8 @@ TEST_F(SerialisationTest, CompletionBelongsToTheRequest) {
 TEST_F(SerialisationTest, RequestWaitsForOneThatReadsBack) {
     tracedBy([&] { provider.initialize(handle); });
     Stop stop;
-    server->fail("enumerateInstanceNames", "CIM_Namespace", [&] { stop.here(); });
+    server->fail(
+        "enumerateInstanceNames", "CIM_Namespace", [&] { stop.here(); });
     expectSecondWaits(
         stop,
         [&] {
@@ -118,7 +119,8 @@ TEST_F(SerialisationTest, RequestWaitsForOneThatReadsBack) {
 
 TEST_F(SerialisationTest, RequestWaitsForOneThatBuildsTheCatalogueAndFindsIt) {
     Stop stop;
-    server->fail("getClass", "CIM_RegisteredSubProfile", [&] { stop.here(); });
+    server->fail(
+        "getClass", "CIM_RegisteredSubProfile", [&] { stop.here(); });
     expectSecondWaits(
         stop, [&] { request("enumerateInstanceNames", nullptr, nullptr); },
         [&] { request("references", nullptr, nullptr); });
@@ -155,16 +157,13 @@ TEST_F(SerialisationTest, ManyRequestsOfManyThreadsAreAllAnswered) {
     tracedBy([&] {
         provider.initialize(handle);
         std::vector<std::thread> threads;
-        for (unsigned thread = 0; thread < 8; ++thread) {
+        for (unsigned thread = 0; thread < 8; ++thread)
             threads.emplace_back([this, thread] {
-                for (unsigned i = 0; i < 20; ++i) {
+                for (unsigned i = 0; i < 20; ++i)
                     request(readOperations()[(thread + i) % 7], nullptr, nullptr);
-                }
             });
-        }
-        for (std::thread& thread : threads) {
+        for (std::thread& thread : threads)
             thread.join();
-        }
     });
     EXPECT_EQ(provider.registeredProfiles().size(), 3U);
 }

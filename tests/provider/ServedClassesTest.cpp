@@ -36,9 +36,8 @@ const std::vector<ServedClass> servedClasses = {
 };
 
 std::string withLetters(std::string name, int (*letter)(int)) {
-    for (char& c : name) {
+    for (char& c : name)
         c = static_cast<char>(letter(static_cast<unsigned char>(c)));
-    }
     return name;
 }
 
@@ -52,9 +51,8 @@ class ServedClassTest : public ModuleTest, public testing::WithParamInterface<Se
         int result = -1;
         const Lines traced =
             tracedBy([&] { result = provider._checkKey(className.c_str(), keyName.c_str()); });
-        if (lines != nullptr) {
+        if (lines != nullptr)
             *lines = traced;
-        }
         return result;
     }
 };
@@ -96,9 +94,8 @@ TEST_P(ServedClassTest, RefusesOtherKeysAndSaysSo) {
         Lines lines;
         EXPECT_EQ(check(GetParam().name, key, &lines), accepted ? 1 : 0) << key;
         Lines expected = {keyLine(GetParam().name, key)};
-        if (!accepted) {
+        if (!accepted)
             expected.push_back(keyFailLine(GetParam().name, key));
-        }
         EXPECT_EQ(lines, traceLines(expected));
     }
 }

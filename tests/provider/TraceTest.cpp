@@ -92,28 +92,24 @@ TEST_F(TraceTest, LinesOfTwoThreadsNeverMix) {
     for (const bool detached : {false, true}) {
         SCOPED_TRACE(detached ? "streams of their own" : "streams on stdio");
         ChildProcess child([&] {
-            if (detached) {
+            if (detached)
                 std::ios::sync_with_stdio(false);
-            }
             std::vector<std::thread> running;
-            for (unsigned i = 0; i < threads; ++i) {
+            for (unsigned i = 0; i < threads; ++i)
                 running.emplace_back([&, i] {
                     for (unsigned line = 0; line < lines; ++line) {
                         trace(message(i).c_str(), String("+"), line, true);
                         provider._checkKey("CIM_HostedService", message(i).c_str());
                     }
                 });
-            }
-            for (std::thread& thread : running) {
+            for (std::thread& thread : running)
                 thread.join();
-            }
         });
         std::istringstream written(child.outputFor(std::chrono::seconds(60)));
         ASSERT_TRUE(child.hasEnded());
         Lines actual;
-        for (std::string line; std::getline(written, line);) {
+        for (std::string line; std::getline(written, line);)
             actual.push_back(line);
-        }
         Lines expected;
         for (unsigned i = 0; i < threads; ++i) {
             for (unsigned line = 0; line < lines; ++line) {

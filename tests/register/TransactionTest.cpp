@@ -15,19 +15,20 @@ class Steps : public testing::Test {
     std::string log;
 
     void step(const std::string& name, bool works = true, bool goesBack = true) {
-        transaction.step("doing " + name,
-                         [&, name, works] {
-                             log += name;
-                             if (!works)
-                                 throw std::runtime_error("no");
-                         },
-                         {"undoing " + name,
-                          [&, name, goesBack] {
-                              log += "-" + name;
-                              if (!goesBack)
-                                  throw std::runtime_error("no way back");
-                          },
-                          "by hand"});
+        transaction.step(
+            "doing " + name,
+            [&, name, works] {
+                log += name;
+                if (!works)
+                    throw std::runtime_error("no");
+            },
+            {"undoing " + name,
+             [&, name, goesBack] {
+                 log += "-" + name;
+                 if (!goesBack)
+                     throw std::runtime_error("no way back");
+             },
+             "by hand"});
     }
 };
 

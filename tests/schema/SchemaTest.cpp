@@ -31,10 +31,9 @@ std::set<std::string> sources(const std::string& file) {
 
 TEST_F(LoadedSchema, LeavesNoFileOut) {
     std::set<std::string> loaded;
-    for (const Words& files : {commonFiles, interopFiles}) {
+    for (const Words& files : {commonFiles, interopFiles})
         for (const std::string& file : files)
             loaded.merge(sources(file));
-    }
     std::set<std::string> present = mofFilesIn("schema");
     present.merge(mofFilesIn("samples"));
     EXPECT_EQ(loaded, present);

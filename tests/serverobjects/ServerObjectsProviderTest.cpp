@@ -44,21 +44,18 @@ class Server : public CIMOMHandleRep {
   private:
     Array<CIMObjectPath> names(const CIMNamespaceName& nameSpace, const CIMName& className) {
         const auto found = paths.find(ask(nameSpace, className));
-        if (found == paths.end()) {
+        if (found == paths.end())
             throw CIMException(CIM_ERR_INVALID_CLASS, className.getString());
-        }
         Array<CIMObjectPath> result;
-        for (const std::string& path : found->second) {
+        for (const std::string& path : found->second)
             result.append(CIMObjectPath(String(path.c_str())));
-        }
         return result;
     }
 
     Array<CIMInstance> instances(const CIMNamespaceName& nameSpace, const CIMName& className) {
         if (ask(nameSpace, className) != "root/PG_Internal:PG_ConfigSetting" ||
-            configuration.empty()) {
+            configuration.empty())
             throw CIMException(CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
-        }
         Array<CIMInstance> result;
         for (const auto& [name, value] : configuration) {
             CIMInstance setting(className);
@@ -73,9 +70,8 @@ class Server : public CIMOMHandleRep {
 
     std::string ask(const CIMNamespaceName& nameSpace, const CIMName& className) {
         asked.push_back(text(nameSpace.getString()) + ":" + text(className.getString()));
-        if (fail) {
+        if (fail)
             fail();
-        }
         return asked.back();
     }
 };
@@ -108,9 +104,8 @@ class ServerObjects : public testing::Test {
         settings.nameSpaces = {"interop"};
     }
     ~ServerObjects() override {
-        if (_provider != nullptr) {
+        if (_provider != nullptr)
             _provider->terminate();
-        }
     }
 
     ServerObjectsProvider& provider() {
@@ -180,9 +175,8 @@ TEST_F(ServerObjects, TheObjectManagerHasWhatClientsRequire) {
     EXPECT_EQ("Test server, version 7.8", property(object, "Description"));
     EXPECT_EQ("2 ", property(object, "OperationalStatus"));
     EXPECT_EQ("TRUE", property(object, "Started"));
-    for (const char* key : {"SystemCreationClassName", "SystemName", "CreationClassName", "Name"}) {
+    for (const char* key : {"SystemCreationClassName", "SystemName", "CreationClassName", "Name"})
         EXPECT_NE("none", property(object, key)) << key;
-    }
 }
 
 TEST_F(ServerObjects, TheConfigurationOfTheServerTellsItsAccesses) {
@@ -230,9 +224,8 @@ TEST_F(ServerObjects, WithoutAConfigurationTheSettingsTellTheAccesses) {
                                                       {"CIMXMLProtocolVersion", "1"},
                                                       {"CIMValidated", "FALSE"},
                                                       {"OperationalStatus", "2 "}};
-    for (const auto& [name, value] : required) {
+    for (const auto& [name, value] : required)
         EXPECT_EQ(value, property(objects[0], name)) << name;
-    }
 }
 
 TEST_F(ServerObjects, NamespacesAreThoseOfTheServerAndOfTheSettingsEachOnce) {
@@ -303,9 +296,8 @@ TEST_F(ServerObjects, WhatTheServerCannotSayFailsTheRequestAndIsAskedAgain) {
 TEST_F(ServerObjects, WrongSettingsAreToldToTheClient) {
     bool wrong = true;
     auto* const faulty = new ServerObjectsProvider([&]() -> Settings {
-        if (wrong) {
+        if (wrong)
             throw std::runtime_error("x.conf:1: no");
-        }
         return settings;
     });
     initialize(*faulty);
@@ -365,9 +357,8 @@ TEST_F(ServerObjects, ManyAtOnceAreAnsweredAlikeAndTheServerIsAskedOnce) {
             each = handler.names;
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_EQ(1U, std::set<Texts>(found.begin(), found.end()).size());
     EXPECT_EQ(3U, server->asked.size()); // configuration, namespaces, the own object manager
 }

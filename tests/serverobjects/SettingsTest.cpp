@@ -71,9 +71,8 @@ TEST(Settings, AnErrorSaysWhereAndWhat) {
 }
 
 TEST(Settings, AreFoundByANameThatStaysInTheFolder) {
-    for (const char* name : {"", ".", "..", "../x", "/etc/x", ".hidden"}) {
+    for (const char* name : {"", ".", "..", "../x", "/etc/x", ".hidden"})
         EXPECT_THROW(settingsOf(name), std::runtime_error) << name;
-    }
 }
 
 TEST(Settings, WithoutAFileAreTheDefaults) {

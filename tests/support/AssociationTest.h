@@ -90,20 +90,17 @@ inline std::string describeObject(const Pegasus::CIMInstance& instance) {
     const Pegasus::CIMConstInstance readable = instance;
     std::string all = text(readable.getClassName().getString()) + "\n  " +
                       describePath(readable.getPath()) + "\n";
-    for (Pegasus::Uint32 i = 0; i < readable.getPropertyCount(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < readable.getPropertyCount(); ++i)
         all += "  " + describeProperty(readable.getProperty(i)) + "\n";
-    }
-    if (readable.getQualifierCount() != 0) {
+    if (readable.getQualifierCount() != 0)
         all += "  qualifiers: " + std::to_string(readable.getQualifierCount()) + "\n";
-    }
     return all;
 }
 
 inline Lines describeAll(const std::vector<Pegasus::CIMObjectPath>& paths) {
     Lines all;
-    for (const Pegasus::CIMObjectPath& path : paths) {
+    for (const Pegasus::CIMObjectPath& path : paths)
         all.push_back(describePath(path));
-    }
     return all;
 }
 
@@ -147,9 +144,8 @@ struct Association {
   private:
     static std::string key(const End& end) {
         std::string escaped;
-        for (const char c : end.path) {
+        for (const char c : end.path)
             escaped += c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
-        }
         return end.role + "=\"" + escaped + "\"";
     }
     static std::string property(const End& end) {
@@ -160,9 +156,8 @@ struct Association {
 /// The associations as they are delivered.
 inline Lines asNamesOr(bool names, const std::vector<Association>& associations) {
     Lines all;
-    for (const Association& association : associations) {
+    for (const Association& association : associations)
         all.push_back(association.as(names));
-    }
     return all;
 }
 
@@ -315,9 +310,8 @@ class AssociationTest : public ModuleTest {
     Outcome observe(Call call, std::size_t accepted = ~std::size_t(0)) {
         Recorder handler;
         handler.onDeliver = [accepted](std::size_t before) {
-            if (before == accepted) {
+            if (before == accepted)
                 throw Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, "enough");
-            }
         };
         Outcome outcome;
         server->calls.clear();

@@ -18,9 +18,8 @@ ChildProcess::ChildProcess(const std::function<void()>& work) {
     std::cout.flush();
     std::fflush(stdout);
     int ends[2];
-    if (::pipe(ends) != 0) {
+    if (::pipe(ends) != 0)
         throw std::system_error(errno, std::generic_category(), "pipe");
-    }
     _process = ::fork();
     if (_process == 0) {
         ::dup2(ends[1], STDOUT_FILENO);
@@ -55,15 +54,13 @@ const std::string& ChildProcess::outputUntil(const std::string& text, unsigned t
     while (!_ended && occurrences(_written, text) < times) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
         pollfd readable = {_output, POLLIN, 0};
-        if (left.count() <= 0 || ::poll(&readable, 1, static_cast<int>(left.count())) <= 0) {
+        if (left.count() <= 0 || ::poll(&readable, 1, static_cast<int>(left.count())) <= 0)
             break;
-        }
         char piece[4096];
         const ssize_t size = ::read(_output, piece, sizeof(piece));
         _ended = size <= 0;
-        if (!_ended) {
+        if (!_ended)
             _written.append(piece, static_cast<std::size_t>(size));
-        }
     }
     return _written;
 }
@@ -76,9 +73,8 @@ const std::string& ChildProcess::outputFor(std::chrono::milliseconds time) {
 unsigned occurrences(const std::string& whole, const std::string& text) {
     unsigned count = 0;
     for (std::size_t at = whole.find(text); at != std::string::npos;
-         at = whole.find(text, at + text.size())) {
+         at = whole.find(text, at + text.size()))
         ++count;
-    }
     return count;
 }
 

@@ -25,9 +25,8 @@ CIMType typeNamed(const std::string& name) {
     const std::map<std::string, CIMType> types = {
         {"string", CIMTYPE_STRING}, {"uint16", CIMTYPE_UINT16}, {"boolean", CIMTYPE_BOOLEAN}};
     const auto found = types.find(name);
-    if (found == types.end()) {
+    if (found == types.end())
         throw std::invalid_argument("no such type in a test's class: " + name);
-    }
     return found->second;
 }
 
@@ -55,14 +54,12 @@ CIMClass makeClass(const std::string& name, const std::vector<std::string>& prop
         const std::size_t blank = property.find(' ');
         std::string type = property.substr(0, blank);
         const bool isArray = type.size() > 2 && type.substr(type.size() - 2) == "[]";
-        if (isArray) {
+        if (isArray)
             type.resize(type.size() - 2);
-        }
         CIMProperty declared(CIMName(property.substr(blank + 1).c_str()),
                              CIMValue(typeNamed(type), isArray));
-        if (cimClass.getPropertyCount() == 0) {
+        if (cimClass.getPropertyCount() == 0)
             declared.addQualifier(CIMQualifier(CIMName("Key"), CIMValue(Boolean(true))));
-        }
         cimClass.addProperty(declared);
     }
     return cimClass;
@@ -127,15 +124,15 @@ void FakeServer::fail(const std::string& operation, const std::string& className
 
 void FakeServer::fail(const std::string& operation, const std::string& className,
                       CIMStatusCode status, const std::string& message) {
-    fail(operation, className,
-         [status, message] { throw CIMException(status, String(message.c_str())); });
+    fail(
+        operation, className,
+        [status, message] { throw CIMException(status, String(message.c_str())); });
 }
 
 void FakeServer::failIfTold(const std::string& operation, const std::string& className) const {
     const auto failure = _failures.find(lower(operation + " " + className));
-    if (failure != _failures.end() && failure->second) {
+    if (failure != _failures.end() && failure->second)
         failure->second();
-    }
 }
 
 const std::vector<CIMInstance>& FakeServer::objectsOf(const std::string& className) const {
@@ -169,9 +166,8 @@ hosting::Answer FakeServer::perform(const hosting::Operation& operation) {
         return {hosting::cursorOverAll(objectsOf(className))};
     case OperationKind::EnumerateInstanceNames: {
         std::vector<CIMObjectPath> paths;
-        for (const CIMInstance& object : objectsOf(className)) {
+        for (const CIMInstance& object : objectsOf(className))
             paths.push_back(object.getPath());
-        }
         return {hosting::cursorOverAll(paths)};
     }
     default:
@@ -182,9 +178,8 @@ hosting::Answer FakeServer::perform(const hosting::Operation& operation) {
 CIMClass FakeServer::classFor(const hosting::Operation& operation) const {
     const auto found = _classes.find(
         lower(text(operation.nameSpace.getString()) + ":" + text(operation.className.getString())));
-    if (found == _classes.end()) {
+    if (found == _classes.end())
         throw CIMException(CIM_ERR_NOT_FOUND, operation.className.getString());
-    }
     return found->second;
 }
 
@@ -194,9 +189,8 @@ CIMInstance FakeServer::instanceFor(const hosting::Operation& operation) const {
         CIMObjectPath mine = object.getPath();
         mine.setHost(name.getHost());
         mine.setNameSpace(name.getNameSpace());
-        if (mine.identical(name)) {
+        if (mine.identical(name))
             return object;
-        }
     }
     throw CIMException(CIM_ERR_NOT_FOUND, name.toString());
 }

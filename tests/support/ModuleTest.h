@@ -22,9 +22,8 @@ using Lines = std::vector<std::string>;
 /// The parts one after the other.
 inline Lines joined(const std::vector<Lines>& parts) {
     Lines all;
-    for (const Lines& part : parts) {
+    for (const Lines& part : parts)
         all.insert(all.end(), part.begin(), part.end());
-    }
     return all;
 }
 
@@ -51,9 +50,8 @@ inline Lines catalogueLines() {
     Lines all = {"Quil initData(): Start InitInProgress 1"};
     for (const char* className :
          {"CIM_RegisteredProfile", "CIM_RegisteredProfile", "CIM_RegisteredSubProfile",
-          "CIM_RegisteredSubProfile", "CIM_RegisteredSubProfile", "CIM_RegisteredProfile"}) {
+          "CIM_RegisteredSubProfile", "CIM_RegisteredSubProfile", "CIM_RegisteredProfile"})
         all = joined({all, entryLines(className)});
-    }
     return joined({all, {"OrvexOMHost - destructor(): Start ", "Quil initData(): Exit "}});
 }
 
@@ -84,9 +82,8 @@ inline std::string describe(const Pegasus::CIMConstProperty& property) {
 inline Lines describe(const Pegasus::CIMInstance& instance) {
     const Pegasus::CIMConstInstance readable = instance;
     Lines all;
-    for (Pegasus::Uint32 i = 0; i < readable.getPropertyCount(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < readable.getPropertyCount(); ++i)
         all.push_back(describe(readable.getProperty(i)));
-    }
     return all;
 }
 

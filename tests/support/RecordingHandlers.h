@@ -26,20 +26,17 @@ class RecordingHandler : public Base {
     void processing() override { ++processingCalls; }
     void complete() override {
         ++completeCalls;
-        if (onComplete) {
+        if (onComplete)
             onComplete();
-        }
     }
     void deliver(const Item& item) override {
-        if (onDeliver) {
+        if (onDeliver)
             onDeliver(delivered.size());
-        }
         delivered.push_back(item);
     }
     void deliver(const Pegasus::Array<Item>& items) override {
-        for (Pegasus::Uint32 i = 0; i < items.size(); ++i) {
+        for (Pegasus::Uint32 i = 0; i < items.size(); ++i)
             deliver(items[i]);
-        }
     }
 };
 

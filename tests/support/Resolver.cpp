@@ -18,9 +18,8 @@ using testsupport::resolver;
 
 extern "C" int gethostname(char* name, std::size_t size) noexcept {
     resolver.bufferSizes.push_back(size);
-    if (resolver.shortNameFails) {
+    if (resolver.shortNameFails)
         return -1;
-    }
     std::memcpy(name, resolver.shortName.c_str(), std::min(size, resolver.shortName.size() + 1));
     return 0;
 }
@@ -29,9 +28,8 @@ extern "C" hostent* gethostbyname(const char* name) {
     static std::string officialName;
     static hostent answer;
     resolver.lookups.push_back(name);
-    if (!resolver.officialName) {
+    if (!resolver.officialName)
         return nullptr;
-    }
     officialName = *resolver.officialName;
     answer = hostent();
     answer.h_name = officialName.data();

@@ -26,9 +26,8 @@ std::vector<std::string> tracedBy(Work work) {
     }
     std::istringstream written(testing::internal::GetCapturedStdout());
     std::vector<std::string> lines;
-    for (std::string line; std::getline(written, line);) {
+    for (std::string line; std::getline(written, line);)
         lines.push_back(line);
-    }
     return lines;
 }
 
@@ -36,9 +35,8 @@ std::vector<std::string> tracedBy(Work work) {
 /// which stand for a line of its own form (without the '!').
 inline std::vector<std::string> traceLines(const std::vector<std::string>& messages) {
     std::vector<std::string> lines;
-    for (const std::string& message : messages) {
+    for (const std::string& message : messages)
         lines.push_back(message[0] == '!' ? message.substr(1) : "ServerProfileProvider " + message);
-    }
     return lines;
 }
 

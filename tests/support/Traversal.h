@@ -160,12 +160,10 @@ class TraversalTest : public AssociationTest {
             return observe<ObjectRecorder>(
                 [&](ObjectRecorder& to) { function(provider, question, to); }, accepted);
         };
-        if (operation == "associatorNames") {
+        if (operation == "associatorNames")
             return names(source.associatorNames);
-        }
-        if (operation == "referenceNames") {
+        if (operation == "referenceNames")
             return names(source.referenceNames);
-        }
         return objects(operation == "associators" ? source.associators : source.references);
     }
 

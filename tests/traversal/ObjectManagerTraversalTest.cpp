@@ -29,9 +29,8 @@ class ObjectManagerTraversalTest : public TraversalTest {
   protected:
     /// What stands at the other end of bits 2 and 4: the far ends themselves, or associations.
     Lines far(const std::string& operation, int bit, const Lines& ends) {
-        if (isAssociators(operation)) {
+        if (isAssociators(operation))
             return asFarEnds(operation, ends);
-        }
         std::vector<Association> all;
         for (const std::string& end : ends) {
             all.push_back({associationOf.at(bit),
@@ -101,9 +100,8 @@ class ObjectManagerTraversalTest : public TraversalTest {
     /// The lines and calls before the bits.
     Block before(const std::string& operation, const Question& question, int mask) {
         Block block = {joined({opening(operation, question), chosenLines(mask, question)}), {}, {}};
-        if (!isAssociators(operation)) {
+        if (!isAssociators(operation))
             block.calls = {"enumerateInstanceNames root/request CIM_ObjectManager"};
-        }
         return block;
     }
 
@@ -116,9 +114,8 @@ class ObjectManagerTraversalTest : public TraversalTest {
     static Lines failureLines(const std::string& operation, int which, const Failure& failure) {
         Lines lines = {which == 2 ? " Quil exception ei for CIM_Namespace "
                                   : " Quil exception ei for CIM_CIMXMLCommunicationMechanism "};
-        if (operation == "associators") {
+        if (operation == "associators")
             lines.push_back("ObjMgrAssoc:(): Exception - ei CIM_Namespace " + failure.message);
-        }
         return lines;
     }
 
@@ -165,9 +162,8 @@ TEST_F(ObjectManagerTraversalTest, FailingReadOfTheManagerEndsReferences) {
         setFailing("CIM_ObjectManager", failure.raise);
         const Question question = {"manager1"};
         expectAnswers(manager, question, [&](const std::string& operation) {
-            if (isAssociators(operation)) {
+            if (isAssociators(operation))
                 return all(operation, question);
-            }
             return joined({before(operation, question, 15),
                            {{" Quil exception ni for CIM_Namespace -Exiting "}, {}, {}}});
         });

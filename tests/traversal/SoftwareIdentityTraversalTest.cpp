@@ -69,11 +69,9 @@ class SoftwareIdentityTraversalTest : public TraversalTest {
         };
         const Lines profileIds = {"Orvex1", "Orvex2", "Orvex6"};
         const Lines subProfileIds = {"Orvex3", "Orvex4", "Orvex5"};
-        for (Uint32 i = 0; i < 3; ++i) {
-            if (profiles) {
+        for (Uint32 i = 0; i < 3; ++i)
+            if (profiles)
                 add("CIM_RegisteredProfile", profilePath(profileIds[i]), profileObject(i));
-            }
-        }
         for (Uint32 i = 0; i < 3; ++i) {
             if (subProfiles) {
                 add("CIM_RegisteredSubProfile", subProfilePath(subProfileIds[i]),
@@ -174,9 +172,8 @@ TEST_F(SoftwareIdentityTraversalTest, ExceptionOfTheHandlerPassesAfterWhatWasDel
 TEST_F(SoftwareIdentityTraversalTest, EntriesAreDeliveredAsClones) {
     ObjectRecorder handler;
     tracedBy([&] { identity.associators(provider, {"OrvexSI1"}, handler); });
-    for (CIMObject& object : handler.delivered) {
+    for (CIMObject& object : handler.delivered)
         object.removeProperty(0);
-    }
     for (Uint32 i = 0; i < 3; ++i) {
         EXPECT_EQ(provider.registeredProfiles()[i].getPropertyCount(), 7U);
         EXPECT_EQ(provider.registeredSubProfiles()[i].getPropertyCount(), 7U);

@@ -71,10 +71,9 @@ void AcceptLanguageList::remove(Uint32 index) {
 }
 
 Uint32 AcceptLanguageList::find(const LanguageTag& languageTag) const {
-    for (Uint32 index = 0; index < size(); ++index) {
+    for (Uint32 index = 0; index < size(); ++index)
         if (_rep->entries[index].tag == languageTag)
             return index;
-    }
     return PEG_NOT_FOUND;
 }
 

@@ -17,9 +17,11 @@ bool mayBeginName(Uint16 unit) {
 template <class Unit>
 bool isName(const Unit* begin, const Unit* end) {
     return begin != end && !embedded::text::isDigit(unitOf(*begin)) &&
-           std::all_of(begin, end, [](Unit unit) {
-               return mayBeginName(unitOf(unit)) || embedded::text::isDigit(unitOf(unit));
-           });
+           std::all_of(
+               begin, end,
+               [](Unit unit) {
+                   return mayBeginName(unitOf(unit)) || embedded::text::isDigit(unitOf(unit));
+               });
 }
 
 template <class Unit>

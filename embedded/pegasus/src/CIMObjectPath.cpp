@@ -54,18 +54,20 @@ const String& checkedHost(const String& host) {
 }
 
 void appendQuoted(String& text, const String& value) {
-    StringRep::visit(value, [&](const auto* units, Uint32 size) {
-        using Unit = std::decay_t<decltype(*units)>;
-        std::vector<Unit> quoted(2 * std::size_t{size} + 2, Unit('"')); // more is not needed
-        Unit* end = quoted.data() + 1;
-        for (Uint32 i = 0; i < size; ++i) {
-            if (unitOf(units[i]) == '\\' || unitOf(units[i]) == '"')
-                *end++ = Unit('\\');
-            *end++ = units[i];
-        }
-        *end++ = Unit('"');
-        text.append(quoted.data(), static_cast<Uint32>(end - quoted.data()));
-    });
+    StringRep::visit(
+        value,
+        [&](const auto* units, Uint32 size) {
+            using Unit = std::decay_t<decltype(*units)>;
+            std::vector<Unit> quoted(2 * std::size_t{size} + 2, Unit('"')); // more is not needed
+            Unit* end = quoted.data() + 1;
+            for (Uint32 i = 0; i < size; ++i) {
+                if (unitOf(units[i]) == '\\' || unitOf(units[i]) == '"')
+                    *end++ = Unit('\\');
+                *end++ = units[i];
+            }
+            *end++ = Unit('"');
+            text.append(quoted.data(), static_cast<Uint32>(end - quoted.data()));
+        });
 }
 
 using embedded::text::KeyedHash;

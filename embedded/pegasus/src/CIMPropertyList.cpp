@@ -18,10 +18,9 @@ Uint32 CIMPropertyListRep::find(const CIMName& name) const {
     const auto isIt = [&](Uint32 place) { return all[place].equal(name); };
     if (places.size() != 0)
         return places.find(hosting::foldedHash(name.getString()), isIt).value_or(PEG_NOT_FOUND);
-    for (Uint32 place = 0; place < names.size(); ++place) {
+    for (Uint32 place = 0; place < names.size(); ++place)
         if (isIt(place))
             return place;
-    }
     return PEG_NOT_FOUND;
 }
 

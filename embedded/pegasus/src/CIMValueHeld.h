@@ -71,10 +71,9 @@ struct Vector final : CIMValueRep {
         const Array<T>& others = static_cast<const Vector&>(other)._elements;
         if (_elements.size() != others.size())
             return false;
-        for (Uint32 i = 0; i < others.size(); ++i) {
+        for (Uint32 i = 0; i < others.size(); ++i)
             if (!Treatment::same(_elements[i], others[i]))
                 return false;
-        }
         return true;
     }
 

@@ -49,10 +49,9 @@ void ContentLanguageList::remove(Uint32 index) {
 }
 
 Uint32 ContentLanguageList::find(const LanguageTag& languageTag) const {
-    for (Uint32 index = 0; index < size(); ++index) {
+    for (Uint32 index = 0; index < size(); ++index)
         if (_rep->tags[index] == languageTag)
             return index;
-    }
     return PEG_NOT_FOUND;
 }
 

@@ -37,10 +37,9 @@ class Reader {
         const Uint16 sign = text[21];
         require(sign == '+' || sign == '-' || sign == ':');
         isInterval = sign == ':';
-        for (Uint32 i = 0; i < 21; ++i) {
+        for (Uint32 i = 0; i < 21; ++i)
             if (i != 14)
                 _digits += readDigit(text[i]);
-        }
         for (Uint32 i = 22; i < 25; ++i) {
             const Uint16 digit = text[i];
             require(embedded::text::isDigit(digit));
@@ -127,16 +126,15 @@ Uint64 significant(Uint64 microseconds, Uint16 wildcards, bool isInterval) {
         return calendar::daysSinceYear0(date) * perDay;
     }
     Uint64 unit = 1;
-    if (wildcards >= toHours) {
+    if (wildcards >= toHours)
         unit = perDay;
-    } else if (wildcards >= toMinutes) {
+    else if (wildcards >= toMinutes)
         unit = perHour;
-    } else if (wildcards >= toSeconds) {
+    else if (wildcards >= toSeconds)
         unit = perMinute;
-    } else {
+    else
         for (Uint16 i = 0; i < wildcards; ++i)
             unit *= 10;
-    }
     return microseconds - microseconds % unit;
 }
 

@@ -14,8 +14,9 @@ namespace {
 
 bool isNumber(const std::string& text, std::size_t maximumSize, unsigned long maximum) {
     return !text.empty() && text.size() <= maximumSize &&
-           std::all_of(text.begin(), text.end(),
-                       [](char c) { return embedded::text::isDigit(static_cast<Uint16>(c)); }) &&
+           std::all_of(
+               text.begin(), text.end(),
+               [](char c) { return embedded::text::isDigit(static_cast<Uint16>(c)); }) &&
            std::stoul(text) <= maximum;
 }
 

@@ -42,10 +42,9 @@ template <class Accepts>
 bool isSubtag(const String& text, Accepts accepts) {
     if (text.size() == 0 || text.size() > longestSubtag)
         return false;
-    for (Uint32 index = 0; index < text.size(); ++index) {
+    for (Uint32 index = 0; index < text.size(); ++index)
         if (!accepts(Uint16(text[index])))
             return false;
-    }
     return true;
 }
 

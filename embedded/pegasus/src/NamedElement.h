@@ -77,10 +77,9 @@ class NamedElements {
         if (_index)
             return _index->find(hosting::foldedHash(name.getString()), isIt)
                 .value_or(PEG_NOT_FOUND);
-        for (Uint32 index = 0; index < count(); ++index) {
+        for (Uint32 index = 0; index < count(); ++index)
             if (isIt(index))
                 return index;
-        }
         return PEG_NOT_FOUND;
     }
 
@@ -108,10 +107,9 @@ class NamedElements {
     bool identical(const NamedElements& x) const {
         if (count() != x.count())
             return false;
-        for (Uint32 index = 0; index < count(); ++index) {
+        for (Uint32 index = 0; index < count(); ++index)
             if (!_elements[index].identical(x._elements[index]))
                 return false;
-        }
         return true;
     }
 

@@ -42,9 +42,9 @@ bool parseUnits(const Unit* at, const Unit* end, Uint64& value) {
 } // namespace
 
 bool parse(const String& text, Uint64& value) {
-    return StringRep::visit(text, [&](const auto* units, Uint32 size) {
-        return parseUnits(units, units + size, value);
-    });
+    return StringRep::visit(
+        text,
+        [&](const auto* units, Uint32 size) { return parseUnits(units, units + size, value); });
 }
 
 bool parse(const String& text, Sint64& value) {

@@ -74,7 +74,8 @@ class Parser {
     static bool is(Unit unit, char c) { return unitOf(unit) == unitOf(c); }
 
     static const Unit* find(const Unit* begin, const Unit* end, char c) {
-        return std::find_if(begin, end, [&](Unit unit) { return is(unit, c); });
+        return std::find_if(
+            begin, end, [&](Unit unit) { return is(unit, c); });
     }
 
     static String between(const Unit* begin, const Unit* end) {
@@ -166,9 +167,9 @@ class Parser {
 } // namespace
 
 bool parseObjectPath(const String& text, CIMObjectPathRep& path, String& reason) {
-    return StringRep::visit(text, [&](const auto* units, Uint32 size) {
-        return Parser(units, size, path, reason).read();
-    });
+    return StringRep::visit(
+        text,
+        [&](const auto* units, Uint32 size) { return Parser(units, size, path, reason).read(); });
 }
 
 } // namespace Pegasus

@@ -24,8 +24,9 @@ struct OperationContextRep {
     using Position = std::vector<ContainerPointer>::iterator;
 
     Position find(const String& name) {
-        return std::find_if(containers.begin(), containers.end(),
-                            [&](const auto& container) { return container->getName() == name; });
+        return std::find_if(
+            containers.begin(), containers.end(),
+            [&](const auto& container) { return container->getName() == name; });
     }
 
     bool has(const String& name) { return find(name) != containers.end(); }

@@ -43,7 +43,8 @@ bool isAscii(const char* text, Uint32 size) {
 }
 
 bool isAscii(const Char16* units, Uint32 size) {
-    return std::all_of(units, units + size, [](Uint16 unit) { return unit < 0x80; });
+    return std::all_of(
+        units, units + size, [](Uint16 unit) { return unit < 0x80; });
 }
 
 /// The places may overlap if the units are of one kind.
@@ -52,8 +53,8 @@ void copyUnits(To* to, const From* from, Uint32 size) {
     if constexpr (std::is_same_v<To, From>)
         std::memmove(static_cast<void*>(to), from, size * sizeof(To));
     else
-        std::transform(from, from + size, to,
-                       [](From unit) { return static_cast<To>(unitOf(unit)); });
+        std::transform(
+            from, from + size, to, [](From unit) { return static_cast<To>(unitOf(unit)); });
 }
 
 template <class Unit>
@@ -153,23 +154,26 @@ int difference(Uint16 x, Uint16 y) {
 /// Calls `function(units1, size1, units2, size2)` with the texts as they are kept.
 template <class Function>
 auto visitBoth(const String& s1, const String& s2, const Function& function) {
-    return StringRep::visit(s1, [&](const auto* p1, Uint32 size1) {
-        return StringRep::visit(
-            s2, [&](const auto* p2, Uint32 size2) { return function(p1, size1, p2, size2); });
-    });
+    return StringRep::visit(
+        s1,
+        [&](const auto* p1, Uint32 size1) {
+            return StringRep::visit(
+                s2, [&](const auto* p2, Uint32 size2) { return function(p1, size1, p2, size2); });
+        });
 }
 
 /// Compares the code units that both have as `fold` shows them, then the sizes.
 template <class Fold>
 int compareFolded(const String& s1, const String& s2, Fold fold) {
-    return visitBoth(s1, s2, [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
-        const Uint32 common = std::min(size1, size2);
-        for (Uint32 i = 0; i < common; ++i) {
-            if (const int result = difference(fold(unitOf(p1[i])), fold(unitOf(p2[i]))))
-                return result;
-        }
-        return size1 == size2 ? 0 : size1 < size2 ? -1 : 1;
-    });
+    return visitBoth(
+        s1, s2,
+        [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
+            const Uint32 common = std::min(size1, size2);
+            for (Uint32 i = 0; i < common; ++i)
+                if (const int result = difference(fold(unitOf(p1[i])), fold(unitOf(p2[i]))))
+                    return result;
+            return size1 == size2 ? 0 : size1 < size2 ? -1 : 1;
+        });
 }
 
 template <class Fold>
@@ -402,13 +406,14 @@ Uint32 String::find(const String& s) const {
 }
 
 Uint32 String::reverseFind(Char16 c) const {
-    return StringRep::visit(*this, [&](const auto* units, Uint32 size) {
-        for (Uint32 i = size; i > 0; --i) {
-            if (unitOf(units[i - 1]) == Uint16(c))
-                return i - 1;
-        }
-        return PEG_NOT_FOUND;
-    });
+    return StringRep::visit(
+        *this,
+        [&](const auto* units, Uint32 size) {
+            for (Uint32 i = size; i > 0; --i)
+                if (unitOf(units[i - 1]) == Uint16(c))
+                    return i - 1;
+            return PEG_NOT_FOUND;
+        });
 }
 
 void String::toLower() {
@@ -434,15 +439,17 @@ void String::appendPrintf(const char* format, ...) {
 }
 
 int String::compare(const String& s1, const String& s2, Uint32 n) {
-    return visitBoth(s1, s2, [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
-        for (Uint32 i = 0; i < n; ++i) {
-            // The closing 0 of a shorter text takes part.
-            const int result = difference(unitOf(p1[i]), unitOf(p2[i]));
-            if (result != 0 || i == size1 || i == size2)
-                return result;
-        }
-        return 0;
-    });
+    return visitBoth(
+        s1, s2,
+        [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
+            for (Uint32 i = 0; i < n; ++i) {
+                // The closing 0 of a shorter text takes part.
+                const int result = difference(unitOf(p1[i]), unitOf(p2[i]));
+                if (result != 0 || i == size1 || i == size2)
+                    return result;
+            }
+            return 0;
+        });
 }
 
 int String::compare(const String& s1, const String& s2) {

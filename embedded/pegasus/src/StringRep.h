@@ -84,18 +84,20 @@ inline Uint16 asIs(Uint16 unit) {
 /// Of the code units as `fold` shows them, however they are kept.
 template <class Fold>
 std::uint64_t keyedHash(const String& text, Fold fold) {
-    return StringRep::visit(text, [&](const auto* units, Uint32 size) {
-        constexpr Uint32 unitsInWord = 4;
-        embedded::text::KeyedHash hash;
-        std::uint64_t word = size;
-        for (Uint32 i = 0; i < size; ++i) {
-            if (i % unitsInWord == 0)
-                hash.add(word);
-            word = word << 16U | fold(unitOf(units[i]));
-        }
-        hash.add(word);
-        return hash.value();
-    });
+    return StringRep::visit(
+        text,
+        [&](const auto* units, Uint32 size) {
+            constexpr Uint32 unitsInWord = 4;
+            embedded::text::KeyedHash hash;
+            std::uint64_t word = size;
+            for (Uint32 i = 0; i < size; ++i) {
+                if (i % unitsInWord == 0)
+                    hash.add(word);
+                word = word << 16U | fold(unitOf(units[i]));
+            }
+            hash.add(word);
+            return hash.value();
+        });
 }
 
 } // namespace Pegasus

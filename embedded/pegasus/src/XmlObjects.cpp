@@ -233,10 +233,9 @@ void appendQualifierDeclaration(std::string& out, const CIMQualifierDecl& declar
     appendFlavor(out, declaration.getFlavor());
     out += ">\n";
     std::string scope;
-    for (const auto& [attribute, kind] : scopes) {
+    for (const auto& [attribute, kind] : scopes)
         if (declaration.getScope().hasScope(kind))
             scope += attribute;
-    }
     if (!scope.empty())
         out.append("<SCOPE").append(scope).append("/>"); // no line feed here
     appendValue(out, declaration.getValue());

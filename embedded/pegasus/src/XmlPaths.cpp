@@ -9,24 +9,28 @@ namespace Pegasus::hosting {
 namespace {
 
 void appendLocalNamespacePath(std::string& out, const CIMNamespaceName& nameSpace) {
-    appendElement(out, "LOCALNAMESPACEPATH", [&] {
-        std::string name;
-        appendEscaped(name, nameSpace.getString());
-        for (std::size_t begin = 0; begin < name.size();) {
-            const std::size_t end = std::min(name.find('/', begin), name.size());
-            out.append("<NAMESPACE NAME=\"").append(name, begin, end - begin).append("\"/>\n");
-            begin = end + 1;
-        }
-    });
+    appendElement(
+        out, "LOCALNAMESPACEPATH",
+        [&] {
+            std::string name;
+            appendEscaped(name, nameSpace.getString());
+            for (std::size_t begin = 0; begin < name.size();) {
+                const std::size_t end = std::min(name.find('/', begin), name.size());
+                out.append("<NAMESPACE NAME=\"").append(name, begin, end - begin).append("\"/>\n");
+                begin = end + 1;
+            }
+        });
 }
 
 void appendNamespacePath(std::string& out, const CIMObjectPath& path) {
-    appendElement(out, "NAMESPACEPATH", [&] {
-        out += "<HOST>";
-        appendEscaped(out, path.getHost());
-        out += "</HOST>\n";
-        appendLocalNamespacePath(out, path.getNameSpace());
-    });
+    appendElement(
+        out, "NAMESPACEPATH",
+        [&] {
+            out += "<HOST>";
+            appendEscaped(out, path.getHost());
+            out += "</HOST>\n";
+            appendLocalNamespacePath(out, path.getNameSpace());
+        });
 }
 
 void appendKeyValue(std::string& out, const CIMKeyBinding& key) {
@@ -67,32 +71,39 @@ void appendInstanceName(std::string& out, const CIMObjectPath& path) {
 }
 
 void appendInstancePath(std::string& out, const CIMObjectPath& path) {
-    appendElement(out, "INSTANCEPATH", [&] {
-        appendNamespacePath(out, path);
-        appendInstanceName(out, path);
-    });
+    appendElement(
+        out, "INSTANCEPATH",
+        [&] {
+            appendNamespacePath(out, path);
+            appendInstanceName(out, path);
+        });
 }
 
 void appendClassPath(std::string& out, const CIMObjectPath& path) {
-    appendElement(out, "CLASSPATH", [&] {
-        appendNamespacePath(out, path);
-        appendClassName(out, path.getClassName());
-    });
+    appendElement(
+        out, "CLASSPATH",
+        [&] {
+            appendNamespacePath(out, path);
+            appendClassName(out, path.getClassName());
+        });
 }
 
 void appendReference(std::string& out, const CIMObjectPath& path) {
-    appendElement(out, "VALUE.REFERENCE", [&] {
-        if (path.getHost().size() != 0) {
-            appendInstancePath(out, path);
-        } else if (!path.getNameSpace().isNull()) {
-            appendElement(out, "LOCALINSTANCEPATH", [&] {
-                appendLocalNamespacePath(out, path.getNameSpace());
+    appendElement(
+        out, "VALUE.REFERENCE",
+        [&] {
+            if (path.getHost().size() != 0)
+                appendInstancePath(out, path);
+            else if (!path.getNameSpace().isNull())
+                appendElement(
+                    out, "LOCALINSTANCEPATH",
+                    [&] {
+                        appendLocalNamespacePath(out, path.getNameSpace());
+                        appendInstanceName(out, path);
+                    });
+            else
                 appendInstanceName(out, path);
-            });
-        } else {
-            appendInstanceName(out, path);
-        }
-    });
+        });
 }
 
 } // namespace Pegasus::hosting

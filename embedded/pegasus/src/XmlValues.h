@@ -59,10 +59,12 @@ void appendScalar(std::string& out, const T& value) {
 
 template <class T>
 void appendArray(std::string& out, const Array<T>& values) {
-    appendElement(out, std::is_same_v<T, CIMObjectPath> ? "VALUE.REFARRAY" : "VALUE.ARRAY", [&] {
-        for (Uint32 i = 0; i < values.size(); ++i)
-            appendScalar(out, values[i]);
-    });
+    appendElement(
+        out, std::is_same_v<T, CIMObjectPath> ? "VALUE.REFARRAY" : "VALUE.ARRAY",
+        [&] {
+            for (Uint32 i = 0; i < values.size(); ++i)
+                appendScalar(out, values[i]);
+        });
 }
 
 } // namespace Pegasus::hosting

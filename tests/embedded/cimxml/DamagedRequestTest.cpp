@@ -77,9 +77,8 @@ bool isAnswered(const std::string& body, const Headers& headers) {
 }
 
 TEST(DamagedRequest, TheWholeSamplesAreAnswered) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : samples())
         EXPECT_TRUE(isAnswered(sample.body, sample.headers)) << sample.body;
-    }
 }
 
 TEST(DamagedRequest, CutOffAnywhereIsRejected) {
@@ -93,9 +92,8 @@ TEST(DamagedRequest, CutOffAnywhereIsRejected) {
 
 TEST(DamagedRequest, WithBytesAfterItsEndIsRejected) {
     for (const Sample& sample : samples()) {
-        for (const char* tail : {"x", "<", "</CIM>", "<CIM/>", "&#32;", "<![CDATA[]]>"}) {
+        for (const char* tail : {"x", "<", "</CIM>", "<CIM/>", "&#32;", "<![CDATA[]]>"})
             EXPECT_FALSE(isAnswered(sample.body + tail, sample.headers));
-        }
         EXPECT_FALSE(isAnswered(sample.body + std::string(1, '\0'), sample.headers));
         EXPECT_FALSE(isAnswered(sample.body + sample.body, sample.headers));
     }
@@ -138,9 +136,8 @@ TEST(DamagedRequest, WithPiecesSwappedIsAnsweredOrRejected) {
 
 TEST(DamagedRequest, OfManyElementsIsReadInReasonableTime) {
     std::string names;
-    for (int i = 0; i < 50000; ++i) {
+    for (int i = 0; i < 50000; ++i)
         names += "<VALUE>p" + std::to_string(i) + "</VALUE>";
-    }
     EXPECT_TRUE(isAnswered(
         request("EnumerateInstances",
                 parameter("ClassName", "<CLASSNAME NAME=\"X\"/>") +

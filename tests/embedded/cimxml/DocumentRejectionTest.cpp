@@ -119,9 +119,8 @@ TEST(DocumentRejection, RejectsEmptyDocuments) {
 
 TEST(DocumentRejection, NamesTheFirstOfMoreUnknownElementsThanAreRead) {
     std::string unknown;
-    for (std::size_t i = 0; i <= limits::unknownElements; ++i) {
+    for (std::size_t i = 0; i <= limits::unknownElements; ++i)
         unknown += "<A" + std::to_string(i) + "/>";
-    }
     const auto with = [&](const std::string& version) {
         const std::string body = changed("<SIMPLEREQ>", unknown + "<SIMPLEREQ>");
         return std::string(body).replace(body.find("2.0"), 3, version);

@@ -54,9 +54,8 @@ TEST(ElementRules, AcceptWhatIsDeclared) {
              scope + "<VALUE.ARRAY/>"),
           in("SIMPLEREQ", "<CORRELATOR NAME='c' TYPE='string'><VALUE/></CORRELATOR>"
                           "<IMETHODCALL NAME='m'>" +
-                              space + "</IMETHODCALL>")}) {
+                              space + "</IMETHODCALL>")})
         EXPECT_EQ(judge(element), "good") << element;
-    }
 }
 
 TEST(ElementRules, RejectWhatIsMissing) {
@@ -81,9 +80,8 @@ TEST(ElementRules, RejectWhatIsMissing) {
                                        std::string("<INSTANCENAME/>"),
                                        std::string("<INSTANCE/>"),
                                        std::string("<PROPERTY NAME='p'/>"),
-                                       std::string("<QUALIFIER TYPE='string'/>")}) {
+                                       std::string("<QUALIFIER TYPE='string'/>")})
         EXPECT_EQ(judge(element), "request-not-valid") << element;
-    }
 }
 
 TEST(ElementRules, RejectWhatHasNoPlace) {
@@ -98,9 +96,8 @@ TEST(ElementRules, RejectWhatHasNoPlace) {
           in("INSTANCE CLASSNAME='X'", property + qualifier), in("VALUE.ARRAY", reference),
           in("QUALIFIER.DECLARATION NAME='Q' TYPE='string'", "<VALUE/>" + scope),
           std::string("<SCOPE CLASS='true' EVERYTHING='true'/>"),
-          std::string("<VALUE.OBJECTWITHPATH/>"), std::string("<class NAME='C'/>")}) {
+          std::string("<VALUE.OBJECTWITHPATH/>"), std::string("<class NAME='C'/>")})
         EXPECT_EQ(judge(element), "request-not-valid") << element;
-    }
 }
 
 TEST(ElementRules, SayWhatIsWrong) {

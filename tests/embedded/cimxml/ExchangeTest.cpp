@@ -315,9 +315,11 @@ const host::Module first{3, "First"};
 const host::Module second{1, "Second"};
 
 http::Answer answerIn(const std::vector<const host::Module*>& modules) {
-    return exchange(post(), [&](const std::string&, const Headers&) {
-        return std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"}, modules);
-    });
+    return exchange(
+        post(),
+        [&](const std::string&, const Headers&) {
+            return std::make_shared<Pieces>(std::vector<std::string>{"<reply/>"}, modules);
+        });
 }
 
 TEST(Exchange, AnswersADocumentThatEntersNoModuleAtOnce) {

@@ -31,13 +31,11 @@ std::string show(const CIMObjectPath& path) {
 }
 
 std::string show(const CIMPropertyList& list) {
-    if (list.isNull()) {
+    if (list.isNull())
         return "-";
-    }
     std::string out = "[";
-    for (Uint32 i = 0; i < list.size(); ++i) {
+    for (Uint32 i = 0; i < list.size(); ++i)
         out += (i == 0 ? "" : ",") + show(list[i]);
-    }
     return out + "]";
 }
 
@@ -93,24 +91,21 @@ std::vector<std::string> argumentsOf(const Operation& o) {
 host::Plan FakeOperations::plan(const Operation& operation) {
     std::string line = hosting::operationName(operation.kind);
     line += " " + show(operation.nameSpace);
-    for (const std::string& argument : argumentsOf(operation)) {
+    for (const std::string& argument : argumentsOf(operation))
         line += " " + argument;
-    }
     calls.push_back(line);
     lastCaller = operation.caller;
     lastInstance = operation.instance;
-    if (failure) {
+    if (failure)
         throw *failure;
-    }
     return {modules, [this, &operation] { return answerTo(operation); }};
 }
 
 std::vector<CIMName> FakeOperations::keyNames(const CIMNamespaceName& nameSpace,
                                               const CIMName& className) {
     calls.push_back("keyNames " + show(nameSpace) + " " + show(className));
-    if (failure) {
+    if (failure)
         throw *failure;
-    }
     Array<CIMName> names;
     cimClass.getKeyNames(names);
     return {names.getData(), names.getData() + names.size()};

@@ -21,9 +21,8 @@ std::size_t residentBytes() {
 // An instance whose properties have as many qualifiers as they may.
 std::string largeRequest() {
     std::string qualifiers;
-    for (int i = 0; i < 990; ++i) {
+    for (int i = 0; i < 990; ++i)
         qualifiers += "<QUALIFIER NAME=\"Q" + std::to_string(i) + "\" TYPE=\"string\"/>";
-    }
     std::string properties;
     for (int i = 0; i < 40; ++i) {
         properties += "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"string\">" +

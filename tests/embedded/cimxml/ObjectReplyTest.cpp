@@ -148,9 +148,8 @@ TEST(WrittenInstance, HasTheListedPropertiesInTheOrderOfTheList) {
               instanceElement(third + second));
     EXPECT_EQ(got(listed("")), instanceElement(""));
     std::string many = "<VALUE>THIRD</VALUE>";
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         many += "<VALUE>nowhere" + std::to_string(i) + "</VALUE><VALUE>Nowhere</VALUE>";
-    }
     EXPECT_EQ(got(listed(many + "<VALUE>second</VALUE><VALUE>Third</VALUE>")),
               instanceElement(third + second));
 }

@@ -318,9 +318,8 @@ TEST(Responses, WithNothingOfSeveralLegsHaveAnEmptyReturnValue) {
     for (const auto& [operation, parameters] :
          {std::pair("EnumerateInstances", classX), std::pair("EnumerateInstanceNames", classX),
           std::pair("Associators", objectX), std::pair("AssociatorNames", objectX),
-          std::pair("References", objectX), std::pair("ReferenceNames", objectX)}) {
+          std::pair("References", objectX), std::pair("ReferenceNames", objectX)})
         EXPECT_EQ(content(operations, operation, parameters), "<IRETURNVALUE>\n</IRETURNVALUE>\n");
-    }
 }
 
 TEST(Responses, ToQualifierQueriesHoldDeclarations) {

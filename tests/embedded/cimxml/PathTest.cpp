@@ -88,9 +88,8 @@ TEST(InstanceName, MayHaveAnyNumberOfKeys) {
 CIMClass classWithKeys(unsigned count) {
     CIMClass cimClass(CIMName("X"));
     for (const char* name : {"first", "second"}) {
-        if (count-- == 0) {
+        if (count-- == 0)
             break;
-        }
         CIMProperty key(CIMName(name), CIMValue(CIMTYPE_STRING, false));
         key.addQualifier(CIMQualifier(CIMName("Key"), CIMValue(Boolean(true))));
         cimClass.addProperty(key);
@@ -152,9 +151,8 @@ TEST(ReferenceKey, MayBeGivenInEveryForm) {
         {"<LOCALCLASSPATH>" + localSpace + "<CLASSNAME NAME=\"Y\"/></LOCALCLASSPATH>", "root/x:Y"},
         {"<CLASSPATH>" + fullSpace + "<CLASSNAME NAME=\"Y\"/></CLASSPATH>", "//switch/root/x:Y"},
     };
-    for (const auto& [path, expected] : forms) {
+    for (const auto& [path, expected] : forms)
         EXPECT_EQ(withKey(reference(path)), deleted + "X.k=\"" + expected + "\"");
-    }
 }
 
 TEST(ReferenceKey, NeedsALegalHost) {
@@ -197,9 +195,8 @@ TEST(ReferenceKey, MayHaveSoManyCharacters) {
 TEST(InstanceName, MayHaveSoManyKeys) {
     const auto withKeys = [](std::size_t count) {
         std::string keys;
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = 0; i < count; ++i)
             keys += "<KEYBINDING NAME=\"k" + std::to_string(i) + "\"><KEYVALUE/></KEYBINDING>";
-        }
         return got("<INSTANCENAME CLASSNAME=\"X\">" + keys + "</INSTANCENAME>");
     };
     EXPECT_EQ(withKeys(limits::members).find(deleted), 0U);

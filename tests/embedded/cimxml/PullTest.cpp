@@ -30,17 +30,15 @@ std::string pulling(const std::string& context, unsigned count) {
 
 std::size_t count(const std::string& text, const std::string& part) {
     std::size_t found = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
         ++found;
-    }
     return found;
 }
 
 std::string between(const std::string& text, const std::string& begin, const std::string& end) {
     const std::size_t found = text.find(begin);
-    if (found == std::string::npos) {
+    if (found == std::string::npos)
         return {};
-    }
     const std::size_t from = found + begin.size();
     return text.substr(from, text.find(end, from) - from);
 }
@@ -268,7 +266,8 @@ TEST_F(Pull, InANamespaceThatThereIsNotSaysSo) {
 
 TEST_F(Pull, HasTheTimeOfTheLimitUnlessTheClientSaysOtherwise) {
     std::atomic<host::Enumerations::Clock::time_point> now{host::Enumerations::Clock::now()};
-    host::Enumerations enumerations({}, [&] { return now.load(); });
+    host::Enumerations enumerations(
+        {}, [&] { return now.load(); });
     const auto contextAfter = [&](const std::string& more, std::chrono::seconds time) {
         const auto asked = [&](const std::string& operation, const std::string& parameters) {
             return answer(request(operation, parameters), headersFor(operation), {}, operations,
@@ -310,9 +309,8 @@ TEST_F(Pull, ANumberThatIsNoneMakesTheRequestInvalid) {
 
 TEST_F(Pull, ALongReplyComesInPiecesAndIsFollowedByTheNext) {
     operations.paths.clear();
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000; ++i)
         operations.paths.append(path(String(std::to_string(i).c_str())));
-    }
     const std::string first = ask("OpenEnumerateInstancePaths", classX + maximum(1500));
     EXPECT_GT(first.size(), 3U * 64 * 1024);
     EXPECT_EQ(count(first, "<INSTANCEPATH>"), 1500U);
@@ -322,9 +320,8 @@ TEST_F(Pull, ALongReplyComesInPiecesAndIsFollowedByTheNext) {
 }
 
 TEST_F(Pull, AReplyThatIsNotWrittenToItsEndClosesTheEnumeration) {
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000; ++i)
         operations.paths.append(path(String(std::to_string(i).c_str())));
-    }
     {
         Exchange exchange(request("OpenEnumerateInstancePaths", classX + maximum(1500)),
                           headersFor("OpenEnumerateInstancePaths"), {}, operations,

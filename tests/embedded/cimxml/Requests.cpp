@@ -69,9 +69,8 @@ std::string recorded(const std::string& operation, const std::string& parameters
     FakeOperations operations;
     operations.failure = Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, "not of interest");
     const std::string answered = content(operations, operation, parameters);
-    if (operations.calls.size() != 1) {
+    if (operations.calls.size() != 1)
         return "no call, but " + answered;
-    }
     return operations.calls[0];
 }
 

@@ -117,9 +117,8 @@ std::vector<Row> rows() {
 }
 
 TEST(Values, AreWrittenAsClientsKnowThem) {
-    for (const Row& row : rows()) {
+    for (const Row& row : rows())
         EXPECT_EQ(written(row.value), row.xml);
-    }
 }
 
 TEST(Values, ReadBackAsTheyWere) {

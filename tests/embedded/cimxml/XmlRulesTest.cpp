@@ -29,12 +29,10 @@ std::string judge(const std::string& afterDeclaration) {
 
 std::string nested(std::size_t depth) {
     std::string body;
-    for (std::size_t i = 0; i < depth; ++i) {
+    for (std::size_t i = 0; i < depth; ++i)
         body += "<a>";
-    }
-    for (std::size_t i = 0; i < depth; ++i) {
+    for (std::size_t i = 0; i < depth; ++i)
         body += "</a>";
-    }
     return body;
 }
 
@@ -43,9 +41,8 @@ TEST(XmlRules, AcceptWhatXmlAllows) {
          {"<a/>", "<a />", "<a></a >", "\n<a b='x' c = \"y\"/>\n", "<a b='&quot;\"' c=\"'>]]>\"/>",
           "<a>x &amp; &lt;&gt;&quot;&apos; &#65;&#x41;&#x10FFFF;</a>",
           "<a><![CDATA[<&]]]]><![CDATA[>]]></a>", "<!----><a><!-- - --></a><?p?>", "<a:b-c.d_e/>",
-          "<a>\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80</a>", "<\xC3\xA9/>"}) {
+          "<a>\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80</a>", "<\xC3\xA9/>"})
         EXPECT_EQ(judge(body), "good") << body;
-    }
 }
 
 TEST(XmlRules, RejectWhatIsNotWellFormed) {
@@ -96,9 +93,8 @@ TEST(XmlRules, RejectWhatIsNotWellFormed) {
                              "<?p <a/>",
                              "<!ELEMENT a ANY><a/>",
                              "<!DOCTYPE a <a/>",
-                             "<!DOCTYPE a"}) {
+                             "<!DOCTYPE a"})
         EXPECT_EQ(judge(body), "request-not-well-formed") << body;
-    }
 }
 
 TEST(XmlRules, RejectBytesThatAreNotUtf8) {
@@ -132,9 +128,8 @@ TEST(XmlRules, TakeNoOtherEncoding) {
         littleEndian.append(1, c).append(1, '\0');
         bigEndian.append(1, '\0').append(1, c);
     }
-    for (const std::string& document : {littleEndian, bigEndian}) {
+    for (const std::string& document : {littleEndian, bigEndian})
         EXPECT_EQ(judgeWhole(document), "request-not-well-formed"); // of zeros
-    }
     EXPECT_EQ(judgeWhole("\xFF\xFE" + littleEndian), "request-not-valid");
     EXPECT_EQ(judgeWhole("\xFE\xFF" + bigEndian), "request-not-valid");
     for (const char* name : {"UTF-16", "US-ASCII", "ISO-8859-1", "utf8", "x"}) {
@@ -147,9 +142,8 @@ TEST(XmlRules, TakeNoOtherEncoding) {
 
 TEST(XmlRules, WantTheDeclarationFirst) {
     for (const char* document : {"", "<a/>", " <?xml version='1.0'?><a/>", "<?xml", "<?xmlx ?><a/>",
-                                 "\xEF\xBB\xBF", "\xEF\xBB\xBF<a/>"}) {
+                                 "\xEF\xBB\xBF", "\xEF\xBB\xBF<a/>"})
         EXPECT_EQ(judgeWhole(document), "request-not-valid") << document;
-    }
     EXPECT_EQ(judgeWhole("<?xml "), "request-not-well-formed");
     EXPECT_EQ(judgeWhole("\xEF\xBB\xBF<?xml version='1.0'?><a/>"), "good");
 }
@@ -169,9 +163,8 @@ TEST(XmlRules, BoundNoLengths) {
 
 TEST(XmlRules, BoundTheAttributes) {
     std::string attributes;
-    for (std::size_t i = 0; i < limits::attributes; ++i) {
+    for (std::size_t i = 0; i < limits::attributes; ++i)
         attributes += " a" + std::to_string(i) + "=''";
-    }
     EXPECT_EQ(judge("<a" + attributes + "/>"), "good");
     EXPECT_EQ(judge("<a" + attributes + " b=''/>"), "request-not-valid");
 }
@@ -215,9 +208,8 @@ TEST(XmlRules, OfSeveralThreadsDoNotMeet) {
         for (int round = 0; round < 5000; ++round) {
             const std::string name = "n" + std::to_string(round);
             if (judge("<" + name + ">&lt;</" + name + ">") != "good" ||
-                judge("<" + name + ">") != "request-not-well-formed") {
+                judge("<" + name + ">") != "request-not-well-formed")
                 return false;
-            }
         }
         return true;
     };
@@ -234,9 +226,8 @@ std::size_t memoryInUse() {
 
 TEST(XmlRules, KeepNoMemoryOfALongDocument) {
     std::string attributes;
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < 100000; ++i)
         attributes += " a" + std::to_string(i) + "=''";
-    }
     const std::string body = "<a" + attributes + "/>";
     judge("<a/>"); // from now on there is a parser of this thread
     const std::size_t before = memoryInUse();
@@ -256,12 +247,10 @@ TEST(Elements, HaveTheirNamesAttributesTextAndChildren) {
     EXPECT_EQ(root.attribute("y").value, " < 2");
     EXPECT_FALSE(root.attribute("z"));
     std::string seen;
-    for (const Element& child : root.children()) {
+    for (const Element& child : root.children())
         seen.append(child.name()).append("=").append(child.text()).append(";");
-    }
-    for (const Element& child : root.children("VALUE")) {
+    for (const Element& child : root.children("VALUE"))
         seen.append(child.text()).append(";");
-    }
     EXPECT_EQ(seen, "VALUE=one;HOST=;VALUE=t&\nwo;one;t&\nwo;");
     EXPECT_EQ(root.child("HOST").nextSibling().text(), "t&\nwo");
     EXPECT_FALSE(root.child("d"));
@@ -273,15 +262,13 @@ TEST(Elements, BehindOneThatNoRequestHasAreReadAndNotKept) {
     const Document document("<?xml version='1.0'?><CIM><HOST>h</HOST><a x='1'>t<HOST/></a>"
                             "<HOST>left</HOST>text</CIM>");
     std::string seen;
-    for (const Element& child : document.root().children()) {
+    for (const Element& child : document.root().children())
         seen.append(child.name()).append(";");
-    }
     EXPECT_EQ(seen, "HOST;a;");
     EXPECT_TRUE(document.root().isMixed()) << "which is found before its children are looked at";
     std::string open = "<CIM>";
-    for (std::size_t i = 0; i < limits::unknownElements; ++i) {
+    for (std::size_t i = 0; i < limits::unknownElements; ++i)
         open += "<a/>";
-    }
     EXPECT_EQ(judge(open + "</CIM>"), "good");
     EXPECT_EQ(judge(open + "&b;</CIM>"), "request-not-well-formed");
     EXPECT_EQ(judge(open + "<HOST"), "request-not-well-formed");

@@ -25,11 +25,10 @@ toy::Script script(const std::string& name) {
         const CIMName candidate =
             call.associationClass.isNull() ? call.resultClass : call.associationClass;
         const auto instance = instanceOf("TST_Base", nameOf(candidate).c_str());
-        if (call.objects != nullptr) {
+        if (call.objects != nullptr)
             call.objects->deliver(CIMObject(instance));
-        } else {
+        else
             call.paths->deliver(instance.getPath());
-        }
         call.complete();
     };
     return result;
@@ -37,11 +36,9 @@ toy::Script script(const std::string& name) {
 
 Texts calls() {
     Texts result;
-    for (const std::string& event : toy::journal()) {
-        if (event.find("initialize ") != 0) {
+    for (const std::string& event : toy::journal())
+        if (event.find("initialize ") != 0)
             result.push_back(event);
-        }
-    }
     return result;
 }
 

@@ -30,9 +30,8 @@ Operation paths(Operation operation) {
 /// Counts from 1 to `count`, and tells how many cursors like it there are.
 Cursor counting(Pegasus::Uint32 count, const std::shared_ptr<int>& alive = nullptr) {
     return [count, alive, at = Pegasus::Uint32(0)](Answered& answered) mutable {
-        if (at == count) {
+        if (at == count)
             return false;
-        }
         answered = Pegasus::CIMValue(++at);
         return true;
     };
@@ -41,9 +40,8 @@ Cursor counting(Pegasus::Uint32 count, const std::shared_ptr<int>& alive = nullp
 Pegasus::Uint32 nextOf(EnumerationLease& lease) {
     Answered answered;
     Pegasus::Uint32 number = 0;
-    if (lease->next(answered)) {
+    if (lease->next(answered))
         std::get<Pegasus::CIMValue>(answered).get(number);
-    }
     return number;
 }
 
@@ -167,9 +165,8 @@ TEST_F(Enumerated, LetsGoOfWhatItHeldWhenItHasExpired) {
     opened(instancesOf("a"), 3, alive);
     now = now.load() + timeOut;
     // The test has a time-out of its own.
-    while (alive.use_count() != 1 || all.size() != 0) {
+    while (alive.use_count() != 1 || all.size() != 0)
         std::this_thread::sleep_for(10ms);
-    }
 }
 
 TEST_F(Enumerated, HasBoundsForOneUserAndForAll) {
@@ -215,9 +212,8 @@ TEST_F(Enumerated, MayBeAskedForOnSeveralThreads) {
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_EQ(all.size(), 0U);
 }
 

@@ -43,9 +43,8 @@ TEST(FaultText, SaysWhatGoesWrongWhere) {
              {"references:A=hang:3", "references of A hangs for 3000 ms"},
              {"references:A=Hang:0.25", "references of A hangs for 250 ms"},
              {"*:*=EMPTY", "everything of any class answers nothing"},
-         }) {
+         })
         EXPECT_EQ(row.described, read(row.text)) << row.text;
-    }
 }
 
 TEST(FaultText, ThatIsWrongSaysWhatIsPossible) {
@@ -84,9 +83,8 @@ TEST(FaultText, ThatIsWrongSaysWhatIsPossible) {
 
 std::vector<Fault> readAll(const std::vector<std::string>& texts) {
     std::vector<Fault> result;
-    for (const std::string& text : texts) {
+    for (const std::string& text : texts)
         result.push_back(readFault(text));
-    }
     return result;
 }
 

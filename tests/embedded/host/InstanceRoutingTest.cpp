@@ -24,12 +24,10 @@ toy::Script faithful(const std::string& name) {
         toy::note(name + " " + call.operation + " " + text(call.path.toString()));
         const std::string className = text(call.path.getClassName().getString());
         const CIMInstance instance = instanceOf(className.c_str(), name.c_str());
-        if (call.instances != nullptr) {
+        if (call.instances != nullptr)
             call.instances->deliver(instance);
-        }
-        if (call.paths != nullptr) {
+        if (call.paths != nullptr)
             call.paths->deliver(instance.getPath());
-        }
         call.complete();
     };
     return script;
@@ -38,11 +36,9 @@ toy::Script faithful(const std::string& name) {
 /// The calls that reached providers, without the life cycle.
 Texts calls() {
     Texts result;
-    for (const std::string& event : toy::journal()) {
-        if (event.find("initialize ") != 0) {
+    for (const std::string& event : toy::journal())
+        if (event.find("initialize ") != 0)
             result.push_back(event);
-        }
-    }
     return result;
 }
 
@@ -178,9 +174,8 @@ TEST(InstanceRouting, TheUserReachesTheProvider) {
 
 Texts listed(const CIMPropertyList& list) {
     Texts names;
-    for (Uint32 i = 0; i < list.size(); ++i) {
+    for (Uint32 i = 0; i < list.size(); ++i)
         names.push_back(text(list[i].getString()));
-    }
     return names;
 }
 
@@ -191,9 +186,8 @@ class PropertyLists : public testing::Test {
         script.answer = [this](const toy::Call& call) {
             seen = call.propertyList;
             CIMInstance instance{CIMName("TST_Middle")};
-            for (const char* name : {"Extra", "Own", "Text", "Id"}) {
+            for (const char* name : {"Extra", "Own", "Text", "Id"})
                 instance.addProperty(Pegasus::CIMProperty(CIMName(name), String(name)));
-            }
             instance.setPath(pathOf("TST_Middle", "1"));
             call.instances->deliver(instance);
             call.complete();
@@ -203,9 +197,8 @@ class PropertyLists : public testing::Test {
 
     static Texts propertiesOf(const CIMInstance& instance) {
         Texts names;
-        for (Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
+        for (Uint32 i = 0; i < instance.getPropertyCount(); ++i)
             names.push_back(text(instance.getProperty(i).getName().getString()));
-        }
         return names;
     }
 
@@ -222,9 +215,8 @@ TEST(InstanceRouting, TheRepositoryTellsTheKeysOfAClassAsGetClassWould) {
     const auto keysOf = [&](const CIMNamespaceName& where) {
         server.router.keyNames(where, CIMName("TST_None"));
     };
-    for (const CIMNamespaceName& where : {nameSpace, CIMNamespaceName("root/none")}) {
+    for (const CIMNamespaceName& where : {nameSpace, CIMNamespaceName("root/none")})
         EXPECT_EQ(errorOf([&] { got(where); }), errorOf([&] { keysOf(where); }));
-    }
 }
 
 TEST_F(PropertyLists, WithDeepInheritanceNothingIsLeftOut) {
@@ -257,9 +249,8 @@ toy::Script failing(Pegasus::CIMStatusCode code, const char* message) {
     toy::Script script;
     script.answer = [=](const toy::Call& call) {
         toy::note(message);
-        if (call.instances != nullptr) {
+        if (call.instances != nullptr)
             call.instances->deliver(instanceOf("TST_Base", "lost"));
-        }
         throw Pegasus::CIMException(code, message);
     };
     return script;

@@ -20,9 +20,8 @@ using Pegasus::CIMOMHandle;
 
 bool isMapped(const char* library) {
     void* const handle = dlopen((modulesDirectory() / library).c_str(), RTLD_LAZY | RTLD_NOLOAD);
-    if (handle != nullptr) {
+    if (handle != nullptr)
         dlclose(handle);
-    }
     return handle != nullptr;
 }
 
@@ -63,14 +62,12 @@ TEST(LifeCycle, ConcurrentFirstRequestsWaitForOneInitialize) {
     std::vector<std::thread> clients;
     for (int i = 0; i < 16; ++i) {
         clients.emplace_back([&] {
-            for (int round = 0; round < 20; ++round) {
+            for (int round = 0; round < 20; ++round)
                 answers += server.enumerate("TST_Base").objects.size();
-            }
         });
     }
-    for (std::thread& client : clients) {
+    for (std::thread& client : clients)
         client.join();
-    }
     EXPECT_EQ(320U, answers);
     EXPECT_EQ(0, early);
     EXPECT_EQ(Texts{"initialize P"}, toy::journal());
@@ -100,9 +97,8 @@ TEST(LifeCycle, ConcurrentFirstRequestsAllFailWithAFailedInitialize) {
             failures += enumerationError(server) == "1: provider initialization failed" ? 1 : 0;
         });
     }
-    for (std::thread& client : clients) {
+    for (std::thread& client : clients)
         client.join();
-    }
     EXPECT_EQ(8, failures);
     EXPECT_EQ(16U, toy::journal().size());
 }

@@ -28,9 +28,8 @@ toy::Script relaying(const char* className) {
     toy::Script script;
     script.answer = [className](const toy::Call& call) {
         const auto found = enumerate(*call.handle, className);
-        for (Pegasus::Uint32 i = 0; i < found.size(); ++i) {
+        for (Pegasus::Uint32 i = 0; i < found.size(); ++i)
             call.instances->deliver(found[i]);
-        }
         call.complete();
     };
     return script;
@@ -162,7 +161,8 @@ TEST(ReadBack, OfTwoModulesThatInitializeAcrossEachOtherDoesNotHang) {
     };
     toy::setScript("P", initializing("TST_Other"));
     toy::setScript("Q", initializing("TST_Leaf"));
-    auto first = std::async(std::launch::async, [&] { server.enumerate("TST_Leaf"); });
+    auto first = std::async(
+        std::launch::async, [&] { server.enumerate("TST_Leaf"); });
     auto second = std::async(std::launch::async, [&] { server.enumerate("TST_Other"); });
     for (auto* request : {&first, &second}) {
         ASSERT_EQ(std::future_status::ready, request->wait_for(std::chrono::seconds(30)));
@@ -194,14 +194,12 @@ TEST(ReadBack, AHandleServesManyThreads) {
     std::vector<std::thread> clients;
     for (int i = 0; i < 8; ++i) {
         clients.emplace_back([&] {
-            for (int round = 0; round < 25; ++round) {
+            for (int round = 0; round < 25; ++round)
                 found += server.enumerate("TST_Base").objects.size();
-            }
         });
     }
-    for (std::thread& client : clients) {
+    for (std::thread& client : clients)
         client.join();
-    }
     EXPECT_EQ(200U, found);
 }
 

@@ -107,11 +107,9 @@ std::string moduleWithout(const std::string& property) {
                                                           {"Version", "1"},
                                                           {"InterfaceType", "C++Default"},
                                                           {"InterfaceVersion", "2.6.0"},
-                                                          {"Location", "toy"}}) {
-        if (name != property) {
+                                                          {"Location", "toy"}})
+        if (name != property)
             mof.append(name).append(" = \"").append(value).append("\"; ");
-        }
-    }
     return interopMof(mof + "};\n");
 }
 

@@ -47,9 +47,8 @@ class RepositoryAssociationsTest : public testing::Test {
         for (const CIMName& name :
              RepositoryAssociations(repository.view(), nameSpace,
                                     CIMObjectPath("", {}, CIMName(source)), filters)
-                 .farClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")})) {
+                 .farClasses({CIMName("TST_Link"), CIMName("TST_OtherLink")}))
             result.push_back(text(name.getString()));
-        }
         return result;
     }
 
@@ -131,9 +130,8 @@ TEST_F(RepositoryAssociationsTest, FarEndsOfAClassStandInTheOrderOfTheirLinks) {
                    ? "instance of TST_Link { Left = \"" + target + "\"; Right = $Hub; };\n"
                    : "instance of TST_Link { Left = $Hub; Right = \"" + target + "\"; };\n";
         all.push_back(targets[number % 4] + (" " + id));
-        if (all.back().find("TST_Leaf") == 0) {
+        if (all.back().find("TST_Leaf") == 0)
             leaves.push_back(all.back());
-        }
     }
     fill(repository, mof);
     const CIMObjectPath hub = pathOf("TST_Base", "hub");

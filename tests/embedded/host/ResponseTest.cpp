@@ -25,24 +25,22 @@ struct ResponseCase {
 void deliver(const toy::Call& call, unsigned count = 1) {
     for (unsigned i = 0; i < count; ++i) {
         const CIMInstance instance = instanceOf("TST_Leaf", std::to_string(i).c_str());
-        if (call.instances != nullptr) {
+        if (call.instances != nullptr)
             call.instances->deliver(instance);
-        } else if (call.objects != nullptr) {
+        else if (call.objects != nullptr)
             call.objects->deliver(Pegasus::CIMObject(instance));
-        } else {
+        else
             call.paths->deliver(instance.getPath());
-        }
     }
 }
 
 void deliverUninitialized(const toy::Call& call) {
-    if (call.instances != nullptr) {
+    if (call.instances != nullptr)
         call.instances->deliver(CIMInstance());
-    } else if (call.objects != nullptr) {
+    else if (call.objects != nullptr)
         call.objects->deliver(Pegasus::CIMObject());
-    } else {
+    else
         call.paths->deliver(CIMObjectPath());
-    }
 }
 
 void swallow(const std::function<void()>& operation) {

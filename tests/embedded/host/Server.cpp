@@ -71,9 +71,8 @@ Operation operationOf(OperationKind kind, const Caller& caller, const CIMNamespa
 template <class Object>
 Texts pathTexts(const Pegasus::Array<Object>& objects) {
     Texts result;
-    for (Uint32 i = 0; i < objects.size(); ++i) {
+    for (Uint32 i = 0; i < objects.size(); ++i)
         result.push_back(text(objects[i].getPath().toString()));
-    }
     return result;
 }
 
@@ -114,9 +113,8 @@ std::string capabilityMof(const std::string& module, const std::string& provider
 
 std::string servedBy(const std::string& provider, const std::vector<std::string>& classNames) {
     std::string mof = moduleMof("M" + provider) + providerMof("M" + provider, provider);
-    for (const std::string& className : classNames) {
+    for (const std::string& className : classNames)
         mof += capabilityMof("M" + provider, provider, className, "2, 3", className);
-    }
     return mof;
 }
 
@@ -336,9 +334,8 @@ std::string text(const String& string) {
 
 Texts texts(const Pegasus::Array<CIMObjectPath>& paths) {
     Texts result;
-    for (Uint32 i = 0; i < paths.size(); ++i) {
+    for (Uint32 i = 0; i < paths.size(); ++i)
         result.push_back(text(paths[i].toString()));
-    }
     return result;
 }
 Texts texts(const Pegasus::Array<CIMInstance>& instances) {

@@ -64,16 +64,14 @@ TEST(Writes, OfAPublishedClassReachItsProviderInAnyServer) {
     toy::Script script;
     script.answer = [](const toy::Call& call) {
         toy::note(call.operation);
-        if (call.paths != nullptr) {
+        if (call.paths != nullptr)
             call.paths->deliver(call.path);
-        }
         call.complete();
     };
     toy::setScript("P", script);
     Router readOnly(server.repository, server.modules, "testhost");
-    for (Router* router : {&server.router, &readOnly}) {
+    for (Router* router : {&server.router, &readOnly})
         EXPECT_EQ(thrice("no error"), writes(*router, "TST_Leaf"));
-    }
     EXPECT_EQ(7U, toy::journal().size()) << "six and initialize";
 }
 

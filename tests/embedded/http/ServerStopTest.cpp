@@ -50,7 +50,8 @@ TEST(ServerStart, WhoConnectsBeforeThereIsAServerIsAnswered) {
         Listener listener(address, 0);
         RawClient client(listener.port());
         client.send(echo);
-        Server server(alone(std::move(listener)), Options(), [](Request&&) { return Reply(); });
+        Server server(
+            alone(std::move(listener)), Options(), [](Request&&) { return Reply(); });
         std::thread serving([&] { server.run(); });
         EXPECT_EQ(client.reply(), "HTTP/1.1 200 OK\r\n" + date + "content-length: 0\r\n\r\n");
         server.stop();

@@ -14,14 +14,13 @@ std::string place(const Location& where) {
 
 Words names(const Specification& declarations) {
     Words out;
-    for (const Declaration& declaration : declarations) {
+    for (const Declaration& declaration : declarations)
         if (const auto* qualifier = std::get_if<QualifierDeclaration>(&declaration.what))
             out.push_back("qualifier " + qualifier->name);
         else if (const auto* type = std::get_if<ClassDeclaration>(&declaration.what))
             out.push_back("class " + type->name);
         else
             out.push_back("instance " + std::get<InstanceDeclaration>(declaration.what).className);
-    }
     return out;
 }
 

@@ -198,10 +198,9 @@ TEST(CIMObjectPathText, RoundTripsWhateverCanBeRead) {
     std::size_t begin = 0;
     for (int length = 1; length <= 4; ++length) {
         const std::size_t end = texts.size();
-        for (; begin < end; ++begin) {
+        for (; begin < end; ++begin)
             for (const char* piece : pieces)
                 texts.push_back(texts[begin] + piece);
-        }
     }
     std::size_t accepted = 0;
     for (const std::string& given : texts) {
@@ -229,10 +228,9 @@ TEST(CIMObjectPathText, RoundTripsStringValues) {
     std::vector<std::string> values{""};
     for (std::size_t i = 0; i < values.size(); ++i) {
         const std::string value = values[i];
-        if (value.size() < 4) {
+        if (value.size() < 4)
             for (char c : alphabet)
                 values.push_back(value + c);
-        }
         Array<CIMKeyBinding> inner;
         inner.append(CIMKeyBinding("k", String(value.c_str()), CIMKeyBinding::STRING));
         const CIMObjectPath path("", "n", "A", inner);

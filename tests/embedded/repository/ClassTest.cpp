@@ -44,12 +44,13 @@ std::vector<std::string> membersOf(Count count, Get get) {
 }
 
 std::vector<std::string> propertiesOf(const CIMConstClass& cimClass) {
-    return membersOf(cimClass.getPropertyCount(),
-                     [&](Uint32 i) { return cimClass.getProperty(i); });
+    return membersOf(
+        cimClass.getPropertyCount(), [&](Uint32 i) { return cimClass.getProperty(i); });
 }
 
 std::vector<std::string> methodsOf(const CIMConstClass& cimClass) {
-    return membersOf(cimClass.getMethodCount(), [&](Uint32 i) { return cimClass.getMethod(i); });
+    return membersOf(
+        cimClass.getMethodCount(), [&](Uint32 i) { return cimClass.getMethod(i); });
 }
 
 Pegasus::CIMConstProperty propertyOf(const CIMConstClass& cimClass, const char* name) {
@@ -302,9 +303,8 @@ TEST_F(ClassTest, ADeepChainHandsDownEverythingInItsOrder) {
     for (int i = 1; i < depth; ++i) {
         const std::string n = std::to_string(i);
         expected.push_back("P" + n + " C_" + n + (i == depth - 1 ? " own" : " propagated"));
-        if (i == depth / 2) {
+        if (i == depth / 2)
             expected.emplace_back("P0 C_0 propagated");
-        }
     }
     EXPECT_EQ(propertiesOf(last), expected);
     EXPECT_EQ(last.getMethodCount(), 300U);

@@ -36,9 +36,8 @@ class ConcurrencyTest : public RepositoryTest {
     }
 
     void modify() {
-        for (Uint32 i = 1; i <= rounds; ++i) {
+        for (Uint32 i = 1; i <= rounds; ++i)
             repository.modifyInstance(home, pair("shared", i), Pegasus::CIMPropertyList());
-        }
     }
     void createAndDelete(const std::string& id) {
         for (Uint32 i = 0; i < rounds; ++i) {
@@ -57,9 +56,8 @@ class ConcurrencyTest : public RepositoryTest {
         const InstanceList pairs = repository.view().instances(home, "Pair");
         for (std::size_t i = 0; i < pairs.size(); ++i) {
             const CIMInstance each = pairs[i].instance();
-            if (each.getProperty(1).getValue() != each.getProperty(2).getValue()) {
+            if (each.getProperty(1).getValue() != each.getProperty(2).getValue())
                 return false;
-            }
         }
         return true;
     }
@@ -70,9 +68,8 @@ class ConcurrencyTest : public RepositoryTest {
 
 TEST_F(ConcurrencyTest, ViewsAreReadAndDroppedWhileOthersWrite) {
     const std::size_t many = 200;
-    for (std::size_t i = 0; i < many; ++i) {
+    for (std::size_t i = 0; i < many; ++i)
         repository.createInstance(home, pair(std::to_string(i), 0));
-    }
     const auto read = [&] {
         while (writing) {
             const View view = repository.view();
@@ -98,9 +95,8 @@ TEST_F(ConcurrencyTest, ViewsAreReadAndDroppedWhileOthersWrite) {
     changing.join();
     comingAndGoing.join();
     writing = false;
-    for (std::thread& each : readers) {
+    for (std::thread& each : readers)
         each.join();
-    }
     EXPECT_EQ(faults, 0);
 }
 
@@ -122,13 +118,11 @@ TEST_F(ConcurrencyTest, ReadersSeeWholeInstancesAndWholeLoads) {
     writers.emplace_back([&] { createAndDelete("first"); });
     writers.emplace_back([&] { createAndDelete("second"); });
     writers.emplace_back([&] { loadClasses(); });
-    for (std::thread& each : writers) {
+    for (std::thread& each : writers)
         each.join();
-    }
     writing = false;
-    for (std::thread& each : readers) {
+    for (std::thread& each : readers)
         each.join();
-    }
     EXPECT_EQ(faults, 0);
     EXPECT_EQ(valueOf("Pair.Id=\"shared\"", "Left"), std::to_string(rounds));
     EXPECT_EQ(repository.view().instances(home, "Pair").size(), 1U);

@@ -35,9 +35,8 @@ std::string text(const Pegasus::CIMName& name) {
 
 std::vector<std::string> texts(const std::vector<Pegasus::CIMName>& names) {
     std::vector<std::string> result;
-    for (const Pegasus::CIMName& name : names) {
+    for (const Pegasus::CIMName& name : names)
         result.push_back(text(name));
-    }
     return result;
 }
 

@@ -29,9 +29,8 @@ class InstanceTest : public RepositoryTest {
     std::vector<CIMInstance> all(const char* className) const {
         std::vector<CIMInstance> instances;
         const InstanceList list = repository.view().instances(home, className);
-        for (std::size_t i = 0; i < list.size(); ++i) {
+        for (std::size_t i = 0; i < list.size(); ++i)
             instances.push_back(list[i].instance());
-        }
         return instances;
     }
     std::string pathOf(const CIMInstance& instance) const {
@@ -156,9 +155,8 @@ TEST_F(InstanceTest, APathMayPointIntoANamespaceThatIsNotServedHere) {
 TEST_F(InstanceTest, QualifiersOfPropertiesStayWithTheClass) {
     load("instance of Gadget { Id = \"a\"; Number = 1; };");
     const CIMInstance gadget = all("Gadget").at(0);
-    for (Uint32 i = 0; i < gadget.getPropertyCount(); ++i) {
+    for (Uint32 i = 0; i < gadget.getPropertyCount(); ++i)
         EXPECT_EQ(gadget.getProperty(i).getQualifierCount(), 0U) << i;
-    }
 }
 
 TEST_F(InstanceTest, HasTheQualifiersThatItsClassHandsDownMarkedAndTheLastFirst) {
@@ -183,9 +181,8 @@ TEST_F(InstanceTest, IsFoundWhateverHostNamespaceCaseAndOrderSay) {
     load("instance of Gadget { Id = \"a\"; Number = 16; };");
     for (const char* path : {"Gadget.Id=\"a\",Number=16", "gADGET.NUMBER=16,id=\"a\"",
                              "root/elsewhere:Gadget.Id=\"a\",Number=0x10",
-                             "//host:5988/root/test:Gadget.Id=\"a\",Number=16"}) {
+                             "//host:5988/root/test:Gadget.Id=\"a\",Number=16"})
         EXPECT_EQ(pathOf(instanceAt(path)), "Gadget.Id=\"a\",Number=16") << path;
-    }
 }
 
 TEST_F(InstanceTest, AnExactReferenceKeyGoesBeforeOneThatLeavesItsNamespaceOpen) {

@@ -8,9 +8,8 @@ namespace {
 
 std::string shown(const std::string& digits) {
     const auto integer = parseInteger(digits);
-    if (!integer) {
+    if (!integer)
         return "none";
-    }
     return (integer->negative ? "-" : "") + std::to_string(integer->magnitude);
 }
 
@@ -40,9 +39,8 @@ TEST(Integers, AreReadInFourNotations) {
         {"18446744073709551616", "none"},
         {"0x10000000000000000", "none"},
     };
-    for (const auto& [digits, expected] : cases) {
+    for (const auto& [digits, expected] : cases)
         EXPECT_EQ(shown(digits), expected) << digits;
-    }
 }
 
 TEST(Integers, NarrowExactlyTheRangeOfTheType) {

@@ -14,9 +14,8 @@ class LoadTest : public RepositoryTest {
 
     std::vector<std::string> nameSpaces() const {
         std::vector<std::string> names;
-        for (const CIMNamespaceName& name : repository.view().nameSpaces()) {
+        for (const CIMNamespaceName& name : repository.view().nameSpaces())
             names.push_back(text(name.getString()));
-        }
         return names;
     }
 };

@@ -43,9 +43,8 @@ instance of Thing { Id = "a"; Speed = 1; Text = "first"; };
     }
     CIMPropertyList list(std::initializer_list<const char*> names) const {
         Pegasus::Array<CIMName> array;
-        for (const char* name : names) {
+        for (const char* name : names)
             array.append(CIMName(name));
-        }
         return CIMPropertyList(array);
     }
     Status create(const CIMInstance& instance) {
@@ -199,9 +198,8 @@ TEST_F(OperationTest, WhatIsDeletedIsGoneAndMayComeBack) {
 }
 
 TEST_F(OperationTest, ManyInstancesAreToldApart) {
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < 500; ++i)
         ASSERT_EQ(create(thing(std::to_string(i).c_str())), success);
-    }
     for (int i = 0; i < 500; i += 2) {
         const std::string path = "Thing.Id=\"" + std::to_string(i) + "\"";
         repository.deleteInstance(home, CIMObjectPath(String(path.c_str())));

@@ -33,9 +33,8 @@ std::vector<Entry> entriesOf(const Tree& tree) {
 
 std::vector<Entry> entriesOf(const Model& model) {
     std::vector<Entry> entries;
-    for (const auto& [number, value] : model) {
+    for (const auto& [number, value] : model)
         entries.push_back({number, value});
-    }
     return entries;
 }
 
@@ -95,12 +94,10 @@ TEST(SharedTree, TakesEntriesInOrderAndAgainstIt) {
 TEST(SharedTree, EmptiedFromEitherSideTakesEntriesAgain) {
     for (const bool fromFront : {true, false}) {
         Tree tree;
-        for (std::uint64_t i = 0; i < 3000; ++i) {
+        for (std::uint64_t i = 0; i < 3000; ++i)
             tree.put({i, 0});
-        }
-        for (std::uint64_t i = 0; i < 3000; ++i) {
+        for (std::uint64_t i = 0; i < 3000; ++i)
             EXPECT_TRUE(tree.erase(fromFront ? i : 2999 - i));
-        }
         EXPECT_EQ(tree.size(), 0U);
         EXPECT_FALSE(tree.find(0));
         EXPECT_FALSE(tree.erase(0));
@@ -118,9 +115,8 @@ TEST(SharedTree, CopiesStayAsTheyWere) {
         changeAtRandom(tree, model, random, 2000, 200);
         kept.emplace_back(tree, model);
     }
-    for (const auto& [copy, then] : kept) {
+    for (const auto& [copy, then] : kept)
         expectSame(copy, then);
-    }
     // And the other way round: a copy may be changed as well.
     changeAtRandom(kept[5].first, kept[5].second, random, 2000, 200);
     expectSame(kept[5].first, kept[5].second);
@@ -130,9 +126,8 @@ TEST(SharedTree, CopiesStayAsTheyWere) {
 
 TEST(SharedTree, AnEntryThatIsChangedIsChangedInOneCopyOnly) {
     Tree tree;
-    for (std::uint64_t i = 0; i < 1000; ++i) {
+    for (std::uint64_t i = 0; i < 1000; ++i)
         tree.put({i, 0});
-    }
     const Tree before = tree;
     tree.change(500)->value = 1;
     EXPECT_EQ(before.find(500)->value, 0);
@@ -142,9 +137,8 @@ TEST(SharedTree, AnEntryThatIsChangedIsChangedInOneCopyOnly) {
 
 TEST(SharedTree, ShowsWhatComesFromAKeyOnUntilToldToStop) {
     Tree tree;
-    for (std::uint64_t i = 0; i < 1000; ++i) {
+    for (std::uint64_t i = 0; i < 1000; ++i)
         tree.put({i * 2, 0});
-    }
     for (const std::uint64_t from : {0U, 1U, 63U, 64U, 777U, 1998U, 1999U}) {
         std::vector<std::uint64_t> shown;
         tree.forEachFrom(from, [&](const Entry& each) {
@@ -152,9 +146,8 @@ TEST(SharedTree, ShowsWhatComesFromAKeyOnUntilToldToStop) {
             return shown.size() < 3;
         });
         std::vector<std::uint64_t> expected;
-        for (std::uint64_t i = (from + 1) / 2; i < 1000 && expected.size() < 3; ++i) {
+        for (std::uint64_t i = (from + 1) / 2; i < 1000 && expected.size() < 3; ++i)
             expected.push_back(i * 2);
-        }
         EXPECT_EQ(shown, expected) << from;
         const Entry* const first = tree.firstFrom(from);
         EXPECT_EQ(first ? std::vector{first->number} : std::vector<std::uint64_t>{},

@@ -38,9 +38,8 @@ instance of Thing { Id = "b"; };
     Strings pathsOf(const View& view, const char* className = "Thing") const {
         Strings paths;
         const InstanceList list = view.instances(home, className);
-        for (std::size_t i = 0; i < list.size(); ++i) {
+        for (std::size_t i = 0; i < list.size(); ++i)
             paths.push_back(text(list[i].path().toString()));
-        }
         return paths;
     }
     void create(const char* id) {
@@ -116,18 +115,16 @@ TEST_F(ViewTest, ListsAndInstancesOutliveTheirViewAndTheRepository) {
 
 TEST_F(ViewTest, InstancesKeepTheirOrderWhenOthersGo) {
     Strings expected;
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 300; ++i)
         create(std::to_string(i).c_str());
-    }
     remove("Thing.Id=\"a\"");
     remove("Thing.Id=\"b\"");
     for (int i = 0; i < 300; ++i) {
         const std::string name = "Thing.Id=\"" + std::to_string(i) + "\"";
-        if (i % 3 == 0) {
+        if (i % 3 == 0)
             expected.push_back(name);
-        } else {
+        else
             remove(name.c_str());
-        }
     }
     create("a");
     expected.emplace_back("Thing.Id=\"a\"");
@@ -172,9 +169,8 @@ TEST_F(ViewTest, ReferencesAreThoseWithAValueByTheirRoles) {
     load(R"(instance of Link { To = "Thing.Id=\"b\""; From = "Thing.Id=\"a\""; };)");
     const InstanceList links = repository.view().instances(home, "Link");
     Strings ends;
-    for (const auto& [role, target] : links[0].references()) {
+    for (const auto& [role, target] : links[0].references())
         ends.push_back(text(role) + " " + text(target.toString()));
-    }
     EXPECT_EQ(ends, (Strings{"To Thing.Id=\"b\"", "From Thing.Id=\"a\""}));
 }
 
@@ -188,15 +184,13 @@ TEST_F(ViewTest, NamesOfMembersComeInTheOrderOfTheClassesProperties) {
         for (Pegasus::Uint32 i = 0; i < shown.getPropertyCount(); ++i) {
             const Pegasus::CIMConstProperty property = shown.getProperty(i);
             names.push_back(text(property.getName()));
-            if (property.getType() == Pegasus::CIMTYPE_REFERENCE) {
+            if (property.getType() == Pegasus::CIMTYPE_REFERENCE)
                 ends.push_back(names.back() + " " + text(property.getReferenceClassName()));
-            }
         }
         EXPECT_EQ(texts(view.propertyNames(home, name)), names);
         Strings references;
-        for (const auto& [role, className] : view.references(home, name)) {
+        for (const auto& [role, className] : view.references(home, name))
             references.push_back(text(role) + " " + text(className));
-        }
         EXPECT_EQ(references, ends);
         EXPECT_EQ(references.empty(), name != std::string("Below"));
     }
@@ -233,9 +227,8 @@ instance of Link { From = "Thing.Id=\"a\""; To = "Thing.Id=\"a\""; };
     /// The keys To of the referrers of `source`.
     Strings referrers(const View& view, const char* source) const {
         Strings found;
-        for (const StoredInstance& each : view.referrers(home, "Link", path(source))) {
+        for (const StoredInstance& each : view.referrers(home, "Link", path(source)))
             found.push_back(text(each.path().getKeyBindings()[1].getValue()));
-        }
         return found;
     }
     Strings referrers(const char* source) const { return referrers(repository.view(), source); }
@@ -292,18 +285,16 @@ class ReferrerGroupTest : public ReferrerTest {
     static GroupFilter filter(const std::string& role, const std::string& farClass = "") {
         return [=](const References& ends, std::size_t near) {
             bool leadsThere = farClass.empty();
-            for (std::size_t far = 0; far < ends.size(); ++far) {
+            for (std::size_t far = 0; far < ends.size(); ++far)
                 leadsThere = leadsThere ||
                              (far != near && text(ends[far].second.getClassName()) == farClass);
-            }
             return leadsThere && (role.empty() || text(ends[near].first) == role);
         };
     }
     Strings wanted(const View& view, const std::string& source, const GroupFilter& isWanted) const {
         Strings found;
-        for (const StoredInstance& each : view.referrers(home, "Link", path(source), isWanted)) {
+        for (const StoredInstance& each : view.referrers(home, "Link", path(source), isWanted))
             found.push_back(text(each.path().toString()));
-        }
         return found;
     }
     /// The same, from all there are.
@@ -320,9 +311,8 @@ class ReferrerGroupTest : public ReferrerTest {
                 isFound = isFound || (isHere && equalWithoutPlace(target, path(source)) &&
                                       isWanted(ends, near));
             }
-            if (isFound) {
+            if (isFound)
                 found.push_back(text(all[i].path().toString()));
-            }
         }
         return found;
     }
@@ -439,10 +429,8 @@ TEST_F(ReferrerGroupTest, HaveWhatALookAtAllLinksFindsWhateverIsCreatedModifiedA
         const unsigned kind = below(6);
         if (kind < 3 || links.empty()) {
             const std::string from = any(), to = any();
-            if (known.emplace(from.substr(from.find(':') + 1), to.substr(to.find(':') + 1))
-                    .second) {
+            if (known.emplace(from.substr(from.find(':') + 1), to.substr(to.find(':') + 1)).second)
                 links.push_back(add(from, to));
-            }
         } else if (kind < 5) {
             setVia(links[below(static_cast<unsigned>(links.size()))], any());
         } else {

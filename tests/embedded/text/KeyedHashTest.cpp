@@ -48,8 +48,12 @@ TEST(PlaceIndex, TellsPlacesWithOneHashApart) {
     for (std::uint32_t place = 0; place < 5; ++place)
         index.add(place % 2, place);
     EXPECT_EQ(index.size(), 5U);
-    EXPECT_EQ(index.find(1, [](std::uint32_t place) { return place == 3; }), 3U);
-    EXPECT_EQ(index.find(0, [](std::uint32_t place) { return place == 3; }), std::nullopt);
+    EXPECT_EQ(index.find(
+                  1, [](std::uint32_t place) { return place == 3; }),
+              3U);
+    EXPECT_EQ(index.find(
+                  0, [](std::uint32_t place) { return place == 3; }),
+              std::nullopt);
     EXPECT_EQ(index.find(2, [](std::uint32_t) { return true; }), std::nullopt);
 }
 

@@ -25,9 +25,8 @@ TEST(Utf8, IsInvalidWhereNoWholeCharacterBegins) {
         {"a\xF4\x90\x80\x80", 1},
         {"a\xF8\x88\x80\x80\x80", 1},
     };
-    for (const auto& [text, invalid] : rows) {
+    for (const auto& [text, invalid] : rows)
         EXPECT_EQ(findInvalidUtf8(text), invalid) << text;
-    }
 }
 
 TEST(Utf8, CountsCharacters) {
@@ -38,9 +37,8 @@ TEST(Utf8, CountsCharacters) {
 TEST(Utf8, IsAsLongAsTheCharacterNeeds) {
     std::string out;
     for (const char32_t character :
-         std::u32string_view(U"\x7F\x80\u07FF\u0800\uFFFF\U00010000\U0010FFFF")) {
+         std::u32string_view(U"\x7F\x80\u07FF\u0800\uFFFF\U00010000\U0010FFFF"))
         appendUtf8(out, character);
-    }
     EXPECT_EQ(out, "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
     out.clear();
     appendUtf8(out, 0xDC00);
@@ -75,9 +73,8 @@ TEST(Utf16, IsTakenCharacterByCharacter) {
     const char16_t* at = units.data();
     const char16_t* const end = at + units.size();
     std::u32string characters;
-    while (at != end) {
+    while (at != end)
         characters += takeCharacter(at, end);
-    }
     EXPECT_EQ(characters, (std::u32string{U'a', 0x1F600, 0xDE00, 0xDE00, 0xD83D, U'b', 0xD83D}));
 }
 

@@ -20,15 +20,12 @@ std::vector<std::string>& events() {
 } // namespace
 
 void Call::complete() const {
-    if (instances != nullptr) {
+    if (instances != nullptr)
         instances->complete();
-    }
-    if (paths != nullptr) {
+    if (paths != nullptr)
         paths->complete();
-    }
-    if (objects != nullptr) {
+    if (objects != nullptr)
         objects->complete();
-    }
 }
 
 void setScript(const std::string& provider, const Script& script) {

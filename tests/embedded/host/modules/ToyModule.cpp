@@ -19,21 +19,18 @@ struct OwnType : std::exception {
 
 void begin(const std::string& name, CIMOMHandle& handle) {
     toy::note("initialize " + name);
-    if (name == "ThrowsOwnType") {
+    if (name == "ThrowsOwnType")
         throw OwnType();
-    }
     const toy::Script script = toy::scriptOf(name);
-    if (script.initialize) {
+    if (script.initialize)
         script.initialize(handle);
-    }
 }
 
 void end(const std::string& name) {
     toy::note("terminate " + name);
     const toy::Script script = toy::scriptOf(name);
-    if (script.terminate) {
+    if (script.terminate)
         script.terminate();
-    }
 }
 
 /// Deletes the provider also when its script throws.
@@ -168,9 +165,8 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
     }
     void answer(const toy::Call& call) const {
         const toy::Script script = toy::scriptOf(_name);
-        if (script.answer) {
+        if (script.answer)
             script.answer(call);
-        }
     }
 
     const std::string _name;
@@ -182,14 +178,11 @@ class ToyProvider : public CIMInstanceProvider, public CIMAssociationProvider {
 extern "C" PEGASUS_EXPORT Pegasus::CIMProvider*
 PegasusCreateProvider(const Pegasus::String& providerName) {
     const std::string name(static_cast<const char*>(providerName.getCString()));
-    if (name == "Unknown") {
+    if (name == "Unknown")
         return nullptr;
-    }
-    if (name == "CreationThrows") {
+    if (name == "CreationThrows")
         throw OwnType();
-    }
-    if (name == "NoInterface") {
+    if (name == "NoInterface")
         return new NoInterfaceProvider(name);
-    }
     return new ToyProvider(name);
 }

@@ -21,9 +21,8 @@ std::string escaped(std::string_view text) {
 
 Pegasus::String stringOf(std::initializer_list<unsigned short> units) {
     Pegasus::String out;
-    for (const unsigned short unit : units) {
+    for (const unsigned short unit : units)
         out.append(Pegasus::Char16(unit));
-    }
     return out;
 }
 
@@ -55,9 +54,8 @@ TEST(EscapedText, KeepsBlanksFromBeingTakenForLayout) {
         {" a", "&#32;a"},
         {"a ", "a&#32;"},
     };
-    for (const auto& [text, expected] : rows) {
+    for (const auto& [text, expected] : rows)
         EXPECT_EQ(escaped(text), expected);
-    }
 }
 
 /// What UTF-8 says is the same as what a String says, with and without a character that is not
