@@ -32,8 +32,7 @@ TEST_P(PathMatch, FollowsTheRules) {
     const PathKey asked = key(GetParam().asked);
     EXPECT_EQ(kept.matches(asked), GetParam().match == Match::Exactly);
     EXPECT_EQ(kept.matchesLoosely(asked), GetParam().match != Match::Never);
-    if (GetParam().match != Match::Never)
-        EXPECT_EQ(kept.text(), asked.text());
+    EXPECT_TRUE(GetParam().match == Match::Never || kept.text() == asked.text()) << asked.text();
 }
 
 const MatchCase cases[] = {
