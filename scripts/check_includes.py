@@ -18,7 +18,7 @@ PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
 SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
 
 # The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["limits", "threads", "text", "pegasus", "mof", "repository", "host", "http", "users",
+EMBEDDED_ROOMS = ["limits", "threads", "text", "pegasus", "mof", "repository", "routing", "http", "users",
                   "cimxml", "cimhost"]
 # Those that are of use without a CIM object model, and what they know.
 WITHOUT_CIM = {"limits": ["limits"], "threads": ["threads"], "text": ["text"], "mof": ["text", "mof"],
@@ -62,11 +62,11 @@ def module_allows(rooms, quoted, name):
 
 def embedded_allows(room, quoted, name):
     if room == "pegasus":
-        # Its sources sit together; the headers that hosts see are hosting/ and the public ones.
+        # Its sources sit together; the headers that hosts see are embedding/ and the public ones.
         return PUBLIC.match(name) or is_system(name) if not quoted else (
-            "/" not in name or name.startswith(("hosting/", "text/")))
+            "/" not in name or name.startswith(("embedding/", "text/")))
     known = WITHOUT_CIM.get(room) or EMBEDDED_ROOMS[: EMBEDDED_ROOMS.index(room) + 1]
-    if name.startswith("hosting/"):
+    if name.startswith("embedding/"):
         return room not in WITHOUT_CIM
     if quoted:
         if room == "cimhost" and name.startswith("serverobjects/"):
@@ -87,7 +87,7 @@ def fuzz_allows(quoted, name):
     if quoted:
         return any(name.startswith(room + "/") for room in FUZZ_ROOMS)
     return bool(PUBLIC.match(name) or is_system(name)) or name.startswith(
-        ("hosting/", *FUZZ_LIBRARIES))
+        ("embedding/", *FUZZ_LIBRARIES))
 
 
 def bench_allows(quoted, name):

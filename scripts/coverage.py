@@ -29,7 +29,7 @@ REASON = "Not tested:"
 
 ROOMS = ("provider", "profiles", "objectmanager", "traversal", "serverobjects", "register",
          "embedded/threads", "embedded/text", "embedded/pegasus", "embedded/mof",
-         "embedded/repository", "embedded/host", "embedded/http", "embedded/cimxml",
+         "embedded/repository", "embedded/routing", "embedded/http", "embedded/cimxml",
          "embedded/cimhost")
 # The module, and what reads bytes from outside.
 EXPLAINED = ("provider", "profiles", "objectmanager", "traversal",

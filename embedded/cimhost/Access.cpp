@@ -5,7 +5,7 @@
 #include "text/Ascii.h"
 #include "text/Utf8.h"
 
-#include <hosting/Text.h>
+#include <embedding/Text.h>
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
@@ -19,7 +19,7 @@ namespace {
 using http::Answer;
 using http::Reply;
 using http::Request;
-using Pegasus::hosting::Caller;
+using Pegasus::embedding::Caller;
 using users::Credentials;
 using users::Outcome;
 using users::Verdict;
@@ -136,7 +136,7 @@ class Access {
 
     Answer admitted(Request&& request, const std::string& user, users::Role role) const {
         return _answering(std::move(request),
-                          {Pegasus::hosting::fromUtf8(user), role == users::Role::Write});
+                          {Pegasus::embedding::fromUtf8(user), role == users::Role::Write});
     }
 
     static Reply unauthorized() {

@@ -4,7 +4,7 @@
 #include "http/Message.h"
 #include "users/Accounts.h"
 
-#include <hosting/Operation.h>
+#include <embedding/Operation.h>
 
 #include <functional>
 #include <memory>
@@ -19,7 +19,7 @@ struct AccessRules {
 };
 
 /// Answers a request of a caller.
-using Answering = std::function<http::Answer(http::Request&&, const Pegasus::hosting::Caller&)>;
+using Answering = std::function<http::Answer(http::Request&&, const Pegasus::embedding::Caller&)>;
 
 /// A handler that lets `answering` answer those who may ask.
 ///

@@ -48,9 +48,9 @@ MofFile mofFile(const std::string& text) {
     return {nameSpace("--mof", text.substr(0, equals)), text.substr(equals + 1)};
 }
 
-host::Fault fault(const std::string& text) {
+routing::Fault fault(const std::string& text) {
     try {
-        return host::readFault(text);
+        return routing::readFault(text);
     } catch (const std::invalid_argument& error) {
         throw CLI::ValidationError("--fault", error.what());
     }
@@ -238,7 +238,7 @@ void declareAccess(CLI::App& app, Settings& settings, Raw& raw) {
 
 CommandLine readCommandLine(int argc, const char* const* argv) {
     CLI::App app(description, "cimhost");
-    app.footer(faultsHeading + host::faultHelp() + "\n" + footer);
+    app.footer(faultsHeading + routing::faultHelp() + "\n" + footer);
     app.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
     Settings settings;
     Raw raw;

@@ -3,9 +3,9 @@
 
 #include "cimhost/ExitCode.h"
 #include "cimhost/Privileges.h"
-#include "host/Faults.h"
 #include "http/Tls.h"
 #include "limits/Limits.h"
+#include "routing/Faults.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -45,8 +45,8 @@ struct Settings {
     bool insecureRemote = false;   ///< without users or TLS where others can reach it, too
     std::optional<Identity> runAs; ///< once it listens
     bool coreDumps = false;
-    bool writable = false;           ///< clients may change what is in the repository
-    std::vector<host::Fault> faults; ///< of read-backs, in the order of the options
+    bool writable = false;              ///< clients may change what is in the repository
+    std::vector<routing::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
     std::chrono::seconds patience = limits::patience; ///< with a module that does not return
     bool keepLibraries = false;

@@ -22,11 +22,11 @@ void load(const Settings& settings, repository::Repository& repository) {
     malloc_trim(0);
 }
 
-std::vector<std::string> faultsOfUnknownClasses(const std::vector<host::Fault>& faults,
+std::vector<std::string> faultsOfUnknownClasses(const std::vector<routing::Fault>& faults,
                                                 const repository::View& view) {
     const std::vector<Pegasus::CIMNamespaceName> nameSpaces = view.nameSpaces();
     std::vector<std::string> complaints;
-    for (const host::Fault& fault : faults) {
+    for (const routing::Fault& fault : faults) {
         const bool known = fault.className.isNull() ||
                            std::any_of(nameSpaces.begin(), nameSpaces.end(), [&](const auto& each) {
                                return view.hasClass(each, fault.className);

@@ -15,7 +15,7 @@ void load(const Settings& settings, repository::Repository& repository);
 
 /// What to tell about each of `faults` whose class no namespace of `view` has: most likely
 /// it is misspelt, and no provider's question would ever meet it.
-std::vector<std::string> faultsOfUnknownClasses(const std::vector<host::Fault>& faults,
+std::vector<std::string> faultsOfUnknownClasses(const std::vector<routing::Fault>& faults,
                                                 const repository::View& view);
 
 } // namespace embedded::cimhost

@@ -2,8 +2,8 @@
 #include "cimhost/Commands.h"
 #include "cimhost/Directory.h"
 #include "cimhost/Summary.h"
-#include "host/Router.h"
 #include "http/SelfSigned.h"
+#include "routing/Router.h"
 
 #include <CLI/CLI.hpp>
 
@@ -27,7 +27,7 @@ struct Wanted {
 // This machine's, and those by which it calls itself.
 std::vector<std::string> ownNames() {
     std::vector<std::string> names = {"localhost", "127.0.0.1", "::1"};
-    const std::string host = text(host::localHostName());
+    const std::string host = text(routing::localHostName());
     if (host != names.front() && http::canBeCertified(host))
         names.insert(names.begin(), host);
     return names;

@@ -1,7 +1,7 @@
 #include "cimhost/OwnObjects.h"
 
 #include "cimhost/Summary.h"
-#include "host/Router.h"
+#include "routing/Router.h"
 #include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"
 
@@ -25,7 +25,7 @@ constexpr std::uint16_t associationTraversal = 6;
 std::string reachedAt(const std::string& address, std::uint16_t port) {
     std::string host = address;
     if (address == "0.0.0.0" || address == "::")
-        host = text(host::localHostName());
+        host = text(routing::localHostName());
     else if (address.find(':') != std::string::npos)
         host = "[" + address + "]";
     return host + ":" + std::to_string(port);
@@ -33,7 +33,7 @@ std::string reachedAt(const std::string& address, std::uint16_t port) {
 
 } // namespace
 
-void registerOwnObjects(const repository::View& view, host::Registration& registration) {
+void registerOwnObjects(const repository::View& view, routing::Registration& registration) {
     std::vector<Pegasus::CIMName> classNames;
     classNames.reserve(std::size(serverobjects::publishedClasses));
     for (const serverobjects::PublishedClass& published : serverobjects::publishedClasses)
@@ -42,7 +42,7 @@ void registerOwnObjects(const repository::View& view, host::Registration& regist
 }
 
 void linkOwnObjects(const Settings& settings, const repository::View& view,
-                    const std::vector<std::uint16_t>& ports, host::ModuleSettings& modules) {
+                    const std::vector<std::uint16_t>& ports, routing::ModuleSettings& modules) {
     serverobjects::Settings own;
     own.askServer = false;
     own.systemCreationClassName = settings.systemClass;

@@ -9,13 +9,13 @@
 #include "cimhost/Summary.h"
 #include "cimhost/WireTrace.h"
 #include "cimxml/Exchange.h"
-#include "host/FaultyReadBacks.h"
-#include "host/ProviderHandle.h"
-#include "host/ProviderModule.h"
-#include "host/Router.h"
 #include "http/Server.h"
 #include "http/Watched.h"
 #include "limits/Limits.h"
+#include "routing/FaultyReadBacks.h"
+#include "routing/ProviderHandle.h"
+#include "routing/ProviderModule.h"
+#include "routing/Router.h"
 #include "threads/Locks.h"
 
 #include <spdlog/spdlog.h>
@@ -99,17 +99,17 @@ class PortFile {
 constexpr unsigned freeWorkers = 4;
 
 // The lanes behind those of the modules.
-unsigned readingLane(const host::ProviderModules& modules) {
+unsigned readingLane(const routing::ProviderModules& modules) {
     return static_cast<unsigned>(modules.modules().size());
 }
-unsigned verifyingLane(const host::ProviderModules& modules) {
+unsigned verifyingLane(const routing::ProviderModules& modules) {
     return readingLane(modules) + 1;
 }
 
 // A lane for each module, so that one that hangs takes its own threads alone, one for the reading
 // of long requests, so that these leave the processors to others, and one for the verifying of
 // passwords, which is slow on purpose.
-http::Options options(const host::ProviderModules& modules, std::chrono::seconds patience) {
+http::Options options(const routing::ProviderModules& modules, std::chrono::seconds patience) {
     http::Options result;
     result.log = warnOften;
     result.laneWait = patience;
@@ -134,11 +134,11 @@ http::ReplyWatch logged(const http::Request& request) {
 }
 
 http::Handler handler(const Settings& settings, const AccessRules& rules,
-                      host::CimOperations& operations, host::Enumerations& enumerations,
+                      routing::CimOperations& operations, routing::Enumerations& enumerations,
                       unsigned lane) {
     http::Handler answer = guarded(
         rules,
-        [&operations, &enumerations, lane](http::Request&& request, const host::Caller& caller) {
+        [&operations, &enumerations, lane](http::Request&& request, const routing::Caller& caller) {
             return cimxml::exchange(std::move(request), caller, operations, enumerations, {lane});
         },
         warnOften);
@@ -259,10 +259,10 @@ void readAgain(const std::filesystem::path& file, users::Accounts& accounts) {
     }
 }
 
-void tellCalls(const host::ProviderModules& modules, std::chrono::seconds atLeast) noexcept {
-    const auto now = host::ProviderModules::Clock::now();
+void tellCalls(const routing::ProviderModules& modules, std::chrono::seconds atLeast) noexcept {
+    const auto now = routing::ProviderModules::Clock::now();
     try {
-        for (const host::ProviderModules::Call& call : modules.calls()) {
+        for (const routing::ProviderModules::Call& call : modules.calls()) {
             const auto lasts = std::chrono::duration_cast<std::chrono::seconds>(now - call.since);
             if (lasts >= atLeast)
                 warnOften("provider", "provider " + text(call.provider) +
@@ -276,7 +276,7 @@ void tellCalls(const host::ProviderModules& modules, std::chrono::seconds atLeas
 /// Looks from time to time which providers do not return.
 class CallWatch {
   public:
-    CallWatch(const host::ProviderModules& modules, std::chrono::seconds patience)
+    CallWatch(const routing::ProviderModules& modules, std::chrono::seconds patience)
         : _thread([this, &modules, patience] {
               while (!endsWithin(patience))
                   tellCalls(modules, patience);
@@ -294,7 +294,7 @@ class CallWatch {
 
   private:
     bool endsWithin(std::chrono::seconds time) {
-        const auto until = host::ProviderModules::Clock::now() + time;
+        const auto until = routing::ProviderModules::Clock::now() + time;
         const threads::Lock lock(_mutex);
         while (!_ending && _changed.waitUntil(_mutex, until))
             ;
@@ -311,7 +311,7 @@ class CallWatch {
 /// be no memory for it.
 class Unloading {
   public:
-    explicit Unloading(host::ProviderModules& modules)
+    explicit Unloading(routing::ProviderModules& modules)
         : _thread([this, &modules] {
               if (isAsked())
                   change(modules.unloadAll(_until) ? State::AllUnloaded : State::OneBusy,
@@ -327,8 +327,9 @@ class Unloading {
 
     /// Those modules that return are terminated; without the others the process ends here, with a
     /// code of its own. `drained`: no request is left inside them.
-    void finish(const host::ProviderModules& modules, bool drained, std::chrono::seconds grace) {
-        _until = host::ProviderModules::Clock::now() + (drained ? grace : std::chrono::seconds(0));
+    void finish(const routing::ProviderModules& modules, bool drained, std::chrono::seconds grace) {
+        _until =
+            routing::ProviderModules::Clock::now() + (drained ? grace : std::chrono::seconds(0));
         change(State::Asked, State::Waiting);
         const State state = answerWithin(grace);
         if (drained && state == State::AllUnloaded)
@@ -357,7 +358,7 @@ class Unloading {
     }
 
     State answerWithin(std::chrono::seconds time) {
-        const auto until = host::ProviderModules::Clock::now() + time;
+        const auto until = routing::ProviderModules::Clock::now() + time;
         const threads::Lock lock(_mutex);
         while (_state == State::Asked && _changed.waitUntil(_mutex, until))
             ;
@@ -367,14 +368,14 @@ class Unloading {
     threads::Mutex _mutex;
     threads::Condition _changed;
     State _state GUARDED_BY(_mutex) = State::Waiting;
-    host::ProviderModules::Clock::time_point _until; ///< set before it is asked
+    routing::ProviderModules::Clock::time_point _until; ///< set before it is asked
     std::thread _thread;
 };
 
 } // namespace
 
 ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>& accounts,
-               repository::Repository& repository, const host::Registration& registration) {
+               repository::Repository& repository, const routing::Registration& registration) {
     std::shared_ptr<http::TlsContext> tlsContext;
     try {
         tlsContext = tls(settings);
@@ -403,16 +404,16 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
     if (settings.runAs)
         become(*settings.runAs);
 
-    host::ModuleSettings moduleSettings{
+    routing::ModuleSettings moduleSettings{
         settings.providerDirectories, settings.keepLibraries, warnOfProvider, {}};
     linkOwnObjects(settings, repository.view(), ports, moduleSettings);
-    host::ProviderModules modules(registration, moduleSettings);
+    routing::ProviderModules modules(registration, moduleSettings);
     Unloading unloading(modules);
-    host::Router router(repository, modules, host::localHostName(), settings.writable);
-    host::FaultyReadBacks faultyReadBacks(router, host::Faults(settings.faults));
-    const host::ProviderHandles handles(
-        settings.faults.empty() ? static_cast<host::CimOperations&>(router) : faultyReadBacks);
-    host::Enumerations enumerations;
+    routing::Router router(repository, modules, routing::localHostName(), settings.writable);
+    routing::FaultyReadBacks faultyReadBacks(router, routing::Faults(settings.faults));
+    const routing::ProviderHandles handles(
+        settings.faults.empty() ? static_cast<routing::CimOperations&>(router) : faultyReadBacks);
+    routing::Enumerations enumerations;
     const http::Options httpOptions = options(modules, settings.patience);
     const std::vector<std::string> urls = served(settings, listeners);
     http::Server server(std::move(listeners), httpOptions,

@@ -3,8 +3,8 @@
 
 #include "cimhost/CommandLine.h"
 #include "cimhost/ExitCode.h"
-#include "host/Registration.h"
 #include "repository/Repository.h"
+#include "routing/Registration.h"
 #include "users/Accounts.h"
 
 #include <memory>
@@ -16,6 +16,6 @@ namespace embedded::cimhost {
 /// ends here. `accounts`: null without users; read again from their file at SIGHUP. REQUIRES:
 /// takeSignals() has been called.
 ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>& accounts,
-               repository::Repository& repository, const host::Registration& registration);
+               repository::Repository& repository, const routing::Registration& registration);
 
 } // namespace embedded::cimhost

@@ -1,6 +1,6 @@
 #include "cimhost/Summary.h"
 
-#include "host/ProviderLibrary.h"
+#include "routing/ProviderLibrary.h"
 
 #include <algorithm>
 #include <map>
@@ -25,13 +25,13 @@ void addOnce(std::vector<std::string>& words, const std::string& word) {
         words.push_back(word);
 }
 
-const char* name(host::ProviderType type) {
+const char* name(routing::ProviderType type) {
     switch (type) {
-    case host::ProviderType::Instance:
+    case routing::ProviderType::Instance:
         return "instance";
-    case host::ProviderType::Association:
+    case routing::ProviderType::Association:
         return "association";
-    case host::ProviderType::Method:
+    case routing::ProviderType::Method:
         return "method";
     }
     return "?";
@@ -50,7 +50,7 @@ std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamesp
 // What one provider answers for: by class, in the order of registration.
 class Offers {
   public:
-    void add(const host::Capability& capability) {
+    void add(const routing::Capability& capability) {
         const std::string className = text(capability.className.getString());
         auto found = std::find_if(_classes.begin(), _classes.end(),
                                   [&](const auto& offer) { return offer.className == className; });
@@ -83,7 +83,7 @@ class Offers {
 } // namespace
 
 std::vector<std::string> summary(const repository::View& view,
-                                 const host::Registration& registration,
+                                 const routing::Registration& registration,
                                  const Pegasus::CIMNamespaceName& interop) {
     std::vector<std::string> lines;
     for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
@@ -91,12 +91,12 @@ std::vector<std::string> summary(const repository::View& view,
     for (const auto& [moduleName, module] : registration.modules())
         lines.push_back(
             "module " + text(moduleName) + ": " +
-            (module.linked ? "part of this program" : host::libraryFileName(module.location)) +
+            (module.linked ? "part of this program" : routing::libraryFileName(module.location)) +
             (module.stopped ? ", stopped" : ""));
-    std::map<host::ProviderName, Offers> offers;
-    for (const host::Capability& capability : registration.capabilities())
+    std::map<routing::ProviderName, Offers> offers;
+    for (const routing::Capability& capability : registration.capabilities())
         offers[capability.provider].add(capability);
-    for (const host::ProviderName& provider : registration.providers())
+    for (const routing::ProviderName& provider : registration.providers())
         for (std::string& line : offers[provider].lines("provider " + text(provider.module) + "/" +
                                                         text(provider.name)))
             lines.push_back(std::move(line));

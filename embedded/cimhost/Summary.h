@@ -1,9 +1,9 @@
 // What a server has and offers, as lines for the person who started it.
 #pragma once
 
-#include "host/Registration.h"
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 #include "repository/View.h"
+#include "routing/Registration.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -14,13 +14,13 @@ namespace embedded::cimhost {
 
 /// UTF-8.
 inline std::string text(const Pegasus::String& string) {
-    return Pegasus::hosting::utf8(string);
+    return Pegasus::embedding::utf8(string);
 }
 
 /// A line for each namespace with its numbers of classes and instances, for each module with its
 /// library, and for each provider with the classes, types and namespaces that it answers for.
 std::vector<std::string> summary(const repository::View& view,
-                                 const host::Registration& registration,
+                                 const routing::Registration& registration,
                                  const Pegasus::CIMNamespaceName& interop);
 
 } // namespace embedded::cimhost

@@ -5,8 +5,8 @@
 #include "cimhost/Serving.h"
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
-#include "host/RegistrationCheck.h"
 #include "mof/Mof.h"
+#include "routing/RegistrationCheck.h"
 #include "users/Accounts.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -27,17 +27,17 @@ namespace {
 
 // The findings are the result that was asked for, so they go to standard output.
 ExitCode check(const Settings& settings, const repository::View& view,
-               const host::Registration& registration) {
+               const routing::Registration& registration) {
     for (const std::string& line : summary(view, registration, settings.interop))
         std::cout << line << "\n";
-    const std::vector<host::Finding> findings =
-        host::checkRegistration(registration, view, settings.providerDirectories);
-    for (const host::Finding& finding : findings)
-        std::cout << (finding.severity == host::Finding::Severity::Problem ? "PROBLEM " : "ok ")
+    const std::vector<routing::Finding> findings =
+        routing::checkRegistration(registration, view, settings.providerDirectories);
+    for (const routing::Finding& finding : findings)
+        std::cout << (finding.severity == routing::Finding::Severity::Problem ? "PROBLEM " : "ok ")
                   << finding.text << "\n";
     const auto problems =
-        std::count_if(findings.begin(), findings.end(), [](const host::Finding& finding) {
-            return finding.severity == host::Finding::Severity::Problem;
+        std::count_if(findings.begin(), findings.end(), [](const routing::Finding& finding) {
+            return finding.severity == routing::Finding::Severity::Problem;
         });
     std::cout << problems << (problems == 1 ? " problem" : " problems") << std::endl;
     return problems == 0 ? ExitCode::Ok : ExitCode::Check;
@@ -67,16 +67,16 @@ ExitCode run(const Settings& settings) {
         spdlog::error(complaint);
     if (!complaints.empty())
         return ExitCode::Usage;
-    host::Registration registration(view, settings.interop);
+    routing::Registration registration(view, settings.interop);
     registerOwnObjects(view, registration);
     const std::shared_ptr<users::Accounts> accounts = readAccounts(settings);
     if (settings.checkOnly)
         return check(settings, view, registration);
     for (const std::string& line : summary(view, registration, settings.interop))
         spdlog::info(line);
-    for (const host::Finding& finding : registration.findings())
+    for (const routing::Finding& finding : registration.findings())
         spdlog::warn("{} (--check tells more)", finding.text);
-    for (const host::Fault& fault : settings.faults)
+    for (const routing::Fault& fault : settings.faults)
         spdlog::warn("fault asked for: a provider's {}", describe(fault));
     return serve(settings, accounts, repository, registration);
 }

@@ -108,7 +108,7 @@ http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
             return reply();
         std::vector<unsigned> lanes;
         std::string names;
-        for (const host::Module* module : document->modules()) {
+        for (const routing::Module* module : document->modules()) {
             lanes.push_back(module->number);
             names += (names.empty() ? "" : " or ") + toUtf8(module->name);
         }
@@ -121,8 +121,8 @@ http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
     }
 }
 
-http::Answer exchange(Request&& request, const host::Caller& caller,
-                      host::CimOperations& operations, host::Enumerations& enumerations,
+http::Answer exchange(Request&& request, const routing::Caller& caller,
+                      routing::CimOperations& operations, routing::Enumerations& enumerations,
                       std::vector<unsigned> longReading) {
     const auto answer = [caller, &operations, &enumerations](const Request& read) {
         return exchange(read, [&](const std::string& body, const Headers& headers) {

@@ -25,8 +25,8 @@ http::Answer exchange(const http::Request& request, const DocumentAnswer& answer
 /// Answers one CIM-XML request of `caller`; what an http::Handler is made of. A long request is
 /// read on a worker, and answered there, in the lanes `longReading` besides those of the modules.
 /// `operations` must be thread-safe; it and `enumerations` must outlive the replies.
-http::Answer exchange(http::Request&& request, const host::Caller& caller,
-                      host::CimOperations& operations, host::Enumerations& enumerations,
+http::Answer exchange(http::Request&& request, const routing::Caller& caller,
+                      routing::CimOperations& operations, routing::Enumerations& enumerations,
                       std::vector<unsigned> longReading = {});
 
 } // namespace embedded::cimxml

@@ -70,8 +70,8 @@ std::string errorOf(const Work& work) {
 
 class Exchange::State {
   public:
-    State(const std::string& body, const Headers& headers, const host::Caller& caller,
-          host::CimOperations& operations, host::Enumerations& enumerations)
+    State(const std::string& body, const Headers& headers, const routing::Caller& caller,
+          routing::CimOperations& operations, routing::Enumerations& enumerations)
         : _givenBack(body.size()) {
         const Request request(body, headers);
         _messageId = request.messageId;
@@ -85,7 +85,7 @@ class Exchange::State {
         });
     }
 
-    const std::vector<const host::Module*>& modules() const { return _plan.modules; }
+    const std::vector<const routing::Module*>& modules() const { return _plan.modules; }
     void giveUp(const std::string& why) {
         _plan = {};
         _enumeration = {};
@@ -107,7 +107,7 @@ class Exchange::State {
   private:
     enum class Stage { Before, Within, Ended };
 
-    void plan(host::CimOperations& operations, host::Enumerations& enumerations) {
+    void plan(routing::CimOperations& operations, routing::Enumerations& enumerations) {
         const Pulled& pulled = _call.pulled;
         if (pulled.step == PullStep::Open) {
             _enumeration = enumerations.open(_call.operation, pulled.timeOut);
@@ -150,7 +150,7 @@ class Exchange::State {
     }
 
     void perform(std::string& out, std::size_t start) {
-        host::Answer answer;
+        routing::Answer answer;
         if (_plan.perform) {
             answer = _plan.perform();
             _plan = {};
@@ -177,7 +177,7 @@ class Exchange::State {
 
     /// Appends objects until the piece that began at `start` is long enough; false if that was all.
     bool fill(std::string& out, std::size_t start) {
-        host::Answered answered;
+        routing::Answered answered;
         if (_enumeration) {
             for (std::uint32_t& left = _call.pulled.maximum; out.size() - start < pieceSize;
                  --left) {
@@ -226,23 +226,23 @@ class Exchange::State {
     std::string _messageId;
     std::string _method;
     const char* _response = "";
-    Call _call;                          // which plan and cursor refer to
-    host::EnumerationLease _enumeration; // so that these refer to its operation
-    host::Plan _plan;
+    Call _call;                             // which plan and cursor refer to
+    routing::EnumerationLease _enumeration; // so that these refer to its operation
+    routing::Plan _plan;
     std::string _error;
-    host::Cursor _cursor;
+    routing::Cursor _cursor;
     bool _returns = false; // there is an IRETURNVALUE to be closed
     Stage _stage = Stage::Before;
 };
 
-Exchange::Exchange(const std::string& body, const Headers& headers, const host::Caller& caller,
-                   host::CimOperations& operations, host::Enumerations& enumerations)
+Exchange::Exchange(const std::string& body, const Headers& headers, const routing::Caller& caller,
+                   routing::CimOperations& operations, routing::Enumerations& enumerations)
     : _state(std::make_unique<State>(body, headers, caller, operations, enumerations)) {
 }
 
 Exchange::~Exchange() = default;
 
-const std::vector<const host::Module*>& Exchange::modules() const {
+const std::vector<const routing::Module*>& Exchange::modules() const {
     return _state->modules();
 }
 
@@ -258,8 +258,8 @@ bool Exchange::ended() const {
     return _state->ended();
 }
 
-std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
-                   host::CimOperations& operations, host::Enumerations& enumerations) {
+std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
+                   routing::CimOperations& operations, routing::Enumerations& enumerations) {
     Exchange exchange(body, headers, caller, operations, enumerations);
     std::string reply;
     while (exchange.next(reply)) {

@@ -6,8 +6,8 @@
 // of their own at once.
 #pragma once
 
-#include "host/CimOperations.h"
-#include "host/Enumerations.h"
+#include "routing/CimOperations.h"
+#include "routing/Enumerations.h"
 
 #include <memory>
 #include <stdexcept>
@@ -45,7 +45,7 @@ class ReplyDocument {
     virtual ~ReplyDocument() = default;
 
     /// The modules whose providers are called for the first piece, which may take their time.
-    virtual const std::vector<const host::Module*>& modules() const = 0;
+    virtual const std::vector<const routing::Module*>& modules() const = 0;
     /// Before the first piece: nobody is called, and the reply is CIM_ERR_FAILED with `why`.
     virtual void giveUp(const std::string& why) = 0;
     /// Appends the next piece to `out`, not much more than 64 KiB of it; false, with nothing
@@ -64,11 +64,11 @@ class Exchange final : public ReplyDocument {
     /// Reads the request document `body` and has `operations` plan what it asks for. What is pulled
     /// is held in `enumerations`. Both must outlive this object. Throws RequestRejected, nothing
     /// else of this module's.
-    Exchange(const std::string& body, const Headers& headers, const host::Caller& caller,
-             host::CimOperations& operations, host::Enumerations& enumerations);
+    Exchange(const std::string& body, const Headers& headers, const routing::Caller& caller,
+             routing::CimOperations& operations, routing::Enumerations& enumerations);
     ~Exchange() override;
 
-    const std::vector<const host::Module*>& modules() const override;
+    const std::vector<const routing::Module*>& modules() const override;
     void giveUp(const std::string& why) override;
     bool next(std::string& out) override;
     bool ended() const override;
@@ -79,7 +79,7 @@ class Exchange final : public ReplyDocument {
 };
 
 /// The whole reply to a request. Throws as the constructor of Exchange.
-std::string answer(const std::string& body, const Headers& headers, const host::Caller& caller,
-                   host::CimOperations& operations, host::Enumerations& enumerations);
+std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
+                   routing::CimOperations& operations, routing::Enumerations& enumerations);
 
 } // namespace embedded::cimxml

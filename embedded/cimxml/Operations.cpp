@@ -8,8 +8,8 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
-using host::Operation;
-using host::OperationKind;
+using routing::Operation;
+using routing::OperationKind;
 
 namespace {
 
@@ -255,7 +255,8 @@ struct Appending {
 
 } // namespace
 
-Call readCall(const Request& request, const host::Caller& caller, host::CimOperations& operations) {
+Call readCall(const Request& request, const routing::Caller& caller,
+              routing::CimOperations& operations) {
     const Row& row = rowOf(request);
     const SoleKey soleKey = [&](const CIMName& className) {
         const std::vector<CIMName> keys = operations.keyNames(request.nameSpace, className);
@@ -277,11 +278,11 @@ Call readCall(const Request& request, const host::Caller& caller, host::CimOpera
     return call;
 }
 
-void appendAnswered(std::string& out, const host::Answered& answered, const Call& call) {
+void appendAnswered(std::string& out, const routing::Answered& answered, const Call& call) {
     std::visit(Appending{out, call}, answered);
 }
 
-void appendPulled(std::string& out, const host::Answered& answered, const Operation& operation) {
+void appendPulled(std::string& out, const routing::Answered& answered, const Operation& operation) {
     if (const auto* path = std::get_if<CIMObjectPath>(&answered)) {
         appendInstancePath(out, *path);
         return;
@@ -294,15 +295,15 @@ void appendPulled(std::string& out, const host::Answered& answered, const Operat
     });
 }
 
-void answerExtrinsic(const Request& request, const host::Caller& caller,
-                     host::CimOperations& operations) {
+void answerExtrinsic(const Request& request, const routing::Caller& caller,
+                     routing::CimOperations& operations) {
     Operation get;
     get.kind = OperationKind::GetClass;
     get.caller = caller;
     get.nameSpace = request.nameSpace;
     get.className = request.className;
     get.propertyList.set(Array<CIMName>()); // methods are enough
-    const auto found = host::onlyOf<CIMClass>(operations.perform(get));
+    const auto found = routing::onlyOf<CIMClass>(operations.perform(get));
     const String method = fromUtf8(request.method);
     if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND)
         throw CIMException(CIM_ERR_METHOD_NOT_FOUND, method);

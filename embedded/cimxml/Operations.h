@@ -3,8 +3,8 @@
 
 #include "cimxml/Request.h"
 #include "cimxml/Writer.h"
-#include "host/CimOperations.h"
 #include "limits/Limits.h"
+#include "routing/CimOperations.h"
 
 #include <chrono>
 #include <cstdint>
@@ -27,7 +27,7 @@ struct Pulled {
 
 /// An operation as a client wrote it down.
 struct Call {
-    host::Operation operation;
+    routing::Operation operation;
     bool objectIsClass = false; ///< ObjectName came as a CLASSNAME
     Pulled pulled;
 };
@@ -35,19 +35,20 @@ struct Call {
 /// Reads the IMETHODCALL of `request`; `operations` is asked for classes where the request cannot
 /// be understood without. Throws Pegasus::CIMException for what the client is to see as an error,
 /// RequestRejected when a parameter is of the wrong kind.
-Call readCall(const Request& request, const host::Caller& caller, host::CimOperations& operations);
+Call readCall(const Request& request, const routing::Caller& caller,
+              routing::CimOperations& operations);
 
 /// Appends one thing of the answer to `call` as it stands in an IRETURNVALUE. Throws
 /// Pegasus::Exception when it cannot be written.
-void appendAnswered(std::string& out, const host::Answered& answered, const Call& call);
+void appendAnswered(std::string& out, const routing::Answered& answered, const Call& call);
 
 /// The same of the answer to `operation` that is pulled: with the whole path.
-void appendPulled(std::string& out, const host::Answered& answered,
-                  const host::Operation& operation);
+void appendPulled(std::string& out, const routing::Answered& answered,
+                  const routing::Operation& operation);
 
 /// There are no method providers here: always throws a Pegasus::CIMException, which tells a
 /// method that the class has from one that it has not.
-[[noreturn]] void answerExtrinsic(const Request& request, const host::Caller& caller,
-                                  host::CimOperations& operations);
+[[noreturn]] void answerExtrinsic(const Request& request, const routing::Caller& caller,
+                                  routing::CimOperations& operations);
 
 } // namespace embedded::cimxml

@@ -14,7 +14,7 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
-using host::Operation;
+using routing::Operation;
 
 namespace {
 

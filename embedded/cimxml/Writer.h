@@ -1,23 +1,23 @@
 // The writer of the provider library, by the names that this room calls it.
 #pragma once
 
-#include "hosting/XmlWriter.h"
+#include "embedding/XmlWriter.h"
 
 namespace embedded::cimxml {
 
-using Pegasus::hosting::appendClass;
-using Pegasus::hosting::appendClassName;
-using Pegasus::hosting::appendClassPath;
-using Pegasus::hosting::appendElement;
-using Pegasus::hosting::appendInstance;
-using Pegasus::hosting::appendInstanceName;
-using Pegasus::hosting::appendInstancePath;
-using Pegasus::hosting::appendObject;
-using Pegasus::hosting::appendProperty;
-using Pegasus::hosting::appendQualifier;
-using Pegasus::hosting::appendQualifierDeclaration;
-using Pegasus::hosting::appendReference;
-using Pegasus::hosting::appendValue;
-using Pegasus::hosting::InstanceFilter;
+using Pegasus::embedding::appendClass;
+using Pegasus::embedding::appendClassName;
+using Pegasus::embedding::appendClassPath;
+using Pegasus::embedding::appendElement;
+using Pegasus::embedding::appendInstance;
+using Pegasus::embedding::appendInstanceName;
+using Pegasus::embedding::appendInstancePath;
+using Pegasus::embedding::appendObject;
+using Pegasus::embedding::appendProperty;
+using Pegasus::embedding::appendQualifier;
+using Pegasus::embedding::appendQualifierDeclaration;
+using Pegasus::embedding::appendReference;
+using Pegasus::embedding::appendValue;
+using Pegasus::embedding::InstanceFilter;
 
 } // namespace embedded::cimxml

@@ -1,6 +1,6 @@
 #include "repository/PathMatch.h"
 
-#include "hosting/References.h"
+#include "embedding/References.h"
 #include "repository/Integers.h"
 #include "repository/Types.h"
 
@@ -34,7 +34,7 @@ void append(std::string& out, const Pegasus::String& value, Case letters = Case:
     for (unsigned shift = 0; shift < 32; shift += 8)
         out += static_cast<char>((size >> shift) & 0xFFU);
     const std::size_t begin = out.size();
-    Pegasus::hosting::appendUtf8(out, value);
+    Pegasus::embedding::appendUtf8(out, value);
     if (letters == Case::Folded) {
         std::transform(out.begin() + static_cast<std::ptrdiff_t>(begin), out.end(),
                        out.begin() + static_cast<std::ptrdiff_t>(begin), text::lower<char>);
@@ -75,7 +75,7 @@ void PathKey::add(const Pegasus::CIMObjectPath& path) {
 
 void PathKey::addReference(const CIMKeyBinding& key) {
     try {
-        const Pegasus::CIMObjectPath path = Pegasus::hosting::referencedPath(key);
+        const Pegasus::CIMObjectPath path = Pegasus::embedding::referencedPath(key);
         _places.push_back({path.getHost(), path.getNameSpace()});
         _text += "r(";
         add(path);

@@ -1,7 +1,7 @@
 // MOF's type names against CIM types, and the small conversions that every file here needs.
 #pragma once
 
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 #include "mof/Mof.h"
 #include "text/Ascii.h"
 
@@ -20,18 +20,18 @@ constexpr auto nowhere = static_cast<Pegasus::Uint32>(-1);
 
 /// The UTF-8 text of `value`.
 inline std::string toText(const Pegasus::String& value) {
-    return Pegasus::hosting::utf8(value);
+    return Pegasus::embedding::utf8(value);
 }
 inline std::string toText(const Pegasus::CIMName& name) {
-    return Pegasus::hosting::utf8(name);
+    return Pegasus::embedding::utf8(name);
 }
 
 /// CIM does not tell names apart by case (DSP0004): the form in which to look them up.
 inline std::string folded(const std::string& name) {
     return text::lowered(name);
 }
-using Pegasus::hosting::folded;
-using Pegasus::hosting::foldedHash;
+using Pegasus::embedding::folded;
+using Pegasus::embedding::foldedHash;
 
 /// The CIM type that MOF spells `name` in lower case ("ref" for references); none if unknown.
 std::optional<Pegasus::CIMType> cimType(const std::string& name);

@@ -6,7 +6,7 @@ usage: modules_test.py BUILD MODULES MORE-MODULES [--all] [unittest arguments]
 
 MODULES has libmanners.so, MORE-MODULES the libraries that are no modules. What a module suffers that
 does not return, or that writes to a standard output that nobody reads, is in tests/embedded/cimhost;
-each answer to a provider, for all operations, in tests/embedded/host.
+each answer to a provider, for all operations, in tests/embedded/routing.
 """
 
 import contextlib

@@ -4,7 +4,7 @@
 
 namespace fuzz {
 
-using embedded::host::OperationKind;
+using embedded::routing::OperationKind;
 
 World::Server::Server() {
     static const embedded::mof::Specification wire =
@@ -18,7 +18,7 @@ void World::renew() {
     _written = false;
 }
 
-embedded::host::Plan World::plan(const embedded::host::Operation& operation) {
+embedded::routing::Plan World::plan(const embedded::routing::Operation& operation) {
     _written |= operation.kind == OperationKind::CreateInstance ||
                 operation.kind == OperationKind::ModifyInstance ||
                 operation.kind == OperationKind::DeleteInstance;

@@ -1,9 +1,9 @@
 // A small CIM server without modules: the classes and objects of the wire cases.
 #pragma once
 
-#include "host/Enumerations.h"
-#include "host/Router.h"
 #include "repository/Repository.h"
+#include "routing/Enumerations.h"
+#include "routing/Router.h"
 
 #include <memory>
 #include <vector>
@@ -11,7 +11,7 @@
 namespace fuzz {
 
 /// Thread-safety: one thread at a time.
-class World : public embedded::host::CimOperations {
+class World : public embedded::routing::CimOperations {
   public:
     World() { renew(); }
 
@@ -20,8 +20,8 @@ class World : public embedded::host::CimOperations {
         if (_written || _server->enumerations.size() != 0)
             renew();
     }
-    embedded::host::Enumerations& enumerations() { return _server->enumerations; }
-    embedded::host::Plan plan(const embedded::host::Operation& operation) override;
+    embedded::routing::Enumerations& enumerations() { return _server->enumerations; }
+    embedded::routing::Plan plan(const embedded::routing::Operation& operation) override;
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) override {
         return _server->router.keyNames(nameSpace, className);
@@ -34,9 +34,9 @@ class World : public embedded::host::CimOperations {
     struct Server {
         Server();
         embedded::repository::Repository repository;
-        embedded::host::ProviderModules modules{embedded::host::Registration(), {}};
-        embedded::host::Router router{repository, modules, "fuzz", true};
-        embedded::host::Enumerations enumerations; // which refer to it
+        embedded::routing::ProviderModules modules{embedded::routing::Registration(), {}};
+        embedded::routing::Router router{repository, modules, "fuzz", true};
+        embedded::routing::Enumerations enumerations; // which refer to it
     };
     void renew();
 

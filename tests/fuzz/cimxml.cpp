@@ -6,7 +6,7 @@
 #include "cimxml/Document.h"
 #include "cimxml/Message.h"
 
-#include <hosting/XmlWriter.h>
+#include <embedding/XmlWriter.h>
 
 #include <string>
 #include <string_view>
@@ -52,7 +52,7 @@ Headers headersFor(const Element& message) {
 // Whether an element named so, with an attribute `name` of that `value`, is in `xml`.
 bool has(const std::string& xml, const char* element, const char* name, std::string_view value) {
     std::string escaped;
-    Pegasus::hosting::appendEscaped(escaped, value);
+    Pegasus::embedding::appendEscaped(escaped, value);
     const std::string tag = std::string("<") + element;
     return xml.find(tag + " " + name + "=\"" + escaped + "\"") != std::string::npos;
 }
@@ -73,7 +73,7 @@ std::string answered(const std::string& body, World& world) {
     const Document request(body);
     const Element message = request.root().child("MESSAGE");
     std::string reply =
-        answer(body, headersFor(message), embedded::host::Caller(), world, world.enumerations());
+        answer(body, headersFor(message), embedded::routing::Caller(), world, world.enumerations());
     checkReply(reply, message);
     return reply;
 }

@@ -72,8 +72,8 @@ constexpr std::array<std::string_view, 10> errors = {"",
 Reply replyTo(Request request, fuzz::World& world) {
     world.restore();
     const bool extended = request.verb == "M-POST";
-    Answer answer = embedded::cimxml::exchange(std::move(request), embedded::host::Caller(), world,
-                                               world.enumerations());
+    Answer answer = embedded::cimxml::exchange(std::move(request), embedded::routing::Caller(),
+                                               world, world.enumerations());
     require(std::get_if<Reply>(&answer) != nullptr, "nothing here takes its time");
     Reply reply = std::get<Reply>(std::move(answer));
     require(!wireHeader(reply, Persistence::Silent).empty(), "a reply can be sent");

@@ -5,8 +5,8 @@
 #include "mof/Mof.h"
 #include "repository/Repository.h"
 
-#include <hosting/Text.h>
-#include <hosting/XmlWriter.h>
+#include <embedding/Text.h>
+#include <embedding/XmlWriter.h>
 
 #include <algorithm>
 #include <optional>
@@ -47,12 +47,12 @@ instance of Thing { Id = "taken"; };
 std::string listed(const View& view) {
     std::string lines;
     for (const CIMNamespaceName& nameSpace : view.nameSpaces()) {
-        lines += hosting::utf8(nameSpace.getString()) + "\n";
+        lines += embedding::utf8(nameSpace.getString()) + "\n";
         for (const CIMName& className : view.subClassNames(nameSpace, CIMName(), true)) {
-            lines += hosting::utf8(className) + "\n";
+            lines += embedding::utf8(className) + "\n";
             const InstanceList instances = view.instances(nameSpace, className);
             for (std::size_t i = 0; i < instances.size(); ++i)
-                lines += hosting::utf8(instances[i].path().toString()) + "\n";
+                lines += embedding::utf8(instances[i].path().toString()) + "\n";
         }
     }
     return lines;
@@ -67,17 +67,17 @@ void checkInstances(const View& view, const CIMNamespaceName& nameSpace, const C
     for (std::size_t i = 0; i < instances.size(); ++i) {
         const CIMObjectPath& path = instances[i].path();
         fuzz::require(view.getInstance(nameSpace, path).path().identical(path),
-                      "an instance is found by its path", hosting::utf8(path.toString()));
+                      "an instance is found by its path", embedding::utf8(path.toString()));
         std::string xml;
-        hosting::appendInstance(xml, instances[i].instance(), {});
+        embedding::appendInstance(xml, instances[i].instance(), {});
         requireDocument(xml);
         xml.clear();
-        hosting::appendInstancePath(xml, path);
+        embedding::appendInstancePath(xml, path);
         requireDocument(xml);
         for (const auto& reference : instances[i].references()) {
             const CIMObjectPath& target = reference.second;
             xml.clear();
-            hosting::appendReference(xml, target);
+            embedding::appendReference(xml, target);
             requireDocument(xml);
             if (!target.getNameSpace().isNull() && !target.getNameSpace().equal(nameSpace))
                 continue;
@@ -85,7 +85,7 @@ void checkInstances(const View& view, const CIMNamespaceName& nameSpace, const C
             fuzz::require(
                 std::any_of(found.begin(), found.end(),
                             [&](const auto& each) { return each.path().identical(path); }),
-                "an instance is found from what it refers to", hosting::utf8(path.toString()));
+                "an instance is found from what it refers to", embedding::utf8(path.toString()));
         }
     }
 }
@@ -94,12 +94,12 @@ void checkContent(const View& view) {
     for (const CIMNamespaceName& nameSpace : view.nameSpaces()) {
         for (const CIMQualifierDecl& declaration : view.enumerateQualifiers(nameSpace)) {
             std::string xml;
-            hosting::appendQualifierDeclaration(xml, declaration);
+            embedding::appendQualifierDeclaration(xml, declaration);
             requireDocument(xml);
         }
         for (const CIMName& className : view.subClassNames(nameSpace, CIMName(), true)) {
             std::string xml;
-            hosting::appendClass(xml, view.getClass(nameSpace, className));
+            embedding::appendClass(xml, view.getClass(nameSpace, className));
             requireDocument(xml);
             checkInstances(view, nameSpace, className);
         }

@@ -3,16 +3,16 @@
 // and the next operation is answered as ever.
 #include "fuzz/Fuzz.h"
 
-#include "host/ProviderHandle.h"
-#include "host/Router.h"
 #include "mof/Mof.h"
 #include "repository/Repository.h"
+#include "routing/ProviderHandle.h"
+#include "routing/Router.h"
 #include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"
 
 #include <Pegasus/Common/CIMProperty.h>
-#include <hosting/Text.h>
-#include <hosting/XmlWriter.h>
+#include <embedding/Text.h>
+#include <embedding/XmlWriter.h>
 
 #include <cstdio>
 #include <optional>
@@ -21,13 +21,13 @@
 
 namespace {
 
-using namespace embedded::host;
+using namespace embedded::routing;
 using namespace Pegasus;
 using embedded::repository::Repository;
 using embedded::repository::View;
+using embedding::utf8;
 using fuzz::Choices;
 using fuzz::require;
-using hosting::utf8;
 namespace mof = embedded::mof;
 
 const std::vector<std::string> nameSpaces = {"interop", "root/cimv2", "root/PG_InterOp"};
@@ -311,7 +311,7 @@ std::string listed(const Outcome& outcome) {
 }
 
 std::string described(const Operation& operation) {
-    return std::string(hosting::operationName(operation.kind)) + " in " +
+    return std::string(embedding::operationName(operation.kind)) + " in " +
            utf8(operation.nameSpace.getString()) + " of " + utf8(operation.className) + ", " +
            utf8(operation.objectName.toString()) + ", by " + utf8(operation.assocClass) + " to " +
            utf8(operation.resultClass) + ", " + utf8(operation.role) + " to " +
@@ -333,16 +333,16 @@ std::optional<OperationKind> namesOf(OperationKind kind) {
 
 void checkThing(const Answered& thing, const Operation& operation) {
     std::string xml;
-    const hosting::InstanceFilter filter{operation.includeQualifiers, operation.includeClassOrigin,
-                                         operation.propertyList};
+    const embedding::InstanceFilter filter{operation.includeQualifiers,
+                                           operation.includeClassOrigin, operation.propertyList};
     if (const auto* path = std::get_if<CIMObjectPath>(&thing))
-        hosting::appendInstancePath(xml, *path);
+        embedding::appendInstancePath(xml, *path);
     else if (const auto* instance = std::get_if<CIMInstance>(&thing))
-        hosting::appendInstance(xml, *instance, filter);
+        embedding::appendInstance(xml, *instance, filter);
     else if (const auto* object = std::get_if<CIMObject>(&thing))
-        hosting::appendObject(xml, *object, filter);
+        embedding::appendObject(xml, *object, filter);
     else if (const auto* cimClass = std::get_if<CIMClass>(&thing))
-        hosting::appendClass(xml, *cimClass);
+        embedding::appendClass(xml, *cimClass);
     else
         return;
     require(fuzz::isWellFormed(xml), "what is answered is written as XML", xml);

@@ -16,8 +16,8 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Exception.h>
-#include <hosting/Text.h>
-#include <hosting/XmlWriter.h>
+#include <embedding/Text.h>
+#include <embedding/XmlWriter.h>
 
 #include <array>
 #include <optional>
@@ -28,9 +28,9 @@ namespace {
 using namespace Pegasus;
 using embedded::cimxml::Document;
 using embedded::cimxml::RequestRejected;
+using embedding::fromUtf8;
+using embedding::utf8;
 using fuzz::require;
-using hosting::fromUtf8;
-using hosting::utf8;
 
 // What `read` gives, or nothing when it refuses.
 template <class Read>
@@ -69,7 +69,7 @@ bool isOutsideXml(const String& text) {
 
 void checkPathAsXml(const CIMObjectPath& path, const std::string& seen) {
     std::string xml;
-    hosting::appendInstanceName(xml, path);
+    embedding::appendInstanceName(xml, path);
     require(fuzz::isWellFormed(xml), "a path is written as XML", xml);
     const auto again = readOrRefused([&] {
         const Document read(document(xml));
@@ -150,9 +150,9 @@ void checkDateTimes(const std::string& text) {
 
 void checkAsXml(const String& text) {
     std::string xml = "<V a=\"";
-    hosting::appendEscaped(xml, text);
+    embedding::appendEscaped(xml, text);
     xml += "\">";
-    hosting::appendEscaped(xml, text);
+    embedding::appendEscaped(xml, text);
     xml += "</V>";
     require(fuzz::isWellFormed(xml), "a text is written as XML", xml);
     if (isOutsideXml(text))
@@ -167,7 +167,7 @@ void checkName(const String& text) {
     const auto name = readOrRefused([&] { return CIMName(text); });
     require(name.has_value() == CIMName::legal(text), "a name is legal or refused", utf8(text));
     if (name)
-        require(name->equal(CIMName(fromUtf8(hosting::folded(*name)))), "a name has no case",
+        require(name->equal(CIMName(fromUtf8(embedding::folded(*name)))), "a name has no case",
                 utf8(text));
     const auto nameSpace = readOrRefused([&] { return CIMNamespaceName(text); });
     require(nameSpace.has_value() == CIMNamespaceName::legal(text),
@@ -211,16 +211,16 @@ void checkValue(const std::string& text) {
         static_cast<CIMType>(static_cast<unsigned char>(text[0]) % 14); // up to datetime
     const auto value = readOrRefused([&] {
         std::string content = "<VALUE>";
-        hosting::appendEscaped(content, fromUtf8(text.substr(1)));
+        embedding::appendEscaped(content, fromUtf8(text.substr(1)));
         return valueOf(content + "</VALUE>", type);
     });
     if (!value)
         return;
     std::string written;
-    hosting::appendValue(written, *value);
+    embedding::appendValue(written, *value);
     const CIMValue again = valueOf(written, type);
     std::string rewritten;
-    hosting::appendValue(rewritten, again);
+    embedding::appendValue(rewritten, again);
     require(again.getType() == type && rewritten == written, "what was read is written as it was",
             text + "\n" + written + "\n" + rewritten);
     // What is written of a real32 has a digit too few to tell it from its neighbours.

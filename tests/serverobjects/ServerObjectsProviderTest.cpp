@@ -1,6 +1,6 @@
 #include "serverobjects/ServerObjectsProvider.h"
 
-#include "hosting/CIMOMHandleRep.h"
+#include "embedding/CIMOMHandleRep.h"
 #include "support/FakeServer.h"
 
 #include <Pegasus/Common/CIMProperty.h>
@@ -30,12 +30,12 @@ class Server : public CIMOMHandleRep {
     std::function<void()> fail; ///< called by every request
     Texts asked;                ///< "namespace:class"
 
-    hosting::Answer perform(const hosting::Operation& operation) override {
+    embedding::Answer perform(const embedding::Operation& operation) override {
         switch (operation.kind) {
-        case hosting::OperationKind::EnumerateInstanceNames:
-            return {hosting::cursorOverAll(names(operation.nameSpace, operation.className))};
-        case hosting::OperationKind::EnumerateInstances:
-            return {hosting::cursorOverAll(instances(operation.nameSpace, operation.className))};
+        case embedding::OperationKind::EnumerateInstanceNames:
+            return {embedding::cursorOverAll(names(operation.nameSpace, operation.className))};
+        case embedding::OperationKind::EnumerateInstances:
+            return {embedding::cursorOverAll(instances(operation.nameSpace, operation.className))};
         default:
             return CIMOMHandleRep::perform(operation);
         }
@@ -117,7 +117,7 @@ class ServerObjects : public testing::Test {
     }
 
     void initialize(ServerObjectsProvider& made) {
-        hosting::setHandleFactory([this] { return server; });
+        embedding::setHandleFactory([this] { return server; });
         CIMOMHandle handle;
         made.initialize(handle);
     }

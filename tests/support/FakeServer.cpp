@@ -11,7 +11,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace testsupport {
 
-using hosting::OperationKind;
+using embedding::OperationKind;
 
 namespace {
 
@@ -90,7 +90,7 @@ std::shared_ptr<FakeServer> FakeServer::withSchema() {
 }
 
 CIMOMHandle FakeServer::handleTo(const std::shared_ptr<FakeServer>& server) {
-    hosting::setHandleFactory([server] { return server; });
+    embedding::setHandleFactory([server] { return server; });
     return CIMOMHandle();
 }
 
@@ -141,8 +141,8 @@ const std::vector<CIMInstance>& FakeServer::objectsOf(const std::string& classNa
     return found != _objects.end() ? found->second : none;
 }
 
-hosting::Answer FakeServer::perform(const hosting::Operation& operation) {
-    const std::string name = hosting::operationName(operation.kind);
+embedding::Answer FakeServer::perform(const embedding::Operation& operation) {
+    const std::string name = embedding::operationName(operation.kind);
     const std::string className = text(operation.target().getString());
     const bool ofInstance = operation.kind == OperationKind::GetInstance;
     std::string flags;
@@ -159,23 +159,23 @@ hosting::Answer FakeServer::perform(const hosting::Operation& operation) {
     failIfTold(name, className);
     switch (operation.kind) {
     case OperationKind::GetClass:
-        return {hosting::cursorOver(classFor(operation))};
+        return {embedding::cursorOver(classFor(operation))};
     case OperationKind::GetInstance:
-        return {hosting::cursorOver(instanceFor(operation))};
+        return {embedding::cursorOver(instanceFor(operation))};
     case OperationKind::EnumerateInstances:
-        return {hosting::cursorOverAll(objectsOf(className))};
+        return {embedding::cursorOverAll(objectsOf(className))};
     case OperationKind::EnumerateInstanceNames: {
         std::vector<CIMObjectPath> paths;
         for (const CIMInstance& object : objectsOf(className))
             paths.push_back(object.getPath());
-        return {hosting::cursorOverAll(paths)};
+        return {embedding::cursorOverAll(paths)};
     }
     default:
         return CIMOMHandleRep::perform(operation);
     }
 }
 
-CIMClass FakeServer::classFor(const hosting::Operation& operation) const {
+CIMClass FakeServer::classFor(const embedding::Operation& operation) const {
     const auto found = _classes.find(
         lower(text(operation.nameSpace.getString()) + ":" + text(operation.className.getString())));
     if (found == _classes.end())
@@ -183,7 +183,7 @@ CIMClass FakeServer::classFor(const hosting::Operation& operation) const {
     return found->second;
 }
 
-CIMInstance FakeServer::instanceFor(const hosting::Operation& operation) const {
+CIMInstance FakeServer::instanceFor(const embedding::Operation& operation) const {
     const CIMObjectPath& name = operation.objectName;
     for (const CIMInstance& object : objectsOf(text(name.getClassName().getString()))) {
         CIMObjectPath mine = object.getPath();

@@ -2,7 +2,7 @@
 // classes and objects that a test gives it, fails when told to, and remembers what it was asked.
 #pragma once
 
-#include "hosting/CIMOMHandleRep.h"
+#include "embedding/CIMOMHandleRep.h"
 
 #include <Pegasus/Provider/CIMOMHandle.h>
 
@@ -45,11 +45,11 @@ class FakeServer : public Pegasus::CIMOMHandleRep {
     /// One line for each call: "operation nameSpace class-or-path flags", flags as "name=0|1".
     std::vector<std::string> calls;
 
-    Pegasus::hosting::Answer perform(const Pegasus::hosting::Operation& operation) override;
+    Pegasus::embedding::Answer perform(const Pegasus::embedding::Operation& operation) override;
 
   private:
-    Pegasus::CIMClass classFor(const Pegasus::hosting::Operation& operation) const;
-    Pegasus::CIMInstance instanceFor(const Pegasus::hosting::Operation& operation) const;
+    Pegasus::CIMClass classFor(const Pegasus::embedding::Operation& operation) const;
+    Pegasus::CIMInstance instanceFor(const Pegasus::embedding::Operation& operation) const;
     const std::vector<Pegasus::CIMInstance>& objectsOf(const std::string& className) const;
     void failIfTold(const std::string& operation, const std::string& className) const;
 

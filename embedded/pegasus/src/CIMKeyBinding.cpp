@@ -1,6 +1,6 @@
 #include "Numbers.h"
 #include "ObjectPathReps.h"
-#include "hosting/References.h"
+#include "embedding/References.h"
 
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Exception.h>
@@ -108,7 +108,7 @@ CIMObjectPath CIMKeyBindingRep::path() const {
     return kept ? CIMObjectPathRep::pathOf(kept) : CIMObjectPath(_value);
 }
 
-CIMObjectPath hosting::referencedPath(const CIMKeyBinding& key) {
+CIMObjectPath embedding::referencedPath(const CIMKeyBinding& key) {
     return CIMKeyBindingRep::of(key).path();
 }
 

@@ -4,10 +4,10 @@
 
 namespace Pegasus {
 
-using hosting::allOf;
-using hosting::onlyOf;
-using hosting::Operation;
-using hosting::OperationKind;
+using embedding::allOf;
+using embedding::onlyOf;
+using embedding::Operation;
+using embedding::OperationKind;
 
 namespace {
 
@@ -18,8 +18,8 @@ CIMOMHandleRep& serverOf(const std::shared_ptr<CIMOMHandleRep>& rep) {
 }
 
 /// Containers that are missing are those of nobody in particular.
-hosting::Caller callerOf(const OperationContext& context) {
-    hosting::Caller caller;
+embedding::Caller callerOf(const OperationContext& context) {
+    embedding::Caller caller;
     if (context.contains(IdentityContainer::NAME))
         caller.userName = IdentityContainer(context.get(IdentityContainer::NAME)).getUserName();
     return caller;
@@ -58,12 +58,12 @@ Operation of(OperationKind kind, const OperationContext& context, const CIMNames
 /// No host offers it, so nothing says what was asked.
 [[noreturn]] void refuse(const std::shared_ptr<CIMOMHandleRep>& rep, const char* operation) {
     serverOf(rep);
-    hosting::refuseOperation(operation);
+    embedding::refuseOperation(operation);
 }
 
 } // namespace
 
-CIMOMHandle::CIMOMHandle() : _rep(hosting::makeHandleRep()) {
+CIMOMHandle::CIMOMHandle() : _rep(embedding::makeHandleRep()) {
 }
 
 CIMOMHandle::CIMOMHandle(const CIMOMHandle& handle) = default;

@@ -15,8 +15,8 @@ std::function<std::shared_ptr<CIMOMHandleRep>()>& handleFactory() {
 
 } // namespace
 
-hosting::Answer CIMOMHandleRep::perform(const hosting::Operation& operation) {
-    hosting::refuseOperation(hosting::operationName(operation.kind));
+embedding::Answer CIMOMHandleRep::perform(const embedding::Operation& operation) {
+    embedding::refuseOperation(embedding::operationName(operation.kind));
 }
 
 void CIMOMHandleRep::disallowProviderUnload() {
@@ -25,7 +25,7 @@ void CIMOMHandleRep::disallowProviderUnload() {
 void CIMOMHandleRep::allowProviderUnload() {
 }
 
-namespace hosting {
+namespace embedding {
 
 void setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory) {
     handleFactory() = std::move(factory);
@@ -40,5 +40,5 @@ void refuseOperation(const char* operation) {
     throw CIMNotSupportedException(String("this host does not offer ") + operation);
 }
 
-} // namespace hosting
+} // namespace embedding
 } // namespace Pegasus

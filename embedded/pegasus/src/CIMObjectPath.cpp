@@ -3,7 +3,7 @@
 #include "ObjectPathParser.h"
 #include "ObjectPathReps.h"
 #include "StringRep.h"
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -71,7 +71,7 @@ void appendQuoted(String& text, const String& value) {
 }
 
 using embedded::text::KeyedHash;
-using hosting::foldedHash;
+using embedding::foldedHash;
 
 /// The same for values that operator== holds for equal.
 std::uint64_t hashOfValue(const CIMKeyBinding& keyBinding) {

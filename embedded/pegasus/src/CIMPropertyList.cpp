@@ -1,6 +1,6 @@
 #include "CIMPropertyListRep.h"
 
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -17,7 +17,7 @@ Uint32 CIMPropertyListRep::find(const CIMName& name) const {
     const CIMName* const all = names.getData();
     const auto isIt = [&](Uint32 place) { return all[place].equal(name); };
     if (places.size() != 0)
-        return places.find(hosting::foldedHash(name.getString()), isIt).value_or(PEG_NOT_FOUND);
+        return places.find(embedding::foldedHash(name.getString()), isIt).value_or(PEG_NOT_FOUND);
     for (Uint32 place = 0; place < names.size(); ++place)
         if (isIt(place))
             return place;
@@ -29,7 +29,7 @@ void CIMPropertyListRep::index() {
     const CIMName* const all = names.getData();
     for (auto next = static_cast<Uint32>(places.size()); names.size() > few && next < names.size();
          ++next)
-        places.add(hosting::foldedHash(all[next].getString()), next);
+        places.add(embedding::foldedHash(all[next].getString()), next);
 }
 
 CIMPropertyList::CIMPropertyList() : _rep(nullptr) {

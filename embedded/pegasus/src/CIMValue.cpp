@@ -136,7 +136,7 @@ void CIMValueRep::append(std::string& out, const CIMValue& value) {
         value._rep->appendXml(out);
 }
 
-void hosting::appendValue(std::string& out, const CIMValue& value) {
+void embedding::appendValue(std::string& out, const CIMValue& value) {
     CIMValueRep::append(out, value);
 }
 

@@ -32,7 +32,7 @@ struct CIMValueRep : Shared {
     virtual String text() const { return String(); }
     virtual void appendXml(std::string& out) const;
 
-    /// As hosting::appendValue.
+    /// As embedding::appendValue.
     static void append(std::string& out, const CIMValue& value);
 
     const CIMType type;
@@ -53,7 +53,7 @@ struct Scalar final : CIMValueRep {
         return Treatment::same(_value, static_cast<const Scalar&>(other)._value);
     }
     String text() const override { return Treatment::textOf(_value); }
-    void appendXml(std::string& out) const override { hosting::appendScalar(out, _value); }
+    void appendXml(std::string& out) const override { embedding::appendScalar(out, _value); }
 
   private:
     const T _value;
@@ -85,7 +85,7 @@ struct Vector final : CIMValueRep {
         return text;
     }
 
-    void appendXml(std::string& out) const override { hosting::appendArray(out, _elements); }
+    void appendXml(std::string& out) const override { embedding::appendArray(out, _elements); }
 
   private:
     const Array<T> _elements;

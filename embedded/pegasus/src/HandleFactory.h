@@ -1,11 +1,11 @@
 // What a CIMOMHandle is made with.
 #pragma once
 
-#include "hosting/CIMOMHandleRep.h"
+#include "embedding/CIMOMHandleRep.h"
 
-namespace Pegasus::hosting {
+namespace Pegasus::embedding {
 
 /// What the host's factory makes, or null while there is none.
 std::shared_ptr<CIMOMHandleRep> makeHandleRep();
 
-} // namespace Pegasus::hosting
+} // namespace Pegasus::embedding

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "RepAccess.h"
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 #include "text/PlaceIndex.h"
 
 #include <Pegasus/Common/CIMName.h>
@@ -75,7 +75,7 @@ class NamedElements {
     Uint32 find(const CIMName& name) const {
         const auto isIt = [&](Uint32 index) { return repOf(_elements[index]).name().equal(name); };
         if (_index)
-            return _index->find(hosting::foldedHash(name.getString()), isIt)
+            return _index->find(embedding::foldedHash(name.getString()), isIt)
                 .value_or(PEG_NOT_FOUND);
         for (Uint32 index = 0; index < count(); ++index)
             if (isIt(index))
@@ -127,7 +127,7 @@ class NamedElements {
         if (!_index)
             _index = std::make_unique<embedded::text::PlaceIndex>();
         for (auto next = static_cast<Uint32>(_index->size()); next < count(); ++next)
-            _index->add(hosting::foldedHash(repOf(_elements[next]).name().getString()), next);
+            _index->add(embedding::foldedHash(repOf(_elements[next]).name().getString()), next);
     }
 
     /// Fewer are found faster by looking at each.

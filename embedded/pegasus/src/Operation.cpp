@@ -1,6 +1,6 @@
-#include "hosting/Operation.h"
+#include "embedding/Operation.h"
 
-namespace Pegasus::hosting {
+namespace Pegasus::embedding {
 
 const char* operationName(OperationKind kind) {
     static constexpr const char* names[] = {
@@ -40,4 +40,4 @@ Cursor cursorOver(Answered only) {
     };
 }
 
-} // namespace Pegasus::hosting
+} // namespace Pegasus::embedding

@@ -1,6 +1,6 @@
 #include "StringRep.h"
 
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 #include "text/Utf8.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -307,7 +307,7 @@ const Char16* String::getChar16Data() const {
 
 CString String::getCString() const {
     const std::optional<std::string_view> ascii = StringRep::ascii(*this);
-    const std::string encoded = ascii ? std::string() : hosting::utf8(*this);
+    const std::string encoded = ascii ? std::string() : embedding::utf8(*this);
     const std::string_view text = ascii ? *ascii : encoded;
     char* const copy = new char[text.size() + 1];
     std::copy(text.begin(), text.end(), copy);

@@ -1,4 +1,4 @@
-#include "hosting/Text.h"
+#include "embedding/Text.h"
 
 #include "StringRep.h"
 
@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace Pegasus::hosting {
+namespace Pegasus::embedding {
 
 std::string utf8(const String& text) {
     std::string out;
@@ -39,4 +39,4 @@ std::uint64_t foldedHash(const String& text) {
     return keyedHash(text, embedded::text::lower<Uint16>);
 }
 
-} // namespace Pegasus::hosting
+} // namespace Pegasus::embedding

@@ -1,8 +1,8 @@
 #include "CIMObjectRep.h"
 #include "CIMPropertyListRep.h"
 
-#include "hosting/Text.h"
-#include "hosting/XmlWriter.h"
+#include "embedding/Text.h"
+#include "embedding/XmlWriter.h"
 
 #include <algorithm>
 #include <charconv>
@@ -11,7 +11,7 @@
 
 namespace Pegasus {
 
-namespace hosting {
+namespace embedding {
 
 namespace {
 
@@ -242,12 +242,12 @@ void appendQualifierDeclaration(std::string& out, const CIMQualifierDecl& declar
     out += "</QUALIFIER.DECLARATION>\n";
 }
 
-} // namespace hosting
+} // namespace embedding
 
 String CIMObjectReads::toString() const {
     std::string text;
-    hosting::append(text, initialized(_rep), hosting::InstanceFilter());
-    return hosting::fromUtf8(text);
+    embedding::append(text, initialized(_rep), embedding::InstanceFilter());
+    return embedding::fromUtf8(text);
 }
 
 } // namespace Pegasus

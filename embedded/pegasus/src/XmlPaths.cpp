@@ -1,10 +1,10 @@
 #include "ObjectPathReps.h"
 
-#include "hosting/XmlWriter.h"
+#include "embedding/XmlWriter.h"
 
 #include <algorithm>
 
-namespace Pegasus::hosting {
+namespace Pegasus::embedding {
 
 namespace {
 
@@ -106,4 +106,4 @@ void appendReference(std::string& out, const CIMObjectPath& path) {
         });
 }
 
-} // namespace Pegasus::hosting
+} // namespace Pegasus::embedding

@@ -1,12 +1,12 @@
 #include "StringRep.h"
 
-#include "hosting/XmlWriter.h"
+#include "embedding/XmlWriter.h"
 #include "text/Utf8.h"
 
 #include <array>
 #include <charconv>
 
-namespace Pegasus::hosting {
+namespace Pegasus::embedding {
 
 namespace {
 
@@ -106,4 +106,4 @@ void appendAttribute(std::string& out, std::string_view name, const String& valu
     out += '"';
 }
 
-} // namespace Pegasus::hosting
+} // namespace Pegasus::embedding

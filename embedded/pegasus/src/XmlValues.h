@@ -1,12 +1,12 @@
 // What stands in a VALUE element, or a VALUE.REFERENCE, for each type of value.
 #pragma once
 
-#include "hosting/XmlWriter.h"
+#include "embedding/XmlWriter.h"
 
 #include <charconv>
 #include <type_traits>
 
-namespace Pegasus::hosting {
+namespace Pegasus::embedding {
 
 inline void appendContent(std::string& out, Boolean value) {
     out += value ? "TRUE" : "FALSE";
@@ -67,4 +67,4 @@ void appendArray(std::string& out, const Array<T>& values) {
         });
 }
 
-} // namespace Pegasus::hosting
+} // namespace Pegasus::embedding

@@ -3,8 +3,8 @@
 
 #include "limits/Limits.h"
 
+#include <embedding/Text.h>
 #include <gtest/gtest.h>
-#include <hosting/Text.h>
 
 #include <memory>
 #include <string>
@@ -13,7 +13,7 @@
 namespace embedded::cimhost {
 namespace {
 
-using Pegasus::hosting::Caller;
+using Pegasus::embedding::Caller;
 
 // Of "reads" and "writes".
 const char* const readsHash = "$2b$04$abcdefghijklmnopqrstuu3iKrsgqLrMSBZHdbBGmqSiewL/SxzQy";
@@ -34,7 +34,7 @@ class Access : public testing::Test {
         return guarded(
             rules,
             [this](http::Request&& request, const Caller& caller) {
-                as = Pegasus::hosting::utf8(caller.userName) + (caller.mayWrite ? "+w" : "");
+                as = Pegasus::embedding::utf8(caller.userName) + (caller.mayWrite ? "+w" : "");
                 body = request.body;
                 return http::Reply();
             },

@@ -66,7 +66,7 @@ bool isAnswered(const std::string& body, const Headers& headers) {
     operations.createdPath = Pegasus::CIMObjectPath("X");
     try {
         const std::string reply =
-            answer(body, headers, host::Caller(), operations, operations.enumerations);
+            answer(body, headers, routing::Caller(), operations, operations.enumerations);
         const std::string end = "</CIM>\n";
         EXPECT_EQ(reply.substr(reply.size() - end.size()), end);
         return true;

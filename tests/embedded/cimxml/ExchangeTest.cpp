@@ -58,9 +58,10 @@ Fields prefixed(const std::string& prefix, const std::string& man) {
 // A document of these pieces.
 class Pieces : public ReplyDocument {
   public:
-    explicit Pieces(std::vector<std::string> pieces, std::vector<const host::Module*> modules = {})
+    explicit Pieces(std::vector<std::string> pieces,
+                    std::vector<const routing::Module*> modules = {})
         : _pieces(std::move(pieces)), _modules(std::move(modules)) {}
-    const std::vector<const host::Module*>& modules() const override { return _modules; }
+    const std::vector<const routing::Module*>& modules() const override { return _modules; }
     void giveUp(const std::string& why) override { _pieces = {why}; }
     bool ended() const override { return _at == _pieces.size(); }
     bool next(std::string& out) override {
@@ -72,7 +73,7 @@ class Pieces : public ReplyDocument {
 
   private:
     std::vector<std::string> _pieces;
-    const std::vector<const host::Module*> _modules;
+    const std::vector<const routing::Module*> _modules;
     std::size_t _at = 0;
 };
 
@@ -311,10 +312,10 @@ TEST(Exchange, SendsALongDocumentInPiecesWithoutALength) {
     EXPECT_EQ(rest, "<b/></a>");
 }
 
-const host::Module first{3, "First"};
-const host::Module second{1, "Second"};
+const routing::Module first{3, "First"};
+const routing::Module second{1, "Second"};
 
-http::Answer answerIn(const std::vector<const host::Module*>& modules) {
+http::Answer answerIn(const std::vector<const routing::Module*>& modules) {
     return exchange(
         post(),
         [&](const std::string&, const Headers&) {
@@ -348,7 +349,7 @@ TEST(Exchange, ReadsALongRequestInALaneOfItsOwnAndAnswersItThereToo) {
     const auto answered = [&](std::size_t length) {
         Request lengthened = request;
         lengthened.body.resize(length, '\n');
-        return std::get<http::Work>(exchange(std::move(lengthened), host::Caller(), operations,
+        return std::get<http::Work>(exchange(std::move(lengthened), routing::Caller(), operations,
                                              operations.enumerations, {7}));
     };
     EXPECT_EQ(answered(32 * 1024).lanes, (std::vector<unsigned>{3}));

@@ -5,8 +5,8 @@
 namespace embedded::cimxml::test {
 
 using namespace Pegasus;
-using host::Operation;
-using host::OperationKind;
+using routing::Operation;
+using routing::OperationKind;
 
 namespace {
 
@@ -88,8 +88,8 @@ std::vector<std::string> argumentsOf(const Operation& o) {
 
 } // namespace
 
-host::Plan FakeOperations::plan(const Operation& operation) {
-    std::string line = hosting::operationName(operation.kind);
+routing::Plan FakeOperations::plan(const Operation& operation) {
+    std::string line = embedding::operationName(operation.kind);
     line += " " + show(operation.nameSpace);
     for (const std::string& argument : argumentsOf(operation))
         line += " " + argument;
@@ -111,36 +111,36 @@ std::vector<CIMName> FakeOperations::keyNames(const CIMNamespaceName& nameSpace,
     return {names.getData(), names.getData() + names.size()};
 }
 
-host::Answer FakeOperations::answerTo(const Operation& operation) {
+routing::Answer FakeOperations::answerTo(const Operation& operation) {
     switch (operation.kind) {
     case OperationKind::GetClass:
-        return {host::cursorOver(cimClass)};
+        return {routing::cursorOver(cimClass)};
     case OperationKind::EnumerateClasses:
-        return {host::cursorOverAll(classes)};
+        return {routing::cursorOverAll(classes)};
     case OperationKind::EnumerateClassNames:
-        return {host::cursorOverAll(classNames)};
+        return {routing::cursorOverAll(classNames)};
     case OperationKind::GetInstance:
-        return {host::cursorOver(instance)};
+        return {routing::cursorOver(instance)};
     case OperationKind::EnumerateInstances:
-        return {host::cursorOverAll(instances), legs};
+        return {routing::cursorOverAll(instances), legs};
     case OperationKind::CreateInstance:
-        return {host::cursorOver(createdPath)};
+        return {routing::cursorOver(createdPath)};
     case OperationKind::ModifyInstance:
     case OperationKind::DeleteInstance:
         return {};
     case OperationKind::GetProperty:
-        return {host::cursorOver(value)};
+        return {routing::cursorOver(value)};
     case OperationKind::Associators:
     case OperationKind::References:
-        return {host::cursorOverAll(objects), legs};
+        return {routing::cursorOverAll(objects), legs};
     case OperationKind::EnumerateInstanceNames:
     case OperationKind::AssociatorNames:
     case OperationKind::ReferenceNames:
-        return {host::cursorOverAll(paths), legs};
+        return {routing::cursorOverAll(paths), legs};
     case OperationKind::GetQualifier:
-        return {host::cursorOver(qualifier)};
+        return {routing::cursorOver(qualifier)};
     case OperationKind::EnumerateQualifiers:
-        return {host::cursorOverAll(qualifiers)};
+        return {routing::cursorOverAll(qualifiers)};
     }
     return {};
 }

@@ -1,8 +1,8 @@
 // Operations that write down what they were called with and answer what the test put there.
 #pragma once
 
-#include "host/CimOperations.h"
-#include "host/Enumerations.h"
+#include "routing/CimOperations.h"
+#include "routing/Enumerations.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -12,15 +12,15 @@
 
 namespace embedded::cimxml::test {
 
-class FakeOperations : public host::CimOperations {
+class FakeOperations : public routing::CimOperations {
   public:
     /// One line a call: the operation and its arguments, separated by blanks. Flags are 0 or 1, a
     /// null or empty argument is "-", a property list is "[a,b]".
     std::vector<std::string> calls;
-    host::Caller lastCaller;
+    routing::Caller lastCaller;
     Pegasus::CIMInstance lastInstance; ///< given to createInstance or modifyInstance
 
-    std::vector<const host::Module*> modules;     ///< what plans say
+    std::vector<const routing::Module*> modules;  ///< what plans say
     std::optional<Pegasus::CIMException> failure; ///< thrown by every operation when set
     Pegasus::CIMClass cimClass;
     Pegasus::Array<Pegasus::CIMClass> classes;
@@ -35,9 +35,9 @@ class FakeOperations : public host::CimOperations {
     Pegasus::CIMQualifierDecl qualifier;
     Pegasus::Array<Pegasus::CIMQualifierDecl> qualifiers;
 
-    host::Enumerations enumerations; ///< that requests to this fake open
+    routing::Enumerations enumerations; ///< that requests to this fake open
 
-    host::Plan plan(const host::Operation& operation) override;
+    routing::Plan plan(const routing::Operation& operation) override;
     /// Those of `cimClass`.
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) override;
@@ -47,7 +47,7 @@ class FakeOperations : public host::CimOperations {
     }
 
   private:
-    host::Answer answerTo(const host::Operation& operation);
+    routing::Answer answerTo(const routing::Operation& operation);
 };
 
 } // namespace embedded::cimxml::test

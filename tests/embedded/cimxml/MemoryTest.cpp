@@ -33,9 +33,9 @@ std::string largeRequest() {
 }
 
 /// Keeps nothing of what it is asked.
-class Refusing : public host::CimOperations {
+class Refusing : public routing::CimOperations {
   public:
-    host::Plan plan(const host::Operation&) override {
+    routing::Plan plan(const routing::Operation&) override {
         throw Pegasus::CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "");
     }
     bool hasNameSpace(const Pegasus::CIMNamespaceName&) override { return true; }
@@ -53,7 +53,7 @@ TEST(Memory, OfALargeRequestIsGivenBack) {
     std::size_t within = 0;
     {
         Refusing operations;
-        host::Enumerations enumerations;
+        routing::Enumerations enumerations;
         Exchange exchange(body, headersFor("CreateInstance"), {}, operations, enumerations);
         within = residentBytes();
         std::string reply;

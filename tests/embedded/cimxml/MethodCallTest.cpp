@@ -23,8 +23,8 @@ std::string methodCall(const std::string& method, const std::string& target) {
 
 std::string answerTo(FakeOperations& operations, const std::string& method,
                      const std::string& target, const std::string& object) {
-    return answer(methodCall(method, target), {method, object, "1.0"}, host::Caller(), operations,
-                  operations.enumerations);
+    return answer(methodCall(method, target), {method, object, "1.0"}, routing::Caller(),
+                  operations, operations.enumerations);
 }
 
 std::string errorReply(const std::string& method, int code, const std::string& description) {

@@ -111,7 +111,7 @@ TEST(Operations, TakeTheirNamesInAnyCase) {
 
 TEST(Operations, PassTheCallerOn) {
     FakeOperations operations;
-    host::Caller caller;
+    routing::Caller caller;
     caller.userName = "operator";
     answer(request("EnumerateClassNames", ""), headersFor("EnumerateClassNames"), caller,
            operations, operations.enumerations);
@@ -371,7 +371,7 @@ TEST(Responses, RepeatTheMessageId) {
     FakeOperations operations;
     std::string body = request("EnumerateClassNames", "");
     body.replace(body.find("1001"), 4, "&lt;1&quot; &amp;amp;");
-    const std::string reply = answer(body, headersFor("EnumerateClassNames"), host::Caller(),
+    const std::string reply = answer(body, headersFor("EnumerateClassNames"), routing::Caller(),
                                      operations, operations.enumerations);
     EXPECT_NE(reply.find("<MESSAGE ID=\"&lt;1&quot; &amp;amp;\" PROTOCOLVERSION=\"1.0\">\n"),
               std::string::npos)

@@ -258,15 +258,15 @@ TEST_F(Pull, InANamespaceThatThereIsNotSaysSo) {
                                                   (operation[0] == 'C' ? "" : maximum(1)));
         const std::string nameSpace = "<NAMESPACE NAME=\"cimv2\">";
         body.replace(body.find(nameSpace), nameSpace.size(), "<NAMESPACE NAME=\"none\">");
-        const std::string reply = answer(body, {operation, "root/none", "1.0"}, host::Caller(),
+        const std::string reply = answer(body, {operation, "root/none", "1.0"}, routing::Caller(),
                                          operations, operations.enumerations);
         EXPECT_NE(reply.find("<ERROR CODE=\"3\""), std::string::npos) << reply;
     }
 }
 
 TEST_F(Pull, HasTheTimeOfTheLimitUnlessTheClientSaysOtherwise) {
-    std::atomic<host::Enumerations::Clock::time_point> now{host::Enumerations::Clock::now()};
-    host::Enumerations enumerations(
+    std::atomic<routing::Enumerations::Clock::time_point> now{routing::Enumerations::Clock::now()};
+    routing::Enumerations enumerations(
         {}, [&] { return now.load(); });
     const auto contextAfter = [&](const std::string& more, std::chrono::seconds time) {
         const auto asked = [&](const std::string& operation, const std::string& parameters) {
@@ -335,7 +335,7 @@ TEST_F(Pull, AReplyThatIsNotWrittenToItsEndClosesTheEnumeration) {
 }
 
 TEST_F(Pull, WhatWaitedForAModuleInVainIsNotOpen) {
-    const host::Module module{0, "M"};
+    const routing::Module module{0, "M"};
     operations.modules = {&module};
     Exchange exchange(request("OpenEnumerateInstancePaths", classX + maximum(1)),
                       headersFor("OpenEnumerateInstancePaths"), {}, operations,

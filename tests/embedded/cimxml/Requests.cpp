@@ -43,8 +43,8 @@ Headers headersFor(const std::string& operation) {
 
 std::string reply(FakeOperations& operations, const std::string& operation,
                   const std::string& parameters) {
-    return answer(request(operation, parameters), headersFor(operation), host::Caller(), operations,
-                  operations.enumerations);
+    return answer(request(operation, parameters), headersFor(operation), routing::Caller(),
+                  operations, operations.enumerations);
 }
 
 std::string content(FakeOperations& operations, const std::string& operation,
@@ -78,7 +78,7 @@ std::string rejection(const std::string& body, const Headers& headers) {
     FakeOperations operations;
     operations.failure = Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, "not of interest");
     try {
-        answer(body, headers, host::Caller(), operations, operations.enumerations);
+        answer(body, headers, routing::Caller(), operations, operations.enumerations);
         return "answered";
     } catch (const RequestRejected& rejected) {
         EXPECT_TRUE(operations.calls.empty()) << operations.calls[0];

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The provider library exports its public classes, their functions, and what hosting/ declares."""
+"""The provider library exports its public classes, their functions, and what embedding/ declares."""
 
 import argparse
 import pathlib
@@ -24,7 +24,7 @@ def declared(folder):
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text(encoding="utf-8")
         for match in [*CLASS.finditer(text), *DECLARED.finditer(text)]:
-            inside = "hosting::" if "hosting {" in text[: match.start()] else ""
+            inside = "embedding::" if "embedding {" in text[: match.start()] else ""
             names.add(inside + match["name"])
     return names
 
@@ -38,7 +38,7 @@ def exported(library):
     return [line.split(maxsplit=2)[2] for line in listed.splitlines()]
 
 
-NAME = re.compile(r"Pegasus::((?:hosting::)?(?:operator[^\s(]+|\w+))")
+NAME = re.compile(r"Pegasus::((?:embedding::)?(?:operator[^\s(]+|\w+))")
 
 
 def owner(symbol):
@@ -55,16 +55,16 @@ def is_public(symbol, allowed):
 
 
 class ExportedSymbols(unittest.TestCase):
-    library = headers = hosting = ""
+    library = headers = embedding = ""
 
     def test_nothing_else_is_exported(self):
-        allowed = declared(pathlib.Path(self.headers)) | declared(pathlib.Path(self.hosting))
+        allowed = declared(pathlib.Path(self.headers)) | declared(pathlib.Path(self.embedding))
         more = [symbol for symbol in exported(self.library) if not is_public(symbol, allowed)]
         self.assertEqual(more, [])
 
     def test_what_is_declared_is_exported(self):
         there = {owner(symbol) for symbol in exported(self.library)}
-        for wanted in ("CIMObjectPath", "Array", "operator==", "hosting::appendInstance"):
+        for wanted in ("CIMObjectPath", "Array", "operator==", "embedding::appendInstance"):
             self.assertIn(wanted, there)
 
 
@@ -72,9 +72,9 @@ if __name__ == "__main__":
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--library", required=True, help="the library to look at")
     parser.add_argument("--headers", required=True, help="the folder of its public headers")
-    parser.add_argument("--hosting", required=True, help="the folder of its headers for hosts")
+    parser.add_argument("--embedding", required=True, help="the folder of its headers for hosts")
     given, rest = parser.parse_known_args()
     ExportedSymbols.library = given.library
     ExportedSymbols.headers = given.headers
-    ExportedSymbols.hosting = given.hosting
+    ExportedSymbols.embedding = given.embedding
     unittest.main(argv=[sys.argv[0], *rest])

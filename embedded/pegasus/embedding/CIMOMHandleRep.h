@@ -1,0 +1,46 @@
+// What stands behind a CIMOMHandle: the seam by which a host gives the provider library its
+// server. Providers never see this header; hosts and tests implement it.
+#pragma once
+
+#include "embedding/Operation.h"
+
+#include <Pegasus/Common/Linkage.h>
+
+#include <functional>
+#include <memory>
+
+namespace Pegasus {
+
+/// A server as the providers in it ask it back.
+///
+/// Thread-safety: one object may be called from several threads at once.
+class PEGASUS_COMMON_LINKAGE CIMOMHandleRep {
+  public:
+    virtual ~CIMOMHandleRep() = default;
+
+    /// Throws CIMException; CIM_ERR_NOT_SUPPORTED for an operation that the host does not offer,
+    /// which is what this definition does, so that a host or a test states only what it answers.
+    /// `operation` need not live longer than the call; the answer is drained before the next one.
+    virtual embedding::Answer perform(const embedding::Operation& operation);
+
+    /// For a host that unloads providers; these definitions do nothing.
+    virtual void disallowProviderUnload();
+    virtual void allowProviderUnload();
+};
+
+namespace embedding {
+
+/// Makes what stands behind every CIMOMHandle that is default-constructed from now on (copies of
+/// a handle share what stands behind it). One factory for the process; an empty function takes it
+/// back. While there is none, every operation of such a handle throws CIMException
+/// CIM_ERR_FAILED "no CIM server in this process", but for those about unloading, which do nothing.
+///
+/// Thread-safety: to be set before the first provider is loaded; then only read.
+PEGASUS_COMMON_LINKAGE void
+setHandleFactory(std::function<std::shared_ptr<CIMOMHandleRep>()> factory);
+
+/// Throws CIM_ERR_NOT_SUPPORTED: this host does not offer `operation`.
+[[noreturn]] PEGASUS_COMMON_LINKAGE void refuseOperation(const char* operation);
+
+} // namespace embedding
+} // namespace Pegasus

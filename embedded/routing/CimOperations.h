@@ -1,0 +1,73 @@
+// The operations of a CIM server (DSP0200 clause 5.3.2) as its protocol side and its providers ask
+// for them. routing::Router answers them; tests answer them with what they need.
+#pragma once
+
+#include <embedding/Operation.h>
+
+#include <functional>
+#include <vector>
+
+namespace embedded::routing {
+
+using Pegasus::embedding::allOf;
+using Pegasus::embedding::Answer;
+using Pegasus::embedding::Answered;
+using Pegasus::embedding::Caller;
+using Pegasus::embedding::Cursor;
+using Pegasus::embedding::cursorOver;
+using Pegasus::embedding::cursorOverAll;
+using Pegasus::embedding::onlyOf;
+using Pegasus::embedding::Operation;
+using Pegasus::embedding::OperationKind;
+
+/// Whether the operation answers with paths of instances.
+inline bool returnsPaths(OperationKind kind) {
+    return kind == OperationKind::EnumerateInstanceNames ||
+           kind == OperationKind::AssociatorNames || kind == OperationKind::ReferenceNames;
+}
+
+/// A registered module, by the number that it has in this process.
+struct Module {
+    unsigned number;
+    Pegasus::String name;
+};
+
+/// What will be done for an operation: decided, and not begun.
+struct Plan {
+    /// Those that perform() calls, and so may wait for, each once; they live as long as who made
+    /// the plan. Without any it takes no time to speak of.
+    std::vector<const Module*> modules;
+    /// To be called once. Throws Pegasus::CIMException with the status and the message that the
+    /// client is to see, or std::bad_alloc, and nothing else. When it has returned, every provider
+    /// has answered: what the cursor still reads comes from memory and cannot fail.
+    std::function<Answer()> perform;
+};
+
+/// A null CIMName or an empty String stands for a filter that the client left out. Objects come as
+/// their provider gave them: includeQualifiers, includeClassOrigin and propertyList are applied
+/// when they are written out, not here, but for classes, to which all flags are applied here, and
+/// for the properties of subclasses in an enumeration without deep inheritance.
+///
+/// An association operation whose objectName has no keys asks about its class, whether the client
+/// wrote a CLASSNAME or an INSTANCENAME. No provider is asked; the answers are classes, to which
+/// the flags and the property list are applied as GetClass does without LocalOnly.
+///
+/// Thread-safety: several threads may plan and perform at once.
+class CimOperations {
+  public:
+    virtual ~CimOperations() = default;
+
+    /// Throws Pegasus::CIMException, as Plan::perform. `operation` must outlive the plan and the
+    /// answer.
+    virtual Plan plan(const Operation& operation) = 0;
+
+    Answer perform(const Operation& operation) { return plan(operation).perform(); }
+
+    /// The names of a class's keys, in the order of its properties. Throws as GetClass does.
+    virtual std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                   const Pegasus::CIMName& className) = 0;
+
+    virtual bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) = 0;
+};
+
+} // namespace embedded::routing

@@ -1,0 +1,43 @@
+// The shared library of a provider module.
+#pragma once
+
+#include <Pegasus/Common/String.h>
+#include <Pegasus/Provider/CIMProvider.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace embedded::routing {
+
+/// "lib<location>.so"
+std::string libraryFileName(const std::string& location);
+
+/// The library of that location in the first of `directories` that has one.
+std::optional<std::filesystem::path>
+findLibrary(const std::vector<std::filesystem::path>& directories, const std::string& location);
+
+/// Keeps a library open while it lives. Thread-safety: none beyond that of constness.
+class ProviderLibrary {
+  public:
+    using CreateProvider = Pegasus::CIMProvider* (*)(const Pegasus::String& providerName);
+
+    /// All that the library calls is looked for, since what is missing would end the process when
+    /// it is called; so would a file that is cut off. Symbols become visible to other modules, as
+    /// CIM servers do it. With `keepOpen` the library stays mapped for the rest of the process.
+    /// Throws std::runtime_error "Cannot load library, error: <dlerror>".
+    explicit ProviderLibrary(const std::filesystem::path& file, bool keepOpen = false);
+    ~ProviderLibrary();
+    ProviderLibrary(const ProviderLibrary&) = delete;
+    ProviderLibrary& operator=(const ProviderLibrary&) = delete;
+
+    /// PegasusCreateProvider. Throws std::runtime_error "entry point not found.".
+    CreateProvider entryPoint() const;
+
+  private:
+    void* _handle;
+    const bool _keepOpen;
+};
+
+} // namespace embedded::routing

@@ -1,0 +1,240 @@
+#include "routing/ProviderModule.h"
+
+#include "routing/CallChain.h"
+#include "routing/LoadedProvider.h"
+#include "threads/Locks.h"
+
+#include <algorithm>
+#include <iterator>
+#include <list>
+#include <thread>
+#include <utility>
+
+namespace embedded::routing {
+
+using Pegasus::CIM_ERR_FAILED;
+using Pegasus::CIMException;
+using Pegasus::CIMName;
+using Pegasus::String;
+using threads::Condition;
+using threads::Lock;
+using threads::Mutex;
+
+/// The states of all providers of one server stand under one lock, so that threads which wait for
+/// each other's provider can be seen. It is held for bookkeeping only, never over a call.
+class LoadingOrder {
+  public:
+    /// No new request comes after it. Waits for those that are being loaded: they become ready, and
+    /// are terminated like the others. False: they were not in time.
+    bool close(ProviderModules::Clock::time_point until) EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        closed = true;
+        while (loading != 0 && changed.waitUntil(mutex, until))
+            ;
+        return loading == 0;
+    }
+    /// The provider that became ready last; null when there is none.
+    ModuleProvider* takeLast() EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        if (ready.empty())
+            return nullptr;
+        ModuleProvider* const last = ready.back();
+        ready.pop_back();
+        return last;
+    }
+
+    Mutex mutex;
+    Condition changed;
+    /// Which provider a thread waits for until another thread has it ready.
+    std::map<std::thread::id, const ModuleProvider*> waiting GUARDED_BY(mutex);
+    /// In the order in which they became ready.
+    std::vector<ModuleProvider*> ready GUARDED_BY(mutex);
+    unsigned loading GUARDED_BY(mutex) = 0; ///< providers that some thread is making ready
+    std::list<ProviderModules::Call> calls GUARDED_BY(mutex); ///< not returned, the oldest first
+    bool closed GUARDED_BY(mutex) = false;
+};
+
+class ModuleProvider : public Provider {
+  public:
+    using Clock = ProviderModules::Clock;
+
+    ModuleProvider(ProviderName name, const RegisteredModule& registered, const Module& module,
+                   const ModuleSettings& settings, LoadingOrder& order)
+        : _name(std::move(name)), _registered(registered), _module(module), _settings(settings),
+          _order(order) {}
+
+    String name() const override { return _name.module + String("/") + _name.name; }
+    const Module& module() const override { return _module; }
+
+    void call(const CIMName& className,
+              const std::function<void(Pegasus::CIMProvider&)>& use) override {
+        if (_registered.stopped)
+            throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "provider blocked.");
+        const ModuleStay stay(_name.module, className);
+        const Use inUse(*this, className.getString());
+        use(_loaded->object());
+    }
+
+    /// REQUIRES: the order is closed, so that no new request comes. False: it was not free in time.
+    bool unload(Clock::time_point until) EXCLUDES(_order.mutex) {
+        if (!isFree(until))
+            return false;
+        const ModuleStay stay(_name.module, CIMName());
+        _loaded.reset();
+        return true;
+    }
+
+  private:
+    using Calls = std::list<ProviderModules::Call>;
+
+    /// A request in progress; the provider is ready while it lasts.
+    class Use {
+      public:
+        Use(ModuleProvider& provider, const String& className)
+            : _provider(provider), _call(provider.enter(className)) {}
+        ~Use() {
+            const Lock lock(_provider._order.mutex);
+            _provider._order.calls.erase(_call);
+            --_provider._users;
+            _provider._order.changed.notifyAll();
+        }
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+      private:
+        ModuleProvider& _provider;
+        const Calls::iterator _call;
+    };
+
+    bool isFree(Clock::time_point until) EXCLUDES(_order.mutex) {
+        const Lock lock(_order.mutex);
+        while (_users != 0 && _order.changed.waitUntil(_order.mutex, until))
+            ;
+        return _users == 0;
+    }
+
+    Calls::iterator enter(const String& className) EXCLUDES(_order.mutex) {
+        const Lock lock(_order.mutex);
+        while (_loader != std::thread::id())
+            waitForLoader();
+        if (_order.closed)
+            throw CIMException(CIM_ERR_FAILED, "The CIM server is shutting down.");
+        if (!_loaded)
+            load();
+        const Calls::iterator call = begin(className);
+        ++_users;
+        return call;
+    }
+
+    Calls::iterator begin(const String& what) REQUIRES(_order.mutex) {
+        return _order.calls.insert(_order.calls.end(), {name(), what, Clock::now()});
+    }
+
+    void load() REQUIRES(_order.mutex) {
+        _call = begin("initialize()");
+        _loader = std::this_thread::get_id();
+        ++_order.loading;
+        _order.mutex.unlock();
+        std::unique_ptr<LoadedProvider> loaded;
+        try {
+            loaded = std::make_unique<LoadedProvider>(_registered, _name, _settings);
+        } catch (...) {
+            _order.mutex.lock();
+            finish();
+            throw;
+        }
+        _order.mutex.lock();
+        _loaded = std::move(loaded);
+        _order.ready.push_back(this);
+        finish();
+    }
+
+    void finish() REQUIRES(_order.mutex) {
+        _order.calls.erase(_call);
+        _loader = std::thread::id();
+        --_order.loading;
+        _order.changed.notifyAll();
+    }
+
+    void waitForLoader() REQUIRES(_order.mutex) {
+        if (loaderWaitsForThisThread()) {
+            throw CIMException(CIM_ERR_FAILED,
+                               String("Provider module \"") + _name.module +
+                                   String("\" is being initialized and waits for this request."));
+        }
+        _order.waiting[std::this_thread::get_id()] = this;
+        while (_loader != std::thread::id())
+            _order.changed.wait(_order.mutex);
+        _order.waiting.erase(std::this_thread::get_id());
+    }
+
+    /// Two providers whose initialize() ask each other, each begun on a thread of its own, would
+    /// wait for ever. (The compiler does not know that all of them have the same order.)
+    bool loaderWaitsForThisThread() const REQUIRES(_order.mutex) LOCKING_UNCHECKED {
+        const ModuleProvider* provider = this;
+        for (;;) {
+            if (provider->_loader == std::this_thread::get_id())
+                return true;
+            const auto next = _order.waiting.find(provider->_loader);
+            if (next == _order.waiting.end())
+                return false;
+            provider = next->second;
+        }
+    }
+
+    const ProviderName _name;
+    const RegisteredModule& _registered;
+    const Module& _module;
+    const ModuleSettings& _settings;
+    LoadingOrder& _order;
+    std::thread::id _loader GUARDED_BY(_order.mutex); ///< none: nobody is loading it
+    Calls::iterator _call GUARDED_BY(_order.mutex);   ///< the loader's
+    unsigned _users GUARDED_BY(_order.mutex) = 0;
+    /// Set under the order's mutex before there are users, and reset when there are none any more:
+    /// they use it without.
+    std::unique_ptr<LoadedProvider> _loaded;
+};
+
+void addModule(std::vector<const Module*>& modules, const Provider* provider) {
+    if (provider != nullptr &&
+        std::find(modules.begin(), modules.end(), &provider->module()) == modules.end())
+        modules.push_back(&provider->module());
+}
+
+ProviderModules::ProviderModules(Registration registration, ModuleSettings settings)
+    : _registration(std::move(registration)), _settings(std::move(settings)),
+      _order(std::make_unique<LoadingOrder>()) {
+    const auto& registered = _registration.modules();
+    for (const auto& [name, module] : registered)
+        _modules.push_back({static_cast<unsigned>(_modules.size()), name});
+    for (const ProviderName& name : _registration.providers()) {
+        const auto module = registered.find(name.module);
+        const auto number = static_cast<std::size_t>(std::distance(registered.begin(), module));
+        _providers.emplace(name, std::make_unique<ModuleProvider>(
+                                     name, module->second, _modules[number], _settings, *_order));
+    }
+}
+
+ProviderModules::~ProviderModules() {
+    unloadAll();
+}
+
+Provider* ProviderModules::find(const Pegasus::CIMNamespaceName& nameSpace,
+                                const CIMName& className, ProviderType type) const {
+    const ProviderName* const name = _registration.find(nameSpace, className, type);
+    return name == nullptr ? nullptr : _providers.at(*name).get();
+}
+
+bool ProviderModules::unloadAll(Clock::time_point until) {
+    bool all = _order->close(until);
+    while (ModuleProvider* const last = _order->takeLast())
+        all = last->unload(until) && all;
+    return all;
+}
+
+std::vector<ProviderModules::Call> ProviderModules::calls() const {
+    const Lock lock(_order->mutex);
+    return {_order->calls.begin(), _order->calls.end()};
+}
+
+} // namespace embedded::routing

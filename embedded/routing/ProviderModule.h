@@ -1,0 +1,81 @@
+// Providers of registered modules: found, loaded, initialised, called and terminated.
+//
+// A provider is made ready by the first request for it, on that request's thread; requests that
+// come meanwhile wait. When that fails the module is as if it had never been loaded, and the next
+// request tries again.
+#pragma once
+
+#include "routing/Provider.h"
+#include "routing/Registration.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace embedded::routing {
+
+/// What a module's entry point does: makes the provider of that name.
+using CreateProvider = std::function<Pegasus::CIMProvider*(const Pegasus::String& providerName)>;
+
+struct ModuleSettings {
+    /// Where libraries are looked for, in this order.
+    std::vector<std::filesystem::path> directories;
+    /// Leaves libraries mapped when their providers are gone: what reports on leaks and races
+    /// needs their symbols then.
+    bool keepLibraries = false;
+    /// Takes one line about what no client is told: the text of an exception from initialize() or
+    /// terminate(). May be called from several threads at once; empty: nobody listens.
+    std::function<void(const std::string&)> log;
+    /// Modules that are part of the program, by their location: no library is looked for.
+    std::map<std::string, CreateProvider> linked;
+};
+
+class ModuleProvider;
+class LoadingOrder;
+
+/// Thread-safety: all members may be called from several threads at once.
+class ProviderModules {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    ProviderModules(Registration registration, ModuleSettings settings);
+    /// Unloads all.
+    ~ProviderModules();
+    ProviderModules(const ProviderModules&) = delete;
+    ProviderModules& operator=(const ProviderModules&) = delete;
+
+    /// The provider registered for exactly that class, or null. Lives as long as this object.
+    Provider* find(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className,
+                   ProviderType type) const;
+
+    /// All registered modules, in the order of their numbers, which count from 0.
+    const std::vector<Module>& modules() const { return _modules; }
+
+    /// For good: calls terminate() on every loaded provider, the one that was ready last first, and
+    /// closes its library. Requests that come later get CIM_ERR_FAILED. Waits for the requests in
+    /// progress, until `until` at most: a provider that is still busy then is left as it is, since
+    /// what is inside needs it. False: one was.
+    bool unloadAll(Clock::time_point until = Clock::time_point::max());
+
+    /// A call into a provider that has not returned.
+    struct Call {
+        Pegasus::String provider; ///< "module/name"
+        Pegasus::String from;     ///< "initialize()", or the class of a request
+        Clock::time_point since;
+    };
+    /// All of them now, the oldest first.
+    std::vector<Call> calls() const;
+
+  private:
+    const Registration _registration;
+    const ModuleSettings _settings;
+    std::vector<Module> _modules;
+    std::unique_ptr<LoadingOrder> _order;
+    std::map<ProviderName, std::unique_ptr<ModuleProvider>> _providers;
+};
+
+} // namespace embedded::routing

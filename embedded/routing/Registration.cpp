@@ -1,0 +1,250 @@
+#include "routing/Registration.h"
+
+#include "routing/Values.h"
+
+#include <Pegasus/Common/Exception.h>
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <stdexcept>
+
+namespace embedded::routing {
+
+using Pegasus::CIMInstance;
+using Pegasus::CIMName;
+using Pegasus::CIMNamespaceName;
+using Pegasus::String;
+using Pegasus::Uint16;
+using Pegasus::Uint32;
+
+namespace {
+
+const char* const moduleClass = "PG_ProviderModule";
+const char* const providerClass = "PG_Provider";
+const char* const capabilitiesClass = "PG_ProviderCapabilities";
+
+const std::array supportedInterfaceVersions{"2.1.0", "2.2.0", "2.3.0", "2.5.0", "2.6.0"};
+
+// Values of PG_ProviderModule.UserContext and CIM_ManagedSystemElement.OperationalStatus.
+constexpr Uint16 designatedUser = 3;
+constexpr Uint16 statusStopped = 10;
+
+/// Why an instance cannot be taken; becomes a finding with the instance's path before it.
+struct Fault : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+void require(const CIMInstance& instance, std::initializer_list<const char*> properties) {
+    for (const char* property : properties) {
+        if (!hasValue(instance, property)) {
+            throw Fault(std::string("Missing ") + property + " which is required property in " +
+                        utf8(instance.getClassName().getString()) + " class.");
+        }
+    }
+}
+
+std::string joined(const std::array<const char*, supportedInterfaceVersions.size()>& texts) {
+    std::string all;
+    for (const char* text : texts)
+        all += (all.empty() ? "" : ", ") + std::string(text);
+    return all;
+}
+
+ProviderType routedType(Uint16 value) {
+    switch (value) {
+    case Uint16(ProviderType::Instance):
+    case Uint16(ProviderType::Association):
+    case Uint16(ProviderType::Method):
+        return ProviderType(value);
+    default:
+        throw Fault("ProviderType " + std::to_string(value) +
+                    " is not served here; 2 (Instance), 3 (Association) and 5 (Method) are.");
+    }
+}
+
+} // namespace
+
+/// Fills one Registration; modules first, since providers name them, and capabilities last.
+class Registration::Reader {
+  public:
+    Reader(Registration& registration, const repository::View& view,
+           const CIMNamespaceName& interop)
+        : _registration(registration), _view(view), _interop(interop) {}
+
+    void read() {
+        each(moduleClass, &Reader::readModule);
+        each(providerClass, &Reader::readProvider);
+        each(capabilitiesClass, &Reader::readCapabilities);
+    }
+
+  private:
+    void problem(std::string text) {
+        _registration._findings.push_back({Finding::Severity::Problem, std::move(text)});
+    }
+
+    void each(const char* className, void (Reader::*readOne)(const CIMInstance&)) {
+        if (!_view.hasClass(_interop, CIMName(className))) {
+            problem(std::string("The interop namespace ") + utf8(_interop.getString()) +
+                    " does not define the class " + className +
+                    ", so nothing can be registered. Load the registration schema there.");
+            return;
+        }
+        const repository::InstanceList instances = _view.instances(_interop, CIMName(className));
+        for (std::size_t i = 0; i < instances.size(); ++i) {
+            const CIMInstance instance = instances[i].instance();
+            try {
+                (this->*readOne)(instance);
+            } catch (const Fault& fault) {
+                problem(utf8(instance.getPath().toString()) + ": " + fault.what());
+            }
+        }
+    }
+
+    void readModule(const CIMInstance& instance) {
+        require(instance,
+                {"Name", "Vendor", "Version", "InterfaceType", "InterfaceVersion", "Location"});
+        const std::string type = utf8(stringOf(instance, "InterfaceType"));
+        if (type != "C++Default") {
+            throw Fault("Unsupported InterfaceType value: \"" + type +
+                        R"("; "C++Default" is supported.)");
+        }
+        const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
+        if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(),
+                      version) == supportedInterfaceVersions.end()) {
+            throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
+                        joined(supportedInterfaceVersions) + ".");
+        }
+        if (numberOf(instance, "UserContext") == designatedUser)
+            require(instance, {"DesignatedUserContext"});
+        RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location"))};
+        for (const Uint16 status : numbersOf(instance, "OperationalStatus"))
+            module.stopped = module.stopped || status == statusStopped;
+        _registration._modules.emplace(module.name, module);
+    }
+
+    void readProvider(const CIMInstance& instance) {
+        require(instance, {"ProviderModuleName", "Name"});
+        const ProviderName provider{stringOf(instance, "ProviderModuleName"),
+                                    stringOf(instance, "Name")};
+        if (_registration._modules.count(provider.module) == 0)
+            throw Fault("The provider module \"" + utf8(provider.module) + "\" is not registered.");
+        _registration._providers.push_back(provider);
+        _known.insert(provider);
+    }
+
+    void readCapabilities(const CIMInstance& instance) {
+        require(instance, {"ProviderModuleName", "ProviderName", "CapabilityID", "ProviderType",
+                           "ClassName", "Namespaces"});
+        const ProviderName provider{stringOf(instance, "ProviderModuleName"),
+                                    stringOf(instance, "ProviderName")};
+        if (_known.count(provider) == 0) {
+            throw Fault("The provider \"" + utf8(provider.name) + "\" of module \"" +
+                        utf8(provider.module) + "\" is not registered.");
+        }
+        const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
+        // All or nothing: an instance with one fault gives no capability at all.
+        for (const Capability& capability : wanted)
+            requireFree(capability);
+        for (const Capability& capability : wanted)
+            if (_registration.locate(capability) == nullptr) // not given twice
+                _registration.add(capability);
+    }
+
+    static std::vector<Capability> capabilitiesOf(const CIMInstance& instance,
+                                                  const ProviderName& provider) {
+        const String className = stringOf(instance, "ClassName");
+        if (!CIMName::legal(className))
+            throw Fault("ClassName \"" + utf8(className) + "\" is not a class name.");
+        std::vector<Capability> all;
+        for (const String& nameSpace : stringsOf(instance, "Namespaces")) {
+            if (!CIMNamespaceName::legal(nameSpace))
+                throw Fault("Namespaces: \"" + utf8(nameSpace) + "\" is not a namespace name.");
+            for (const Uint16 type : numbersOf(instance, "ProviderType")) {
+                all.push_back(
+                    {CIMNamespaceName(nameSpace), CIMName(className), routedType(type), provider});
+            }
+        }
+        return all;
+    }
+
+    void requireFree(const Capability& wanted) const {
+        const Capability* const taken = _registration.locate(wanted);
+        if (taken == nullptr)
+            return;
+        const Capability& holder = *taken;
+        throw Fault(
+            "A provider is already registered for the specified capability. (" +
+            utf8(holder.className.getString()) + " in " + utf8(holder.nameSpace.getString()) +
+            ", type " + std::to_string(Uint16(holder.type)) + ": provider \"" +
+            utf8(holder.provider.name) + "\" of module \"" + utf8(holder.provider.module) + "\")");
+    }
+
+    Registration& _registration;
+    const repository::View& _view;
+    const CIMNamespaceName& _interop;
+    std::set<ProviderName> _known;
+};
+
+Registration::Registration(const repository::View& view, const CIMNamespaceName& interop) {
+    if (!view.hasNameSpace(interop)) {
+        _findings.push_back(
+            {Finding::Severity::Problem, "The interop namespace " + utf8(interop.getString()) +
+                                             " does not exist, so nothing is registered."});
+        return;
+    }
+    Reader(*this, view, interop).read();
+}
+
+void Registration::add(const Capability& capability) {
+    _index.emplace(hashOf(capability.nameSpace, capability.className), _capabilities.size());
+    _capabilities.push_back(capability);
+}
+
+void Registration::addLinked(const repository::View& view, const ProviderName& provider,
+                             const std::string& location, const std::vector<CIMName>& classNames) {
+    const std::size_t before = _capabilities.size();
+    const auto taken = [&](const CIMNamespaceName& nameSpace, const CIMName& className) {
+        std::vector<CIMName> all = view.subClassNames(nameSpace, className, true);
+        all.push_back(className);
+        return std::any_of(all.begin(), all.end(), [&](const CIMName& name) {
+            return find(nameSpace, name, ProviderType::Instance) != nullptr ||
+                   view.instances(nameSpace, name).size() != 0;
+        });
+    };
+    for (const CIMNamespaceName& nameSpace : view.nameSpaces()) {
+        for (const CIMName& className : classNames)
+            if (view.hasClass(nameSpace, className) && !taken(nameSpace, className))
+                add({nameSpace, className, ProviderType::Instance, provider});
+    }
+    if (_capabilities.size() != before) {
+        _modules.insert_or_assign(provider.module,
+                                  RegisteredModule{provider.module, location, false, true});
+        _providers.push_back(provider);
+    }
+}
+
+std::uint64_t Registration::hashOf(const CIMNamespaceName& nameSpace, const CIMName& className) {
+    using Pegasus::embedding::foldedHash;
+    return foldedHash(nameSpace.getString()) * 31 + foldedHash(className.getString());
+}
+
+const Capability* Registration::locate(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                       ProviderType type) const {
+    const auto [first, last] = _index.equal_range(hashOf(nameSpace, className));
+    for (auto each = first; each != last; ++each) {
+        const Capability& capability = _capabilities[each->second];
+        if (capability.type == type && capability.className.equal(className) &&
+            capability.nameSpace.equal(nameSpace))
+            return &capability;
+    }
+    return nullptr;
+}
+
+const ProviderName* Registration::find(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                       ProviderType type) const {
+    const Capability* const found = locate(nameSpace, className, type);
+    return found == nullptr ? nullptr : &found->provider;
+}
+
+} // namespace embedded::routing

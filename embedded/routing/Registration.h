@@ -1,0 +1,96 @@
+// Which provider of which module answers for which class: the PG_ProviderModule, PG_Provider and
+// PG_ProviderCapabilities instances of the interop namespace, as a table.
+#pragma once
+
+#include "repository/View.h"
+#include "routing/Provider.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace embedded::routing {
+
+/// One line for the person who set the server up.
+struct Finding {
+    enum class Severity { Note, Problem };
+    Severity severity;
+    std::string text;
+};
+
+struct RegisteredModule {
+    Pegasus::String name;
+    std::string location;
+    bool stopped = false; ///< OperationalStatus says so: its providers are blocked
+    bool linked = false;  ///< it is part of the program: there is no library
+};
+
+/// Module and name of a provider: the keys of PG_Provider.
+struct ProviderName {
+    Pegasus::String module;
+    Pegasus::String name;
+
+    bool operator<(const ProviderName& other) const {
+        return std::tie(module, name) < std::tie(other.module, other.name);
+    }
+};
+
+/// What a provider answers for.
+struct Capability {
+    Pegasus::CIMNamespaceName nameSpace;
+    Pegasus::CIMName className;
+    ProviderType type;
+    ProviderName provider;
+};
+
+/// Thread-safety: none while it is filled; constant afterwards.
+class Registration {
+  public:
+    /// Nothing is registered.
+    Registration() = default;
+    /// Reads the instances in `interop`. One that is faulty is left out and told in findings().
+    Registration(const repository::View& view, const Pegasus::CIMNamespaceName& interop);
+
+    /// Registers a module that is part of the program, with one provider, for the instances of
+    /// each of the classes in every namespace of `view` that defines the class, but for those
+    /// where another provider is registered for the class or a subclass, and those that were loaded
+    /// with instances of these: there, these are the objects. Without any namespace the module is
+    /// not registered.
+    void addLinked(const repository::View& view, const ProviderName& provider,
+                   const std::string& location, const std::vector<Pegasus::CIMName>& classNames);
+
+    /// The provider that is registered for exactly this class, or null.
+    const ProviderName* find(const Pegasus::CIMNamespaceName& nameSpace,
+                             const Pegasus::CIMName& className, ProviderType type) const;
+
+    const std::map<Pegasus::String, RegisteredModule>& modules() const { return _modules; }
+    /// Every provider of a registered module, whether or not it has capabilities.
+    const std::vector<ProviderName>& providers() const { return _providers; }
+    /// In the order of the instances, their namespaces, and their types.
+    const std::vector<Capability>& capabilities() const { return _capabilities; }
+    /// What was left out, and why.
+    const std::vector<Finding>& findings() const { return _findings; }
+
+  private:
+    class Reader;
+    static std::uint64_t hashOf(const Pegasus::CIMNamespaceName& nameSpace,
+                                const Pegasus::CIMName& className);
+    /// Null if there is none.
+    const Capability* locate(const Pegasus::CIMNamespaceName& nameSpace,
+                             const Pegasus::CIMName& className, ProviderType type) const;
+    const Capability* locate(const Capability& same) const {
+        return locate(same.nameSpace, same.className, same.type);
+    }
+    void add(const Capability& capability);
+
+    std::map<Pegasus::String, RegisteredModule> _modules;
+    std::vector<ProviderName> _providers;
+    std::vector<Capability> _capabilities;
+    std::unordered_multimap<std::uint64_t, std::size_t> _index; ///< by hashOf(), into _capabilities
+    std::vector<Finding> _findings;
+};
+
+} // namespace embedded::routing

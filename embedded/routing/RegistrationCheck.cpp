@@ -1,0 +1,135 @@
+#include "routing/RegistrationCheck.h"
+
+#include "routing/ProviderLibrary.h"
+#include "routing/Values.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace embedded::routing {
+
+using Pegasus::CIMName;
+using Pegasus::CIMNamespaceName;
+
+namespace {
+
+std::string text(const CIMName& name) {
+    return utf8(name.getString());
+}
+std::string text(const CIMNamespaceName& name) {
+    return utf8(name.getString());
+}
+std::string text(const ProviderName& provider) {
+    return "provider \"" + utf8(provider.name) + "\" of module \"" + utf8(provider.module) + "\"";
+}
+
+const char* kindOf(ProviderType type) {
+    switch (type) {
+    case ProviderType::Association:
+        return "associations";
+    case ProviderType::Method:
+        return "methods";
+    case ProviderType::Instance:
+        break;
+    }
+    return "instances";
+}
+
+class Check {
+  public:
+    Check(const Registration& registration, const repository::View& view,
+          const std::vector<std::filesystem::path>& directories)
+        : _registration(registration), _view(view), _directories(directories),
+          _findings(registration.findings()) {}
+
+    std::vector<Finding> run() {
+        for (const Capability& capability : _registration.capabilities())
+            checkCapability(capability);
+        for (const ProviderName& provider : _registration.providers())
+            checkUsed(provider);
+        for (const auto& [name, module] : _registration.modules())
+            checkModule(module);
+        return std::move(_findings);
+    }
+
+  private:
+    void add(Finding::Severity severity, const std::string& line) {
+        _findings.push_back({severity, line});
+    }
+    void problem(const std::string& line) { add(Finding::Severity::Problem, line); }
+
+    void checkCapability(const Capability& capability) {
+        const std::string what = text(capability.className) + " in " + text(capability.nameSpace) +
+                                 " (" + kindOf(capability.type) + ")";
+        add(Finding::Severity::Note, what + ": " + text(capability.provider));
+        if (!_view.hasNameSpace(capability.nameSpace)) {
+            problem(what + ": the namespace does not exist; load the class's MOF there.");
+        } else if (!_view.hasClass(capability.nameSpace, capability.className)) {
+            problem(what +
+                    ": the namespace does not define the class, so it cannot be asked for; " +
+                    whereDefined(capability.className));
+        } else if (capability.type == ProviderType::Association &&
+                   !_view.getClass(capability.nameSpace, capability.className).isAssociation()) {
+            problem(what + ": the class is not an association, so it is never traversed.");
+        }
+    }
+
+    std::string whereDefined(const CIMName& className) const {
+        std::string places;
+        for (const CIMNamespaceName& nameSpace : _view.nameSpaces())
+            if (_view.hasClass(nameSpace, className))
+                places += (places.empty() ? "" : ", ") + text(nameSpace);
+        return places.empty() ? "no namespace does: load its MOF, or correct the name."
+                              : "it is defined in " + places + ".";
+    }
+
+    void checkUsed(const ProviderName& provider) {
+        const auto& all = _registration.capabilities();
+        if (std::none_of(all.begin(), all.end(), [&](const Capability& capability) {
+                return !(capability.provider < provider) && !(provider < capability.provider);
+            }))
+            problem(text(provider) + ": no capabilities are registered for it; it is never asked.");
+    }
+
+    void checkModule(const RegisteredModule& module) {
+        const std::string what = "module \"" + utf8(module.name) + "\"";
+        if (module.stopped) {
+            problem(what +
+                    ": OperationalStatus says that it is stopped; its providers are blocked.");
+        }
+        if (module.linked) {
+            add(Finding::Severity::Note, what + ": part of this program");
+            return;
+        }
+        const auto file = findLibrary(_directories, module.location);
+        if (!file) {
+            std::string searched;
+            for (const std::filesystem::path& directory : _directories)
+                searched += (searched.empty() ? "" : ", ") + directory.string();
+            problem(what + ": " + libraryFileName(module.location) + " was not found in " +
+                    (searched.empty() ? "any directory: none is given." : searched + "."));
+            return;
+        }
+        try {
+            ProviderLibrary(*file).entryPoint();
+            add(Finding::Severity::Note, what + ": " + file->string());
+        } catch (const std::runtime_error& error) {
+            problem(what + ": " + file->string() + ": " + error.what());
+        }
+    }
+
+    const Registration& _registration;
+    const repository::View& _view;
+    const std::vector<std::filesystem::path>& _directories;
+    std::vector<Finding> _findings;
+};
+
+} // namespace
+
+std::vector<Finding> checkRegistration(const Registration& registration,
+                                       const repository::View& view,
+                                       const std::vector<std::filesystem::path>& directories) {
+    return Check(registration, view, directories).run();
+}
+
+} // namespace embedded::routing
