@@ -65,9 +65,9 @@ bool sameNames(const NameSet& one, const NameSet& other) {
 }
 
 bool overlap(const Instance& one, const Instance& other, const char* property) {
-    const std::vector<std::string> items = other.texts(property);
+    const std::vector<std::string> items = texts(other, property);
     const NameSet names(items.begin(), items.end());
-    const std::vector<std::string> mine = one.texts(property);
+    const std::vector<std::string> mine = texts(one, property);
     return std::any_of(mine.begin(), mine.end(),
                        [&](const std::string& item) { return names.count(item) != 0; });
 }
@@ -197,12 +197,12 @@ void checkRivals(const Situation& situation, Report& report) {
                 if (sameName(capabilityName(capability), capabilityName(rival)) &&
                     overlap(capability, rival, "ProviderType") &&
                     overlap(capability, rival, "Namespaces"))
-                    report.wrong("the module " + rival.text("ProviderModuleName") + " serves " +
+                    report.wrong("the module " + text(rival, "ProviderModuleName") + " serves " +
                                      capabilityName(rival) + " in " +
-                                     joined(rival.texts("Namespaces")) + " already",
+                                     joined(texts(rival, "Namespaces")) + " already",
                                  "the server takes one provider for a class; unregister the other "
                                  "(cimprovider -r -m " +
-                                     rival.text("ProviderModuleName") +
+                                     text(rival, "ProviderModuleName") +
                                      "), or choose other namespaces with --namespace");
 }
 
@@ -211,7 +211,7 @@ std::vector<Trial> tryOut(const Situation& situation, const Server& server) {
     for (const Place& place : situation.places)
         for (const ModuleState& module : situation.modules)
             for (const Instance& capability : module.wanted.capabilities()) {
-                if (!hasName(capability.texts("Namespaces"), place.nameSpace) ||
+                if (!hasName(texts(capability, "Namespaces"), place.nameSpace) ||
                     !forInstancesAlone(capability) || interruptedBy() != 0)
                     continue;
                 const std::string name = capabilityName(capability);

@@ -38,7 +38,7 @@ std::vector<std::string> namesOf(const Schema& schema) {
 }
 
 bool sameVersion(const Class& declared, const std::string& text) {
-    const Mof found = readMof(text, "the definition of " + declared.name);
+    const Mof found = readListing(text, "the definition of " + declared.name);
     return !found.classes.empty() && found.classes.front().version == declared.version;
 }
 
@@ -117,12 +117,10 @@ void loadLayer(const Work& work, const Place& place, const Layer& layer) {
 // at.
 bool pointsTo(const Work& work, const std::string& nameSpace, const std::string& association,
               const std::string& name) {
-    const auto common = [](const std::string& one) {
-        return lower(one).compare(0, 4, "cim_") == 0;
-    };
+    const auto common = [](const std::string& one) { return sameName(one.substr(0, 4), "CIM_"); };
     if (common(association) && !common(name))
         return false;
-    const Mof mof = readMof(work.server.classText(nameSpace, association), association);
+    const Mof mof = readListing(work.server.classText(nameSpace, association), association);
     // What is not understood keeps the class.
     return mof.classes.empty() || hasName(mof.classes.front().references, name);
 }
@@ -166,8 +164,8 @@ std::string missingIt(const Work& work, Removal& removal, const std::string& nam
 std::string holder(const Work& work, Removal& removal, const std::string& name) {
     const std::string& nameSpace = removal.place.nameSpace;
     for (const Instance& rival : work.situation.rivals)
-        if (sameName(capabilityName(rival), name) && hasName(rival.texts("Namespaces"), nameSpace))
-            return "the module " + rival.text("ProviderModuleName") + " is registered for it";
+        if (sameName(capabilityName(rival), name) && hasName(texts(rival, "Namespaces"), nameSpace))
+            return "the module " + text(rival, "ProviderModuleName") + " is registered for it";
     std::string why = missingIt(work, removal, name);
     // A dry run leaves the modules registered, and would find their instances. Of the other classes
     // the server itself has some, whatever is registered; it counts what is stored when it is asked

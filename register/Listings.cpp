@@ -49,6 +49,19 @@ std::vector<std::string> classesOfPaths(const std::string& listing) {
     return result;
 }
 
+// Not read as MOF: it prints the scopes without commas.
+std::vector<std::string> declaredQualifiers(const std::string& listing) {
+    std::vector<std::string> result;
+    for (const std::string& line : lines(listing)) {
+        std::istringstream words(line);
+        std::string keyword;
+        std::string name;
+        if (words >> keyword >> name && keyword == "Qualifier")
+            result.push_back(name);
+    }
+    return result;
+}
+
 std::string configuredValue(const std::string& listing) {
     const std::string label = "Current value:";
     for (const std::string& line : lines(listing))

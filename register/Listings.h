@@ -19,6 +19,9 @@ std::optional<std::string> moduleStatus(const std::string& listing, const std::s
 /// without host and namespace; other lines are passed over.
 std::vector<std::string> classesOfPaths(const std::string& listing);
 
+/// The names of the qualifiers that `cimcli eq` prints declarations of.
+std::vector<std::string> declaredQualifiers(const std::string& listing);
+
 /// The value in "Current value: lib:/usr/lib/providers", as `cimconfig -g` prints it; empty without
 /// one.
 std::string configuredValue(const std::string& listing);

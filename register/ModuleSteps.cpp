@@ -2,6 +2,8 @@
 
 #include "register/Names.h"
 
+#include <algorithm>
+
 namespace registering {
 namespace {
 
@@ -27,11 +29,12 @@ Undo formerState(const Work& work, const ModuleState& state) {
 std::string loadable(const Registration& registration) {
     std::vector<Instance> instances = registration.instances();
     for (Instance& instance : instances) {
-        std::vector<Property> kept;
-        for (const Property& property : instance.properties)
-            if (!sameName(property.name, "OperationalStatus"))
-                kept.push_back(property);
-        instance.properties = kept;
+        auto& properties = instance.properties;
+        properties.erase(std::remove_if(properties.begin(), properties.end(),
+                                        [](const mof::PropertyInitializer& property) {
+                                            return sameName(property.name, "OperationalStatus");
+                                        }),
+                         properties.end());
     }
     return writeMof(instances);
 }

@@ -1,32 +1,17 @@
-// A small reader of MOF: as much as the package's files need and what cimcli prints of classes,
-// instances and qualifiers.
+// What this program reads of MOF: of the package's files, and of what cimcli prints.
 #pragma once
 
+#include "mof/Mof.h"
+
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace registering {
 
-/// A property of an instance. The items are MOF literals as they were written, strings with their
-/// quotes (and joined, where they were written in pieces).
-struct Property {
-    std::string name;
-    bool isArray = false;
-    std::vector<std::string> items;
-};
+namespace mof = embedded::mof;
 
-/// An instance; properties that are NULL are not in it.
-struct Instance {
-    std::string className;
-    std::vector<Property> properties;
-
-    /// The property of that name, or null.
-    const Property* find(const std::string& name) const;
-    /// A property's items, strings without their quotes; empty without the property.
-    std::vector<std::string> texts(const std::string& name) const;
-    /// The first of these, or "".
-    std::string text(const std::string& name) const;
-};
+using Instance = mof::InstanceDeclaration;
 
 /// What is read of a class.
 struct Class {
@@ -39,18 +24,29 @@ struct Class {
 
 struct Mof {
     std::vector<Class> classes;
-    std::vector<Instance> instances;
+    std::vector<Instance> instances;     ///< without the properties that are NULL
     std::vector<std::string> qualifiers; ///< the names of those that are declared
 };
 
-/// Reads MOF text. Pragmas are passed over.
-/// Throws std::runtime_error with "origin:line: ..." where the text is no such MOF.
-Mof readMof(const std::string& text, const std::string& origin);
+/// Reads classes or instances as cimcli prints them: MOF, but for properties that are embedded
+/// objects. `origin` names the text in errors. Throws mof::MofError, whose text begins with
+/// "origin:line:column: ", for any other text.
+Mof readListing(const std::string& text, const std::string& origin);
 
-/// Instances as MOF that readMof and the server's compiler read.
+/// Reads a MOF file and the files that it includes. Throws mof::MofError, also for a file that
+/// cannot be read.
+Mof readMofFile(const std::filesystem::path& file);
+
+/// The value of a property, or null if the instance has none.
+const mof::Value* find(const Instance& instance, const std::string& property);
+
+/// The items of a property's value; empty without the property.
+std::vector<std::string> texts(const Instance& instance, const std::string& property);
+
+/// The first of these, or "".
+std::string text(const Instance& instance, const std::string& property);
+
+/// Instances as MOF.
 std::string writeMof(const std::vector<Instance>& instances);
-
-/// A text as a MOF string literal. The text may not hold what MOF would have to escape.
-std::string quoted(const std::string& text);
 
 } // namespace registering

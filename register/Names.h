@@ -1,6 +1,8 @@
 // CIM names and namespaces compare without regard to case.
 #pragma once
 
+#include "text/Ascii.h"
+
 #include <algorithm>
 #include <set>
 #include <string>
@@ -8,21 +10,15 @@
 
 namespace registering {
 
-inline std::string lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return text;
-}
-
 /// Whether a CIM name may hold the character. (Standards allow more; nobody here uses it.)
 inline bool isNamePart(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    return embedded::text::isDigit(c) || embedded::text::isLetter(c) || c == '_';
 }
 
 /// Whether a text is a CIM name, such as that of a class.
-inline bool isName(const std::string& text) {
-    return !text.empty() && (text[0] < '0' || text[0] > '9') &&
-           std::all_of(text.begin(), text.end(), isNamePart);
+inline bool isName(const std::string& name) {
+    return !name.empty() && !embedded::text::isDigit(name[0]) &&
+           std::all_of(name.begin(), name.end(), isNamePart);
 }
 
 /// Whether a text is a namespace: CIM names with slashes between them.
@@ -36,12 +32,12 @@ inline bool isNameSpace(const std::string& text) {
 }
 
 inline bool sameName(const std::string& one, const std::string& other) {
-    return lower(one) == lower(other);
+    return embedded::text::equalIgnoringCase(one, other);
 }
 
 struct NameLess {
     bool operator()(const std::string& one, const std::string& other) const {
-        return lower(one) < lower(other);
+        return embedded::text::lowered(one) < embedded::text::lowered(other);
     }
 };
 

@@ -23,7 +23,7 @@ bool sameKeys(const Instance& one, const Instance& other) {
     constexpr std::array keys{"ProviderModuleName", "ProviderName", "CapabilityID", "Name"};
     return sameName(one.className, other.className) &&
            std::all_of(keys.begin(), keys.end(),
-                       [&](const char* key) { return one.texts(key) == other.texts(key); });
+                       [&](const char* key) { return texts(one, key) == texts(other, key); });
 }
 
 const Instance* counterpart(const Instance& instance, const Registration& in) {
@@ -41,16 +41,19 @@ bool sameItems(const std::vector<std::string>& one, const std::vector<std::strin
            std::equal(names.begin(), names.end(), others.begin(), sameName);
 }
 
-bool sameValue(const Property& one, const Property* other) {
-    if (other == nullptr || one.isArray != other->isArray)
-        return false;
-    return one.isArray ? sameItems(one.items, other->items) : one.items == other->items;
+bool sameValue(const std::string& property, const Instance& one, const Instance& other) {
+    const mof::Value* value = find(one, property);
+    const mof::Value* found = find(other, property);
+    if (value == nullptr || found == nullptr || value->isArray != found->isArray)
+        return value == found;
+    return value->isArray ? sameItems(texts(one, property), texts(other, property))
+                          : text(one, property) == text(other, property);
 }
 
 std::string instanceName(const Instance& instance) {
     return sameName(instance.className, capabilitiesClass)
                ? "the capability " + capabilityName(instance)
-               : instance.className + " \"" + instance.text("Name") + '"';
+               : instance.className + " \"" + text(instance, "Name") + '"';
 }
 
 } // namespace
@@ -65,38 +68,37 @@ std::vector<Instance> Registration::capabilities() const {
 
 std::string Registration::module() const {
     const Instance* module = firstOf(_instances, moduleClass);
-    return module == nullptr ? "" : module->text("Name");
+    return module == nullptr ? "" : text(*module, "Name");
 }
 
 std::string Registration::provider() const {
     const Instance* provider = firstOf(_instances, providerClass);
-    return provider == nullptr ? "" : provider->text("Name");
+    return provider == nullptr ? "" : text(*provider, "Name");
 }
 
 std::string Registration::library() const {
     const Instance* module = firstOf(_instances, moduleClass);
-    return module == nullptr ? "" : "lib" + module->text("Location") + ".so";
+    return module == nullptr ? "" : "lib" + text(*module, "Location") + ".so";
 }
 
 std::vector<std::string> Registration::nameSpaces() const {
     std::vector<std::string> result;
     for (const Instance& capability : capabilities())
-        for (const std::string& nameSpace : capability.texts("Namespaces"))
+        for (const std::string& nameSpace : texts(capability, "Namespaces"))
             if (isNameSpace(nameSpace))
                 addName(result, nameSpace);
     return result;
 }
 
 Registration Registration::servingIn(const std::vector<std::string>& nameSpaces) const {
-    std::vector<std::string> items;
-    items.reserve(nameSpaces.size());
+    std::vector<mof::Literal> items;
     for (const std::string& nameSpace : nameSpaces)
-        items.push_back(quoted(nameSpace));
+        items.push_back({mof::Literal::Kind::String, false, nameSpace, {}});
     std::vector<Instance> instances = _instances;
     for (Instance& instance : instances)
-        for (Property& property : instance.properties)
+        for (mof::PropertyInitializer& property : instance.properties)
             if (sameName(property.name, "Namespaces"))
-                property.items = items;
+                property.value.items = items;
     return Registration(std::move(instances));
 }
 
@@ -111,11 +113,11 @@ std::vector<Difference> differences(const Registration& wanted, const Registrati
             differs(instance, " is missing");
             continue;
         }
-        for (const Property& property : instance.properties)
-            if (!sameValue(property, other->find(property.name)))
+        for (const mof::PropertyInitializer& property : instance.properties)
+            if (!sameValue(property.name, instance, *other))
                 differs(instance, " has " + property.name + " " +
-                                      joined(other->texts(property.name)) + " instead of " +
-                                      joined(instance.texts(property.name)));
+                                      joined(texts(*other, property.name)) + " instead of " +
+                                      joined(texts(instance, property.name)));
     }
     for (const Instance& instance : found.instances())
         if (counterpart(instance, wanted) == nullptr)
@@ -124,11 +126,11 @@ std::vector<Difference> differences(const Registration& wanted, const Registrati
 }
 
 bool forInstancesAlone(const Instance& capability) {
-    return capability.texts("ProviderType") == std::vector<std::string>{"2"};
+    return texts(capability, "ProviderType") == std::vector<std::string>{"2"};
 }
 
 std::string capabilityName(const Instance& capability) {
-    return capability.text("ClassName");
+    return text(capability, "ClassName");
 }
 
 } // namespace registering

@@ -54,7 +54,7 @@ std::string Server::classText(const std::string& nameSpace, const std::string& n
 
 NameSet Server::keys(const std::string& nameSpace, const std::string& name) const {
     const Arguments command = _tools.getClass(nameSpace, name, true);
-    const Mof mof = readMof(answer(_ask, command), commandText(command));
+    const Mof mof = readListing(answer(_ask, command), commandText(command));
     if (mof.classes.empty())
         throw Failure("'" + commandText(command) + "' shows no class");
     const std::vector<std::string>& names = mof.classes.front().keys;
@@ -62,8 +62,7 @@ NameSet Server::keys(const std::string& nameSpace, const std::string& name) cons
 }
 
 std::vector<std::string> Server::qualifiers(const std::string& nameSpace) const {
-    const Arguments command = _tools.qualifiers(nameSpace);
-    return readMof(answer(_ask, command), commandText(command)).qualifiers;
+    return declaredQualifiers(answer(_ask, _tools.qualifiers(nameSpace)));
 }
 
 Answer Server::instanceNames(const std::string& nameSpace, const std::string& className) const {
@@ -77,7 +76,7 @@ std::vector<Instance> Server::registrations(const std::string& interop) const {
     std::vector<Instance> result;
     for (const char* name : {"PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities"}) {
         const Arguments command = _tools.instances(interop, name);
-        const Mof mof = readMof(answer(_ask, command), commandText(command));
+        const Mof mof = readListing(answer(_ask, command), commandText(command));
         result.insert(result.end(), mof.instances.begin(), mof.instances.end());
     }
     return result;

@@ -58,14 +58,14 @@ std::vector<std::string> formerNameSpaces(const Settings& settings, const Situat
 void splitRegistrations(const std::vector<Instance>& all, Situation& situation) {
     std::vector<std::vector<Instance>> own(situation.modules.size());
     for (const Instance& instance : all) {
-        const bool isModule = instance.find("ProviderModuleName") == nullptr;
-        const std::string name = instance.text(isModule ? "Name" : "ProviderModuleName");
+        const bool isModule = find(instance, "ProviderModuleName") == nullptr;
+        const std::string name = text(instance, isModule ? "Name" : "ProviderModuleName");
         const auto module =
             std::find_if(situation.modules.begin(), situation.modules.end(),
                          [&](const ModuleState& state) { return state.name == name; });
         if (module != situation.modules.end())
             own[static_cast<std::size_t>(module - situation.modules.begin())].push_back(instance);
-        else if (instance.find("ProviderType") != nullptr)
+        else if (find(instance, "ProviderType") != nullptr)
             situation.rivals.push_back(instance);
     }
     for (std::size_t i = 0; i < own.size(); ++i)
@@ -195,9 +195,9 @@ std::vector<std::string> Situation::copied(const NameSet& there,
     std::vector<std::string> result;
     std::vector<std::string> associations;
     for (const std::string& name : there)
-        if (lower(name).compare(0, 3, "pg_") == 0 && interopClasses.count(name) != 0 &&
+        if (sameName(name.substr(0, 3), "PG_") && interopClasses.count(name) != 0 &&
             !hasName(loaded, name)) {
-            const Mof mof = readMof(server.classText(nameSpace, name), name);
+            const Mof mof = readListing(server.classText(nameSpace, name), name);
             const bool points = !mof.classes.empty() && !mof.classes.front().references.empty();
             (points ? associations : result).push_back(name);
         }

@@ -28,7 +28,7 @@ void checkRegistration(const ModuleState& module, Report& report) {
                 return difference.capability == capabilityName(capability);
             }))
             report.ok(capabilityName(capability) + " is registered for " +
-                      joined(capability.texts("Namespaces")));
+                      joined(texts(capability, "Namespaces")));
     for (const Difference& difference : wrong)
         report.wrong("the registration: " + difference.text,
                      std::string(installIt) + " to repair it");

@@ -32,7 +32,8 @@ LIBRARIES = {
     "cimhost": ["CLI/", "spdlog/", "openssl/"],
 }
 
-# The tool that registers the module stands alone: it knows the server by its commands.
+# The tool that registers the module knows the server by its commands, and MOF by its reader.
+REGISTER_ROOMS = ["register", "mof", "text"]
 REGISTER_LIBRARIES = ["CLI/", "nlohmann/"]
 
 # The fuzz targets stand before the embedded server, and before the module as its server loads it.
@@ -79,7 +80,7 @@ def embedded_allows(room, quoted, name):
 
 def register_allows(quoted, name):
     if quoted:
-        return name.startswith("register/")
+        return any(name.startswith(room + "/") for room in REGISTER_ROOMS)
     return is_system(name) or name.startswith(tuple(REGISTER_LIBRARIES))
 
 

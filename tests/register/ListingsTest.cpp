@@ -26,6 +26,13 @@ TEST(Listings, PathsNameTheirClassWithAndWithoutHost) {
               (std::vector<std::string>{"CIM_A", "CIM_B", "CIM_D"}));
 }
 
+TEST(Listings, DeclaredQualifiersAreNamedByTheirFirstLines) {
+    EXPECT_EQ(declaredQualifiers("\nQualifier MinValue : sint64 = null, Scope(property method);\n\n"
+                                 "Qualifier Key : boolean = FALSE, Scope(property reference), \n"
+                                 "    Flavor(DisableOverride, ToSubclass);\n"),
+              (std::vector<std::string>{"MinValue", "Key"}));
+}
+
 TEST(Listings, AConfiguredValueStandsBehindItsLabel) {
     EXPECT_EQ(configuredValue("Current value: lib:/usr/lib\n"), "lib:/usr/lib");
     EXPECT_EQ(configuredValue("Current value: \n"), "");

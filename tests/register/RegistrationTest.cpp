@@ -11,12 +11,19 @@ class TheRegistration : public testing::Test {
     const Registration registration = content.modules.front().registration;
 
     // The registration with one property of one capability given other items.
-    Registration with(const char* name, std::vector<std::string> items) const {
+    Registration with(const char* name, const std::vector<std::string>& items) const {
         std::vector<Instance> instances = registration.instances();
-        for (Property& property : instances.back().properties)
+        for (mof::PropertyInitializer& property : instances.back().properties)
             if (property.name == name)
-                property.items = std::move(items);
+                property.value = array(items);
         return Registration(instances);
+    }
+
+    static mof::Value array(const std::vector<std::string>& items) {
+        mof::Value value{true, {}, {}};
+        for (const std::string& item : items)
+            value.items.push_back({mof::Literal::Kind::String, false, item, {}});
+        return value;
     }
 };
 
@@ -32,8 +39,8 @@ TEST_F(TheRegistration, NamesItsModuleLibraryAndClasses) {
 }
 
 TEST_F(TheRegistration, HasNoNamespaceThatIsNone) {
-    const Registration odd = with("Namespaces", {"\"../../etc\"", "\"-rf\"", "\"\"", "\"a//b\"",
-                                                 "\"a/\"", "\"1\"", "\"root/another\""});
+    const Registration odd =
+        with("Namespaces", {"../../etc", "-rf", "", "a//b", "a/", "1", "root/another"});
     EXPECT_EQ(joined(odd.nameSpaces()), "interop, root/cimv2, root/PG_InterOp and root/another");
     EXPECT_FALSE(differences(registration, odd).empty());
 }
@@ -83,42 +90,42 @@ TEST_F(TheRegistration, ServingElsewhereChangesEachListAndNothingElse) {
     const Registration moved = registration.servingIn({"root/a", "root/b"});
     ASSERT_EQ(moved.capabilities().size(), 12U);
     for (const Instance& capability : moved.capabilities())
-        EXPECT_EQ(capability.texts("Namespaces"), (std::vector<std::string>{"root/a", "root/b"}));
+        EXPECT_EQ(texts(capability, "Namespaces"), (std::vector<std::string>{"root/a", "root/b"}));
     EXPECT_EQ(writeMof(moved.servingIn(registration.nameSpaces()).instances()),
               writeMof(registration.instances()));
 }
 
 TEST_F(TheRegistration, IsTheSameWhateverTheOrderAndCaseOfNamespacesAndTheModulesState) {
     EXPECT_TRUE(differences(registration, registration).empty());
-    EXPECT_TRUE(differences(registration, with("Namespaces", {"\"root/pg_interop\"", "\"Interop\"",
-                                                              "\"root/cimv2\""}))
-                    .empty());
+    EXPECT_TRUE(
+        differences(registration, with("Namespaces", {"root/pg_interop", "Interop", "root/cimv2"}))
+            .empty());
     std::vector<Instance> instances = registration.instances();
-    instances.front().properties.push_back({"OperationalStatus", true, {"10"}});
+    instances.front().properties.push_back({{}, "OperationalStatus", array({"10"}), {}});
     EXPECT_TRUE(differences(registration, Registration(instances)).empty());
 }
 
 TEST_F(TheRegistration, EachDifferenceIsNamed) {
-    const auto texts = [&](const Registration& found) {
+    const auto differing = [&](const Registration& found) {
         std::string all;
         for (const Difference& difference : differences(registration, found))
             all += difference.capability + "|" + difference.text + "\n";
         return all;
     };
-    EXPECT_EQ(texts(with("Namespaces", {"\"root/cimv2\""})),
+    EXPECT_EQ(differing(with("Namespaces", {"root/cimv2"})),
               "ORVEX_ElementSoftwareIdentity|the capability ORVEX_ElementSoftwareIdentity has "
               "Namespaces root/cimv2 instead of interop, root/cimv2 and root/PG_InterOp\n");
-    EXPECT_EQ(texts(with("ProviderType", {"2"})),
+    EXPECT_EQ(differing(with("ProviderType", {"2"})),
               "ORVEX_ElementSoftwareIdentity|the capability ORVEX_ElementSoftwareIdentity has "
               "ProviderType 2 instead of 2 and 3\n");
     std::vector<Instance> instances = registration.instances();
     instances.erase(instances.begin() + 1);
-    EXPECT_EQ(texts(Registration(instances)),
+    EXPECT_EQ(differing(Registration(instances)),
               "|PG_Provider \"ServerProfileProvider\" is missing\n");
     instances = registration.instances();
     instances.push_back(instances.back());
-    instances.back().properties[2].items = {"\"X\""};
-    EXPECT_NE(texts(Registration(instances)).find("is not of this version"), std::string::npos);
+    instances.back().properties[2].value.items.front().text = "X";
+    EXPECT_NE(differing(Registration(instances)).find("is not of this version"), std::string::npos);
 }
 
 } // namespace

@@ -214,11 +214,11 @@ class WithStandIn(Scenarios, unittest.TestCase):
 
     def test_mof_that_cannot_be_read_is_said(self):
         (self.mof / "serverprofile_registration.mof").write_text("instance PG_Provider")
-        self.assertIn("serverprofile_registration.mof:1: 'of' is expected, not 'PG_Provider'",
+        self.assertIn("serverprofile_registration.mof:1:10: unexpected 'PG_Provider', expected 'of'",
                       self.tool_says(["install"], 1))
         (self.mof / "serverprofile_registration.mof").unlink()
         said = self.tool_says(["install"], 1)
-        self.assertIn("serverprofile_registration.mof: No such file or directory", said)
+        self.assertIn("serverprofile_registration.mof:1:1: cannot be read: no such file", said)
         self.assertIn("--mof", said)
 
     def test_an_output_that_nobody_reads_any_more_stops_nothing(self):
