@@ -19,7 +19,7 @@ say() { printf '\n== [%4ds] %s\n' "$((SECONDS - started))" "$*"; }
 # Clients from PyPI live in an environment of their own below build/.
 python_clients() {
   local environment=build/python
-  if [ ! -x $environment/bin/pywbemcli ]; then
+  if [ ! -x $environment/bin/pywbemcli ] || [ ! -x $environment/bin/clang-format ]; then
     python3 -m venv $environment
     $environment/bin/pip install --quiet --disable-pip-version-check \
       -r tests/clients/requirements.txt || {

@@ -11,7 +11,7 @@ wrong() { echo "check_tidy: $1" >&2 && exit 2; }
 # counts that clang-tidy writes although it is told to be quiet.
 if [ "${1-}" = "--one" ]; then
   status=0
-  said=$(clang-tidy-14 --quiet -p "$2" "$3" 2>&1) || status=1
+  said=$(clang-tidy --quiet -p "$2" "$3" 2>&1) || status=1
   printf '%s\n' "${said//"$PWD/"/}" |
     grep -vE '^$|^[0-9]+ warnings? (generated|treated as error)' || true
   exit $status

@@ -5,13 +5,16 @@
 set -eu
 
 usage="usage: setup.sh run|package|bench|test"
-run_packages="g++ cmake ninja-build bison flex libboost1.81-dev libssl-dev libcrypt-dev libexpat1-dev
+boost=libboost-dev
+# Debian 12 has Boost 1.74 under that name, and a new enough one under this.
+grep -q "^VERSION_CODENAME=bookworm" /etc/os-release 2>/dev/null && boost=libboost1.81-dev
+run_packages="g++ cmake ninja-build bison flex $boost libssl-dev libcrypt-dev libexpat1-dev
   libutfcpp-dev libcli11-dev nlohmann-json3-dev libspdlog-dev libgtest-dev sblim-wbemcli python3 graphviz"
 package_packages="dpkg-dev file rpm"
 bench_packages="libbenchmark-dev wrk"
 test_packages="$package_packages $bench_packages lintian rpmlint systemd mandoc man-db iproute2 openssl curl
-  git clang clang-format clang-tidy libclang-rt-14-dev llvm shellcheck python3-venv
-  openjdk-17-jdk-headless maven"
+  git clang clang-format clang-tidy libclang-rt-dev llvm shellcheck python3-venv
+  default-jdk-headless maven"
 
 case "${1-}" in
   run) wanted=$run_packages ;;
