@@ -59,12 +59,12 @@ end() {
 }
 trap end EXIT
 
-mapfile -t arguments < <("$here/scripts/cimhost_arguments.sh" "$here" "$build/lib")
-
 # Starts the server on port $1. Returns its exit code if it ended instead of listening.
 start() {
   rm -f "$state/port"
-  "$build/bin/cimhost" --port "$1" --port-file "$state/port" "${arguments[@]}" \
+  "$build/bin/cimhost" --port "$1" --port-file "$state/port" \
+    --config "$here/samples/switch.conf" --config "$here/schema/serverprofile.conf" \
+    --provider-dir "$build/lib" \
     >"$trace" 2>"$log" </dev/null &
   server=$!
   for _ in $(seq 300); do

@@ -91,12 +91,11 @@ class Cimhost(Process):
         super().__init__(self._arguments)
 
     def _arguments(self, port_file):
-        content = subprocess.run(
-            [SOURCE / "scripts" / "cimhost_arguments.sh", SOURCE, self._build / "lib"],
-            check=True, capture_output=True, text=True).stdout.splitlines()
         self.started = time.monotonic()
         return [self._build / "bin" / "cimhost", "--port", "0", "--port-file", port_file,
-                "--log-level", "error", *content, *self._more]
+                "--log-level", "error", "--provider-dir", self._build / "lib",
+                "--config", SOURCE / "samples" / "switch.conf",
+                "--config", SOURCE / "schema" / "serverprofile.conf", *self._more]
 
 
 class Bare(Process):

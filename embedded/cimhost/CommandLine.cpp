@@ -1,6 +1,7 @@
 #include "cimhost/CommandLine.h"
 
 #include "cimhost/Commands.h"
+#include "cimhost/ConfigFiles.h"
 
 #include <CLI/CLI.hpp>
 #include <Pegasus/Common/Exception.h>
@@ -145,6 +146,7 @@ void declareServing(CLI::App& app, Settings& settings, Raw& raw) {
 }
 
 void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
+    declareConfigFiles(app);
     CLI::Validator directory = CLI::ExistingDirectory;
     directory.description(""); // it would be part of the help's first column
     app.add_option("--namespace", raw.nameSpaces, "A namespace to serve (repeatable)")

@@ -42,9 +42,8 @@ class Served:
     def __enter__(self):
         arguments = ["--provider-dir", self.build / "lib"]
         if self.content:
-            arguments = subprocess.run(
-                [SOURCE / "scripts" / "cimhost_arguments.sh", self.source, self.build / "lib"],
-                check=True, capture_output=True, text=True).stdout.splitlines()
+            for file in ("samples/switch.conf", "schema/serverprofile.conf"):
+                arguments += ["--config", self.source / file]
         self._directory = tempfile.TemporaryDirectory()
         place = pathlib.Path(self._directory.name)
         self._trace_file = open(place / "trace", "w+b")

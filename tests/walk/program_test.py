@@ -48,6 +48,7 @@ class Source:
         place = pathlib.Path(self._directory.name)
         (place / "schema").symlink_to(rooms.SOURCE / "schema")
         (place / "samples").mkdir()
+        (place / "samples" / "switch.conf").symlink_to(rooms.SOURCE / "samples" / "switch.conf")
         sample = (rooms.SOURCE / "samples" / "sample_switch.mof").read_text(encoding="utf-8")
         changed = self.change(sample)
         assert changed != sample

@@ -253,6 +253,81 @@ class CommandLine(Case):
         self.assertIn("an address is expected; 0.0.0.0 or :: is every one", done.stderr)
 
 
+class ConfigFiles(Case):
+    def check(self, *arguments):
+        done = self.run_to_end("--check", *arguments)
+        self.assertEqual((done.returncode, done.stderr), (4, ""))  # nothing is registered
+        return done.stdout
+
+    def test_what_is_wrong_in_one_is_exit_code_2_and_says_what(self):
+        path = self.folder / "x.conf"
+        for text, told in {
+            "nonsense = 1": f"{path}: no option of a configuration file: nonsense",
+            "config = y.conf": f"{path}: no option of a configuration file: config",
+            "help = true": f"{path}: no option of a configuration file: help",
+            "version": f"{path}: no option of a configuration file: version",
+            "[passwd]\nrole = read": f"{path}: no option of a configuration file: passwd",
+            "port = 1\nlog-level = off\nport = 2": f"{path}: port can be given once",
+            "log-level = a b": "quote a value with spaces",
+            "port = 70000": "70000",
+            "writable = maybe": "maybe",
+            "mof = x.mof": "NAMESPACE=FILE is expected, not 'x.mof'",
+            "mof = root/test=": "NAMESPACE=FILE",
+            "provider-dir = nonesuch": f"{self.folder}/nonesuch",
+            "anonymous-read": "--anonymous-read requires --users",
+        }.items():
+            with self.subTest(text):
+                path.write_text(text)
+                done = self.run_to_end("--config", path)
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertIn(told, done.stderr)
+
+    def test_one_that_is_no_file_is_exit_code_2(self):
+        for path in (self.folder / "nonesuch", self.folder):
+            done = self.run_to_end("--config", path)
+            self.assertEqual((done.returncode, done.stdout), (2, ""))
+            self.assertIn(str(path), done.stderr)
+
+    def test_what_can_be_repeated_adds_up_the_command_line_last(self):
+        classes = {name: self.file(f"{name}.mof", f"class TST_{name} {above} {{}};\n")
+                   for name, above in {"A": "", "B": ": TST_A", "C": ": TST_B", "D": ": TST_C",
+                                       "E": ": TST_D"}.items()}
+        first = self.file("1.conf", f"mof = root/test={classes['A']}\nport = 0\n"
+                                    f"mof = root/test={classes['B']}\n")
+        second = self.file("2.conf", f"mof = root/test={classes['C']}\n")
+        mine = [f"--mof=root/test={classes[name]}" for name in "DE"]
+        self.assertIn("namespace root/test: 5 classes",
+                      self.check(mine[0], "--config", first, "--config", second, mine[1]))
+
+    def test_of_what_can_be_given_once_the_last_counts_and_the_command_line_most(self):
+        first = self.file("1.conf", "# a comment\ninterop = root/one\nkeep-libraries\n")
+        second = self.file("2.conf", "interop = root/two\n")
+        files = ("--config", first, "--config", second)
+        self.assertIn("namespace root/two (interop)", self.check(*files))
+        self.assertIn("namespace root/three (interop)", self.check("--interop=root/three", *files))
+
+    def test_its_paths_start_from_its_directory(self):
+        (self.folder / "etc").mkdir()
+        self.file("my schema.mof", '#pragma include ("part.mof")\n')
+        self.file("etc/part.mof", SCHEMA)
+        path = self.file("etc/x.conf", 'mof = "root/test=../my schema.mof"\nmof-include = .\n')
+        for config in (path, path.relative_to("/")):
+            done = subprocess.run([os.path.abspath(PROGRAM), "--check", "--config", config],
+                                  capture_output=True, text=True, cwd="/", timeout=PATIENCE,
+                                  check=False)
+            self.assertIn("namespace root/test: 5 classes", done.stdout, done.stderr)
+
+    def test_an_absolute_path_and_standard_error_stay_what_they_are(self):
+        path = self.file("x.conf", "trace-wire = -\nuser = root\n"
+                                   f"port-file = {self.folder / 'port'}\nport = 0\n")
+        server = Running(self, ["--config", path, *self.content()])
+        ask(server.port)
+        server.signal()
+        self.assertEqual(server.code(), 0)
+        self.assertIn("EnumerateInstanceNames", server.errors.read_text())
+        self.assertEqual([each.name for each in self.folder.iterdir() if each.is_dir()], [])
+
+
 class MakeCertificate(Case):
     def make(self, *arguments):
         return self.run_to_end("make-certificate", self.folder / "c.pem", self.folder / "k.pem",
