@@ -78,7 +78,7 @@ void checkLibrary(const std::string& name, const std::filesystem::path& given,
                   const Server& server, Report& report) {
     const auto& directories = configured.empty() ? usualProviderDirectories() : configured;
     const std::vector<std::string> names(directories.begin(), directories.end());
-    const std::filesystem::path found = findLibrary(name, directories);
+    const std::filesystem::path found = findFile(name, directories, false);
     const std::filesystem::path library = given.empty() ? found : given;
     std::error_code ignored;
     if (library.empty()) {

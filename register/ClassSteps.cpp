@@ -99,7 +99,7 @@ void loadLayer(const Work& work, const Place& place, const Layer& layer) {
     std::vector<std::string> byHand;
     for (auto name = names.rbegin(); name != names.rend(); ++name)
         if (place.classes.count(*name) == 0)
-            byHand.push_back(commandText(tools.deleteClass(nameSpace, *name)));
+            byHand.push_back(commandText(tools.onName("dc", nameSpace, *name)));
     if (!former.texts.empty())
         byHand.push_back(commandText(tools.loadMof(nameSpace, former.file, true)));
     if (!place.there && layer.schema == &work.situation.content.base)

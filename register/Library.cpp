@@ -69,15 +69,6 @@ std::vector<fs::path> usualProviderDirectories() {
     return result;
 }
 
-fs::path findLibrary(const std::string& name, const std::vector<fs::path>& directories) {
-    for (const fs::path& directory : directories) {
-        std::error_code ignored;
-        if (fs::exists(directory / name, ignored))
-            return directory / name;
-    }
-    return {};
-}
-
 LibraryProblem probeLibrary(const fs::path& file, const fs::path& tools,
                             std::chrono::seconds timeout) {
     std::error_code ignored;

@@ -13,10 +13,6 @@ namespace registering {
 /// where the distributions have them.
 std::vector<std::filesystem::path> usualProviderDirectories();
 
-/// The first of the directories that has the file, with the file's name; empty if none has.
-std::filesystem::path findLibrary(const std::string& name,
-                                  const std::vector<std::filesystem::path>& directories);
-
 /// What is wrong with a library, and what to do; both empty if the server will be able to load it.
 struct LibraryProblem {
     std::string text;

@@ -21,7 +21,7 @@ Undo formerState(const Work& work, const ModuleState& state) {
                 else if (now && !served && now == "OK")
                     work.server.disable(module);
             },
-            commandText(served ? tools.enable(module) : tools.disable(module))};
+            commandText(tools.onModule(served ? "-e" : "-d", module))};
 }
 
 // A registration as MOF that can be loaded again. The state belongs to the running module; given
@@ -52,7 +52,7 @@ void registerModule(const Work& work, const ModuleState& module) {
                                if (work.server.status(name))
                                    work.server.removeModule(name);
                            },
-                           commandText(work.server.tools().removeModule(name))});
+                           commandText(work.server.tools().onModule("-r", name))});
 }
 
 void unregisterModule(const Work& work, const ModuleState& module) {

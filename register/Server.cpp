@@ -27,7 +27,7 @@ std::string Server::answer(const Run& run, const Arguments& command) const {
 }
 
 std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
-    const Arguments command = _tools.classNames(nameSpace);
+    const Arguments command = _tools.onNameSpace("nc", nameSpace, "-di");
     const Outcome outcome = _ask(command);
     if (outcome.exitCode == invalidNameSpace)
         return std::nullopt;
@@ -39,21 +39,21 @@ std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
 
 std::vector<std::string> Server::subclasses(const std::string& nameSpace,
                                             const std::string& name) const {
-    return lines(answer(_ask, _tools.classNames(nameSpace, name)));
+    return lines(answer(_ask, _tools.onName("nc", nameSpace, name, "-di")));
 }
 
 NameSet Server::associations(const std::string& nameSpace, const std::string& name) const {
     const std::vector<std::string> names =
-        classesOfPaths(answer(_ask, _tools.references(nameSpace, name)));
+        classesOfPaths(answer(_ask, _tools.onName("rn", nameSpace, name)));
     return NameSet(names.begin(), names.end());
 }
 
 std::string Server::classText(const std::string& nameSpace, const std::string& name) const {
-    return answer(_ask, _tools.getClass(nameSpace, name));
+    return answer(_ask, _tools.onName("gc", nameSpace, name));
 }
 
 NameSet Server::keys(const std::string& nameSpace, const std::string& name) const {
-    const Arguments command = _tools.getClass(nameSpace, name, true);
+    const Arguments command = _tools.onName("gc", nameSpace, name, "-nlo");
     const Mof mof = readListing(answer(_ask, command), commandText(command));
     if (mof.classes.empty())
         throw Failure("'" + commandText(command) + "' shows no class");
@@ -62,11 +62,11 @@ NameSet Server::keys(const std::string& nameSpace, const std::string& name) cons
 }
 
 std::vector<std::string> Server::qualifiers(const std::string& nameSpace) const {
-    return declaredQualifiers(answer(_ask, _tools.qualifiers(nameSpace)));
+    return declaredQualifiers(answer(_ask, _tools.onNameSpace("eq", nameSpace)));
 }
 
 Answer Server::instanceNames(const std::string& nameSpace, const std::string& className) const {
-    const Outcome outcome = _ask(_tools.instanceNames(nameSpace, className));
+    const Outcome outcome = _ask(_tools.onName("ni", nameSpace, className));
     if (outcome.ok())
         return {"", classesOfPaths(outcome.out)};
     return {describe(outcome), {}, outcome.exitCode == notSupported};
@@ -75,7 +75,7 @@ Answer Server::instanceNames(const std::string& nameSpace, const std::string& cl
 std::vector<Instance> Server::registrations(const std::string& interop) const {
     std::vector<Instance> result;
     for (const char* name : {"PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities"}) {
-        const Arguments command = _tools.instances(interop, name);
+        const Arguments command = _tools.onName("ei", interop, name);
         const Mof mof = readListing(answer(_ask, command), commandText(command));
         result.insert(result.end(), mof.instances.begin(), mof.instances.end());
     }
@@ -89,7 +89,7 @@ std::optional<std::string> Server::status(const std::string& module) const {
 std::string Server::configured(const std::string& property) const {
     if (_tools.cimconfig.empty())
         return "";
-    const Outcome outcome = _ask(_tools.configured(property));
+    const Outcome outcome = _ask({_tools.cimconfig, "-g", property, "-c"});
     return configuredValue(outcome.ok() ? outcome.out : "");
 }
 
@@ -101,7 +101,7 @@ std::vector<std::filesystem::path> Server::providerDirectories() const {
 std::string Server::version() const {
     if (_tools.cimserver.empty())
         return "";
-    const Outcome outcome = _ask(_tools.version());
+    const Outcome outcome = _ask({_tools.cimserver, "--version"});
     const std::vector<std::string> said = lines(outcome.ok() ? outcome.out : "");
     return said.size() == 1 && said[0].find_first_not_of("0123456789.") == std::string::npos
                ? said[0]
@@ -113,28 +113,8 @@ void Server::load(const std::string& nameSpace, const std::filesystem::path& fil
     answer(_change, _tools.loadMof(nameSpace, file, update));
 }
 
-void Server::enable(const std::string& module) const {
-    answer(_change, _tools.enable(module));
-}
-
-void Server::disable(const std::string& module) const {
-    answer(_change, _tools.disable(module));
-}
-
-void Server::removeModule(const std::string& module) const {
-    answer(_change, _tools.removeModule(module));
-}
-
-void Server::deleteQualifier(const std::string& nameSpace, const std::string& name) const {
-    answer(_change, _tools.deleteQualifier(nameSpace, name));
-}
-
-void Server::deleteNameSpace(const std::string& nameSpace) const {
-    answer(_change, _tools.deleteNameSpace(nameSpace));
-}
-
 bool Server::deleteClass(const std::string& nameSpace, const std::string& name) const {
-    const Arguments command = _tools.deleteClass(nameSpace, name);
+    const Arguments command = _tools.onName("dc", nameSpace, name);
     const Outcome outcome = _change(command);
     if (outcome.exitCode == classHasChildren || outcome.exitCode == classHasInstances)
         return false;

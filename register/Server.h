@@ -68,14 +68,22 @@ class Server {
     /// Loads MOF; makes the namespace if it is not there. See Tools::loadMof.
     void load(const std::string& nameSpace, const std::filesystem::path& file,
               bool update = true) const;
-    void enable(const std::string& module) const;
-    void disable(const std::string& module) const;
-    void removeModule(const std::string& module) const;
+    void enable(const std::string& module) const { answer(_change, _tools.onModule("-e", module)); }
+    void disable(const std::string& module) const {
+        answer(_change, _tools.onModule("-d", module));
+    }
+    void removeModule(const std::string& module) const {
+        answer(_change, _tools.onModule("-r", module));
+    }
     /// False, and the class stays, if the server says that something hangs on it.
     bool deleteClass(const std::string& nameSpace, const std::string& name) const;
-    void deleteQualifier(const std::string& nameSpace, const std::string& name) const;
+    void deleteQualifier(const std::string& nameSpace, const std::string& name) const {
+        answer(_change, _tools.onName("dq", nameSpace, name));
+    }
     /// Fails if something is in it.
-    void deleteNameSpace(const std::string& nameSpace) const;
+    void deleteNameSpace(const std::string& nameSpace) const {
+        answer(_change, _tools.deleteNameSpace(nameSpace));
+    }
 
   private:
     std::string answer(const Run& run, const Arguments& command) const;

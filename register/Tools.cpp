@@ -1,11 +1,11 @@
 #include "register/Tools.h"
 
+#include "register/Listings.h"
 #include "register/Names.h"
 
 #include <unistd.h>
 
 #include <cstdlib>
-#include <sstream>
 #include <stdexcept>
 
 namespace registering {
@@ -13,24 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path find(const char* name, const std::vector<fs::path>& directories) {
-    for (const fs::path& directory : directories) {
-        fs::path file = directory / name;
-        std::error_code ignored;
-        if (fs::is_regular_file(file, ignored) && access(file.c_str(), X_OK) == 0)
-            return file;
-    }
-    return {};
-}
-
-std::vector<fs::path> pathDirectories() {
-    const char* path = std::getenv("PATH");
-    std::vector<fs::path> result;
-    std::istringstream directories(path == nullptr ? "" : path);
-    for (std::string directory; std::getline(directories, directory, ':');)
-        if (!directory.empty())
-            result.emplace_back(directory);
-    return result;
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
 }
 
 // Where an odd text would be an option or a path to the tool that gets it, or mean something else.
@@ -60,48 +45,23 @@ Arguments Tools::loadMof(const std::string& nameSpace, const fs::path& file, boo
     return command;
 }
 
-Arguments Tools::listModules() const {
-    return {cimprovider, "-l", "-s"};
+Arguments Tools::onModule(const char* action, const std::string& module) const {
+    return {cimprovider, action, "-m", named(module)};
 }
 
-Arguments Tools::enable(const std::string& module) const {
-    return {cimprovider, "-e", "-m", named(module)};
+Arguments Tools::onNameSpace(const char* command, const std::string& nameSpace,
+                             const char* option) const {
+    Arguments result{cimcli, command, "-n", space(nameSpace)};
+    if (option != nullptr)
+        result.emplace_back(option);
+    return result;
 }
 
-Arguments Tools::disable(const std::string& module) const {
-    return {cimprovider, "-d", "-m", named(module)};
-}
-
-Arguments Tools::removeModule(const std::string& module) const {
-    return {cimprovider, "-r", "-m", named(module)};
-}
-
-Arguments Tools::classNames(const std::string& nameSpace, const std::string& below) const {
-    Arguments command{cimcli, "nc"};
-    if (!below.empty())
-        command.push_back(named(below));
-    command.insert(command.end(), {"-di", "-n", space(nameSpace)});
-    return command;
-}
-
-Arguments Tools::getClass(const std::string& nameSpace, const std::string& name,
-                          bool inherited) const {
-    Arguments command{cimcli, "gc", named(name), "-n", space(nameSpace)};
-    if (inherited)
-        command.emplace_back("-nlo");
-    return command;
-}
-
-Arguments Tools::deleteClass(const std::string& nameSpace, const std::string& name) const {
-    return {cimcli, "dc", named(name), "-n", space(nameSpace)};
-}
-
-Arguments Tools::qualifiers(const std::string& nameSpace) const {
-    return {cimcli, "eq", "-n", space(nameSpace)};
-}
-
-Arguments Tools::deleteQualifier(const std::string& nameSpace, const std::string& name) const {
-    return {cimcli, "dq", named(name), "-n", space(nameSpace)};
+Arguments Tools::onName(const char* command, const std::string& nameSpace, const std::string& name,
+                        const char* option) const {
+    Arguments result = onNameSpace(command, nameSpace, option);
+    result.insert(result.begin() + 2, named(name));
+    return result;
 }
 
 // A namespace is an instance of __Namespace in any other one, itself included: Name is relative to
@@ -110,33 +70,13 @@ Arguments Tools::deleteNameSpace(const std::string& nameSpace) const {
     return {cimcli, "di", "__Namespace.Name=\"\"", "-n", space(nameSpace)};
 }
 
-Arguments Tools::instances(const std::string& nameSpace, const std::string& className) const {
-    return {cimcli, "ei", named(className), "-n", space(nameSpace)};
-}
-
-Arguments Tools::instanceNames(const std::string& nameSpace, const std::string& className) const {
-    return {cimcli, "ni", named(className), "-n", space(nameSpace)};
-}
-
-Arguments Tools::references(const std::string& nameSpace, const std::string& className) const {
-    return {cimcli, "rn", named(className), "-n", space(nameSpace)};
-}
-
-Arguments Tools::configured(const std::string& property) const {
-    return {cimconfig, "-g", property, "-c"};
-}
-
-Arguments Tools::version() const {
-    return {cimserver, "--version"};
-}
-
 std::vector<fs::path> toolDirectories(const fs::path& given) {
     if (!given.empty())
         return {given};
     std::vector<fs::path> result;
-    if (const char* home = std::getenv("PEGASUS_HOME"); home != nullptr && *home != '\0')
+    if (const std::string home = environment("PEGASUS_HOME"); !home.empty())
         result.push_back(fs::path(home) / "bin");
-    const std::vector<fs::path> path = pathDirectories();
+    const std::vector<fs::path> path = directoriesOf(environment("PATH"), "");
     result.insert(result.end(), path.begin(), path.end());
     for (const char* directory : {"/usr/sbin", "/usr/bin", "/opt/tog-pegasus/bin"})
         result.emplace_back(directory);
@@ -145,21 +85,32 @@ std::vector<fs::path> toolDirectories(const fs::path& given) {
 
 fs::path findWalk() {
     std::error_code ignored;
-    std::vector<fs::path> directories = pathDirectories();
+    std::vector<fs::path> directories = directoriesOf(environment("PATH"), "");
     directories.insert(directories.begin(),
                        fs::read_symlink("/proc/self/exe", ignored).parent_path());
-    return find("serverprofile-walk", directories);
+    return findFile("serverprofile-walk", directories, true);
+}
+
+fs::path findFile(const std::string& name, const std::vector<fs::path>& directories, bool program) {
+    for (const fs::path& directory : directories) {
+        fs::path file = directory / name;
+        std::error_code ignored;
+        if (program ? fs::is_regular_file(file, ignored) && access(file.c_str(), X_OK) == 0
+                    : fs::exists(file, ignored))
+            return file;
+    }
+    return {};
 }
 
 Tools findTools(const std::vector<fs::path>& directories, std::vector<std::string>& missing) {
     const auto needed = [&](const char* name) {
-        fs::path file = find(name, directories);
+        fs::path file = findFile(name, directories, true);
         if (file.empty())
             missing.emplace_back(name);
         return file;
     };
     return {needed("cimmof"), needed("cimprovider"), needed("cimcli"),
-            find("cimconfig", directories), find("cimserver", directories)};
+            findFile("cimconfig", directories, true), findFile("cimserver", directories, true)};
 }
 
 } // namespace registering

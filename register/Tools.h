@@ -22,23 +22,16 @@ struct Tools {
     /// are there are left alone. Included files are looked for beside the file.
     Arguments loadMof(const std::string& nameSpace, const std::filesystem::path& file,
                       bool update) const;
-    Arguments listModules() const;
-    Arguments enable(const std::string& module) const;
-    Arguments disable(const std::string& module) const;
-    Arguments removeModule(const std::string& module) const;
-    Arguments classNames(const std::string& nameSpace, const std::string& below = "") const;
-    /// With `inherited`, what it has of its superclasses comes with it.
-    Arguments getClass(const std::string& nameSpace, const std::string& name,
-                       bool inherited = false) const;
-    Arguments deleteClass(const std::string& nameSpace, const std::string& name) const;
-    Arguments qualifiers(const std::string& nameSpace) const;
-    Arguments deleteQualifier(const std::string& nameSpace, const std::string& name) const;
+    Arguments listModules() const { return {cimprovider, "-l", "-s"}; }
+    /// `action`: "-e" enables a module, "-d" disables it, "-r" removes it.
+    Arguments onModule(const char* action, const std::string& module) const;
+    /// A command of cimcli for a namespace.
+    Arguments onNameSpace(const char* command, const std::string& nameSpace,
+                          const char* option = nullptr) const;
+    /// A command of cimcli for a class or a qualifier.
+    Arguments onName(const char* command, const std::string& nameSpace, const std::string& name,
+                     const char* option = nullptr) const;
     Arguments deleteNameSpace(const std::string& nameSpace) const;
-    Arguments instances(const std::string& nameSpace, const std::string& className) const;
-    Arguments instanceNames(const std::string& nameSpace, const std::string& className) const;
-    Arguments references(const std::string& nameSpace, const std::string& className) const;
-    Arguments configured(const std::string& property) const;
-    Arguments version() const;
 };
 
 /// Where tools are looked for, in order: in `given` alone, or in PEGASUS_HOME/bin, PATH and the
@@ -47,6 +40,11 @@ std::vector<std::filesystem::path> toolDirectories(const std::filesystem::path& 
 
 /// The program serverprofile-walk: beside this one, or in PATH; empty if there is none.
 std::filesystem::path findWalk();
+
+/// The first of the directories that has the file `name`; `program`: as one that can be run.
+/// Returns the file, or an empty path if none has it.
+std::filesystem::path findFile(const std::string& name,
+                               const std::vector<std::filesystem::path>& directories, bool program);
 
 /// Finds the tools. Those that are not there are left empty and their names appended to `missing`.
 Tools findTools(const std::vector<std::filesystem::path>& directories,
