@@ -5,31 +5,39 @@ answers.
 Shows that the suite can be asked of any server that serves the module, and that what it finds
 different between two servers is not chance.
 
-usage: again.py BUILD-DIRECTORY
+usage: again.py BUILD-DIRECTORY [--pairs]
 """
 
+import argparse
 import concurrent.futures
+import functools
 import pathlib
 import sys
 import tempfile
 
 import compare
 import record
+import suite
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(SOURCE / "tests" / "clients"))
 from served import Served  # noqa: E402
 
-LEAST = 10000  # questions; fewer, and the server named no objects to ask about
+LEAST = 3000  # questions; fewer, and the server named no objects to ask about
 
 
-def main(build):
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("build")
+    parser.add_argument("--pairs", action="store_true", help=suite.PAIRS_HELP)
+    options = parser.parse_args()
     wire = f"root/wire={SOURCE / 'tests' / 'wire' / 'wire.mof'}"
     with tempfile.TemporaryDirectory() as directory:
         stores = [pathlib.Path(directory, name) for name in ("one", "other")]
-        with Served(build, ["--mof", wire, "--namespace", "root/other"]) as served:
+        with Served(options.build, ["--mof", wire, "--namespace", "root/other"]) as served:
             with concurrent.futures.ThreadPoolExecutor() as pool:
-                list(pool.map(lambda store: record.record(served.address, store), stores))
+                list(pool.map(functools.partial(record.record, served.address, pairs=options.pairs),
+                              stores))
         one, other = map(compare.load, stores)
     counts, unlisted = compare.compare(one, other)
     compare.report(one, counts, unlisted)
@@ -37,4 +45,4 @@ def main(build):
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+    sys.exit(main())

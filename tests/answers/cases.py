@@ -16,6 +16,10 @@ DEADLY = ("put-is-not-allowed",)
 # Fields that say nothing of what was asked, or say it in words of their own.
 PASSING = ("content-length", "date", "last-modified", "pgerrordetail")
 PATIENCE = 10.0  # seconds; a server that waits for more waits for ever
+# To these, OpenPegasus says nothing in the end (listed.py).
+UNANSWERED = ("expect-100-continue", "http-1.0-needs-no-host-and-closes", "http-malformed-closes",
+              "pipelined-requests-are-answered-in-order")
+SOON = 1.0  # seconds
 
 
 def document(text):
@@ -42,10 +46,10 @@ def lines(reply):
 def answers(address):
     """(id, lines) of each reply of each case."""
     host, _, port = address.rpartition(":")
-    run_cases.PATIENCE = PATIENCE
     for case in sorted(path for path in (WIRE / "cases").iterdir() if path.is_dir()):
         if case.name in DEADLY:
             continue
+        run_cases.PATIENCE = SOON if case.name in UNANSWERED else PATIENCE
         count = 0
         try:
             for _, reply in run_cases.replies(case, (host, int(port))):

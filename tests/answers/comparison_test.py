@@ -15,6 +15,8 @@ import document
 import listed
 import mof
 import same_answers
+import suite
+import wire
 
 DOCUMENT = pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "same-answers.md"
 
@@ -195,6 +197,31 @@ class Listed(unittest.TestCase):
         expected = document.text(0, collections.Counter())
         self.assertEqual(document.rows(expected), document.rows(written))
         self.assertEqual(len(listed.RULES), len(document.rows(written)))
+
+
+    def test_is_unmet_where_it_should_have_come_and_did_not(self):
+        everything = collections.Counter(rule.name for rule in listed.RULES)
+        self.assertEqual([], listed.unmet(everything, own_objects=True))
+        for name, own in (("order of class names", False), ("spelling in the server's own names", True)):
+            self.assertEqual([name], listed.unmet(everything - collections.Counter([name]), own))
+        less = everything - collections.Counter(["spelling in the server's own names",
+                                                 "several requests in one piece"])
+        self.assertEqual([], listed.unmet(less, own_objects=False))
+
+
+class Pairs(unittest.TestCase):
+    def test_are_each_in_a_question_and_no_question_is_without_a_new_one(self):
+        pairs = suite.Pairs()
+
+        def taken(method, *parameters):
+            return pairs.has_new(suite.Question("", wire.Request("ns", method, parameters), False))
+        self.assertTrue(taken("Associators", ("ObjectName", "A"), ("Role", "R")))
+        self.assertTrue(taken("Associators", ("ObjectName", "B"), ("Role", "S")))
+        self.assertTrue(taken("Associators", ("ObjectName", "A"), ("Role", "S")))
+        self.assertFalse(taken("Associators", ("ObjectName", "A")))
+        self.assertTrue(taken("AssociatorNames", ("ObjectName", "A")))
+        for _ in range(2):
+            self.assertTrue(taken("GetClass", ("ClassName", "A")))
 
 
 class Crash(unittest.TestCase):

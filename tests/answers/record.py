@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Asks a CIM server everything that the wire suite asks, and stores the answers in canonical form.
 
-usage: record.py HOST:PORT STORE
+usage: record.py HOST:PORT STORE [--pairs]
 
 STORE is a file of one JSON object a line: the question's id, whether the order of its answer is
 open, and the answer: HTTP status, error code and description, the objects that came, or, for the
@@ -50,9 +50,10 @@ def own_names(connection):
             (access.removeprefix("http://"), "ACCESS"))
 
 
-def record(address, store, say=lambda text: None, wanted=None):
-    """Writes the store and returns how many questions there were: all of the suite and all wire
-    cases, or the questions of the suite whose id is `wanted`."""
+def record(address, store, say=lambda text: None, wanted=None, pairs=False):
+    """Writes the store and returns how many questions there were: all of the suite (or, with `pairs`,
+    those that suite.Pairs takes) and all wire cases, or the questions of the suite whose id is
+    `wanted`."""
     connection = wire.Connection(address)
     own = own_names(connection)
     count, told = 0, time.monotonic()
@@ -66,7 +67,7 @@ def record(address, store, say=lambda text: None, wanted=None):
         for key, lines in cases.answers(address) if wanted is None else ():
             keep(key, False, {"wire": lines})
             count += 1
-        for question in suite.questions(address):
+        for question in suite.questions(address, pairs):
             if wanted is not None and not wanted(question.id):
                 continue
             keep(question.id, question.concurrent,
@@ -87,8 +88,10 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("server", metavar="HOST:PORT")
     parser.add_argument("store", metavar="STORE")
+    parser.add_argument("--pairs", action="store_true", help=suite.PAIRS_HELP)
     options = parser.parse_args()
-    count = record(options.server, options.store, lambda text: print(text, file=sys.stderr))
+    count = record(options.server, options.store, lambda text: print(text, file=sys.stderr),
+                   pairs=options.pairs)
     print(f"{count} answers in {options.store}")
     return 0
 

@@ -2,7 +2,8 @@
 is no proper question.
 
 The questions follow from the classes below and from the objects that the server names, so that two
-servers with the same content are asked the same. A question is (id, Request, concurrent); the id
+servers with the same content are asked the same: all of them, or as many as have every pair of their
+parts (namespace, operation, source, filter, flag...) in one of them (Pairs). A question is (id, Request, concurrent); the id
 says it in words. `concurrent` tells that only the answer's content is fixed and not its order: the
 server asks several providers at once and joins what they say as it comes (OpenPegasus does), or the
 source is a class and the answers are classes, in the order of its files.
@@ -12,6 +13,7 @@ import itertools
 import xml.etree.ElementTree as ElementTree
 from typing import NamedTuple
 
+import listed
 import mof
 import wire
 from wire import cimxml
@@ -49,6 +51,7 @@ ROLES = (("Antecedent", None), (None, "Dependent"), ("ManagedElement", "Conforma
 PROPERTY_LISTS = ((), ("InstanceID",), ("RegisteredName", "InstanceID", "NoSuch"),
                   ("ElementName", "Dependent", "Name"))
 BOTH = (False, True)
+PAIRS_HELP = "ask as many questions as have every pair of their parts, instead of all"
 
 
 class Question(NamedTuple):
@@ -293,9 +296,27 @@ def served(connection):
     return [namespace for namespace in NAMESPACES if has_profile(namespace)]
 
 
-def questions(address):
-    """All questions to the server at `address`, by namespace."""
+class Pairs:
+    """Chooses from questions those that have a pair of parts that none before had, and all that ask
+    for classes: each namespace has its own."""
+
+    def __init__(self):
+        self._seen = set()
+
+    def has_new(self, question):
+        namespace, method, parameters = question.request
+        parts = namespace, method, *((name, listed.spelt(value)) for name, value in parameters)
+        pairs = {*itertools.combinations(parts, 2)} - self._seen
+        self._seen |= pairs
+        return bool(pairs) or "Class" in method
+
+
+def questions(address, pairs=False):
+    """All questions to the server at `address`, by namespace, or those that `pairs` takes."""
     connection = wire.Connection(address)
+    chosen = Pairs()
     for namespace in served(connection):
-        yield from Suite(connection, namespace).questions()
+        for question in Suite(connection, namespace).questions():
+            if not pairs or chosen.has_new(question):
+                yield question
     connection.close()

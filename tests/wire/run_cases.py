@@ -116,11 +116,11 @@ class Connection:
         except OSError as error:
             raise Failure(f"the server does not take the request: {error}") from error
 
-    def more(self, timeout=PATIENCE):
+    def more(self, timeout=None):
         """Reads on; false at the end or after the time."""
         if self.ended:
             return False
-        self.socket.settimeout(timeout)
+        self.socket.settimeout(timeout or PATIENCE)
         try:
             data = self.socket.recv(65536)
         except socket.timeout:
