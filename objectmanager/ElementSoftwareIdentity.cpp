@@ -1,8 +1,7 @@
 // ORVEX_ElementSoftwareIdentity: the firmware with every entry of the profile catalogue, enumerated
 // without asking the server, got by echo.
-#include "objectmanager/ManagerAssociations.h"
-#include "profiles/ProfileAssociations.h"
-#include "provider/Trace.h"
+#include "common/OwnObjects.h"
+#include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
@@ -10,7 +9,7 @@ using namespace serverprofile;
 void ServerProfileProvider::_getOrvexSPESIHelper(String, Handler& handler, const String& nameSpace,
                                                  bool instances) {
     trace(" Quil OrvexSPESIHelper - Start ");
-    forEachImplemented(*this, nameSpace,
+    forEachImplemented({*this, nameSpace},
                        [&](Association& association) { deliver(handler, instances, association); });
 }
 

@@ -1,8 +1,8 @@
 // The host of the object manager: one instance.
-#include "provider/ClassTemplates.h"
-#include "provider/ModuleState.h"
+#include "common/ClassTemplates.h"
+#include "common/ModuleState.h"
+#include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;

@@ -1,8 +1,8 @@
 // Traversals from the host of the object manager.
-#include "objectmanager/ManagerAssociations.h"
-#include "provider/ReadBack.h"
-#include "provider/Selection.h"
-#include "provider/Trace.h"
+#include "common/OwnObjects.h"
+#include "common/ReadBack.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
@@ -67,7 +67,7 @@ void deliverAssociations(ServerProfileProvider& provider, const String& keyValue
     if (bits == 0)
         return;
     using List = Array<CIMObjectPath>;
-    const CIMObjectPath host = hostPath(provider, nameSpace);
+    const CIMObjectPath host = hostPath({provider, nameSpace});
     forEachBranch(provider, keyValue, bits, nameSpace, List(),
                   [&](const Branch& branch, const List& list) {
                       Association hosted(branch.association, nameSpace);

@@ -1,8 +1,8 @@
 // CIM_HostedAccessPoint and CIM_HostedService: the host with the server's communication mechanisms
 // and its object manager, enumerated by asking the server, got by echo.
-#include "objectmanager/ManagerAssociations.h"
-#include "provider/ReadBack.h"
-#include "provider/Trace.h"
+#include "common/OwnObjects.h"
+#include "common/ReadBack.h"
+#include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
@@ -11,7 +11,7 @@ void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String, Handler& 
                                                                const String& nameSpace,
                                                                bool instances) {
     trace(" Quil OrvexSPHostedAccessPointHelper - Start ");
-    const CIMObjectPath host = hostPath(*this, nameSpace);
+    const CIMObjectPath host = hostPath({*this, nameSpace});
     Array<CIMObjectPath> mechanisms;
     guarded(ReadBack(_cimomHandle, nameSpace), mechanisms, communicationMechanismClass,
             {" Quil ni OrvexSPHostedAccessPointHelper:EXCEPTION for "
@@ -32,7 +32,7 @@ void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String, Handler& hand
     guarded(ReadBack(_cimomHandle, nameSpace), managers, objectManagerClass,
             {" Quil ni OrvexSPHostedServiceHelper:EXCEPTION for CIM_ObjectManager "});
     const CIMObjectPath manager = firstOf(managers);
-    const CIMObjectPath host = hostPath(*this, nameSpace);
+    const CIMObjectPath host = hostPath({*this, nameSpace});
     deliver(handler, instances, Association(hostedService, nameSpace).from(host).to(manager));
 }
 

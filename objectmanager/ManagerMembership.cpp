@@ -1,8 +1,9 @@
 // CIM_CommMechanismForManager and CIM_NamespaceInManager: the object manager with each of what it
 // offers, enumerated by asking the server, got by echo.
-#include "objectmanager/ManagerAssociations.h"
-#include "provider/ReadBack.h"
-#include "provider/Trace.h"
+#include "common/Association.h"
+#include "common/ReadBack.h"
+#include "common/Trace.h"
+#include "provider/ServerProfileProvider.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;

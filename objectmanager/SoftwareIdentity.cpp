@@ -1,8 +1,8 @@
 // The software identity of the switch's firmware: one instance.
-#include "provider/ClassTemplates.h"
-#include "provider/ModuleState.h"
+#include "common/ClassTemplates.h"
+#include "common/ModuleState.h"
+#include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;

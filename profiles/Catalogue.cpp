@@ -1,10 +1,10 @@
 // The profile catalogue: the registered profiles and subprofiles that the switch advertises, built
 // once as finished instances and only read from then on.
+#include "common/ClassTemplates.h"
+#include "common/ModuleState.h"
+#include "common/Trace.h"
 #include "profiles/InstanceId.h"
-#include "provider/ClassTemplates.h"
-#include "provider/ModuleState.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;

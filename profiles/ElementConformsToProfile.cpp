@@ -1,6 +1,6 @@
 // CIM_ElementConformsToProfile: enumerated by asking the server for the elements, got by echo.
+#include "common/Trace.h"
 #include "profiles/ProfileAssociations.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
@@ -9,26 +9,26 @@ namespace {
 
 /// The first two rows are both read before anything is delivered.
 template <class Handler>
-void deliverRows(ServerProfileProvider& provider, Handler& handler, const String& nameSpace) {
+void deliverRows(const Request& request, Handler& handler) {
     trace(" Quil ElementConformsToProfile Instances ");
-    const Conformance fabric = readConformance(provider, conformance[0], nameSpace);
+    const Conformance fabric = readConformance(request, conformance[0]);
     trace(" Quil ElementConformsToProfile ei - Switch ");
-    const Conformance theSwitch = readConformance(provider, conformance[1], nameSpace);
-    deliverConformance(handler, fabric, nameSpace);
-    deliverConformance(handler, theSwitch, nameSpace);
-    deliverConformance(handler, readConformance(provider, conformance[2], nameSpace), nameSpace);
+    const Conformance theSwitch = readConformance(request, conformance[1]);
+    deliverConformance(handler, fabric);
+    deliverConformance(handler, theSwitch);
+    deliverConformance(handler, readConformance(request, conformance[2]));
 }
 
 } // namespace
 
 void ServerProfileProvider::_getElementConformstoProfileInstanceNames(String, PathHandler& handler,
                                                                       const String& nameSpace) {
-    deliverRows(*this, handler, nameSpace);
+    deliverRows({*this, nameSpace}, handler);
 }
 
 void ServerProfileProvider::_getElementConformstoProfileInstances(String, InstanceHandler& handler,
                                                                   const String& nameSpace) {
-    deliverRows(*this, handler, nameSpace);
+    deliverRows({*this, nameSpace}, handler);
 }
 
 // Any pair that the client names is echoed, as an instance without a path; the element's class is
@@ -37,7 +37,7 @@ CIMInstance
 ServerProfileProvider::_getElementConformstoProfileInstance(const CIMObjectPath& instanceName,
                                                             InstanceHandler& handler) {
     const CIMInstance echo =
-        namedAssociation(elementConformsToProfile, instanceName, NoPath::IsAnError).instance();
+        namedInstance(elementConformsToProfile, instanceName, NoPath::IsAnError);
     handler.deliver(echo);
     return echo;
 }

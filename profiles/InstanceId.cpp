@@ -1,6 +1,6 @@
 #include "profiles/InstanceId.h"
 
-#include "provider/Trace.h"
+#include "common/Trace.h"
 
 #include <Pegasus/Provider/ProviderException.h>
 

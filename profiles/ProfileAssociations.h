@@ -1,9 +1,10 @@
-// What ties the entries of the profile catalogue to each other, to the elements that conform to
-// them and to the firmware: the tables, and the associations made from them.
+// What ties the entries of the profile catalogue to each other and to the elements that conform to
+// them: the tables, the associations made from them, and what a traversal from an entry begins
+// with.
 #pragma once
 
-#include "provider/Association.h"
-#include "provider/ServerProfileProvider.h"
+#include "common/OwnObjects.h"
+#include "common/Selection.h"
 
 namespace serverprofile {
 
@@ -30,70 +31,62 @@ constexpr ConformanceRow conformance[] = {
     {"CIM_ObjectManager", 2, " Quil ni for CIM_ObjectManager "},
 };
 
-// Paths for a request: they carry its namespace. Errors as buildRegisteredProfileReference.
-
-Pegasus::CIMObjectPath profilePath(ServerProfileProvider& provider, Pegasus::Uint32 profile,
-                                   const Pegasus::String& nameSpace);
-Pegasus::CIMObjectPath subProfilePath(ServerProfileProvider& provider, Pegasus::Uint32 subProfile,
-                                      const Pegasus::String& nameSpace);
-/// In "root/cimv2" whatever the request's namespace.
-Pegasus::CIMObjectPath softwareIdentityPath(ServerProfileProvider& provider,
-                                            const Pegasus::String& nameSpace);
-
-/// CIM_ElementConformsToProfile between `profile` and an element yet to be named, one of
-/// `elementClass`.
-Association conforming(const Pegasus::String& nameSpace, const Pegasus::CIMObjectPath& profile,
-                       const char* elementClass);
-/// ORVEX_ElementSoftwareIdentity between the firmware and an element yet to be named.
-Association implementedBy(ServerProfileProvider& provider, const Pegasus::String& nameSpace);
-
 /// Delivers CIM_SubProfileRequiresProfile for each pair for which wanted(pair) holds, in the order
 /// of the table.
 template <class Handler, class Wanted>
-void deliverRequirements(Handler& handler, ServerProfileProvider& provider,
-                         const Pegasus::String& nameSpace, Wanted wanted) {
-    Association requirement(subProfileRequiresProfile, nameSpace);
+void deliverRequirements(Handler& handler, const Request& request, Wanted wanted) {
+    Association requirement(subProfileRequiresProfile, request.nameSpace);
     for (const SubProfilePair& pair : subProfilePairs) {
         if (wanted(pair)) {
-            requirement.from(profilePath(provider, pair.profile, nameSpace));
-            deliver(handler, requirement.to(subProfilePath(provider, pair.subProfile, nameSpace)));
+            requirement.from(entryPath(request, profileEntries, pair.profile));
+            deliver(handler,
+                    requirement.to(entryPath(request, subProfileEntries, pair.subProfile)));
         }
     }
 }
 
-/// The names of a row's elements, and the path of the profile to which they conform.
+/// The names of a row's elements, and the association of each of them, yet to be named.
 struct Conformance {
-    const char* elementClass;
     Pegasus::Array<Pegasus::CIMObjectPath> elements;
-    Pegasus::CIMObjectPath profile;
+    Association association;
 };
 
 /// Reads the row's elements from the server, none (and a trace) when they cannot be read, and then
 /// builds the path of its profile.
-Conformance readConformance(ServerProfileProvider& provider, const ConformanceRow& row,
-                            const Pegasus::String& nameSpace);
+Conformance readConformance(const Request& request, const ConformanceRow& row);
 
 /// Delivers CIM_ElementConformsToProfile for each element of the row.
 template <class Handler>
-void deliverConformance(Handler& handler, const Conformance& row,
-                        const Pegasus::String& nameSpace) {
-    Association association = conforming(nameSpace, row.profile, row.elementClass);
+void deliverConformance(Handler& handler, Conformance row) {
     for (Pegasus::Uint32 i = 0; i < row.elements.size(); ++i)
-        deliver(handler, association.to(row.elements[i]));
+        deliver(handler, row.association.to(row.elements[i]));
 }
 
-/// Calls visit(association) for each ORVEX_ElementSoftwareIdentity: all registered profiles, then
-/// all subprofiles, each in the order of the catalogue.
-template <class Visit>
-void forEachImplemented(ServerProfileProvider& provider, const Pegasus::String& nameSpace,
-                        Visit visit) {
-    Association association = implementedBy(provider, nameSpace);
-    association.secondIs(Pegasus::CIMName("CIM_RegisteredProfile"));
-    for (Pegasus::Uint32 i = 0; i < provider.registeredProfiles().size(); ++i)
-        visit(association.to(profilePath(provider, i, nameSpace)));
-    association.secondIs(Pegasus::CIMName("CIM_RegisteredSubProfile"));
-    for (Pegasus::Uint32 i = 0; i < provider.registeredSubProfiles().size(); ++i)
-        visit(association.to(subProfilePath(provider, i, nameSpace)));
+/// The association classes that a registered profile or subprofile can be asked about, as bits.
+namespace selected {
+
+constexpr int subProfiles = 1;
+constexpr int referencedProfiles = 2;
+constexpr int conformingElements = 4;
+constexpr int softwareIdentity = 8;
+constexpr int all = 15;
+
+constexpr SelectionRow rows[] = {
+    {"CIM_SubProfileRequiresProfile", subProfiles},
+    {"CIM_ReferencedProfile", referencedProfiles},
+    {"CIM_ElementConformsToProfile", conformingElements},
+    {"ORVEX_ElementSoftwareIdentity", softwareIdentity},
+};
+
+/// The bits that `filter` selects, traced when there are any.
+inline int by(const char* filter) {
+    return selectTraced(rows, filter, all);
 }
+
+} // namespace selected
+
+/// The position of the source with that InstanceID in its half of the catalogue, or -1.
+Pegasus::Sint32 sourceIndex(const Request& request, const CatalogueHalf& half,
+                            const Pegasus::String& keyValue);
 
 } // namespace serverprofile

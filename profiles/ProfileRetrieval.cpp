@@ -1,8 +1,8 @@
 // Enumerating and getting registered profiles and subprofiles from the catalogue.
+#include "common/ModuleState.h"
+#include "common/Trace.h"
 #include "profiles/InstanceId.h"
-#include "provider/ModuleState.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;

@@ -1,22 +1,13 @@
 // Traversals from a registered profile.
+#include "common/ModuleState.h"
+#include "common/ReadBack.h"
+#include "common/Trace.h"
 #include "profiles/ProfileAssociations.h"
-#include "profiles/ProfileSelection.h"
-#include "provider/ModuleState.h"
-#include "provider/OwnObjects.h"
-#include "provider/ReadBack.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
-namespace selected = serverprofile::profileselection;
 
 namespace {
-
-/// The position of the profile with that InstanceID in the catalogue, or -1.
-Sint32 sourceIndex(const Request& request, const String& keyValue) {
-    return static_cast<Sint32>(
-        request.provider.findRegProfIndex(keyValue, request.provider.registeredProfiles()));
-}
 
 // Far ends
 
@@ -89,13 +80,13 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
     if ((bits & selected::subProfiles) != 0) {
         trace(" Quil SubProfileRequiresProfile assoc ");
         if (takes(resultClass, "CIM_RegisteredSubProfile")) {
-            const Sint32 index = sourceIndex(request, keyValue);
+            const Sint32 index = sourceIndex(request, profileEntries, keyValue);
             trace("Quil index of RegProfile is ", index);
             if (index == -1)
                 return; // an unknown profile ends the whole operation, the other bits too
             for (const SubProfilePair& pair : subProfilePairs)
                 if (static_cast<Sint32>(pair.profile) == index)
-                    deliverSubProfile(handler, request, pair.subProfile);
+                    deliverEntry(handler, request, subProfileEntries, pair.subProfile);
         }
     }
     if ((bits & selected::referencedProfiles) != 0)
@@ -136,12 +127,9 @@ constexpr ReferenceTexts referencesTexts = {
 
 template <class Handler>
 void deliverConforming(const Request& request, Sint32 index, Handler& handler) {
-    for (const ConformanceRow& row : conformance) {
-        if (static_cast<Sint32>(row.profile) == index) {
-            deliverConformance(handler, readConformance(request.provider, row, request.nameSpace),
-                               request.nameSpace);
-        }
-    }
+    for (const ConformanceRow& row : conformance)
+        if (static_cast<Sint32>(row.profile) == index)
+            deliverConformance(handler, readConformance(request, row));
 }
 
 template <class Handler>
@@ -149,33 +137,30 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
                          const String& keyValue, int bits, Handler& handler) {
     if ((bits & selected::subProfiles) != 0) {
         trace(texts.subProfiles);
-        const Sint32 index = sourceIndex(request, keyValue);
+        const Sint32 index = sourceIndex(request, profileEntries, keyValue);
         trace(texts.index, index);
         if (index == -1) {
             if (texts.unknown != nullptr)
                 trace(texts.unknown, index);
             return; // ends the whole operation, the other bits too
         }
-        deliverRequirements(
-            handler, request.provider, request.nameSpace,
-            [&](const SubProfilePair& pair) { return static_cast<Sint32>(pair.profile) == index; });
+        deliverRequirements(handler, request, [&](const SubProfilePair& pair) {
+            return static_cast<Sint32>(pair.profile) == index;
+        });
     }
     if ((bits & selected::referencedProfiles) != 0)
         trace(" Quil Referenced Profile assoc ");
     if ((bits & selected::conformingElements) != 0) {
         trace(texts.conforming);
-        deliverConforming(request, sourceIndex(request, keyValue), handler);
+        deliverConforming(request, sourceIndex(request, profileEntries, keyValue), handler);
     }
     if ((bits & selected::softwareIdentity) != 0) {
         trace(" Quil ESI references ");
-        const Sint32 index = sourceIndex(request, keyValue);
-        if (index != -1) {
-            const CIMObjectPath profile =
-                profilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
-            deliver(handler, implementedBy(request.provider, request.nameSpace)
-                                 .to(profile)
-                                 .secondIs(CIMName("CIM_RegisteredProfile")));
-        }
+        const Sint32 index = sourceIndex(request, profileEntries, keyValue);
+        if (index != -1)
+            deliver(handler,
+                    implementedBy(request, profileEntries)
+                        .to(entryPath(request, profileEntries, static_cast<Uint32>(index))));
     }
 }
 

@@ -7,13 +7,13 @@ using namespace serverprofile;
 void ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames(String, PathHandler& handler,
                                                                        const String& nameSpace) {
     deliverRequirements(
-        handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
+        handler, {*this, nameSpace}, [](const SubProfilePair&) { return true; });
 }
 
 void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String, InstanceHandler& handler,
                                                                    const String& nameSpace) {
     deliverRequirements(
-        handler, *this, nameSpace, [](const SubProfilePair&) { return true; });
+        handler, {*this, nameSpace}, [](const SubProfilePair&) { return true; });
 }
 
 // Any pair that the client names is echoed, in the table or not, as an instance without a path.
@@ -21,7 +21,7 @@ CIMInstance
 ServerProfileProvider::_getSubprofileRequiresProfileInstance(const CIMObjectPath& instanceName,
                                                              InstanceHandler& handler) {
     const CIMInstance echo =
-        namedAssociation(subProfileRequiresProfile, instanceName, NoPath::IsAnError).instance();
+        namedInstance(subProfileRequiresProfile, instanceName, NoPath::IsAnError);
     handler.deliver(echo);
     return echo;
 }

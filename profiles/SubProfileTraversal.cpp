@@ -1,20 +1,11 @@
 // Traversals from a registered subprofile: to the profile that it requires and to the firmware.
+#include "common/Trace.h"
 #include "profiles/ProfileAssociations.h"
-#include "profiles/ProfileSelection.h"
-#include "provider/OwnObjects.h"
-#include "provider/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
-namespace selected = serverprofile::profileselection;
 
 namespace {
-
-/// The position of the subprofile with that InstanceID in the catalogue, or -1.
-Sint32 sourceIndex(const Request& request, const String& keyValue) {
-    return static_cast<Sint32>(
-        request.provider.findRegProfIndex(keyValue, request.provider.registeredSubProfiles()));
-}
 
 template <class Handler>
 void deliverFarEnds(const Request& request, const String& keyValue, int bits,
@@ -22,14 +13,14 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
     if ((bits & selected::subProfiles) != 0) {
         trace(" Quil SubProfileRequiresProfile assoc ");
         if (takes(resultClass, "CIM_RegisteredProfile")) {
-            const Sint32 index = sourceIndex(request, keyValue);
+            const Sint32 index = sourceIndex(request, subProfileEntries, keyValue);
             if (index == -1) {
                 trace("Quil index of RegSubProfile is ", index);
                 return; // ends the whole operation, the firmware too: on purpose
             }
             for (const SubProfilePair& pair : subProfilePairs)
                 if (static_cast<Sint32>(pair.subProfile) == index)
-                    deliverProfile(handler, request, pair.profile);
+                    deliverEntry(handler, request, profileEntries, pair.profile);
         }
     }
     if ((bits & selected::softwareIdentity) != 0) {
@@ -60,29 +51,26 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
                          const String& keyValue, int bits, Handler& handler) {
     if ((bits & selected::subProfiles) != 0) {
         trace(texts.profiles);
-        const Sint32 index = sourceIndex(request, keyValue);
+        const Sint32 index = sourceIndex(request, subProfileEntries, keyValue);
         trace(texts.index, index);
         if (index == -1) {
             trace(texts.unknown, index);
             return;
         }
-        deliverRequirements(handler, request.provider, request.nameSpace,
-                            [&](const SubProfilePair& pair) {
-                                return static_cast<Sint32>(pair.subProfile) == index;
-                            });
+        deliverRequirements(handler, request, [&](const SubProfilePair& pair) {
+            return static_cast<Sint32>(pair.subProfile) == index;
+        });
     }
     if ((bits & selected::softwareIdentity) != 0) {
         trace(" Quil ESI references ");
-        const Sint32 index = sourceIndex(request, keyValue);
+        const Sint32 index = sourceIndex(request, subProfileEntries, keyValue);
         if (index == -1) {
             trace("Quil index of Reg Profile is ", index);
             return;
         }
-        const CIMObjectPath subProfile =
-            subProfilePath(request.provider, static_cast<Uint32>(index), request.nameSpace);
-        deliver(handler, implementedBy(request.provider, request.nameSpace)
-                             .to(subProfile)
-                             .secondIs(CIMName("CIM_RegisteredSubProfile")));
+        deliver(handler,
+                implementedBy(request, subProfileEntries)
+                    .to(entryPath(request, subProfileEntries, static_cast<Uint32>(index))));
     }
 }
 

@@ -1,6 +1,6 @@
-#include "provider/ModuleState.h"
+#include "common/ModuleState.h"
+#include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 #include <netdb.h>
 #include <unistd.h>

@@ -1,9 +1,9 @@
 // The frame that all read operations share.
 #pragma once
 
-#include "provider/ModuleState.h"
+#include "common/ModuleState.h"
+#include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 #include <unistd.h>
 

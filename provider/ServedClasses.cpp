@@ -1,7 +1,7 @@
 // Which classes the module serves, and by which key an object of each is named.
+#include "common/Trace.h"
 #include "provider/RequestKeys.h"
 #include "provider/ServerProfileProvider.h"
-#include "provider/Trace.h"
 
 #include <Pegasus/Provider/ProviderException.h>
 

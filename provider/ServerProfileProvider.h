@@ -1,9 +1,7 @@
 // The provider of the switch's "Server" profile.
 #pragma once
 
-#include "profiles/OrvexOMHost.h"
-#include "profiles/OrvexSI.h"
-#include "profiles/RegisteredProfile.h"
+#include "common/Records.h"
 
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMInstance.h>

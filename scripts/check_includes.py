@@ -1,141 +1,127 @@
 #!/usr/bin/env python3
-"""Holds the includes to the rooms: each knows only those before it, and nothing crosses the wall
-between the modules, the embedded server and the tool that registers the modules."""
+"""Checks that each room includes only what the table of rooms lets it include.
 
-import functools
+usage: check_includes.py [--root DIRECTORY] [--draw]
+  --root  the source tree to look at; without it, the one that this script is in
+  --draw  writes a Graphviz drawing of the rooms instead: an arrow for the includes from one room
+          into another, with their number, red where the table does not allow them"""
+
+import argparse
+import collections
 import pathlib
 import re
 import subprocess
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
+PUBLIC = "embedded/pegasus/include"  # the public provider headers
+EMBEDDING = "embedded/pegasus/embedding"  # what the server gets beside them
+BASE = "embedded/limits embedded/threads embedded/text"  # of use without a CIM object model
+SERVER = f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof embedded/repository embedded/routing"
 
-# The module's rooms know each other, the public provider headers, C++ and POSIX, nothing else.
-MODULE_ROOMS = ["provider", "profiles", "objectmanager", "traversal"]
-# The second module knows itself and the same headers; cimhost has it as a part.
-SERVER_OBJECTS_ROOMS = ["serverobjects"]
-PUBLIC = re.compile(r"Pegasus/(Common|Provider)/\w+\.h$")
-SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
-
-# The embedded rooms, each knowing itself and those before it, and the libraries that each may use.
-EMBEDDED_ROOMS = ["limits", "threads", "text", "pegasus", "mof", "repository", "routing", "http", "users",
-                  "cimxml", "cimhost"]
-# Those that are of use without a CIM object model, and what they know.
-WITHOUT_CIM = {"limits": ["limits"], "threads": ["threads"], "text": ["text"], "mof": ["text", "mof"],
-               "http": ["limits", "threads", "text", "http"],
-               "users": ["limits", "threads", "text", "users"]}
-LIBRARIES = {
-    "text": ["utf8cpp/"],
-    "cimxml": ["expat.h"],
-    "http": ["boost/", "openssl/"],
-    "users": ["openssl/", "crypt.h"],
-    "cimhost": ["CLI/", "spdlog/", "openssl/"],
+# Each room: the rooms that it may include beside itself, and the libraries beside C++ and POSIX.
+ROOMS = {
+    "embedded/limits": ("", ""),
+    "embedded/threads": ("", ""),
+    "embedded/text": ("", "utf8cpp/"),
+    PUBLIC: ("", ""),
+    EMBEDDING: (f"{PUBLIC} embedded/text", ""),
+    "embedded/pegasus/src": (f"{PUBLIC} {EMBEDDING} embedded/text", ""),
+    "embedded/mof": ("embedded/text", ""),
+    "embedded/repository": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof", ""),
+    "embedded/routing": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof embedded/repository", ""),
+    "embedded/http": (BASE, "boost/ openssl/"),
+    "embedded/users": (BASE, "openssl/ crypt.h"),
+    "embedded/cimxml": (f"{SERVER} embedded/http embedded/users", "expat.h"),
+    "serverobjects": (PUBLIC, ""),
+    "embedded/cimhost": (f"{SERVER} embedded/http embedded/users embedded/cimxml serverobjects",
+                         "CLI/ spdlog/ openssl/"),
+    # The module: what its rooms share, the families, the operations.
+    "common": (PUBLIC, ""),
+    "profiles": (f"{PUBLIC} common", ""),
+    "objectmanager": (f"{PUBLIC} common", ""),
+    "traversal": (f"{PUBLIC} common", ""),
+    "provider": (f"{PUBLIC} common profiles objectmanager traversal", ""),
+    # It knows the server by its commands, and MOF by its reader.
+    "register": ("embedded/mof embedded/text", "CLI/ nlohmann/"),
+    # Before the embedded server, and before the module as its server loads it.
+    "tests/fuzz": (f"{SERVER} embedded/http embedded/users embedded/cimxml embedded/cimhost "
+                   "serverobjects", "expat.h"),
+    # Outside: what a provider's author and a client know.
+    "bench": (PUBLIC, "benchmark/ boost/"),
 }
+# Files that belong to another room than their folder's, and headers that a room's build makes.
+BELONG = {"provider/ServerProfileProvider.h": "common", "MofParser.h": "embedded/mof",
+          "MofScanner.h": "embedded/mof"}
+# Folders where an include is looked for, after that of the including file.
+SEARCHED = ("", "embedded/", "embedded/pegasus/", PUBLIC + "/", "tests/")
 
-# The tool that registers the module knows the server by its commands, and MOF by its reader.
-REGISTER_ROOMS = ["register", "mof", "text"]
-REGISTER_LIBRARIES = ["CLI/", "nlohmann/"]
-
-# The fuzz targets stand before the embedded server, and before the module as its server loads it.
-FUZZ_ROOMS = ["fuzz", *EMBEDDED_ROOMS, *SERVER_OBJECTS_ROOMS]
-FUZZ_LIBRARIES = ["expat.h"]
-
-# The benchmarks stand outside: they know what a provider's author and a client know.
-BENCH_LIBRARIES = ["benchmark/", "boost/"]
-
-# Headers that a room's build makes.
-GENERATED = {"mof": ["MofParser.h", "MofScanner.h"]}
-
-INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
+LIBRARIES = tuple(library for _, libraries in ROOMS.values() for library in libraries.split())
+SYSTEM = re.compile(r"[a-z0-9_/]+(\.h)?$")
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"]([^>"]+)[>"])', re.M)
+MODULE = re.compile(r"ServerProfile|ORVEX_|Orvex")
 
 
-def is_system(name):
-    return bool(SYSTEM.match(name)) and not name.startswith(
-        tuple(library for libraries in LIBRARIES.values() for library in libraries)
-    )
+def room_of(path):
+    """The room of a file; None if it is in none."""
+    return BELONG.get(path) or max((room for room in ROOMS if path.startswith(room + "/")),
+                                   key=len, default=None)
 
 
-def module_allows(rooms, quoted, name):
-    if quoted:
-        return any(name.startswith(room + "/") for room in rooms)
-    return bool(PUBLIC.match(name) or is_system(name))
+def includes(root):
+    """The room, path, line, include as written, its name and the room that it leads to, if any."""
+    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=root, check=True,
+                            capture_output=True, text=True).stdout.splitlines()
+    files = {path for path in listed if path.endswith((".cpp", ".h", ".y", ".l"))
+             and (root / path).exists()}
+    for path in sorted(files):
+        room = room_of(path)
+        if room is None:
+            continue
+        text = (root / path).read_text(encoding="utf-8")
+        if room.startswith(("embedded/", "serverobjects")) and (found := MODULE.search(text)):
+            yield room, path, text.count("\n", 0, found.start()) + 1, found[0], None, "common"
+        own = path.rpartition("/")[0] + "/"
+        for match in INCLUDE.finditer(text):
+            target = next((folder + match[2] for folder in (own, *SEARCHED)
+                           if folder + match[2] in files or match[2] in BELONG), "")
+            yield (room, path, text.count("\n", 0, match.start(2)) + 1, match[1], match[2],
+                   room_of(match[2] if match[2] in BELONG else target))
 
 
-def embedded_allows(room, quoted, name):
-    if room == "pegasus":
-        # Its sources sit together; the headers that hosts see are embedding/ and the public ones.
-        return PUBLIC.match(name) or is_system(name) if not quoted else (
-            "/" not in name or name.startswith(("embedding/", "text/")))
-    known = WITHOUT_CIM.get(room) or EMBEDDED_ROOMS[: EMBEDDED_ROOMS.index(room) + 1]
-    if name.startswith("embedding/"):
-        return room not in WITHOUT_CIM
-    if quoted:
-        if room == "cimhost" and name.startswith("serverobjects/"):
-            return True
-        return name in GENERATED.get(room, []) or any(name.startswith(r + "/") for r in known)
-    if PUBLIC.match(name):
-        return room not in WITHOUT_CIM
-    return is_system(name) or name.startswith(tuple(LIBRARIES.get(room, [])))
+def allowed(room, name, target):
+    rooms, libraries = ROOMS[room]
+    if target:
+        return target == room or target in rooms.split()
+    return name.startswith(tuple(libraries.split())) if name.startswith(LIBRARIES) else (
+        bool(SYSTEM.match(name)))
 
 
-def register_allows(quoted, name):
-    if quoted:
-        return any(name.startswith(room + "/") for room in REGISTER_ROOMS)
-    return is_system(name) or name.startswith(tuple(REGISTER_LIBRARIES))
-
-
-def fuzz_allows(quoted, name):
-    if quoted:
-        return any(name.startswith(room + "/") for room in FUZZ_ROOMS)
-    return bool(PUBLIC.match(name) or is_system(name)) or name.startswith(
-        ("embedding/", *FUZZ_LIBRARIES))
-
-
-def bench_allows(quoted, name):
-    if quoted:
-        return "/" not in name
-    return bool(PUBLIC.match(name) or SYSTEM.match(name)) or any(
-        name.startswith(library) for library in BENCH_LIBRARIES
-    )
+def drawing(found):
+    edges = collections.Counter(
+        (room, target, allowed(room, name, target))
+        for room, _, _, _, name, target in found if target not in (None, room))
+    lines = [f'  "{one}" -> "{other}" [label="{count}"{"" if fine else ", color=red"}];'
+             for (one, other, fine), count in sorted(edges.items())]
+    rooms = sorted({room for room, *_ in found})
+    return "\n".join(["digraph rooms {", "  node [shape=box];",
+                      *(f'  "{room}";' for room in rooms), *lines, "}"])
 
 
 def main():
-    listed = subprocess.run(
-        ["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True, capture_output=True
-    ).stdout.decode()
-    wrong = []
-    files = 0
-    for path in map(pathlib.PurePosixPath, listed.splitlines()):
-        if path.suffix not in (".cpp", ".h", ".y", ".l"):
-            continue
-        room = path.parts[0]
-        if room == "embedded":
-            allows = lambda q, n, r=path.parts[1]: embedded_allows(r, q, n)
-        elif room in MODULE_ROOMS:
-            allows = functools.partial(module_allows, MODULE_ROOMS)
-        elif room in SERVER_OBJECTS_ROOMS:
-            allows = functools.partial(module_allows, SERVER_OBJECTS_ROOMS)
-        elif room == "register":
-            allows = register_allows
-        elif room == "bench":
-            allows = bench_allows
-        elif path.parts[:2] == ("tests", "fuzz"):
-            allows = fuzz_allows
-        else:
-            continue
-        files += 1
-        text = (ROOT / path).read_text(encoding="utf-8")
-        for match in INCLUDE.finditer(text):
-            if not allows(match[1] == '"', match[2]):
-                line = text.count("\n", 0, match.start(2)) + 1
-                closing = {"<": ">"}.get(match[1], match[1])
-                wrong.append(
-                    f"{path}:{line}: {path.parent} may not include {match[1]}{match[2]}{closing}"
-                )
-        if room in ("embedded", "serverobjects") and re.search(r"ServerProfile|ORVEX_|Orvex", text):
-            wrong.append(f"{path}: {room} knows nothing of the Server profile module")
-    print("\n".join(wrong) or f"includes of {files} files respect the rooms")
-    return 1 if wrong or not files else 0
+    parser = argparse.ArgumentParser(usage=__doc__)
+    parser.add_argument("--root", type=pathlib.Path,
+                        default=pathlib.Path(__file__).resolve().parent.parent)
+    parser.add_argument("--draw", action="store_true")
+    options = parser.parse_args()
+    found = list(includes(options.root))
+    if options.draw:
+        print(drawing(found))
+        return 0
+    wrong = [f"{path}:{line}: {room} may not know {written}"
+             for room, path, line, written, name, target in found
+             if not allowed(room, name, target)]
+    print("\n".join(wrong) or f"{len(found)} includes respect the rooms")
+    return 1 if wrong or not found else 0
 
 
 if __name__ == "__main__":

@@ -18,7 +18,7 @@ if [ "${1-}" = "--one" ]; then
 fi
 
 build=""
-rooms=(provider profiles objectmanager traversal serverobjects)
+rooms=(common provider profiles objectmanager traversal serverobjects)
 for argument in "$@"; do
   case "$argument" in
     --help | -h) sed -n '4,5s/^# //p' "$0" && exit 0 ;;

@@ -27,12 +27,12 @@ PROFILES = BUILD / "profiles"
 MERGED = BUILD / "merged.profdata"
 REASON = "Not tested:"
 
-ROOMS = ("provider", "profiles", "objectmanager", "traversal", "serverobjects", "register",
+ROOMS = ("common", "provider", "profiles", "objectmanager", "traversal", "serverobjects", "register",
          "embedded/threads", "embedded/text", "embedded/pegasus", "embedded/mof",
          "embedded/repository", "embedded/routing", "embedded/http", "embedded/cimxml",
          "embedded/cimhost")
 # The module, and what reads bytes from outside.
-EXPLAINED = ("provider", "profiles", "objectmanager", "traversal",
+EXPLAINED = ("common", "provider", "profiles", "objectmanager", "traversal",
              "embedded/text", "embedded/mof", "embedded/http", "embedded/cimxml")
 
 

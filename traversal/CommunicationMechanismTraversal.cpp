@@ -1,6 +1,6 @@
 // Traversals from a CIM-XML communication mechanism: to the object managers and to the host.
-#include "provider/Selection.h"
-#include "provider/Trace.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 #include "traversal/ManagerEnds.h"
 
 PEGASUS_USING_PEGASUS;
@@ -40,7 +40,7 @@ void deliverAssociations(const Request& request, int bits, const CIMObjectPath& 
     }
     if ((bits & hosts) != 0) {
         trace(hostsStep);
-        const CIMObjectPath host = hostPath(request.provider, request.nameSpace);
+        const CIMObjectPath host = hostPath(request);
         deliver(handler, Association(hostedAccessPoint, request.nameSpace).from(host).to(source));
     }
 }

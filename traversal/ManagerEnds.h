@@ -2,9 +2,8 @@
 // their namespaces.
 #pragma once
 
-#include "objectmanager/ManagerAssociations.h"
-#include "provider/OwnObjects.h"
-#include "provider/ReadBack.h"
+#include "common/OwnObjects.h"
+#include "common/ReadBack.h"
 
 namespace serverprofile {
 

@@ -1,6 +1,6 @@
 // Traversals from a namespace: to the object managers.
-#include "provider/Selection.h"
-#include "provider/Trace.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 #include "traversal/ManagerEnds.h"
 
 PEGASUS_USING_PEGASUS;

@@ -1,10 +1,8 @@
 // Traversals from the object manager.
-#include "objectmanager/ManagerAssociations.h"
-#include "profiles/ProfileAssociations.h"
-#include "provider/OwnObjects.h"
-#include "provider/ReadBack.h"
-#include "provider/Selection.h"
-#include "provider/Trace.h"
+#include "common/OwnObjects.h"
+#include "common/ReadBack.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
@@ -76,7 +74,7 @@ void deliverFarEnds(const Request& request, int bits, Handler& handler) {
                   [&](const Member&, const List& list) { deliverAll(handler, list); });
     if ((bits & profiles) != 0) {
         trace(" Quil ElementConformsToProfile - 1 ");
-        deliverProfile(handler, request, serverProfile);
+        deliverEntry(handler, request, profileEntries, serverProfile);
     }
 }
 
@@ -95,7 +93,7 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
 
     if ((bits & hosts) != 0) {
         trace(" Quil HostedService assoc - 1 ");
-        const CIMObjectPath host = hostPath(request.provider, request.nameSpace);
+        const CIMObjectPath host = hostPath(request);
         deliver(handler, Association(hostedService, request.nameSpace).from(host).to(manager));
     }
     // The list of the members begins with the object managers, see forEachMember().
@@ -107,9 +105,7 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
     });
     if ((bits & profiles) != 0) {
         trace(" Quil ElementConformsToProfile - 1 ");
-        const CIMObjectPath profile =
-            profilePath(request.provider, serverProfile, request.nameSpace);
-        deliver(handler, conforming(request.nameSpace, profile, objectManagerClass)
+        deliver(handler, conforming(request, serverProfile, objectManagerClass)
                              .to(manager)
                              .secondPropertyFirst());
     }

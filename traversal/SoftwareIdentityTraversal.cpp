@@ -1,8 +1,7 @@
 // Traversals from the software identity: to every entry of the profile catalogue.
-#include "profiles/ProfileAssociations.h"
-#include "provider/OwnObjects.h"
-#include "provider/Selection.h"
-#include "provider/Trace.h"
+#include "common/OwnObjects.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 
 #include <Pegasus/Common/CIMObject.h>
 
@@ -29,18 +28,15 @@ struct Deliver {
     Kind& kind() const { return dynamic_cast<Kind&>(handler); }
 
     void farEnds(const char* resultClass) const {
-        if (takes(resultClass, "CIM_RegisteredProfile"))
-            for (Uint32 i = 0; i < request.provider.registeredProfiles().size(); ++i)
-                deliverProfile(kind(), request, i);
-        if (takes(resultClass, "CIM_RegisteredSubProfile"))
-            for (Uint32 i = 0; i < request.provider.registeredSubProfiles().size(); ++i)
-                deliverSubProfile(kind(), request, i);
+        for (const CatalogueHalf* half : {&profileEntries, &subProfileEntries})
+            if (takes(resultClass, half->className))
+                for (Uint32 i = 0; i < half->of(request).size(); ++i)
+                    deliverEntry(kind(), request, *half, i);
     }
 
     void associations() const {
         forEachImplemented(
-            request.provider, request.nameSpace,
-            [&](Association& association) { deliver(kind(), association); });
+            request, [&](Association& association) { deliver(kind(), association); });
     }
 };
 

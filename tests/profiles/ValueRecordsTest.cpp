@@ -1,7 +1,5 @@
 // The three value records: what their getters report, and what the host record keeps for its class.
-#include "profiles/OrvexOMHost.h"
-#include "profiles/OrvexSI.h"
-#include "profiles/RegisteredProfile.h"
+#include "common/Records.h"
 #include "support/ModuleTest.h"
 
 #include <Pegasus/Common/CIMQualifier.h>

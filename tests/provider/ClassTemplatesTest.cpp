@@ -1,5 +1,5 @@
 // Class definitions read from the server, and the instances begun from them.
-#include "provider/ClassTemplates.h"
+#include "common/ClassTemplates.h"
 #include "support/ModuleTest.h"
 
 #include <Pegasus/Common/CIMQualifier.h>

@@ -1,5 +1,5 @@
 // The trace on standard output: its form, its independence of the stream, its lines in one piece.
-#include "provider/Trace.h"
+#include "common/Trace.h"
 #include "Operations.h"
 #include "support/ChildProcess.h"
 

@@ -1,7 +1,7 @@
 // A provider before a server that knows its classes, and the texts by which its tests compare.
 #pragma once
 
-#include "provider/ModuleState.h"
+#include "common/ModuleState.h"
 #include "provider/ServerProfileProvider.h"
 #include "support/FakeServer.h"
 #include "support/Trace.h"

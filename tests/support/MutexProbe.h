@@ -1,7 +1,7 @@
 // Whether the module mutex is free, asked from another thread: its holder may lock it again.
 #pragma once
 
-#include "provider/ModuleState.h"
+#include "common/ModuleState.h"
 
 #include <chrono>
 #include <future>

@@ -4,7 +4,7 @@
 // had, and some of them count on that.
 #pragma once
 
-#include "provider/Trace.h"
+#include "common/Trace.h"
 
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -15,6 +15,11 @@
 #include <Pegasus/Provider/CIMOMHandle.h>
 
 namespace serverprofile {
+
+// The classes of the server's own objects, as they are read back.
+constexpr const char* objectManagerClass = "CIM_ObjectManager";
+constexpr const char* communicationMechanismClass = "CIM_CIMXMLCommunicationMechanism";
+constexpr const char* namespaceClass = "CIM_Namespace";
 
 /// The objects of one request's namespace, as paths or as whole instances, as the list wants them.
 /// Throws what the handle throws.
@@ -56,6 +61,14 @@ bool guarded(const ReadBack& readBack, List& list, const What& what, const Failu
             trace(failure.withMessage, exception.getMessage());
         return false;
     }
+}
+
+// What is traced when the object managers cannot be read, as names or as instances.
+inline const char* managersUnread(const Pegasus::Array<Pegasus::CIMObjectPath>&) {
+    return " Quil exception ni for CIM_ObjectManager ";
+}
+inline const char* managersUnread(const Pegasus::Array<Pegasus::CIMInstance>&) {
+    return " Quil exception ei for CIM_ObjectManager ";
 }
 
 /// The first path of `list`, or an empty one.

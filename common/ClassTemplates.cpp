@@ -1,7 +1,7 @@
-#include "provider/ClassTemplates.h"
+#include "common/ClassTemplates.h"
 
-#include "provider/RequestKeys.h"
-#include "provider/Trace.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/OperationContext.h>

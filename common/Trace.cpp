@@ -1,4 +1,4 @@
-#include "provider/Trace.h"
+#include "common/Trace.h"
 
 #include <iostream>
 #include <mutex>

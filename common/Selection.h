@@ -1,13 +1,27 @@
 // Which association classes a request follows: one filter text becomes a set of bits.
 #pragma once
 
-#include "provider/Trace.h"
+#include "common/Trace.h"
 
 #include <cstddef>
 
 #include <strings.h>
 
 namespace serverprofile {
+
+/// The text of `name`, to be compared with literals: a name made of each would cost more.
+inline Pegasus::CString plain(const Pegasus::CIMName& name) {
+    return name.getString().getCString();
+}
+
+/// The first row of `rows` whose className is `className` (case ignored), or nullptr.
+template <class Row, std::size_t count>
+const Row* findRow(const Row (&rows)[count], const char* className) {
+    for (const Row& row : rows)
+        if (::strcasecmp(className, row.className) == 0)
+            return &row;
+    return nullptr;
+}
 
 struct SelectionRow {
     const char* associationClass;

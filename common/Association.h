@@ -112,12 +112,20 @@ enum class NoPath {
     IsAnEmptyEnd, ///< as is the one that Association::path() writes for an empty end
 };
 
-/// The association that `path` names, whether there is one or not: its ends are those of the keys,
-/// put on the local host and into the namespace of `path`. A missing key leaves its end empty, of
-/// several with one name the last counts. Where the association class leaves the second reference's
-/// class open, it is that of the end that the client named, and none for an empty end.
-Association namedAssociation(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
-                             NoPath noPath);
+/// The association that `path` names, whether there is one or not, without a path: its ends are
+/// those of the keys, put on the local host and into the namespace of `path`. A missing key leaves
+/// its end empty, of several with one name the last counts. Where the association class leaves the
+/// second reference's class open, it is that of the end that the client named, and none for an
+/// empty end.
+Pegasus::CIMInstance namedInstance(const AssociationClass& cimClass,
+                                   const Pegasus::CIMObjectPath& path, NoPath noPath);
+
+/// Delivers the association of `cimClass` that `path` names, with `path` as its own path, between
+/// the two traces. A key that is missing or holds no object path leaves its end empty, so that the
+/// paths that the module gives out can be got whatever they lack.
+Pegasus::CIMInstance echo(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
+                          Pegasus::InstanceResponseHandler& handler, const char* startTrace,
+                          const char* exitTrace);
 
 // Delivery, in the form that the handler takes: the path, the instance, the instance as an object.
 

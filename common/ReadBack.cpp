@@ -1,4 +1,4 @@
-#include "provider/ReadBack.h"
+#include "common/ReadBack.h"
 
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/OperationContext.h>

@@ -1,7 +1,8 @@
-#include "provider/Association.h"
+#include "common/Association.h"
 
-#include "provider/ModuleState.h"
-#include "provider/RequestKeys.h"
+#include "common/ModuleState.h"
+#include "common/Selection.h"
+#include "common/Trace.h"
 
 #include <Pegasus/Common/CIMObject.h>
 
@@ -92,8 +93,8 @@ CIMInstance Association::instanceWithPath() {
     return withPath;
 }
 
-Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPath& path,
-                             NoPath noPath) {
+CIMInstance namedInstance(const AssociationClass& cimClass, const CIMObjectPath& path,
+                          NoPath noPath) {
     CIMObjectPath first;
     CIMObjectPath second;
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
@@ -112,7 +113,17 @@ Association namedAssociation(const AssociationClass& cimClass, const CIMObjectPa
     Association named(cimClass, String());
     if (cimClass.second.referenceClass == nullptr)
         named.secondIs(second.getClassName());
-    return named.from(first).to(second);
+    return named.from(first).to(second).instance();
+}
+
+CIMInstance echo(const AssociationClass& cimClass, const CIMObjectPath& path,
+                 InstanceResponseHandler& handler, const char* startTrace, const char* exitTrace) {
+    trace(startTrace);
+    CIMInstance instance = namedInstance(cimClass, path, NoPath::IsAnEmptyEnd);
+    instance.setPath(path);
+    handler.deliver(instance);
+    trace(exitTrace);
+    return instance;
 }
 
 void deliver(ObjectPathResponseHandler& handler, Association& association) {

@@ -1,4 +1,4 @@
-#include "provider/ModuleState.h"
+#include "common/ModuleState.h"
 
 #include <cstring>
 #include <mutex>
