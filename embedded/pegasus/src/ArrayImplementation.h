@@ -88,41 +88,12 @@ Rep<T>& own(void*& pointer, Uint32 capacity) {
 } // namespace arrays
 
 template <class T>
-Array<T>::Array() : _rep(nullptr) {
-}
-
-template <class T>
 Array<T>::Array(const Array<T>& x) : _rep(share(arrays::rep<T>(x._rep))) {
-}
-
-template <class T>
-Array<T>::Array(Uint32 size) : Array(size, T()) {
-}
-
-template <class T>
-Array<T>::Array(Uint32 size, const T& x) : Array() {
-    grow(size, x);
-}
-
-template <class T>
-Array<T>::Array(const T* items, Uint32 size) : Array() {
-    append(items, size);
 }
 
 template <class T>
 Array<T>::~Array() {
     release(arrays::rep<T>(_rep));
-}
-
-template <class T>
-Array<T>& Array<T>::operator=(const Array<T>& x) {
-    Array<T>(x).swap(*this);
-    return *this;
-}
-
-template <class T>
-void Array<T>::clear() {
-    Array<T>().swap(*this);
 }
 
 template <class T>
@@ -141,11 +112,6 @@ void Array<T>::grow(Uint32 size, const T& x) {
     arrays::Rep<T>& mine = arrays::own<T>(_rep, hasRoom ? wanted : arrays::roomy<T>(_rep, wanted));
     std::uninitialized_fill_n(mine.items() + mine.size, size, value);
     mine.size += size;
-}
-
-template <class T>
-void Array<T>::swap(Array<T>& x) {
-    std::swap(_rep, x._rep);
 }
 
 template <class T>
@@ -178,36 +144,6 @@ const T& Array<T>::operator[](Uint32 index) const {
 }
 
 template <class T>
-void Array<T>::append(const T& x) {
-    insert(size(), &x, 1);
-}
-
-template <class T>
-void Array<T>::append(const T* x, Uint32 size) {
-    insert(this->size(), x, size);
-}
-
-template <class T>
-void Array<T>::appendArray(const Array<T>& x) {
-    insert(size(), x.getData(), x.size());
-}
-
-template <class T>
-void Array<T>::prepend(const T& x) {
-    insert(0, &x, 1);
-}
-
-template <class T>
-void Array<T>::prepend(const T* x, Uint32 size) {
-    insert(0, x, size);
-}
-
-template <class T>
-void Array<T>::insert(Uint32 index, const T& x) {
-    insert(index, &x, 1);
-}
-
-template <class T>
 void Array<T>::insert(Uint32 index, const T* x, Uint32 size) {
     if (index > this->size())
         throw IndexOutOfBoundsException();
@@ -226,11 +162,6 @@ void Array<T>::insert(Uint32 index, const T* x, Uint32 size) {
     if (index < oldSize)
         larger->append(getData() + index, oldSize - index);
     arrays::reset<T>(_rep, std::move(larger));
-}
-
-template <class T>
-void Array<T>::remove(Uint32 index) {
-    remove(index, 1);
 }
 
 template <class T>

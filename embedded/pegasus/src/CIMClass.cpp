@@ -47,42 +47,12 @@ Boolean CIMClassReads::isAbstract() const {
     return classRepOf(*this).isAbstract();
 }
 
-void CIMClass::setPath(const CIMObjectPath& path) {
-    initialized(_rep).setPath(path);
-}
-
 const CIMName& CIMClassReads::getSuperClassName() const {
     return classRepOf(*this).superClassName;
 }
 
 void CIMClass::setSuperClassName(const CIMName& superClassName) {
     classRepOf(*this).superClassName = superClassName;
-}
-
-CIMClass& CIMClass::addQualifier(const CIMQualifier& qualifier) {
-    initialized(_rep).qualifiers.add(qualifier);
-    return *this;
-}
-
-CIMQualifier CIMClass::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-void CIMClass::removeQualifier(Uint32 index) {
-    initialized(_rep).qualifiers.remove(index);
-}
-
-CIMClass& CIMClass::addProperty(const CIMProperty& x) {
-    initialized(_rep).addProperty(x);
-    return *this;
-}
-
-CIMProperty CIMClass::getProperty(Uint32 index) {
-    return initialized(_rep).properties.at(index);
-}
-
-void CIMClass::removeProperty(Uint32 index) {
-    initialized(_rep).properties.remove(index);
 }
 
 CIMClass& CIMClass::addMethod(const CIMMethod& x) {
@@ -136,15 +106,6 @@ CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeCl
         instance.addProperty(property.clone());
     instance.instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
     return instance;
-}
-
-CIMConstClass::CIMConstClass(const CIMName& className, const CIMName& superClassName)
-    : CIMClassReads(std::make_shared<CIMClassRep>(className, superClassName)) {
-}
-
-CIMConstClass& CIMConstClass::operator=(const CIMClass& x) {
-    CIMClassReads::operator=(x);
-    return *this;
 }
 
 } // namespace Pegasus

@@ -60,33 +60,12 @@ Uint32 checkedMicroseconds(Uint32 microseconds) {
 
 const Uint32 CIMDateTime::WILDCARD = 0xFFFFFFFF;
 
-CIMDateTime::CIMDateTime() : _microseconds(0), _utcOffset(0), _wildcards(0), _isInterval(true) {
-}
-
-CIMDateTime::CIMDateTime(const String& str) : CIMDateTime() {
-    set(str);
-}
-
 CIMDateTime::CIMDateTime(Uint64 usec, Boolean isInterval)
     : _microseconds(usec), _utcOffset(0), _wildcards(0), _isInterval(isInterval) {
     if (isInterval && usec >= intervalLimit)
         outOfRange("Cannot create a CIMDateTime interval greater than 100 million days");
     if (!isInterval && usec >= timestampLimit)
         outOfRange("Cannot create a CIMDateTime time stamp beyond the year 10,000");
-}
-
-CIMDateTime::CIMDateTime(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes,
-                         Uint32 seconds, Uint32 microseconds,
-                         Uint32 numSignificantMicrosecondDigits, Sint32 utcOffset)
-    : CIMDateTime() {
-    setTimeStamp(year, month, day, hours, minutes, seconds, microseconds,
-                 numSignificantMicrosecondDigits, utcOffset);
-}
-
-CIMDateTime::CIMDateTime(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds,
-                         Uint32 microseconds, Uint32 numSignificantMicrosecondDigits)
-    : CIMDateTime() {
-    setInterval(days, hours, minutes, seconds, microseconds, numSignificantMicrosecondDigits);
 }
 
 String CIMDateTime::toString() const {
@@ -158,10 +137,6 @@ void CIMDateTime::setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 
     _isInterval = true;
 }
 
-void CIMDateTime::clear() {
-    *this = CIMDateTime();
-}
-
 CIMDateTime CIMDateTime::getCurrentDateTime() {
     using namespace std::chrono;
     const Uint64 sinceEpoch = static_cast<Uint64>(
@@ -184,19 +159,6 @@ Sint64 CIMDateTime::getDifference(CIMDateTime startTime, CIMDateTime finishTime)
     return static_cast<Sint64>(finishTime.toMicroSeconds() - startTime.toMicroSeconds());
 }
 
-Boolean CIMDateTime::isInterval() const {
-    return _isInterval;
-}
-
-// NOLINTNEXTLINE(readability-make-member-function-const): the interface declares it so
-Boolean CIMDateTime::isInterval() {
-    return _isInterval;
-}
-
-Boolean CIMDateTime::isTimeStamp() const {
-    return !_isInterval;
-}
-
 Uint64 CIMDateTime::toMicroSeconds() const {
     // Fewer than none when the offset leads before the year 0: modulo 2^64 then.
     return _wildcards == allDigits ? 0 : static_cast<Uint64>(inUtc(_microseconds, _utcOffset));
@@ -216,22 +178,10 @@ int CIMDateTime::_compare(const CIMDateTime& x) const {
     return mine < other ? -1 : mine > other;
 }
 
-Boolean CIMDateTime::equal(const CIMDateTime& x) const {
-    return _compare(x) == 0;
-}
-
-CIMDateTime CIMDateTime::operator+(const CIMDateTime& x) const {
-    return CIMDateTime(*this) += x;
-}
-
 CIMDateTime& CIMDateTime::operator+=(const CIMDateTime& x) {
     if (!x._isInterval)
         throw TypeMismatchException();
     return *this = _withMicroseconds(_microseconds + x._microseconds);
-}
-
-CIMDateTime CIMDateTime::operator-(const CIMDateTime& x) const {
-    return CIMDateTime(*this) -= x;
 }
 
 CIMDateTime& CIMDateTime::operator-=(const CIMDateTime& x) {
@@ -243,20 +193,12 @@ CIMDateTime& CIMDateTime::operator-=(const CIMDateTime& x) {
     return *this = _withMicroseconds(difference(_microseconds, x._microseconds));
 }
 
-CIMDateTime CIMDateTime::operator*(Uint64 x) const {
-    return CIMDateTime(*this) *= x;
-}
-
 CIMDateTime& CIMDateTime::operator*=(Uint64 x) {
     if (!_isInterval)
         throw TypeMismatchException();
     const Uint64 largest = std::numeric_limits<Uint64>::max();
     const bool fits = x == 0 || _microseconds <= largest / x;
     return *this = _withMicroseconds(fits ? _microseconds * x : largest);
-}
-
-CIMDateTime CIMDateTime::operator/(Uint64 num) const {
-    return CIMDateTime(*this) /= num;
 }
 
 CIMDateTime& CIMDateTime::operator/=(Uint64 num) {
@@ -283,30 +225,6 @@ CIMDateTime CIMDateTime::_withMicroseconds(Uint64 microseconds) const {
     result._utcOffset = _utcOffset;
     result._wildcards = _wildcards;
     return result;
-}
-
-Boolean CIMDateTime::operator<(const CIMDateTime& x) const {
-    return _compare(x) < 0;
-}
-
-Boolean CIMDateTime::operator<=(const CIMDateTime& x) const {
-    return _compare(x) <= 0;
-}
-
-Boolean CIMDateTime::operator>(const CIMDateTime& x) const {
-    return _compare(x) > 0;
-}
-
-Boolean CIMDateTime::operator>=(const CIMDateTime& x) const {
-    return _compare(x) >= 0;
-}
-
-Boolean CIMDateTime::operator!=(const CIMDateTime& x) const {
-    return _compare(x) != 0;
-}
-
-Boolean operator==(const CIMDateTime& x, const CIMDateTime& y) {
-    return x.equal(y);
 }
 
 } // namespace Pegasus

@@ -30,26 +30,6 @@ const CIMFlavor CIMFlavor::TOINSTANCE(toInstance);
 const CIMFlavor CIMFlavor::TRANSLATABLE(translatable);
 const CIMFlavor CIMFlavor::DEFAULTS(overridable | toSubclass);
 
-void CIMFlavor::addFlavor(const CIMFlavor& flavor) {
-    _bits |= flavor._bits;
-}
-
-void CIMFlavor::removeFlavor(const CIMFlavor& flavor) {
-    _bits &= ~flavor._bits;
-}
-
-Boolean CIMFlavor::hasFlavor(const CIMFlavor& flavor) const {
-    return (_bits & flavor._bits) == flavor._bits;
-}
-
-Boolean CIMFlavor::equal(const CIMFlavor& flavor) const {
-    return _bits == flavor._bits;
-}
-
-CIMFlavor CIMFlavor::operator+(const CIMFlavor& flavor) const {
-    return CIMFlavor(_bits | flavor._bits);
-}
-
 String CIMFlavor::toString() const {
     return flagNames(_bits, names);
 }

@@ -15,36 +15,6 @@ CIMInstance::CIMInstance(const CIMName& className)
     : CIMInstanceReads(std::make_shared<CIMInstanceRep>(className)) {
 }
 
-void CIMInstance::setPath(const CIMObjectPath& path) {
-    initialized(_rep).setPath(path);
-}
-
-CIMInstance& CIMInstance::addQualifier(const CIMQualifier& qualifier) {
-    initialized(_rep).qualifiers.add(qualifier);
-    return *this;
-}
-
-CIMQualifier CIMInstance::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-void CIMInstance::removeQualifier(Uint32 index) {
-    initialized(_rep).qualifiers.remove(index);
-}
-
-CIMInstance& CIMInstance::addProperty(const CIMProperty& x) {
-    initialized(_rep).addProperty(x);
-    return *this;
-}
-
-CIMProperty CIMInstance::getProperty(Uint32 index) {
-    return initialized(_rep).properties.at(index);
-}
-
-void CIMInstance::removeProperty(Uint32 index) {
-    initialized(_rep).properties.remove(index);
-}
-
 CIMObjectPath CIMInstanceReads::buildPath(const CIMConstClass& cimClass) const {
     const CIMObjectRep& rep = initialized(_rep);
     const Array<CIMName> keyNames = classRepOf(cimClass).keyNames();
@@ -69,15 +39,6 @@ Boolean CIMInstanceReads::identical(const CIMConstInstance& x) const {
 void CIMInstance::instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                                  const CIMPropertyList& propertyList) {
     initialized(_rep).filter(includeQualifiers, includeClassOrigin, propertyList);
-}
-
-CIMConstInstance::CIMConstInstance(const CIMName& className)
-    : CIMInstanceReads(std::make_shared<CIMInstanceRep>(className)) {
-}
-
-CIMConstInstance& CIMConstInstance::operator=(const CIMInstance& x) {
-    CIMInstanceReads::operator=(x);
-    return *this;
 }
 
 } // namespace Pegasus

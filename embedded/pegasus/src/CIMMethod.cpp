@@ -39,31 +39,6 @@ void CIMMethod::setPropagated(Boolean propagated) {
     initialized(_rep).propagated = propagated;
 }
 
-CIMMethod& CIMMethod::addQualifier(const CIMQualifier& x) {
-    initialized(_rep).qualifiers.add(x);
-    return *this;
-}
-
-Uint32 CIMMethodReads::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMQualifier CIMMethod::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-CIMConstQualifier CIMMethodReads::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-void CIMMethod::removeQualifier(Uint32 index) {
-    initialized(_rep).qualifiers.remove(index);
-}
-
-Uint32 CIMMethodReads::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
 CIMMethod& CIMMethod::addParameter(const CIMParameter& x) {
     initialized(_rep).parameters.add(x, "parameter");
     return *this;
@@ -95,16 +70,6 @@ Boolean CIMMethodReads::identical(const CIMConstMethod& x) const {
 
 CIMMethod CIMMethodReads::clone() const {
     return RepAccess::make<CIMMethod>(std::make_shared<CIMMethodRep>(initialized(_rep)));
-}
-
-CIMConstMethod::CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
-                               Boolean propagated)
-    : CIMConstMethod(CIMMethod(name, type, classOrigin, propagated)) {
-}
-
-CIMConstMethod& CIMConstMethod::operator=(const CIMMethod& x) {
-    CIMMethodReads::operator=(x);
-    return *this;
 }
 
 } // namespace Pegasus

@@ -53,39 +53,7 @@ String legalNamespaceName(const String& name) {
 
 } // namespace
 
-CIMName::CIMName() = default;
-
 CIMName::CIMName(const String& name) : _name(legalName(name)) {
-}
-
-CIMName::CIMName(const char* name) : CIMName(String(name)) {
-}
-
-CIMName& CIMName::operator=(const CIMName& name) = default;
-
-CIMName& CIMName::operator=(const String& name) {
-    _name = legalName(name);
-    return *this;
-}
-
-CIMName& CIMName::operator=(const char* name) {
-    return *this = String(name);
-}
-
-const String& CIMName::getString() const {
-    return _name;
-}
-
-Boolean CIMName::isNull() const {
-    return _name.size() == 0;
-}
-
-void CIMName::clear() {
-    _name.clear();
-}
-
-Boolean CIMName::equal(const CIMName& name) const {
-    return String::equalNoCase(_name, name._name);
 }
 
 Boolean CIMName::equal(const char* name) const {
@@ -97,47 +65,7 @@ Boolean CIMName::legal(const String& name) {
         name, [](const auto* units, Uint32 size) { return isName(units, units + size); });
 }
 
-Boolean operator==(const CIMName& name1, const CIMName& name2) {
-    return name1.equal(name2);
-}
-
-Boolean operator!=(const CIMName& name1, const CIMName& name2) {
-    return !name1.equal(name2);
-}
-
-CIMNamespaceName::CIMNamespaceName() = default;
-
 CIMNamespaceName::CIMNamespaceName(const String& name) : _name(legalNamespaceName(name)) {
-}
-
-CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {
-}
-
-CIMNamespaceName& CIMNamespaceName::operator=(const CIMNamespaceName& name) = default;
-
-CIMNamespaceName& CIMNamespaceName::operator=(const String& name) {
-    _name = legalNamespaceName(name);
-    return *this;
-}
-
-CIMNamespaceName& CIMNamespaceName::operator=(const char* name) {
-    return *this = String(name);
-}
-
-const String& CIMNamespaceName::getString() const {
-    return _name;
-}
-
-Boolean CIMNamespaceName::isNull() const {
-    return _name.size() == 0;
-}
-
-void CIMNamespaceName::clear() {
-    _name.clear();
-}
-
-Boolean CIMNamespaceName::equal(const CIMNamespaceName& name) const {
-    return String::equalNoCase(_name, name._name);
 }
 
 Boolean CIMNamespaceName::equal(const char* name) const {
@@ -147,14 +75,6 @@ Boolean CIMNamespaceName::equal(const char* name) const {
 Boolean CIMNamespaceName::legal(const String& name) {
     return StringRep::visit(
         name, [](const auto* units, Uint32 size) { return isNamespaceName(units, units + size); });
-}
-
-Boolean operator==(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
-    return name1.equal(name2);
-}
-
-Boolean operator!=(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
-    return !name1.equal(name2);
 }
 
 } // namespace Pegasus

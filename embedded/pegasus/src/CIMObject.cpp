@@ -56,54 +56,12 @@ const CIMObjectPath& CIMElementReads::getPath() const {
     return initialized(_rep).path();
 }
 
-void CIMObject::setPath(const CIMObjectPath& path) {
-    initialized(_rep).setPath(path);
-}
-
-CIMObject& CIMObject::addQualifier(const CIMQualifier& qualifier) {
-    initialized(_rep).qualifiers.add(qualifier);
-    return *this;
-}
-
-Uint32 CIMElementReads::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMQualifier CIMObject::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-CIMConstQualifier CIMElementReads::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-void CIMObject::removeQualifier(Uint32 index) {
-    initialized(_rep).qualifiers.remove(index);
-}
-
-Uint32 CIMElementReads::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
-CIMObject& CIMObject::addProperty(const CIMProperty& x) {
-    initialized(_rep).addProperty(x);
-    return *this;
-}
-
 Uint32 CIMElementReads::findProperty(const CIMName& name) const {
     return initialized(_rep).properties.find(name);
 }
 
-CIMProperty CIMObject::getProperty(Uint32 index) {
-    return initialized(_rep).properties.at(index);
-}
-
 CIMConstProperty CIMElementReads::getProperty(Uint32 index) const {
     return initialized(_rep).properties.at(index);
-}
-
-void CIMObject::removeProperty(Uint32 index) {
-    initialized(_rep).properties.remove(index);
 }
 
 Uint32 CIMElementReads::getPropertyCount() const {

@@ -284,12 +284,4 @@ Uint32 CIMObjectPath::makeHashCode() const {
     return static_cast<Uint32>(hash.value());
 }
 
-Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {
-    return x.identical(y);
-}
-
-Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) {
-    return !x.identical(y);
-}
-
 } // namespace Pegasus

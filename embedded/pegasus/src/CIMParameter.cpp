@@ -46,47 +46,12 @@ CIMType CIMParameterReads::getType() const {
     return initialized(_rep).type;
 }
 
-CIMParameter& CIMParameter::addQualifier(const CIMQualifier& x) {
-    initialized(_rep).qualifiers.add(x);
-    return *this;
-}
-
-Uint32 CIMParameterReads::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMQualifier CIMParameter::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-CIMConstQualifier CIMParameterReads::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-void CIMParameter::removeQualifier(Uint32 index) {
-    initialized(_rep).qualifiers.remove(index);
-}
-
-Uint32 CIMParameterReads::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
 Boolean CIMParameterReads::identical(const CIMConstParameter& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
 CIMParameter CIMParameterReads::clone() const {
     return RepAccess::make<CIMParameter>(std::make_shared<CIMParameterRep>(initialized(_rep)));
-}
-
-CIMConstParameter::CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray,
-                                     Uint32 arraySize, const CIMName& referenceClassName)
-    : CIMConstParameter(CIMParameter(name, type, isArray, arraySize, referenceClassName)) {
-}
-
-CIMConstParameter& CIMConstParameter::operator=(const CIMParameter& x) {
-    CIMParameterReads::operator=(x);
-    return *this;
 }
 
 } // namespace Pegasus

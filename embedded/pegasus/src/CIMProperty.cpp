@@ -86,49 +86,12 @@ void CIMProperty::setPropagated(Boolean propagated) {
     initialized(_rep).propagated = propagated;
 }
 
-CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
-    initialized(_rep).qualifiers.add(x);
-    return *this;
-}
-
-Uint32 CIMPropertyReads::findQualifier(const CIMName& name) const {
-    return initialized(_rep).qualifiers.find(name);
-}
-
-CIMQualifier CIMProperty::getQualifier(Uint32 index) {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-CIMConstQualifier CIMPropertyReads::getQualifier(Uint32 index) const {
-    return initialized(_rep).qualifiers.at(index);
-}
-
-void CIMProperty::removeQualifier(Uint32 index) {
-    initialized(_rep).qualifiers.remove(index);
-}
-
-Uint32 CIMPropertyReads::getQualifierCount() const {
-    return initialized(_rep).qualifiers.count();
-}
-
 Boolean CIMPropertyReads::identical(const CIMConstProperty& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
 CIMProperty CIMPropertyReads::clone() const {
     return RepAccess::make<CIMProperty>(std::make_shared<CIMPropertyRep>(initialized(_rep)));
-}
-
-CIMConstProperty::CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
-                                   const CIMName& referenceClassName, const CIMName& classOrigin,
-                                   Boolean propagated)
-    : CIMConstProperty(
-          CIMProperty(name, value, arraySize, referenceClassName, classOrigin, propagated)) {
-}
-
-CIMConstProperty& CIMConstProperty::operator=(const CIMProperty& x) {
-    CIMPropertyReads::operator=(x);
-    return *this;
 }
 
 } // namespace Pegasus

@@ -59,14 +59,4 @@ CIMQualifier CIMQualifierReads::clone() const {
     return RepAccess::make<CIMQualifier>(std::make_shared<CIMQualifierRep>(initialized(_rep)));
 }
 
-CIMConstQualifier::CIMConstQualifier(const CIMName& name, const CIMValue& value,
-                                     const CIMFlavor& flavor, Boolean propagated)
-    : CIMConstQualifier(CIMQualifier(name, value, flavor, propagated)) {
-}
-
-CIMConstQualifier& CIMConstQualifier::operator=(const CIMQualifier& x) {
-    CIMQualifierReads::operator=(x);
-    return *this;
-}
-
 } // namespace Pegasus

@@ -33,22 +33,6 @@ const CIMScope CIMScope::METHOD(method);
 const CIMScope CIMScope::PARAMETER(parameter);
 const CIMScope CIMScope::ANY(any);
 
-Boolean CIMScope::hasScope(const CIMScope& scope) const {
-    return (_bits & scope._bits) == scope._bits;
-}
-
-void CIMScope::addScope(const CIMScope& scope) {
-    _bits |= scope._bits;
-}
-
-Boolean CIMScope::equal(const CIMScope& scope) const {
-    return _bits == scope._bits;
-}
-
-CIMScope CIMScope::operator+(const CIMScope& scope) const {
-    return CIMScope(_bits | scope._bits);
-}
-
 String CIMScope::toString() const {
     return flagNames(_bits, names);
 }

@@ -140,12 +140,4 @@ void embedding::appendValue(std::string& out, const CIMValue& value) {
     CIMValueRep::append(out, value);
 }
 
-Boolean operator==(const CIMValue& x, const CIMValue& y) {
-    return x.equal(y);
-}
-
-Boolean operator!=(const CIMValue& x, const CIMValue& y) {
-    return !x.equal(y);
-}
-
 } // namespace Pegasus

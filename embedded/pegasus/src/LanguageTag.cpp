@@ -111,8 +111,4 @@ Boolean LanguageTag::operator==(const LanguageTag& languageTag) const {
     return String::equalNoCase(initialized(_rep).tag, initialized(languageTag._rep).tag);
 }
 
-Boolean LanguageTag::operator!=(const LanguageTag& languageTag) const {
-    return !(*this == languageTag);
-}
-
 } // namespace Pegasus

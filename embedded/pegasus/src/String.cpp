@@ -263,30 +263,9 @@ String::~String() {
     release(_rep); // NOLINT(clang-analyzer-cplusplus.NewDelete): see Shared
 }
 
-String& String::operator=(const String& str) {
-    assign(str);
-    return *this;
-}
-
 String& String::assign(const String& str) {
     replace(_rep, str._rep);
     return *this;
-}
-
-String& String::assign(const Char16* str) {
-    return assign(String(str));
-}
-
-String& String::assign(const Char16* str, Uint32 n) {
-    return assign(String(str, n));
-}
-
-String& String::assign(const char* str) {
-    return assign(String(str));
-}
-
-String& String::assign(const char* str, Uint32 n) {
-    return assign(String(str, n));
 }
 
 void String::clear() {
@@ -331,11 +310,6 @@ const Char16 String::operator[](Uint32 index) const {
         *this, [&](const auto* units, Uint32) { return Char16(unitOf(units[index])); });
 }
 
-String& String::append(const Char16& c) {
-    const Char16 copy = c;
-    return append(&copy, 1);
-}
-
 String& String::append(const Char16* str, Uint32 n) {
     appendTo(_rep, notNull(str), n);
     return *this;
@@ -377,10 +351,6 @@ String String::subString(Uint32 index, Uint32 n) const {
     part._rep = StringRep::visit(
         *this, [&](const auto* units, Uint32) { return makeRep(units + index, n); });
     return part;
-}
-
-Uint32 String::find(Char16 c) const {
-    return find(0, c);
 }
 
 Uint32 String::find(Uint32 index, Char16 c) const {
@@ -482,33 +452,10 @@ Boolean String::equalNoCase(const String& s1, const String& s2) {
 
 // With the overloads for `const char*`, so that providers that ask for them find them.
 
-String::String(const String& s1, const String& s2) : String(s1) {
-    append(s2);
-}
-
-String::String(const String& s1, const char* s2) : String(s1, String(s2)) {
-}
-
-String::String(const char* s1, const String& s2) : String(String(s1), s2) {
-}
-
-String& String::operator=(const char* str) {
-    assign(str);
-    return *this;
-}
-
-Uint32 String::find(const char* s) const {
-    return find(String(s));
-}
-
 Boolean String::equal(const String& s1, const char* s2) {
     const std::optional<std::string_view> ascii1 = StringRep::ascii(s1);
     const std::optional<std::string_view> ascii2 = asciiOf(s2);
     return ascii1 && ascii2 ? *ascii1 == *ascii2 : equal(s1, String(s2));
-}
-
-int String::compare(const String& s1, const char* s2) {
-    return compare(s1, String(s2));
 }
 
 String& String::append(const char* str) {
@@ -528,40 +475,8 @@ Boolean String::equalNoCase(const String& s1, const char* s2) {
     return ascii1 && ascii2 ? equalIgnoringCase(*ascii1, *ascii2) : equalNoCase(s1, String(s2));
 }
 
-Boolean operator==(const String& str1, const String& str2) {
-    return String::equal(str1, str2);
-}
-
 Boolean operator==(const String& str1, const char* str2) {
     return String::equal(str1, str2);
-}
-
-Boolean operator==(const char* str1, const String& str2) {
-    return String::equal(str2, str1);
-}
-
-Boolean operator!=(const String& str1, const String& str2) {
-    return !String::equal(str1, str2);
-}
-
-Boolean operator<(const String& str1, const String& str2) {
-    return String::compare(str1, str2) < 0;
-}
-
-Boolean operator<=(const String& str1, const String& str2) {
-    return String::compare(str1, str2) <= 0;
-}
-
-Boolean operator>(const String& str1, const String& str2) {
-    return String::compare(str1, str2) > 0;
-}
-
-Boolean operator>=(const String& str1, const String& str2) {
-    return String::compare(str1, str2) >= 0;
-}
-
-String operator+(const String& str1, const String& str2) {
-    return String(str1, str2);
 }
 
 std::ostream& operator<<(std::ostream& os, const String& str) {

@@ -111,11 +111,6 @@ TEST(Containers, ArePublishedUnderTheirClassNames) {
         {AcceptLanguageListContainer::NAME, "AcceptLanguageListContainer"},
         {ContentLanguageListContainer::NAME, "ContentLanguageListContainer"},
         {TimeoutContainer::NAME, "TimeoutContainer"},
-        {SubscriptionInstanceContainer::NAME, "SubscriptionInstanceContainer"},
-        {SubscriptionFilterConditionContainer::NAME, "SubscriptionFilterConditionContainer"},
-        {SubscriptionFilterQueryContainer::NAME, "SubscriptionFilterQueryContainer"},
-        {SubscriptionInstanceNamesContainer::NAME, "SubscriptionInstanceNamesContainer"},
-        {SnmpTrapOidContainer::NAME, "SnmpTrapOidContainer"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(text(c.name), c.expected);
@@ -136,26 +131,6 @@ TEST(Containers, ComeOutOfAContextAsTheyWentIn) {
     french.append(LanguageTag("fr"));
     EXPECT_TRUE(throughContext(ContentLanguageListContainer(french)).getLanguages() == french);
     EXPECT_EQ(throughContext(TimeoutContainer(20000)).getTimeOut(), 20000U);
-    const CIMInstance instance("Subscription");
-    EXPECT_TRUE(
-        throughContext(SubscriptionInstanceContainer(instance)).getInstance().identical(instance));
-
-    const auto condition = throughContext(SubscriptionFilterConditionContainer("a = 1", "WQL"));
-    EXPECT_EQ(text(condition.getFilterCondition()), "a = 1");
-    EXPECT_EQ(text(condition.getQueryLanguage()), "WQL");
-
-    const auto query = throughContext(
-        SubscriptionFilterQueryContainer("select * from A", "CQL", CIMNamespaceName("root/x")));
-    EXPECT_EQ(text(query.getFilterQuery()), "select * from A");
-    EXPECT_EQ(text(query.getQueryLanguage()), "CQL");
-    EXPECT_EQ(text(query.getSourceNameSpace().getString()), "root/x");
-
-    Array<CIMObjectPath> paths;
-    paths.append(CIMObjectPath("A.b=1"));
-    const auto names = throughContext(SubscriptionInstanceNamesContainer(paths));
-    ASSERT_EQ(names.getInstanceNames().size(), 1U);
-    EXPECT_TRUE(names.getInstanceNames()[0] == paths[0]);
-    EXPECT_EQ(text(throughContext(SnmpTrapOidContainer("1.3.6")).getSnmpTrapOid()), "1.3.6");
 }
 
 TEST(Containers, AreMadeOnlyFromTheirOwnKind) {

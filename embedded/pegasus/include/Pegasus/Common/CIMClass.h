@@ -57,37 +57,20 @@ class PEGASUS_COMMON_LINKAGE CIMClassReads : public CIMElementReads {
 /// UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMClass : public CIMClassReads {
+class PEGASUS_COMMON_LINKAGE CIMClass : public CIMClassReads, public CIMElement<CIMClass> {
   public:
     CIMClass() = default;
-    CIMClass(const CIMClass& x) = default;
     /// Throws DynamicCastFailedException if `x` is an instance or uninitialized.
     explicit CIMClass(const CIMObject& x) : CIMClassReads(x) {}
     /// A null `superClassName` makes a root class.
     /// Throws UninitializedObjectException if `className` is null.
     CIMClass(const CIMName& className, const CIMName& superClassName = CIMName());
-    CIMClass& operator=(const CIMClass& x) = default;
-    ~CIMClass() = default;
 
-    /// As CIMInstance::setPath.
-    void setPath(const CIMObjectPath& path);
-    void setSuperClassName(const CIMName& superClassName);
-
-    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
-    /// UninitializedObjectException if `qualifier` is uninitialized.
-    CIMClass& addQualifier(const CIMQualifier& qualifier);
     using CIMElementReads::getQualifier;
-    CIMQualifier getQualifier(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    void removeQualifier(Uint32 index);
-
-    /// As CIMInstance::addProperty; throws TypeMismatchException, too, for a reference without a
-    /// reference class.
-    CIMClass& addProperty(const CIMProperty& x);
+    using CIMElement<CIMClass>::getQualifier;
     using CIMElementReads::getProperty;
-    CIMProperty getProperty(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getPropertyCount().
-    void removeProperty(Uint32 index);
+    using CIMElement<CIMClass>::getProperty;
+    void setSuperClassName(const CIMName& superClassName);
 
     /// Throws AlreadyExistsException if there is a method of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
@@ -113,16 +96,13 @@ class PEGASUS_COMMON_LINKAGE CIMClass : public CIMClassReads {
 class PEGASUS_COMMON_LINKAGE CIMConstClass : public CIMClassReads {
   public:
     CIMConstClass() = default;
-    CIMConstClass(const CIMConstClass& x) = default;
     CIMConstClass(const CIMClass& x) : CIMClassReads(x) {}
     /// Throws DynamicCastFailedException if `x` is an instance or uninitialized.
     explicit CIMConstClass(const CIMObject& x) : CIMClassReads(x) {}
     explicit CIMConstClass(const CIMConstObject& x) : CIMClassReads(x) {}
     /// Throws UninitializedObjectException if `className` is null.
-    CIMConstClass(const CIMName& className, const CIMName& superClassName = CIMName());
-    CIMConstClass& operator=(const CIMConstClass& x) = default;
-    CIMConstClass& operator=(const CIMClass& x);
-    ~CIMConstClass() = default;
+    CIMConstClass(const CIMName& className, const CIMName& superClassName = CIMName())
+        : CIMConstClass(CIMClass(className, superClassName)) {}
 };
 
 } // namespace Pegasus

@@ -15,18 +15,20 @@ class PEGASUS_COMMON_LINKAGE CIMFlavor {
 
     /// Adds every flavor of `flavor`. Opposites replace nothing: DISABLEOVERRIDE is a flavor of its
     /// own beside OVERRIDABLE, and RESTRICTED beside TOSUBCLASS.
-    void addFlavor(const CIMFlavor& flavor);
+    void addFlavor(const CIMFlavor& flavor) { _bits |= flavor._bits; }
 
     /// Takes every flavor of `flavor` out of the set.
-    void removeFlavor(const CIMFlavor& flavor);
+    void removeFlavor(const CIMFlavor& flavor) { _bits &= ~flavor._bits; }
 
     /// True if all flavors of `flavor` are in the set; so always true for NONE.
-    Boolean hasFlavor(const CIMFlavor& flavor) const;
+    Boolean hasFlavor(const CIMFlavor& flavor) const {
+        return (_bits & flavor._bits) == flavor._bits;
+    }
 
-    Boolean equal(const CIMFlavor& flavor) const;
+    Boolean equal(const CIMFlavor& flavor) const { return _bits == flavor._bits; }
 
     /// The union of both sets.
-    CIMFlavor operator+(const CIMFlavor& flavor) const;
+    CIMFlavor operator+(const CIMFlavor& flavor) const { return CIMFlavor(_bits | flavor._bits); }
 
     /// The names of the flavors, as written in MOF, separated by a space.
     String toString() const;

@@ -46,39 +46,19 @@ class PEGASUS_COMMON_LINKAGE CIMInstanceReads : public CIMElementReads {
 /// UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMInstance : public CIMInstanceReads {
+class PEGASUS_COMMON_LINKAGE CIMInstance : public CIMInstanceReads, public CIMElement<CIMInstance> {
   public:
     CIMInstance() = default;
-    CIMInstance(const CIMInstance& x) = default;
     /// Throws DynamicCastFailedException if `x` is a class or uninitialized.
     explicit CIMInstance(const CIMObject& x) : CIMInstanceReads(x) {}
     /// An instance without properties, whose path is the class name alone.
     /// Throws UninitializedObjectException if `className` is null.
     CIMInstance(const CIMName& className);
-    CIMInstance& operator=(const CIMInstance& x) = default;
-    ~CIMInstance() = default;
 
-    /// The class name of `path` becomes the instance's, so that its spelling may change. Key
-    /// bindings and key properties are not compared. Throws UninitializedObjectException if `path`
-    /// has no class name, and TypeMismatchException if it has another one (ignoring case).
-    void setPath(const CIMObjectPath& path);
-
-    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
-    /// UninitializedObjectException if `qualifier` is uninitialized.
-    CIMInstance& addQualifier(const CIMQualifier& qualifier);
     using CIMElementReads::getQualifier;
-    CIMQualifier getQualifier(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    void removeQualifier(Uint32 index);
-
-    /// The property is shared with the caller, not copied. Throws AlreadyExistsException if there
-    /// is a property of that name (ignoring case), and UninitializedObjectException if `x` is
-    /// uninitialized.
-    CIMInstance& addProperty(const CIMProperty& x);
+    using CIMElement<CIMInstance>::getQualifier;
     using CIMElementReads::getProperty;
-    CIMProperty getProperty(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getPropertyCount().
-    void removeProperty(Uint32 index);
+    using CIMElement<CIMInstance>::getProperty;
 
     /// Removes, in place, what a client did not ask for: the properties that are not in
     /// `propertyList` (none, if it is null), the qualifiers of the instance and of its properties
@@ -95,16 +75,12 @@ class PEGASUS_COMMON_LINKAGE CIMInstance : public CIMInstanceReads {
 class PEGASUS_COMMON_LINKAGE CIMConstInstance : public CIMInstanceReads {
   public:
     CIMConstInstance() = default;
-    CIMConstInstance(const CIMConstInstance& x) = default;
     CIMConstInstance(const CIMInstance& x) : CIMInstanceReads(x) {}
     /// Throws DynamicCastFailedException if `x` is a class or uninitialized.
     explicit CIMConstInstance(const CIMObject& x) : CIMInstanceReads(x) {}
     explicit CIMConstInstance(const CIMConstObject& x) : CIMInstanceReads(x) {}
     /// Throws UninitializedObjectException if `className` is null.
-    CIMConstInstance(const CIMName& className);
-    CIMConstInstance& operator=(const CIMConstInstance& x) = default;
-    CIMConstInstance& operator=(const CIMInstance& x);
-    ~CIMConstInstance() = default;
+    CIMConstInstance(const CIMName& className) : CIMConstInstance(CIMInstance(className)) {}
 };
 
 } // namespace Pegasus

@@ -4,7 +4,7 @@
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMParameter.h>
-#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMQualified.h>
 #include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/Config.h>
@@ -21,19 +21,14 @@ class CIMConstMethod;
 struct CIMMethodRep;
 
 /// The reads that CIMMethod and CIMConstMethod share.
-class PEGASUS_COMMON_LINKAGE CIMMethodReads : public CIMReads<CIMMethodRep> {
+class PEGASUS_COMMON_LINKAGE CIMMethodReads : public CIMReads<CIMMethodRep>,
+                                              public CIMQualifiedReads<CIMMethodReads> {
   public:
     const CIMName& getName() const;
     /// The type of the return value.
     CIMType getType() const;
     const CIMName& getClassOrigin() const;
     Boolean getPropagated() const;
-
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
 
     /// The index of the parameter `name` (ignoring case), or PEG_NOT_FOUND.
     Uint32 findParameter(const CIMName& name) const;
@@ -59,16 +54,13 @@ class PEGASUS_COMMON_LINKAGE CIMMethodReads : public CIMReads<CIMMethodRep> {
 /// isUninitialized() and assignment throw UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMMethod : public CIMMethodReads {
+class PEGASUS_COMMON_LINKAGE CIMMethod : public CIMMethodReads, public CIMQualified<CIMMethod> {
   public:
     CIMMethod() = default;
-    CIMMethod(const CIMMethod& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null.
     CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin = CIMName(),
               Boolean propagated = false);
-    ~CIMMethod() = default;
-    CIMMethod& operator=(const CIMMethod& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null, and Exception if the method belongs
     /// to a class, in which its name is a key.
@@ -77,13 +69,8 @@ class PEGASUS_COMMON_LINKAGE CIMMethod : public CIMMethodReads {
     void setClassOrigin(const CIMName& classOrigin);
     void setPropagated(Boolean propagated);
 
-    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
-    /// UninitializedObjectException if `x` is uninitialized.
-    CIMMethod& addQualifier(const CIMQualifier& x);
     using CIMMethodReads::getQualifier;
-    CIMQualifier getQualifier(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    void removeQualifier(Uint32 index);
+    using CIMQualified<CIMMethod>::getQualifier;
 
     /// Throws AlreadyExistsException if there is a parameter of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
@@ -102,14 +89,11 @@ class PEGASUS_COMMON_LINKAGE CIMMethod : public CIMMethodReads {
 class PEGASUS_COMMON_LINKAGE CIMConstMethod : public CIMMethodReads {
   public:
     CIMConstMethod() = default;
-    CIMConstMethod(const CIMConstMethod& x) = default;
     CIMConstMethod(const CIMMethod& x) : CIMMethodReads(x) {}
     /// Throws UninitializedObjectException if `name` is null.
     CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin = CIMName(),
-                   Boolean propagated = false);
-    ~CIMConstMethod() = default;
-    CIMConstMethod& operator=(const CIMConstMethod& x) = default;
-    CIMConstMethod& operator=(const CIMMethod& x);
+                   Boolean propagated = false)
+        : CIMConstMethod(CIMMethod(name, type, classOrigin, propagated)) {}
 };
 
 } // namespace Pegasus

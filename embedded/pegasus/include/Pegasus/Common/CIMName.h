@@ -17,31 +17,35 @@ namespace Pegasus {
 class PEGASUS_COMMON_LINKAGE CIMName {
   public:
     /// The null name.
-    CIMName();
+    CIMName() = default;
     CIMName(const String& name);
-    CIMName(const char* name);
-    CIMName(const CIMName& name) = default;
-    CIMName& operator=(const CIMName& name);
-    CIMName& operator=(const String& name);
+    CIMName(const char* name) : CIMName(String(name)) {}
+    CIMName& operator=(const String& name) { return *this = CIMName(name); }
 
     /// The name as it was given; empty when null.
-    const String& getString() const;
-    Boolean isNull() const;
-    void clear();
-    Boolean equal(const CIMName& name) const;
+    const String& getString() const { return _name; }
+    Boolean isNull() const { return _name.size() == 0; }
+    void clear() { _name.clear(); }
+    Boolean equal(const CIMName& name) const { return String::equalNoCase(_name, name._name); }
     static Boolean legal(const String& name);
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
     Boolean equal(const char* name) const;
-    CIMName& operator=(const char* name);
+    CIMName& operator=(const char* name) {
+        return *this = CIMName(name);
+    }
 #endif
 
   private:
     String _name;
 };
 
-PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMName& name1, const CIMName& name2);
-PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMName& name1, const CIMName& name2);
+inline Boolean operator==(const CIMName& name1, const CIMName& name2) {
+    return name1.equal(name2);
+}
+inline Boolean operator!=(const CIMName& name1, const CIMName& name2) {
+    return !name1.equal(name2);
+}
 
 /// The name of a namespace, or null: CIM names separated by '/'. Compared without regard to case.
 /// A leading '/' is accepted and dropped. Whoever gives something else, the empty string included,
@@ -49,31 +53,35 @@ PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMName& name1, const CIMName& n
 class PEGASUS_COMMON_LINKAGE CIMNamespaceName {
   public:
     /// The null name.
-    CIMNamespaceName();
+    CIMNamespaceName() = default;
     CIMNamespaceName(const String& name);
-    CIMNamespaceName(const char* name);
-    CIMNamespaceName(const CIMNamespaceName& name) = default;
-    CIMNamespaceName& operator=(const CIMNamespaceName& name);
-    CIMNamespaceName& operator=(const String& name);
+    CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {}
+    CIMNamespaceName& operator=(const String& name) { return *this = CIMNamespaceName(name); }
 
-    const String& getString() const;
-    Boolean isNull() const;
-    void clear();
-    Boolean equal(const CIMNamespaceName& name) const;
+    const String& getString() const { return _name; }
+    Boolean isNull() const { return _name.size() == 0; }
+    void clear() { _name.clear(); }
+    Boolean equal(const CIMNamespaceName& name) const {
+        return String::equalNoCase(_name, name._name);
+    }
     static Boolean legal(const String& name);
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
     Boolean equal(const char* name) const;
-    CIMNamespaceName& operator=(const char* name);
+    CIMNamespaceName& operator=(const char* name) {
+        return *this = CIMNamespaceName(name);
+    }
 #endif
 
   private:
     String _name;
 };
 
-PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMNamespaceName& name1,
-                                          const CIMNamespaceName& name2);
-PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMNamespaceName& name1,
-                                          const CIMNamespaceName& name2);
+inline Boolean operator==(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
+    return name1.equal(name2);
+}
+inline Boolean operator!=(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
+    return !name1.equal(name2);
+}
 
 } // namespace Pegasus

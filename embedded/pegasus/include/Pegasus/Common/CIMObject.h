@@ -6,7 +6,7 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMPropertyList.h>
-#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMQualified.h>
 #include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
@@ -26,17 +26,12 @@ class CIMObject;
 struct CIMObjectRep;
 
 /// The reads that classes and instances share, however they are handed out.
-class PEGASUS_COMMON_LINKAGE CIMElementReads : public CIMReads<CIMObjectRep> {
+class PEGASUS_COMMON_LINKAGE CIMElementReads : public CIMReads<CIMObjectRep>,
+                                               public CIMQualifiedReads<CIMElementReads> {
   public:
     /// The class name of the path.
     const CIMName& getClassName() const;
     const CIMObjectPath& getPath() const;
-
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
 
     /// The index of the property `name` (ignoring case), or PEG_NOT_FOUND.
     Uint32 findProperty(const CIMName& name) const;
@@ -47,6 +42,25 @@ class PEGASUS_COMMON_LINKAGE CIMElementReads : public CIMReads<CIMObjectRep> {
   protected:
     using CIMReads::CIMReads;
     ~CIMElementReads() = default;
+};
+
+/// Base of `Handle`, through which a class or an instance can be changed.
+template <class Handle>
+class PEGASUS_COMMON_LINKAGE CIMElement : public CIMQualified<Handle> {
+  public:
+    /// The class name of `path` becomes the object's, so that its spelling may change. Key bindings
+    /// and key properties are not compared. Throws UninitializedObjectException if `path` has no
+    /// class name, and TypeMismatchException if it has another one (ignoring case).
+    void setPath(const CIMObjectPath& path);
+
+    /// The property is shared with the caller, not copied. Throws AlreadyExistsException if there
+    /// is a property of that name (ignoring case), UninitializedObjectException if `x` is
+    /// uninitialized, and TypeMismatchException if this is a class and `x` is a reference without a
+    /// reference class.
+    Handle& addProperty(const CIMProperty& x);
+    CIMProperty getProperty(Uint32 index);
+    /// Throws IndexOutOfBoundsException unless `index` < getPropertyCount().
+    void removeProperty(Uint32 index);
 };
 
 /// The reads that CIMObject and CIMConstObject share.
@@ -76,32 +90,16 @@ class PEGASUS_COMMON_LINKAGE CIMObjectReads : public CIMElementReads {
 /// UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMObject : public CIMObjectReads {
+class PEGASUS_COMMON_LINKAGE CIMObject : public CIMObjectReads, public CIMElement<CIMObject> {
   public:
     CIMObject() = default;
-    CIMObject(const CIMObject& x) = default;
     CIMObject(const CIMClass& x);
     CIMObject(const CIMInstance& x);
-    CIMObject& operator=(const CIMObject& x) = default;
-    ~CIMObject() = default;
 
-    /// As CIMInstance::setPath and CIMClass::setPath.
-    void setPath(const CIMObjectPath& path);
-
-    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
-    /// UninitializedObjectException if `qualifier` is uninitialized.
-    CIMObject& addQualifier(const CIMQualifier& qualifier);
     using CIMElementReads::getQualifier;
-    CIMQualifier getQualifier(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    void removeQualifier(Uint32 index);
-
-    /// As CIMInstance::addProperty and CIMClass::addProperty.
-    CIMObject& addProperty(const CIMProperty& x);
+    using CIMElement<CIMObject>::getQualifier;
     using CIMElementReads::getProperty;
-    CIMProperty getProperty(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getPropertyCount().
-    void removeProperty(Uint32 index);
+    using CIMElement<CIMObject>::getProperty;
 
     /// As CIMInstance::instanceFilter; a class is filtered in the same way.
     void instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
@@ -116,14 +114,11 @@ class PEGASUS_COMMON_LINKAGE CIMObject : public CIMObjectReads {
 class PEGASUS_COMMON_LINKAGE CIMConstObject : public CIMObjectReads {
   public:
     CIMConstObject() = default;
-    CIMConstObject(const CIMConstObject& x) = default;
     CIMConstObject(const CIMObject& x) : CIMObjectReads(x) {}
     CIMConstObject(const CIMClass& x);
     CIMConstObject(const CIMInstance& x);
     CIMConstObject(const CIMConstClass& x);
     CIMConstObject(const CIMConstInstance& x);
-    CIMConstObject& operator=(const CIMConstObject& x) = default;
-    ~CIMConstObject() = default;
 };
 
 } // namespace Pegasus

@@ -108,7 +108,11 @@ class PEGASUS_COMMON_LINKAGE CIMObjectPath {
     friend struct CIMObjectPathRep;
 };
 
-PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y);
-PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y);
+inline Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {
+    return x.identical(y);
+}
+inline Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) {
+    return !x.identical(y);
+}
 
 } // namespace Pegasus

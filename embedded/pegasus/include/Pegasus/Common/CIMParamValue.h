@@ -23,13 +23,10 @@ struct CIMParamValueRep;
 class PEGASUS_COMMON_LINKAGE CIMParamValue {
   public:
     CIMParamValue() = default;
-    CIMParamValue(const CIMParamValue& x) = default;
-    CIMParamValue& operator=(const CIMParamValue& x) = default;
 
     /// `isTyped` tells whether the type of `value` was stated by whoever sent it. Throws
     /// UninitializedObjectException if `parameterName` is empty.
     CIMParamValue(String parameterName, CIMValue value, Boolean isTyped = true);
-    ~CIMParamValue() = default;
 
     String getParameterName() const;
     CIMValue getValue() const;

@@ -3,7 +3,7 @@
 
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMName.h>
-#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMQualified.h>
 #include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/Config.h>
@@ -19,19 +19,14 @@ class CIMConstParameter;
 struct CIMParameterRep;
 
 /// The reads that CIMParameter and CIMConstParameter share.
-class PEGASUS_COMMON_LINKAGE CIMParameterReads : public CIMReads<CIMParameterRep> {
+class PEGASUS_COMMON_LINKAGE CIMParameterReads : public CIMReads<CIMParameterRep>,
+                                                 public CIMQualifiedReads<CIMParameterReads> {
   public:
     const CIMName& getName() const;
     Boolean isArray() const;
     Uint32 getArraySize() const;
     const CIMName& getReferenceClassName() const;
     CIMType getType() const;
-
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
 
     /// Same name (ignoring case), type, reference class and qualifiers; whether it is an array, and
     /// of which size, does not count.
@@ -51,10 +46,10 @@ class PEGASUS_COMMON_LINKAGE CIMParameterReads : public CIMReads<CIMParameterRep
 /// isUninitialized() and assignment throw UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMParameterReads {
+class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMParameterReads,
+                                            public CIMQualified<CIMParameter> {
   public:
     CIMParameter() = default;
-    CIMParameter(const CIMParameter& x) = default;
 
     /// `arraySize` is the fixed number of elements, 0 for any.
     /// Throws UninitializedObjectException if `name` is null, and TypeMismatchException if
@@ -62,20 +57,13 @@ class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMParameterReads {
     /// or if it is missing for a reference.
     CIMParameter(const CIMName& name, CIMType type, Boolean isArray = false, Uint32 arraySize = 0,
                  const CIMName& referenceClassName = CIMName());
-    ~CIMParameter() = default;
-    CIMParameter& operator=(const CIMParameter& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null, and Exception if the parameter
     /// belongs to a method, in which its name is a key.
     void setName(const CIMName& name);
 
-    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
-    /// UninitializedObjectException if `x` is uninitialized.
-    CIMParameter& addQualifier(const CIMQualifier& x);
     using CIMParameterReads::getQualifier;
-    CIMQualifier getQualifier(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    void removeQualifier(Uint32 index);
+    using CIMQualified<CIMParameter>::getQualifier;
 
   private:
     friend class RepAccess;
@@ -87,14 +75,11 @@ class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMParameterReads {
 class PEGASUS_COMMON_LINKAGE CIMConstParameter : public CIMParameterReads {
   public:
     CIMConstParameter() = default;
-    CIMConstParameter(const CIMConstParameter& x) = default;
     CIMConstParameter(const CIMParameter& x) : CIMParameterReads(x) {}
     /// Throws as the constructor of CIMParameter.
     CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray = false,
-                      Uint32 arraySize = 0, const CIMName& referenceClassName = CIMName());
-    ~CIMConstParameter() = default;
-    CIMConstParameter& operator=(const CIMConstParameter& x) = default;
-    CIMConstParameter& operator=(const CIMParameter& x);
+                      Uint32 arraySize = 0, const CIMName& referenceClassName = CIMName())
+        : CIMConstParameter(CIMParameter(name, type, isArray, arraySize, referenceClassName)) {}
 };
 
 } // namespace Pegasus

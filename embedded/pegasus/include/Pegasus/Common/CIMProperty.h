@@ -3,7 +3,7 @@
 
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMName.h>
-#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMQualified.h>
 #include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/CIMValue.h>
@@ -20,7 +20,8 @@ class CIMConstProperty;
 struct CIMPropertyRep;
 
 /// The reads that CIMProperty and CIMConstProperty share.
-class PEGASUS_COMMON_LINKAGE CIMPropertyReads : public CIMReads<CIMPropertyRep> {
+class PEGASUS_COMMON_LINKAGE CIMPropertyReads : public CIMReads<CIMPropertyRep>,
+                                                public CIMQualifiedReads<CIMPropertyReads> {
   public:
     const CIMName& getName() const;
     const CIMValue& getValue() const;
@@ -31,12 +32,6 @@ class PEGASUS_COMMON_LINKAGE CIMPropertyReads : public CIMReads<CIMPropertyRep> 
     const CIMName& getReferenceClassName() const;
     const CIMName& getClassOrigin() const;
     Boolean getPropagated() const;
-
-    /// The index of the qualifier `name` (ignoring case), or PEG_NOT_FOUND.
-    Uint32 findQualifier(const CIMName& name) const;
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    CIMConstQualifier getQualifier(Uint32 index) const;
-    Uint32 getQualifierCount() const;
 
     /// Same name (ignoring case), value, reference class, class origin, propagation and
     /// qualifiers; the fixed array size does not count.
@@ -58,10 +53,10 @@ class PEGASUS_COMMON_LINKAGE CIMPropertyReads : public CIMReads<CIMPropertyRep> 
 /// UninitializedObjectException.
 ///
 /// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMProperty : public CIMPropertyReads {
+class PEGASUS_COMMON_LINKAGE CIMProperty : public CIMPropertyReads,
+                                           public CIMQualified<CIMProperty> {
   public:
     CIMProperty() = default;
-    CIMProperty(const CIMProperty& x) = default;
 
     /// `arraySize` is the fixed number of elements, 0 for any. A reference may leave out
     /// `referenceClassName` when the property is meant for an instance.
@@ -72,8 +67,6 @@ class PEGASUS_COMMON_LINKAGE CIMProperty : public CIMPropertyReads {
     CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
                 const CIMName& referenceClassName = CIMName(),
                 const CIMName& classOrigin = CIMName(), Boolean propagated = false);
-    ~CIMProperty() = default;
-    CIMProperty& operator=(const CIMProperty& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null, and Exception if the property
     /// belongs to a class or an instance, in which its name is a key.
@@ -84,13 +77,8 @@ class PEGASUS_COMMON_LINKAGE CIMProperty : public CIMPropertyReads {
     void setClassOrigin(const CIMName& classOrigin);
     void setPropagated(Boolean propagated);
 
-    /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
-    /// UninitializedObjectException if `x` is uninitialized.
-    CIMProperty& addQualifier(const CIMQualifier& x);
     using CIMPropertyReads::getQualifier;
-    CIMQualifier getQualifier(Uint32 index);
-    /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
-    void removeQualifier(Uint32 index);
+    using CIMQualified<CIMProperty>::getQualifier;
 
   private:
     friend class RepAccess;
@@ -101,15 +89,13 @@ class PEGASUS_COMMON_LINKAGE CIMProperty : public CIMPropertyReads {
 class PEGASUS_COMMON_LINKAGE CIMConstProperty : public CIMPropertyReads {
   public:
     CIMConstProperty() = default;
-    CIMConstProperty(const CIMConstProperty& x) = default;
     CIMConstProperty(const CIMProperty& x) : CIMPropertyReads(x) {}
     /// Throws as the constructor of CIMProperty.
     CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
                      const CIMName& referenceClassName = CIMName(),
-                     const CIMName& classOrigin = CIMName(), Boolean propagated = false);
-    ~CIMConstProperty() = default;
-    CIMConstProperty& operator=(const CIMConstProperty& x) = default;
-    CIMConstProperty& operator=(const CIMProperty& x);
+                     const CIMName& classOrigin = CIMName(), Boolean propagated = false)
+        : CIMConstProperty(
+              CIMProperty(name, value, arraySize, referenceClassName, classOrigin, propagated)) {}
 };
 
 } // namespace Pegasus

@@ -51,13 +51,10 @@ class PEGASUS_COMMON_LINKAGE CIMQualifierReads : public CIMReads<CIMQualifierRep
 class PEGASUS_COMMON_LINKAGE CIMQualifier : public CIMQualifierReads {
   public:
     CIMQualifier() = default;
-    CIMQualifier(const CIMQualifier& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null.
     CIMQualifier(const CIMName& name, const CIMValue& value,
                  const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE), Boolean propagated = false);
-    ~CIMQualifier() = default;
-    CIMQualifier& operator=(const CIMQualifier& x) = default;
 
     /// Throws UninitializedObjectException if `name` is null, and Exception if the qualifier
     /// belongs to an element, in which its name is a key.
@@ -80,15 +77,12 @@ class PEGASUS_COMMON_LINKAGE CIMQualifier : public CIMQualifierReads {
 class PEGASUS_COMMON_LINKAGE CIMConstQualifier : public CIMQualifierReads {
   public:
     CIMConstQualifier() = default;
-    CIMConstQualifier(const CIMConstQualifier& x) = default;
     CIMConstQualifier(const CIMQualifier& x) : CIMQualifierReads(x) {}
     /// Throws UninitializedObjectException if `name` is null.
     CIMConstQualifier(const CIMName& name, const CIMValue& value,
                       const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE),
-                      Boolean propagated = false);
-    ~CIMConstQualifier() = default;
-    CIMConstQualifier& operator=(const CIMConstQualifier& x) = default;
-    CIMConstQualifier& operator=(const CIMQualifier& x);
+                      Boolean propagated = false)
+        : CIMConstQualifier(CIMQualifier(name, value, flavor, propagated)) {}
 };
 
 } // namespace Pegasus

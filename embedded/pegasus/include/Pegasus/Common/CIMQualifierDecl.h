@@ -24,15 +24,12 @@ struct CIMQualifierDeclRep;
 class PEGASUS_COMMON_LINKAGE CIMQualifierDecl : public CIMReads<CIMQualifierDeclRep> {
   public:
     CIMQualifierDecl() = default;
-    CIMQualifierDecl(const CIMQualifierDecl& x) = default;
 
     /// `arraySize` is the fixed number of elements of an array value, 0 for any.
     /// Throws UninitializedObjectException if `name` is null.
     CIMQualifierDecl(const CIMName& name, const CIMValue& value, const CIMScope& scope,
                      const CIMFlavor& flavor = CIMFlavor(CIMFlavor::DEFAULTS),
                      Uint32 arraySize = 0);
-    ~CIMQualifierDecl() = default;
-    CIMQualifierDecl& operator=(const CIMQualifierDecl& x) = default;
 
     const CIMName& getName() const;
     CIMType getType() const;

@@ -15,15 +15,15 @@ class PEGASUS_COMMON_LINKAGE CIMScope {
     constexpr CIMScope() = default;
 
     /// True if all scopes of `scope` are in the set; so always true for NONE.
-    Boolean hasScope(const CIMScope& scope) const;
+    Boolean hasScope(const CIMScope& scope) const { return (_bits & scope._bits) == scope._bits; }
 
     /// Adds every scope of `scope`.
-    void addScope(const CIMScope& scope);
+    void addScope(const CIMScope& scope) { _bits |= scope._bits; }
 
-    Boolean equal(const CIMScope& scope) const;
+    Boolean equal(const CIMScope& scope) const { return _bits == scope._bits; }
 
     /// The union of both sets.
-    CIMScope operator+(const CIMScope& scope) const;
+    CIMScope operator+(const CIMScope& scope) const { return CIMScope(_bits | scope._bits); }
 
     /// The names of the scopes, as written in MOF, separated by a space.
     String toString() const;

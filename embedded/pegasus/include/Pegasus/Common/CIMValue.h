@@ -165,7 +165,11 @@ class PEGASUS_COMMON_LINKAGE CIMValue {
     friend struct CIMValueRep;
 };
 
-PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMValue& x, const CIMValue& y);
-PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMValue& x, const CIMValue& y);
+inline Boolean operator==(const CIMValue& x, const CIMValue& y) {
+    return x.equal(y);
+}
+inline Boolean operator!=(const CIMValue& x, const CIMValue& y) {
+    return !x.equal(y);
+}
 
 } // namespace Pegasus

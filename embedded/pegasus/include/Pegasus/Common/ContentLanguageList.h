@@ -5,11 +5,9 @@
 #include <Pegasus/Common/LanguageTag.h>
 #include <Pegasus/Common/Linkage.h>
 
-#include <memory>
+#include <vector>
 
 namespace Pegasus {
-
-struct ContentLanguageListRep;
 
 /// The language tags of a content, in the order in which they were appended. Copies are
 /// independent.
@@ -17,12 +15,7 @@ struct ContentLanguageListRep;
 /// Thread-safety: one list may be read by several threads, or changed by one.
 class PEGASUS_COMMON_LINKAGE ContentLanguageList {
   public:
-    ContentLanguageList();
-    ContentLanguageList(const ContentLanguageList& contentLanguages);
-    ~ContentLanguageList();
-    ContentLanguageList& operator=(const ContentLanguageList& contentLanguages);
-
-    Uint32 size() const;
+    Uint32 size() const { return static_cast<Uint32>(_tags.size()); }
     /// Throws IndexOutOfBoundsException unless `index` < size().
     LanguageTag getLanguageTag(Uint32 index) const;
     /// Throws Exception for the tag "*", which is no language of a content.
@@ -31,13 +24,13 @@ class PEGASUS_COMMON_LINKAGE ContentLanguageList {
     void remove(Uint32 index);
     /// The index of the tag, or PEG_NOT_FOUND.
     Uint32 find(const LanguageTag& languageTag) const;
-    void clear();
+    void clear() { _tags.clear(); }
     /// Same tags in the same order.
-    Boolean operator==(const ContentLanguageList& contentLanguages) const;
-    Boolean operator!=(const ContentLanguageList& contentLanguages) const;
+    Boolean operator==(const ContentLanguageList& x) const { return _tags == x._tags; }
+    Boolean operator!=(const ContentLanguageList& x) const { return _tags != x._tags; }
 
   private:
-    std::unique_ptr<ContentLanguageListRep> _rep;
+    std::vector<LanguageTag> _tags;
 };
 
 } // namespace Pegasus

@@ -14,138 +14,92 @@ class CIMConstInstance;
 /// The base of everything this library throws. Not a std::exception.
 class PEGASUS_COMMON_LINKAGE Exception {
   public:
-    Exception(const String& message);
-    Exception(const Exception& exception);
+    Exception(const String& message) : _message(message) {}
+    Exception(const Exception& exception) = default;
     virtual ~Exception();
-    Exception& operator=(const Exception& exception);
+    Exception& operator=(const Exception& exception) = default;
 
     virtual const String& getMessage() const;
 
   protected:
-    Exception();
+    Exception() = default;
 
   private:
     String _message;
 };
 
-/// "index out of bounds"
 class PEGASUS_COMMON_LINKAGE IndexOutOfBoundsException : public Exception {
   public:
-    IndexOutOfBoundsException();
+    IndexOutOfBoundsException() : Exception(String("index out of bounds")) {}
 };
 
-/// "already exists: <message>"
 class PEGASUS_COMMON_LINKAGE AlreadyExistsException : public Exception {
   public:
-    AlreadyExistsException(const String& message);
+    AlreadyExistsException(const String& message) : Exception("already exists: " + message) {}
 };
 
-/// "The CIM name is not valid: <name>"
 class PEGASUS_COMMON_LINKAGE InvalidNameException : public Exception {
   public:
-    InvalidNameException(const String& name);
+    InvalidNameException(const String& name) : Exception("The CIM name is not valid: " + name) {}
 };
 
-/// "invalid CIM namespace name: <name>"
 class PEGASUS_COMMON_LINKAGE InvalidNamespaceNameException : public Exception {
   public:
-    InvalidNamespaceNameException(const String& name);
+    InvalidNamespaceNameException(const String& name)
+        : Exception("invalid CIM namespace name: " + name) {}
 };
 
-/// "uninitialized object"
 class PEGASUS_COMMON_LINKAGE UninitializedObjectException : public Exception {
   public:
-    UninitializedObjectException();
+    UninitializedObjectException() : Exception(String("uninitialized object")) {}
 };
 
-/// "type mismatch" or "type mismatch: <message>"
 class PEGASUS_COMMON_LINKAGE TypeMismatchException : public Exception {
   public:
-    TypeMismatchException();
-    TypeMismatchException(const String& message);
+    TypeMismatchException() : Exception(String("type mismatch")) {}
+    TypeMismatchException(const String& message) : Exception("type mismatch: " + message) {}
 };
 
-/// "dynamic cast failed"
 class PEGASUS_COMMON_LINKAGE DynamicCastFailedException : public Exception {
   public:
-    DynamicCastFailedException();
+    DynamicCastFailedException() : Exception(String("dynamic cast failed")) {}
 };
 
-/// "invalid datetime format"
 class PEGASUS_COMMON_LINKAGE InvalidDateTimeFormatException : public Exception {
   public:
-    InvalidDateTimeFormatException();
+    InvalidDateTimeFormatException() : Exception(String("invalid datetime format")) {}
 };
 
 /// A date and time, or a number of microseconds, outside of what CIM can write.
 class PEGASUS_COMMON_LINKAGE DateTimeOutOfRangeException : public Exception {
   public:
-    DateTimeOutOfRangeException(const String& message);
+    DateTimeOutOfRangeException(const String& message)
+        : Exception("DateTime is out of range : " + message) {}
 };
 
-/// "malformed object name: <objectName>"
 class PEGASUS_COMMON_LINKAGE MalformedObjectNameException : public Exception {
   public:
-    MalformedObjectNameException(const String& objectName);
+    MalformedObjectNameException(const String& objectName)
+        : Exception("malformed object name: " + objectName) {}
 };
 
-class PEGASUS_COMMON_LINKAGE BindFailedException : public Exception {
-  public:
-    BindFailedException(const String& message);
-};
-
-class PEGASUS_COMMON_LINKAGE InvalidLocatorException : public Exception {
-  public:
-    InvalidLocatorException(const String& locator);
-};
-
-class PEGASUS_COMMON_LINKAGE CannotCreateSocketException : public Exception {
-  public:
-    CannotCreateSocketException();
-};
-
-class PEGASUS_COMMON_LINKAGE CannotConnectException : public Exception {
-  public:
-    CannotConnectException(const String& message);
-};
-
-class PEGASUS_COMMON_LINKAGE AlreadyConnectedException : public Exception {
-  public:
-    AlreadyConnectedException();
-};
-
-class PEGASUS_COMMON_LINKAGE NotConnectedException : public Exception {
-  public:
-    NotConnectedException();
-};
-
+/// An operation of a CIMOMHandle took too long. Not thrown by this host.
 class PEGASUS_COMMON_LINKAGE ConnectionTimeoutException : public Exception {
   public:
-    ConnectionTimeoutException();
-};
-
-class PEGASUS_COMMON_LINKAGE InvalidEnumerationContextException : public Exception {
-  public:
-    InvalidEnumerationContextException();
-};
-
-class PEGASUS_COMMON_LINKAGE SSLException : public Exception {
-  public:
-    SSLException(const String& message);
+    ConnectionTimeoutException() : Exception(String("connection timed out")) {}
 };
 
 /// A CIM operation failed with a status code. The message is kept exactly as given: it does not
 /// contain the name of the code.
 class PEGASUS_COMMON_LINKAGE CIMException : public Exception {
   public:
-    CIMException(CIMStatusCode code = CIM_ERR_SUCCESS, const String& message = String::EMPTY);
+    CIMException(CIMStatusCode code = CIM_ERR_SUCCESS, const String& message = String::EMPTY)
+        : Exception(message), _code(code) {}
     CIMException(CIMStatusCode code, const String& message, const CIMInstance& instance);
-    CIMException(CIMStatusCode code, const String& message, const Array<CIMInstance>& instances);
-    CIMException(const CIMException& cimException);
-    CIMException& operator=(const CIMException& cimException);
-    ~CIMException() override;
+    CIMException(CIMStatusCode code, const String& message, const Array<CIMInstance>& instances)
+        : Exception(message), _code(code), _errors(instances) {}
 
-    CIMStatusCode getCode() const;
+    CIMStatusCode getCode() const { return _code; }
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
     Uint32 getErrorCount() const;

@@ -21,9 +21,6 @@ class PEGASUS_COMMON_LINKAGE LanguageTag {
     /// hyphens between them, of which the first is a language of two or three letters or one of
     /// "i" and "x", and the second has two characters at least. "*", for any language, is a tag.
     LanguageTag(const String& languageTagString);
-    LanguageTag(const LanguageTag& languageTag) = default;
-    ~LanguageTag() = default;
-    LanguageTag& operator=(const LanguageTag& languageTag) = default;
 
     /// The first subtag, as it was given; empty for "*" and for tags beginning with "i" or "x".
     String getLanguage() const;
@@ -36,7 +33,7 @@ class PEGASUS_COMMON_LINKAGE LanguageTag {
 
     /// Ignores case.
     Boolean operator==(const LanguageTag& languageTag) const;
-    Boolean operator!=(const LanguageTag& languageTag) const;
+    Boolean operator!=(const LanguageTag& languageTag) const { return !(*this == languageTag); }
 
   private:
     std::shared_ptr<const LanguageTagRep> _rep;

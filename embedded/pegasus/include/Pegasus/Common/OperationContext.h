@@ -3,9 +3,6 @@
 
 #include <Pegasus/Common/AcceptLanguageList.h>
 #include <Pegasus/Common/Array.h>
-#include <Pegasus/Common/CIMInstance.h>
-#include <Pegasus/Common/CIMName.h>
-#include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/ContentLanguageList.h>
 #include <Pegasus/Common/Exception.h>
@@ -13,10 +10,9 @@
 #include <Pegasus/Common/String.h>
 
 #include <memory>
+#include <vector>
 
 namespace Pegasus {
-
-struct OperationContextRep;
 
 /// A set of containers, each found by its name. Copies are independent.
 ///
@@ -27,7 +23,7 @@ class PEGASUS_COMMON_LINKAGE OperationContext {
     /// one of those below.
     class PEGASUS_COMMON_LINKAGE Container {
       public:
-        virtual ~Container();
+        virtual ~Container() = default;
         virtual String getName() const = 0;
         /// A copy, to be given back by destroy().
         virtual Container* clone() const = 0;
@@ -35,16 +31,18 @@ class PEGASUS_COMMON_LINKAGE OperationContext {
         virtual void destroy() = 0;
     };
 
-    OperationContext();
-    OperationContext(const OperationContext& context);
-    virtual ~OperationContext();
+    OperationContext() = default;
+    OperationContext(const OperationContext& context) { *this = context; }
+    virtual ~OperationContext() = default;
     OperationContext& operator=(const OperationContext& context);
 
-    void clear();
+    void clear() { _containers.clear(); }
     /// The container, valid until it is replaced or removed. Throws Exception "object not found"
     /// if there is none of that name.
     const Container& get(const String& containerName) const;
-    Boolean contains(const String& containerName) const;
+    Boolean contains(const String& containerName) const {
+        return find(containerName) != _containers.end();
+    }
     /// Replaces the container of that name. Throws Exception "object not found" if there is none.
     void set(const Container& container);
     /// Adds a container. Throws Exception "object already exists." if there is one of that name.
@@ -53,7 +51,15 @@ class PEGASUS_COMMON_LINKAGE OperationContext {
     void remove(const String& containerName);
 
   private:
-    std::unique_ptr<OperationContextRep> _rep;
+    struct Destroy {
+        void operator()(Container* container) const { container->destroy(); }
+    };
+    using Containers = std::vector<std::unique_ptr<Container, Destroy>>;
+
+    Containers::const_iterator find(const String& containerName) const;
+    Containers::const_iterator require(const String& containerName) const;
+
+    Containers _containers;
 };
 
 /// The part that all containers below have in common: the name Concrete::NAME, and copies of
@@ -61,15 +67,19 @@ class PEGASUS_COMMON_LINKAGE OperationContext {
 template <class Concrete>
 class PEGASUS_COMMON_LINKAGE NamedContainer : virtual public OperationContext::Container {
   public:
-    String getName() const override;
-    OperationContext::Container* clone() const override;
-    void destroy() override;
+    String getName() const override { return Concrete::NAME; }
+    OperationContext::Container* clone() const override {
+        return new Concrete(static_cast<const Concrete&>(*this));
+    }
+    void destroy() override { delete this; }
 
   protected:
-    NamedContainer();
-    NamedContainer(const NamedContainer& container);
-    ~NamedContainer() override;
-    NamedContainer& operator=(const NamedContainer& container);
+    static const Concrete& downCast(const OperationContext::Container& container) {
+        const auto* concrete = dynamic_cast<const Concrete*>(&container);
+        if (!concrete)
+            throw DynamicCastFailedException();
+        return *concrete;
+    }
 };
 
 // Every container below can be made from what get() answers; that constructor throws
@@ -80,13 +90,11 @@ class PEGASUS_COMMON_LINKAGE IdentityContainer : public NamedContainer<IdentityC
   public:
     static const String NAME;
 
-    IdentityContainer(const OperationContext::Container& container);
-    IdentityContainer(const IdentityContainer& container);
-    IdentityContainer(const String& userName);
-    ~IdentityContainer() override;
-    IdentityContainer& operator=(const IdentityContainer& container);
+    IdentityContainer(const OperationContext::Container& container)
+        : IdentityContainer(downCast(container)) {}
+    IdentityContainer(const String& userName) : _userName(userName) {}
 
-    String getUserName() const;
+    String getUserName() const { return _userName; }
 
   private:
     String _userName;
@@ -98,13 +106,11 @@ class PEGASUS_COMMON_LINKAGE AcceptLanguageListContainer
   public:
     static const String NAME;
 
-    AcceptLanguageListContainer(const OperationContext::Container& container);
-    AcceptLanguageListContainer(const AcceptLanguageListContainer& container);
-    AcceptLanguageListContainer(const AcceptLanguageList& languages);
-    ~AcceptLanguageListContainer() override;
-    AcceptLanguageListContainer& operator=(const AcceptLanguageListContainer& container);
+    AcceptLanguageListContainer(const OperationContext::Container& container)
+        : AcceptLanguageListContainer(downCast(container)) {}
+    AcceptLanguageListContainer(const AcceptLanguageList& languages) : _languages(languages) {}
 
-    AcceptLanguageList getLanguages() const;
+    AcceptLanguageList getLanguages() const { return _languages; }
 
   private:
     AcceptLanguageList _languages;
@@ -116,13 +122,11 @@ class PEGASUS_COMMON_LINKAGE ContentLanguageListContainer
   public:
     static const String NAME;
 
-    ContentLanguageListContainer(const OperationContext::Container& container);
-    ContentLanguageListContainer(const ContentLanguageListContainer& container);
-    ContentLanguageListContainer(const ContentLanguageList& languages);
-    ~ContentLanguageListContainer() override;
-    ContentLanguageListContainer& operator=(const ContentLanguageListContainer& container);
+    ContentLanguageListContainer(const OperationContext::Container& container)
+        : ContentLanguageListContainer(downCast(container)) {}
+    ContentLanguageListContainer(const ContentLanguageList& languages) : _languages(languages) {}
 
-    ContentLanguageList getLanguages() const;
+    ContentLanguageList getLanguages() const { return _languages; }
 
   private:
     ContentLanguageList _languages;
@@ -133,115 +137,14 @@ class PEGASUS_COMMON_LINKAGE TimeoutContainer : public NamedContainer<TimeoutCon
   public:
     static const String NAME;
 
-    TimeoutContainer(const OperationContext::Container& container);
-    TimeoutContainer(const TimeoutContainer& container);
-    TimeoutContainer(Uint32 timeout);
-    ~TimeoutContainer() override;
-    TimeoutContainer& operator=(const TimeoutContainer& container);
+    TimeoutContainer(const OperationContext::Container& container)
+        : TimeoutContainer(downCast(container)) {}
+    TimeoutContainer(Uint32 timeout) : _timeout(timeout) {}
 
-    Uint32 getTimeOut() const;
+    Uint32 getTimeOut() const { return _timeout; }
 
   private:
     Uint32 _timeout;
-};
-
-/// The subscription that an indication is for.
-class PEGASUS_COMMON_LINKAGE SubscriptionInstanceContainer
-    : public NamedContainer<SubscriptionInstanceContainer> {
-  public:
-    static const String NAME;
-
-    SubscriptionInstanceContainer(const OperationContext::Container& container);
-    SubscriptionInstanceContainer(const SubscriptionInstanceContainer& container);
-    SubscriptionInstanceContainer(const CIMInstance& subscriptionInstance);
-    ~SubscriptionInstanceContainer() override;
-    SubscriptionInstanceContainer& operator=(const SubscriptionInstanceContainer& container);
-
-    CIMInstance getInstance() const;
-
-  private:
-    CIMInstance _subscriptionInstance;
-};
-
-/// The condition of a subscription's filter.
-class PEGASUS_COMMON_LINKAGE SubscriptionFilterConditionContainer
-    : public NamedContainer<SubscriptionFilterConditionContainer> {
-  public:
-    static const String NAME;
-
-    SubscriptionFilterConditionContainer(const OperationContext::Container& container);
-    SubscriptionFilterConditionContainer(const SubscriptionFilterConditionContainer& container);
-    SubscriptionFilterConditionContainer(const String& filterCondition,
-                                         const String& queryLanguage);
-    ~SubscriptionFilterConditionContainer() override;
-    SubscriptionFilterConditionContainer&
-    operator=(const SubscriptionFilterConditionContainer& container);
-
-    String getFilterCondition() const;
-    String getQueryLanguage() const;
-
-  private:
-    String _filterCondition;
-    String _queryLanguage;
-};
-
-/// The whole query of a subscription's filter.
-class PEGASUS_COMMON_LINKAGE SubscriptionFilterQueryContainer
-    : public NamedContainer<SubscriptionFilterQueryContainer> {
-  public:
-    static const String NAME;
-
-    SubscriptionFilterQueryContainer(const OperationContext::Container& container);
-    SubscriptionFilterQueryContainer(const SubscriptionFilterQueryContainer& container);
-    SubscriptionFilterQueryContainer(const String& filterQuery, const String& queryLanguage,
-                                     const CIMNamespaceName& sourceNameSpace);
-    ~SubscriptionFilterQueryContainer() override;
-    SubscriptionFilterQueryContainer& operator=(const SubscriptionFilterQueryContainer& container);
-
-    String getFilterQuery() const;
-    String getQueryLanguage() const;
-    CIMNamespaceName getSourceNameSpace() const;
-
-  private:
-    String _filterQuery;
-    String _queryLanguage;
-    CIMNamespaceName _sourceNameSpace;
-};
-
-/// The paths of the subscriptions that an indication matches.
-class PEGASUS_COMMON_LINKAGE SubscriptionInstanceNamesContainer
-    : public NamedContainer<SubscriptionInstanceNamesContainer> {
-  public:
-    static const String NAME;
-
-    SubscriptionInstanceNamesContainer(const OperationContext::Container& container);
-    SubscriptionInstanceNamesContainer(const SubscriptionInstanceNamesContainer& container);
-    SubscriptionInstanceNamesContainer(const Array<CIMObjectPath>& subscriptionInstanceNames);
-    ~SubscriptionInstanceNamesContainer() override;
-    SubscriptionInstanceNamesContainer&
-    operator=(const SubscriptionInstanceNamesContainer& container);
-
-    Array<CIMObjectPath> getInstanceNames() const;
-
-  private:
-    Array<CIMObjectPath> _subscriptionInstanceNames;
-};
-
-/// The object identifier of the SNMP trap that an indication was made from.
-class PEGASUS_COMMON_LINKAGE SnmpTrapOidContainer : public NamedContainer<SnmpTrapOidContainer> {
-  public:
-    static const String NAME;
-
-    SnmpTrapOidContainer(const OperationContext::Container& container);
-    SnmpTrapOidContainer(const SnmpTrapOidContainer& container);
-    SnmpTrapOidContainer(const String& snmpTrapOid);
-    ~SnmpTrapOidContainer() override;
-    SnmpTrapOidContainer& operator=(const SnmpTrapOidContainer& container);
-
-    String getSnmpTrapOid() const;
-
-  private:
-    String _snmpTrapOid;
 };
 
 } // namespace Pegasus

@@ -2,13 +2,9 @@
 #pragma once
 
 #include <Pegasus/Common/Array.h>
-#include <Pegasus/Common/CIMClass.h>
-#include <Pegasus/Common/CIMIndication.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMObjectPath.h>
-#include <Pegasus/Common/CIMParamValue.h>
-#include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/OperationContext.h>
@@ -22,7 +18,7 @@ namespace Pegasus {
 /// Thread-safety: a handler serves one call, and is not to be used from several threads at once.
 class PEGASUS_COMMON_LINKAGE ResponseHandler {
   public:
-    virtual ~ResponseHandler();
+    virtual ~ResponseHandler() = default;
 
     /// The provider has begun to answer.
     virtual void processing() = 0;
@@ -31,14 +27,14 @@ class PEGASUS_COMMON_LINKAGE ResponseHandler {
     virtual void complete() = 0;
 
     /// What is to accompany the response, such as the language of its texts.
-    void setContext(const OperationContext& context);
+    void setContext(const OperationContext& context) { _context = context; }
 
   protected:
-    ResponseHandler();
-    ResponseHandler(const ResponseHandler& handler);
-    ResponseHandler& operator=(const ResponseHandler& handler);
+    ResponseHandler() = default;
+    ResponseHandler(const ResponseHandler& handler) = default;
+    ResponseHandler& operator=(const ResponseHandler& handler) = default;
 
-    OperationContext getContext() const;
+    OperationContext getContext() const { return _context; }
 
   private:
     OperationContext _context;
@@ -56,24 +52,6 @@ class PEGASUS_COMMON_LINKAGE ObjectPathResponseHandler : virtual public Response
   public:
     virtual void deliver(const CIMObjectPath& objectPath) = 0;
     virtual void deliver(const Array<CIMObjectPath>& objectPaths) = 0;
-};
-
-/// Takes a method's output parameters and its return value.
-class PEGASUS_COMMON_LINKAGE MethodResultResponseHandler : virtual public ResponseHandler {
-  public:
-    virtual void deliverParamValue(const CIMParamValue& outParamValue) = 0;
-    virtual void deliverParamValue(const Array<CIMParamValue>& outParamValues) = 0;
-    virtual void deliver(const CIMValue& returnValue) = 0;
-};
-
-/// Takes indications, with or without a context of their own.
-class PEGASUS_COMMON_LINKAGE IndicationResponseHandler : virtual public ResponseHandler {
-  public:
-    virtual void deliver(const CIMIndication& indication) = 0;
-    virtual void deliver(const Array<CIMIndication>& indications) = 0;
-    virtual void deliver(const OperationContext& context, const CIMIndication& indication) = 0;
-    virtual void deliver(const OperationContext& context,
-                         const Array<CIMIndication>& indications) = 0;
 };
 
 /// Takes instances or classes, as association operations answer them.

@@ -54,12 +54,12 @@ class PEGASUS_COMMON_LINKAGE String {
     String(const char* str, Uint32 n);
     ~String();
 
-    String& operator=(const String& str);
+    String& operator=(const String& str) { return assign(str); }
     String& assign(const String& str);
-    String& assign(const Char16* str);
-    String& assign(const Char16* str, Uint32 n);
-    String& assign(const char* str);
-    String& assign(const char* str, Uint32 n);
+    String& assign(const Char16* str) { return assign(String(str)); }
+    String& assign(const Char16* str, Uint32 n) { return assign(String(str, n)); }
+    String& assign(const char* str) { return assign(String(str)); }
+    String& assign(const char* str, Uint32 n) { return assign(String(str, n)); }
     void clear();
     /// A hint that `capacity` code units are to come.
     void reserveCapacity(Uint32 capacity);
@@ -75,7 +75,7 @@ class PEGASUS_COMMON_LINKAGE String {
     Char16& operator[](Uint32 index);
     const Char16 operator[](Uint32 index) const;
 
-    String& append(const Char16& c);
+    String& append(const Char16& c) { return append(&c, 1); }
     String& append(const Char16* str, Uint32 n);
     String& append(const String& str);
     /// Removes `size` code units from `index` on, by default all of them. Throws
@@ -86,7 +86,7 @@ class PEGASUS_COMMON_LINKAGE String {
     String subString(Uint32 index, Uint32 n = PEG_NOT_FOUND) const;
 
     /// The index of the first match, or PEG_NOT_FOUND.
-    Uint32 find(Char16 c) const;
+    Uint32 find(Char16 c) const { return find(0, c); }
     Uint32 find(Uint32 index, Char16 c) const;
     Uint32 find(const String& s) const;
     Uint32 reverseFind(Char16 c) const;
@@ -103,14 +103,24 @@ class PEGASUS_COMMON_LINKAGE String {
     static Boolean equalNoCase(const String& s1, const String& s2);
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
-    String(const String& s1, const String& s2);
-    String(const String& s1, const char* s2);
-    String(const char* s1, const String& s2);
-    String& operator=(const char* str);
+    String(const String& s1, const String& s2) : String(s1) {
+        append(s2);
+    }
+    String(const String& s1, const char* s2) : String(s1, String(s2)) {
+    }
+    String(const char* s1, const String& s2) : String(String(s1), s2) {
+    }
+    String& operator=(const char* str) {
+        return assign(str);
+    }
     void toUpper();
-    Uint32 find(const char* s) const;
+    Uint32 find(const char* s) const {
+        return find(String(s));
+    }
     static Boolean equal(const String& s1, const char* s2);
-    static int compare(const String& s1, const char* s2);
+    static int compare(const String& s1, const char* s2) {
+        return compare(s1, String(s2));
+    }
     String& append(const char* str);
     String& append(const char* str, Uint32 size);
     static Boolean equalNoCase(const String& s1, const char* s2);
@@ -121,15 +131,31 @@ class PEGASUS_COMMON_LINKAGE String {
     friend struct StringRep;
 };
 
-PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const String& str2);
+inline Boolean operator==(const String& str1, const String& str2) {
+    return String::equal(str1, str2);
+}
 PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const char* str2);
-PEGASUS_COMMON_LINKAGE Boolean operator==(const char* str1, const String& str2);
-PEGASUS_COMMON_LINKAGE Boolean operator!=(const String& str1, const String& str2);
-PEGASUS_COMMON_LINKAGE Boolean operator<(const String& str1, const String& str2);
-PEGASUS_COMMON_LINKAGE Boolean operator<=(const String& str1, const String& str2);
-PEGASUS_COMMON_LINKAGE Boolean operator>(const String& str1, const String& str2);
-PEGASUS_COMMON_LINKAGE Boolean operator>=(const String& str1, const String& str2);
-PEGASUS_COMMON_LINKAGE String operator+(const String& str1, const String& str2);
+inline Boolean operator==(const char* str1, const String& str2) {
+    return str2 == str1;
+}
+inline Boolean operator!=(const String& str1, const String& str2) {
+    return !String::equal(str1, str2);
+}
+inline Boolean operator<(const String& str1, const String& str2) {
+    return String::compare(str1, str2) < 0;
+}
+inline Boolean operator<=(const String& str1, const String& str2) {
+    return String::compare(str1, str2) <= 0;
+}
+inline Boolean operator>(const String& str1, const String& str2) {
+    return String::compare(str1, str2) > 0;
+}
+inline Boolean operator>=(const String& str1, const String& str2) {
+    return String::compare(str1, str2) >= 0;
+}
+inline String operator+(const String& str1, const String& str2) {
+    return String(str1).append(str2);
+}
 /// For diagnostics: characters up to U+00FF as one byte, others as \xHHHH. For UTF-8 write
 /// getCString().
 PEGASUS_COMMON_LINKAGE std::ostream& operator<<(std::ostream& os, const String& str);

@@ -25,9 +25,6 @@ namespace Pegasus {
 /// Thread-safety: operations come in parallel, also those that belong to one request.
 class PEGASUS_PROVIDER_LINKAGE CIMAssociationProvider : public virtual CIMProvider {
   public:
-    CIMAssociationProvider();
-    ~CIMAssociationProvider() override;
-
     /// Delivers the objects at the other ends of the associations of `objectName`.
     virtual void associators(const OperationContext& context, const CIMObjectPath& objectName,
                              const CIMName& associationClass, const CIMName& resultClass,

@@ -22,9 +22,6 @@ namespace Pegasus {
 /// Thread-safety: operations come in parallel.
 class PEGASUS_PROVIDER_LINKAGE CIMInstanceProvider : public virtual CIMProvider {
   public:
-    CIMInstanceProvider();
-    ~CIMInstanceProvider() override;
-
     /// Delivers the one instance that `instanceReference` names, or throws
     /// CIMObjectNotFoundException.
     virtual void getInstance(const OperationContext& context,

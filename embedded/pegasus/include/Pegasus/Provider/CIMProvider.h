@@ -24,8 +24,7 @@ namespace Pegasus {
 /// come in parallel.
 class PEGASUS_PROVIDER_LINKAGE CIMProvider {
   public:
-    CIMProvider();
-    virtual ~CIMProvider();
+    virtual ~CIMProvider() = default;
 
     /// Gets the provider ready. `cimom` is valid during the call; a provider that wants to use it
     /// later copies it. Whatever is thrown here ends the provider's life: terminate() is called.

@@ -8,59 +8,59 @@
 
 namespace Pegasus {
 
-// The texts after the names are those of DSP0200's status codes. The message is the provider's:
-// it is kept as given and goes to the client.
+// The message is the provider's: it is kept as given and goes to the client.
 
-/// CIM_ERR_FAILED (1), and the base of the others.
+/// CIM_ERR_FAILED, and the base of the others.
 class PEGASUS_PROVIDER_LINKAGE CIMOperationFailedException : public CIMException {
   public:
-    CIMOperationFailedException(const String& message);
+    CIMOperationFailedException(const String& message) : CIMException(CIM_ERR_FAILED, message) {}
 
   protected:
-    CIMOperationFailedException(const CIMStatusCode code, const String& message);
+    CIMOperationFailedException(const CIMStatusCode code, const String& message)
+        : CIMException(code, message) {}
 };
 
-/// CIM_ERR_ACCESS_DENIED (2)
 class PEGASUS_PROVIDER_LINKAGE CIMAccessDeniedException : public CIMOperationFailedException {
   public:
-    CIMAccessDeniedException(const String& message);
+    CIMAccessDeniedException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_ACCESS_DENIED, message) {}
 };
 
-/// CIM_ERR_INVALID_PARAMETER (4)
 class PEGASUS_PROVIDER_LINKAGE CIMInvalidParameterException : public CIMOperationFailedException {
   public:
-    CIMInvalidParameterException(const String& message);
+    CIMInvalidParameterException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_INVALID_PARAMETER, message) {}
 };
 
-/// CIM_ERR_NOT_FOUND (6)
 class PEGASUS_PROVIDER_LINKAGE CIMObjectNotFoundException : public CIMOperationFailedException {
   public:
-    CIMObjectNotFoundException(const String& message);
+    CIMObjectNotFoundException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_NOT_FOUND, message) {}
 };
 
-/// CIM_ERR_NOT_SUPPORTED (7)
 class PEGASUS_PROVIDER_LINKAGE CIMNotSupportedException : public CIMOperationFailedException {
   public:
-    CIMNotSupportedException(const String& message);
+    CIMNotSupportedException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_NOT_SUPPORTED, message) {}
 };
 
-/// CIM_ERR_ALREADY_EXISTS (11)
 class PEGASUS_PROVIDER_LINKAGE CIMObjectAlreadyExistsException
     : public CIMOperationFailedException {
   public:
-    CIMObjectAlreadyExistsException(const String& message);
+    CIMObjectAlreadyExistsException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_ALREADY_EXISTS, message) {}
 };
 
-/// CIM_ERR_NO_SUCH_PROPERTY (12)
 class PEGASUS_PROVIDER_LINKAGE CIMPropertyNotFoundException : public CIMOperationFailedException {
   public:
-    CIMPropertyNotFoundException(const String& message);
+    CIMPropertyNotFoundException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_NO_SUCH_PROPERTY, message) {}
 };
 
-/// CIM_ERR_METHOD_NOT_FOUND (17)
 class PEGASUS_PROVIDER_LINKAGE CIMMethodNotFoundException : public CIMOperationFailedException {
   public:
-    CIMMethodNotFoundException(const String& message);
+    CIMMethodNotFoundException(const String& message)
+        : CIMOperationFailedException(CIM_ERR_METHOD_NOT_FOUND, message) {}
 };
 
 } // namespace Pegasus

@@ -1,10 +1,9 @@
-// The arrays of the value types. Those of the object model stand with it.
+// The arrays that providers can use.
 #include "ArrayImplementation.h"
 
-#include <Pegasus/Common/CIMDateTime.h>
-#include <Pegasus/Common/CIMName.h>
-#include <Pegasus/Common/CIMObjectPath.h>
-#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMParamValue.h>
+#include <Pegasus/Common/CIMQualifierDecl.h>
 
 namespace Pegasus {
 
@@ -27,5 +26,14 @@ template class Array<CIMDateTime>;
 template class Array<CIMKeyBinding>;
 template class Array<CIMObjectPath>;
 template class Array<CIMValue>;
+template class Array<CIMQualifier>;
+template class Array<CIMQualifierDecl>;
+template class Array<CIMProperty>;
+template class Array<CIMParameter>;
+template class Array<CIMMethod>;
+template class Array<CIMParamValue>;
+template class Array<CIMObject>;
+template class Array<CIMInstance>;
+template class Array<CIMClass>;
 
 } // namespace Pegasus
