@@ -3,34 +3,21 @@
 #include "text/Ascii.h"
 
 #include <algorithm>
+#include <charconv>
 #include <stdexcept>
+#include <string_view>
 
 namespace embedded::http {
 namespace {
 
-constexpr const char* whitespace = " \t";
 constexpr const char* hexadecimal = "0123456789ABCDEF";
 
 bool isUnreserved(char c) {
     return text::isDigit(c) || text::isLetter(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
-// The value of a hexadecimal digit, or -1.
-int digitValue(char c) {
-    if (text::isDigit(c))
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-std::string trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(whitespace);
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(whitespace) - first + 1);
+std::string trimmed(std::string_view text) {
+    return std::string(text::trimmed(text));
 }
 
 std::string unquoted(const std::string& text) {
@@ -87,11 +74,12 @@ std::string percentDecoded(const std::string& text) {
             result += text[i];
             continue;
         }
-        const int high = i + 2 < text.size() ? digitValue(text[i + 1]) : -1;
-        const int low = i + 2 < text.size() ? digitValue(text[i + 2]) : -1;
-        if (high < 0 || low < 0)
+        unsigned char byte = 0;
+        const char* const digits = text.data() + i + 1;
+        const char* const end = std::min(digits + 2, text.data() + text.size());
+        if (std::from_chars(digits, end, byte, 16).ptr != digits + 2)
             throw std::invalid_argument("not two hexadecimal digits after % in " + text);
-        result += static_cast<char>(high * 16 + low);
+        result += static_cast<char>(byte);
         i += 2;
     }
     return result;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory_resource>
 #include <new>
 #include <utility>
 
@@ -15,64 +16,34 @@ namespace embedded::http {
 ///
 /// Thread-safety: what waits in an executor leaves the memory before it is called, so whoever is
 /// called may use it again, on any thread.
-class HandlerMemory {
-  public:
-    HandlerMemory() = default;
-    HandlerMemory(const HandlerMemory&) = delete;
-    HandlerMemory& operator=(const HandlerMemory&) = delete;
-
-    void* allocate(std::size_t size) {
+class HandlerMemory : public std::pmr::memory_resource {
+  private:
+    void* do_allocate(std::size_t size, std::size_t /*alignment*/) override {
         // Not tested: nothing here is as large, and nothing is handed on twice at once.
         if (_used || size > _bytes.size())
             return ::operator new(size);
         _used = true;
         return _bytes.data();
     }
-    void release(void* memory) noexcept {
+    void do_deallocate(void* memory, std::size_t /*size*/, std::size_t /*alignment*/) override {
         if (memory == _bytes.data())
             _used = false;
         else
             ::operator delete(memory);
     }
+    bool do_is_equal(const memory_resource& other) const noexcept override {
+        return this == &other;
+    }
 
-  private:
     alignas(std::max_align_t) std::array<std::byte, 512> _bytes;
     bool _used = false;
-};
-
-/// Allocates in a HandlerMemory.
-template <class Value>
-class HandlerAllocator {
-  public:
-    using value_type = Value;
-
-    explicit HandlerAllocator(HandlerMemory& memory) : _memory(&memory) {}
-    template <class Other>
-    HandlerAllocator(const HandlerAllocator<Other>& other) noexcept : _memory(other.memory()) {}
-
-    Value* allocate(std::size_t count) {
-        return static_cast<Value*>(_memory->allocate(count * sizeof(Value)));
-    }
-    void deallocate(Value* place, std::size_t) noexcept { _memory->release(place); }
-    HandlerMemory* memory() const { return _memory; }
-
-    template <class Other>
-    bool operator==(const HandlerAllocator<Other>& other) const {
-        return _memory == other.memory();
-    }
-    template <class Other>
-    bool operator!=(const HandlerAllocator<Other>& other) const {
-        return !(*this == other);
-    }
-
-  private:
-    HandlerMemory* _memory;
 };
 
 /// `handler`, which takes its place in an executor in `memory`: handing it over cannot fail.
 template <class Handler>
 auto onReserve(HandlerMemory& memory, Handler handler) {
-    return boost::asio::bind_allocator(HandlerAllocator<void>(memory), std::move(handler));
+    return boost::asio::bind_allocator(std::pmr::polymorphic_allocator<std::byte>(&memory),
+                                       std::move(handler));
 }
 
 } // namespace embedded::http

@@ -15,7 +15,7 @@ struct SelfSigned {
 constexpr std::chrono::hours selfSignedValidity{24 * 397}; // what clients still take
 
 /// A new key (EC, P-256) and its certificate, for servers and clients, from an hour ago on.
-/// `names`: host names and addresses, of which there is at least one; the first one is the
+/// `names`: host names and addresses for which canBeCertified(), at least one; the first one is the
 /// subject's name, too, up to 64 bytes of it. Throws std::runtime_error. Thread-safety: any thread.
 SelfSigned makeSelfSigned(const std::vector<std::string>& names);
 
