@@ -35,26 +35,11 @@ std::string quoted(const std::string& name) {
     return '"' + shown + (name.size() > limits::userName ? "..." : "") + '"';
 }
 
-/// Counts itself among those that live.
-class Waiting {
-  public:
-    explicit Waiting(std::shared_ptr<std::atomic<unsigned>> count) : _count(std::move(count)) {
-        ++*_count;
-    }
-    ~Waiting() { --*_count; }
-    Waiting(const Waiting&) = delete;
-    Waiting& operator=(const Waiting&) = delete;
-
-  private:
-    const std::shared_ptr<std::atomic<unsigned>> _count;
-};
-
 class Access {
   public:
     Access(AccessRules rules, Answering answering,
            std::function<void(const std::string&, const std::string&)> log)
-        : _rules(std::move(rules)), _answering(std::move(answering)), _log(std::move(log)),
-          _waiting(std::make_shared<std::atomic<unsigned>>(0)) {}
+        : _rules(std::move(rules)), _answering(std::move(answering)), _log(std::move(log)) {}
 
     Answer answer(Request&& request) {
         if (!_rules.accounts)
@@ -101,13 +86,14 @@ class Access {
         const Verdict known = _rules.accounts->recall(credentials, request.peer.address);
         if (known.outcome != Outcome::Unverified)
             return judged(known, std::move(request), credentials.name);
-        const auto waiting = std::make_shared<Waiting>(_waiting);
-        if (*_waiting > limits::placesToVerify + limits::waitingToBeVerified) {
+        std::shared_ptr<const void> waiting = _waiting;
+        if (_waiting.use_count() - 1 > long{limits::placesToVerify + limits::waitingToBeVerified}) {
             tell(request, "user " + quoted(credentials.name) +
                               " turned away: too many passwords wait to be verified");
             return unavailable(std::chrono::seconds(1));
         }
-        auto verify = [this, credentials, waiting, request = std::move(request)]() mutable {
+        auto verify = [this, credentials, waiting = std::move(waiting),
+                       request = std::move(request)]() mutable {
             const Verdict verdict = _rules.accounts->verify(credentials, request.peer.address);
             return judged(verdict, std::move(request), credentials.name);
         };
@@ -155,7 +141,8 @@ class Access {
     const AccessRules _rules;
     const Answering _answering;
     const std::function<void(const std::string&, const std::string&)> _log;
-    const std::shared_ptr<std::atomic<unsigned>> _waiting;
+    /// Whoever waits for a password to be verified has a copy: as many wait as there are copies.
+    const std::shared_ptr<const void> _waiting = std::make_shared<char>();
     std::atomic<bool> _ignoredTold{false};
 };
 

@@ -101,6 +101,24 @@ void convert(const Raw& raw, Settings& settings) {
     settings.patience = std::chrono::seconds(raw.patience);
 }
 
+template <class Value>
+CLI::Option* option(CLI::App& app, const char* name, Value& value, const char* type,
+                    const char* help) {
+    return app.add_option(name, value, help)->type_name(type);
+}
+
+template <class Value>
+CLI::Option* withDefault(CLI::App& app, const char* name, Value& value, const char* type,
+                         const char* help) {
+    return option(app, name, value, type, help)->capture_default_str();
+}
+
+template <class Value>
+CLI::Option* repeatable(CLI::App& app, const char* name, std::vector<Value>& values,
+                        const char* type, const char* help) {
+    return option(app, name, values, type, help)->expected(1)->take_all();
+}
+
 void declareServing(CLI::App& app, Settings& settings, Raw& raw) {
     CLI::Validator named(
         [](const std::string& address) {
@@ -109,35 +127,25 @@ void declareServing(CLI::App& app, Settings& settings, Raw& raw) {
                        : std::string();
         },
         "");
-    app.add_option("--address", settings.address, "Address or host name to listen on")
-        ->type_name("ADDRESS")
-        ->check(named)
-        ->capture_default_str();
-    CLI::Option* const port =
-        app.add_option("--port", settings.port, "Port to listen on; 0 takes any free one")
-            ->type_name("PORT")
-            ->capture_default_str();
-    CLI::Option* const portFile = app.add_option("--port-file", settings.portFile,
-                                                 "Write the port to FILE once it is listened to")
-                                      ->type_name("FILE");
+    withDefault(app, "--address", settings.address, "ADDRESS", "Address or host name to listen on")
+        ->check(named);
+    CLI::Option* const port = withDefault(app, "--port", settings.port, "PORT",
+                                          "Port to listen on; 0 takes any free one");
+    CLI::Option* const portFile = option(app, "--port-file", settings.portFile, "FILE",
+                                         "Write the port to FILE once it is listened to");
     CLI::Option* const https =
-        app.add_option("--https-port", settings.httpsPort,
-                       "Port to listen on for HTTPS; 0 takes any free one (default: none)")
-            ->type_name("PORT");
-    app.add_option("--https-port-file", settings.httpsPortFile,
-                   "Write the port for HTTPS to FILE, before --port-file is written")
-        ->type_name("FILE")
+        option(app, "--https-port", settings.httpsPort, "PORT",
+               "Port to listen on for HTTPS; 0 takes any free one (default: none)");
+    option(app, "--https-port-file", settings.httpsPortFile, "FILE",
+           "Write the port for HTTPS to FILE, before --port-file is written")
         ->needs(https);
-    app.add_option("--certificate", settings.tlsFiles.certificate,
-                   "The server's certificate for HTTPS, and those that lead to its root (PEM)")
-        ->type_name("FILE")
+    option(app, "--certificate", settings.tlsFiles.certificate, "FILE",
+           "The server's certificate for HTTPS, and those that lead to its root (PEM)")
         ->needs(https);
-    app.add_option("--key", settings.tlsFiles.key, "The key of the certificate (PEM)")
-        ->type_name("FILE")
+    option(app, "--key", settings.tlsFiles.key, "FILE", "The key of the certificate (PEM)")
         ->needs(https);
-    app.add_option("--client-ca", settings.tlsFiles.clientCa,
-                   "Ask clients for a certificate; the roots of those that are taken (PEM)")
-        ->type_name("FILE")
+    option(app, "--client-ca", settings.tlsFiles.clientCa, "FILE",
+           "Ask clients for a certificate; the roots of those that are taken (PEM)")
         ->needs(https);
     app.add_flag("--no-http", raw.withoutHttp, "Listen for HTTPS alone")
         ->needs(https)
@@ -149,80 +157,53 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
     declareConfigFiles(app);
     CLI::Validator directory = CLI::ExistingDirectory;
     directory.description(""); // it would be part of the help's first column
-    app.add_option("--namespace", raw.nameSpaces, "A namespace to serve (repeatable)")
-        ->type_name("NAMESPACE")
-        ->expected(1)
-        ->take_all();
-    app.add_option("--interop", raw.interop, "The interop namespace, with the registrations")
-        ->type_name("NAMESPACE")
-        ->capture_default_str();
-    app.add_option("--mof", raw.mofFiles,
-                   "Load FILE into NAMESPACE, which is created as needed (repeatable, in order)")
-        ->type_name("NAMESPACE=FILE")
-        ->expected(1)
-        ->take_all();
-    app.add_option("--mof-include", settings.mofIncludes,
-                   "Where included MOF files are looked for (repeatable)")
-        ->type_name("DIR")
-        ->expected(1)
-        ->take_all()
+    repeatable(app, "--namespace", raw.nameSpaces, "NAMESPACE",
+               "A namespace to serve (repeatable)");
+    withDefault(app, "--interop", raw.interop, "NAMESPACE",
+                "The interop namespace, with the registrations");
+    repeatable(app, "--mof", raw.mofFiles, "NAMESPACE=FILE",
+               "Load FILE into NAMESPACE, which is created as needed (repeatable, in order)");
+    repeatable(app, "--mof-include", settings.mofIncludes, "DIR",
+               "Where included MOF files are looked for (repeatable)")
         ->check(directory);
-    app.add_option("--provider-dir", settings.providerDirectories,
-                   "Where provider libraries are looked for (repeatable, in order)")
-        ->type_name("DIR")
-        ->expected(1)
-        ->take_all()
+    repeatable(app, "--provider-dir", settings.providerDirectories, "DIR",
+               "Where provider libraries are looked for (repeatable, in order)")
         ->check(directory);
     app.add_flag("--writable", settings.writable,
                  "Let clients create, modify and delete instances that no module publishes");
 }
 
 void declareSystem(CLI::App& app, Settings& settings) {
-    app.add_option("--system-class", settings.systemClass,
-                   "The class of the system on which the object manager runs, as its keys say it")
-        ->type_name("CLASS")
-        ->capture_default_str();
-    app.add_option("--system-name", settings.systemName,
-                   "The name of that system (default: this machine's canonical name)")
-        ->type_name("NAME");
+    withDefault(app, "--system-class", settings.systemClass, "CLASS",
+                "The class of the system on which the object manager runs, as its keys say it");
+    option(app, "--system-name", settings.systemName, "NAME",
+           "The name of that system (default: this machine's canonical name)");
 }
 
 void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
     app.add_flag("--check", settings.checkOnly,
                  "Say what is registered and what is missing, and end without serving");
-    app.add_option("--trace-wire", settings.wireTrace,
-                   "Write every request and reply to files in DIR, or with - to standard error")
-        ->type_name("DIR");
-    app.add_option("--log-level", settings.logLevel, "How much goes to standard error")
-        ->type_name("LEVEL")
-        ->check(CLI::IsMember({"trace", "debug", "info", "warning", "error", "off"}))
-        ->capture_default_str();
-    app.add_option("--grace", raw.grace, "Time for requests and providers to finish at the end")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0U, 3600U))
-        ->capture_default_str();
-    app.add_option(
-           "--patience", raw.patience,
-           "Time that a request waits for a module in which all places are taken, and after "
-           "which the log tells what a module has not returned from")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(1U, 3600U))
-        ->capture_default_str();
-    app.add_option("--fault", raw.faults,
-                   "Let what providers ask the server go wrong, to see what they make of it "
-                   "(repeatable, in order; see below)")
-        ->type_name("OPERATION:CLASS=WHAT")
-        ->expected(1)
-        ->take_all();
+    option(app, "--trace-wire", settings.wireTrace, "DIR",
+           "Write every request and reply to files in DIR, or with - to standard error");
+    withDefault(app, "--log-level", settings.logLevel, "LEVEL", "How much goes to standard error")
+        ->check(CLI::IsMember({"trace", "debug", "info", "warning", "error", "off"}));
+    withDefault(app, "--grace", raw.grace, "SECONDS",
+                "Time for requests and providers to finish at the end")
+        ->check(CLI::Range(0U, 3600U));
+    withDefault(app, "--patience", raw.patience, "SECONDS",
+                "Time that a request waits for a module in which all places are taken, and after "
+                "which the log tells what a module has not returned from")
+        ->check(CLI::Range(1U, 3600U));
+    repeatable(app, "--fault", raw.faults, "OPERATION:CLASS=WHAT",
+               "Let what providers ask the server go wrong, to see what they make of it "
+               "(repeatable, in order; see below)");
     app.add_flag("--keep-libraries", settings.keepLibraries,
                  "Leave provider libraries mapped to the end, for leak and race reports");
 }
 
 void declareAccess(CLI::App& app, Settings& settings, Raw& raw) {
-    CLI::Option* const users =
-        app.add_option("--users", settings.users,
-                       "Answer only the users of FILE, which cimhost passwd makes")
-            ->type_name("FILE");
+    CLI::Option* const users = option(app, "--users", settings.users, "FILE",
+                                      "Answer only the users of FILE, which cimhost passwd makes");
     app.add_flag("--anonymous-read", settings.anonymousRead,
                  "With --users, let those read who send no credentials")
         ->needs(users);
@@ -230,8 +211,8 @@ void declareAccess(CLI::App& app, Settings& settings, Raw& raw) {
         "--insecure-remote-access", settings.insecureRemote,
         "Listen where other machines can connect, even so that everybody there may ask, or "
         "read and change what is sent, passwords among it");
-    app.add_option("--user", raw.runAs, "Become that user, and group, once the ports are open")
-        ->type_name("NAME[:GROUP]");
+    option(app, "--user", raw.runAs, "NAME[:GROUP]",
+           "Become that user, and group, once the ports are open");
     app.add_flag("--core-dumps", settings.coreDumps,
                  "Leave a core dump after a crash, with everything that was in memory");
 }
@@ -250,7 +231,9 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     declareSystem(app, settings);
     declareWatching(app, settings, raw);
     std::function<ExitCode()> command;
-    declareCommands(app, command);
+    declareMakeCertificate(app, command);
+    declarePasswd(app, command);
+    app.require_subcommand(0, 1);
     try {
         app.parse(argc, argv);
         if (command)

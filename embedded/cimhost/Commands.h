@@ -11,14 +11,10 @@ class App;
 
 namespace embedded::cimhost {
 
-/// Each of these makes its subcommand of `app`; where the command line has it, `chosen` is what to
-/// do. What that throws is for people.
-using DeclareCommand = void (*)(CLI::App& app, std::function<ExitCode()>& chosen);
+// Each of these makes its subcommand of `app`; where the command line has it, `chosen` becomes what
+// to do. What that throws is for people.
 
 void declareMakeCertificate(CLI::App& app, std::function<ExitCode()>& chosen);
 void declarePasswd(CLI::App& app, std::function<ExitCode()>& chosen);
-
-/// All of them.
-void declareCommands(CLI::App& app, std::function<ExitCode()>& chosen);
 
 } // namespace embedded::cimhost

@@ -33,7 +33,7 @@ std::vector<std::string> faultsOfUnknownClasses(const std::vector<routing::Fault
                            });
         if (!known)
             complaints.push_back("--fault \"" + describe(fault) + "\": no namespace has a class " +
-                                 text(fault.className.getString()) +
+                                 utf8(fault.className) +
                                  "; check its spelling, or load the MOF file that declares it");
     }
     return complaints;

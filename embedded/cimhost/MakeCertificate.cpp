@@ -27,7 +27,7 @@ struct Wanted {
 // This machine's, and those by which it calls itself.
 std::vector<std::string> ownNames() {
     std::vector<std::string> names = {"localhost", "127.0.0.1", "::1"};
-    const std::string host = text(routing::localHostName());
+    const std::string host = utf8(routing::localHostName());
     if (host != names.front() && http::canBeCertified(host))
         names.insert(names.begin(), host);
     return names;

@@ -25,7 +25,7 @@ constexpr std::uint16_t associationTraversal = 6;
 std::string reachedAt(const std::string& address, std::uint16_t port) {
     std::string host = address;
     if (address == "0.0.0.0" || address == "::")
-        host = text(routing::localHostName());
+        host = utf8(routing::localHostName());
     else if (address.find(':') != std::string::npos)
         host = "[" + address + "]";
     return host + ":" + std::to_string(port);
@@ -63,7 +63,7 @@ void linkOwnObjects(const Settings& settings, const repository::View& view,
     if (settings.httpsPort)
         own.httpsAddress = reachedAt(settings.address, ports.back());
     for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
-        own.nameSpaces.push_back(text(nameSpace.getString()));
+        own.nameSpaces.push_back(utf8(nameSpace));
     modules.linked.emplace(providerName, [own](const Pegasus::String&) {
         return new serverobjects::ServerObjectsProvider([own] { return own; });
     });

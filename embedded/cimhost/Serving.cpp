@@ -16,7 +16,6 @@
 #include "routing/ProviderHandle.h"
 #include "routing/ProviderModule.h"
 #include "routing/Router.h"
-#include "threads/Locks.h"
 
 #include <spdlog/spdlog.h>
 
@@ -24,6 +23,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <future>
+#include <list>
 #include <memory>
 #include <new>
 #include <numeric>
@@ -63,36 +64,53 @@ std::string url(const std::string& scheme, const std::string& address, std::uint
            "/cimom";
 }
 
-/// The file that tells the port. Scripts wait for it to be there, so it is there only when it is
-/// complete, and no longer than the server.
+/// The file that tells a port. Scripts wait for it to be there, so it is there only when it is
+/// complete, and no longer than the server. Throws std::runtime_error that names the file.
 class PortFile {
   public:
-    explicit PortFile(const std::filesystem::path& file)
-        : _directory(file.parent_path()), _name(file.filename().string()) {
-        _directory.remove(_name); // an old one would be taken for ours
+    PortFile(const std::filesystem::path& file, std::uint16_t port)
+        : _file(file), _name(file.filename().string()), _content(std::to_string(port) + "\n") {
+        named([this] {
+            _directory.emplace(_file.parent_path());
+            _directory->remove(_name); // an old one would be taken for ours
+        });
     }
     ~PortFile() {
         try {
-            if (!_content.empty() && _directory.content(_name) == _content)
-                _directory.remove(_name);
+            if (_isWritten && _directory->content(_name) == _content)
+                _directory->remove(_name);
         } catch (const std::exception&) { // it stays: the next server removes it
         }
     }
     PortFile(const PortFile&) = delete;
     PortFile& operator=(const PortFile&) = delete;
 
-    void write(std::uint16_t port) {
-        const std::string unfinished = _name + "." + std::to_string(::getpid());
-        _directory.remove(unfinished);
-        _directory.create(unfinished, std::to_string(port) + "\n", 0600);
-        _directory.rename(unfinished, _name);
-        _content = std::to_string(port) + "\n";
+    void write() {
+        named([this] {
+            const std::string unfinished = _name + "." + std::to_string(::getpid());
+            _directory->remove(unfinished);
+            _directory->create(unfinished, _content, 0600);
+            _directory->rename(unfinished, _name);
+            _isWritten = true;
+        });
     }
 
   private:
-    const Directory _directory;
+    template <class Step>
+    void named(const Step& step) const {
+        try {
+            step();
+        } catch (const std::system_error& error) {
+            throw std::runtime_error("cannot write the port file " + _file.string() + ": " +
+                                     error.what());
+        }
+    }
+
+    const std::filesystem::path _file;
     const std::string _name;
-    std::string _content;
+    const std::string _content;
+    std::optional<Directory> _directory;
+    bool _isWritten = false;
 };
 
 // Threads for what is in no lane.
@@ -187,44 +205,6 @@ std::vector<std::string> served(const Settings& settings,
     return urls;
 }
 
-/// The files that tell the ports, each for the listener of its place; none where none is wanted.
-class PortFiles {
-  public:
-    explicit PortFiles(std::vector<std::optional<std::filesystem::path>> files)
-        : _paths(std::move(files)), _files(_paths.size()) {
-        each([this](std::size_t i) { _files[i].emplace(*_paths[i]); });
-    }
-    /// The last one first, so that whoever waits for that of HTTP has both.
-    void write(const std::vector<std::uint16_t>& ports) {
-        each([&](std::size_t i) { _files[i]->write(ports[i]); });
-    }
-
-  private:
-    template <class Step>
-    void each(const Step& step) {
-        for (std::size_t i = _paths.size(); i-- != 0;)
-            try {
-                if (_paths[i])
-                    step(i);
-            } catch (const std::system_error& error) {
-                throw std::runtime_error("cannot write the port file " + _paths[i]->string() +
-                                         ": " + error.what());
-            }
-    }
-
-    const std::vector<std::optional<std::filesystem::path>> _paths;
-    std::vector<std::optional<PortFile>> _files;
-};
-
-std::vector<std::optional<std::filesystem::path>> portFiles(const Settings& settings) {
-    std::vector<std::optional<std::filesystem::path>> files;
-    if (settings.withHttp)
-        files.push_back(settings.portFile);
-    if (settings.httpsPort)
-        files.push_back(settings.httpsPortFile);
-    return files;
-}
-
 // Whether the ports may be opened: what is asked for may be more than is meant.
 bool isExposureMeant(const Settings& settings, const std::vector<http::Listener>& listeners) {
     bool isSafe = true;
@@ -265,8 +245,8 @@ void tellCalls(const routing::ProviderModules& modules, std::chrono::seconds atL
         for (const routing::ProviderModules::Call& call : modules.calls()) {
             const auto lasts = std::chrono::duration_cast<std::chrono::seconds>(now - call.since);
             if (lasts >= atLeast)
-                warnOften("provider", "provider " + text(call.provider) +
-                                          " has not returned from " + text(call.from) + " for " +
+                warnOften("provider", "provider " + utf8(call.provider) +
+                                          " has not returned from " + utf8(call.from) + " for " +
                                           std::to_string(lasts.count()) + " s");
         }
     } catch (const std::bad_alloc&) { // lines less
@@ -277,33 +257,19 @@ void tellCalls(const routing::ProviderModules& modules, std::chrono::seconds atL
 class CallWatch {
   public:
     CallWatch(const routing::ProviderModules& modules, std::chrono::seconds patience)
-        : _thread([this, &modules, patience] {
-              while (!endsWithin(patience))
+        : _thread([ending = _ending.get_future(), &modules, patience] {
+              while (ending.wait_for(patience) == std::future_status::timeout)
                   tellCalls(modules, patience);
           }) {}
     ~CallWatch() {
-        {
-            const threads::Lock lock(_mutex);
-            _ending = true;
-        }
-        _changed.notifyAll();
+        _ending.set_value();
         _thread.join();
     }
     CallWatch(const CallWatch&) = delete;
     CallWatch& operator=(const CallWatch&) = delete;
 
   private:
-    bool endsWithin(std::chrono::seconds time) {
-        const auto until = routing::ProviderModules::Clock::now() + time;
-        const threads::Lock lock(_mutex);
-        while (!_ending && _changed.waitUntil(_mutex, until))
-            ;
-        return _ending;
-    }
-
-    threads::Mutex _mutex;
-    threads::Condition _changed;
-    bool _ending GUARDED_BY(_mutex) = false;
+    std::promise<void> _ending;
     std::thread _thread;
 };
 
@@ -313,13 +279,13 @@ class Unloading {
   public:
     explicit Unloading(routing::ProviderModules& modules)
         : _thread([this, &modules] {
-              if (isAsked())
-                  change(modules.unloadAll(_until) ? State::AllUnloaded : State::OneBusy,
-                         State::Asked);
+              if (const std::optional<Until> until = _asked.get_future().get())
+                  _allUnloaded.set_value(modules.unloadAll(*until));
           }) {}
     /// Unless finish() has returned, nothing is unloaded here.
     ~Unloading() {
-        change(State::NotAsked, State::Waiting);
+        if (!_isAsked)
+            _asked.set_value(std::nullopt);
         _thread.join();
     }
     Unloading(const Unloading&) = delete;
@@ -328,47 +294,24 @@ class Unloading {
     /// Those modules that return are terminated; without the others the process ends here, with a
     /// code of its own. `drained`: no request is left inside them.
     void finish(const routing::ProviderModules& modules, bool drained, std::chrono::seconds grace) {
-        _until =
-            routing::ProviderModules::Clock::now() + (drained ? grace : std::chrono::seconds(0));
-        change(State::Asked, State::Waiting);
-        const State state = answerWithin(grace);
-        if (drained && state == State::AllUnloaded)
+        std::future<bool> allUnloaded = _allUnloaded.get_future();
+        _isAsked = true;
+        _asked.set_value(Until::clock::now() + (drained ? grace : std::chrono::seconds(0)));
+        const bool inTime = allUnloaded.wait_for(grace) == std::future_status::ready;
+        if (drained && inTime && allUnloaded.get())
             return;
         spdlog::error("a provider{} has not returned within {} s; ending without it",
-                      state == State::Asked ? "'s terminate()" : "", grace.count());
+                      inTime ? "" : "'s terminate()", grace.count());
         tellCalls(modules, std::chrono::seconds(0));
         leave(ExitCode::ProviderStuck);
     }
 
   private:
-    enum class State { Waiting, NotAsked, Asked, AllUnloaded, OneBusy };
+    using Until = routing::ProviderModules::Clock::time_point;
 
-    void change(State to, State from) {
-        const threads::Lock lock(_mutex);
-        if (_state == from)
-            _state = to;
-        _changed.notifyAll();
-    }
-
-    bool isAsked() {
-        const threads::Lock lock(_mutex);
-        while (_state == State::Waiting)
-            _changed.wait(_mutex);
-        return _state == State::Asked;
-    }
-
-    State answerWithin(std::chrono::seconds time) {
-        const auto until = routing::ProviderModules::Clock::now() + time;
-        const threads::Lock lock(_mutex);
-        while (_state == State::Asked && _changed.waitUntil(_mutex, until))
-            ;
-        return _state;
-    }
-
-    threads::Mutex _mutex;
-    threads::Condition _changed;
-    State _state GUARDED_BY(_mutex) = State::Waiting;
-    routing::ProviderModules::Clock::time_point _until; ///< set before it is asked
+    std::promise<std::optional<Until>> _asked;
+    std::promise<bool> _allUnloaded;
+    bool _isAsked = false;
     std::thread _thread;
 };
 
@@ -400,7 +343,12 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
         ports.push_back(listener.port());
     // From here on the files are this server's: one that cannot listen leaves those of another
     // alone.
-    std::optional<PortFiles> files(portFiles(settings));
+    // That of HTTPS comes first, so that whoever waits for that of HTTP has both.
+    std::list<PortFile> files;
+    if (settings.httpsPort && settings.httpsPortFile)
+        files.emplace_back(*settings.httpsPortFile, ports.back());
+    if (settings.withHttp && settings.portFile)
+        files.emplace_back(*settings.portFile, ports.front());
     if (settings.runAs)
         become(*settings.runAs);
 
@@ -439,7 +387,8 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
                 readAgain(*settings.users, *accounts);
             readiness.ready();
         });
-    files->write(ports);
+    for (PortFile& file : files)
+        file.write();
     for (const std::string& each : urls)
         spdlog::info("serving {}", each);
     readiness.ready();
@@ -447,7 +396,7 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
         const CallWatch callWatch(modules, settings.patience);
         server.run();
     }
-    files.reset(); // nobody listens any more
+    files.clear(); // nobody listens any more
     unloading.finish(modules, server.drained(), settings.grace);
     spdlog::info("ended");
     return ExitCode::Ok;

@@ -1,6 +1,7 @@
 #include "cimhost/Summary.h"
 
 #include "routing/ProviderLibrary.h"
+#include "routing/Values.h"
 
 #include <algorithm>
 #include <map>
@@ -13,16 +14,14 @@ std::string count(std::size_t number, const std::string& what) {
     return std::to_string(number) + " " + what;
 }
 
-std::string joined(const std::vector<std::string>& words) {
-    std::string result;
-    for (const std::string& word : words)
-        result += (result.empty() ? "" : ", ") + word;
-    return result;
+std::string listed(const std::vector<std::string>& texts) {
+    return routing::joined(
+        texts, [](const std::string& text) { return text; });
 }
 
-void addOnce(std::vector<std::string>& words, const std::string& word) {
-    if (std::find(words.begin(), words.end(), word) == words.end())
-        words.push_back(word);
+void addOnce(std::vector<std::string>& texts, const std::string& text) {
+    if (std::find(texts.begin(), texts.end(), text) == texts.end())
+        texts.push_back(text);
 }
 
 const char* name(routing::ProviderType type) {
@@ -43,7 +42,7 @@ std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamesp
     std::size_t instances = 0;
     for (const Pegasus::CIMName& className : classes)
         instances += view.instances(nameSpace, className).size();
-    return "namespace " + text(nameSpace.getString()) + (isInterop ? " (interop): " : ": ") +
+    return "namespace " + utf8(nameSpace) + (isInterop ? " (interop): " : ": ") +
            count(classes.size(), "classes, ") + count(instances, "instances");
 }
 
@@ -51,21 +50,21 @@ std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamesp
 class Offers {
   public:
     void add(const routing::Capability& capability) {
-        const std::string className = text(capability.className.getString());
+        const std::string className = utf8(capability.className);
         auto found = std::find_if(_classes.begin(), _classes.end(),
                                   [&](const auto& offer) { return offer.className == className; });
         if (found == _classes.end())
             found = _classes.insert(found, {className, {}, {}});
         Offer& offer = *found;
         addOnce(offer.types, name(capability.type));
-        addOnce(offer.nameSpaces, text(capability.nameSpace.getString()));
+        addOnce(offer.nameSpaces, utf8(capability.nameSpace));
     }
 
     std::vector<std::string> lines(const std::string& provider) const {
         std::vector<std::string> result;
         for (const Offer& offer : _classes)
-            result.push_back(provider + ": " + offer.className + " (" + joined(offer.types) +
-                             ") in " + joined(offer.nameSpaces));
+            result.push_back(provider + ": " + offer.className + " (" + listed(offer.types) +
+                             ") in " + listed(offer.nameSpaces));
         if (result.empty())
             result.push_back(provider + ": no classes");
         return result;
@@ -90,15 +89,15 @@ std::vector<std::string> summary(const repository::View& view,
         lines.push_back(nameSpaceLine(view, nameSpace, nameSpace.equal(interop)));
     for (const auto& [moduleName, module] : registration.modules())
         lines.push_back(
-            "module " + text(moduleName) + ": " +
+            "module " + utf8(moduleName) + ": " +
             (module.linked ? "part of this program" : routing::libraryFileName(module.location)) +
             (module.stopped ? ", stopped" : ""));
     std::map<routing::ProviderName, Offers> offers;
     for (const routing::Capability& capability : registration.capabilities())
         offers[capability.provider].add(capability);
     for (const routing::ProviderName& provider : registration.providers())
-        for (std::string& line : offers[provider].lines("provider " + text(provider.module) + "/" +
-                                                        text(provider.name)))
+        for (std::string& line : offers[provider].lines("provider " + utf8(provider.module) + "/" +
+                                                        utf8(provider.name)))
             lines.push_back(std::move(line));
     return lines;
 }

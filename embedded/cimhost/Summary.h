@@ -12,10 +12,7 @@
 
 namespace embedded::cimhost {
 
-/// UTF-8.
-inline std::string text(const Pegasus::String& string) {
-    return Pegasus::embedding::utf8(string);
-}
+using Pegasus::embedding::utf8;
 
 /// A line for each namespace with its numbers of classes and instances, for each module with its
 /// library, and for each provider with the classes, types and namespaces that it answers for.

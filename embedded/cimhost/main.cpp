@@ -87,7 +87,7 @@ ExitCode runLogged(const Settings& settings) {
     } catch (const std::exception& error) {
         spdlog::error("{}", error.what());
     } catch (const Pegasus::Exception& error) {
-        spdlog::error("{}", text(error.getMessage()));
+        spdlog::error("{}", utf8(error.getMessage()));
     }
     return ExitCode::RuntimeFailure;
 }

@@ -166,9 +166,9 @@ class Exchange::State {
         out += "<IRETURNVALUE>\n";
         const std::size_t within = out.size();
         const bool more = fill(out, start);
-        // An empty answer of one leg has no IRETURNVALUE, one of several has an empty one, but for
-        // one that is pulled.
-        _returns = more || out.size() != within || (answer.legs > 1 && !_enumeration);
+        // An empty answer of one source has no IRETURNVALUE, one of several has an empty one, but
+        // for one that is pulled.
+        _returns = more || out.size() != within || (answer.sources > 1 && !_enumeration);
         if (!_returns)
             out.resize(before);
         if (!more)

@@ -11,7 +11,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIMException;
+using namespace Pegasus;
 
 namespace {
 
@@ -30,11 +30,11 @@ std::string newContext() {
 }
 
 CIMException limitsExceeded(const char* what) {
-    return {Pegasus::CIM_ERR_SERVER_LIMITS_EXCEEDED, what};
+    return {CIM_ERR_SERVER_LIMITS_EXCEEDED, what};
 }
 
 CIMException unknownContext() {
-    return {Pegasus::CIM_ERR_INVALID_ENUMERATION_CONTEXT,
+    return {CIM_ERR_INVALID_ENUMERATION_CONTEXT,
             "There is no such enumeration: it has come to its end, was closed, has expired, or "
             "never was."};
 }
@@ -138,13 +138,13 @@ EnumerationLease Enumerations::take(const std::string& context, const Operation&
     const auto found = find(context, request);
     Open& open = found->second;
     if (returnsPaths(open.enumeration->operation().kind) != returnsPaths(request.kind)) {
-        throw CIMException(Pegasus::CIM_ERR_INVALID_ENUMERATION_CONTEXT,
+        throw CIMException(CIM_ERR_INVALID_ENUMERATION_CONTEXT,
                            returnsPaths(request.kind)
                                ? "This enumeration is one of instances, not of paths."
                                : "This enumeration is one of paths, not of instances.");
     }
     if (open.isLeased) {
-        throw CIMException(Pegasus::CIM_ERR_FAILED,
+        throw CIMException(CIM_ERR_FAILED,
                            "Another request of this enumeration is being answered.");
     }
     open.isLeased = true;
@@ -156,7 +156,7 @@ void Enumerations::close(const std::string& context, const Operation& request) {
     const threads::Lock lock(_mutex);
     const auto found = find(context, request);
     if (found->second.isLeased) {
-        throw CIMException(Pegasus::CIM_ERR_PULL_CANNOT_BE_ABANDONED,
+        throw CIMException(CIM_ERR_PULL_CANNOT_BE_ABANDONED,
                            "Another request of this enumeration is being answered.");
     }
     removed = remove(found);

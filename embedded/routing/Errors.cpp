@@ -7,13 +7,12 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIM_ERR_FAILED;
-using Pegasus::CIMException;
+using namespace Pegasus;
 
 namespace {
 
 // The text is the module's: it may be no UTF-8, of which alone a String can be made.
-Pegasus::String message(const std::exception& error) {
+String message(const std::exception& error) {
     const char* const what = error.what();
     if (what == nullptr || text::findInvalidUtf8(what) == std::string_view::npos)
         return what == nullptr ? "Unknown error." : what;
@@ -27,7 +26,7 @@ CIMException currentCimException() {
         throw;
     } catch (const CIMException& error) {
         return CIMException(error.getCode(), error.getMessage());
-    } catch (const Pegasus::Exception& error) {
+    } catch (const Exception& error) {
         return CIMException(CIM_ERR_FAILED, error.getMessage());
     } catch (const std::exception& error) {
         return CIMException(CIM_ERR_FAILED, message(error));

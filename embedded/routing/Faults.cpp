@@ -12,11 +12,11 @@
 #include <thread>
 
 namespace embedded::routing {
+
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMName;
-using Pegasus::CIMStatusCode;
-using Pegasus::String;
 using Pegasus::embedding::operationName;
 
 /// The operations that a provider can ask for through its handle.
@@ -42,28 +42,24 @@ bool sameName(const std::string& left, const char* right) {
 /// The statuses that a client can see (DSP0200 clause 5.2, "Return Codes"), in their order.
 std::vector<CIMStatusCode> statuses() {
     std::vector<CIMStatusCode> result;
-    for (int code = 1; code <= Pegasus::CIM_ERR_SERVER_IS_SHUTTING_DOWN; ++code) {
+    for (int code = 1; code <= CIM_ERR_SERVER_IS_SHUTTING_DOWN; ++code) {
         const auto status = static_cast<CIMStatusCode>(code);
-        if (std::strncmp(Pegasus::cimStatusCodeToString(status), "CIM_ERR_", 8) == 0)
+        if (std::strncmp(cimStatusCodeToString(status), "CIM_ERR_", 8) == 0)
             result.push_back(status);
     }
     return result;
 }
 
 std::string operationList() {
-    std::string result = any;
-    for (const OperationKind kind : readBacks())
-        result += std::string(", ") + operationName(kind);
-    return result;
+    return any + (", " + joined(readBacks(), operationName));
 }
 
 std::string statusList() {
-    std::string result;
-    for (const CIMStatusCode status : statuses()) {
-        result += (result.empty() ? "" : ", ") + std::to_string(status) + " " +
-                  Pegasus::cimStatusCodeToString(status);
-    }
-    return result;
+    return joined(
+        statuses(),
+        [](CIMStatusCode status) {
+            return std::to_string(status) + " " + cimStatusCodeToString(status);
+        });
 }
 
 [[noreturn]] void reject(const std::string& what, const std::string& possible) {
@@ -99,8 +95,7 @@ std::chrono::milliseconds readDelay(const std::string& text) {
 
 CIMStatusCode readStatus(const std::string& text) {
     for (const CIMStatusCode status : statuses())
-        if (text == std::to_string(status) ||
-            sameName(text, Pegasus::cimStatusCodeToString(status)))
+        if (text == std::to_string(status) || sameName(text, cimStatusCodeToString(status)))
             return status;
     reject("'" + text + "' cannot happen",
            "empty, hang:SECONDS, STATUS or STATUS:MESSAGE with one of the statuses " +
@@ -163,10 +158,10 @@ std::string faultHelp() {
 std::string describe(const Fault& fault) {
     std::string text =
         std::string(fault.operation ? operationName(*fault.operation) : "everything") + " of " +
-        (fault.className.isNull() ? "any class" : utf8(fault.className.getString()));
+        (fault.className.isNull() ? "any class" : utf8(fault.className));
     switch (fault.kind) {
     case Fault::Kind::Fails:
-        text += std::string(" fails with ") + Pegasus::cimStatusCodeToString(fault.status);
+        text += std::string(" fails with ") + cimStatusCodeToString(fault.status);
         return fault.message.empty() ? text : text + ": " + fault.message;
     case Fault::Kind::Hangs:
         return text + " hangs for " + std::to_string(fault.delay.count()) + " ms";
@@ -183,7 +178,7 @@ Faults::Outcome Faults::meet(const Operation& operation) const {
             continue;
         switch (fault.kind) {
         case Fault::Kind::Fails:
-            throw Pegasus::CIMException(fault.status, String(fault.message.c_str()));
+            throw CIMException(fault.status, String(fault.message.c_str()));
         case Fault::Kind::Hangs:
             std::this_thread::sleep_for(fault.delay);
             break;

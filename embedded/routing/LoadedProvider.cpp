@@ -8,9 +8,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIM_ERR_FAILED;
-using Pegasus::CIMException;
-using Pegasus::String;
+using namespace Pegasus;
 
 namespace {
 

@@ -1,6 +1,5 @@
 #include "routing/ProviderModule.h"
 
-#include "routing/CallChain.h"
 #include "routing/LoadedProvider.h"
 #include "threads/Locks.h"
 
@@ -12,13 +11,43 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIM_ERR_FAILED;
-using Pegasus::CIMException;
-using Pegasus::CIMName;
-using Pegasus::String;
+using namespace Pegasus;
 using threads::Condition;
 using threads::Lock;
 using threads::Mutex;
+
+namespace {
+
+class ReentryGuard;
+thread_local const ReentryGuard* innermost = nullptr;
+
+/// Says that this thread is inside a module. A read-back runs on the thread of the provider that
+/// makes it, so the modules that wait for its answer are those that its thread has entered.
+class ReentryGuard {
+  public:
+    /// Throws CIMException CIM_ERR_FAILED when this thread is inside `module` already: the module
+    /// would have to answer the question while it waits for the answer.
+    ReentryGuard(const String& module, const CIMName& className)
+        : _module(module), _outer(innermost) {
+        for (const ReentryGuard* guard = innermost; guard != nullptr; guard = guard->_outer)
+            if (guard->_module == module)
+                throw CIMException(CIM_ERR_FAILED,
+                                   String("Provider module \"") + module +
+                                       "\" waits for this request itself and cannot be asked for "
+                                       "class " +
+                                       className.getString() + ".");
+        innermost = this;
+    }
+    ~ReentryGuard() { innermost = _outer; }
+    ReentryGuard(const ReentryGuard&) = delete;
+    ReentryGuard& operator=(const ReentryGuard&) = delete;
+
+  private:
+    const String& _module;
+    const ReentryGuard* const _outer;
+};
+
+} // namespace
 
 /// The states of all providers of one server stand under one lock, so that threads which wait for
 /// each other's provider can be seen. It is held for bookkeeping only, never over a call.
@@ -66,11 +95,10 @@ class ModuleProvider : public Provider {
     String name() const override { return _name.module + String("/") + _name.name; }
     const Module& module() const override { return _module; }
 
-    void call(const CIMName& className,
-              const std::function<void(Pegasus::CIMProvider&)>& use) override {
+    void call(const CIMName& className, const std::function<void(CIMProvider&)>& use) override {
         if (_registered.stopped)
-            throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "provider blocked.");
-        const ModuleStay stay(_name.module, className);
+            throw CIMException(CIM_ERR_NOT_SUPPORTED, "provider blocked.");
+        const ReentryGuard guard(_name.module, className);
         const Use inUse(*this, className.getString());
         use(_loaded->object());
     }
@@ -79,7 +107,7 @@ class ModuleProvider : public Provider {
     bool unload(Clock::time_point until) EXCLUDES(_order.mutex) {
         if (!isFree(until))
             return false;
-        const ModuleStay stay(_name.module, CIMName());
+        const ReentryGuard guard(_name.module, CIMName());
         _loaded.reset();
         return true;
     }
@@ -219,8 +247,8 @@ ProviderModules::~ProviderModules() {
     unloadAll();
 }
 
-Provider* ProviderModules::find(const Pegasus::CIMNamespaceName& nameSpace,
-                                const CIMName& className, ProviderType type) const {
+Provider* ProviderModules::find(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                ProviderType type) const {
     const ProviderName* const name = _registration.find(nameSpace, className, type);
     return name == nullptr ? nullptr : _providers.at(*name).get();
 }

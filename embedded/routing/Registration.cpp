@@ -11,12 +11,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::String;
-using Pegasus::Uint16;
-using Pegasus::Uint32;
+using namespace Pegasus;
 
 namespace {
 
@@ -39,16 +34,9 @@ void require(const CIMInstance& instance, std::initializer_list<const char*> pro
     for (const char* property : properties) {
         if (!hasValue(instance, property)) {
             throw Fault(std::string("Missing ") + property + " which is required property in " +
-                        utf8(instance.getClassName().getString()) + " class.");
+                        utf8(instance.getClassName()) + " class.");
         }
     }
-}
-
-std::string joined(const std::array<const char*, supportedInterfaceVersions.size()>& texts) {
-    std::string all;
-    for (const char* text : texts)
-        all += (all.empty() ? "" : ", ") + std::string(text);
-    return all;
 }
 
 ProviderType routedType(Uint16 value) {
@@ -85,7 +73,7 @@ class Registration::Reader {
 
     void each(const char* className, void (Reader::*readOne)(const CIMInstance&)) {
         if (!_view.hasClass(_interop, CIMName(className))) {
-            problem(std::string("The interop namespace ") + utf8(_interop.getString()) +
+            problem(std::string("The interop namespace ") + utf8(_interop) +
                     " does not define the class " + className +
                     ", so nothing can be registered. Load the registration schema there.");
             return;
@@ -113,7 +101,9 @@ class Registration::Reader {
         if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(),
                       version) == supportedInterfaceVersions.end()) {
             throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
-                        joined(supportedInterfaceVersions) + ".");
+                        joined(
+                            supportedInterfaceVersions, [](const char* each) { return each; }) +
+                        ".");
         }
         if (numberOf(instance, "UserContext") == designatedUser)
             require(instance, {"DesignatedUserContext"});
@@ -173,11 +163,11 @@ class Registration::Reader {
         if (taken == nullptr)
             return;
         const Capability& holder = *taken;
-        throw Fault(
-            "A provider is already registered for the specified capability. (" +
-            utf8(holder.className.getString()) + " in " + utf8(holder.nameSpace.getString()) +
-            ", type " + std::to_string(Uint16(holder.type)) + ": provider \"" +
-            utf8(holder.provider.name) + "\" of module \"" + utf8(holder.provider.module) + "\")");
+        throw Fault("A provider is already registered for the specified capability. (" +
+                    utf8(holder.className) + " in " + utf8(holder.nameSpace) + ", type " +
+                    std::to_string(Uint16(holder.type)) + ": provider \"" +
+                    utf8(holder.provider.name) + "\" of module \"" + utf8(holder.provider.module) +
+                    "\")");
     }
 
     Registration& _registration;
@@ -189,7 +179,7 @@ class Registration::Reader {
 Registration::Registration(const repository::View& view, const CIMNamespaceName& interop) {
     if (!view.hasNameSpace(interop)) {
         _findings.push_back(
-            {Finding::Severity::Problem, "The interop namespace " + utf8(interop.getString()) +
+            {Finding::Severity::Problem, "The interop namespace " + utf8(interop) +
                                              " does not exist, so nothing is registered."});
         return;
     }

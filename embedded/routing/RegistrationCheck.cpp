@@ -8,18 +8,11 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
+using namespace Pegasus;
 
 namespace {
 
-std::string text(const CIMName& name) {
-    return utf8(name.getString());
-}
-std::string text(const CIMNamespaceName& name) {
-    return utf8(name.getString());
-}
-std::string text(const ProviderName& provider) {
+std::string described(const ProviderName& provider) {
     return "provider \"" + utf8(provider.name) + "\" of module \"" + utf8(provider.module) + "\"";
 }
 
@@ -59,9 +52,9 @@ class Check {
     void problem(const std::string& line) { add(Finding::Severity::Problem, line); }
 
     void checkCapability(const Capability& capability) {
-        const std::string what = text(capability.className) + " in " + text(capability.nameSpace) +
+        const std::string what = utf8(capability.className) + " in " + utf8(capability.nameSpace) +
                                  " (" + kindOf(capability.type) + ")";
-        add(Finding::Severity::Note, what + ": " + text(capability.provider));
+        add(Finding::Severity::Note, what + ": " + described(capability.provider));
         if (!_view.hasNameSpace(capability.nameSpace)) {
             problem(what + ": the namespace does not exist; load the class's MOF there.");
         } else if (!_view.hasClass(capability.nameSpace, capability.className)) {
@@ -75,12 +68,14 @@ class Check {
     }
 
     std::string whereDefined(const CIMName& className) const {
-        std::string places;
+        std::vector<CIMNamespaceName> places;
         for (const CIMNamespaceName& nameSpace : _view.nameSpaces())
             if (_view.hasClass(nameSpace, className))
-                places += (places.empty() ? "" : ", ") + text(nameSpace);
-        return places.empty() ? "no namespace does: load its MOF, or correct the name."
-                              : "it is defined in " + places + ".";
+                places.push_back(nameSpace);
+        return places.empty()
+                   ? "no namespace does: load its MOF, or correct the name."
+                   : "it is defined in " +
+                         joined(places, [](const auto& each) { return utf8(each); }) + ".";
     }
 
     void checkUsed(const ProviderName& provider) {
@@ -88,7 +83,8 @@ class Check {
         if (std::none_of(all.begin(), all.end(), [&](const Capability& capability) {
                 return !(capability.provider < provider) && !(provider < capability.provider);
             }))
-            problem(text(provider) + ": no capabilities are registered for it; it is never asked.");
+            problem(described(provider) +
+                    ": no capabilities are registered for it; it is never asked.");
     }
 
     void checkModule(const RegisteredModule& module) {
@@ -103,9 +99,8 @@ class Check {
         }
         const auto file = findLibrary(_directories, module.location);
         if (!file) {
-            std::string searched;
-            for (const std::filesystem::path& directory : _directories)
-                searched += (searched.empty() ? "" : ", ") + directory.string();
+            const std::string searched =
+                joined(_directories, [](const auto& each) { return each.string(); });
             problem(what + ": " + libraryFileName(module.location) + " was not found in " +
                     (searched.empty() ? "any directory: none is given." : searched + "."));
             return;

@@ -9,10 +9,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::String;
+using namespace Pegasus;
 using repository::References;
 using repository::StoredInstance;
 

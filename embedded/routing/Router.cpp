@@ -1,6 +1,5 @@
 #include "routing/Router.h"
 
-#include "routing/Cursors.h"
 #include "routing/ProviderCall.h"
 #include "routing/ResponseCollector.h"
 #include "routing/Values.h"
@@ -15,17 +14,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::Array;
-using Pegasus::CIMClass;
-using Pegasus::CIMException;
-using Pegasus::CIMInstance;
-using Pegasus::CIMInstanceProvider;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMPropertyList;
-using Pegasus::CIMValue;
-using Pegasus::String;
-using Pegasus::Uint32;
+using namespace Pegasus;
 using repository::StoredInstance;
 
 namespace {
@@ -33,9 +22,9 @@ namespace {
 /// The one object of `collector`, which a provider may have failed to deliver.
 CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath& path) {
     if (collector.completedEmpty())
-        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, String());
+        throw CIMException(CIM_ERR_NOT_FOUND, String());
     if (collector.objects().size() == 0)
-        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, localPath(path).toString());
+        throw CIMException(CIM_ERR_NOT_FOUND, localPath(path).toString());
     return collector.objects()[0];
 }
 
@@ -48,7 +37,7 @@ std::optional<CIMValue> valueOf(const CIMInstance& instance, const CIMName& prop
 /// What an instance answers to a GetProperty.
 Cursor cursorOverValue(const std::optional<CIMValue>& value, const Operation& operation) {
     if (!value)
-        throw CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, operation.memberName.getString());
+        throw CIMException(CIM_ERR_NO_SUCH_PROPERTY, operation.memberName.getString());
     return cursorOver(*value);
 }
 
@@ -83,7 +72,7 @@ void requireRole(const Operation& operation) {
     const Caller& caller = operation.caller;
     if (!writes || caller.mayWrite)
         return;
-    throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED,
+    throw CIMException(CIM_ERR_ACCESS_DENIED,
                        caller.userName.size() == 0
                            ? String("Only a user with the role write may change something.")
                            : String("User ") + caller.userName +
@@ -132,13 +121,13 @@ Plan Router::plan(const Operation& operation) {
 
 void Router::Question::requireNameSpace() const {
     if (!view.hasNameSpace(operation.nameSpace))
-        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, operation.nameSpace.getString());
+        throw CIMException(CIM_ERR_INVALID_NAMESPACE, operation.nameSpace.getString());
 }
 
 void Router::Question::requireClass(const CIMName& className) const {
     requireNameSpace();
     if (!view.hasClass(operation.nameSpace, className))
-        throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
+        throw CIMException(CIM_ERR_INVALID_CLASS, className.getString());
 }
 
 Provider* Router::providerOf(const Question& question, const CIMName& className) const {
@@ -212,7 +201,7 @@ Plan Router::planGet(const Question& question) const {
 void Router::requireWritable(const Question& question, const CIMName& className) const {
     if (!_writable) {
         throw CIMException(
-            Pegasus::CIM_ERR_ACCESS_DENIED,
+            CIM_ERR_ACCESS_DENIED,
             "The repository is read-only; start cimhost with --writable to change it.");
     }
     const auto& [operation, view] = question;
@@ -221,7 +210,7 @@ void Router::requireWritable(const Question& question, const CIMName& className)
     related.insert(related.end(), below.begin(), below.end());
     for (const CIMName& name : related) {
         if (const Provider* const provider = providerOf(question, name)) {
-            throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED,
+            throw CIMException(CIM_ERR_ACCESS_DENIED,
                                String("Instances of ") + className.getString() +
                                    " cannot be changed: they appear among those of " +
                                    name.getString() + ", which provider " + provider->name() +
@@ -240,7 +229,7 @@ Plan Router::planWrite(const Question& question) {
     if (operation.kind == OperationKind::CreateInstance && provider == nullptr &&
         isNameSpaceClass(className)) {
         question.requireNameSpace();
-        throw CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED,
+        throw CIMException(CIM_ERR_NOT_SUPPORTED,
                            "Namespaces are not created by requests; start cimhost with "
                            "--namespace or --mof to add one.");
     }
@@ -271,7 +260,7 @@ Plan Router::planWrite(const Question& question) {
 
 Answer Router::askToWrite(const Operation& operation, Provider& provider,
                           const CIMObjectPath& path) {
-    const Pegasus::OperationContext context = contextFor(operation.caller);
+    const OperationContext context = contextFor(operation.caller);
     PathCollector created(Expected::One);
     Acknowledgement done;
     callProvider<CIMInstanceProvider>(
@@ -293,7 +282,7 @@ Answer Router::askToWrite(const Operation& operation, Provider& provider,
     return {cursorOver(created.objects().size() == 0 ? CIMObjectPath() : created.objects()[0])};
 }
 
-// Enumerations: one leg for the class and one for each of its subclasses.
+// Enumerations: one source for the class and one for each of its subclasses.
 
 Plan Router::planEnumeration(const Question& question) const {
     const auto& [operation, view] = question;
@@ -318,10 +307,10 @@ Plan Router::planEnumeration(const Question& question) const {
         // It is made for a provider, or for the first instance.
         CIMPropertyList list =
             ofThisClass && entersModules ? ownProperties() : question.operation.propertyList;
-        Legs legs;
+        JoinedAnswer joined;
         for (const Source& source : sources)
-            legs.add([&] { return enumerated(question, source, list); });
-        Answer answer = legs.answer();
+            joined.add([&] { return enumerated(question, source, list); });
+        Answer answer = joined.take();
         if (ofThisClass)
             answer.next = mapped<CIMInstance>(std::move(answer.next),
                                               [list, ownProperties](CIMInstance& instance) mutable {
@@ -335,8 +324,8 @@ Plan Router::planEnumeration(const Question& question) const {
     });
 }
 
-Leg Router::enumerated(const Question& question, const Source& source,
-                       const CIMPropertyList& list) const {
+Answer Router::enumerated(const Question& question, const Source& source,
+                          const CIMPropertyList& list) const {
     const auto& [operation, view] = question;
     const bool names = operation.kind == OperationKind::EnumerateInstanceNames;
     if (source.provider == nullptr) {
@@ -346,7 +335,7 @@ Leg Router::enumerated(const Question& question, const Source& source,
                   : madeOf(std::move(stored),
                            [](const StoredInstance& one) { return one.instance(); })};
     }
-    const Pegasus::OperationContext context = contextFor(operation.caller);
+    const OperationContext context = contextFor(operation.caller);
     const CIMObjectPath path(_hostName, operation.nameSpace, source.className);
     PathCollector paths(Expected::Any);
     InstanceCollector instances(Expected::Any);
@@ -359,7 +348,7 @@ Leg Router::enumerated(const Question& question, const Source& source,
                                                   context, path, operation.includeQualifiers,
                                                   operation.includeClassOrigin, list, instances);
                                       });
-    return names ? legOver(paths.objects()) : legOver(instances.objects());
+    return names ? answerOver(paths.objects()) : answerOver(instances.objects());
 }
 
 } // namespace embedded::routing

@@ -4,7 +4,7 @@
 
 #include "repository/Repository.h"
 #include "routing/CimOperations.h"
-#include "routing/Legs.h"
+#include "routing/JoinedAnswer.h"
 #include "routing/Provider.h"
 #include "routing/ProviderModule.h"
 #include "routing/RepositoryAssociations.h"
@@ -56,7 +56,7 @@ class Router : public CimOperations {
         void requireNameSpace() const;
         void requireClass(const Pegasus::CIMName& className) const;
     };
-    /// Where a leg's objects come from: the provider of a class, or null for the repository.
+    /// What answers for the objects of a class: its provider, or null for the repository.
     struct Source {
         Pegasus::CIMName className;
         Provider* provider;
@@ -74,10 +74,11 @@ class Router : public CimOperations {
     void requireWritable(const Question& question, const Pegasus::CIMName& className) const;
     static Answer askToWrite(const Operation& operation, Provider& provider,
                              const Pegasus::CIMObjectPath& path);
-    Leg enumerated(const Question& question, const Source& source,
-                   const Pegasus::CIMPropertyList& propertyList) const;
-    Leg traversed(const Operation& operation, const Source& source) const;
-    Leg instanceObjects(const Question& question, const std::vector<Pegasus::CIMObjectPath>& paths);
+    Answer enumerated(const Question& question, const Source& source,
+                      const Pegasus::CIMPropertyList& propertyList) const;
+    Answer traversed(const Operation& operation, const Source& source) const;
+    Answer instanceObjects(const Question& question,
+                           const std::vector<Pegasus::CIMObjectPath>& paths);
     void complete(const Operation& operation, Pegasus::CIMObjectPath& path) const;
     Cursor completed(const Operation& operation, Cursor cursor) const;
 

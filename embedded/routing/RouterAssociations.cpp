@@ -1,7 +1,6 @@
 // The association operations of the router. One mechanism: the candidates are the association
-// classes that can touch the source's class; the repository is one leg, always; every candidate
-// that is registered is one more.
-#include "routing/Cursors.h"
+// classes that can touch the source's class; the repository is one source, always; the
+// provider of every registered candidate is one more.
 #include "routing/ProviderCall.h"
 #include "routing/ResponseCollector.h"
 #include "routing/Router.h"
@@ -14,13 +13,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::CIMAssociationProvider;
-using Pegasus::CIMException;
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMObject;
-using Pegasus::CIMObjectPath;
-using Pegasus::String;
+using namespace Pegasus;
 using repository::StoredInstance;
 
 namespace {
@@ -29,7 +22,7 @@ using Names = RepositoryAssociations::Names;
 
 void requireRole(const char* parameter, const String& role) {
     if (role.size() != 0 && !CIMName::legal(role))
-        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String(parameter) + " " + role);
+        throw CIMException(CIM_ERR_INVALID_PARAMETER, String(parameter) + " " + role);
 }
 
 /// Whether the far ends of associations are asked for, or else the associations themselves.
@@ -46,9 +39,7 @@ Cursor classesAt(const Operation& operation, const repository::View& view,
     if (returnsPaths(operation.kind)) {
         return madeOf(
             std::move(found),
-            [](const CIMName& name) {
-                return CIMObjectPath(String(), Pegasus::CIMNamespaceName(), name);
-            });
+            [](const CIMName& name) { return CIMObjectPath(String(), CIMNamespaceName(), name); });
     }
     return madeOf(std::move(found), [&operation, view](const CIMName& name) {
         return CIMObject(view.getClass(operation.nameSpace, name, false,
@@ -122,37 +113,37 @@ Plan Router::planTraversal(const Question& question) {
              farPaths = std::move(farPaths)]() mutable {
                 return asCimErrors([&] {
                     const Operation& asked = question.operation;
-                    Legs legs;
-                    legs.add([&]() -> Leg {
+                    JoinedAnswer joined;
+                    joined.add([&]() -> Answer {
                         const std::size_t held = stored.size();
                         switch (asked.kind) {
                         case OperationKind::Associators:
                             return instanceObjects(question, farPaths);
                         case OperationKind::AssociatorNames:
-                            return legOver(std::move(farPaths));
+                            return answerOver(std::move(farPaths));
                         case OperationKind::References:
                             return {madeOf(std::move(stored),
                                            [](const StoredInstance& one) {
                                                return CIMObject(one.instance());
                                            }),
-                                    held};
+                                    1, held};
                         default:
                             return {madeOf(std::move(stored),
                                            [](const StoredInstance& one) { return one.path(); }),
-                                    held};
+                                    1, held};
                         }
                     });
                     for (const Source& source : served)
-                        legs.add([&] { return traversed(asked, source); });
-                    Answer answer = legs.answer();
+                        joined.add([&] { return traversed(asked, source); });
+                    Answer answer = joined.take();
                     answer.next = completed(asked, std::move(answer.next));
                     return answer;
                 });
             }};
 }
 
-Leg Router::traversed(const Operation& operation, const Source& source) const {
-    const Pegasus::OperationContext context = contextFor(operation.caller);
+Answer Router::traversed(const Operation& operation, const Source& source) const {
+    const OperationContext context = contextFor(operation.caller);
     const CIMObjectPath path = requestPath(operation, operation.objectName);
     const CIMName& candidate = source.className;
     PathCollector paths(Expected::Any);
@@ -176,12 +167,13 @@ Leg Router::traversed(const Operation& operation, const Source& source) const {
                 return asked.referenceNames(context, path, candidate, operation.role, paths);
             }
         });
-    return returnsPaths(operation.kind) ? legOver(paths.objects()) : legOver(objects.objects());
+    return returnsPaths(operation.kind) ? answerOver(paths.objects())
+                                        : answerOver(objects.objects());
 }
 
 /// The instances that `paths` name, whoever serves them. A path that leads nowhere is left out:
 /// associatorNames tells it, but there is no object to show.
-Leg Router::instanceObjects(const Question& question, const std::vector<CIMObjectPath>& paths) {
+Answer Router::instanceObjects(const Question& question, const std::vector<CIMObjectPath>& paths) {
     std::vector<FarEnd> found;
     for (const CIMObjectPath& path : paths) {
         Operation get = question.operation;
@@ -196,12 +188,12 @@ Leg Router::instanceObjects(const Question& question, const std::vector<CIMObjec
             else
                 found.push_back({path, std::nullopt, onlyOf<CIMInstance>(perform(get))});
         } catch (const CIMException& error) {
-            if (error.getCode() != Pegasus::CIM_ERR_NOT_FOUND)
+            if (error.getCode() != CIM_ERR_NOT_FOUND)
                 throw;
         }
     }
     const std::size_t held = found.size();
-    return {madeOf(std::move(found), [](const FarEnd& end) { return end.object(); }), held};
+    return {madeOf(std::move(found), [](const FarEnd& end) { return end.object(); }), 1, held};
 }
 
 /// Host and namespace are put in where a path has none; others stay, right or wrong.

@@ -5,13 +5,7 @@
 
 namespace embedded::routing {
 
-using Pegasus::Array;
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMValue;
-using Pegasus::String;
-using Pegasus::Uint16;
-using Pegasus::Uint32;
+using namespace Pegasus;
 
 namespace {
 
@@ -20,12 +14,12 @@ CIMValue valueOf(const CIMInstance& instance, const char* property) {
     return position == PEG_NOT_FOUND ? CIMValue() : instance.getProperty(position).getValue();
 }
 
-bool is(const CIMValue& value, Pegasus::CIMType type, bool array) {
+bool is(const CIMValue& value, CIMType type, bool array) {
     return !value.isNull() && value.getType() == type && value.isArray() == array;
 }
 
 template <class T>
-std::optional<T> scalar(const CIMInstance& instance, const char* property, Pegasus::CIMType type) {
+std::optional<T> scalar(const CIMInstance& instance, const char* property, CIMType type) {
     const CIMValue value = valueOf(instance, property);
     if (!is(value, type, false))
         return std::nullopt;
@@ -35,7 +29,7 @@ std::optional<T> scalar(const CIMInstance& instance, const char* property, Pegas
 }
 
 template <class T>
-std::vector<T> array(const CIMInstance& instance, const char* property, Pegasus::CIMType type) {
+std::vector<T> array(const CIMInstance& instance, const char* property, CIMType type) {
     const CIMValue value = valueOf(instance, property);
     std::vector<T> result;
     if (is(value, type, true)) {
@@ -55,23 +49,22 @@ bool hasValue(const CIMInstance& instance, const char* property) {
 }
 
 String stringOf(const CIMInstance& instance, const char* property) {
-    return scalar<String>(instance, property, Pegasus::CIMTYPE_STRING).value_or(String());
+    return scalar<String>(instance, property, CIMTYPE_STRING).value_or(String());
 }
 
 std::vector<String> stringsOf(const CIMInstance& instance, const char* property) {
-    return array<String>(instance, property, Pegasus::CIMTYPE_STRING);
+    return array<String>(instance, property, CIMTYPE_STRING);
 }
 
 std::optional<Uint16> numberOf(const CIMInstance& instance, const char* property) {
-    return scalar<Uint16>(instance, property, Pegasus::CIMTYPE_UINT16);
+    return scalar<Uint16>(instance, property, CIMTYPE_UINT16);
 }
 
 std::vector<Uint16> numbersOf(const CIMInstance& instance, const char* property) {
-    return array<Uint16>(instance, property, Pegasus::CIMTYPE_UINT16);
+    return array<Uint16>(instance, property, CIMTYPE_UINT16);
 }
 
-CIMInstance withProperties(const CIMInstance& instance,
-                           const Pegasus::CIMPropertyList& propertyList) {
+CIMInstance withProperties(const CIMInstance& instance, const CIMPropertyList& propertyList) {
     CIMInstance result(instance.getClassName());
     result.setPath(instance.getPath());
     for (Uint32 i = 0; i < instance.getQualifierCount(); ++i)
@@ -84,9 +77,8 @@ CIMInstance withProperties(const CIMInstance& instance,
     return result;
 }
 
-Pegasus::CIMObjectPath localPath(const Pegasus::CIMObjectPath& path) {
-    return Pegasus::CIMObjectPath(String(), Pegasus::CIMNamespaceName(), path.getClassName(),
-                                  path.getKeyBindings());
+CIMObjectPath localPath(const CIMObjectPath& path) {
+    return CIMObjectPath(String(), CIMNamespaceName(), path.getClassName(), path.getKeyBindings());
 }
 
 } // namespace embedded::routing

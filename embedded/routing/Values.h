@@ -34,6 +34,18 @@ Pegasus::Array<T> arrayOf(const std::vector<T>& items) {
     return array;
 }
 
+/// What `textOf` makes of each of `items`, with `separator` between.
+template <class Items, class TextOf>
+std::string joined(const Items& items, const TextOf& textOf, const char* separator = ", ") {
+    std::string all;
+    const char* between = "";
+    for (const auto& item : items) {
+        all.append(between).append(textOf(item));
+        between = separator;
+    }
+    return all;
+}
+
 /// A copy of `instance` with the properties of `propertyList` that it has, in the list's order.
 /// REQUIRES: `propertyList` is not NULL.
 Pegasus::CIMInstance withProperties(const Pegasus::CIMInstance& instance,

@@ -86,12 +86,11 @@ using Answered = std::variant<CIMName, CIMObjectPath, CIMInstance, CIMObject, CI
 /// time. Called by one thread at a time.
 using Cursor = std::function<bool(Answered&)>;
 
-/// What an operation answers, and from how many legs (providers, repository) it was gathered. A
-/// reader of the wire can tell: an empty answer of one leg has no IRETURNVALUE, one of several has
-/// an empty one.
+/// What an operation answers, and from how many sources (providers, repository). A client can tell:
+/// an empty answer of one source has no IRETURNVALUE, one of several sources has an empty one.
 struct Answer {
     Cursor next; ///< empty: there is nothing
-    unsigned legs = 1;
+    unsigned sources = 1;
     std::size_t held = 0; ///< things that the cursor keeps in memory of its own
 };
 

@@ -16,6 +16,9 @@ PEGASUS_COMMON_LINKAGE std::string utf8(const String& text);
 inline std::string utf8(const CIMName& name) {
     return utf8(name.getString());
 }
+inline std::string utf8(const CIMNamespaceName& name) {
+    return utf8(name.getString());
+}
 
 /// Appends what utf8() gives.
 PEGASUS_COMMON_LINKAGE void appendUtf8(std::string& out, const String& text);

@@ -122,7 +122,7 @@ routing::Answer FakeOperations::answerTo(const Operation& operation) {
     case OperationKind::GetInstance:
         return {routing::cursorOver(instance)};
     case OperationKind::EnumerateInstances:
-        return {routing::cursorOverAll(instances), legs};
+        return {routing::cursorOverAll(instances), sources};
     case OperationKind::CreateInstance:
         return {routing::cursorOver(createdPath)};
     case OperationKind::ModifyInstance:
@@ -132,11 +132,11 @@ routing::Answer FakeOperations::answerTo(const Operation& operation) {
         return {routing::cursorOver(value)};
     case OperationKind::Associators:
     case OperationKind::References:
-        return {routing::cursorOverAll(objects), legs};
+        return {routing::cursorOverAll(objects), sources};
     case OperationKind::EnumerateInstanceNames:
     case OperationKind::AssociatorNames:
     case OperationKind::ReferenceNames:
-        return {routing::cursorOverAll(paths), legs};
+        return {routing::cursorOverAll(paths), sources};
     case OperationKind::GetQualifier:
         return {routing::cursorOver(qualifier)};
     case OperationKind::EnumerateQualifiers:

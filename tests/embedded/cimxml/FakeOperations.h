@@ -29,7 +29,7 @@ class FakeOperations : public routing::CimOperations {
     Pegasus::Array<Pegasus::CIMInstance> instances;
     Pegasus::Array<Pegasus::CIMObjectPath> paths;
     Pegasus::Array<Pegasus::CIMObject> objects;
-    unsigned legs = 1; ///< of what has instances, paths or objects
+    unsigned sources = 1; ///< of what has instances, paths or objects
     Pegasus::CIMObjectPath createdPath;
     Pegasus::CIMValue value;
     Pegasus::CIMQualifierDecl qualifier;

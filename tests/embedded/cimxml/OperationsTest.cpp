@@ -314,7 +314,7 @@ TEST(Responses, WithNothingOfOneLegHaveNoReturnValue) {
 
 TEST(Responses, WithNothingOfSeveralLegsHaveAnEmptyReturnValue) {
     FakeOperations operations;
-    operations.legs = 2;
+    operations.sources = 2;
     for (const auto& [operation, parameters] :
          {std::pair("EnumerateInstances", classX), std::pair("EnumerateInstanceNames", classX),
           std::pair("Associators", objectX), std::pair("AssociatorNames", objectX),

@@ -141,7 +141,7 @@ TEST_P(PullOf, NothingIsAtItsEndAtOnce) {
     operations.instances.clear();
     operations.objects.clear();
     operations.paths.clear();
-    operations.legs = 2; // asked at once, it would have an empty IRETURNVALUE
+    operations.sources = 2; // asked at once, it would have an empty IRETURNVALUE
     EXPECT_EQ(ask(GetParam().open, GetParam().source), ended);
 }
 

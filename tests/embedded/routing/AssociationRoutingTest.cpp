@@ -81,7 +81,7 @@ TEST_F(AssociationRouting, EachRegisteredCandidateIsAskedOnceInItsOwnName) {
                      "//testhost/root/test:TST_Base.Id=\"TST_SubLink\"",
                      "//testhost/root/test:TST_Base.Id=\"TST_OtherLink\""}),
               texts(answer.objects));
-    EXPECT_EQ(4U, answer.legs) << "and the repository";
+    EXPECT_EQ(4U, answer.sources) << "and the repository";
 }
 
 TEST_F(AssociationRouting, AllFourOperationsGoTheSameWay) {
@@ -101,13 +101,13 @@ TEST_F(AssociationRouting, AllFourOperationsGoTheSameWay) {
 }
 
 TEST_F(AssociationRouting, AFilterKeepsTheClassAndItsSubclasses) {
-    EXPECT_EQ(3U, associatorNames(base, "TST_Link").legs);
-    EXPECT_EQ(2U, associatorNames(base, "TST_SubLink").legs);
-    EXPECT_EQ(3U, referenceNames(base, "TST_Link").legs);
+    EXPECT_EQ(3U, associatorNames(base, "TST_Link").sources);
+    EXPECT_EQ(2U, associatorNames(base, "TST_SubLink").sources);
+    EXPECT_EQ(3U, referenceNames(base, "TST_Link").sources);
 }
 
 TEST_F(AssociationRouting, ASourceOfASubclassReachesReferencesToItsSuperclass) {
-    EXPECT_EQ(4U, referenceNames(pathOf("TST_Leaf", "1")).legs);
+    EXPECT_EQ(4U, referenceNames(pathOf("TST_Leaf", "1")).sources);
 }
 
 TEST_F(AssociationRouting, OnlyAssociationsThatCanTouchTheSourcesClassAreAsked) {
@@ -188,7 +188,8 @@ TEST_F(AssociationRouting, AnInstanceCapabilityIsNoAssociationCapability) {
     Server other(moduleMof("M") + providerMof("M", "P") +
                  capabilityMof("M", "P", "1", "2", "TST_Link"));
     toy::setScript("P", script("P"));
-    EXPECT_EQ(1U, other.router.referenceNames({}, nameSpace, base, CIMName("TST_Link"), "").legs);
+    EXPECT_EQ(1U,
+              other.router.referenceNames({}, nameSpace, base, CIMName("TST_Link"), "").sources);
 }
 
 TEST_F(AssociationRouting, ASourceWithoutKeysIsItsClassAndAnsweredFromTheSchemaAlone) {
@@ -242,7 +243,7 @@ TEST_F(StoredAssociations, AssociatorsShowsTheFarInstancesThatExist) {
     const auto answer = server.router.associators({}, nameSpace, base, CIMName("TST_Stored"),
                                                   CIMName(), "", "", false, false, {});
     EXPECT_EQ(Texts{"//testhost/root/test:TST_Other.Id=\"2\""}, texts(answer.objects));
-    EXPECT_EQ(1U, answer.legs);
+    EXPECT_EQ(1U, answer.sources);
 }
 
 TEST_F(StoredAssociations, ReferencesShowsTheAssociations) {

@@ -52,10 +52,10 @@ TEST(InstanceRouting, AnEnumerationAsksTheClassAndEachOfItsSubclassesInOrder) {
     const auto instances = server.enumerate("TST_Base");
     EXPECT_EQ((Texts{"TST_Base.Id=\"P\"", "TST_Middle.Id=\"stored\"", "TST_Leaf.Id=\"Q\""}),
               texts(instances.objects));
-    EXPECT_EQ(3U, instances.legs);
+    EXPECT_EQ(3U, instances.sources);
     const auto names = server.router.enumerateInstanceNames({}, nameSpace, CIMName("TST_Base"));
     EXPECT_EQ(texts(instances.objects), texts(names.objects));
-    EXPECT_EQ(3U, names.legs);
+    EXPECT_EQ(3U, names.sources);
     EXPECT_EQ((Texts{"P enumerateInstances //testhost/root/test:TST_Base",
                      "Q enumerateInstances //testhost/root/test:TST_Leaf",
                      "P enumerateInstanceNames //testhost/root/test:TST_Base",
@@ -65,7 +65,7 @@ TEST(InstanceRouting, AnEnumerationAsksTheClassAndEachOfItsSubclassesInOrder) {
 
 TEST(InstanceRouting, ASingleClassIsOneLeg) {
     Server server(servedBy("P", {"TST_Leaf"}));
-    EXPECT_EQ(1U, server.enumerate("TST_Leaf").legs);
+    EXPECT_EQ(1U, server.enumerate("TST_Leaf").sources);
 }
 
 TEST(InstanceRouting, ARegistrationIsNotInheritedBySubclasses) {
@@ -243,7 +243,7 @@ TEST_F(PropertyLists, AListOfTheClientsGoesThroughAndIsAppliedLater) {
     EXPECT_EQ((Texts{"Extra", "Own", "Text", "Id"}), propertiesOf(objects[0]));
 }
 
-// Errors of legs.
+// Errors of sources.
 
 toy::Script failing(Pegasus::CIMStatusCode code, const char* message) {
     toy::Script script;

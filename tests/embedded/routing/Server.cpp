@@ -121,7 +121,7 @@ std::string servedBy(const std::string& provider, const std::vector<std::string>
 template <class T>
 Answers<T> Router::all(const Operation& operation) {
     const Answer answer = perform(operation);
-    return {allOf<T>(answer), answer.legs};
+    return {allOf<T>(answer), answer.sources};
 }
 
 Pegasus::CIMClass Router::getClass(const Caller& caller, const NameSpace& home, const Name& name,

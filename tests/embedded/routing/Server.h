@@ -53,7 +53,7 @@ std::string servedBy(const std::string& provider, const std::vector<std::string>
 template <class T>
 struct Answers {
     Pegasus::Array<T> objects;
-    unsigned legs = 1;
+    unsigned sources = 1;
 };
 
 /// A router that is asked with a function for each operation.

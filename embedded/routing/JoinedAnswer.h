@@ -1,0 +1,78 @@
+// One answer joined from those of several providers and of the repository.
+#pragma once
+
+#include "routing/CimOperations.h"
+#include "routing/Errors.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace embedded::routing {
+
+/// What `cursor` has, each thing as `change` leaves it; `change` gets an Answered& that holds a T.
+template <class T, class Change>
+Cursor mapped(Cursor cursor, Change change) {
+    return [cursor = std::move(cursor), change = std::move(change)](Answered& answered) mutable {
+        if (!cursor(answered))
+            return false;
+        change(std::get<T>(answered));
+        return true;
+    };
+}
+
+/// What `make` makes of each of `items`, when it is asked for.
+template <class Items, class Make>
+Cursor madeOf(Items items, Make make) {
+    return [items = std::move(items), make = std::move(make),
+            at = std::size_t{0}](Answered& answered) mutable {
+        if (at == items.size())
+            return false;
+        answered = make(items[at++]);
+        return true;
+    };
+}
+
+/// The answer of one source that keeps all of its objects in memory.
+template <class Container>
+Answer answerOver(Container items) {
+    const std::size_t held = items.size();
+    return {cursorOverAll(std::move(items)), 1, held};
+}
+
+/// Asks the sources of one operation, one after the other, and joins their answers in that order.
+///
+/// CIM_ERR_NOT_SUPPORTED from a source is ignored if another source answers otherwise. Any other
+/// error, the first one, is the answer of the whole operation; the sources after it are asked all
+/// the same, as a server that asks them concurrently does.
+class JoinedAnswer {
+  public:
+    /// `ask` returns the Answer of one source, or throws.
+    template <class Ask>
+    void add(Ask&& ask) {
+        ++_sources;
+        try {
+            Answer answer = asCimErrors(ask);
+            _cursors.push_back(std::move(answer.next));
+            _held += answer.held;
+        } catch (const Pegasus::CIMException& error) {
+            const bool notSupported = error.getCode() == Pegasus::CIM_ERR_NOT_SUPPORTED;
+            std::optional<Pegasus::CIMException>& first =
+                notSupported ? _firstNotSupported : _firstError;
+            if (!first)
+                first = error;
+        }
+    }
+
+    /// To be called once. Throws CIMException when an error is the answer.
+    Answer take();
+
+  private:
+    unsigned _sources = 0;
+    std::size_t _held = 0;
+    std::vector<Cursor> _cursors;
+    std::optional<Pegasus::CIMException> _firstError;
+    std::optional<Pegasus::CIMException> _firstNotSupported;
+};
+
+} // namespace embedded::routing
