@@ -1,19 +1,16 @@
 #include "common/ClassTemplates.h"
 
-#include "common/Selection.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/OperationContext.h>
 
 #include <algorithm>
-#include <initializer_list>
 #include <vector>
 
 PEGASUS_USING_PEGASUS;
-using serverprofile::findRow;
-using serverprofile::plain;
-using serverprofile::trace;
+using namespace serverprofile;
 
 CIMClass _getClassFromCIMOM(CIMOMHandle& cimom, CIMNamespaceName& nameSpace, CIMName& className,
                             bool includeQualifiers) {
@@ -32,33 +29,12 @@ CIMClass _getClassFromCIMOM(CIMOMHandle& cimom, CIMNamespaceName& nameSpace, CIM
 
 namespace {
 
-using Names = std::initializer_list<const char*>;
-
-constexpr Names registeredProfileProperties = {
-    "InstanceID",        "RegisteredOrganization", "OtherRegisteredOrganization", "RegisteredName",
-    "RegisteredVersion", "AdvertiseTypes",         "AdvertiseTypeDescriptions"};
-constexpr Names softwareIdentityProperties = {"InstanceID", "VersionString", "Manufacturer",
-                                              "Classifications", "Name"};
-constexpr Names hostProperties = {"Name",        "NameFormat",        "Description",
-                                  "ElementName", "OperationalStatus", "CreationClassName"};
-
-/// The properties that an instance of a class of the module's own carries.
-const struct {
-    const char* className;
-    const Names& properties;
-} propertySets[] = {
-    {"CIM_RegisteredProfile", registeredProfileProperties},
-    {"CIM_RegisteredSubProfile", registeredProfileProperties},
-    {"ORVEX_SoftwareIdentity", softwareIdentityProperties},
-    {"ORVEX_ObjectManagerHost", hostProperties},
-};
-
 /// The positions, in their order, of the properties of `cimClass` that an instance of `className`
 /// carries.
 std::vector<Uint32> carried(const CIMClass& cimClass, const CIMName& className) {
     std::vector<Uint32> positions;
-    if (const auto* const set = findRow(propertySets, plain(className))) {
-        for (const char* const name : set->properties) {
+    if (const ServedClass* const served = findClass(plain(className))) {
+        for (const char* const name : served->properties) {
             const Uint32 position = cimClass.findProperty(CIMName(name));
             if (position != PEG_NOT_FOUND)
                 positions.push_back(position);

@@ -9,18 +9,12 @@
 
 namespace serverprofile {
 
-/// The text of `name`, to be compared with literals: a name made of each would cost more.
-inline Pegasus::CString plain(const Pegasus::CIMName& name) {
-    return name.getString().getCString();
+// Texts to be compared with literals: a name made of each would cost more.
+inline Pegasus::CString plain(const Pegasus::String& text) {
+    return text.getCString();
 }
-
-/// The first row of `rows` whose className is `className` (case ignored), or nullptr.
-template <class Row, std::size_t count>
-const Row* findRow(const Row (&rows)[count], const char* className) {
-    for (const Row& row : rows)
-        if (::strcasecmp(className, row.className) == 0)
-            return &row;
-    return nullptr;
+inline Pegasus::CString plain(const Pegasus::CIMName& name) {
+    return plain(name.getString());
 }
 
 struct SelectionRow {

@@ -1,6 +1,7 @@
 // ORVEX_ElementSoftwareIdentity: the firmware with every entry of the profile catalogue, enumerated
 // without asking the server, got by echo.
 #include "common/OwnObjects.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
@@ -18,3 +19,8 @@ CIMInstance ServerProfileProvider::_getOrvexSPESIInstance(const CIMObjectPath& p
     return echo(elementSoftwareIdentity, path, handler, "getOrvexSPESIInstance(): Start ",
                 "getOrvexSpESI () - Exit ");
 }
+
+constexpr ServedClass serverprofile::elementSoftwareIdentityRow =
+    servedAssociation(elementSoftwareIdentity)
+        .enumeratedBy<&ServerProfileProvider::_getOrvexSPESIHelper>()
+        .gotBy<&ServerProfileProvider::_getOrvexSPESIInstance>();

@@ -1,6 +1,7 @@
 // The host of the object manager: one instance.
 #include "common/ClassTemplates.h"
 #include "common/ModuleState.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
 
@@ -8,6 +9,9 @@ PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
 
 namespace {
+
+constexpr auto carriedProperties = {"Name",        "NameFormat",        "Description",
+                                    "ElementName", "OperationalStatus", "CreationClassName"};
 
 constexpr const char* hostClass = "ORVEX_ObjectManagerHost";
 constexpr Uint16 statusOk = 2; // ValueMap of OperationalStatus, CIM 2.41
@@ -79,3 +83,13 @@ void ServerProfileProvider::_getOrvexOHostInstanceNames(String className, PathHa
     handler.deliver(buildOrvexOMHostReference(className, OrvexOMHost(), nameSpace));
     trace("Quil orvexOMHostInstNames(): Exit");
 }
+
+constexpr ServedClass serverprofile::objectManagerHostRow =
+    ServedClass{hostClass, "Name", carriedProperties}
+        .enumeratedBy<&ServerProfileProvider::_getOrvexOHostInstanceNames,
+                      &ServerProfileProvider::_getOrvexOMHostInstances>()
+        .gotBy<&ServerProfileProvider::_getOrvexOMHostInstance>()
+        .traversedBy<&ServerProfileProvider::_getOrvexOMHostAssociatorNames,
+                     &ServerProfileProvider::_getOrvexOMHostAssociators,
+                     &ServerProfileProvider::_getOrvexOMHostReferenceNames,
+                     &ServerProfileProvider::_getOrvexOMHostReferences>();

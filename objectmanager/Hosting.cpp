@@ -2,6 +2,7 @@
 // and its object manager, enumerated by asking the server, got by echo.
 #include "common/OwnObjects.h"
 #include "common/ReadBack.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
@@ -49,3 +50,13 @@ CIMInstance ServerProfileProvider::_getOrvexSPHostedServiceInstance(const CIMObj
     return echo(hostedService, path, handler, "getOrvexSPHostedServiceInstance(): Start ",
                 "getOrvexSpHostedServiceInstance () - Exit ");
 }
+
+constexpr ServedClass serverprofile::hostedAccessPointRow =
+    servedAssociation(hostedAccessPoint)
+        .enumeratedBy<&ServerProfileProvider::_getOrvexSPHostedAccessPointHelper>()
+        .gotBy<&ServerProfileProvider::_getOrvexSPHostedAccessPointInstance>();
+
+constexpr ServedClass serverprofile::hostedServiceRow =
+    servedAssociation(hostedService)
+        .enumeratedBy<&ServerProfileProvider::_getOrvexSPHostedServiceHelper>()
+        .gotBy<&ServerProfileProvider::_getOrvexSPHostedServiceInstance>();

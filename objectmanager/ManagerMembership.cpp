@@ -2,6 +2,7 @@
 // offers, enumerated by asking the server, got by echo.
 #include "common/Association.h"
 #include "common/ReadBack.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
 
@@ -56,3 +57,13 @@ CIMInstance ServerProfileProvider::_getNSInMgrInstance(const CIMObjectPath& path
     return echo(namespaceInManager, path, handler, "getNSInMgrInstance(): Start ",
                 "getNSInMgrInstance () - Exit ");
 }
+
+constexpr ServedClass serverprofile::commMechanismForManagerRow =
+    servedAssociation(commMechanismForManager)
+        .enumeratedBy<&ServerProfileProvider::_getCommMechForMgrHelper>()
+        .gotBy<&ServerProfileProvider::_getCommMechForMgrInstance>();
+
+constexpr ServedClass serverprofile::namespaceInManagerRow =
+    servedAssociation(namespaceInManager)
+        .enumeratedBy<&ServerProfileProvider::_getNSInMgrHelper>()
+        .gotBy<&ServerProfileProvider::_getNSInMgrInstance>();

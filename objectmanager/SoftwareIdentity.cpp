@@ -1,6 +1,7 @@
 // The software identity of the switch's firmware: one instance.
 #include "common/ClassTemplates.h"
 #include "common/ModuleState.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "provider/ServerProfileProvider.h"
 
@@ -8,6 +9,9 @@ PEGASUS_USING_PEGASUS;
 using namespace serverprofile;
 
 namespace {
+
+constexpr auto carriedProperties = {"InstanceID", "VersionString", "Manufacturer",
+                                    "Classifications", "Name"};
 
 constexpr const char* softwareIdentityClass = "ORVEX_SoftwareIdentity";
 constexpr Uint16 classificationFirmware = 10; // ValueMap of Classifications, CIM 2.41
@@ -60,3 +64,31 @@ void ServerProfileProvider::_getOrvexSIInstanceNames(String className, PathHandl
     handler.deliver(buildOrvexSIReference(className, OrvexSI(), nameSpace));
     trace("Quil orvexSIInstNames(): Exit");
 }
+
+namespace {
+
+/// One of the four operations by the one member for all of them, which is told which by `mode`.
+template <int mode, class ItemHandler>
+void traverse(ServerProfileProvider& provider, const AssociationRequest& r, ItemHandler& handler) {
+    constexpr bool isOfReferences = mode >= 2;
+    // In the place of the association class stands the result class then: on purpose.
+    provider._getOrvexSIAssociatorReferenceHelper(
+        r.keyValue, isOfReferences ? r.result : r.association, r.result, r.role, r.resultRole,
+        r.includeQualifiers, r.includeClassOrigin, handler, r.nameSpace, mode);
+}
+
+constexpr ServedClass row() {
+    auto row = ServedClass{softwareIdentityClass, "InstanceID", carriedProperties}
+                   .enumeratedBy<&ServerProfileProvider::_getOrvexSIInstanceNames,
+                                 &ServerProfileProvider::_getOrvexSIInstances>()
+                   .gotBy<&ServerProfileProvider::_getOrvexSIInstance>();
+    row.associatorNames = traverse<0>;
+    row.associators = traverse<1>;
+    row.referenceNames = traverse<2>;
+    row.references = traverse<3>;
+    return row;
+}
+
+} // namespace
+
+constexpr ServedClass serverprofile::softwareIdentityRow = row();

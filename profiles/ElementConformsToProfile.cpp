@@ -1,4 +1,5 @@
 // CIM_ElementConformsToProfile: enumerated by asking the server for the elements, got by echo.
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "profiles/ProfileAssociations.h"
 
@@ -41,3 +42,9 @@ ServerProfileProvider::_getElementConformstoProfileInstance(const CIMObjectPath&
     handler.deliver(echo);
     return echo;
 }
+
+constexpr ServedClass serverprofile::elementConformsToProfileRow =
+    servedAssociation(elementConformsToProfile)
+        .enumeratedBy<&ServerProfileProvider::_getElementConformstoProfileInstanceNames,
+                      &ServerProfileProvider::_getElementConformstoProfileInstances>()
+        .gotBy<&ServerProfileProvider::_getElementConformstoProfileInstance>();

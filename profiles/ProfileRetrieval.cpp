@@ -1,5 +1,6 @@
 // Enumerating and getting registered profiles and subprofiles from the catalogue.
 #include "common/ModuleState.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "profiles/InstanceId.h"
 #include "provider/ServerProfileProvider.h"
@@ -105,3 +106,29 @@ CIMInstance ServerProfileProvider::_getRegisteredSubProfileInstance(String keyVa
     }
     return CIMInstance();
 }
+
+namespace {
+constexpr auto carriedProperties = {
+    "InstanceID",        "RegisteredOrganization", "OtherRegisteredOrganization", "RegisteredName",
+    "RegisteredVersion", "AdvertiseTypes",         "AdvertiseTypeDescriptions"};
+} // namespace
+
+constexpr ServedClass serverprofile::registeredProfileRow =
+    ServedClass{"CIM_RegisteredProfile", "InstanceID", carriedProperties}
+        .enumeratedBy<&ServerProfileProvider::_getRegisteredProfileInstanceNames,
+                      &ServerProfileProvider::_getRegisteredProfileInstances>()
+        .gotBy<&ServerProfileProvider::_getRegisteredProfileInstance>()
+        .traversedBy<&ServerProfileProvider::_getRegisteredProfileAssociatorNames,
+                     &ServerProfileProvider::_getRegisteredProfileAssociators,
+                     &ServerProfileProvider::_getRegisteredProfileReferenceNames,
+                     &ServerProfileProvider::_getRegisteredProfileReferences>();
+
+constexpr ServedClass serverprofile::registeredSubProfileRow =
+    ServedClass{"CIM_RegisteredSubProfile", "InstanceID", carriedProperties}
+        .enumeratedBy<&ServerProfileProvider::_getRegisteredSubProfileInstanceNames,
+                      &ServerProfileProvider::_getRegisteredSubProfileInstances>()
+        .gotBy<&ServerProfileProvider::_getRegisteredSubProfileInstance>()
+        .traversedBy<&ServerProfileProvider::_getRegisteredSubProfileAssociatorNames,
+                     &ServerProfileProvider::_getRegisteredSubProfileAssociators,
+                     &ServerProfileProvider::_getRegisteredSubProfileReferenceNames,
+                     &ServerProfileProvider::_getRegisteredSubProfileReferences>();

@@ -1,4 +1,5 @@
 // CIM_SubProfileRequiresProfile: enumerated from the table of pairs, got by echo.
+#include "common/ServedClasses.h"
 #include "profiles/ProfileAssociations.h"
 
 PEGASUS_USING_PEGASUS;
@@ -25,3 +26,12 @@ ServerProfileProvider::_getSubprofileRequiresProfileInstance(const CIMObjectPath
     handler.deliver(echo);
     return echo;
 }
+
+constexpr ServedClass serverprofile::subProfileRequiresProfileRow =
+    servedAssociation(subProfileRequiresProfile)
+        .enumeratedBy<&ServerProfileProvider::_getSubprofileRequiresProfileInstanceNames,
+                      &ServerProfileProvider::_getSubprofileRequiresProfileInstances>()
+        .gotBy<&ServerProfileProvider::_getSubprofileRequiresProfileInstance>();
+
+// Its superclass has no instances but these.
+constexpr ServedClass serverprofile::referencedProfileRow = {"CIM_ReferencedProfile", nullptr};

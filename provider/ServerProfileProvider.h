@@ -303,16 +303,16 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     /// complete() at its end, and with its Pegasus exceptions traced and swallowed.
     template <class Work>
     void serve(const char* name, Handler& handler, Work work);
-    /// The same for the enumeration `name` of `classReference`: its class's row is served by
-    /// `member` of the row, or by the row's helper, which is told whether it is `instances`.
-    template <class ItemHandler, class Row, class Member>
+    /// The same for the enumeration `name` of `classReference`, by that function of its class's
+    /// row.
+    template <class ItemHandler, class Row, class Function>
     void enumerate(const char* name, const CIMObjectPath& classReference, ItemHandler& handler,
-                   Member Row::*member, bool instances);
-    /// The same for the association operation `name` on `objectName`, whose class and key it checks
-    /// before it calls work(request). `flagTrace`, if any, is traced with initFlag on the way.
-    template <class Work>
-    void serveFrom(const char* name, const CIMObjectPath& objectName, Handler& handler, Work work,
-                   const char* flagTrace = nullptr);
+                   Function Row::*function);
+    /// The same for the association operation `name`, whose source's class and key it checks, by
+    /// that function of the class's row. `flagTrace`, if any, is traced with initFlag on the way.
+    template <class Request, class ItemHandler, class Row, class Function>
+    void traverse(const char* name, Request request, ItemHandler& handler, Function Row::*function,
+                  const char* flagTrace = nullptr);
 
     Pegasus::CIMOMHandle _cimomHandle;
     Instances _registeredProfiles;

@@ -1,5 +1,6 @@
 // Traversals from a CIM-XML communication mechanism: to the object managers and to the host.
 #include "common/Selection.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "traversal/ManagerEnds.h"
 
@@ -84,3 +85,13 @@ void ServerProfileProvider::_getCimXmlCMReferences(String keyValue, const char* 
     deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
                         objectName, handler);
 }
+
+// Traversed only under its PG_ name.
+constexpr ServedClass serverprofile::cimXmlMechanismRow = {communicationMechanismClass, "Name"};
+
+constexpr ServedClass serverprofile::pgCimXmlMechanismRow =
+    ServedClass{"PG_CIMXMLCommunicationMechanism", "Name"}
+        .traversedBy<&ServerProfileProvider::_getCimXmlCMAssociatorNames,
+                     &ServerProfileProvider::_getCimXmlCMAssociators,
+                     &ServerProfileProvider::_getCimXmlCMReferenceNames,
+                     &ServerProfileProvider::_getCimXmlCMReferences>();

@@ -1,5 +1,6 @@
 // Traversals from a namespace: to the object managers.
 #include "common/Selection.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 #include "traversal/ManagerEnds.h"
 
@@ -64,3 +65,13 @@ void ServerProfileProvider::_getNamespaceReferences(String keyValue, const char*
     if (selectManagers(resultClass, keyValue, referencesStep))
         deliverManagerAssociations({*this, nameSpace}, namespaceInManager, objectName, handler);
 }
+
+// Traversed only under its PG_ name.
+constexpr ServedClass serverprofile::cimNamespaceRow = {namespaceClass, "Name"};
+
+constexpr ServedClass serverprofile::pgNamespaceRow =
+    ServedClass{"PG_Namespace", "Name"}
+        .traversedBy<&ServerProfileProvider::_getNamespaceAssociatorNames,
+                     &ServerProfileProvider::_getNamespaceAssociators,
+                     &ServerProfileProvider::_getNamespaceReferenceNames,
+                     &ServerProfileProvider::_getNamespaceReferences>();

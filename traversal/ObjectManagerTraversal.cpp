@@ -2,6 +2,7 @@
 #include "common/OwnObjects.h"
 #include "common/ReadBack.h"
 #include "common/Selection.h"
+#include "common/ServedClasses.h"
 #include "common/Trace.h"
 
 PEGASUS_USING_PEGASUS;
@@ -147,3 +148,11 @@ void ServerProfileProvider::_getObjMgrReferences(String keyValue, const char* re
     deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
                         handler);
 }
+
+// Published by another provider of the server, as are the mechanism and the namespaces.
+constexpr ServedClass serverprofile::objectManagerRow =
+    ServedClass{objectManagerClass, "Name"}
+        .traversedBy<&ServerProfileProvider::_getObjMgrAssociatorNames,
+                     &ServerProfileProvider::_getObjMgrAssociators,
+                     &ServerProfileProvider::_getObjMgrReferenceNames,
+                     &ServerProfileProvider::_getObjMgrReferences>();
