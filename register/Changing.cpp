@@ -1,6 +1,5 @@
-#include "register/Changing.h"
-
 #include "register/Interrupt.h"
+#include "register/Steps.h"
 
 namespace registering {
 

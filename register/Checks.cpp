@@ -59,11 +59,6 @@ std::string inWords(const NameSet& names) {
     return names.empty() ? "no keys" : joined({names.begin(), names.end()});
 }
 
-bool sameNames(const NameSet& one, const NameSet& other) {
-    return one.size() == other.size() &&
-           std::equal(one.begin(), one.end(), other.begin(), sameName);
-}
-
 bool overlap(const Instance& one, const Instance& other, const char* property) {
     const std::vector<std::string> items = texts(other, property);
     const NameSet names(items.begin(), items.end());

@@ -1,7 +1,7 @@
-#include "register/Changing.h"
 #include "register/Commands.h"
 #include "register/Names.h"
 #include "register/ServerSettings.h"
+#include "register/Steps.h"
 
 namespace registering {
 namespace {

@@ -43,6 +43,11 @@ struct NameLess {
 
 using NameSet = std::set<std::string, NameLess>;
 
+inline bool sameNames(const NameSet& one, const NameSet& other) {
+    return one.size() == other.size() &&
+           std::equal(one.begin(), one.end(), other.begin(), sameName);
+}
+
 inline bool hasName(const std::vector<std::string>& names, const std::string& name) {
     return std::any_of(
         names.begin(), names.end(),

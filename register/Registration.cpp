@@ -12,11 +12,13 @@ constexpr const char* moduleClass = "PG_ProviderModule";
 constexpr const char* providerClass = "PG_Provider";
 constexpr const char* capabilitiesClass = "PG_ProviderCapabilities";
 
-const Instance* firstOf(const std::vector<Instance>& instances, const char* className) {
+// A property of the first instance of a class; "" without one.
+std::string ofFirst(const std::vector<Instance>& instances, const char* className,
+                    const char* property) {
     for (const Instance& instance : instances)
         if (sameName(instance.className, className))
-            return &instance;
-    return nullptr;
+            return text(instance, property);
+    return "";
 }
 
 bool sameKeys(const Instance& one, const Instance& other) {
@@ -33,21 +35,15 @@ const Instance* counterpart(const Instance& instance, const Registration& in) {
     return nullptr;
 }
 
-// As namespaces are: in any order and case.
-bool sameItems(const std::vector<std::string>& one, const std::vector<std::string>& other) {
-    const NameSet names(one.begin(), one.end());
-    const NameSet others(other.begin(), other.end());
-    return names.size() == others.size() &&
-           std::equal(names.begin(), names.end(), others.begin(), sameName);
-}
-
 bool sameValue(const std::string& property, const Instance& one, const Instance& other) {
     const mof::Value* value = find(one, property);
     const mof::Value* found = find(other, property);
     if (value == nullptr || found == nullptr || value->isArray != found->isArray)
         return value == found;
-    return value->isArray ? sameItems(texts(one, property), texts(other, property))
-                          : text(one, property) == text(other, property);
+    const std::vector<std::string> items = texts(one, property);
+    const std::vector<std::string> others = texts(other, property);
+    return value->isArray ? sameNames({items.begin(), items.end()}, {others.begin(), others.end()})
+                          : items == others;
 }
 
 std::string instanceName(const Instance& instance) {
@@ -67,18 +63,15 @@ std::vector<Instance> Registration::capabilities() const {
 }
 
 std::string Registration::module() const {
-    const Instance* module = firstOf(_instances, moduleClass);
-    return module == nullptr ? "" : text(*module, "Name");
+    return ofFirst(_instances, moduleClass, "Name");
 }
 
 std::string Registration::provider() const {
-    const Instance* provider = firstOf(_instances, providerClass);
-    return provider == nullptr ? "" : text(*provider, "Name");
+    return ofFirst(_instances, providerClass, "Name");
 }
 
 std::string Registration::library() const {
-    const Instance* module = firstOf(_instances, moduleClass);
-    return module == nullptr ? "" : "lib" + text(*module, "Location") + ".so";
+    return "lib" + ofFirst(_instances, moduleClass, "Location") + ".so";
 }
 
 std::vector<std::string> Registration::nameSpaces() const {

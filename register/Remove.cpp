@@ -1,6 +1,6 @@
-#include "register/Changing.h"
 #include "register/Commands.h"
 #include "register/Files.h"
+#include "register/Steps.h"
 
 #include <algorithm>
 
