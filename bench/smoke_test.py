@@ -5,6 +5,7 @@ results.
 usage: smoke_test.py BUILD-DIRECTORY [unittest arguments]
 """
 
+import contextlib
 import pathlib
 import sys
 import tempfile
@@ -18,6 +19,7 @@ import measure_memory
 import measure_module
 import measure_users
 import measure_wire
+import mof
 import questions
 import shapes
 import tables
@@ -80,11 +82,17 @@ class Smoke(unittest.TestCase):
         measure_memory.measure(SETUP, results)
         self.assertGreater(results.median("memory", "idle", None, "now", "value"), 1 << 20)
         measure_costs.QUICK = 0.0001
-        measure_costs.measure(SETUP, results, [shape._replace(size=4) for shape in
-                                               (*shapes.PLAIN, *shapes.SHAPES)])
+        with tempfile.TemporaryDirectory() as place:
+            file = mof.write(pathlib.Path(place, "costly.mof"), mof.costly(shapes.THINGS))
+            with Cimhost(BUILD, [(shapes.NAMESPACE, file)], options=["--writable"]) as server:
+                # One for all shapes, which are measured on one each.
+                measure_costs.Cimhost = lambda *_, **__: contextlib.nullcontext(server)
+                measure_costs.measure(SETUP, results, [shape._replace(size=4) for shape in
+                                                       (*shapes.PLAIN, *shapes.SHAPES)])
         self.assertEqual(len(results.whats("costs")), len(shapes.PLAIN) + len(shapes.SHAPES))
         for what in results.whats("costs"):
             self.assertGreater(tables.costs_of(results, what, "now")[1], 0, what)
+        measure_users.CONNECTIONS = (8,)
         measure_users.measure(SETUP, results)
         self.assertGreater(tables.users_ratio(results, questions.NAMES.title, 8, "attacked"), 0)
         for section in ("growth", "memory", "costs", "users"):

@@ -31,6 +31,7 @@ from served import Served  # noqa: E402
 
 SERVED = None
 ALONE = b' ID="0.'  # in the requests that load.py asks alone
+REQUESTS = 1500
 HALF = ("--namespace", "root/PG_InterOp")  # of what is asked alone, where the load is to fail
 HOLDER = """
 import os, sys, threading
@@ -47,7 +48,7 @@ for order in sys.stdin:
         over.set()
     print(flush=True)
 """  # a process that takes and gives back what it is told to
-HONEST = 500  # answers of the load, after which the proxy lies
+HONEST = 200  # answers of the load, after which the proxy lies
 
 
 class Proxy(http.server.ThreadingHTTPServer):
@@ -115,7 +116,7 @@ class Hand(http.server.BaseHTTPRequestHandler):
 
 def load(address, *options):
     return subprocess.run(
-        [sys.executable, "-B", PLACE / "load.py", address, "--requests", "3000", *options],
+        [sys.executable, "-B", PLACE / "load.py", address, "--requests", str(REQUESTS), *options],
         stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
 
 
@@ -127,8 +128,8 @@ class ShortLoad(unittest.TestCase):
 
     def test_finds_all_well(self):
         done = load(SERVED.address)
-        self.assert_ends(done, 0, "load: 3000 of 3000 requests answered",
-                         "load: outside windows 3000 right; within none", "\nall well\n")
+        self.assert_ends(done, 0, f"load: {REQUESTS} of {REQUESTS} requests answered",
+                         f"load: outside windows {REQUESTS} right; within none", "\nall well\n")
 
     def assert_found(self, lie, *texts, options=()):
         with Proxy(SERVED.address, lie) as proxy:
@@ -152,7 +153,7 @@ class ShortLoad(unittest.TestCase):
             return text
         self.assert_found(hoard, "PROBLEM: the server's memory grew by ",
                           "PROBLEM: the server's descriptors grew by ",
-                          "load: outside windows 3000 right",
+                          f"load: outside windows {REQUESTS} right",
                           options=("--pid", str(os.getpid())))
         for _, opened in kept:
             if opened:

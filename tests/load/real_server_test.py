@@ -14,22 +14,22 @@ sys.path.insert(0, str(PLACE.parent / "clients"))
 
 from installed import NAMESPACES, Installed  # noqa: E402
 
-# Disabling takes the server a second, whatever it does; the others must be many more.
-REQUESTS = "40000"
+# Disabling takes the server a second, whatever it does; the load must go on for many more.
+MINUTES = "0.25"
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--home", required=True)
     parser.add_argument("--build", required=True)
-    parser.add_argument("--requests", default=REQUESTS)
+    parser.add_argument("--minutes", default=MINUTES)
     chosen = parser.parse_args()
     namespaces = [word for namespace in NAMESPACES for word in ("--namespace", namespace)]
     with Installed(chosen.home, chosen.build) as server:
         # A server that has namespaces of its own answers for them itself, and a few clients at once
         # that ask it for them end it, with no module registered.
         done = server.run([sys.executable, "-B", str(PLACE / "load.py"), server.address,
-                           "--requests", chosen.requests, "--toggles", "1",
+                           "--minutes", chosen.minutes, "--toggles", "1",
                            "--home", str(server.home), "--also", "ServerObjectsProviderModule",
                            "--without", "PG_Namespace", *namespaces])
         print(done.stdout + done.stderr)
