@@ -9,7 +9,6 @@
 #include <Pegasus/Common/CIMType.h>
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace embedded::repository {
@@ -33,9 +32,8 @@ inline std::string folded(const std::string& name) {
 using Pegasus::embedding::folded;
 using Pegasus::embedding::foldedHash;
 
-/// The CIM type that MOF spells `name` in lower case ("ref" for references); none if unknown.
-std::optional<Pegasus::CIMType> cimType(const std::string& name);
-/// As cimType; throws MofError at `where` for an unknown name.
+/// The CIM type that MOF spells `name` in lower case ("ref" for references). Throws MofError at
+/// `where` for an unknown name.
 Pegasus::CIMType cimTypeAt(const std::string& name, const mof::Location& where);
 
 /// The CIM name that `text` spells; throws MofError at `where` if it is not a legal one.

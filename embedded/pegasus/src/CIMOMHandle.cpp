@@ -25,34 +25,23 @@ embedding::Caller callerOf(const OperationContext& context) {
     return caller;
 }
 
-Operation of(OperationKind kind, const OperationContext& context,
-             const CIMNamespaceName& nameSpace) {
+/// `subject` is what is asked for, as the operation's kind takes it.
+template <class Subject>
+Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
+             Subject Operation::*place, const Subject& subject) {
     Operation operation;
     operation.kind = kind;
     operation.caller = callerOf(context);
     operation.nameSpace = nameSpace;
+    operation.*place = subject;
     return operation;
 }
 
-Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
-             const CIMName& className) {
-    Operation operation = of(kind, context, nameSpace);
-    operation.className = className;
-    return operation;
-}
-
-Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
-             const CIMObjectPath& objectName) {
-    Operation operation = of(kind, context, nameSpace);
-    operation.objectName = objectName;
-    return operation;
-}
-
-Operation of(OperationKind kind, const OperationContext& context, const CIMNamespaceName& nameSpace,
-             const CIMInstance& instance) {
-    Operation operation = of(kind, context, nameSpace);
-    operation.instance = instance;
-    return operation;
+void include(Operation& operation, bool qualifiers, bool classOrigin,
+             const CIMPropertyList& propertyList = {}) {
+    operation.includeQualifiers = qualifiers;
+    operation.includeClassOrigin = classOrigin;
+    operation.propertyList = propertyList;
 }
 
 /// No host offers it, so nothing says what was asked.
@@ -76,11 +65,10 @@ CIMClass CIMOMHandle::getClass(const OperationContext& context, const CIMNamespa
                                const CIMName& className, Boolean localOnly,
                                Boolean includeQualifiers, Boolean includeClassOrigin,
                                const CIMPropertyList& propertyList) {
-    Operation operation = of(OperationKind::GetClass, context, nameSpace, className);
+    Operation operation =
+        of(OperationKind::GetClass, context, nameSpace, &Operation::className, className);
     operation.localOnly = localOnly;
-    operation.includeQualifiers = includeQualifiers;
-    operation.includeClassOrigin = includeClassOrigin;
-    operation.propertyList = propertyList;
+    include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return onlyOf<CIMClass>(serverOf(_rep).perform(operation));
 }
 
@@ -89,18 +77,19 @@ Array<CIMClass> CIMOMHandle::enumerateClasses(const OperationContext& context,
                                               const CIMName& className, Boolean deepInheritance,
                                               Boolean localOnly, Boolean includeQualifiers,
                                               Boolean includeClassOrigin) {
-    Operation operation = of(OperationKind::EnumerateClasses, context, nameSpace, className);
+    Operation operation =
+        of(OperationKind::EnumerateClasses, context, nameSpace, &Operation::className, className);
     operation.deepInheritance = deepInheritance;
     operation.localOnly = localOnly;
-    operation.includeQualifiers = includeQualifiers;
-    operation.includeClassOrigin = includeClassOrigin;
+    include(operation, includeQualifiers, includeClassOrigin);
     return allOf<CIMClass>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMName> CIMOMHandle::enumerateClassNames(const OperationContext& context,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMName& className, Boolean deepInheritance) {
-    Operation operation = of(OperationKind::EnumerateClassNames, context, nameSpace, className);
+    Operation operation = of(OperationKind::EnumerateClassNames, context, nameSpace,
+                             &Operation::className, className);
     operation.deepInheritance = deepInheritance;
     return allOf<CIMName>(serverOf(_rep).perform(operation));
 }
@@ -122,11 +111,10 @@ CIMInstance CIMOMHandle::getInstance(const OperationContext& context,
                                      const CIMObjectPath& instanceName, Boolean localOnly,
                                      Boolean includeQualifiers, Boolean includeClassOrigin,
                                      const CIMPropertyList& propertyList) {
-    Operation operation = of(OperationKind::GetInstance, context, nameSpace, instanceName);
+    Operation operation =
+        of(OperationKind::GetInstance, context, nameSpace, &Operation::objectName, instanceName);
     operation.localOnly = localOnly;
-    operation.includeQualifiers = includeQualifiers;
-    operation.includeClassOrigin = includeClassOrigin;
-    operation.propertyList = propertyList;
+    include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return onlyOf<CIMInstance>(serverOf(_rep).perform(operation));
 }
 
@@ -135,33 +123,34 @@ CIMOMHandle::enumerateInstances(const OperationContext& context, const CIMNamesp
                                 const CIMName& className, Boolean deepInheritance,
                                 Boolean localOnly, Boolean includeQualifiers,
                                 Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
-    Operation operation = of(OperationKind::EnumerateInstances, context, nameSpace, className);
+    Operation operation =
+        of(OperationKind::EnumerateInstances, context, nameSpace, &Operation::className, className);
     operation.deepInheritance = deepInheritance;
     operation.localOnly = localOnly;
-    operation.includeQualifiers = includeQualifiers;
-    operation.includeClassOrigin = includeClassOrigin;
-    operation.propertyList = propertyList;
+    include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return allOf<CIMInstance>(serverOf(_rep).perform(operation));
 }
 
 Array<CIMObjectPath> CIMOMHandle::enumerateInstanceNames(const OperationContext& context,
                                                          const CIMNamespaceName& nameSpace,
                                                          const CIMName& className) {
-    return allOf<CIMObjectPath>(serverOf(_rep).perform(
-        of(OperationKind::EnumerateInstanceNames, context, nameSpace, className)));
+    return allOf<CIMObjectPath>(
+        serverOf(_rep).perform(of(OperationKind::EnumerateInstanceNames, context, nameSpace,
+                                  &Operation::className, className)));
 }
 
 CIMObjectPath CIMOMHandle::createInstance(const OperationContext& context,
                                           const CIMNamespaceName& nameSpace,
                                           const CIMInstance& newInstance) {
-    return onlyOf<CIMObjectPath>(
-        serverOf(_rep).perform(of(OperationKind::CreateInstance, context, nameSpace, newInstance)));
+    return onlyOf<CIMObjectPath>(serverOf(_rep).perform(
+        of(OperationKind::CreateInstance, context, nameSpace, &Operation::instance, newInstance)));
 }
 
 void CIMOMHandle::modifyInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                  const CIMInstance& modifiedInstance, Boolean includeQualifiers,
                                  const CIMPropertyList& propertyList) {
-    Operation operation = of(OperationKind::ModifyInstance, context, nameSpace, modifiedInstance);
+    Operation operation = of(OperationKind::ModifyInstance, context, nameSpace,
+                             &Operation::instance, modifiedInstance);
     operation.includeQualifiers = includeQualifiers;
     operation.propertyList = propertyList;
     serverOf(_rep).perform(operation);
@@ -169,7 +158,8 @@ void CIMOMHandle::modifyInstance(const OperationContext& context, const CIMNames
 
 void CIMOMHandle::deleteInstance(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                  const CIMObjectPath& instanceName) {
-    serverOf(_rep).perform(of(OperationKind::DeleteInstance, context, nameSpace, instanceName));
+    serverOf(_rep).perform(of(OperationKind::DeleteInstance, context, nameSpace,
+                              &Operation::objectName, instanceName));
 }
 
 Array<CIMObject> CIMOMHandle::execQuery(const OperationContext&, const CIMNamespaceName&,
@@ -184,14 +174,13 @@ Array<CIMObject> CIMOMHandle::associators(const OperationContext& context,
                                           const String& role, const String& resultRole,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) {
-    Operation operation = of(OperationKind::Associators, context, nameSpace, objectName);
+    Operation operation =
+        of(OperationKind::Associators, context, nameSpace, &Operation::objectName, objectName);
     operation.assocClass = assocClass;
     operation.resultClass = resultClass;
     operation.role = role;
     operation.resultRole = resultRole;
-    operation.includeQualifiers = includeQualifiers;
-    operation.includeClassOrigin = includeClassOrigin;
-    operation.propertyList = propertyList;
+    include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return allOf<CIMObject>(serverOf(_rep).perform(operation));
 }
 
@@ -201,7 +190,8 @@ Array<CIMObjectPath> CIMOMHandle::associatorNames(const OperationContext& contex
                                                   const CIMName& assocClass,
                                                   const CIMName& resultClass, const String& role,
                                                   const String& resultRole) {
-    Operation operation = of(OperationKind::AssociatorNames, context, nameSpace, objectName);
+    Operation operation =
+        of(OperationKind::AssociatorNames, context, nameSpace, &Operation::objectName, objectName);
     operation.assocClass = assocClass;
     operation.resultClass = resultClass;
     operation.role = role;
@@ -215,12 +205,11 @@ Array<CIMObject> CIMOMHandle::references(const OperationContext& context,
                                          const CIMName& resultClass, const String& role,
                                          Boolean includeQualifiers, Boolean includeClassOrigin,
                                          const CIMPropertyList& propertyList) {
-    Operation operation = of(OperationKind::References, context, nameSpace, objectName);
+    Operation operation =
+        of(OperationKind::References, context, nameSpace, &Operation::objectName, objectName);
     operation.resultClass = resultClass;
     operation.role = role;
-    operation.includeQualifiers = includeQualifiers;
-    operation.includeClassOrigin = includeClassOrigin;
-    operation.propertyList = propertyList;
+    include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return allOf<CIMObject>(serverOf(_rep).perform(operation));
 }
 
@@ -228,7 +217,8 @@ Array<CIMObjectPath> CIMOMHandle::referenceNames(const OperationContext& context
                                                  const CIMNamespaceName& nameSpace,
                                                  const CIMObjectPath& objectName,
                                                  const CIMName& resultClass, const String& role) {
-    Operation operation = of(OperationKind::ReferenceNames, context, nameSpace, objectName);
+    Operation operation =
+        of(OperationKind::ReferenceNames, context, nameSpace, &Operation::objectName, objectName);
     operation.resultClass = resultClass;
     operation.role = role;
     return allOf<CIMObjectPath>(serverOf(_rep).perform(operation));
@@ -237,7 +227,8 @@ Array<CIMObjectPath> CIMOMHandle::referenceNames(const OperationContext& context
 CIMValue CIMOMHandle::getProperty(const OperationContext& context,
                                   const CIMNamespaceName& nameSpace,
                                   const CIMObjectPath& instanceName, const CIMName& propertyName) {
-    Operation operation = of(OperationKind::GetProperty, context, nameSpace, instanceName);
+    Operation operation =
+        of(OperationKind::GetProperty, context, nameSpace, &Operation::objectName, instanceName);
     operation.memberName = propertyName;
     return onlyOf<CIMValue>(serverOf(_rep).perform(operation));
 }

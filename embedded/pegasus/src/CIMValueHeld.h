@@ -108,12 +108,6 @@ void get(const CIMValueRep* rep, CIMType type, bool isArray, T& x) {
     }                                                                                              \
     CIMValue::CIMValue(const Array<T>& x) : _rep(new values::Vector<TREATMENT, T>(TYPE, x)) {      \
     }                                                                                              \
-    void CIMValue::set(ARGUMENT x) {                                                               \
-        assign(CIMValue(x));                                                                       \
-    }                                                                                              \
-    void CIMValue::set(const Array<T>& x) {                                                        \
-        assign(CIMValue(x));                                                                       \
-    }                                                                                              \
     void CIMValue::get(T& x) const {                                                               \
         values::get<values::Scalar<TREATMENT, T>>(_rep, TYPE, false, x);                           \
     }                                                                                              \

@@ -4,49 +4,45 @@
 #include "Numbers.h"
 #include "ObjectPathReps.h"
 #include "StringRep.h"
+#include "embedding/Text.h"
 #include "text/Ascii.h"
-
-#include <algorithm>
-#include <vector>
 
 namespace Pegasus {
 
 namespace {
 
-/// Reads one text from left to right, as it is kept. No white space is skipped: it belongs to
-/// nothing. What reads a part returns false, with the reason, if it is not there.
-template <class Unit>
+using embedding::fromUtf8;
+
+/// Reads one text, in UTF-8, from left to right. No white space is skipped: it belongs to nothing.
+/// What reads a part returns false, with the reason, if it is not there.
 class Parser {
   public:
-    Parser(const Unit* units, Uint32 size, CIMObjectPathRep& path, String& reason)
-        : _at(units), _end(units + size), _path(path), _reason(reason) {}
+    Parser(std::string_view text, CIMObjectPathRep& path, String& reason)
+        : _rest(text), _path(path), _reason(reason) {}
 
     bool read() { return readHost() && readNameSpace() && readClassName() && readKeyBindings(); }
 
   private:
     bool readHost() {
-        if (_end - _at < 2 || !is(_at[0], '/') || !is(_at[1], '/'))
+        if (_rest.substr(0, 2) != "//")
             return true;
-        const Unit* const begin = _at + 2;
-        const Unit* const slash = find(begin, _end, '/');
-        if (slash == _end)
+        const std::size_t slash = _rest.find('/', 2);
+        if (slash == std::string_view::npos)
             return reject("missing slash after hostname");
-        _path.host = between(begin, slash);
+        _path.host = fromUtf8(_rest.substr(2, slash - 2));
         // The slash stays: it counts as the one that a namespace may begin with.
-        _at = slash;
+        _rest.remove_prefix(slash);
         return isHost(_path.host) || reject("invalid hostname");
     }
 
     bool readNameSpace() {
-        const Unit* const dot = find(_at, _end, '.');
-        const Unit* const colon = find(_at, dot, ':');
-        if (colon == dot)
+        const std::size_t colon = _rest.substr(0, _rest.find('.')).find(':');
+        if (colon == std::string_view::npos)
             return _path.host.size() == 0 || reject("host specified, missing namespace");
-        const String name = between(_at, colon);
+        const String name = upTo(':');
         if (!CIMNamespaceName::legal(name))
             return reject("invalid namespace name");
         _path.nameSpace = name;
-        _at = colon + 1;
         return true;
     }
 
@@ -59,63 +55,47 @@ class Parser {
     }
 
     bool readKeyBindings() {
-        while (_at != _end) {
-            if (find(_at, _end, '=') == _end)
+        while (!_rest.empty()) {
+            if (_rest.find('=') == std::string_view::npos)
                 return rejectPair("missing equal sign");
             const String name = upTo('=');
             if (!CIMName::legal(name))
                 return rejectPair("invalid key name:" + name);
-            if (!(_at != _end && is(*_at, '"') ? readQuotedKey(name) : readPlainKey(name)))
+            const bool isQuoted = _rest.substr(0, 1) == "\"";
+            if (!(isQuoted ? readQuotedKey(name) : readPlainKey(name)))
                 return false;
         }
         return true;
     }
 
-    static bool is(Unit unit, char c) { return unitOf(unit) == unitOf(c); }
-
-    static const Unit* find(const Unit* begin, const Unit* end, char c) {
-        return std::find_if(
-            begin, end, [&](Unit unit) { return is(unit, c); });
-    }
-
-    static String between(const Unit* begin, const Unit* end) {
-        return begin == end ? String() : String(begin, static_cast<Uint32>(end - begin));
-    }
-
-    static String unescaped(const Unit* begin, const Unit* end) {
-        std::vector<Unit> text(begin, end);
-        Unit* to = text.data();
-        for (const Unit* at = begin; at != end; ++at)
-            *to++ = is(*at, '\\') ? *++at : *at;
-        return between(text.data(), to);
-    }
-
     /// What stands before the next `separator`, or all that is left; steps behind the separator.
     String upTo(char separator) {
-        const Unit* const begin = _at;
-        const Unit* const found = find(_at, _end, separator);
-        _at = found == _end ? _end : found + 1;
-        return between(begin, found);
+        const std::size_t size = _rest.find(separator);
+        const String part = fromUtf8(_rest.substr(0, size));
+        _rest = size == std::string_view::npos ? std::string_view() : _rest.substr(size + 1);
+        return part;
     }
 
     bool readQuotedKey(const CIMName& name) {
-        const Unit* const begin = ++_at;
-        bool hasEscapes = false;
-        for (; _at != _end && !is(*_at, '"'); ++_at) {
-            if (!is(*_at, '\\'))
-                continue;
-            hasEscapes = true;
-            ++_at;
-            if (_at == _end || (!is(*_at, '\\') && !is(*_at, '"')))
+        std::string value;
+        for (std::size_t begin = 1;;) {
+            const std::size_t end = _rest.find_first_of("\\\"", begin);
+            if (end == std::string_view::npos)
+                return rejectPair("missing quote in key value");
+            value.append(_rest, begin, end - begin);
+            begin = end + 1;
+            if (_rest[end] == '"') {
+                _rest.remove_prefix(begin);
+                break;
+            }
+            if (begin == _rest.size() || (_rest[begin] != '\\' && _rest[begin] != '"'))
                 return rejectPair("malformed value");
+            value += _rest[begin++];
         }
-        if (_at == _end)
-            return rejectPair("missing quote in key value");
-        const String value = hasEscapes ? unescaped(begin, _at) : between(begin, _at);
-        ++_at;
-        if (_at != _end && !is(*_at++, ','))
+        if (!_rest.empty() && _rest.front() != ',')
             return rejectPair("next key-value pair has to start with comma");
-        _path.keyBindings.append(referenceOrString(name, value));
+        _rest.remove_prefix(_rest.empty() ? 0 : 1);
+        _path.keyBindings.append(referenceOrString(name, fromUtf8(value)));
         return true;
     }
 
@@ -158,8 +138,7 @@ class Parser {
 
     bool rejectPair(const String& reason) { return reject("invalid key-value pair, " + reason); }
 
-    const Unit* _at;
-    const Unit* const _end;
+    std::string_view _rest; ///< what is still to be read
     CIMObjectPathRep& _path;
     String& _reason;
 };
@@ -167,9 +146,9 @@ class Parser {
 } // namespace
 
 bool parseObjectPath(const String& text, CIMObjectPathRep& path, String& reason) {
-    return StringRep::visit(
-        text,
-        [&](const auto* units, Uint32 size) { return Parser(units, size, path, reason).read(); });
+    if (const std::optional<std::string_view> ascii = StringRep::ascii(text))
+        return Parser(*ascii, path, reason).read();
+    return Parser(embedding::utf8(text), path, reason).read();
 }
 
 } // namespace Pegasus

@@ -285,13 +285,7 @@ const Char16* String::getChar16Data() const {
 }
 
 CString String::getCString() const {
-    const std::optional<std::string_view> ascii = StringRep::ascii(*this);
-    const std::string encoded = ascii ? std::string() : embedding::utf8(*this);
-    const std::string_view text = ascii ? *ascii : encoded;
-    char* const copy = new char[text.size() + 1];
-    std::copy(text.begin(), text.end(), copy);
-    copy[text.size()] = 0;
-    return CString(copy);
+    return CString(embedding::utf8(*this));
 }
 
 Char16& String::operator[](Uint32 index) {

@@ -232,4 +232,85 @@ TYPED_TEST(ConstHandle, HasItsReadsAsMembersOfItsOwn) {
     EXPECT_TRUE(throwsUninitialized([] { static_cast<void>(C().identical(C())); }));
 }
 
+template <class P>
+class Qualified : public testing::Test {};
+
+using QualifiedPairs = testing::Types<
+    Pair<CIMObject, CIMConstObject, MadeOfInstance>,
+    Pair<CIMInstance, CIMConstInstance, MadeByName>, Pair<CIMClass, CIMConstClass, MadeByName>,
+    Pair<CIMProperty, CIMConstProperty, MadeByValue>, Pair<CIMMethod, CIMConstMethod, MadeByType>,
+    Pair<CIMParameter, CIMConstParameter, MadeByType>>;
+TYPED_TEST_SUITE(Qualified, QualifiedPairs, );
+
+const CIMValue yes(Boolean(true));
+
+TYPED_TEST(Qualified, FindsItsQualifiersIgnoringCase) {
+    auto handle = TypeParam::template make<typename TypeParam::Handle>();
+    handle.addQualifier(CIMQualifier("Key", yes)).addQualifier(CIMQualifier("Write", yes));
+    EXPECT_EQ(handle.getQualifierCount(), 2U);
+    EXPECT_EQ(handle.findQualifier("WRITE"), 1U);
+    EXPECT_EQ(handle.findQualifier("Read"), PEG_NOT_FOUND);
+    EXPECT_TRUE(
+        throws<AlreadyExistsException>([&] { handle.addQualifier(CIMQualifier("KEY", yes)); },
+                                       "already exists: qualifier \"KEY\""));
+    handle.removeQualifier(0);
+    const typename TypeParam::ConstHandle constant = handle;
+    EXPECT_EQ(constant.getQualifierCount(), 1U);
+    EXPECT_EQ(constant.findQualifier("write"), 0U);
+    EXPECT_EQ(text(constant.getQualifier(0).getName().getString()), "Write");
+    for (const Uint32 index : {Uint32(1), PEG_NOT_FOUND}) {
+        EXPECT_TRUE(throwsOutOfBounds([&] { handle.getQualifier(index); }));
+        EXPECT_TRUE(throwsOutOfBounds([&] { constant.getQualifier(index); }));
+        EXPECT_TRUE(throwsOutOfBounds([&] { handle.removeQualifier(index); }));
+    }
+}
+
+TYPED_TEST(Qualified, SharesItsQualifiersAndKeepsTheirNames) {
+    CIMQualifier key("Key", yes);
+    auto handle = TypeParam::template make<typename TypeParam::Handle>();
+    handle.addQualifier(key);
+    key.setPropagated(true);
+    EXPECT_EQ(handle.getQualifier(0).getPropagated(), 1U);
+    EXPECT_TRUE(
+        throws<Exception>([&] { key.setName("Write"); },
+                          "Attempted to change the name of a qualifier already in a container."));
+}
+
+TYPED_TEST(Qualified, HasNoQualifiersWhileItOrTheyAreUninitialized) {
+    typename TypeParam::Handle none;
+    const auto& constNone = none;
+    expectAllUninitialized({
+        {"addQualifier", [&] { none.addQualifier(CIMQualifier("Key", yes)); }},
+        {"findQualifier", [&] { none.findQualifier("Key"); }},
+        {"getQualifier", [&] { none.getQualifier(0); }},
+        {"const getQualifier", [&] { constNone.getQualifier(0); }},
+        {"removeQualifier", [&] { none.removeQualifier(0); }},
+        {"getQualifierCount", [&] { none.getQualifierCount(); }},
+        {"addQualifier of none",
+         [] {
+             TypeParam::template make<typename TypeParam::Handle>().addQualifier(CIMQualifier());
+         }},
+    });
+}
+
+/// `Handle` is for what `some` is, and neither for `other` nor for nothing.
+template <class Handle, class ConstHandle>
+void expectMadeOnlyFrom(const CIMObject& some, const CIMObject& other) {
+    EXPECT_EQ(text(Handle(some).getClassName().getString()), "Disk");
+    EXPECT_EQ(text(ConstHandle(some).getClassName().getString()), "Disk");
+    EXPECT_EQ(text(ConstHandle(CIMConstObject(some)).getClassName().getString()), "Disk");
+    for (const CIMObject& wrong : {other, CIMObject()}) {
+        EXPECT_TRUE(throwsDynamicCastFailed([&] { Handle x(wrong); }));
+        EXPECT_TRUE(throwsDynamicCastFailed([&] { ConstHandle x(wrong); }));
+        EXPECT_TRUE(throwsDynamicCastFailed([&] { ConstHandle x{CIMConstObject(wrong)}; }));
+    }
+}
+
+TEST(CIMObject, BecomesAgainOnlyWhatItWasMadeFrom) {
+    const CIMObject instance(CIMInstance("Disk"));
+    const CIMObject cls(CIMClass("Disk"));
+    expectMadeOnlyFrom<CIMInstance, CIMConstInstance>(instance, cls);
+    expectMadeOnlyFrom<CIMClass, CIMConstClass>(cls, instance);
+}
+
 } // namespace

@@ -32,7 +32,7 @@ TEST(CIMProperty, HasWhatItWasMadeWith) {
     EXPECT_FALSE(plain.getPropagated());
     EXPECT_FALSE(plain.isUninitialized());
 
-    const CIMProperty full("Disk", reference(), 0, "CIM_Disk", "CIM_OnDisk", true);
+    const CIMConstProperty full("Disk", reference(), 0, "CIM_Disk", "CIM_OnDisk", true);
     EXPECT_EQ(text(full.getReferenceClassName().getString()), "CIM_Disk");
     EXPECT_EQ(text(full.getClassOrigin().getString()), "CIM_OnDisk");
     EXPECT_TRUE(full.getPropagated());
@@ -46,6 +46,7 @@ TEST(CIMProperty, RejectsWhatCannotBeAProperty) {
     EXPECT_TRUE(throwsUninitialized([] { CIMProperty(CIMName(), yes); }));
     const std::vector<NamedCall> mismatches = {
         {"scalar of fixed size", [] { CIMProperty("p", yes, 3); }},
+        {"the same of a const property", [] { CIMConstProperty("p", yes, 3); }},
         {"array of another size", [] { CIMProperty("p", arrayOf(2), 3); }},
         {"null array without its size",
          [] { CIMProperty("p", CIMValue(CIMTYPE_UINT16, true), 3); }},
@@ -85,9 +86,7 @@ TEST(CIMProperty, TakesOnlyArraysOfItsFixedSize) {
 
 TEST(CIMProperty, IsUninitializedUntilItIsAssigned) {
     CIMProperty none;
-    const CIMProperty& constNone = none;
     const CIMProperty some("Size", one);
-    const CIMQualifier key("Key", yes);
     expectAllUninitialized({
         {"getName", [&] { none.getName(); }},
         {"setName", [&] { none.setName("x"); }},
@@ -101,15 +100,7 @@ TEST(CIMProperty, IsUninitializedUntilItIsAssigned) {
         {"setClassOrigin", [&] { none.setClassOrigin("C"); }},
         {"getPropagated", [&] { none.getPropagated(); }},
         {"setPropagated", [&] { none.setPropagated(true); }},
-        {"addQualifier", [&] { none.addQualifier(key); }},
-        {"findQualifier", [&] { none.findQualifier("Key"); }},
-        {"getQualifier", [&] { none.getQualifier(0); }},
-        {"const getQualifier", [&] { constNone.getQualifier(0); }},
-        {"removeQualifier", [&] { none.removeQualifier(0); }},
-        {"getQualifierCount", [&] { none.getQualifierCount(); }},
         {"identical", [&] { none.identical(some); }},
-        {"identical, the other", [&] { some.identical(none); }},
-        {"addQualifier of none", [&] { CIMProperty(some).addQualifier(CIMQualifier()); }},
     });
     EXPECT_TRUE(none.isUninitialized());
     none = some;
@@ -152,35 +143,6 @@ TEST(CIMProperty, KeepsItsNameWhileAnInstanceFindsItByIt) {
     EXPECT_TRUE(throwsUninitialized([&] { property.setName(CIMName()); }));
 }
 
-TEST(CIMProperty, FindsItsQualifiersIgnoringCase) {
-    CIMProperty property("Size", one);
-    property.addQualifier(CIMQualifier("Key", yes)).addQualifier(CIMQualifier("Write", yes));
-    EXPECT_EQ(property.getQualifierCount(), 2U);
-    EXPECT_EQ(property.findQualifier("WRITE"), 1U);
-    EXPECT_EQ(property.findQualifier("Read"), PEG_NOT_FOUND);
-    EXPECT_TRUE(
-        throws<AlreadyExistsException>([&] { property.addQualifier(CIMQualifier("KEY", yes)); },
-                                       "already exists: qualifier \"KEY\""));
-    property.removeQualifier(0);
-    EXPECT_EQ(property.findQualifier("Write"), 0U);
-
-    const CIMProperty& constProperty = property;
-    EXPECT_TRUE(throwsOutOfBounds([&] { property.getQualifier(1); }));
-    EXPECT_TRUE(throwsOutOfBounds([&] { constProperty.getQualifier(PEG_NOT_FOUND); }));
-    EXPECT_TRUE(throwsOutOfBounds([&] { property.removeQualifier(1); }));
-}
-
-TEST(CIMProperty, SharesItsQualifiersAndKeepsTheirNames) {
-    CIMQualifier key("Key", yes);
-    CIMProperty property("Size", one);
-    property.addQualifier(key);
-    key.setPropagated(true);
-    EXPECT_EQ(property.getQualifier(0).getPropagated(), 1U);
-    EXPECT_TRUE(
-        throws<Exception>([&] { key.setName("Write"); },
-                          "Attempted to change the name of a qualifier already in a container."));
-}
-
 TEST(CIMProperty, IsIdenticalByAllButItsArraySize) {
     const CIMProperty property("Size", one, 0, CIMName(), "Disk");
     EXPECT_TRUE(property.identical(CIMProperty("SIZE", one, 0, CIMName(), "disk")));
@@ -205,27 +167,6 @@ TEST(CIMProperty, IsIdenticalOnlyWithItsQualifiersInTheSameOrder) {
     writeFirst.addQualifier(write).addQualifier(key);
     EXPECT_FALSE(keyFirst.identical(writeFirst));
     EXPECT_TRUE(keyFirst.identical(keyFirst.clone()));
-}
-
-TEST(CIMConstProperty, ReadsWhatACIMPropertyHas) {
-    CIMProperty property("Disk", reference(), 0, "CIM_Disk", "CIM_OnDisk", true);
-    property.addQualifier(CIMQualifier("Key", yes));
-    CIMConstProperty constant;
-    EXPECT_TRUE(constant.isUninitialized());
-    constant = property;
-    EXPECT_EQ(text(constant.getName().getString()), "Disk");
-    EXPECT_EQ(constant.getType(), CIMTYPE_REFERENCE);
-    EXPECT_FALSE(constant.isArray());
-    EXPECT_EQ(constant.getArraySize(), 0U);
-    EXPECT_EQ(text(constant.getReferenceClassName().getString()), "CIM_Disk");
-    EXPECT_EQ(text(constant.getClassOrigin().getString()), "CIM_OnDisk");
-    EXPECT_TRUE(constant.getPropagated());
-    EXPECT_EQ(constant.findQualifier("key"), 0U);
-    EXPECT_EQ(constant.getQualifierCount(), 1U);
-    EXPECT_EQ(text(constant.getQualifier(0).getName().getString()), "Key");
-    EXPECT_TRUE(constant.identical(property));
-    EXPECT_TRUE(throwsUninitialized([] { CIMConstProperty().getName(); }));
-    EXPECT_TRUE(throwsTypeMismatch([] { CIMConstProperty("p", yes, 3); }));
 }
 
 } // namespace

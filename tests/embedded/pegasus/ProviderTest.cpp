@@ -13,58 +13,29 @@ using namespace apitest;
 
 namespace {
 
-/// Keeps what is delivered.
-class InstanceSink : public InstanceResponseHandler {
+/// Keeps what is delivered to a handler of things of type T.
+template <class Handler, class T>
+class Sink : public Handler {
   public:
     void processing() override { events += "p"; }
     void complete() override { events += "c"; }
-    void deliver(const CIMInstance& instance) override {
+    void deliver(const T& thing) override {
         events += "1";
-        delivered.append(instance);
+        delivered.append(thing);
     }
-    void deliver(const Array<CIMInstance>& instances) override {
+    void deliver(const Array<T>& things) override {
         events += "n";
-        delivered.appendArray(instances);
+        delivered.appendArray(things);
     }
     using ResponseHandler::getContext;
 
     std::string events;
-    Array<CIMInstance> delivered;
+    Array<T> delivered;
 };
 
-class PathSink : public ObjectPathResponseHandler {
-  public:
-    void processing() override { events += "p"; }
-    void complete() override { events += "c"; }
-    void deliver(const CIMObjectPath& path) override {
-        events += "1";
-        delivered.append(path);
-    }
-    void deliver(const Array<CIMObjectPath>& paths) override {
-        events += "n";
-        delivered.appendArray(paths);
-    }
-
-    std::string events;
-    Array<CIMObjectPath> delivered;
-};
-
-class ObjectSink : public ObjectResponseHandler {
-  public:
-    void processing() override { events += "p"; }
-    void complete() override { events += "c"; }
-    void deliver(const CIMObject& object) override {
-        events += "1";
-        delivered.append(object);
-    }
-    void deliver(const Array<CIMObject>& objects) override {
-        events += "n";
-        delivered.appendArray(objects);
-    }
-
-    std::string events;
-    Array<CIMObject> delivered;
-};
+using InstanceSink = Sink<InstanceResponseHandler, CIMInstance>;
+using PathSink = Sink<ObjectPathResponseHandler, CIMObjectPath>;
+using ObjectSink = Sink<ObjectResponseHandler, CIMObject>;
 
 /// A provider of one instance, which is associated with itself.
 class SelfProvider : public CIMInstanceProvider, public CIMAssociationProvider {

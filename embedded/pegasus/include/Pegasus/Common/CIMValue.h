@@ -9,6 +9,8 @@
 #include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/String.h>
 
+#include <type_traits>
+
 namespace Pegasus {
 
 class CIMInstance;
@@ -82,40 +84,11 @@ class PEGASUS_COMMON_LINKAGE CIMValue {
     CIMType getType() const;
 
     /// As the constructors: the value takes the type of the argument.
-    void set(Boolean x);
-    void set(Uint8 x);
-    void set(Sint8 x);
-    void set(Uint16 x);
-    void set(Sint16 x);
-    void set(Uint32 x);
-    void set(Sint32 x);
-    void set(Uint64 x);
-    void set(Sint64 x);
-    void set(Real32 x);
-    void set(Real64 x);
-    void set(const Char16& x);
-    void set(const String& x);
-    void set(const CIMDateTime& x);
-    void set(const CIMObjectPath& x);
-    void set(const CIMObject& x);
-    void set(const CIMInstance& x);
-    void set(const Array<Boolean>& x);
-    void set(const Array<Uint8>& x);
-    void set(const Array<Sint8>& x);
-    void set(const Array<Uint16>& x);
-    void set(const Array<Sint16>& x);
-    void set(const Array<Uint32>& x);
-    void set(const Array<Sint32>& x);
-    void set(const Array<Uint64>& x);
-    void set(const Array<Sint64>& x);
-    void set(const Array<Real32>& x);
-    void set(const Array<Real64>& x);
-    void set(const Array<Char16>& x);
-    void set(const Array<String>& x);
-    void set(const Array<CIMDateTime>& x);
-    void set(const Array<CIMObjectPath>& x);
-    void set(const Array<CIMObject>& x);
-    void set(const Array<CIMInstance>& x);
+    template <class T>
+    void set(const T& x) {
+        static_assert(!std::is_same_v<T, CIMValue>, "assign() takes another CIMValue");
+        assign(CIMValue(x));
+    }
 
     /// Leaves `x` as it is when the value is null. Throws TypeMismatchException unless `x` is of
     /// exactly this type.

@@ -6,6 +6,9 @@
 
 #include <cstdarg>
 #include <iostream>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace Pegasus {
 
@@ -17,18 +20,15 @@ struct StringRep;
 class PEGASUS_COMMON_LINKAGE CString {
   public:
     /// Holds nothing: converts to a null pointer.
-    CString();
-    CString(const CString& cstr);
-    ~CString();
-    CString& operator=(const CString& cstr);
+    CString() = default;
 
-    operator const char*() const;
+    operator const char*() const { return _text ? _text->c_str() : nullptr; }
 
   private:
-    explicit CString(char* text);
+    explicit CString(std::string text) : _text(std::move(text)) {}
     friend class String;
 
-    char* _text;
+    std::optional<std::string> _text;
 };
 
 /// Text as UTF-16 code units. Copies share their text until one of them is changed.
