@@ -9,6 +9,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 
 namespace embedded::cimxml {
 namespace {
@@ -229,43 +230,15 @@ static_assert([] {
     return good;
 }());
 
-constexpr std::size_t slotCount = 128;
-
-// REQUIRES: a name, which is not empty.
-constexpr std::size_t slotOf(std::string_view name) {
-    const auto byte = [&](std::size_t i) {
-        return std::size_t{static_cast<unsigned char>(name[i])};
-    };
-    return (name.size() * 31 + byte(0) * 7 + byte(name.size() / 2) * 13 +
-            byte(name.size() - 1) * 3) %
-           slotCount;
-}
-
-constexpr std::size_t slotAfter(std::size_t slot) {
-    return (slot + 1) % slotCount;
-}
-
-constexpr std::uint8_t noRule = tagCount;
-
-// Which rule is in which slot: its own or, where that was taken, one of those after it.
-constexpr std::array<std::uint8_t, slotCount> slots = [] {
-    std::array<std::uint8_t, slotCount> made = {};
-    for (std::size_t slot = 0; slot < slotCount; ++slot)
-        made[slot] = noRule;
-    for (std::uint8_t rule = 0; rule < tagCount; ++rule) {
-        std::size_t slot = slotOf(rules[rule].name);
-        while (made[slot] != noRule)
-            slot = slotAfter(slot);
-        made[slot] = rule;
-    }
-    return made;
-}();
-
 const Rule* findRule(std::string_view name) {
-    for (std::size_t slot = slotOf(name); slots[slot] != noRule; slot = slotAfter(slot))
-        if (rules[slots[slot]].name == name)
-            return &rules[slots[slot]];
-    return nullptr;
+    static const auto byName = [] {
+        std::unordered_map<std::string_view, const Rule*> made;
+        for (const Rule& rule : rules)
+            made.emplace(rule.name, &rule);
+        return made;
+    }();
+    const auto found = byName.find(name);
+    return found == byName.end() ? nullptr : found->second;
 }
 
 const Rule& ruleOf(const Element& element) {

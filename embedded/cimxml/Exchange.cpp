@@ -1,9 +1,9 @@
 #include "cimxml/Exchange.h"
 
 #include "cimxml/HeaderFields.h"
-#include "cimxml/Text.h"
 #include "http/Wire.h"
 #include "limits/Limits.h"
+#include "routing/Values.h"
 
 #include <algorithm>
 #include <array>
@@ -107,11 +107,11 @@ http::Answer exchange(const Request& request, const DocumentAnswer& answer) {
         if (document->modules().empty())
             return reply();
         std::vector<unsigned> lanes;
-        std::string names;
-        for (const routing::Module* module : document->modules()) {
+        for (const routing::Module* module : document->modules())
             lanes.push_back(module->number);
-            names += (names.empty() ? "" : " or ") + toUtf8(module->name);
-        }
+        const std::string names = routing::joined(
+            document->modules(), [](const auto* module) { return routing::utf8(module->name); },
+            " or ");
         return http::Work(reply, std::move(lanes), [=] {
             document->giveUp("Provider module " + names + " is not answering.");
             return reply();
@@ -126,7 +126,7 @@ http::Answer exchange(Request&& request, const routing::Caller& caller,
                       std::vector<unsigned> longReading) {
     const auto answer = [caller, &operations, &enumerations](const Request& read) {
         return exchange(read, [&](const std::string& body, const Headers& headers) {
-            return std::make_shared<Exchange>(body, headers, caller, operations, enumerations);
+            return replyTo(body, headers, caller, operations, enumerations);
         });
     };
     if (request.body.size() <= limits::shortRequest)

@@ -10,6 +10,7 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 
 namespace {
 

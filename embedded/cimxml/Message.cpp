@@ -2,8 +2,8 @@
 
 #include "cimxml/Operations.h"
 #include "cimxml/Request.h"
-#include "cimxml/Text.h"
-#include "cimxml/Writer.h"
+#include "embedding/Text.h"
+#include "embedding/XmlWriter.h"
 #include "limits/Limits.h"
 
 #include <Pegasus/Common/CIMStatusCode.h>
@@ -16,6 +16,9 @@
 #endif
 
 namespace embedded::cimxml {
+
+using namespace Pegasus::embedding;
+
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t{64} * 1024;
@@ -66,12 +69,10 @@ std::string errorOf(const Work& work) {
     }
 }
 
-} // namespace
-
-class Exchange::State {
+class ReplyToRequest final : public ReplyDocument {
   public:
-    State(const std::string& body, const Headers& headers, const routing::Caller& caller,
-          routing::CimOperations& operations, routing::Enumerations& enumerations)
+    ReplyToRequest(const std::string& body, const Headers& headers, const routing::Caller& caller,
+                   routing::CimOperations& operations, routing::Enumerations& enumerations)
         : _givenBack(body.size()) {
         const Request request(body, headers);
         _messageId = request.messageId;
@@ -85,16 +86,16 @@ class Exchange::State {
         });
     }
 
-    const std::vector<const routing::Module*>& modules() const { return _plan.modules; }
-    void giveUp(const std::string& why) {
+    const std::vector<const routing::Module*>& modules() const override { return _plan.modules; }
+    void giveUp(const std::string& why) override {
         _plan = {};
         _enumeration = {};
         _error =
             errorOf([&] { throw Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, fromUtf8(why)); });
     }
-    bool ended() const { return _stage == Stage::Ended; }
+    bool ended() const override { return _stage == Stage::Ended; }
 
-    bool next(std::string& out) {
+    bool next(std::string& out) override {
         if (_stage == Stage::Ended)
             return false;
         if (_stage == Stage::Before)
@@ -235,34 +236,20 @@ class Exchange::State {
     Stage _stage = Stage::Before;
 };
 
-Exchange::Exchange(const std::string& body, const Headers& headers, const routing::Caller& caller,
-                   routing::CimOperations& operations, routing::Enumerations& enumerations)
-    : _state(std::make_unique<State>(body, headers, caller, operations, enumerations)) {
-}
+} // namespace
 
-Exchange::~Exchange() = default;
-
-const std::vector<const routing::Module*>& Exchange::modules() const {
-    return _state->modules();
-}
-
-void Exchange::giveUp(const std::string& why) {
-    _state->giveUp(why);
-}
-
-bool Exchange::next(std::string& out) {
-    return _state->next(out);
-}
-
-bool Exchange::ended() const {
-    return _state->ended();
+std::shared_ptr<ReplyDocument> replyTo(const std::string& body, const Headers& headers,
+                                       const routing::Caller& caller,
+                                       routing::CimOperations& operations,
+                                       routing::Enumerations& enumerations) {
+    return std::make_shared<ReplyToRequest>(body, headers, caller, operations, enumerations);
 }
 
 std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
                    routing::CimOperations& operations, routing::Enumerations& enumerations) {
-    Exchange exchange(body, headers, caller, operations, enumerations);
+    ReplyToRequest document(body, headers, caller, operations, enumerations);
     std::string reply;
-    while (exchange.next(reply)) {
+    while (document.next(reply)) {
     }
     return reply;
 }

@@ -56,29 +56,17 @@ class ReplyDocument {
     virtual bool ended() const = 0;
 };
 
-/// One request and the reply to it. The first piece performs the operation, so all providers have
-/// answered before there is anything to be sent. A CIM error is a reply like any other, and so is
-/// whatever goes wrong up to the first piece.
-class Exchange final : public ReplyDocument {
-  public:
-    /// Reads the request document `body` and has `operations` plan what it asks for. What is pulled
-    /// is held in `enumerations`. Both must outlive this object. Throws RequestRejected, nothing
-    /// else of this module's.
-    Exchange(const std::string& body, const Headers& headers, const routing::Caller& caller,
-             routing::CimOperations& operations, routing::Enumerations& enumerations);
-    ~Exchange() override;
+/// The reply to the request document `body`, for which `operations` plans what it asks for. The
+/// first piece performs the operation, so all providers have answered before there is anything to
+/// be sent. A CIM error is a reply like any other, and so is whatever goes wrong up to the first
+/// piece. What is pulled is held in `enumerations`. Both must outlive the result. Throws
+/// RequestRejected, nothing else of this room's.
+std::shared_ptr<ReplyDocument> replyTo(const std::string& body, const Headers& headers,
+                                       const routing::Caller& caller,
+                                       routing::CimOperations& operations,
+                                       routing::Enumerations& enumerations);
 
-    const std::vector<const routing::Module*>& modules() const override;
-    void giveUp(const std::string& why) override;
-    bool next(std::string& out) override;
-    bool ended() const override;
-
-  private:
-    class State;
-    std::unique_ptr<State> _state;
-};
-
-/// The whole reply to a request. Throws as the constructor of Exchange.
+/// All of that reply.
 std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
                    routing::CimOperations& operations, routing::Enumerations& enumerations);
 

@@ -1,17 +1,15 @@
 #include "cimxml/Names.h"
 
 #include "cimxml/Rejection.h"
-#include "cimxml/Text.h"
+#include "embedding/Text.h"
 
 #include <array>
 #include <string_view>
 
 namespace embedded::cimxml {
 
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMType;
-using Pegasus::String;
+using namespace Pegasus;
+using namespace Pegasus::embedding;
 
 namespace {
 
@@ -33,7 +31,6 @@ CIMName readOptionalName(const Attribute& attribute) {
 }
 
 CIMType readType(const Attribute& attribute) {
-    using namespace Pegasus;
     constexpr std::array<CIMType, 14> types = {
         CIMTYPE_BOOLEAN, CIMTYPE_UINT8,  CIMTYPE_SINT8,  CIMTYPE_UINT16,  CIMTYPE_SINT16,
         CIMTYPE_UINT32,  CIMTYPE_SINT32, CIMTYPE_UINT64, CIMTYPE_SINT64,  CIMTYPE_REAL32,
@@ -58,11 +55,11 @@ CIMNamespaceName readNamespace(const Element& localNamespacePath) {
     String name;
     for (const Element& part : localNamespacePath.children("NAMESPACE")) {
         if (name.size() != 0)
-            name.append(Pegasus::Char16('/'));
+            name.append(Char16('/'));
         name.append(fromUtf8(part.attribute("NAME").value));
     }
     if (!CIMNamespaceName::legal(name))
-        rejectNotValid("namespace \"" + toUtf8(name) + "\"");
+        rejectNotValid("namespace \"" + utf8(name) + "\"");
     return CIMNamespaceName(name);
 }
 

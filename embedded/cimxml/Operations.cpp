@@ -1,178 +1,17 @@
 #include "cimxml/Operations.h"
 
 #include "cimxml/Parameters.h"
-#include "cimxml/Text.h"
+#include "embedding/Text.h"
+#include "embedding/XmlWriter.h"
 
 #include <string_view>
 
 namespace embedded::cimxml {
 
 using namespace Pegasus;
-using routing::Operation;
-using routing::OperationKind;
+using namespace Pegasus::embedding;
 
 namespace {
-
-struct Row {
-    std::string_view name;
-    OperationKind kind; ///< of what is pulled, as far as the operation says it
-    ParameterList parameters;
-    PullStep step = PullStep::None;
-};
-
-/// An operation that opens an enumeration: its own parameters, and those that all have.
-Row opening(std::string_view name, OperationKind kind, ParameterList parameters) {
-    using P = ParameterName;
-    for (const ParameterName each : {P::FilterQueryLanguage, P::FilterQuery, P::OperationTimeout,
-                                     P::ContinueOnError, P::MaxObjectCount})
-        parameters.push_back({each});
-    return {name, kind, std::move(parameters), PullStep::Open};
-}
-
-// DSP0200 clause 5.3.2, the defaults included. LocalOnly of the instance operations is deprecated
-// there and has no effect here, but clients send it.
-const std::vector<Row>& served() {
-    using P = ParameterName;
-    constexpr auto required = Presence::Required;
-    constexpr auto on = Presence::TrueIfAbsent;
-    static const std::vector<Row> rows = {
-        {"GetClass",
-         OperationKind::GetClass,
-         {{P::ClassName, required},
-          {P::LocalOnly, on},
-          {P::IncludeQualifiers, on},
-          {P::IncludeClassOrigin},
-          {P::PropertyList}}},
-        {"EnumerateClasses",
-         OperationKind::EnumerateClasses,
-         {{P::ClassName},
-          {P::DeepInheritance},
-          {P::LocalOnly, on},
-          {P::IncludeQualifiers, on},
-          {P::IncludeClassOrigin}}},
-        {"EnumerateClassNames",
-         OperationKind::EnumerateClassNames,
-         {{P::ClassName}, {P::DeepInheritance}}},
-        {"GetInstance",
-         OperationKind::GetInstance,
-         {{P::InstanceName, required},
-          {P::LocalOnly, on},
-          {P::IncludeQualifiers},
-          {P::IncludeClassOrigin},
-          {P::PropertyList}}},
-        {"EnumerateInstances",
-         OperationKind::EnumerateInstances,
-         {{P::ClassName, required},
-          {P::LocalOnly, on},
-          {P::DeepInheritance, on},
-          {P::IncludeQualifiers},
-          {P::IncludeClassOrigin},
-          {P::PropertyList}}},
-        {"EnumerateInstanceNames",
-         OperationKind::EnumerateInstanceNames,
-         {{P::ClassName, required}}},
-        {"CreateInstance", OperationKind::CreateInstance, {{P::NewInstance, required}}},
-        {"ModifyInstance",
-         OperationKind::ModifyInstance,
-         {{P::ModifiedInstance, required}, {P::IncludeQualifiers, on}, {P::PropertyList}}},
-        {"DeleteInstance", OperationKind::DeleteInstance, {{P::InstanceName, required}}},
-        {"GetProperty",
-         OperationKind::GetProperty,
-         {{P::InstanceName, required}, {P::PropertyName, required}}},
-        {"Associators",
-         OperationKind::Associators,
-         {{P::ObjectName, required},
-          {P::AssocClass},
-          {P::ResultClass},
-          {P::Role},
-          {P::ResultRole},
-          {P::IncludeQualifiers},
-          {P::IncludeClassOrigin},
-          {P::PropertyList}}},
-        {"AssociatorNames",
-         OperationKind::AssociatorNames,
-         {{P::ObjectName, required},
-          {P::AssocClass},
-          {P::ResultClass},
-          {P::Role},
-          {P::ResultRole}}},
-        {"References",
-         OperationKind::References,
-         {{P::ObjectName, required},
-          {P::ResultClass},
-          {P::Role},
-          {P::IncludeQualifiers},
-          {P::IncludeClassOrigin},
-          {P::PropertyList}}},
-        {"ReferenceNames",
-         OperationKind::ReferenceNames,
-         {{P::ObjectName, required}, {P::ResultClass}, {P::Role}}},
-        {"GetQualifier", OperationKind::GetQualifier, {{P::QualifierName, required}}},
-        {"EnumerateQualifiers", OperationKind::EnumerateQualifiers, {}},
-        opening("OpenEnumerateInstances", OperationKind::EnumerateInstances,
-                {{P::ClassName, required},
-                 {P::DeepInheritance, on},
-                 {P::IncludeClassOrigin},
-                 {P::PropertyList}}),
-        opening("OpenEnumerateInstancePaths", OperationKind::EnumerateInstanceNames,
-                {{P::ClassName, required}}),
-        opening("OpenReferenceInstances", OperationKind::References,
-                {{P::InstanceName, required},
-                 {P::ResultClass},
-                 {P::Role},
-                 {P::IncludeClassOrigin},
-                 {P::PropertyList}}),
-        opening("OpenReferenceInstancePaths", OperationKind::ReferenceNames,
-                {{P::InstanceName, required}, {P::ResultClass}, {P::Role}}),
-        opening("OpenAssociatorInstances", OperationKind::Associators,
-                {{P::InstanceName, required},
-                 {P::AssocClass},
-                 {P::ResultClass},
-                 {P::Role},
-                 {P::ResultRole},
-                 {P::IncludeClassOrigin},
-                 {P::PropertyList}}),
-        opening("OpenAssociatorInstancePaths", OperationKind::AssociatorNames,
-                {{P::InstanceName, required},
-                 {P::AssocClass},
-                 {P::ResultClass},
-                 {P::Role},
-                 {P::ResultRole}}),
-        {"PullInstancesWithPath",
-         OperationKind::EnumerateInstances,
-         {{P::EnumerationContext, required}, {P::MaxObjectCount, required}},
-         PullStep::Pull},
-        {"PullInstancePaths",
-         OperationKind::EnumerateInstanceNames,
-         {{P::EnumerationContext, required}, {P::MaxObjectCount, required}},
-         PullStep::Pull},
-        {"CloseEnumeration",
-         OperationKind::EnumerateInstances,
-         {{P::EnumerationContext, required}},
-         PullStep::Close},
-    };
-    return rows;
-}
-
-// Operations that DSP0200 has and this server has not.
-constexpr std::string_view notServed[] = {
-    "CreateClass",     "ModifyClass", "DeleteClass",        "SetProperty",   "SetQualifier",
-    "DeleteQualifier", "ExecQuery",   "OpenQueryInstances", "PullInstances", "EnumerationCount",
-};
-
-const Row& rowOf(const Request& request) {
-    for (const Row& row : served())
-        if (equalIgnoringCase(request.method, row.name))
-            return row;
-    for (const std::string_view name : notServed) {
-        if (equalIgnoringCase(request.method, name)) {
-            throw CIMException(CIM_ERR_NOT_SUPPORTED,
-                               fromUtf8("This server does not support " + std::string(name) + "."));
-        }
-    }
-    throw CIMException(CIM_ERR_NOT_SUPPORTED,
-                       fromUtf8("Unrecognized intrinsic method: " + request.method));
-}
 
 InstanceFilter filterOf(const Operation& asked) {
     return {asked.includeQualifiers, asked.includeClassOrigin, asked.propertyList};
@@ -257,7 +96,7 @@ struct Appending {
 
 Call readCall(const Request& request, const routing::Caller& caller,
               routing::CimOperations& operations) {
-    const Row& row = rowOf(request);
+    const Signature& signature = signatureOf(request.method);
     const SoleKey soleKey = [&](const CIMName& className) {
         const std::vector<CIMName> keys = operations.keyNames(request.nameSpace, className);
         if (keys.size() != 1)
@@ -267,13 +106,13 @@ Call readCall(const Request& request, const routing::Caller& caller,
         return keys[0];
     };
     Call call;
-    call.operation.kind = row.kind;
+    call.operation.kind = signature.kind;
     call.operation.caller = caller;
     call.operation.nameSpace = request.nameSpace;
-    call.operation.fullPaths = row.step == PullStep::Open;
-    call.pulled.step = row.step;
-    readParameters(request.call, row.parameters, soleKey, call);
-    if (row.step == PullStep::Open)
+    call.operation.fullPaths = signature.step == PullStep::Open;
+    call.pulled.step = signature.step;
+    readParameters(request.call, signature.parameters, soleKey, call);
+    if (signature.step == PullStep::Open)
         checkOpening(call);
     return call;
 }

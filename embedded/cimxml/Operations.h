@@ -1,8 +1,8 @@
 // From a call to an operation, and from what the operation returns to elements.
 #pragma once
 
+#include "cimxml/Parameters.h"
 #include "cimxml/Request.h"
-#include "cimxml/Writer.h"
 #include "limits/Limits.h"
 #include "routing/CimOperations.h"
 
@@ -11,9 +11,6 @@
 #include <string>
 
 namespace embedded::cimxml {
-
-/// What a request does about a pulled enumeration (DSP0200 1.4 clause 5.3.2.24).
-enum class PullStep { None, Open, Pull, Close };
 
 /// The parameters that only these requests have.
 struct Pulled {

@@ -4,8 +4,9 @@
 #include "cimxml/Names.h"
 #include "cimxml/Operations.h"
 #include "cimxml/Rejection.h"
-#include "cimxml/Text.h"
 #include "cimxml/Values.h"
+#include "embedding/Text.h"
+#include "text/Ascii.h"
 
 #include <charconv>
 #include <string>
@@ -14,15 +15,10 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
-using routing::Operation;
+using namespace Pegasus::embedding;
+using text::equalIgnoringCase;
 
 namespace {
-
-using Read = void (*)(const Element& value, const SoleKey& soleKey, Call& call);
-
-[[noreturn]] void throwInvalid(const std::string& message) {
-    throw CIMException(CIM_ERR_INVALID_PARAMETER, fromUtf8(message));
-}
 
 CIMName readNameText(const Element& value) {
     const std::string_view text = value.text();
@@ -36,7 +32,7 @@ bool readBooleanText(const Element& value) {
     try {
         return readBoolean(value.text());
     } catch (const CIMException& error) { // of a parameter, it makes the whole request invalid
-        rejectNotValid(toUtf8(error.getMessage()));
+        rejectNotValid(utf8(error.getMessage()));
     }
 }
 
@@ -112,48 +108,132 @@ void readContext(const Element& value, const SoleKey&, Call& call) {
     call.pulled.context = value.text();
 }
 
-struct Parameter {
-    std::string_view name;
-    std::string_view element; // that carries it
-    Read read;
-    bool Operation::*flag = nullptr; // that a default goes to
-    std::string_view otherElement = {};
-};
-
 template <bool Operation::*member>
 constexpr Parameter booleanParameter(std::string_view name) {
     return {name, "VALUE", readBooleanInto<member>, member};
 }
 
-// In the order of ParameterName.
-constexpr Parameter allParameters[] = {
-    {"ClassName", "CLASSNAME", readClassInto<&Operation::className>},
-    {"InstanceName", "INSTANCENAME", readObjectName},
-    {"ObjectName", "INSTANCENAME", readObjectName, nullptr, "CLASSNAME"},
-    {"NewInstance", "INSTANCE", readNewInstance},
-    {"ModifiedInstance", "VALUE.NAMEDINSTANCE", readModifiedInstance},
-    {"AssocClass", "CLASSNAME", readClassInto<&Operation::assocClass>},
-    {"ResultClass", "CLASSNAME", readClassInto<&Operation::resultClass>},
-    {"Role", "VALUE", readStringInto<&Operation::role>},
-    {"ResultRole", "VALUE", readStringInto<&Operation::resultRole>},
-    {"PropertyName", "VALUE", readMemberName},
-    {"QualifierName", "VALUE", readMemberName},
-    booleanParameter<&Operation::localOnly>("LocalOnly"),
-    booleanParameter<&Operation::deepInheritance>("DeepInheritance"),
-    booleanParameter<&Operation::includeQualifiers>("IncludeQualifiers"),
-    booleanParameter<&Operation::includeClassOrigin>("IncludeClassOrigin"),
-    {"PropertyList", "VALUE.ARRAY", readPropertyList},
-    {"FilterQueryLanguage", "VALUE", readFilter},
-    {"FilterQuery", "VALUE", readFilter},
-    {"OperationTimeout", "VALUE", readTimeOut},
-    {"ContinueOnError", "VALUE", readContinuing},
-    {"MaxObjectCount", "VALUE", readMaximum},
-    {"EnumerationContext", "VALUE", readContext},
-};
+// A name means the same in every operation that has it.
+constexpr Parameter className{"ClassName", "CLASSNAME", readClassInto<&Operation::className>};
+constexpr Parameter instanceName{"InstanceName", "INSTANCENAME", readObjectName};
+constexpr Parameter objectName{"ObjectName", "INSTANCENAME", readObjectName, nullptr, "CLASSNAME"};
+constexpr Parameter newInstance{"NewInstance", "INSTANCE", readNewInstance};
+constexpr Parameter modifiedInstance{"ModifiedInstance", "VALUE.NAMEDINSTANCE",
+                                     readModifiedInstance};
+constexpr Parameter assocClass{"AssocClass", "CLASSNAME", readClassInto<&Operation::assocClass>};
+constexpr Parameter resultClass{"ResultClass", "CLASSNAME", readClassInto<&Operation::resultClass>};
+constexpr Parameter role{"Role", "VALUE", readStringInto<&Operation::role>};
+constexpr Parameter resultRole{"ResultRole", "VALUE", readStringInto<&Operation::resultRole>};
+constexpr Parameter propertyName{"PropertyName", "VALUE", readMemberName};
+constexpr Parameter qualifierName{"QualifierName", "VALUE", readMemberName};
+constexpr Parameter localOnly = booleanParameter<&Operation::localOnly>("LocalOnly");
+constexpr Parameter deepInheritance =
+    booleanParameter<&Operation::deepInheritance>("DeepInheritance");
+constexpr Parameter includeQualifiers =
+    booleanParameter<&Operation::includeQualifiers>("IncludeQualifiers");
+constexpr Parameter includeClassOrigin =
+    booleanParameter<&Operation::includeClassOrigin>("IncludeClassOrigin");
+constexpr Parameter propertyList{"PropertyList", "VALUE.ARRAY", readPropertyList};
+constexpr Parameter filterQueryLanguage{"FilterQueryLanguage", "VALUE", readFilter};
+constexpr Parameter filterQuery{"FilterQuery", "VALUE", readFilter};
+constexpr Parameter operationTimeout{"OperationTimeout", "VALUE", readTimeOut};
+constexpr Parameter continueOnError{"ContinueOnError", "VALUE", readContinuing};
+constexpr Parameter maxObjectCount{"MaxObjectCount", "VALUE", readMaximum};
+constexpr Parameter enumerationContext{"EnumerationContext", "VALUE", readContext};
 
-const Parameter& parameterOf(const TakenParameter& taken) {
-    return allParameters[static_cast<std::size_t>(taken.name)];
+constexpr TakenParameter required(const Parameter& parameter) {
+    return {parameter, Presence::Required};
 }
+constexpr TakenParameter on(const Parameter& parameter) {
+    return {parameter, Presence::TrueIfAbsent};
+}
+
+/// An operation that opens an enumeration: its own parameters, and those that all have.
+Signature opening(std::string_view name, OperationKind kind, ParameterList parameters) {
+    parameters.insert(parameters.end(), {filterQueryLanguage, filterQuery, operationTimeout,
+                                         continueOnError, maxObjectCount});
+    return {name, kind, std::move(parameters), PullStep::Open};
+}
+
+// DSP0200 clause 5.3.2, the defaults included. LocalOnly of the instance operations is deprecated
+// there and has no effect here, but clients send it.
+const std::vector<Signature>& served() {
+    static const std::vector<Signature> rows = {
+        {"GetClass",
+         OperationKind::GetClass,
+         {required(className), on(localOnly), on(includeQualifiers), includeClassOrigin,
+          propertyList}},
+        {"EnumerateClasses",
+         OperationKind::EnumerateClasses,
+         {className, deepInheritance, on(localOnly), on(includeQualifiers), includeClassOrigin}},
+        {"EnumerateClassNames", OperationKind::EnumerateClassNames, {className, deepInheritance}},
+        {"GetInstance",
+         OperationKind::GetInstance,
+         {required(instanceName), on(localOnly), includeQualifiers, includeClassOrigin,
+          propertyList}},
+        {"EnumerateInstances",
+         OperationKind::EnumerateInstances,
+         {required(className), on(localOnly), on(deepInheritance), includeQualifiers,
+          includeClassOrigin, propertyList}},
+        {"EnumerateInstanceNames", OperationKind::EnumerateInstanceNames, {required(className)}},
+        {"CreateInstance", OperationKind::CreateInstance, {required(newInstance)}},
+        {"ModifyInstance",
+         OperationKind::ModifyInstance,
+         {required(modifiedInstance), on(includeQualifiers), propertyList}},
+        {"DeleteInstance", OperationKind::DeleteInstance, {required(instanceName)}},
+        {"GetProperty",
+         OperationKind::GetProperty,
+         {required(instanceName), required(propertyName)}},
+        {"Associators",
+         OperationKind::Associators,
+         {required(objectName), assocClass, resultClass, role, resultRole, includeQualifiers,
+          includeClassOrigin, propertyList}},
+        {"AssociatorNames",
+         OperationKind::AssociatorNames,
+         {required(objectName), assocClass, resultClass, role, resultRole}},
+        {"References",
+         OperationKind::References,
+         {required(objectName), resultClass, role, includeQualifiers, includeClassOrigin,
+          propertyList}},
+        {"ReferenceNames",
+         OperationKind::ReferenceNames,
+         {required(objectName), resultClass, role}},
+        {"GetQualifier", OperationKind::GetQualifier, {required(qualifierName)}},
+        {"EnumerateQualifiers", OperationKind::EnumerateQualifiers, {}},
+        opening("OpenEnumerateInstances", OperationKind::EnumerateInstances,
+                {required(className), on(deepInheritance), includeClassOrigin, propertyList}),
+        opening("OpenEnumerateInstancePaths", OperationKind::EnumerateInstanceNames,
+                {required(className)}),
+        opening("OpenReferenceInstances", OperationKind::References,
+                {required(instanceName), resultClass, role, includeClassOrigin, propertyList}),
+        opening("OpenReferenceInstancePaths", OperationKind::ReferenceNames,
+                {required(instanceName), resultClass, role}),
+        opening("OpenAssociatorInstances", OperationKind::Associators,
+                {required(instanceName), assocClass, resultClass, role, resultRole,
+                 includeClassOrigin, propertyList}),
+        opening("OpenAssociatorInstancePaths", OperationKind::AssociatorNames,
+                {required(instanceName), assocClass, resultClass, role, resultRole}),
+        {"PullInstancesWithPath",
+         OperationKind::EnumerateInstances,
+         {required(enumerationContext), required(maxObjectCount)},
+         PullStep::Pull},
+        {"PullInstancePaths",
+         OperationKind::EnumerateInstanceNames,
+         {required(enumerationContext), required(maxObjectCount)},
+         PullStep::Pull},
+        {"CloseEnumeration",
+         OperationKind::EnumerateInstances,
+         {required(enumerationContext)},
+         PullStep::Close},
+    };
+    return rows;
+}
+
+// Operations that DSP0200 has and this server has not.
+constexpr std::string_view notServed[] = {
+    "CreateClass",     "ModifyClass", "DeleteClass",        "SetProperty",   "SetQualifier",
+    "DeleteQualifier", "ExecQuery",   "OpenQueryInstances", "PullInstances", "EnumerationCount",
+};
 
 // What became of a parameter in one request: in it, and with a value.
 struct Fate {
@@ -165,7 +245,7 @@ void readOne(const Element& given, const ParameterList& parameters, std::vector<
              const SoleKey& soleKey, Call& call) {
     const std::string_view name = given.attribute("NAME").value;
     for (std::size_t i = 0; i < parameters.size(); ++i) {
-        const Parameter& parameter = parameterOf(parameters[i]);
+        const Parameter& parameter = parameters[i].parameter;
         if (!equalIgnoringCase(name, parameter.name))
             continue;
         if (fates[i].seen)
@@ -187,11 +267,22 @@ void readOne(const Element& given, const ParameterList& parameters, std::vector<
 
 } // namespace
 
+const Signature& signatureOf(const std::string& method) {
+    for (const Signature& signature : served())
+        if (equalIgnoringCase(method, signature.name))
+            return signature;
+    for (const std::string_view name : notServed)
+        if (equalIgnoringCase(method, name))
+            throw CIMException(CIM_ERR_NOT_SUPPORTED,
+                               fromUtf8("This server does not support " + std::string(name) + "."));
+    throw CIMException(CIM_ERR_NOT_SUPPORTED, fromUtf8("Unrecognized intrinsic method: " + method));
+}
+
 void readParameters(const Element& element, const ParameterList& parameters, const SoleKey& soleKey,
                     Call& call) {
     for (const TakenParameter& taken : parameters)
         if (taken.presence == Presence::TrueIfAbsent)
-            call.operation.*parameterOf(taken).flag = true;
+            call.operation.*taken.parameter.flag = true;
     std::vector<Fate> fates(parameters.size());
     try {
         for (const Element& given : element.children("IPARAMVALUE"))
@@ -204,7 +295,7 @@ void readParameters(const Element& element, const ParameterList& parameters, con
     }
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         if (parameters[i].presence == Presence::Required && !fates[i].given) {
-            throwInvalid("Required parameter \"" + std::string(parameterOf(parameters[i]).name) +
+            throwInvalid("Required parameter \"" + std::string(parameters[i].parameter.name) +
                          "\" missing from request.");
         }
     }

@@ -1,49 +1,52 @@
-// The parameters of intrinsic operations (DSP0200 clause 5.3.2).
+// The intrinsic operations and their parameters (DSP0200 clause 5.3.2).
 #pragma once
 
 #include "cimxml/Paths.h"
+#include "routing/CimOperations.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace embedded::cimxml {
 
 struct Call;
 
-/// A name means the same in every operation that has it.
-enum class ParameterName {
-    ClassName,
-    InstanceName,
-    ObjectName,
-    NewInstance,
-    ModifiedInstance,
-    AssocClass,
-    ResultClass,
-    Role,
-    ResultRole,
-    PropertyName,
-    QualifierName,
-    LocalOnly,
-    DeepInheritance,
-    IncludeQualifiers,
-    IncludeClassOrigin,
-    PropertyList,
-    FilterQueryLanguage,
-    FilterQuery,
-    OperationTimeout,
-    ContinueOnError,
-    MaxObjectCount,
-    EnumerationContext,
+/// What a request does about a pulled enumeration (DSP0200 1.4 clause 5.3.2.24).
+enum class PullStep { None, Open, Pull, Close };
+
+struct Parameter {
+    std::string_view name;
+    std::string_view element; ///< that carries it
+    void (*read)(const Element& value, const SoleKey& soleKey, Call& call);
+    bool routing::Operation::*flag = nullptr; ///< that a default goes to
+    std::string_view otherElement = {};
 };
 
 enum class Presence { Optional, Required, TrueIfAbsent };
 
 /// A parameter as one operation takes it.
 struct TakenParameter {
-    ParameterName name;
-    Presence presence = Presence::Optional;
+    constexpr TakenParameter(const Parameter& taken, Presence how = Presence::Optional)
+        : parameter(taken), presence(how) {}
+
+    Parameter parameter;
+    Presence presence;
 };
 
 using ParameterList = std::vector<TakenParameter>;
+
+/// An operation as DSP0200 clause 5.3.2 declares it.
+struct Signature {
+    std::string_view name;
+    routing::OperationKind kind; ///< of what is pulled, as far as the operation says it
+    ParameterList parameters;
+    PullStep step = PullStep::None;
+};
+
+/// The one of the operation that is called so, in any case. Throws Pegasus::CIMException
+/// CIM_ERR_NOT_SUPPORTED when there is none.
+const Signature& signatureOf(const std::string& method);
 
 /// Reads the IPARAMVALUEs of `element`, an IMETHODCALL that takes `parameters`, into `call`. Of a
 /// property list, each name is read once, in its first spelling.

@@ -2,8 +2,8 @@
 
 #include "cimxml/Names.h"
 #include "cimxml/Rejection.h"
-#include "cimxml/Text.h"
 #include "cimxml/Values.h"
+#include "embedding/Text.h"
 #include "limits/Limits.h"
 
 #include <Pegasus/Common/CIMValue.h>
@@ -11,12 +11,9 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 
 namespace {
-
-[[noreturn]] void throwInvalid(const std::string& message) {
-    throw CIMException(CIM_ERR_INVALID_PARAMETER, fromUtf8(message));
-}
 
 // VALUETYPE names the kind; a TYPE without it implies one.
 CIMKeyBinding::Type keyType(const Element& keyValue) {

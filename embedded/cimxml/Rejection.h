@@ -1,7 +1,10 @@
-// The two rejections that most of this room throws (DSP0200 clause 6.3.3.2).
+// The rejections that most of this room throws (DSP0200 clause 6.3.3.2), and its usual error.
 #pragma once
 
 #include "cimxml/Message.h"
+#include "embedding/Text.h"
+
+#include <Pegasus/Common/Exception.h>
 
 namespace embedded::cimxml {
 
@@ -13,6 +16,12 @@ namespace embedded::cimxml {
 /// An XML document, but not a CIM-XML request.
 [[noreturn]] inline void rejectNotValid(const std::string& detail) {
     throw RequestRejected(400, "request-not-valid", detail);
+}
+
+/// A CIM-XML request that has to be answered with an error: something in it has no meaning.
+[[noreturn]] inline void throwInvalid(const std::string& message) {
+    throw Pegasus::CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
+                                Pegasus::embedding::fromUtf8(message));
 }
 
 } // namespace embedded::cimxml

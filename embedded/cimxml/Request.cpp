@@ -3,13 +3,14 @@
 #include "cimxml/ElementRules.h"
 #include "cimxml/Names.h"
 #include "cimxml/Rejection.h"
-#include "cimxml/Text.h"
+#include "embedding/Text.h"
 
 #include <string_view>
 
 namespace embedded::cimxml {
 
 using Pegasus::String;
+using namespace Pegasus::embedding;
 
 namespace {
 
@@ -56,9 +57,9 @@ bool equalNoCase(const std::string& a, const std::string& b) {
 // Namespace and class are compared. Keys are not: how a client spells them in the header and in
 // the document may well differ, and the document is what counts.
 std::string targetOf(const Request& request) {
-    std::string target = toUtf8(request.nameSpace.getString());
+    std::string target = utf8(request.nameSpace);
     if (!request.isIntrinsic())
-        target += ':' + toUtf8(request.className.getString());
+        target += ':' + utf8(request.className);
     return target;
 }
 

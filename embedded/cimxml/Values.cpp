@@ -1,7 +1,9 @@
 #include "cimxml/Values.h"
 
-#include "cimxml/Text.h"
+#include "cimxml/Rejection.h"
+
 #include "cimxml/Types.h"
+#include "embedding/Text.h"
 #include "text/Ascii.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
@@ -13,14 +15,13 @@
 namespace embedded::cimxml {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 using text::trimmed;
 
 namespace {
 
 [[noreturn]] void throwInvalid(std::string_view text, const char* type) {
-    throw CIMException(
-        CIM_ERR_INVALID_PARAMETER,
-        fromUtf8("Invalid " + std::string(type) + " value \"" + std::string(text) + "\"."));
+    cimxml::throwInvalid("Invalid " + std::string(type) + " value \"" + std::string(text) + "\".");
 }
 
 // All of `text`, or nothing; `text` has no sign but "-".

@@ -1,5 +1,5 @@
 // Classes and qualifier declarations in replies.
-#include "cimxml/Writer.h"
+#include "embedding/XmlWriter.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,7 @@ namespace embedded::cimxml {
 namespace {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 
 TEST(WrittenClass, HasQualifiersPropertiesAndMethods) {
     CIMClass cimClass(CIMName("C"), CIMName("S"));

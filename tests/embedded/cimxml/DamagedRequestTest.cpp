@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
 #include <random>
 
 namespace embedded::cimxml::test {
@@ -99,50 +101,72 @@ TEST(DamagedRequest, WithBytesAfterItsEndIsRejected) {
     }
 }
 
-TEST(DamagedRequest, WithAByteReplacedIsAnsweredOrRejected) {
-    for (const Sample& sample : samples()) {
-        for (std::size_t at = 0; at < sample.body.size(); ++at) {
-            for (const char byte : {'\0', ' ', '<', '>', '"', '&', '/', '9', 'Z', '\x80', '\xFF'}) {
+TEST(DamagedRequest, WithAByteThatNoDocumentHasIsRejected) {
+    for (const Sample& sample : samples())
+        for (std::size_t at = 0; at < sample.body.size(); ++at)
+            for (const char byte : {'\0', '\x01', '\xC0', '\xFF'}) {
                 std::string body = sample.body;
                 body[at] = byte;
-                isAnswered(body, sample.headers);
+                EXPECT_FALSE(isAnswered(body, sample.headers)) << at;
             }
-        }
-    }
 }
 
-TEST(DamagedRequest, WithAByteMissingOrDoubledIsAnsweredOrRejected) {
+// What follows damages them so that either may be right; isAnswered() judges what was done.
+
+TEST(DamagedRequest, WithAByteChangedMissingOrDoubledIsAnsweredWholeOrDoesNothing) {
     for (const Sample& sample : samples()) {
+        unsigned answered = 0;
         for (std::size_t at = 0; at < sample.body.size(); ++at) {
+            for (const char byte : {' ', '<', '>', '"', '&', '/', '9', 'Z', '\x80'}) {
+                std::string body = sample.body;
+                body[at] = byte;
+                answered += isAnswered(body, sample.headers);
+            }
             std::string body = sample.body;
-            isAnswered(body.erase(at, 1), sample.headers);
+            answered += isAnswered(body.erase(at, 1), sample.headers);
             body = sample.body;
-            isAnswered(body.insert(at, 1, body[at]), sample.headers);
+            answered += isAnswered(body.insert(at, 1, body[at]), sample.headers);
         }
+        EXPECT_GT(answered, 0U) << "none was damaged where it does not matter";
+        EXPECT_LT(answered, 11 * sample.body.size() / 2) << "most of them matter";
     }
 }
 
-TEST(DamagedRequest, WithPiecesSwappedIsAnsweredOrRejected) {
+TEST(DamagedRequest, WithPiecesSwappedIsAnsweredWholeOrDoesNothing) {
     std::mt19937 random(20); // NOLINT: the same requests in every run
     for (const Sample& sample : samples()) {
+        unsigned answered = 0;
         for (int round = 0; round < 500; ++round) {
             std::string body = sample.body;
             const auto place = [&] { return random() % body.size(); };
             const std::string piece = body.substr(place(), 1 + random() % 60);
-            isAnswered(body.replace(place(), random() % 60, piece), sample.headers);
+            answered += isAnswered(body.replace(place(), random() % 60, piece), sample.headers);
         }
+        EXPECT_LT(answered, 50U);
     }
 }
 
-TEST(DamagedRequest, OfManyElementsIsReadInReasonableTime) {
+// Processor time, which other processes do not lengthen much, and of which the shortest counts.
+double timeToAnswerWith(int elements) {
     std::string names;
-    for (int i = 0; i < 50000; ++i)
+    for (int i = 0; i < elements; ++i)
         names += "<VALUE>p" + std::to_string(i) + "</VALUE>";
-    EXPECT_TRUE(isAnswered(
+    const std::string body =
         request("EnumerateInstances",
                 parameter("ClassName", "<CLASSNAME NAME=\"X\"/>") +
-                    parameter("PropertyList", "<VALUE.ARRAY>" + names + "</VALUE.ARRAY>")),
-        headersFor("EnumerateInstances")));
+                    parameter("PropertyList", "<VALUE.ARRAY>" + names + "</VALUE.ARRAY>"));
+    double shortest = 1e9;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const std::clock_t began = std::clock();
+        EXPECT_TRUE(isAnswered(body, headersFor("EnumerateInstances")));
+        shortest = std::min(shortest, double(std::clock() - began));
+    }
+    return shortest;
+}
+
+TEST(DamagedRequest, OfManyElementsTakesTimeInProportion) {
+    // 8 times as many; time that grew with the square would be 64 times as long.
+    EXPECT_LT(timeToAnswerWith(64000), 24 * timeToAnswerWith(8000));
 }
 
 } // namespace

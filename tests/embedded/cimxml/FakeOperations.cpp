@@ -1,10 +1,11 @@
 #include "FakeOperations.h"
 
-#include "cimxml/Text.h"
+#include "embedding/Text.h"
 
 namespace embedded::cimxml::test {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 using routing::Operation;
 using routing::OperationKind;
 
@@ -15,19 +16,19 @@ std::string show(bool flag) {
 }
 
 std::string show(const String& text) {
-    return text.size() == 0 ? "-" : toUtf8(text);
+    return text.size() == 0 ? "-" : utf8(text);
 }
 
 std::string show(const CIMName& name) {
-    return name.isNull() ? "-" : toUtf8(name.getString());
+    return name.isNull() ? "-" : utf8(name);
 }
 
 std::string show(const CIMNamespaceName& name) {
-    return toUtf8(name.getString());
+    return utf8(name);
 }
 
 std::string show(const CIMObjectPath& path) {
-    return toUtf8(path.toString());
+    return utf8(path.toString());
 }
 
 std::string show(const CIMPropertyList& list) {

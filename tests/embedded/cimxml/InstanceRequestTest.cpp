@@ -2,7 +2,6 @@
 #include "Requests.h"
 
 #include "cimxml/Paths.h"
-#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -147,19 +146,6 @@ TEST(NewInstance, WithAnIllegalValueIsInvalid) {
 TEST(NewInstance, WithAPropertyTwiceIsInvalid) {
     EXPECT_EQ(failure("<PROPERTY NAME=\"p\" TYPE=\"uint8\"/><PROPERTY NAME=\"P\" TYPE=\"uint8\"/>"),
               invalid("already exists: property &quot;P&quot;"));
-}
-
-TEST(NewInstance, WithTooManyMembersIsInvalid) {
-    std::string properties;
-    std::string qualifiers;
-    for (std::size_t i = 0; i <= limits::members; ++i) {
-        const std::string name = " NAME=\"n" + std::to_string(i) + "\" TYPE=\"string\"/>";
-        properties += "<PROPERTY" + name;
-        qualifiers += "<QUALIFIER" + name;
-    }
-    EXPECT_EQ(failure(properties), invalid("More than 1000 elements in INSTANCE."));
-    EXPECT_EQ(failure("<PROPERTY NAME=\"p\" TYPE=\"string\">" + qualifiers + "</PROPERTY>"),
-              invalid("More than 1000 elements in PROPERTY."));
 }
 
 TEST(NewInstance, WithAnArrayOfAnotherSizeThanDeclaredIsInvalid) {

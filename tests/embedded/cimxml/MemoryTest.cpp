@@ -54,10 +54,11 @@ TEST(Memory, OfALargeRequestIsGivenBack) {
     {
         Refusing operations;
         routing::Enumerations enumerations;
-        Exchange exchange(body, headersFor("CreateInstance"), {}, operations, enumerations);
+        const auto exchange =
+            replyTo(body, headersFor("CreateInstance"), {}, operations, enumerations);
         within = residentBytes();
         std::string reply;
-        exchange.next(reply);
+        exchange->next(reply);
         EXPECT_NE(reply.find("CIM_ERR_ACCESS_DENIED"), std::string::npos);
     }
     EXPECT_GT(within, before + 2 * body.size());

@@ -1,7 +1,7 @@
 // Instances in replies: layout, property lists, and what the flags leave out.
 #include "Requests.h"
 
-#include "cimxml/Writer.h"
+#include "embedding/XmlWriter.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@ namespace embedded::cimxml::test {
 namespace {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 
 std::string written(const CIMProperty& property) {
     std::string out;

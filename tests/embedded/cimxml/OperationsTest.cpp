@@ -1,7 +1,6 @@
 // Each intrinsic operation: the call that a request makes, with the defaults of DSP0200 clause
 // 5.3.2, and the response to what comes back.
 #include "Requests.h"
-#include "limits/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -341,17 +340,6 @@ TEST(Responses, WithAnErrorNameItsStatusAndMessage) {
     operations.failure = CIMException(CIM_ERR_NOT_FOUND, "X.a=\"<1>\"");
     EXPECT_EQ(content(operations, "GetInstance", pathX),
               errorContent(6, "CIM_ERR_NOT_FOUND: X.a=&quot;&lt;1&gt;&quot;"));
-}
-
-TEST(Responses, WithAnErrorShowItsMessageUpToALength) {
-    FakeOperations operations;
-    const std::string longest(limits::errorLength, 'x');
-    for (const std::string& rest : {std::string(), std::string("y")}) {
-        operations.failure = CIMException(CIM_ERR_FAILED, String((longest + rest).c_str()));
-        const std::string shown = longest + (rest.empty() ? "" : "...");
-        EXPECT_EQ(content(operations, "GetClass", classX),
-                  errorContent(1, "CIM_ERR_FAILED: " + shown));
-    }
 }
 
 TEST(Responses, WithAnErrorWithoutMessageNameItsStatus) {

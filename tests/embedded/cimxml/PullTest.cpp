@@ -323,12 +323,12 @@ TEST_F(Pull, AReplyThatIsNotWrittenToItsEndClosesTheEnumeration) {
     for (int i = 0; i < 2000; ++i)
         operations.paths.append(path(String(std::to_string(i).c_str())));
     {
-        Exchange exchange(request("OpenEnumerateInstancePaths", classX + maximum(1500)),
-                          headersFor("OpenEnumerateInstancePaths"), {}, operations,
-                          operations.enumerations);
+        const auto exchange = replyTo(request("OpenEnumerateInstancePaths", classX + maximum(1500)),
+                                      headersFor("OpenEnumerateInstancePaths"), {}, operations,
+                                      operations.enumerations);
         std::string piece;
-        exchange.next(piece);
-        EXPECT_FALSE(exchange.ended());
+        exchange->next(piece);
+        EXPECT_FALSE(exchange->ended());
         EXPECT_EQ(operations.enumerations.size(), 1U);
     }
     EXPECT_EQ(operations.enumerations.size(), 0U);
@@ -337,14 +337,14 @@ TEST_F(Pull, AReplyThatIsNotWrittenToItsEndClosesTheEnumeration) {
 TEST_F(Pull, WhatWaitedForAModuleInVainIsNotOpen) {
     const routing::Module module{0, "M"};
     operations.modules = {&module};
-    Exchange exchange(request("OpenEnumerateInstancePaths", classX + maximum(1)),
-                      headersFor("OpenEnumerateInstancePaths"), {}, operations,
-                      operations.enumerations);
+    const auto exchange =
+        replyTo(request("OpenEnumerateInstancePaths", classX + maximum(1)),
+                headersFor("OpenEnumerateInstancePaths"), {}, operations, operations.enumerations);
     EXPECT_EQ(operations.enumerations.size(), 1U);
-    exchange.giveUp("busy");
+    exchange->giveUp("busy");
     EXPECT_EQ(operations.enumerations.size(), 0U);
     std::string reply;
-    exchange.next(reply);
+    exchange->next(reply);
     EXPECT_NE(reply.find("<ERROR CODE=\"1\""), std::string::npos) << reply;
 }
 

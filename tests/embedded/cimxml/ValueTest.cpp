@@ -2,7 +2,7 @@
 #include "Requests.h"
 
 #include "cimxml/Values.h"
-#include "cimxml/Writer.h"
+#include "embedding/XmlWriter.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
 
@@ -14,6 +14,7 @@ namespace embedded::cimxml::test {
 namespace {
 
 using namespace Pegasus;
+using namespace Pegasus::embedding;
 
 template <class T>
 Array<T> arrayOf(const T& first, const T& second) {

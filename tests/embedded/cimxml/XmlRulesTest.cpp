@@ -148,9 +148,7 @@ TEST(XmlRules, WantTheDeclarationFirst) {
     EXPECT_EQ(judgeWhole("\xEF\xBB\xBF<?xml version='1.0'?><a/>"), "good");
 }
 
-TEST(XmlRules, BoundTheDepth) {
-    EXPECT_EQ(judge(nested(limits::depth)), "good");
-    EXPECT_EQ(judge(nested(limits::depth + 1)), "request-not-valid");
+TEST(XmlRules, AreForAnyDepth) {
     EXPECT_EQ(judge(nested(1000000)), "request-not-valid");
 }
 
@@ -159,14 +157,6 @@ TEST(XmlRules, BoundNoLengths) {
     EXPECT_EQ(judge("<" + longest + " " + longest + "='" + longest + "'>" + longest + "</" +
                     longest + ">"),
               "good");
-}
-
-TEST(XmlRules, BoundTheAttributes) {
-    std::string attributes;
-    for (std::size_t i = 0; i < limits::attributes; ++i)
-        attributes += " a" + std::to_string(i) + "=''";
-    EXPECT_EQ(judge("<a" + attributes + "/>"), "good");
-    EXPECT_EQ(judge("<a" + attributes + " b=''/>"), "request-not-valid");
 }
 
 TEST(XmlRules, ExpandNoEntities) {
