@@ -129,6 +129,8 @@ class Case(unittest.TestCase):
         )
 
     def start(self, *arguments, **streams):
+        """A server, and no port file of one before it."""
+        (self.folder / "port").unlink(missing_ok=True)
         return Running(
             self, [*arguments, "--port=0", f"--port-file={self.folder / 'port'}"], **streams
         )
@@ -138,6 +140,7 @@ class Running:
     """A cimhost that serves. Its output goes to files, or to what `streams` has as Popen's."""
 
     def __init__(self, case, arguments, until=lambda: True, **streams):
+        self.case = case
         self.output = case.folder / "stdout"
         self.errors = case.folder / "stderr"
         with open(self.output, "w") as output, open(self.errors, "w") as errors:
@@ -163,6 +166,15 @@ class Running:
 
     def code(self):
         return self.process.wait(PATIENCE)
+
+    def end(self, code=0):
+        """Ends it as that exit code says; what it has logged."""
+        self.signal()
+        self.case.assertEqual(self.code(), code, self.log())
+        return self.log()
+
+    def log(self):
+        return self.errors.read_text(encoding="utf-8", errors="replace")
 
     def ask_aside(self):
         """Asks on another thread, and waits until the provider has the request."""
@@ -470,9 +482,7 @@ class Serving(Case):
 
     def test_it_says_what_it_serves_on_standard_error_only(self):
         running = self.start(*self.content())
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        told = running.errors.read_text()
+        told = running.end()
         for line in (
             f"serving http://127.0.0.1:{running.port}/cimom",
             "namespace root/test: 5 classes, 0 instances",
@@ -491,10 +501,9 @@ class Serving(Case):
             with self.assertRaises(OSError):  # ssl.SSLError is one, a reset another
                 context.wrap_socket(plain, server_hostname="localhost")
         self.assertIn("one</KEYVALUE>", ask(running.port))
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
         self.assertRegex(
-            running.errors.read_text(),
+            running.log(),
             rf"(?m)warning: {peer}: this looks like TLS, but this port speaks plain HTTP; use "
             "http://, or the port that speaks TLS$",
         )
@@ -510,15 +519,13 @@ class Serving(Case):
         with socket.create_connection(("127.0.0.1", running.port), PATIENCE) as other:
             other.sendall(b"\x16\x04\r\n\r\n")
             self.assertTrue(other.recv(100).startswith(b"HTTP/1.1 400 "))
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        self.assertEqual(running.errors.read_text().count("this looks like TLS"), 3)
+        running.end()
+        self.assertEqual(running.log().count("this looks like TLS"), 3)
 
     def test_a_module_that_cannot_be_used_does_not_keep_it_from_serving(self):
         running = self.start(*self.content(location="nonesuch"))
         self.assertIn("<ERROR CODE=", ask(running.port))
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
 
     def test_the_port_file_is_there_as_long_as_the_server(self):
         self.file("port", "1\n")  # of one that could not clean up
@@ -538,8 +545,7 @@ class Serving(Case):
                     running = self.start(*self.content())
                 self.assertEqual((self.folder / "port").stat().st_mode & 0o777, 0o600)
                 ask(running.port)
-                running.signal()
-                self.assertEqual(running.code(), 0)
+                running.end()
                 self.assertEqual(
                     sorted(path.name for path in self.folder.iterdir()),
                     ["registration.mof", "schema.mof", "stderr", "stdout", "target"],
@@ -597,17 +603,12 @@ class Serving(Case):
 
     def log_of(self, *options):
         """What a server that started and ended has logged."""
-        (self.folder / "port").unlink(missing_ok=True)
-        running = self.start(*options)
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        return running.errors.read_text()
+        return self.start(*options).end()
 
     def test_standard_streams_that_are_closed_are_not_taken_by_others(self):
         # Their places would go to the next files or connections, and what a module says to those.
         for closed in ((0,), (1,), (2,), (0, 1), (0, 2), (1, 2), (0, 1, 2)):
             with self.subTest(closed):
-                (self.folder / "port").unlink(missing_ok=True)
                 running = self.start(
                     *self.content(), preexec_fn=lambda: [os.close(stream) for stream in closed]
                 )
@@ -616,19 +617,17 @@ class Serving(Case):
                         os.readlink(f"/proc/{running.process.pid}/fd/{stream}"), "/dev/null"
                     )
                 self.assertIn("one</KEYVALUE>", ask(running.port))
-                running.signal()
-                self.assertEqual(running.code(), 0)
+                running.end()
                 if 1 not in closed:
                     self.assertIn("Good terminate\n", running.output.read_text())
                 if 2 not in closed:
-                    self.assertIn("ended\n", running.errors.read_text())
+                    self.assertIn("ended\n", running.log())
 
     def test_the_terminal_may_leave(self):
         running = self.start(*self.content())
         running.signal(signal.SIGHUP)
         self.assertIn("one</KEYVALUE>", ask(running.port))
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
 
     def with_https(self, *arguments, **kept):
         """A server for both; its port for HTTPS, and a context that trusts it."""
@@ -645,9 +644,7 @@ class Serving(Case):
         running, port, tls = self.with_https()
         self.assertEqual(ask(port, tls=tls), ask(running.port))
         self.assertIn("one</KEYVALUE>", ask(port, tls=tls))
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        told = running.errors.read_text()
+        told = running.end()
         self.assertRegex(told, rf"(?m)info: serving http://127\.0\.0\.1:{running.port}/cimom$")
         self.assertRegex(told, rf"(?m)info: serving https://127\.0\.0\.1:{port}/cimom$")
         self.assertFalse((self.folder / "https").exists())
@@ -663,19 +660,16 @@ class Serving(Case):
         self.assertIn("one</KEYVALUE>", ask(running.port, tls=tls))
         with self.assertRaises((OSError, http.client.HTTPException)):
             ask(running.port)
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        told = running.errors.read_text()
+        told = running.end()
         self.assertNotIn("serving http://", told)
         self.assertIn("this looks like plain HTTP, but this port speaks TLS; use https://", told)
 
     def test_what_goes_over_tls_is_traced_as_the_rest(self):
         running, port, tls = self.with_https("--trace-wire=-")
         ask(port, tls=tls)
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        self.assertIn('NAME="EnumerateInstanceNames"', running.errors.read_text())
-        self.assertIn("one</KEYVALUE>", running.errors.read_text())
+        running.end()
+        self.assertIn('NAME="EnumerateInstanceNames"', running.log())
+        self.assertIn("one</KEYVALUE>", running.log())
 
     def test_a_certificate_that_cannot_be_used_is_exit_code_2(self):
         self.run_to_end("make-certificate", self.folder / "c.pem", self.folder / "k.pem")
@@ -703,8 +697,7 @@ class Serving(Case):
         self.assertIn("one</KEYVALUE>", ask(port, tls=new))
         with self.assertRaises(ssl.SSLCertVerificationError):
             ask(port, tls=old)
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
 
     def test_a_client_may_show_a_certificate_of_a_root_that_is_taken(self):
         for name in ("client", "other"):
@@ -718,14 +711,13 @@ class Serving(Case):
         with self.assertRaises((OSError, http.client.HTTPException)):
             ask(port, tls=tls)
         self.told(running, "certificate verify failed")
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
 
     def told(self, running, text):
         """Waits until the log has `text`."""
         deadline = time.monotonic() + PATIENCE
-        while text not in running.errors.read_text():
-            self.assertLess(time.monotonic(), deadline, running.errors.read_text())
+        while text not in running.log():
+            self.assertLess(time.monotonic(), deadline, running.log())
             time.sleep(0.01)
 
     def test_a_port_file_that_cannot_be_written_is_exit_code_1(self):
@@ -752,12 +744,11 @@ class Serving(Case):
     def test_the_wire_trace_goes_to_standard_error_for_a_dash(self):
         running = self.start(*self.content(), "--trace-wire=-", "--log-level=off")
         reply = ask(running.port)
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
         self.assertRegex(
-            running.errors.read_text(), r"(?s)^---- request 1\nPOST .*\n---- reply 1\nHTTP/1.1 200"
+            running.log(), r"(?s)^---- request 1\nPOST .*\n---- reply 1\nHTTP/1.1 200"
         )
-        self.assertIn(reply, running.errors.read_text())
+        self.assertIn(reply, running.log())
 
 
 class Faults(Case):
@@ -765,15 +756,13 @@ class Faults(Case):
 
     def heard(self, *faults):
         """What the provider hears, what the client is told, and the server's log."""
-        (self.folder / "port").unlink(missing_ok=True)
         running = self.start(
             *self.content(provider="Asking"), *(f"--fault={fault}" for fault in faults)
         )
         reply = ask(running.port)
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
         heard = re.findall(r"(?m)^Asking hears (.*)$", running.output.read_text())
-        return heard, reply, running.errors.read_text()
+        return heard, reply, running.log()
 
     def test_reach_the_provider_and_stand_in_the_log_as_warnings(self):
         for fault, heard, warning in (
@@ -854,7 +843,6 @@ class Contained(Case):
     def test_in_a_request_or_in_initialize(self):
         for provider, where in (("Stuck", "TST_Thing"), ("Unready", r"initialize\(\)")):
             with self.subTest(provider):
-                (self.folder / "port").unlink(missing_ok=True)
                 running = self.start(
                     *self.content(provider=provider, other="Good"), "--patience=1", "--grace=1"
                 )
@@ -873,9 +861,7 @@ class Contained(Case):
                 self.assertEqual([reply for reply in replies if refusal not in reply], [])
                 self.assertEqual(len(replies), 36)
                 self.assertIn(refusal, ask(running.port))
-                running.signal()
-                self.assertEqual(running.code(), 6)
-                log = running.errors.read_text()
+                log = running.end(6)
                 self.assertRegex(
                     log,
                     rf"(?m)warning: provider mannersModule/{provider} has not returned from "
@@ -899,8 +885,7 @@ class Contained(Case):
         for _ in range(20):
             self.assertIn("one</KEYVALUE>", ask(running.port, "TST_Other"))
         self.assertIn("mannersModule is not answering", ask(running.port))
-        running.signal()
-        self.assertEqual(running.code(), 6)
+        running.end(6)
 
 
 class Log(Case):
@@ -918,8 +903,7 @@ class Log(Case):
         for _ in range(100):  # 3 MB: the pipe and the queue are full
             ask(running.port, **self.noisy())
         self.assertIn("one</KEYVALUE>", ask(running.port))
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
 
     def test_that_is_read_late_says_what_was_lost(self):
         reader, writer = os.pipe()
@@ -942,16 +926,14 @@ class Log(Case):
         thread.start()
         while not told() and thread.is_alive():  # with the next line for which there is room
             ask(running.port)
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
         thread.join()
         self.assertNotEqual(told(), [])
 
     def test_cannot_be_forged(self):
         running = self.start(*self.content(), "--log-level=debug")
         ask(running.port, CIMMethod=b"Get\xc2\x85forged\xc2\x9b2J\xff")
-        running.signal()
-        self.assertEqual(running.code(), 0)
+        running.end()
         log = running.errors.read_bytes()
         self.assertRegex(log, rb"(?m)debug: POST Get\S*forged")
         self.assertNotRegex(log, rb"[\x00-\x09\x0b-\x1f\x7f-\xff]")
@@ -962,9 +944,7 @@ class Log(Case):
             with socket.create_connection(("127.0.0.1", running.port), PATIENCE) as client:
                 client.sendall(b"nonsense\r\n\r\n")
                 client.recv(100)
-        running.signal()
-        self.assertEqual(running.code(), 0)
-        log = running.errors.read_text()
+        log = running.end()
         told = len(re.findall(": 400 Bad Request: ", log))
         counted = sum(map(int, re.findall(r"\((\d+) more lines of this kind: 400 ", log)))
         self.assertEqual(told + counted, 100)
@@ -975,11 +955,10 @@ class End(Case):
     def test_a_signal_terminates_the_providers_and_is_exit_code_0(self):
         for number in (signal.SIGTERM, signal.SIGINT):
             with self.subTest(number):
-                (self.folder / "port").unlink(missing_ok=True)
                 running = self.start(*self.content())
                 self.assertIn("<KEYVALUE VALUETYPE=\"string\">one</KEYVALUE>", ask(running.port))
                 running.signal(number)
-                self.assertEqual(running.code(), 0, running.errors.read_text())
+                self.assertEqual(running.code(), 0, running.log())
                 self.assertEqual(
                     running.output.read_text().splitlines(),
                     [
@@ -993,8 +972,7 @@ class End(Case):
     def test_a_request_in_progress_is_answered_first(self):
         running = self.start(*self.content(provider="Slow"))
         thread, replies = running.ask_aside()
-        running.signal()
-        self.assertEqual(running.code(), 0, running.errors.read_text())
+        running.end()
         thread.join()
         self.assertIn("<INSTANCENAME", replies[0])
         self.assertTrue(running.output.read_text().endswith("Slow enumerated\nSlow terminate\n"))
@@ -1003,24 +981,22 @@ class End(Case):
         running = self.start(*self.content(provider="Stuck"), "--grace=1")
         thread, _ = running.ask_aside()
         start = time.monotonic()
-        running.signal()
-        self.assertEqual(running.code(), 6)
+        running.end(6)
         self.assertGreaterEqual(time.monotonic() - start, 1)
-        self.assertIn("a provider has not returned within 1 s", running.errors.read_text())
+        self.assertIn("a provider has not returned within 1 s", running.log())
         thread.join()
 
     def test_a_terminate_that_does_not_return_is_exit_code_6_after_the_grace_time(self):
         running = self.start(*self.content(provider="Endless"), "--grace=1")
         ask(running.port)
-        running.signal()
-        self.assertEqual(running.code(), 6)
-        self.assertIn("terminate() has not returned within 1 s", running.errors.read_text())
+        running.end(6)
+        self.assertIn("terminate() has not returned within 1 s", running.log())
 
     def test_a_second_signal_ends_it_at_once_with_exit_code_7(self):
         running = self.start(*self.content(provider="Stuck"), "--grace=3600")
         thread, _ = running.ask_aside()
         running.signal()
-        while "ending:" not in running.errors.read_text():
+        while "ending:" not in running.log():
             time.sleep(0.01)
         running.signal(signal.SIGINT)
         self.assertEqual(running.code(), 7)
@@ -1063,10 +1039,7 @@ class ServiceManager(Case):
         for address in (str(self.folder / "notify"), longest, f"\0cimhost-test-{os.getpid()}"):
             with self.subTest(address):
                 told, environment = self.listen(address)
-                (self.folder / "port").unlink(missing_ok=True)
-                running = Running(
-                    self, [*self.content(), "--port=0", f"--port-file={self.folder / 'port'}"],
-                    env=environment)
+                running = self.start(*self.content(), env=environment)
                 self.assertEqual(told.recv(4096), b"READY=1")
                 self.assertIn("one</KEYVALUE>", ask(running.port))
                 before = time.clock_gettime(time.CLOCK_MONOTONIC)
@@ -1121,14 +1094,10 @@ class ServiceManager(Case):
 
     def serves_unheard(self, address):
         with self.subTest(address):
-            (self.folder / "port").unlink(missing_ok=True)
-            running = Running(
-                self, [*self.content(), "--port=0", f"--port-file={self.folder / 'port'}"],
-                env={**os.environ, "NOTIFY_SOCKET": address})
+            running = self.start(*self.content(), env={**os.environ, "NOTIFY_SOCKET": address})
             running.signal(signal.SIGHUP)
             self.assertIn("one</KEYVALUE>", ask(running.port))
-            running.signal()
-            self.assertEqual(running.code(), 0)
+            running.end()
 
 
 if __name__ == "__main__":

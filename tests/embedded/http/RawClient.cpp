@@ -39,8 +39,6 @@ std::string withoutTimes(std::string replies) {
 
 } // namespace
 
-const std::string date = "Date: now\r\n";
-
 ClientTls clientTls(const std::string& certificate, const std::string& key) {
     const ClientTls tls(SSL_CTX_new(TLS_client_method()), SSL_CTX_free);
     if (certificate.empty())

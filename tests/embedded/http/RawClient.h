@@ -14,7 +14,7 @@ struct ssl_session_st;
 namespace embedded::http::test {
 
 /// The first field of every reply, see RawClient::reply().
-extern const std::string date;
+inline const std::string date = "Date: now\r\n";
 
 using ClientTls = std::shared_ptr<ssl_ctx_st>;
 

@@ -30,6 +30,11 @@ RunningServer::RunningServer(Options options, Handler handler,
     };
     if (!handler)
         handler = [shared = _shared](Request&& request) -> Answer {
+            {
+                const std::lock_guard<std::mutex> lock(shared->mutex);
+                ++shared->asked;
+                shared->changed.notify_all();
+            }
             if (request.target.rfind("/now", 0) == 0)
                 return answer(*shared, request);
             return Work(
@@ -48,6 +53,11 @@ RunningServer::~RunningServer() {
 void RunningServer::awaitWaiting(unsigned count) {
     std::unique_lock<std::mutex> lock(_shared->mutex);
     _shared->changed.wait(lock, [&] { return _shared->waiting >= count; });
+}
+
+void RunningServer::awaitAsked(unsigned count) {
+    std::unique_lock<std::mutex> lock(_shared->mutex);
+    _shared->changed.wait(lock, [&] { return _shared->asked >= count; });
 }
 
 void RunningServer::release() {

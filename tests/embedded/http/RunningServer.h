@@ -30,8 +30,10 @@ class RunningServer {
     std::uint16_t port() const { return _port; }
     std::uint16_t tlsPort() const { return _tlsPort; }
     Server& server() { return *_server; }
-    /// Waits until `count` requests for "/wait" have reached the handler.
+    /// Waits until `count` requests for "/wait" are being handled.
     void awaitWaiting(unsigned count);
+    /// Waits until `count` requests have reached the handler, on the I/O thread.
+    void awaitAsked(unsigned count);
     void release();
     /// Waits for run() to return.
     void join();
@@ -46,6 +48,7 @@ class RunningServer {
         std::mutex mutex;
         std::condition_variable changed;
         unsigned waiting = 0;
+        unsigned asked = 0;
         bool released = false;
         std::string log;
         Request last;

@@ -68,11 +68,17 @@ TEST(ServerStart, AListenerThatIsGivenBackLeavesThePort) {
     EXPECT_EQ(listeningError("127.0.0.1", port), "none");
 }
 
-TEST(ServerStart, AServerThatNeverRanIsGivenBack) {
+TEST(ServerStart, AServerThatNeverRanLeavesPortAndClients) {
     Listener listener("127.0.0.1", 0);
-    RawClient client(listener.port());
-    const Server server(alone(std::move(listener)), Options(), [](Request&&) { return Reply(); });
-    client.send(echo);
+    const std::uint16_t port = listener.port();
+    RawClient client(port);
+    {
+        const Server server(alone(std::move(listener)), Options(),
+                            [](Request&&) { return Reply(); });
+        client.send(echo);
+    }
+    EXPECT_TRUE(client.closed());
+    EXPECT_EQ(listeningError("127.0.0.1", port), "none");
 }
 
 TEST(ServerStop, BeforeRunMakesRunReturn) {
@@ -130,7 +136,7 @@ TEST(ServerStop, AlsoFinishesWhatIsWaitingForAWorker) {
     running.awaitWaiting(1);
     RawClient queued(running.port());
     queued.send(waiting);
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    running.awaitAsked(2);
     running.server().stop(seconds(60));
     running.release();
     EXPECT_NE(queued.rest().find("/wait []"), std::string::npos);

@@ -66,6 +66,7 @@ ClientTls ofVersion(int version) {
 
 Options with(unsigned connections, std::chrono::seconds time = std::chrono::seconds(30)) {
     Options options;
+    options.ioThreads = 1; // what was first is seen first
     options.connectionLimit = connections;
     options.requestTimeout = time;
     return options;
@@ -188,7 +189,6 @@ TEST(ServerTls, WhoShakesHandsGivesWay) {
     Tls running(with(1));
     RawClient slow(running.tlsPort(), noTls);
     slow.send(clientHello().substr(0, 50));
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_TRUE(running.serves());
     EXPECT_TRUE(slow.closed());
     EXPECT_TRUE(running.logs("closed, as too many are connected and this one waited longest"));
@@ -238,10 +238,11 @@ TEST(ServerTls, AnEndThatWasNotSaidIsAnEnd) {
 }
 
 TEST(ServerTls, TheEndOfTheServerDoesNotWaitForHandshakes) {
-    Tls running;
+    Tls running(with(8));
     RawClient silent(running.tlsPort(), noTls);
     RawClient idle(running.tlsPort(), clientTls());
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    idle.send(whole);
+    EXPECT_NE(idle.reply().find("[body]"), std::string::npos);
     const auto began = Clock::now();
     running.server().stop();
     running.join();

@@ -67,49 +67,159 @@ class Router : public routing::Router {
     using List = Pegasus::CIMPropertyList;
     using Text = Pegasus::String;
 
-    Pegasus::CIMClass getClass(const Caller& caller, const NameSpace& nameSpace, const Name& name,
-                               bool localOnly, bool qualifiers, bool origins, const List& list);
-    Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const Caller& caller,
-                                                       const NameSpace& nameSpace, const Name& name,
-                                                       bool deep, bool localOnly, bool qualifiers,
-                                                       bool origins);
-    Pegasus::Array<Name> enumerateClassNames(const Caller& caller, const NameSpace& nameSpace,
-                                             const Name& name, bool deep);
-    Instance getInstance(const Caller& caller, const NameSpace& nameSpace, const Path& path,
-                         bool qualifiers, bool origins, const List& list);
-    Answers<Instance> enumerateInstances(const Caller& caller, const NameSpace& nameSpace,
+    Pegasus::CIMClass getClass(const Caller& caller, const NameSpace& home, const Name& name,
+                               bool localOnly, bool qualifiers, bool origins, const List& list) {
+        Operation operation = asking(OperationKind::GetClass, caller, home);
+        operation.className = name;
+        operation.localOnly = localOnly;
+        operation.includeQualifiers = qualifiers;
+        operation.includeClassOrigin = origins;
+        operation.propertyList = list;
+        return onlyOf<Pegasus::CIMClass>(perform(operation));
+    }
+    Pegasus::Array<Pegasus::CIMClass> enumerateClasses(const Caller& caller, const NameSpace& home,
+                                                       const Name& name, bool deep, bool localOnly,
+                                                       bool qualifiers, bool origins) {
+        Operation operation = asking(OperationKind::EnumerateClasses, caller, home);
+        operation.className = name;
+        operation.deepInheritance = deep;
+        operation.localOnly = localOnly;
+        operation.includeQualifiers = qualifiers;
+        operation.includeClassOrigin = origins;
+        return all<Pegasus::CIMClass>(operation).objects;
+    }
+    Pegasus::Array<Name> enumerateClassNames(const Caller& caller, const NameSpace& home,
+                                             const Name& name, bool deep) {
+        Operation operation = asking(OperationKind::EnumerateClassNames, caller, home);
+        operation.className = name;
+        operation.deepInheritance = deep;
+        return all<Name>(operation).objects;
+    }
+    Instance getInstance(const Caller& caller, const NameSpace& home, const Path& path,
+                         bool qualifiers, bool origins, const List& list) {
+        Operation operation = asking(OperationKind::GetInstance, caller, home);
+        operation.objectName = path;
+        operation.includeQualifiers = qualifiers;
+        operation.includeClassOrigin = origins;
+        operation.propertyList = list;
+        return onlyOf<Instance>(perform(operation));
+    }
+    Answers<Instance> enumerateInstances(const Caller& caller, const NameSpace& home,
                                          const Name& name, bool deep, bool qualifiers, bool origins,
-                                         const List& list);
-    Answers<Path> enumerateInstanceNames(const Caller& caller, const NameSpace& nameSpace,
-                                         const Name& name);
-    Path createInstance(const Caller& caller, const NameSpace& nameSpace, const Instance& instance);
-    void modifyInstance(const Caller& caller, const NameSpace& nameSpace, const Instance& instance,
-                        bool qualifiers, const List& list);
-    void deleteInstance(const Caller& caller, const NameSpace& nameSpace, const Path& path);
-    Pegasus::CIMValue getProperty(const Caller& caller, const NameSpace& nameSpace,
-                                  const Path& path, const Name& property);
-    Answers<Pegasus::CIMObject> associators(const Caller& caller, const NameSpace& nameSpace,
+                                         const List& list) {
+        Operation operation = asking(OperationKind::EnumerateInstances, caller, home);
+        operation.className = name;
+        operation.deepInheritance = deep;
+        operation.includeQualifiers = qualifiers;
+        operation.includeClassOrigin = origins;
+        operation.propertyList = list;
+        return all<Instance>(operation);
+    }
+    Answers<Path> enumerateInstanceNames(const Caller& caller, const NameSpace& home,
+                                         const Name& name) {
+        Operation operation = asking(OperationKind::EnumerateInstanceNames, caller, home);
+        operation.className = name;
+        return all<Path>(operation);
+    }
+    Path createInstance(const Caller& caller, const NameSpace& home, const Instance& instance) {
+        Operation operation = asking(OperationKind::CreateInstance, caller, home);
+        operation.instance = instance;
+        return onlyOf<Path>(perform(operation));
+    }
+    void modifyInstance(const Caller& caller, const NameSpace& home, const Instance& instance,
+                        bool qualifiers, const List& list) {
+        Operation operation = asking(OperationKind::ModifyInstance, caller, home);
+        operation.instance = instance;
+        operation.includeQualifiers = qualifiers;
+        operation.propertyList = list;
+        perform(operation);
+    }
+    void deleteInstance(const Caller& caller, const NameSpace& home, const Path& path) {
+        Operation operation = asking(OperationKind::DeleteInstance, caller, home);
+        operation.objectName = path;
+        perform(operation);
+    }
+    Pegasus::CIMValue getProperty(const Caller& caller, const NameSpace& home, const Path& path,
+                                  const Name& property) {
+        Operation operation = asking(OperationKind::GetProperty, caller, home);
+        operation.objectName = path;
+        operation.memberName = property;
+        return onlyOf<Pegasus::CIMValue>(perform(operation));
+    }
+    Answers<Pegasus::CIMObject> associators(const Caller& caller, const NameSpace& home,
                                             const Path& path, const Name& assocClass,
                                             const Name& resultClass, const Text& role,
                                             const Text& resultRole, bool qualifiers, bool origins,
-                                            const List& list);
-    Answers<Path> associatorNames(const Caller& caller, const NameSpace& nameSpace,
-                                  const Path& path, const Name& assocClass, const Name& resultClass,
-                                  const Text& role, const Text& resultRole);
-    Answers<Pegasus::CIMObject> references(const Caller& caller, const NameSpace& nameSpace,
+                                            const List& list) {
+        Operation operation = asking(OperationKind::Associators, caller, home);
+        operation.objectName = path;
+        operation.assocClass = assocClass;
+        operation.resultClass = resultClass;
+        operation.role = role;
+        operation.resultRole = resultRole;
+        operation.includeQualifiers = qualifiers;
+        operation.includeClassOrigin = origins;
+        operation.propertyList = list;
+        return all<Pegasus::CIMObject>(operation);
+    }
+    Answers<Path> associatorNames(const Caller& caller, const NameSpace& home, const Path& path,
+                                  const Name& assocClass, const Name& resultClass, const Text& role,
+                                  const Text& resultRole) {
+        Operation operation = asking(OperationKind::AssociatorNames, caller, home);
+        operation.objectName = path;
+        operation.assocClass = assocClass;
+        operation.resultClass = resultClass;
+        operation.role = role;
+        operation.resultRole = resultRole;
+        return all<Path>(operation);
+    }
+    Answers<Pegasus::CIMObject> references(const Caller& caller, const NameSpace& home,
                                            const Path& path, const Name& resultClass,
                                            const Text& role, bool qualifiers, bool origins,
-                                           const List& list);
-    Answers<Path> referenceNames(const Caller& caller, const NameSpace& nameSpace, const Path& path,
-                                 const Name& resultClass, const Text& role);
-    Pegasus::CIMQualifierDecl getQualifier(const Caller& caller, const NameSpace& nameSpace,
-                                           const Name& name);
+                                           const List& list) {
+        Operation operation = asking(OperationKind::References, caller, home);
+        operation.objectName = path;
+        operation.resultClass = resultClass;
+        operation.role = role;
+        operation.includeQualifiers = qualifiers;
+        operation.includeClassOrigin = origins;
+        operation.propertyList = list;
+        return all<Pegasus::CIMObject>(operation);
+    }
+    Answers<Path> referenceNames(const Caller& caller, const NameSpace& home, const Path& path,
+                                 const Name& resultClass, const Text& role) {
+        Operation operation = asking(OperationKind::ReferenceNames, caller, home);
+        operation.objectName = path;
+        operation.resultClass = resultClass;
+        operation.role = role;
+        return all<Path>(operation);
+    }
+    Pegasus::CIMQualifierDecl getQualifier(const Caller& caller, const NameSpace& home,
+                                           const Name& name) {
+        Operation operation = asking(OperationKind::GetQualifier, caller, home);
+        operation.memberName = name;
+        return onlyOf<Pegasus::CIMQualifierDecl>(perform(operation));
+    }
     Pegasus::Array<Pegasus::CIMQualifierDecl> enumerateQualifiers(const Caller& caller,
-                                                                  const NameSpace& nameSpace);
+                                                                  const NameSpace& home) {
+        return all<Pegasus::CIMQualifierDecl>(
+                   asking(OperationKind::EnumerateQualifiers, caller, home))
+            .objects;
+    }
 
   private:
+    static Operation asking(OperationKind kind, const Caller& caller, const NameSpace& home) {
+        Operation operation;
+        operation.kind = kind;
+        operation.caller = caller;
+        operation.nameSpace = home;
+        return operation;
+    }
     template <class T>
-    Answers<T> all(const Operation& operation);
+    Answers<T> all(const Operation& operation) {
+        const Answer answer = perform(operation);
+        return {allOf<T>(answer), answer.sources};
+    }
 };
 
 /// One server at a time, writable; scripts and journal are forgotten with it.
