@@ -1,6 +1,6 @@
 #include "cimhost/Log.h"
 
-#include "cimhost/Outlet.h"
+#include "cimhost/LogQueue.h"
 #include "cimhost/Throttle.h"
 #include "text/Utf8.h"
 
@@ -23,8 +23,8 @@ namespace {
 
 constexpr std::chrono::seconds endPatience{1};
 
-Outlet& outlet() {
-    static Outlet standardError(STDERR_FILENO);
+LogQueue& logQueue() {
+    static LogQueue standardError(STDERR_FILENO);
     return standardError;
 }
 
@@ -41,7 +41,7 @@ class LogSink : public spdlog::sinks::base_sink<std::mutex> {
         visible.payload = shown;
         spdlog::memory_buf_t line;
         formatter_->format(visible, line);
-        outlet().put({line.data(), line.size()});
+        logQueue().put({line.data(), line.size()});
     }
     void flush_() override {}
 };
@@ -49,7 +49,7 @@ class LogSink : public spdlog::sinks::base_sink<std::mutex> {
 } // namespace
 
 void setUpLog(const std::string& level) {
-    outlet(); // made before, and so gone after, what is made here
+    logQueue(); // made before, and so gone after, what is made here
     spdlog::set_default_logger(
         std::make_shared<spdlog::logger>("cimhost", std::make_shared<LogSink>()));
     spdlog::set_pattern("%Y-%m-%dT%H:%M:%S.%e %l: %v");
@@ -70,7 +70,7 @@ void logText(const std::string& text) {
         shown += text::visible(std::string_view(text).substr(begin, end - begin)) + "\n";
         begin = end + 1;
     }
-    outlet().put(std::move(shown));
+    logQueue().put(std::move(shown));
 }
 
 void endLog() noexcept {
@@ -78,7 +78,7 @@ void endLog() noexcept {
         throttle().tellRest();
     } catch (const std::bad_alloc&) { // lines less
     }
-    outlet().drain(endPatience);
+    logQueue().drain(endPatience);
 }
 
 } // namespace embedded::cimhost

@@ -26,11 +26,11 @@ constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 /// What a request of `size` bytes made the process take goes back to the system when this does: the
 /// allocator keeps what lies between small blocks, which of a large one comes to ten times its
 /// size.
-class GivenBack {
+class MemoryTrim {
   public:
-    explicit GivenBack(std::size_t size) : _isLarge(size > kept) {}
-    GivenBack(const GivenBack&) = delete;
-    ~GivenBack() {
+    explicit MemoryTrim(std::size_t size) : _isLarge(size > kept) {}
+    MemoryTrim(const MemoryTrim&) = delete;
+    ~MemoryTrim() {
 #ifdef __GLIBC__
         if (_isLarge)
             malloc_trim(0);
@@ -73,7 +73,7 @@ class ReplyToRequest final : public ReplyDocument {
   public:
     ReplyToRequest(const std::string& body, const Headers& headers, const routing::Caller& caller,
                    routing::CimOperations& operations, routing::Enumerations& enumerations)
-        : _givenBack(body.size()) {
+        : _memoryTrim(body.size()) {
         const Request request(body, headers);
         _messageId = request.messageId;
         _method = request.method;
@@ -223,7 +223,7 @@ class ReplyToRequest final : public ReplyDocument {
         out += "</VALUE>\n</PARAMVALUE>\n";
     }
 
-    GivenBack _givenBack; // goes last
+    MemoryTrim _memoryTrim; // goes last
     std::string _messageId;
     std::string _method;
     const char* _response = "";

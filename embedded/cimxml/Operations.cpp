@@ -42,7 +42,7 @@ void checkOpening(const Call& call) {
 }
 
 // One function for each thing that an operation answers with.
-struct Appending {
+struct ElementWriter {
     std::string& out;
     const Call& call;
 
@@ -118,7 +118,7 @@ Call readCall(const Request& request, const routing::Caller& caller,
 }
 
 void appendAnswered(std::string& out, const routing::Answered& answered, const Call& call) {
-    std::visit(Appending{out, call}, answered);
+    std::visit(ElementWriter{out, call}, answered);
 }
 
 void appendPulled(std::string& out, const routing::Answered& answered, const Operation& operation) {

@@ -236,27 +236,27 @@ constexpr std::string_view notServed[] = {
 };
 
 // What became of a parameter in one request: in it, and with a value.
-struct Fate {
+struct Occurrence {
     bool seen = false;
     bool given = false;
 };
 
-void readOne(const Element& given, const ParameterList& parameters, std::vector<Fate>& fates,
-             const SoleKey& soleKey, Call& call) {
+void readOne(const Element& given, const ParameterList& parameters,
+             std::vector<Occurrence>& occurrences, const SoleKey& soleKey, Call& call) {
     const std::string_view name = given.attribute("NAME").value;
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const Parameter& parameter = parameters[i].parameter;
         if (!equalIgnoringCase(name, parameter.name))
             continue;
-        if (fates[i].seen)
+        if (occurrences[i].seen)
             throwInvalid("Duplicated request input parameter.");
-        fates[i].seen = true;
+        occurrences[i].seen = true;
         const Element value = given.child();
         if (!value)
             return; // null: as if it were not there
         if (value.name() != parameter.element && value.name() != parameter.otherElement)
             rejectNotValid("parameter " + std::string(name) + " as " + std::string(value.name()));
-        fates[i].given = true;
+        occurrences[i].given = true;
         parameter.read(value, soleKey, call);
         return;
     }
@@ -283,10 +283,10 @@ void readParameters(const Element& element, const ParameterList& parameters, con
     for (const TakenParameter& taken : parameters)
         if (taken.presence == Presence::TrueIfAbsent)
             call.operation.*taken.parameter.flag = true;
-    std::vector<Fate> fates(parameters.size());
+    std::vector<Occurrence> occurrences(parameters.size());
     try {
         for (const Element& given : element.children("IPARAMVALUE"))
-            readOne(given, parameters, fates, soleKey, call);
+            readOne(given, parameters, occurrences, soleKey, call);
     } catch (const CIMException&) {
         throw;
     } catch (const Exception& exception) {
@@ -294,7 +294,7 @@ void readParameters(const Element& element, const ParameterList& parameters, con
         throw CIMException(CIM_ERR_INVALID_PARAMETER, exception.getMessage());
     }
     for (std::size_t i = 0; i < parameters.size(); ++i) {
-        if (parameters[i].presence == Presence::Required && !fates[i].given) {
+        if (parameters[i].presence == Presence::Required && !occurrences[i].given) {
             throwInvalid("Required parameter \"" + std::string(parameters[i].parameter.name) +
                          "\" missing from request.");
         }

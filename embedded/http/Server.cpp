@@ -120,7 +120,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         for (Listener& listener : listeners) {
             const int socket = listener.release();
             _acceptors.emplace_back(_threads.front()->io(), protocol(socket), socket);
-            _entrances.emplace_back(_acceptors.back(), listener.tls());
+            _listeningPorts.emplace_back(_acceptors.back(), listener.tls());
         }
         _grace.emplace(_threads.front()->io());
         _pause.emplace(_threads.front()->io());
@@ -481,8 +481,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     };
 
     // What is listened to.
-    struct Entrance {
-        Entrance(tcp::acceptor& from, std::shared_ptr<const TlsContext> with)
+    struct ListeningPort {
+        ListeningPort(tcp::acceptor& from, std::shared_ptr<const TlsContext> with)
             : acceptor(from), tls(std::move(with)) {}
 
         tcp::acceptor& acceptor;
@@ -493,17 +493,17 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     // Where it is not being done.
     void acceptAll() noexcept {
-        for (Entrance& entrance : _entrances)
-            if (!entrance.accepting)
-                accept(entrance);
+        for (ListeningPort& listening : _listeningPorts)
+            if (!listening.accepting)
+                accept(listening);
     }
 
-    void accept(Entrance& entrance) noexcept {
+    void accept(ListeningPort& listening) noexcept {
         IoThread& thread = *_threads[_next++ % _threads.size()];
-        entrance.acceptor.async_accept(
+        listening.acceptor.async_accept(
             thread.io(),
-            onReserve(entrance.memory,
-                      [this, &entrance, &thread, accepting = Accepting(entrance.accepting)](
+            onReserve(listening.memory,
+                      [this, &listening, &thread, accepting = Accepting(listening.accepting)](
                           const Error& error, Connection::Socket socket) mutable {
                           accepting.end();
                           if (_stopping)
@@ -511,7 +511,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                           if (error)
                               acceptFailed(error);
                           else
-                              admit(entrance, thread, std::move(socket));
+                              admit(listening, thread, std::move(socket));
                       }));
     }
 
@@ -536,7 +536,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         }
     }
 
-    void admit(const Entrance& entrance, IoThread& thread, Connection::Socket socket) noexcept {
+    void admit(const ListeningPort& listening, IoThread& thread,
+               Connection::Socket socket) noexcept {
         const bool over = _open++ >= _options.connectionLimit;
         bool full = false;
         try {
@@ -544,7 +545,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             socket.set_option(tcp::no_delay(true), ignored);
             full = over && !makeRoom();
             _turnedAway += full;
-            asio::dispatch(thread.io(), [&thread, tls = entrance.tls.get(), full,
+            asio::dispatch(thread.io(), [&thread, tls = listening.tls.get(), full,
                                          socket = std::move(socket)]() mutable {
                 thread.admit(std::move(socket), tls, full);
             });
@@ -556,7 +557,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         acceptNext();
     }
 
-    // At once, or when there are fewer to be turned away. Each other entrance may let in one more
+    // At once, or when there are fewer to be turned away. Each other port may let in one more
     // before.
     void acceptNext() noexcept {
         if (_open < _options.connectionLimit + _options.refusalLimit)
@@ -640,8 +641,9 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     const Options _options;
     const Handler _handler;
-    threads::Mutex _logMutex;        // held while a line is logged
-    std::deque<Entrance> _entrances; // used by the first thread only; has memory of its loop
+    threads::Mutex _logMutex; // held while a line is logged
+    std::deque<ListeningPort>
+        _listeningPorts; // used by the first thread only; has memory of its loop
     std::vector<std::unique_ptr<IoThread>> _threads;
     // Used by the first thread only.
     std::deque<tcp::acceptor> _acceptors;

@@ -47,7 +47,7 @@ Verdict Accounts::recall(const Credentials& credentials, std::string_view addres
 }
 
 Verdict Accounts::recall(const Credentials& credentials, std::string_view address,
-                         const Remembered::Digest& digest) {
+                         const CredentialCache::Digest& digest) {
     const Clock::time_point now = _now();
     const threads::Lock lock(_mutex);
     const User* const user = _users->find(credentials.name);
@@ -61,7 +61,7 @@ Verdict Accounts::recall(const Credentials& credentials, std::string_view addres
 }
 
 Verdict Accounts::verify(const Credentials& credentials, std::string_view address) {
-    const Remembered::Digest digest = _digest(credentials);
+    const CredentialCache::Digest digest = _digest(credentials);
     const Verdict known = recall(credentials, address, digest);
     if (known.outcome != Outcome::Unverified)
         return known;

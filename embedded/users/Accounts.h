@@ -2,9 +2,9 @@
 #pragma once
 
 #include "threads/Locks.h"
+#include "users/Backoff.h"
+#include "users/CredentialCache.h"
 #include "users/Credentials.h"
-#include "users/Remembered.h"
-#include "users/Slowing.h"
 #include "users/UsersFile.h"
 
 #include <chrono>
@@ -59,16 +59,16 @@ class Accounts {
     class Users;
 
     Verdict recall(const Credentials& credentials, std::string_view address,
-                   const Remembered::Digest& digest);
+                   const CredentialCache::Digest& digest);
     std::shared_ptr<const Users> users() const;
 
     const std::function<Clock::time_point()> _now;
     const Digester _digest;
     mutable threads::Mutex _mutex;
     std::shared_ptr<const Users> _users GUARDED_BY(_mutex);
-    Remembered _remembered GUARDED_BY(_mutex);
-    Slowing _slowNames GUARDED_BY(_mutex);
-    Slowing _slowAddresses GUARDED_BY(_mutex);
+    CredentialCache _remembered GUARDED_BY(_mutex);
+    Backoff _slowNames GUARDED_BY(_mutex);
+    Backoff _slowAddresses GUARDED_BY(_mutex);
 };
 
 /// Whom an address stands for when it is slowed: itself, but of IPv6 the network of 64 bits, in

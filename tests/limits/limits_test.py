@@ -158,14 +158,14 @@ ROOMS = {
     "patience": ("http_test", "LanesTest.GiveUpWhatHasWaitedTooLong"),
     "userName": ("users_test", "UsersFile.IsRefusedWithThePlaceOfItsFirstFault"),
     "password": ("users_test", "Password.IsTakenAsAWhole"),
-    "remembered": ("users_test", "RememberedTest.KeepsThoseThatWereUsedLast"),
+    "remembered": ("users_test", "CredentialCacheTest.KeepsThoseThatWereUsedLast"),
     "rememberedTime": ("users_test", "AccountsTest.RememberWhoComesBackInTime"),
     "freeFailures": ("users_test", "AccountsTest.SlowAUserAfterSomeFailuresMoreAndMore"),
     "slowestAttempts": ("users_test", "AccountsTest.SlowAUserAfterSomeFailuresMoreAndMore"),
     "failureMemory": ("users_test", "AccountsTest.ForgetFailuresAfterAWhile"),
-    "failuresKept": ("users_test", "SlowingTest.KeepsSomeAndForgetsWhoHasNotFailedForLongest"),
+    "failuresKept": ("users_test", "BackoffTest.KeepsSomeAndForgetsWhoHasNotFailedForLongest"),
     "logLines": ("cimhost_parts_test", "ThrottleTest.LetsAsManyLinesOfAKindThroughInASecond"),
-    "logQueue": ("cimhost_parts_test", "OutletTest.KeepsAsMuchAsIsTheLimit"),
+    "logQueue": ("cimhost_parts_test", "LogQueueTest.KeepsAsMuchAsIsTheLimit"),
 }
 
 METHODS = set()

@@ -86,10 +86,10 @@ TEST_F(AccountsTest, RememberWhoComesBackInTime) {
     EXPECT_EQ(recall("anna", "reads"), Outcome::Unverified);
 }
 
-TEST(RememberedTest, KeepsThoseThatWereUsedLast) {
+TEST(CredentialCacheTest, KeepsThoseThatWereUsedLast) {
     const Digester digest;
-    Remembered remembered;
-    const Remembered::Clock::time_point now{};
+    CredentialCache remembered;
+    const CredentialCache::Clock::time_point now{};
     const auto of = [&](std::size_t i) { return digest({"user", std::to_string(i)}); };
     for (std::size_t i = 0; i < limits::remembered; ++i)
         remembered.add(of(i), now);
@@ -196,9 +196,9 @@ TEST_F(AccountsTest, CountNoAttemptThatCameTooEarly) {
         << "their own success wipes out the failures of others";
 }
 
-TEST(SlowingTest, KeepsSomeAndForgetsWhoHasNotFailedForLongest) {
-    Slowing slowing;
-    const Slowing::Clock::time_point now{std::chrono::hours(1)};
+TEST(BackoffTest, KeepsSomeAndForgetsWhoHasNotFailedForLongest) {
+    Backoff slowing;
+    const Backoff::Clock::time_point now{std::chrono::hours(1)};
     for (unsigned i = 0; i < limits::freeFailures; ++i)
         slowing.failed("first", now);
     const auto others = [&](std::size_t count) {

@@ -1,4 +1,4 @@
-#include "users/Slowing.h"
+#include "users/Backoff.h"
 
 #include "limits/Limits.h"
 #include "text/KeyedHash.h"
@@ -18,17 +18,17 @@ std::chrono::seconds delay(unsigned failures) {
 
 } // namespace
 
-Slowing::Slowing() : _failures(limits::failuresKept) {
+Backoff::Backoff() : _failures(limits::failuresKept) {
 }
 
-std::chrono::seconds Slowing::wait(std::string_view who, Clock::time_point now) {
+std::chrono::seconds Backoff::wait(std::string_view who, Clock::time_point now) {
     const Failures* const failures = _failures.find(text::keyedHash(who));
     if (failures == nullptr || failures->until <= now)
         return std::chrono::seconds(0);
     return std::chrono::ceil<std::chrono::seconds>(failures->until - now);
 }
 
-void Slowing::failed(std::string_view who, Clock::time_point now) {
+void Backoff::failed(std::string_view who, Clock::time_point now) {
     Failures& failures = _failures.touch(text::keyedHash(who));
     if (failures.last + limits::failureMemory <= now)
         failures.count = 0;
@@ -37,7 +37,7 @@ void Slowing::failed(std::string_view who, Clock::time_point now) {
     failures.until = now + delay(failures.count);
 }
 
-void Slowing::forget(std::string_view who) {
+void Backoff::forget(std::string_view who) {
     _failures.forget(text::keyedHash(who));
 }
 

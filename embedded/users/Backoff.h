@@ -1,7 +1,7 @@
 // Who has failed lately, and how long he has to wait before he may try again.
 #pragma once
 
-#include "users/Recent.h"
+#include "users/LruCache.h"
 
 #include <chrono>
 #include <cstdint>
@@ -14,10 +14,10 @@ namespace embedded::users {
 /// failed for longest, when there are too many.
 ///
 /// Thread-safety: none.
-class Slowing {
+class Backoff {
   public:
     using Clock = std::chrono::steady_clock;
-    Slowing();
+    Backoff();
 
     /// How long `who` has to wait; 0 if he need not.
     std::chrono::seconds wait(std::string_view who, Clock::time_point now);
@@ -30,7 +30,7 @@ class Slowing {
         Clock::time_point last;
         Clock::time_point until;
     };
-    Recent<std::uint64_t, Failures> _failures; // by the hashes of names, which may be long
+    LruCache<std::uint64_t, Failures> _failures; // by the hashes of names, which may be long
 };
 
 } // namespace embedded::users

@@ -14,15 +14,15 @@ namespace embedded::cimhost {
 /// is full is dropped and counted; the count is told in a line when there is room again.
 ///
 /// Thread-safety: all functions may be called from several threads at once.
-class Outlet {
+class LogQueue {
   public:
     /// `descriptor` stays the caller's and open. Its settings are not changed: others may have it,
     /// too. `limit`: bytes that wait at most, unless a single text has more.
-    explicit Outlet(int descriptor, std::size_t limit = limits::logQueue);
+    explicit LogQueue(int descriptor, std::size_t limit = limits::logQueue);
     /// Gives up what is not written.
-    ~Outlet();
-    Outlet(const Outlet&) = delete;
-    Outlet& operator=(const Outlet&) = delete;
+    ~LogQueue();
+    LogQueue(const LogQueue&) = delete;
+    LogQueue& operator=(const LogQueue&) = delete;
 
     /// Has `text` written, whole or not at all. Waits for nobody.
     void put(std::string text) noexcept;
@@ -30,8 +30,8 @@ class Outlet {
     bool drain(std::chrono::milliseconds patience);
 
   private:
-    class Queue;
-    std::shared_ptr<Queue> _queue; // and the thread's, which may be stuck in a write for ever
+    class Shared;
+    std::shared_ptr<Shared> _shared; // and the thread's, which may be stuck in a write for ever
 };
 
 } // namespace embedded::cimhost

@@ -1,5 +1,5 @@
 // Nobody who puts something waits for whoever reads.
-#include "cimhost/Outlet.h"
+#include "cimhost/LogQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -15,14 +15,14 @@ namespace {
 using std::chrono::milliseconds;
 constexpr milliseconds longTime = std::chrono::minutes(1);
 
-class OutletTest : public testing::Test {
+class LogQueueTest : public testing::Test {
   protected:
-    OutletTest() {
+    LogQueueTest() {
         std::signal(SIGPIPE, SIG_IGN);
         if (::pipe2(_ends.data(), O_CLOEXEC) != 0)
             throw std::runtime_error("no pipe");
     }
-    ~OutletTest() override {
+    ~LogQueueTest() override {
         closeReader();
         ::close(writer());
     }
@@ -49,34 +49,34 @@ class OutletTest : public testing::Test {
     std::array<int, 2> _ends{-1, -1};
 };
 
-TEST_F(OutletTest, WritesInOrder) {
-    Outlet outlet(writer());
+TEST_F(LogQueueTest, WritesInOrder) {
+    LogQueue queue(writer());
     std::string all;
     for (int i = 0; i < 1000; ++i) {
-        outlet.put(std::to_string(i) + "\n");
+        queue.put(std::to_string(i) + "\n");
         all += std::to_string(i) + "\n";
     }
     EXPECT_EQ(read(all.size()), all);
-    EXPECT_TRUE(outlet.drain(longTime));
+    EXPECT_TRUE(queue.drain(longTime));
 }
 
-TEST_F(OutletTest, WritesTextsThatAreLongerThanAPipe) {
-    Outlet outlet(writer());
+TEST_F(LogQueueTest, WritesTextsThatAreLongerThanAPipe) {
+    LogQueue queue(writer());
     const std::string text = std::string(300000, 'x') + "\n";
-    outlet.put(text);
+    queue.put(text);
     EXPECT_EQ(read(text.size()), text);
 }
 
-TEST_F(OutletTest, DropsWhatNobodyReadsAndSaysHowMuch) {
+TEST_F(LogQueueTest, DropsWhatNobodyReadsAndSaysHowMuch) {
     constexpr std::size_t limit = 1000000;
-    Outlet outlet(writer(), limit);
+    LogQueue queue(writer(), limit);
     const std::string line(999, 'x');
     for (int i = 0; i < 5000; ++i)
-        outlet.put(line + "\n"); // a pipe holds 65 of them, and the queue 1,000
-    EXPECT_FALSE(outlet.drain(milliseconds(1)));
-    for (read(limit); !outlet.drain(milliseconds(0)); read(1))
+        queue.put(line + "\n"); // a pipe holds 65 of them, and the queue 1,000
+    EXPECT_FALSE(queue.drain(milliseconds(1)));
+    for (read(limit); !queue.drain(milliseconds(0)); read(1))
         ;
-    outlet.put("after\n");
+    queue.put("after\n");
     std::string end;
     while (end.find("after\n") == std::string::npos)
         end += read(1);
@@ -84,38 +84,38 @@ TEST_F(OutletTest, DropsWhatNobodyReadsAndSaysHowMuch) {
         << end.substr(end.size() - std::min<std::size_t>(end.size(), 200));
 }
 
-TEST_F(OutletTest, KeepsAsMuchAsIsTheLimit) {
-    Outlet outlet(writer());
+TEST_F(LogQueueTest, KeepsAsMuchAsIsTheLimit) {
+    LogQueue queue(writer());
     for (const std::string& beyond : {std::string(), std::string("z")}) {
-        outlet.put(std::string(limits::logQueue - 1, 'x'));
-        outlet.put("y");
+        queue.put(std::string(limits::logQueue - 1, 'x'));
+        queue.put("y");
         if (!beyond.empty())
-            outlet.put(beyond);
+            queue.put(beyond);
         EXPECT_EQ(read(limits::logQueue), std::string(limits::logQueue - 1, 'x') + "y");
-        EXPECT_TRUE(outlet.drain(longTime));
-        outlet.put("after\n");
+        EXPECT_TRUE(queue.drain(longTime));
+        queue.put("after\n");
         const std::string after =
             beyond.empty() ? "after\n" : "(1 log lines were dropped: nobody read them)\nafter\n";
         EXPECT_EQ(read(after.size()), after);
-        EXPECT_TRUE(outlet.drain(longTime));
+        EXPECT_TRUE(queue.drain(longTime));
     }
 }
 
-TEST_F(OutletTest, CanBeGivenUpWhileItCannotWrite) {
+TEST_F(LogQueueTest, CanBeGivenUpWhileItCannotWrite) {
     {
-        Outlet outlet(writer());
-        outlet.put(std::string(500000, 'x'));
-        EXPECT_FALSE(outlet.drain(milliseconds(1)));
+        LogQueue queue(writer());
+        queue.put(std::string(500000, 'x'));
+        EXPECT_FALSE(queue.drain(milliseconds(1)));
     }
     SUCCEED();
 }
 
-TEST_F(OutletTest, DoesWithoutAReader) {
-    Outlet outlet(writer());
+TEST_F(LogQueueTest, DoesWithoutAReader) {
+    LogQueue queue(writer());
     closeReader();
     for (int i = 0; i < 100; ++i)
-        outlet.put(std::string(10000, 'x'));
-    EXPECT_TRUE(outlet.drain(longTime));
+        queue.put(std::string(10000, 'x'));
+    EXPECT_TRUE(queue.drain(longTime));
 }
 
 } // namespace

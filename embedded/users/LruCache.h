@@ -11,9 +11,9 @@ namespace embedded::users {
 
 /// Thread-safety: none.
 template <class Key, class Value, class Hash = std::hash<Key>>
-class Recent {
+class LruCache {
   public:
-    explicit Recent(std::size_t bound) : _bound(bound) {}
+    explicit LruCache(std::size_t bound) : _bound(bound) {}
 
     /// Null if there is none. Valid until the next change.
     Value* find(const Key& key) {

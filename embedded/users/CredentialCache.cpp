@@ -1,4 +1,4 @@
-#include "users/Remembered.h"
+#include "users/CredentialCache.h"
 
 #include "limits/Limits.h"
 
@@ -72,10 +72,10 @@ void Digester::Free::operator()(EVP_MAC_CTX* context) const noexcept {
     EVP_MAC_CTX_free(context);
 }
 
-Remembered::Remembered() : _until(limits::remembered) {
+CredentialCache::CredentialCache() : _until(limits::remembered) {
 }
 
-bool Remembered::holds(const Digest& digest, Clock::time_point now) {
+bool CredentialCache::holds(const Digest& digest, Clock::time_point now) {
     const Clock::time_point* const until = _until.find(digest);
     if (until == nullptr || *until <= now)
         return false;
@@ -83,11 +83,11 @@ bool Remembered::holds(const Digest& digest, Clock::time_point now) {
     return true;
 }
 
-void Remembered::add(const Digest& digest, Clock::time_point now) {
+void CredentialCache::add(const Digest& digest, Clock::time_point now) {
     _until.touch(digest) = now + limits::rememberedTime;
 }
 
-std::size_t Remembered::Hash::operator()(const Digest& digest) const noexcept {
+std::size_t CredentialCache::Hash::operator()(const Digest& digest) const noexcept {
     std::size_t hash = 0;
     std::memcpy(&hash, digest.data(), sizeof hash);
     return hash;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "users/Credentials.h"
-#include "users/Recent.h"
+#include "users/LruCache.h"
 
 #include <array>
 #include <chrono>
@@ -47,11 +47,11 @@ class Digester {
 /// Those of credentials, each until it was not asked for for a while.
 ///
 /// Thread-safety: none.
-class Remembered {
+class CredentialCache {
   public:
     using Clock = std::chrono::steady_clock;
     using Digest = Digester::Digest;
-    Remembered();
+    CredentialCache();
 
     bool holds(const Digest& digest, Clock::time_point now);
     void add(const Digest& digest, Clock::time_point now);
@@ -62,7 +62,7 @@ class Remembered {
         std::size_t operator()(const Digest& digest) const noexcept;
     };
 
-    Recent<Digest, Clock::time_point, Hash> _until;
+    LruCache<Digest, Clock::time_point, Hash> _until;
 };
 
 } // namespace embedded::users

@@ -1,4 +1,4 @@
-#include "cimhost/Outlet.h"
+#include "cimhost/LogQueue.h"
 
 #include "threads/Locks.h"
 
@@ -28,9 +28,9 @@ constexpr int pollTime = 100; // milliseconds; how soon the thread sees that it 
 
 } // namespace
 
-class Outlet::Queue {
+class LogQueue::Shared {
   public:
-    Queue(int descriptor, std::size_t limit) : _descriptor(descriptor), _limit(limit) {}
+    Shared(int descriptor, std::size_t limit) : _descriptor(descriptor), _limit(limit) {}
 
     void put(std::string text) noexcept {
         const Lock lock(_mutex);
@@ -121,21 +121,21 @@ class Outlet::Queue {
     bool _givenUp GUARDED_BY(_mutex) = false;
 };
 
-Outlet::Outlet(int descriptor, std::size_t limit)
-    : _queue(std::make_shared<Queue>(descriptor, limit)) {
-    std::thread([queue = _queue] { queue->run(); }).detach();
+LogQueue::LogQueue(int descriptor, std::size_t limit)
+    : _shared(std::make_shared<Shared>(descriptor, limit)) {
+    std::thread([shared = _shared] { shared->run(); }).detach();
 }
 
-Outlet::~Outlet() {
-    _queue->giveUp();
+LogQueue::~LogQueue() {
+    _shared->giveUp();
 }
 
-void Outlet::put(std::string text) noexcept {
-    _queue->put(std::move(text));
+void LogQueue::put(std::string text) noexcept {
+    _shared->put(std::move(text));
 }
 
-bool Outlet::drain(std::chrono::milliseconds patience) {
-    return _queue->drain(patience);
+bool LogQueue::drain(std::chrono::milliseconds patience) {
+    return _shared->drain(patience);
 }
 
 } // namespace embedded::cimhost
