@@ -51,41 +51,42 @@ HEAD = f"""# What follows from what
 <!-- Made by scripts/association_tables.py from a running server; tests/clients/documents_test.py
      BUILD-DIRECTORY --update writes it anew. Do not edit. -->
 
-From each object that the module serves as a source: what the four association operations answer, by
-association class. `cimhost` serves the sample switch; it is asked in `{INTEROP}`. The host is called
+What the four association operations answer from each object that the module serves as a source, by
+association class. `cimhost` serves the sample switch; the requests go to `{INTEROP}`. The host is called
 `switch`, the port 5988.
 
-* An object is given by its class and its telling key (InstanceID or Name). It is in the namespace
-  that was asked unless another is named in brackets; "nowhere" is a path without host and namespace.
-* An association is given by its ends in the order of its properties.
-* Asked in `{OTHER}`, every table is the same, with `{OTHER}` for `{INTEROP}`.
+* The tables name an object by its class and its identifying key (InstanceID or Name). It is in the
+  namespace of the request unless brackets name another; "nowhere" is a path without host and namespace.
+* They name an association by its ends, in the order of its properties.
+* In `{OTHER}`, every table is the same, with `{OTHER}` for `{INTEROP}`.
 
 ## Odd on purpose
 
-What looks like a mistake in the tables and is none; clients count on it.
+These oddities in the tables are no mistakes; clients depend on them.
 
-* **The switch is two objects.** Following CIM_ElementConformsToProfile from the profile "Switch"
-  leads to the box (ORVEX_PhysicalComputerSystem). The association itself names the switch as a member
-  of its fabrics (ORVEX_ComputerSystem).
+* **The switch is two objects.** CIM_ElementConformsToProfile leads from the profile "Switch" to the
+  box (ORVEX_PhysicalComputerSystem). The association itself names the switch as a member of its
+  fabrics (ORVEX_ComputerSystem).
 * **Names and objects differ in their namespace.** The names of profiles and subprofiles are in the
-  namespace that was asked; the whole objects say `{OTHER}`. The host and the firmware always
+  namespace of the request; the whole objects say `{OTHER}`. The host and the firmware always
   say `{OTHER}`.
-* **What conforms to "Fabric" and "Switch" is nowhere in the associations**: its path is handed on as
-  it was read. At a far end the server fills in host and namespace.
-* **The firmware is at the far end of every profile and subprofile**, even of one that is not
-  there. The associations themselves are told only of those that are.
-* **The object manager is a source as CIM_ObjectManager only**, which is the class that its path
-  names; the communication mechanism and the namespaces as the server's own PG_ classes only.
-* **The keys of the object manager, the mechanism, the namespaces and the firmware are not looked
-  at.** There is one object manager with one mechanism and one firmware, and every namespace is in
-  it. References name a mechanism or namespace as it was asked for, the others as they are.
+* **In associations, the objects that conform to "Fabric" and "Switch" are nowhere**: the module passes
+  on their paths as it read them. At a far end the server fills in host and namespace.
+* **The firmware is at the far end of every profile and subprofile**, even of one that does not
+  exist. The associations themselves exist only for existing profiles.
+* **The object manager is a source only as CIM_ObjectManager**, the class that its path
+  names; the communication mechanism and the namespaces only as the server's own PG_ classes.
+* **The module ignores the keys of the object manager, the mechanism, the namespaces and the
+  firmware.** There is one object manager with one mechanism and one firmware, and it manages every
+  namespace. References name a mechanism or namespace as the request did, the other objects by their
+  real names.
 * **The order of the properties depends on the source.** From the mechanism to the object manager,
   and from a namespace, Dependent stands before Antecedent; from the object manager to the profile,
   ManagedElement before ConformantStandard.
 * **Role and result role never filter.** A result class narrows only the subprofiles, the profiles
   of a subprofile, and what the firmware implements.
 * **CIM_ReferencedProfile** has no instances but those of its subclass CIM_SubProfileRequiresProfile,
-  which a server asks too when it is asked for the superclass.
+  which a server also asks when a request names the superclass.
 """
 
 
