@@ -9,8 +9,7 @@
 
 /// One entry of the profile catalogue: what differs between the entries.
 ///
-/// The CIM types of the properties, and the value of AdvertiseTypes, differ from those of the
-/// catalogue's instances, which the catalogue sets itself.
+/// The types of the properties differ from those of the catalogue's instances: on purpose.
 class RegisteredProfile {
   public:
     RegisteredProfile() = default;

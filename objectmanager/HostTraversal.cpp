@@ -30,8 +30,8 @@ constexpr Branch branches[] = {
      communicationMechanismClass},
 };
 
-/// Reads the far ends of each selected branch into one list and calls visit(branch, list). A branch
-/// whose read-back fails is visited with what the list held before: on purpose.
+/// Reads the far ends of each selected branch into one list (one for all: on purpose) and calls
+/// visit(branch, list).
 template <class List, class Visit>
 void forEachBranch(ServerProfileProvider& provider, const String& keyValue, int bits,
                    const String& nameSpace, List list, Visit visit) {
@@ -79,33 +79,34 @@ void deliverAssociations(ServerProfileProvider& provider, const String& keyValue
 
 } // namespace
 
-void ServerProfileProvider::_getOrvexOMHostAssociatorNames(String keyValue, const char* assocClass,
-                                                           const char* resultClass, const char*,
-                                                           const char*, PathHandler& handler,
+void ServerProfileProvider::_getOrvexOMHostAssociatorNames(String keyValue, Text assocClass,
+                                                           Text resultClass, Text, Text,
+                                                           PathHandler& handler,
                                                            const String& nameSpace) {
     trace(" Quil orvexOMHostAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil orvexOMHostAssociatorNames(): result class is ", resultClass);
     deliverFarEnds(*this, keyValue, assocClass, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getOrvexOMHostAssociators(
-    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
-    bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
+void ServerProfileProvider::_getOrvexOMHostAssociators(String keyValue, Text assocClass,
+                                                       Text resultClass, Text, Text, bool, bool,
+                                                       const CIMPropertyList&,
+                                                       ObjectHandler& handler,
+                                                       const String& nameSpace) {
     trace(" Quil orvexOMHostAssociators(): assoc class is ", assocClass);
     trace(" Quil orvexOMHostAssociators(): result class is ", resultClass);
     deliverFarEnds(*this, keyValue, assocClass, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getOrvexOMHostReferenceNames(String keyValue, const char* resultClass,
-                                                          const char*, PathHandler& handler,
+void ServerProfileProvider::_getOrvexOMHostReferenceNames(String keyValue, Text resultClass, Text,
+                                                          PathHandler& handler,
                                                           const String& nameSpace) {
     trace(" Quil orvexOMHostReferenceNames(): result class is ", resultClass);
     deliverAssociations(*this, keyValue, resultClass, handler, nameSpace);
 }
 
-void ServerProfileProvider::_getOrvexOMHostReferences(String keyValue, const char* resultClass,
-                                                      const char*, bool, bool,
-                                                      const CIMPropertyList&,
+void ServerProfileProvider::_getOrvexOMHostReferences(String keyValue, Text resultClass, Text, bool,
+                                                      bool, const CIMPropertyList&,
                                                       ObjectHandler& handler,
                                                       const String& nameSpace) {
     trace(" Quil orvexOMHostReferences(): result class is ", resultClass);

@@ -23,8 +23,7 @@ void ServerProfileProvider::_getOrvexSPHostedAccessPointHelper(String, Handler& 
         deliver(handler, instances, hosted.to(mechanisms[i]));
 }
 
-// Unlike the access points, there is always one hosted service: without an object manager its
-// dependent end is empty.
+// Unlike the access points, there is always one hosted service: on purpose.
 void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String, Handler& handler,
                                                            const String& nameSpace,
                                                            bool instances) {
@@ -37,7 +36,7 @@ void ServerProfileProvider::_getOrvexSPHostedServiceHelper(String, Handler& hand
     deliver(handler, instances, Association(hostedService, nameSpace).from(host).to(manager));
 }
 
-// The exit traces write "Sp" where the start traces write "SP": on purpose.
+// "SP" and "Sp": on purpose.
 
 CIMInstance ServerProfileProvider::_getOrvexSPHostedAccessPointInstance(const CIMObjectPath& path,
                                                                         InstanceHandler& handler) {

@@ -11,7 +11,7 @@ using namespace serverprofile;
 
 namespace {
 
-/// Both classes write the same traces, whichever is asked for and whatever fails: on purpose.
+/// The same traces for both classes, one list for both read-backs: on purpose.
 void enumerateMembers(CIMOMHandle& handle, const AssociationClass& cimClass,
                       const char* memberClass, ResponseHandler& handler, const String& nameSpace,
                       bool instances) {
@@ -22,8 +22,6 @@ void enumerateMembers(CIMOMHandle& handle, const AssociationClass& cimClass,
                  {" Quil exception ni for CIM_Namespace -Exiting "}))
         return;
     const CIMObjectPath manager = firstOf(list);
-    // One list serves both read-backs: when the second fails, the object managers stand for the
-    // members. On purpose.
     guarded(readBack, list, memberClass,
             {" Quil exception ei for CIM_CIMXMLCommunicationMechanism "});
     Association member(cimClass, nameSpace);

@@ -96,8 +96,7 @@ CIMInstance ServerProfileProvider::_getRegisteredSubProfileInstance(String keyVa
     const Instances& profiles = _registeredProfiles;
     const Instances& entries = _registeredSubProfiles;
     for (Uint32 i = 0; i < entries.size(); ++i) {
-        // The position comes from the profiles, the value from the subprofiles: on purpose. Both
-        // arrays have three entries, and their classes have the same order of properties.
+        // The position comes from the profiles, the value from the subprofiles: on purpose.
         const Uint32 position = instanceIdPosition(profiles[i]);
         if (String::equalNoCase(keyValue, instanceIdAt(entries[i], position))) {
             handler.deliver(entries[i].clone());

@@ -63,8 +63,7 @@ void readConformingElements(const Request& request, const String& keyValue, List
             guarded(readBack, list, source.elementClass, {failureOf(source, list)});
             return;
         }
-        // A switch that could not be read is appended all the same, and the use of its
-        // uninitialised instance ends the operation with the library's exception: on purpose.
+        // A switch that could not be read is appended all the same: on purpose.
         CIMInstance localSwitch;
         guarded(readBack, localSwitch, localSwitchPath(request.nameSpace),
                 {failureOf(source, list)});
@@ -83,7 +82,7 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
             const Sint32 index = sourceIndex(request, profileEntries, keyValue);
             trace("Quil index of RegProfile is ", index);
             if (index == -1)
-                return; // an unknown profile ends the whole operation, the other bits too
+                return; // ends the whole operation: on purpose
             for (const SubProfilePair& pair : subProfilePairs)
                 if (static_cast<Sint32>(pair.profile) == index)
                     deliverEntry(handler, request, subProfileEntries, pair.subProfile);
@@ -142,7 +141,7 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
         if (index == -1) {
             if (texts.unknown != nullptr)
                 trace(texts.unknown, index);
-            return; // ends the whole operation, the other bits too
+            return; // as above
         }
         deliverRequirements(handler, request, [&](const SubProfilePair& pair) {
             return static_cast<Sint32>(pair.profile) == index;
@@ -166,31 +165,32 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
 
 } // namespace
 
-void ServerProfileProvider::_getRegisteredProfileAssociatorNames(
-    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
-    PathHandler& handler, const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredProfileAssociatorNames(String keyValue, Text assocClass,
+                                                                 Text resultClass, Text, Text,
+                                                                 PathHandler& handler,
+                                                                 const String& nameSpace) {
     trace(" Quil regProfAssociatorNames(): assoc class is ", assocClass);
     deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
-void ServerProfileProvider::_getRegisteredProfileAssociators(
-    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
-    bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredProfileAssociators(String keyValue, Text assocClass,
+                                                             Text resultClass, Text, Text, bool,
+                                                             bool, const CIMPropertyList&,
+                                                             ObjectHandler& handler,
+                                                             const String& nameSpace) {
     trace(" Quil regprofAssociators(): assoc class is ", assocClass, " keyValue is ", keyValue);
     deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
-void ServerProfileProvider::_getRegisteredProfileReferenceNames(String keyValue,
-                                                                const char* resultClass,
-                                                                const char*, PathHandler& handler,
+void ServerProfileProvider::_getRegisteredProfileReferenceNames(String keyValue, Text resultClass,
+                                                                Text, PathHandler& handler,
                                                                 const String& nameSpace) {
     trace(" Quil regProfReferenceNames(): result class is ", resultClass);
     deliverAssociations({*this, nameSpace}, referenceNamesTexts, keyValue,
                         selected::by(resultClass), handler);
 }
 
-void ServerProfileProvider::_getRegisteredProfileReferences(String keyValue,
-                                                            const char* resultClass, const char*,
+void ServerProfileProvider::_getRegisteredProfileReferences(String keyValue, Text resultClass, Text,
                                                             bool, bool, const CIMPropertyList&,
                                                             ObjectHandler& handler,
                                                             const String& nameSpace) {

@@ -16,7 +16,7 @@ void deliverFarEnds(const Request& request, const String& keyValue, int bits,
             const Sint32 index = sourceIndex(request, subProfileEntries, keyValue);
             if (index == -1) {
                 trace("Quil index of RegSubProfile is ", index);
-                return; // ends the whole operation, the firmware too: on purpose
+                return; // ends the whole operation: on purpose
             }
             for (const SubProfilePair& pair : subProfilePairs)
                 if (static_cast<Sint32>(pair.subProfile) == index)
@@ -76,23 +76,26 @@ void deliverAssociations(const Request& request, const ReferenceTexts& texts,
 
 } // namespace
 
-void ServerProfileProvider::_getRegisteredSubProfileAssociatorNames(
-    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
-    PathHandler& handler, const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredSubProfileAssociatorNames(String keyValue,
+                                                                    Text assocClass,
+                                                                    Text resultClass, Text, Text,
+                                                                    PathHandler& handler,
+                                                                    const String& nameSpace) {
     trace(" Quil regSubProfAssociatorNames(): assoc class is ", assocClass);
     deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
-void ServerProfileProvider::_getRegisteredSubProfileAssociators(
-    String keyValue, const char* assocClass, const char* resultClass, const char*, const char*,
-    bool, bool, const CIMPropertyList&, ObjectHandler& handler, const String& nameSpace) {
+void ServerProfileProvider::_getRegisteredSubProfileAssociators(String keyValue, Text assocClass,
+                                                                Text resultClass, Text, Text, bool,
+                                                                bool, const CIMPropertyList&,
+                                                                ObjectHandler& handler,
+                                                                const String& nameSpace) {
     trace(" Quil regSubProfAssociators(): assoc class is ", assocClass);
     deliverFarEnds({*this, nameSpace}, keyValue, selected::by(assocClass), resultClass, handler);
 }
 
 void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyValue,
-                                                                   const char* resultClass,
-                                                                   const char*,
+                                                                   Text resultClass, Text,
                                                                    PathHandler& handler,
                                                                    const String& nameSpace) {
     trace(" Quil regSubProfRefNames(): result class is ", resultClass);
@@ -100,9 +103,9 @@ void ServerProfileProvider::_getRegisteredSubProfileReferenceNames(String keyVal
                         selected::by(resultClass), handler);
 }
 
-void ServerProfileProvider::_getRegisteredSubProfileReferences(String keyValue,
-                                                               const char* resultClass, const char*,
-                                                               bool, bool, const CIMPropertyList&,
+void ServerProfileProvider::_getRegisteredSubProfileReferences(String keyValue, Text resultClass,
+                                                               Text, bool, bool,
+                                                               const CIMPropertyList&,
                                                                ObjectHandler& handler,
                                                                const String& nameSpace) {
     trace(" Quil regSubProfReferences(): result class is ", resultClass);

@@ -44,7 +44,7 @@ void ServerProfileProvider::initialize(CIMOMHandle& cimom) {
     trace("Quil initialize(): Start ");
     try {
         trace("Quil initialize(): Start BEFoRE MUTEX _initInProgress ", _initInProgress.load());
-        // Not a scoped lock: an exception that is no Pegasus::Exception leaves the mutex locked.
+        // Not a scoped lock: an exception of another type leaves it locked, on purpose.
         _mutex_lock();
         trace("Quil initialize(): Start AFTER MUTEX _initInProgress ", _initInProgress.load());
         _initInProgress = 1;

@@ -37,6 +37,7 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     using ObjectHandler = Pegasus::ObjectResponseHandler;
     using PathHandler = Pegasus::ObjectPathResponseHandler;
     using Instances = Pegasus::Array<CIMInstance>;
+    using Text = const char*;
 
     ServerProfileProvider();
     ~ServerProfileProvider() override;
@@ -118,183 +119,92 @@ class ServerProfileProvider : public Pegasus::CIMInstanceProvider,
     const Instances& registeredProfiles() const { return _registeredProfiles; }
     const Instances& registeredSubProfiles() const { return _registeredSubProfiles; }
 
-    // Registered profiles and subprofiles. A miss delivers nothing and returns an uninitialised
-    // instance.
+    // The families have functions of these kinds.
 
-    void _getRegisteredProfileInstances(String, InstanceHandler& handler, const String&);
-    void _getRegisteredSubProfileInstances(String, InstanceHandler& handler, const String&);
-    void _getRegisteredProfileInstanceNames(String className, PathHandler& handler,
-                                            const String& nameSpace);
-    void _getRegisteredSubProfileInstanceNames(String className, PathHandler& handler,
-                                               const String& nameSpace);
-    CIMInstance _getRegisteredProfileInstance(String keyValue, InstanceHandler& handler);
-    CIMInstance _getRegisteredSubProfileInstance(String keyValue, InstanceHandler& handler);
+    using EnumerateNames = void(String className, PathHandler& handler, const String& nameSpace);
+    using EnumerateInstances = void(String className, InstanceHandler& handler,
+                                    const String& nameSpace);
+    /// Both in one. `instances`: deliver instances through an InstanceResponseHandler, else paths
+    /// through an ObjectPathResponseHandler; a handler of the other kind is a std::bad_cast at the
+    /// first delivery.
+    using Enumerate = void(String className, Handler& handler, const String& nameSpace,
+                           bool instances);
+    /// A miss delivers nothing and returns an uninitialised instance.
+    using GetByKey = CIMInstance(String keyValue, InstanceHandler& handler);
+    /// Echoes whatever association the client names.
+    using GetByPath = CIMInstance(const CIMObjectPath& path, InstanceHandler& handler);
+    using AssociatorNames = void(String keyValue, Text assocClass, Text resultClass, Text role,
+                                 Text resultRole, PathHandler& handler, const String& nameSpace);
+    using Associators = void(String keyValue, Text assocClass, Text resultClass, Text role,
+                             Text resultRole, bool includeQualifiers, bool includeClassOrigin,
+                             const CIMPropertyList& propertyList, ObjectHandler& handler,
+                             const String& nameSpace);
+    using ReferenceNames = void(String keyValue, Text resultClass, Text role, PathHandler& handler,
+                                const String& nameSpace);
+    using References = void(String keyValue, Text resultClass, Text role, bool includeQualifiers,
+                            bool includeClassOrigin, const CIMPropertyList& propertyList,
+                            ObjectHandler& handler, const String& nameSpace);
+    // The same, with the path of the source itself.
+    using ReferenceNamesOf = void(String keyValue, Text resultClass, Text role,
+                                  PathHandler& handler, const String& nameSpace,
+                                  const CIMObjectPath& objectName);
+    using ReferencesOf = void(String keyValue, Text resultClass, Text role, bool includeQualifiers,
+                              bool includeClassOrigin, const CIMPropertyList& propertyList,
+                              ObjectHandler& handler, const String& nameSpace,
+                              const CIMObjectPath& objectName);
+
+    // Registered profiles and subprofiles.
+    EnumerateInstances _getRegisteredProfileInstances, _getRegisteredSubProfileInstances;
+    EnumerateNames _getRegisteredProfileInstanceNames, _getRegisteredSubProfileInstanceNames;
+    GetByKey _getRegisteredProfileInstance, _getRegisteredSubProfileInstance;
 
     // The host of the object manager. Its path is in "root/cimv2" whatever the request says.
-
     CIMInstance buildOrvexOMHostInstance(String className, OrvexOMHost host);
     CIMObjectPath buildOrvexOMHostReference(String className, OrvexOMHost host, String nameSpace);
-    CIMInstance _getOrvexOMHostInstance(String key, InstanceHandler& handler);
-    void _getOrvexOMHostInstances(String className, InstanceHandler& handler, const String&);
-    void _getOrvexOHostInstanceNames(String className, PathHandler& handler,
-                                     const String& nameSpace);
+    GetByKey _getOrvexOMHostInstance;
+    EnumerateInstances _getOrvexOMHostInstances;
+    EnumerateNames _getOrvexOHostInstanceNames;
 
     // The software identity. Its path is in "root/cimv2" whatever the request says.
-
     CIMInstance buildOrvexSIInstance(String className, OrvexSI si);
     CIMObjectPath buildOrvexSIReference(String className, OrvexSI si, String nameSpace);
-    CIMInstance _getOrvexSIInstance(String key, InstanceHandler& handler);
-    void _getOrvexSIInstances(String className, InstanceHandler& handler, const String&);
-    void _getOrvexSIInstanceNames(String className, PathHandler& handler, const String& nameSpace);
+    GetByKey _getOrvexSIInstance;
+    EnumerateInstances _getOrvexSIInstances;
+    EnumerateNames _getOrvexSIInstanceNames;
 
-    // The association classes: enumerated from the catalogue or from what the server's other
-    // providers publish, got by echoing whatever association the client names. `instances`: deliver
-    // instances through an InstanceResponseHandler, else paths through an
-    // ObjectPathResponseHandler; a handler of the other kind is a std::bad_cast at the first
-    // delivery.
-
-    void _getSubprofileRequiresProfileInstanceNames(String, PathHandler& handler,
-                                                    const String& nameSpace);
-    void _getSubprofileRequiresProfileInstances(String, InstanceHandler& handler,
-                                                const String& nameSpace);
-    CIMInstance _getSubprofileRequiresProfileInstance(const CIMObjectPath& instanceName,
-                                                      InstanceHandler& handler);
-    void _getElementConformstoProfileInstanceNames(String, PathHandler& handler,
-                                                   const String& nameSpace);
-    void _getElementConformstoProfileInstances(String, InstanceHandler& handler,
-                                               const String& nameSpace);
-    CIMInstance _getElementConformstoProfileInstance(const CIMObjectPath& instanceName,
-                                                     InstanceHandler& handler);
-    void _getCommMechForMgrHelper(String, Handler& handler, const String& nameSpace,
-                                  bool instances);
-    CIMInstance _getCommMechForMgrInstance(const CIMObjectPath& path, InstanceHandler& handler);
-    void _getNSInMgrHelper(String, Handler& handler, const String& nameSpace, bool instances);
-    CIMInstance _getNSInMgrInstance(const CIMObjectPath& path, InstanceHandler& handler);
-    void _getOrvexSPHostedAccessPointHelper(String, Handler& handler, const String& nameSpace,
-                                            bool instances);
-    CIMInstance _getOrvexSPHostedAccessPointInstance(const CIMObjectPath& path,
-                                                     InstanceHandler& handler);
-    void _getOrvexSPHostedServiceHelper(String, Handler& handler, const String& nameSpace,
-                                        bool instances);
-    CIMInstance _getOrvexSPHostedServiceInstance(const CIMObjectPath& path,
-                                                 InstanceHandler& handler);
-    void _getOrvexSPESIHelper(String, Handler& handler, const String& nameSpace, bool instances);
-    CIMInstance _getOrvexSPESIInstance(const CIMObjectPath& path, InstanceHandler& handler);
+    // The association classes: from the catalogue, or from what the server's other providers
+    // publish.
+    EnumerateNames _getSubprofileRequiresProfileInstanceNames,
+        _getElementConformstoProfileInstanceNames;
+    EnumerateInstances _getSubprofileRequiresProfileInstances,
+        _getElementConformstoProfileInstances;
+    Enumerate _getCommMechForMgrHelper, _getNSInMgrHelper, _getOrvexSPHostedAccessPointHelper,
+        _getOrvexSPHostedServiceHelper, _getOrvexSPESIHelper;
+    GetByPath _getSubprofileRequiresProfileInstance, _getElementConformstoProfileInstance,
+        _getCommMechForMgrInstance, _getNSInMgrInstance, _getOrvexSPHostedAccessPointInstance,
+        _getOrvexSPHostedServiceInstance, _getOrvexSPESIInstance;
 
     // Traversals, by source class. The association classes are selected by `assocClass`, in the two
     // reference operations by `resultClass`; an unknown one selects nothing and is no error.
 
-    // From a registered profile.
-    void _getRegisteredProfileAssociatorNames(String keyValue, const char* assocClass,
-                                              const char* resultClass, const char* role,
-                                              const char* resultRole, PathHandler& handler,
-                                              const String& nameSpace);
-    void _getRegisteredProfileAssociators(String keyValue, const char* assocClass,
-                                          const char* resultClass, const char* role,
-                                          const char* resultRole, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList,
-                                          ObjectHandler& handler, const String& nameSpace);
-    void _getRegisteredProfileReferenceNames(String keyValue, const char* resultClass,
-                                             const char* role, PathHandler& handler,
-                                             const String& nameSpace);
-    void _getRegisteredProfileReferences(String keyValue, const char* resultClass, const char* role,
-                                         bool includeQualifiers, bool includeClassOrigin,
-                                         const CIMPropertyList& propertyList,
-                                         ObjectHandler& handler, const String& nameSpace);
-
-    // From a registered subprofile.
-    void _getRegisteredSubProfileAssociatorNames(String keyValue, const char* assocClass,
-                                                 const char* resultClass, const char* role,
-                                                 const char* resultRole, PathHandler& handler,
-                                                 const String& nameSpace);
-    void _getRegisteredSubProfileAssociators(String keyValue, const char* assocClass,
-                                             const char* resultClass, const char* role,
-                                             const char* resultRole, bool includeQualifiers,
-                                             bool includeClassOrigin,
-                                             const CIMPropertyList& propertyList,
-                                             ObjectHandler& handler, const String& nameSpace);
-    void _getRegisteredSubProfileReferenceNames(String keyValue, const char* resultClass,
-                                                const char* role, PathHandler& handler,
-                                                const String& nameSpace);
-    void _getRegisteredSubProfileReferences(String keyValue, const char* resultClass,
-                                            const char* role, bool includeQualifiers,
-                                            bool includeClassOrigin,
-                                            const CIMPropertyList& propertyList,
-                                            ObjectHandler& handler, const String& nameSpace);
-
-    // From the host of the object manager.
-    void _getOrvexOMHostAssociatorNames(String keyValue, const char* assocClass,
-                                        const char* resultClass, const char* role,
-                                        const char* resultRole, PathHandler& handler,
-                                        const String& nameSpace);
-    void _getOrvexOMHostAssociators(String keyValue, const char* assocClass,
-                                    const char* resultClass, const char* role,
-                                    const char* resultRole, bool includeQualifiers,
-                                    bool includeClassOrigin, const CIMPropertyList& propertyList,
-                                    ObjectHandler& handler, const String& nameSpace);
-    void _getOrvexOMHostReferenceNames(String keyValue, const char* resultClass, const char* role,
-                                       PathHandler& handler, const String& nameSpace);
-    void _getOrvexOMHostReferences(String keyValue, const char* resultClass, const char* role,
-                                   bool includeQualifiers, bool includeClassOrigin,
-                                   const CIMPropertyList& propertyList, ObjectHandler& handler,
-                                   const String& nameSpace);
-
-    // From the object manager.
-    void _getObjMgrAssociatorNames(String keyValue, const char* assocClass, const char* resultClass,
-                                   const char* role, const char* resultRole, PathHandler& handler,
-                                   const String& nameSpace);
-    void _getObjMgrAssociators(String keyValue, const char* assocClass, const char* resultClass,
-                               const char* role, const char* resultRole, bool includeQualifiers,
-                               bool includeClassOrigin, const CIMPropertyList& propertyList,
-                               ObjectHandler& handler, const String& nameSpace);
-    void _getObjMgrReferenceNames(String keyValue, const char* resultClass, const char* role,
-                                  PathHandler& handler, const String& nameSpace);
-    void _getObjMgrReferences(String keyValue, const char* resultClass, const char* role,
-                              bool includeQualifiers, bool includeClassOrigin,
-                              const CIMPropertyList& propertyList, ObjectHandler& handler,
-                              const String& nameSpace);
-
-    // From a communication mechanism; `objectName` is the source itself.
-    void _getCimXmlCMAssociatorNames(String keyValue, const char* assocClass,
-                                     const char* resultClass, const char* role,
-                                     const char* resultRole, PathHandler& handler,
-                                     const String& nameSpace);
-    void _getCimXmlCMAssociators(String keyValue, const char* assocClass, const char* resultClass,
-                                 const char* role, const char* resultRole, bool includeQualifiers,
-                                 bool includeClassOrigin, const CIMPropertyList& propertyList,
-                                 ObjectHandler& handler, const String& nameSpace);
-    void _getCimXmlCMReferenceNames(String keyValue, const char* resultClass, const char* role,
-                                    PathHandler& handler, const String& nameSpace,
-                                    const CIMObjectPath& objectName);
-    void _getCimXmlCMReferences(String keyValue, const char* resultClass, const char* role,
-                                bool includeQualifiers, bool includeClassOrigin,
-                                const CIMPropertyList& propertyList, ObjectHandler& handler,
-                                const String& nameSpace, const CIMObjectPath& objectName);
-
-    // From a namespace; `objectName` is the source itself.
-    void _getNamespaceAssociatorNames(String keyValue, const char* assocClass,
-                                      const char* resultClass, const char* role,
-                                      const char* resultRole, PathHandler& handler,
-                                      const String& nameSpace);
-    void _getNamespaceAssociators(String keyValue, const char* assocClass, const char* resultClass,
-                                  const char* role, const char* resultRole, bool includeQualifiers,
-                                  bool includeClassOrigin, const CIMPropertyList& propertyList,
-                                  ObjectHandler& handler, const String& nameSpace);
-    void _getNamespaceReferenceNames(String keyValue, const char* resultClass, const char* role,
-                                     PathHandler& handler, const String& nameSpace,
-                                     const CIMObjectPath& objectName);
-    void _getNamespaceReferences(String keyValue, const char* resultClass, const char* role,
-                                 bool includeQualifiers, bool includeClassOrigin,
-                                 const CIMPropertyList& propertyList, ObjectHandler& handler,
-                                 const String& nameSpace, const CIMObjectPath& objectName);
+    AssociatorNames _getRegisteredProfileAssociatorNames, _getRegisteredSubProfileAssociatorNames,
+        _getOrvexOMHostAssociatorNames, _getObjMgrAssociatorNames, _getCimXmlCMAssociatorNames,
+        _getNamespaceAssociatorNames;
+    Associators _getRegisteredProfileAssociators, _getRegisteredSubProfileAssociators,
+        _getOrvexOMHostAssociators, _getObjMgrAssociators, _getCimXmlCMAssociators,
+        _getNamespaceAssociators;
+    ReferenceNames _getRegisteredProfileReferenceNames, _getRegisteredSubProfileReferenceNames,
+        _getOrvexOMHostReferenceNames, _getObjMgrReferenceNames;
+    References _getRegisteredProfileReferences, _getRegisteredSubProfileReferences,
+        _getOrvexOMHostReferences, _getObjMgrReferences;
+    ReferenceNamesOf _getCimXmlCMReferenceNames, _getNamespaceReferenceNames;
+    ReferencesOf _getCimXmlCMReferences, _getNamespaceReferences;
 
     // From the software identity: 0 associator names, 1 associators, 2 reference names,
     // 3 references; any other mode delivers nothing. A handler of the other kind is a std::bad_cast
     // at the first delivery.
-    void _getOrvexSIAssociatorReferenceHelper(String keyValue, const char* assocClass,
-                                              const char* resultClass, const char* role,
-                                              const char* resultRole, bool includeQualifiers,
+    void _getOrvexSIAssociatorReferenceHelper(String keyValue, Text assocClass, Text resultClass,
+                                              Text role, Text resultRole, bool includeQualifiers,
                                               bool includeClassOrigin, Handler& handler,
                                               const String& nameSpace, int mode);
 

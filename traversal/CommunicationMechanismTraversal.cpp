@@ -48,28 +48,27 @@ void deliverAssociations(const Request& request, int bits, const CIMObjectPath& 
 
 } // namespace
 
-void ServerProfileProvider::_getCimXmlCMAssociatorNames(String keyValue, const char* assocClass,
-                                                        const char* resultClass, const char*,
-                                                        const char*, PathHandler& handler,
+void ServerProfileProvider::_getCimXmlCMAssociatorNames(String keyValue, Text assocClass,
+                                                        Text resultClass, Text, Text,
+                                                        PathHandler& handler,
                                                         const String& nameSpace) {
     trace(" Quil CimXmlCMAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil CimXmlCMAssociatorNames(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
-void ServerProfileProvider::_getCimXmlCMAssociators(String keyValue, const char* assocClass,
-                                                    const char* resultClass, const char*,
-                                                    const char*, bool, bool, const CIMPropertyList&,
-                                                    ObjectHandler& handler,
+void ServerProfileProvider::_getCimXmlCMAssociators(String keyValue, Text assocClass,
+                                                    Text resultClass, Text, Text, bool, bool,
+                                                    const CIMPropertyList&, ObjectHandler& handler,
                                                     const String& nameSpace) {
     trace(" Quil CimXmlCMAssociators(): assoc class is ", assocClass);
     trace(" Quil CimXmlCMAssociators(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
-// The name of the other operation in its trace is on purpose.
-void ServerProfileProvider::_getCimXmlCMReferenceNames(String keyValue, const char* resultClass,
-                                                       const char*, PathHandler& handler,
+// The other operation's name in its trace: on purpose.
+void ServerProfileProvider::_getCimXmlCMReferenceNames(String keyValue, Text resultClass, Text,
+                                                       PathHandler& handler,
                                                        const String& nameSpace,
                                                        const CIMObjectPath& objectName) {
     trace(" Quil CimXmlCMReferences(): result class is ", resultClass);
@@ -77,8 +76,8 @@ void ServerProfileProvider::_getCimXmlCMReferenceNames(String keyValue, const ch
                         objectName, handler);
 }
 
-void ServerProfileProvider::_getCimXmlCMReferences(String keyValue, const char* resultClass,
-                                                   const char*, bool, bool, const CIMPropertyList&,
+void ServerProfileProvider::_getCimXmlCMReferences(String keyValue, Text resultClass, Text, bool,
+                                                   bool, const CIMPropertyList&,
                                                    ObjectHandler& handler, const String& nameSpace,
                                                    const CIMObjectPath& objectName) {
     trace(" Quil CimXmlCMReferences(): result class is ", resultClass);
@@ -86,7 +85,7 @@ void ServerProfileProvider::_getCimXmlCMReferences(String keyValue, const char* 
                         objectName, handler);
 }
 
-// Traversed only under its PG_ name.
+// Traversed only under its PG_ name: on purpose.
 constexpr ServedClass serverprofile::cimXmlMechanismRow = {communicationMechanismClass, "Name"};
 
 constexpr ServedClass serverprofile::pgCimXmlMechanismRow =

@@ -27,9 +27,9 @@ constexpr const char* referencesStep = " Quil NS in Mgr - 1 ";
 
 } // namespace
 
-void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue, const char* assocClass,
-                                                         const char* resultClass, const char*,
-                                                         const char*, PathHandler& handler,
+void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue, Text assocClass,
+                                                         Text resultClass, Text, Text,
+                                                         PathHandler& handler,
                                                          const String& nameSpace) {
     trace(" Quil NamespaceAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil NamespaceAssociatorNames(): result class is ", resultClass);
@@ -37,9 +37,8 @@ void ServerProfileProvider::_getNamespaceAssociatorNames(String keyValue, const 
         deliverManagers({*this, nameSpace}, handler);
 }
 
-void ServerProfileProvider::_getNamespaceAssociators(String keyValue, const char* assocClass,
-                                                     const char* resultClass, const char*,
-                                                     const char*, bool, bool,
+void ServerProfileProvider::_getNamespaceAssociators(String keyValue, Text assocClass,
+                                                     Text resultClass, Text, Text, bool, bool,
                                                      const CIMPropertyList&, ObjectHandler& handler,
                                                      const String& nameSpace) {
     trace(" Quil NamespaceAssociators(): assoc class is ", assocClass);
@@ -48,8 +47,8 @@ void ServerProfileProvider::_getNamespaceAssociators(String keyValue, const char
         deliverManagers({*this, nameSpace}, handler);
 }
 
-void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue, const char* resultClass,
-                                                        const char*, PathHandler& handler,
+void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue, Text resultClass, Text,
+                                                        PathHandler& handler,
                                                         const String& nameSpace,
                                                         const CIMObjectPath& objectName) {
     trace(" Quil NamespaceReferenceNames(): result class is ", resultClass);
@@ -57,8 +56,8 @@ void ServerProfileProvider::_getNamespaceReferenceNames(String keyValue, const c
         deliverManagerAssociations({*this, nameSpace}, namespaceInManager, objectName, handler);
 }
 
-void ServerProfileProvider::_getNamespaceReferences(String keyValue, const char* resultClass,
-                                                    const char*, bool, bool, const CIMPropertyList&,
+void ServerProfileProvider::_getNamespaceReferences(String keyValue, Text resultClass, Text, bool,
+                                                    bool, const CIMPropertyList&,
                                                     ObjectHandler& handler, const String& nameSpace,
                                                     const CIMObjectPath& objectName) {
     trace(" Quil NamespaceReferences(): result class is ", resultClass);
@@ -66,7 +65,7 @@ void ServerProfileProvider::_getNamespaceReferences(String keyValue, const char*
         deliverManagerAssociations({*this, nameSpace}, namespaceInManager, objectName, handler);
 }
 
-// Traversed only under its PG_ name.
+// Traversed only under its PG_ name: on purpose.
 constexpr ServedClass serverprofile::cimNamespaceRow = {namespaceClass, "Name"};
 
 constexpr ServedClass serverprofile::pgNamespaceRow =

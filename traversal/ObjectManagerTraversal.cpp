@@ -40,8 +40,7 @@ constexpr Member members[] = {
      communicationMechanismClass, " Quil exception ei for CIM_CIMXMLCommunicationMechanism "},
 };
 
-// Whole instances that cannot be read write a second line, which names CIM_Namespace whatever the
-// class: on purpose.
+// CIM_Namespace whatever the class: on purpose.
 const char* secondFailureLine(const Array<CIMObjectPath>&) {
     return nullptr;
 }
@@ -49,8 +48,8 @@ const char* secondFailureLine(const Array<CIMInstance>&) {
     return "ObjMgrAssoc:(): Exception - ei CIM_Namespace ";
 }
 
-/// Reads the members of each selected class into `list` and calls visit(member, list). A class
-/// whose read-back fails is visited with what the list held before: on purpose.
+/// Reads the members of each selected class into `list` (one for all: on purpose) and calls
+/// visit(member, list).
 template <class List, class Visit>
 void forEachMember(const Request& request, int bits, List list, Visit visit) {
     const ReadBack readBack(request.provider.cimomHandle(), request.nameSpace);
@@ -85,7 +84,7 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
     if (bits == 0)
         return;
     List managers;
-    // The trace names another class than the one that is read: on purpose.
+    // The trace's CIM_Namespace: on purpose.
     if (!guarded<CIMException>(ReadBack(request.provider.cimomHandle(), request.nameSpace),
                                managers, objectManagerClass,
                                {" Quil exception ni for CIM_Namespace -Exiting "}))
@@ -114,35 +113,35 @@ void deliverAssociations(const Request& request, int bits, Handler& handler) {
 
 } // namespace
 
-void ServerProfileProvider::_getObjMgrAssociatorNames(String keyValue, const char* assocClass,
-                                                      const char* resultClass, const char*,
-                                                      const char*, PathHandler& handler,
+void ServerProfileProvider::_getObjMgrAssociatorNames(String keyValue, Text assocClass,
+                                                      Text resultClass, Text, Text,
+                                                      PathHandler& handler,
                                                       const String& nameSpace) {
     trace(" Quil ObjMgrAssociatorNames(): assoc class is ", assocClass);
     trace(" Quil ObjMgrAssociatorNames(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
-void ServerProfileProvider::_getObjMgrAssociators(String keyValue, const char* assocClass,
-                                                  const char* resultClass, const char*, const char*,
-                                                  bool, bool, const CIMPropertyList&,
-                                                  ObjectHandler& handler, const String& nameSpace) {
+void ServerProfileProvider::_getObjMgrAssociators(String keyValue, Text assocClass,
+                                                  Text resultClass, Text, Text, bool, bool,
+                                                  const CIMPropertyList&, ObjectHandler& handler,
+                                                  const String& nameSpace) {
     trace(" Quil ObjMgrAssociators(): assoc class is ", assocClass);
     trace(" Quil ObjMgrAssociators(): result class is ", resultClass);
     deliverFarEnds({*this, nameSpace}, selectTraced(selection, assocClass, all, keyValue), handler);
 }
 
-// The name of the other operation in its trace is on purpose.
-void ServerProfileProvider::_getObjMgrReferenceNames(String keyValue, const char* resultClass,
-                                                     const char*, PathHandler& handler,
+// The other operation's name in its trace: on purpose.
+void ServerProfileProvider::_getObjMgrReferenceNames(String keyValue, Text resultClass, Text,
+                                                     PathHandler& handler,
                                                      const String& nameSpace) {
     trace(" Quil ObjMgrReferences(): result class is ", resultClass);
     deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),
                         handler);
 }
 
-void ServerProfileProvider::_getObjMgrReferences(String keyValue, const char* resultClass,
-                                                 const char*, bool, bool, const CIMPropertyList&,
+void ServerProfileProvider::_getObjMgrReferences(String keyValue, Text resultClass, Text, bool,
+                                                 bool, const CIMPropertyList&,
                                                  ObjectHandler& handler, const String& nameSpace) {
     trace(" Quil ObjMgrReferences(): result class is ", resultClass);
     deliverAssociations({*this, nameSpace}, selectTraced(selection, resultClass, all, keyValue),

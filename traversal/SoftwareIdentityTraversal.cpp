@@ -42,9 +42,11 @@ struct Deliver {
 
 } // namespace
 
-void ServerProfileProvider::_getOrvexSIAssociatorReferenceHelper(
-    String, const char* assocClass, const char* resultClass, const char*, const char*, bool, bool,
-    Handler& handler, const String& nameSpace, int mode) {
+void ServerProfileProvider::_getOrvexSIAssociatorReferenceHelper(String, Text assocClass,
+                                                                 Text resultClass, Text, Text, bool,
+                                                                 bool, Handler& handler,
+                                                                 const String& nameSpace,
+                                                                 int mode) {
     trace(" Quil orvexSIAssociators(): assoc class is ", assocClass);
     trace(" Quil orvexSIAssociators(): result class is ", resultClass);
     if (selectTraced(selection, assocClass, 1) == 0)
