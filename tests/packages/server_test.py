@@ -11,6 +11,7 @@ import kinds
 from installation import HIGHER, KIND, PACKED, SOURCE, Installation
 
 REGISTER_TESTS = SOURCE / "tests" / "register"
+BUILT = SOURCE / "build" / "package"  # by scripts/package.sh
 RECORD = pathlib.Path("/var/lib/serverprofile-provider/record")
 SETTINGS = pathlib.Path("/etc/serverobjects/ServerObjectsProvider.conf")
 sys.path.append(str(REGISTER_TESTS))
@@ -30,7 +31,11 @@ def build(folder):
             (*shared, library, "-Wl,-soname,libpegcommon.so.1", REGISTER_TESTS / "StandInCommon.cpp"),
             (*shared, good / "libServerProfileProvider.so", f"-Wl,-rpath,{server}",
              REGISTER_TESTS / "StandInModule.cpp", library),
-            ("-std=c++17", "-o", folder / "client", REGISTER_TESTS / "ToolClient.cpp")):
+            ("-std=c++17", "-o", folder / "client", REGISTER_TESTS / "ToolClient.cpp"),
+            ("-std=c++17", f"-I{SOURCE}", f"-I{SOURCE}/embedded", "-o", folder / "mof-reader",
+             REGISTER_TESTS / "MofReader.cpp", *(BUILT / library for library in (
+                 "register/libserverprofile_register.a", "embedded/mof/libembedded_mof.a",
+                 "embedded/text/libembedded_text.a")))):
         subprocess.run(["c++", *arguments], check=True)
     (good / "libServerObjectsProvider.so").symlink_to("libServerProfileProvider.so")
 
@@ -43,6 +48,7 @@ class Server(Installation):
         cls.folder = pathlib.Path(folder.name)
         build(cls.folder)
         stand_in_test.LIBRARIES = cls.folder
+        stand_in_test.stand_in.READER = cls.folder / "mof-reader"
 
     def setUp(self):
         super().setUp()

@@ -4,21 +4,16 @@ words and exit codes of the real ones.
 It is like one that is built as usual: its interop namespace is root/PG_InterOp, where it has an object
 manager of its own, and it answers for PG_Namespace everywhere.
 
-The state is {"namespaces": {NAME: {CLASS: {"super", "version", "refs", "keys", "text"}}},
+The state is {"namespaces": {NAME: {CLASS: {"super", "version", "refs", "keys"}}},
 "qualifiers": {NAME: [QUALIFIER...]}, "registered": [INSTANCE...], "stored": [[NAMESPACE, CLASS]...],
-"configured": {PROPERTY: VALUE}}, an INSTANCE being {"class", "properties": {NAME: MOF}}.
+"configured": {PROPERTY: VALUE}}, an INSTANCE being {"class", "properties": {NAME: VALUE}}.
 """
 
+import json
 import pathlib
-import re
+import subprocess
 
-CLASS = re.compile(r"((?:\[(?:\"(?:\\.|[^\"])*\"|[^\]\"])*\]\s*)?class\s+(\w+)(?:\s*:\s*(\w+))?"
-                   r"\s*\{.*?\n\};)", re.S)
-QUALIFIER = re.compile(r"^Qualifier\s+(\w+)", re.M | re.I)
-KEY = re.compile(r"\[Key\b(?:\"(?:\\.|[^\"])*\"|[^\]\"])*\]\s*(\w+(?:\s+REF)?\s+\w+)")
-INCLUDE = re.compile(r'^#pragma include \("(.*)"\)', re.M)
-INSTANCE = re.compile(r"instance of (\w+)\s*\{(.*?)\n\};", re.S)
-PROPERTY = re.compile(r"(\w+)\s*=\s*(.*?);", re.S)
+READER = ""  # MofReader.cpp as a program
 KEYS = {"PG_ProviderModule": ["Name"], "PG_Provider": ["ProviderModuleName", "Name"],
         "PG_ProviderCapabilities": ["ProviderModuleName", "ProviderName", "CapabilityID"]}
 
@@ -43,8 +38,10 @@ def chain(classes, name):
         name = classes[name]["super"]
 
 
-def names_in(mof):
-    return re.findall(r'"([^"]*)"', mof)
+def mof(value):
+    if isinstance(value, list):
+        return "{" + ", ".join(map(mof, value)) + "}"
+    return json.dumps(value)
 
 
 class Tool:
@@ -66,40 +63,33 @@ class Cimmof(Tool):
         namespace = arguments[arguments.index("-n") + 1]
         self.classes = state["namespaces"].setdefault(namespace, {})
         self.qualifiers = state["qualifiers"].setdefault(namespace, [])
-        self.include = (pathlib.Path(arguments[arguments.index("-I") + 1]) if "-I" in arguments
-                        else None)
         self.file = pathlib.Path(arguments[-1])
 
     def run(self):
-        self.compile(self.file)
+        read = subprocess.run([READER, self.file], capture_output=True, text=True, check=False)
+        if read.returncode != 0:
+            raise Refused(250, read.stderr)
+        declared = json.loads(read.stdout)
+        self.qualifiers += [q for q in declared["qualifiers"] if q not in self.qualifiers]
+        for one in declared["classes"]:
+            self.add_class(one.pop("name"), one)
+        for one in declared["instances"]:
+            self.add_instance(one["class"], one["properties"])
 
-    def compile(self, file):
-        text = re.sub(r"^\s*//.*$", "", file.read_text(), flags=re.M)
-        for name in INCLUDE.findall(text):
-            self.compile(self.include / name)
-        self.qualifiers += [q for q in QUALIFIER.findall(text) if q not in self.qualifiers]
-        for declaration, name, above in CLASS.findall(text):
-            self.add_class(declaration, name, above)
-        for name, body in INSTANCE.findall(text):
-            self.add_instance(name, body)
-
-    def add_class(self, text, name, above):
+    def add_class(self, name, declared):
+        above = declared["super"]
         if above and above not in self.classes:
             raise Refused(250, f"Parsing error: parse error: Error adding class {name} to the "
                                f"repository: CIM_ERR_INVALID_SUPERCLASS: {above}\n")
         if name in self.classes and not self.update:
             self.err += (f"Warning:  Class {name} already exists in the repository\n")
             return
-        if "Version" in text and "Version" not in self.qualifiers:
+        if declared["version"] and "Version" not in self.qualifiers:
             raise Refused(250, "Parsing error: Could not find declaration for Qualifier named "
                                "Version\n")
-        version = re.search(r'Version\s*\(\s*"([^"]*)"', text)
-        self.classes[name] = {"super": above, "version": version[1] if version else "",
-                              "refs": re.findall(r"(\w+)\s+REF\s", text),
-                              "keys": KEY.findall(text), "text": text}
+        self.classes[name] = declared
 
-    def add_instance(self, name, body):
-        properties = dict(PROPERTY.findall(body))
+    def add_instance(self, name, properties):
         keys = [properties.get(key) for key in KEYS[name]]
         for other in self.state["registered"]:
             if other["class"] != name:
@@ -113,13 +103,13 @@ class Cimmof(Tool):
                                    "CIM_ERR_FAILED: A provider is already registered for the "
                                    "specified capability.\n")
         if name == "PG_ProviderModule":
-            properties.setdefault("OperationalStatus", "{2}")
+            properties.setdefault("OperationalStatus", [2])
         self.state["registered"].append({"class": name, "properties": properties})
 
     @staticmethod
     def rivals(one, other):
         return one["ClassName"] == other["ClassName"] and bool(
-            set(names_in(one["Namespaces"])) & set(names_in(other["Namespaces"])))
+            set(one["Namespaces"]) & set(other["Namespaces"]))
 
 
 class Cimprovider(Tool):
@@ -129,13 +119,13 @@ class Cimprovider(Tool):
         self.module = arguments[-1]
 
     def run(self):
-        modules = {names_in(i["properties"]["Name"])[0]: i["properties"]
+        modules = {i["properties"]["Name"]: i["properties"]
                    for i in self.state["registered"] if i["class"] == "PG_ProviderModule"}
         if self.action == "-l":
             width = max(map(len, modules), default=6) + 5
             self.say("MODULE".ljust(width) + "STATUS")
             for name, properties in modules.items():
-                ok = properties["OperationalStatus"] == "{2}"
+                ok = properties["OperationalStatus"] == [2]
                 self.say(name.ljust(width) + ("OK " if ok else "Stopped "))
             return
         if self.module not in modules:
@@ -143,14 +133,14 @@ class Cimprovider(Tool):
         if self.action == "-r":
             self.say("Deleting provider module...")
             self.state["registered"] = [
-                i for i in self.state["registered"] if f'"{self.module}"' not in
+                i for i in self.state["registered"] if self.module not in
                 (i["properties"].get("ProviderModuleName"), i["properties"]["Name"]
                  if i["class"] == "PG_ProviderModule" else None)]
             self.say("Provider module deleted successfully.")
         else:
             enable = self.action == "-e"
             self.say(f"{'En' if enable else 'Dis'}abling provider module...")
-            modules[self.module]["OperationalStatus"] = "{2}" if enable else "{10}"
+            modules[self.module]["OperationalStatus"] = [2 if enable else 10]
             self.say(f"Provider module {'en' if enable else 'dis'}abled successfully.")
 
 
@@ -184,12 +174,18 @@ class Cimcli(Tool):
 
     def gc(self):
         line = "// " + "=" * 51
-        text = self.classes[self.name]["text"]
-        if self.whole:
-            keys = [key for name in chain(self.classes, self.name)
-                    for key in self.classes[name]["keys"]]
-            text = f"class {self.name}\n{{\n" + "".join(f"    [Key] {k};\n" for k in keys) + "};"
-        self.say(f"\n{line}\n// {self.name}\n{line}\n\n{text}")
+        one = self.classes[self.name]
+        keys = [key for name in (chain(self.classes, self.name) if self.whole else [self.name])
+                for key in self.classes[name]["keys"]]
+        self.say(f"\n{line}\n// {self.name}\n{line}\n")
+        if one["version"]:
+            self.say(f'[Version("{one["version"]}")]')
+        self.say(f"class {self.name}{' : ' + one['super'] if one['super'] else ''}\n{{")
+        for key in keys:
+            self.say(f"    [Key] string {key};")
+        for number, name in enumerate(one["refs"]):
+            self.say(f"    {name} REF r{number};")
+        self.say("};")
 
     def eq(self):
         for name in self.qualifiers:
@@ -235,10 +231,10 @@ class Cimcli(Tool):
 
     def served(self, name):
         ok = [i["properties"]["Name"] for i in self.state["registered"]
-              if i["properties"].get("OperationalStatus") == "{2}"]
-        return any(i["properties"].get("ClassName") == f'"{name}"'
+              if i["properties"].get("OperationalStatus") == [2]]
+        return any(i["properties"].get("ClassName") == name
                    and i["properties"]["ProviderModuleName"] in ok
-                   and self.namespace in names_in(i["properties"]["Namespaces"])
+                   and self.namespace in i["properties"]["Namespaces"]
                    for i in self.state["registered"])
 
     def ei(self):
@@ -247,7 +243,7 @@ class Cimcli(Tool):
                 self.say(f"\n// path= {self.name}\n\ninstance of {self.name}\n{{\n"
                       "    InstanceID = NULL;")
                 for name, value in instance["properties"].items():
-                    self.say(f"    {name} = {value};")
+                    self.say(f"    {name} = {mof(value)};")
                 self.say("};")
 
 

@@ -132,7 +132,7 @@ class Tools:
         parts = text.split("\n};\n")
         if included:
             parts = []
-        handle, name = tempfile.mkstemp(suffix=".mof", dir=self.directory)
+        handle, name = tempfile.mkstemp(suffix=".mof", dir=pathlib.Path(file).parent)
         with os.fdopen(handle, "w") as stream:
             stream.write("".join(line + "\n" for line in included[: len(included) // 2 + 1]))
             stream.write("".join(part + "\n};\n" for part in parts[: len(parts) // 2]))
