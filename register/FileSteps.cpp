@@ -14,8 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t most = 1024UL * 1024;
-
 void makeDirectory(const fs::path& directory) {
     // Whatever the umask: the server may run as another user.
     if (mkdir(directory.c_str(), 0755) != 0 || chmod(directory.c_str(), 0755) != 0)
@@ -47,7 +45,7 @@ std::vector<fs::path> directoriesMissing(const fs::path& file) {
 
 void changeFile(const Work& work, const std::string& what, const fs::path& file,
                 const std::optional<std::string>& text, mode_t mode, const std::string& unlessAll) {
-    const std::optional<std::string> former = readFile(file, most, false);
+    const std::optional<std::string> former = readFile(file);
     struct stat formerly = {};
     if (former && stat(file.c_str(), &formerly) != 0)
         throw std::runtime_error(file.string() + ": " + std::strerror(errno));

@@ -15,6 +15,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// The names of a whole CIM schema in ten namespaces fit in.
+constexpr std::size_t most = 1024UL * 1024;
+
 [[noreturn]] void fail(const fs::path& file, const std::string& why) {
     throw std::runtime_error(file.string() + ": " + why);
 }
@@ -47,7 +50,7 @@ void writeAll(int descriptor, const std::string& text, const fs::path& file) {
 
 } // namespace
 
-std::optional<std::string> readFile(const fs::path& file, std::size_t most, bool trusted) {
+std::optional<std::string> readFile(const fs::path& file, bool trusted) {
     const Descriptor descriptor(
         open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | (trusted ? O_NOFOLLOW : 0)));
     if (descriptor.number() < 0 && errno == ENOENT)

@@ -6,7 +6,6 @@
 namespace registering {
 namespace {
 
-constexpr mode_t recordMode = 0600;
 constexpr mode_t settingsMode = 0644; // the server may run as another user
 
 // What will have been made, and was made before.

@@ -12,8 +12,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-// The names of a whole CIM schema in ten namespaces fit in.
-constexpr std::size_t most = 1024UL * 1024;
 constexpr int format = 1;
 
 std::string name(const std::string& text) {
@@ -69,7 +67,7 @@ bool Record::empty() const {
 }
 
 std::optional<Record> readRecord(const std::filesystem::path& file) {
-    const std::optional<std::string> text = readFile(file, most, true);
+    const std::optional<std::string> text = readFile(file, true);
     if (!text)
         return std::nullopt;
     try {

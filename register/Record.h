@@ -4,6 +4,8 @@
 
 #include "register/Names.h"
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -32,6 +34,9 @@ struct Record {
 /// The record in `file`; nothing if there is none. Throws std::runtime_error where it is none of
 /// ours: not readable, too large, of another owner, or not what textOf writes.
 std::optional<Record> readRecord(const std::filesystem::path& file);
+
+/// The mode of its file.
+constexpr mode_t recordMode = 0600;
 
 /// A record as it is written down.
 std::string textOf(const Record& record);

@@ -7,9 +7,6 @@
 namespace registering {
 namespace {
 
-constexpr mode_t recordMode = 0600;
-constexpr std::size_t most = 1024UL * 1024;
-
 bool anythingLeft(const Situation& situation) {
     if (situation.record || situation.registered())
         return true;
@@ -23,7 +20,7 @@ bool anythingLeft(const Situation& situation) {
 // Deletes the files that were written and not changed since.
 void deleteFiles(const Work& work, const Record& record) {
     for (const auto& [file, text] : record.files) {
-        const std::optional<std::string> found = readFile(file, most, false);
+        const std::optional<std::string> found = readFile(file);
         if (found == text)
             changeFile(work, "deleting " + file, file, std::nullopt, 0);
         else if (found)

@@ -5,8 +5,6 @@
 namespace registering {
 namespace {
 
-constexpr std::size_t most = 64UL * 1024;
-
 // The server lists its namespaces by what is below "root"; others have to be told.
 std::string besideRoot(const std::vector<std::string>& nameSpaces) {
     std::string list;
@@ -54,7 +52,7 @@ ServerSettings serverSettings(const Settings& settings, const Situation& situati
             result.wanted = textFor(settings.interop, situation.modules[i].wanted.nameSpaces(),
                                     server.version());
         }
-    result.found = readFile(result.file, most, false);
+    result.found = readFile(result.file);
     return result;
 }
 

@@ -87,18 +87,19 @@ TEST_F(TheRecord, IsNoPipeThatOneWaitsFor) {
 }
 
 TEST_F(TheRecord, OfAnotherShapeIsSaid) {
-    for (const char* text :
-         {"", "[]", "{", "{\"format\": 1}",
-          "{\"format\": 1, \"served\": [], \"namespaces\": [\"a b\"], \"classes\": {}, "
-          "\"files\": {}, \"directories\": []}",
-          "{\"format\": 1, \"served\": [\"../../etc\"], \"namespaces\": [], \"classes\": {}, "
-          "\"files\": {}, \"directories\": []}",
-          "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {\"a//b\": []}, "
-          "\"files\": {}, \"directories\": []}",
-          "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {\"a\": [\"-rf\"]}, "
-          "\"files\": {}, \"directories\": []}",
-          "{\"format\": 1, \"served\": [], \"namespaces\": [], \"classes\": {}, "
-          "\"files\": {\"relative\": \"\"}, \"directories\": []}"}) {
+    const auto with = [](const char* served, const char* made, const char* classes,
+                         const char* files) {
+        return std::string(R"({"format": 1, "served": [)") + served + R"(], "namespaces": [)" +
+               made + R"(], "classes": {)" + classes + R"(}, "files": {)" + files +
+               R"(}, "directories": []})";
+    };
+    writeFile(file, with("", "", "", ""), 0600);
+    EXPECT_EQ(complaint(), "");
+    for (const std::string& text :
+         {std::string(), std::string("[]"), std::string("{"), std::string(R"({"format": 1})"),
+          with(R"("../../etc")", "", "", ""), with("", R"("a b")", "", ""),
+          with("", "", R"("a//b": [])", ""), with("", "", R"("a": ["-rf"])", ""),
+          with("", "", "", R"("relative": "")")}) {
         writeFile(file, text, 0600);
         EXPECT_NE(complaint().find("is no record of this program"), std::string::npos) << text;
     }

@@ -143,16 +143,21 @@ class Scenarios:
                 numbers += kind if len(kind) < 4 else few
         return sorted(numbers)
 
+    def calls_of(self, arguments):
+        """The tool's commands; what they have done is taken back."""
+        self.plan()
+        self.tool_says(arguments, 0)
+        calls = self.calls()
+        self.leave_alone()
+        self.tool_says(["remove"], 0)
+        return calls
+
     def each_failure_of(self, arguments, prepare=lambda: None, harmless="^cimconfig|^cimserver"):
         """Lets commands of each kind fail, in each way; nothing may be left of any of them."""
         prepare()
         before = self.state()
-        self.plan()
-        self.tool_says(arguments, 0)
-        calls = self.calls()
+        calls = self.calls_of(arguments)
         self.assertGreater(len([c for c in calls if re.search(CHANGES, c)]), 2, calls)
-        self.leave_alone()
-        self.tool_says(["remove"], 0)
         prepare()
         for index in self.some_of(calls):
             call = calls[index]
@@ -595,11 +600,7 @@ class Scenarios:
         return err
 
     def test_a_signal_rolls_back_once_the_command_has_ended(self):
-        self.plan()
-        self.tool_says(["install"], 0)
-        calls = self.calls()
-        self.leave_alone()
-        self.tool_says(["remove"], 0)
+        calls = self.calls_of(["install"])
         for index in self.some_of(calls):
             if re.search(CHANGES, calls[index]):
                 with self.subTest(call=calls[index]):
@@ -654,12 +655,8 @@ class Scenarios:
         self.assertStateIs(self.pristine)
 
     def test_what_is_left_when_the_server_goes_away_is_said_with_the_way_to_remove_it(self):
-        self.plan()
-        self.tool_says(["install"], 0)
-        registering = next(i for i, c in enumerate(self.calls())
+        registering = next(i for i, c in enumerate(self.calls_of(["install"]))
                            if re.search(rf"^cimmof .*/{MODULE}", c))
-        self.leave_alone()
-        self.tool_says(["remove"], 0)
         self.plan({"from": registering + 1, "mode": "down"})
         said = self.tool_says(["install"], 4)
         self.assertIn("left undone: unregistering " + MODULE, said)
