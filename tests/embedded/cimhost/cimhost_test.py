@@ -292,7 +292,7 @@ class ConfigFiles(Case):
                 path.write_text(text)
                 done = self.run_to_end("--config", path)
                 self.assertEqual((done.returncode, done.stdout), (2, ""))
-                self.assertIn(told, done.stderr)
+                self.assertIn(told + ("\n" if ": no option" in told else ""), done.stderr)
 
     def test_one_that_is_no_file_is_exit_code_2(self):
         for path in (self.folder / "nonesuch", self.folder):
@@ -356,7 +356,7 @@ class MakeCertificate(Case):
         for name in ("DNS:desk.example,", "IP Address:192.0.2.7,", "DNS:localhost,",
                      "IP Address:127.0.0.1,", "IP Address:0:0:0:0:0:0:0:1\n"):
             self.assertIn(name, names)
-        self.assertEqual(self.openssl("-subject"), "subject=CN = desk.example\n")
+        self.assertRegex(self.openssl("-subject"), "^subject=CN ?= ?desk.example\n$")
         for name in ("desk.example", "192.0.2.7", "localhost", "::1"):
             self.assertIn(" " + name, done.stdout)
 
