@@ -1,5 +1,5 @@
-// Signals that ask the program to end, remembered instead of obeyed at once, so that what has been
-// begun is undone first.
+// Signals that ask the program to end. They are remembered, so that the program can first undo what
+// it has begun.
 #pragma once
 
 namespace registering {

@@ -1,5 +1,5 @@
-// What the program has made on this machine and its CIM server, written down, so that it can be
-// taken back: that, and nothing else.
+// The record of what the program has made on this machine and its CIM server. `remove` takes back
+// what is in it, and nothing else.
 #pragma once
 
 #include "register/Names.h"
@@ -31,14 +31,14 @@ struct Record {
     bool empty() const;
 };
 
-/// The record in `file`; nothing if there is none. Throws std::runtime_error where it is none of
-/// ours: not readable, too large, of another owner, or not what textOf writes.
+/// The record in `file`; nothing if there is no such file. Throws std::runtime_error if the file
+/// cannot be read, is too large, belongs to another user, or has not the form that textOf writes.
 std::optional<Record> readRecord(const std::filesystem::path& file);
 
 /// The mode of its file.
 constexpr mode_t recordMode = 0600;
 
-/// A record as it is written down.
+/// The text of the record's file.
 std::string textOf(const Record& record);
 
 } // namespace registering

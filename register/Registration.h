@@ -24,7 +24,7 @@ class Registration {
     std::string provider() const;
     /// The file name of its library.
     std::string library() const;
-    /// Each namespace that a capability names, once. What cannot be one is passed over.
+    /// Each namespace that a capability names, once. Skips texts that are no namespace names.
     std::vector<std::string> nameSpaces() const;
     /// The same registration for other namespaces.
     Registration servingIn(const std::vector<std::string>& nameSpaces) const;
@@ -33,15 +33,15 @@ class Registration {
     std::vector<Instance> _instances;
 };
 
-/// In what a registration is not what it should be.
+/// A difference between a registration that was found and the one that is wanted.
 struct Difference {
     std::string capability; ///< the class of the capability; "" for the module or the provider
     std::string text;
 };
 
-/// In what a registration that was found is not what it should be; empty if it is. Properties that
-/// `wanted` does not speak of, such as the state of the module, do not count; namespaces and the
-/// items of other arrays count in any order.
+/// The differences of `found` from `wanted`; empty if there are none. Properties that `wanted` does
+/// not have, such as the state of the module, are not compared, nor is the order of an array's
+/// items.
 std::vector<Difference> differences(const Registration& wanted, const Registration& found);
 
 /// Whether the capability is for instances alone (no association).

@@ -14,13 +14,13 @@ struct ServerSettings {
     std::string wanted;
     std::optional<std::string> found;
 
-    /// Whether the file is this program's: not there, as it was written (by the record, or by the
-    /// look of it), and not changed since.
+    /// Whether the program may write the file: it is not there, or has the text that is wanted or
+    /// that the program wrote last, by the record.
     bool ours(const std::optional<Record>& record) const;
 };
 
-/// What the file should say of this server, and what it says. Throws std::runtime_error where it
-/// cannot be read.
+/// The text that the file should have for this server, and the one that it has. Throws
+/// std::runtime_error where it cannot be read.
 ServerSettings serverSettings(const Settings& settings, const Situation& situation,
                               const Server& server);
 

@@ -1,4 +1,4 @@
-// What is found before anything is changed, and whether it is as it has to be.
+// The checks before anything is changed: what the server has, and whether it is as it has to be.
 #pragma once
 
 #include "register/CommandLine.h"
@@ -63,31 +63,31 @@ struct Situation {
                                     const std::string& nameSpace, const Server& server) const;
 };
 
-/// The server's tools; nothing, and said, if one is missing.
+/// Finds the server's tools. If one is missing, reports it and returns nothing.
 std::optional<Tools> checkTools(const Settings& settings, Report& report);
 
-/// The package's MOF files; nothing, and said, if they cannot be read.
+/// Reads the package's MOF files. If they cannot be read, reports why and returns nothing.
 std::optional<Content> checkContent(const Settings& settings, Report& report);
 
-/// Looks at the server. A namespace that does not exist and is not made is left out of the places;
-/// it is wrong, but for a removal, which only notes it. Nothing, and said, if the server cannot be
-/// asked or the record cannot be read.
+/// Asks the server what it has. A namespace that does not exist and is not to be made is left out
+/// of the places and reported as wrong; a removal only notes it. If the server cannot be asked, or
+/// the record cannot be read, reports why and returns nothing.
 std::optional<Situation> survey(const Settings& settings, const Content& content,
                                 const Server& server, Report& report);
 
-/// Whether the server finds the modules' libraries and can load them.
+/// Reports whether the server finds the modules' libraries and can load them.
 void checkLibraries(const Settings& settings, const Content& content, const Server& server,
                     Report& report);
 
-/// Whether each place has the classes that the modules need there: those of the CIM schema, and
-/// with `own` those that are loaded into it, too.
+/// Reports whether each place has the classes that the modules need there: those of the CIM schema,
+/// and with `own` also those that the program loads.
 void checkClasses(const Situation& situation, Report& report, bool own);
 
-/// Whether the classes that the modules serve, and those at the ends of their associations, have
-/// the keys in each place that they have in the package.
+/// Reports classes that the modules serve, or that are at the ends of their associations, and that
+/// have other keys in a place than in the package.
 void checkKeys(const Situation& situation, const Server& server, Report& report);
 
-/// Whether another module has what one of these registers for.
+/// Reports other modules that are registered for what one of these registers for.
 void checkRivals(const Situation& situation, Report& report);
 
 /// A request that a module has to answer, and what came of it.

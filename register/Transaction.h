@@ -32,8 +32,8 @@ class Transaction {
     /// The same for a step that changes nothing.
     void step(const std::string& what, const std::function<void()>& act);
 
-    /// Takes back what was done, last first; every step is tried. Returns whether all is as it was;
-    /// if not, it has said what is left.
+    /// Takes back all steps, the last one first, also after one that cannot be taken back. Returns
+    /// whether all could be; reports those that could not.
     bool rollBack();
 
     /// Whether there is something to take back.
