@@ -19,9 +19,9 @@ import measure_wire
 import tables
 from questions import SOURCE, WrongAnswer
 from results import Results, progress
-from servers import IO_THREADS, NotStarted
+from servers import IO_THREADS
 
-from real_server import CannotIsolate  # tests/clients
+from openpegasus import CannotIsolate  # tests/kit
 
 SECTIONS = {"module": measure_module, "wire": measure_wire, "growth": measure_growth,
             "memory": measure_memory, "costs": measure_costs, "users": measure_users}
@@ -80,7 +80,7 @@ def measure(what, setup, results):
     results.facts[what] = facts(setup)
     try:
         SECTIONS[what].measure(setup, results)
-    except (WrongAnswer, NotStarted, measure_wire.LoadFailed, CannotIsolate, RuntimeError,
+    except (WrongAnswer, measure_wire.LoadFailed, CannotIsolate, RuntimeError,
             OSError) as error:
         print(f"bench.sh: {what}: {error}", file=sys.stderr)
         return 1

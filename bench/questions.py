@@ -7,9 +7,9 @@ import time
 from typing import NamedTuple
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(SOURCE / "tests" / "clients"))
+sys.path.insert(0, str(SOURCE / "tests" / "kit"))
 
-from request import call, document, name, of_class  # noqa: E402
+from request import asking, call, name, of_class
 
 NAMESPACE = "interop"
 PATIENCE = 600  # seconds for an answer
@@ -30,12 +30,7 @@ class Question(NamedTuple):
     least: int
 
     def bytes(self, target="/cimom"):
-        method, parameters = call(self.method, *self.parameters)
-        body = document(NAMESPACE, method, parameters).encode()
-        return (f"POST {target} HTTP/1.1\r\nHost: 127.0.0.1\r\n"
-                f'Content-Type: application/xml; charset="utf-8"\r\n'
-                f"Content-Length: {len(body)}\r\nCIMOperation: MethodCall\r\n"
-                f"CIMMethod: {method}\r\nCIMObject: {NAMESPACE}\r\n\r\n").encode() + body
+        return asking(call(self.method, *self.parameters), NAMESPACE, line=f"POST {target} HTTP/1.1")
 
     def check(self, reply):
         found = reply.count(f"<{self.element} ".encode())

@@ -5,7 +5,7 @@ from typing import Callable, NamedTuple
 
 from questions import PROFILE, QUESTIONS
 
-from request import call, document, name, of_class  # tests/clients
+from request import call, document, name, of_class  # tests/kit
 
 NAMESPACE = "interop"
 THINGS = 10000  # instances of BENCH_Thing, each linked to the first

@@ -4,7 +4,7 @@ says how it is read (World.cpp)."""
 from xml.etree import ElementTree
 
 from questions import ask, Question
-from request import of_class  # tests/clients
+from request import of_class  # tests/kit
 
 CLASSES = ("CIM_RegisteredProfile", "CIM_RegisteredSubProfile", "ORVEX_ObjectManagerHost",
            "ORVEX_SoftwareIdentity")

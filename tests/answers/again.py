@@ -15,14 +15,14 @@ import pathlib
 import sys
 import tempfile
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import compare
 import record
 import suite
+from served import Served
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
-sys.path.insert(0, str(SOURCE / "tests" / "clients"))
-from served import Served  # noqa: E402
-
 LEAST = 3000  # questions; fewer, and the server named no objects to ask about
 
 

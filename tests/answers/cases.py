@@ -9,7 +9,7 @@ import canonical
 
 WIRE = pathlib.Path(__file__).resolve().parent.parent / "wire"
 sys.path.insert(0, str(WIRE))
-import run_cases  # noqa: E402  (beside the cases)
+import run_cases  # beside the cases
 
 # Not sent: OpenPegasus ends itself at it.
 DEADLY = ("put-is-not-allowed",)

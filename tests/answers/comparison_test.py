@@ -4,19 +4,22 @@
 import collections
 import json
 import pathlib
+import sys
 import tempfile
 import unittest
 import unittest.mock
 import xml.etree.ElementTree as ElementTree
+
+sys.path.insert(1, sys.path[0] + "/../kit")
 
 import canonical
 import compare
 import document
 import listed
 import mof
+import request
 import same_answers
 import suite
-import wire
 
 DOCUMENT = pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "same-answers.md"
 
@@ -214,7 +217,7 @@ class Pairs(unittest.TestCase):
         pairs = suite.Pairs()
 
         def taken(method, *parameters):
-            return pairs.has_new(suite.Question("", wire.Request("ns", method, parameters), False))
+            return pairs.has_new(suite.Question("", request.Request("ns", method, parameters), False))
         self.assertTrue(taken("Associators", ("ObjectName", "A"), ("Role", "R")))
         self.assertTrue(taken("Associators", ("ObjectName", "B"), ("Role", "S")))
         self.assertTrue(taken("Associators", ("ObjectName", "A"), ("Role", "S")))

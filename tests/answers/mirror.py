@@ -13,12 +13,14 @@ import argparse
 import pathlib
 import sys
 
-import mof
-import suite
-import wire
-from wire import cimxml
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-WHOLE = (("DeepInheritance", wire.boolean(True)), ("LocalOnly", wire.boolean(False)))
+import mof
+import request
+import suite
+from request import value
+
+WHOLE = (value("DeepInheritance", True), value("LocalOnly", False))
 
 
 def in_order(classes):
@@ -65,14 +67,14 @@ def without_slips(classes):
 def schema(connection, namespace):
     yield from map(mof.declaration, connection.ask(namespace, "EnumerateQualifiers"))
     classes = connection.ask(
-        namespace, "EnumerateClasses", ("DeepInheritance", wire.boolean(True)),
-        ("LocalOnly", wire.boolean(True)), ("IncludeQualifiers", wire.boolean(True)))
+        namespace, "EnumerateClasses", value("DeepInheritance", True),
+        value("LocalOnly", True), value("IncludeQualifiers", True))
     yield from map(mof.class_declaration, in_order(without_slips(classes)))
 
 
 def properties_of(connection, namespace, name):
-    found, = connection.ask(namespace, "GetClass", ("ClassName", wire.class_name(name)),
-                            ("LocalOnly", wire.boolean(False)))
+    found, = connection.ask(namespace, "GetClass", ("ClassName", request.of_class(name)),
+                            value("LocalOnly", False))
     return [p.get("NAME") for p in found if p.tag.startswith("PROPERTY")]
 
 
@@ -83,8 +85,8 @@ def instances(connection, namespace, wanted, without):
     for name in wanted:
         try:
             found = connection.ask(
-                namespace, "EnumerateInstances", ("ClassName", wire.class_name(name)), *WHOLE)
-        except cimxml.CimError as error:
+                namespace, "EnumerateInstances", ("ClassName", request.of_class(name)), *WHOLE)
+        except request.CimError as error:
             if error.code == 5:  # not in this namespace
                 continue
             raise
@@ -98,7 +100,7 @@ def instances(connection, namespace, wanted, without):
 
 def mirror(address, directory, namespaces, wanted=(), without=()):
     """Writes the files and returns {namespace: file}."""
-    connection = wire.Connection(address)
+    connection = request.Connection(address)
     files = {}
     for namespace in namespaces:
         file = pathlib.Path(directory, namespace.replace("/", "-") + ".mof")

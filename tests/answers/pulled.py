@@ -4,10 +4,9 @@ other: each operation that opens one, to its end in small pieces, and what is no
 import xml.etree.ElementTree as ElementTree
 
 import canonical
+import request
 import suite
-import wire
-
-value = wire.request.value
+from request import value
 
 INSTANCES, PATHS = "PullInstancesWithPath", "PullInstancePaths"
 # What opens an enumeration: its pull, and whether it is asked about a class.
@@ -30,7 +29,7 @@ class Step:
     """A request of a session, and what came of it."""
 
     def __init__(self, connection, namespace, method, *parameters):
-        status, text = connection.send(wire.Request(namespace, method, parameters))
+        status, text = connection.send(request.Request(namespace, method, parameters))
         self.objects, self.context = [], None
         if status != 200:
             self.said = {"status": status}
@@ -74,20 +73,20 @@ class Sessions:
                 for name in ("CIM_ElementConformsToProfile", "CIM_NoSuch"):
                     given = "ResultClass" if "Reference" in method else "AssocClass"
                     yield (f"{method} {words} {given}={name}", True, self._pulled(
-                        method, source, (given, wire.class_name(name))))
+                        method, source, (given, request.of_class(name))))
             source = next(self._classes() if of_class else self._sources())[1]
             for words, answered in self._odd(method, pull, source):
                 yield f"{method} {words}", False, answered
 
     def _classes(self):
         for name in suite.OWN + suite.ASSOCIATIONS + suite.SWITCH + ("CIM_NoSuch",):
-            yield name, ("ClassName", wire.class_name(name))
+            yield name, ("ClassName", request.of_class(name))
 
     def _sources(self):
         for name, key in (("CIM_RegisteredProfile", "Orvex1"),
                           ("CIM_RegisteredSubProfile", "Orvex6"), ("CIM_RegisteredProfile", "none"),
                           ("ORVEX_SoftwareIdentity", "OrvexSI1")):
-            yield f"{name} {key}", ("InstanceName", wire.instance_name(name, (("InstanceID", key),)))
+            yield f"{name} {key}", ("InstanceName", request.name(name, InstanceID=key))
 
     def _odd(self, method, pull, source):
         def opened(*more, **place):
@@ -111,7 +110,7 @@ class Sessions:
         yield "elsewhere", once(namespace="root/nowhere")
         yield "without a name that it knows", once(value("Zip", "zap"))
         yield "without keys", self._step(method, (
-            "InstanceName", wire.instance_name("CIM_RegisteredProfile"))).said
+            "InstanceName", request.name("CIM_RegisteredProfile"))).said
         yield "no number", once(value("MaxObjectCount", "-1"))
         yield "no time", once(value("OperationTimeout", "0"))
         yield "a long time", once(value("OperationTimeout", "200"))

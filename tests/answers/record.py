@@ -15,11 +15,13 @@ import sys
 import time
 import xml.etree.ElementTree as ElementTree
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import canonical
 import cases
 import pulled
+import request
 import suite
-import wire
 
 
 def answer(status, text):
@@ -40,8 +42,8 @@ def own_names(connection):
     def name(class_name):
         try:
             found = connection.ask("interop", "EnumerateInstanceNames",
-                                   ("ClassName", wire.class_name(class_name)))
-        except wire.cimxml.CimError:
+                                   ("ClassName", request.of_class(class_name)))
+        except request.CimError:
             return None
         return next((key.findtext("KEYVALUE") for path in found
                      for key in path.findall("KEYBINDING[@NAME='Name']")), None)
@@ -54,7 +56,7 @@ def record(address, store, say=lambda text: None, wanted=None, pairs=False):
     """Writes the store and returns how many questions there were: all of the suite (or, with `pairs`,
     those that suite.Pairs takes) and all wire cases, or the questions of the suite whose id is
     `wanted`."""
-    connection = wire.Connection(address)
+    connection = request.Connection(address)
     own = own_names(connection)
     count, told = 0, time.monotonic()
     with open(store, "w", encoding="utf-8") as out:

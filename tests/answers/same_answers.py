@@ -21,19 +21,19 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import compare
 import document
 import listed
 import mirror
 import record
 import suite
-import wire as asking
+from openpegasus import CannotIsolate, Crashed, RealServer
+from request import Connection
+from served import Served
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
-sys.path.insert(0, str(SOURCE / "tests" / "clients"))
-from real_server import CannotIsolate, Crashed, RealServer  # noqa: E402
-from served import Served  # noqa: E402
-
 CIMV2, INTEROP, OWN = suite.NAMESPACES
 SCHEMA = SOURCE / "schema"
 REGISTRATION = SCHEMA / "serverprofile_registration.mof"
@@ -90,7 +90,7 @@ def version(build):
 
 
 def served(server):
-    connection = asking.Connection(server.address)
+    connection = Connection(server.address)
     namespaces = suite.served(connection)
     connection.close()
     return namespaces

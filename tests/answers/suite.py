@@ -15,8 +15,8 @@ from typing import NamedTuple
 
 import listed
 import mof
-import wire
-from wire import cimxml
+import request
+from request import value
 
 INTEROP = "root/PG_InterOp"  # OpenPegasus's own
 NAMESPACES = ("root/cimv2", INTEROP, "interop")
@@ -56,16 +56,8 @@ PAIRS_HELP = "ask as many questions as have every pair of their parts, instead o
 
 class Question(NamedTuple):
     id: str
-    request: wire.Request
+    request: request.Request
     concurrent: bool
-
-
-def property_list(names):
-    return "<VALUE.ARRAY>" + "".join(f"<VALUE>{n}</VALUE>" for n in names) + "</VALUE.ARRAY>"
-
-
-def text(value):
-    return f"<VALUE>{value}</VALUE>"
 
 
 class Suite:
@@ -84,13 +76,13 @@ class Suite:
         for name, keys in self._sources():
             yield from self._traversals(name, keys)
         for name in OWN + SERVER:
-            yield from self._class_traversals(f"class {name}", wire.class_name(name))
+            yield from self._class_traversals(f"class {name}", request.of_class(name))
         yield from self._refused()
         yield from self._wrong()
 
     def _question(self, words, method, *parameters, concurrent=False):
-        request = wire.Request(self._namespace, method, parameters)
-        return Question(f"{self._namespace} {method} {words}".strip(), request, concurrent)
+        return Question(f"{self._namespace} {method} {words}".strip(),
+                        request.Request(self._namespace, method, parameters), concurrent)
 
     # What there is
 
@@ -98,8 +90,8 @@ class Suite:
         """(class, INSTANCENAME text, keys) of the objects of a class and its subclasses."""
         try:
             found = self._connection.ask(self._namespace, "EnumerateInstanceNames",
-                                         ("ClassName", wire.class_name(name)))
-        except cimxml.CimError:
+                                         ("ClassName", request.of_class(name)))
+        except request.CimError:
             return []
         return sorted((e.get("CLASSNAME"), mof.path(e), e) for e in found)
 
@@ -131,47 +123,46 @@ class Suite:
                          ((key, "orvex6"), ("Bogus", "x"))):
                 words = name + "".join(f" {k}={v}" for k, v in keys) if keys else (
                     f"{name} without keys")
-                yield words, wire.instance_name(name, keys)
+                yield words, request.name(name, **dict(keys))
 
     # Questions
 
     def _classes(self):
         for name in CLASSES + SUPERCLASSES + ("CIM_NoSuch",):
             for options in ((), ("IncludeQualifiers",), ("IncludeClassOrigin",), ("LocalOnly",)):
-                given = [(o, wire.boolean(o in options)) for o in
+                given = [value(o, o in options) for o in
                          ("IncludeQualifiers", "IncludeClassOrigin", "LocalOnly")]
                 yield self._question(f"{name} {' '.join(options)}", "GetClass",
-                                     ("ClassName", wire.class_name(name)), *given)
+                                     ("ClassName", request.of_class(name)), *given)
             for deep in BOTH:
                 yield self._question(f"{name} deep={deep}", "EnumerateClassNames",
-                                     ("ClassName", wire.class_name(name)),
-                                     ("DeepInheritance", wire.boolean(deep)))
+                                     ("ClassName", request.of_class(name)),
+                                     value("DeepInheritance", deep))
 
     def _enumerations(self, name):
-        asked = ("ClassName", wire.class_name(name))
+        asked = ("ClassName", request.of_class(name))
         yield self._question(name, "EnumerateInstanceNames", asked, concurrent=True)
         yield self._question(name, "EnumerateInstances", asked, concurrent=True)
         for flags in itertools.product(BOTH, repeat=4):
-            given = list(zip(("DeepInheritance", "LocalOnly", "IncludeQualifiers",
-                              "IncludeClassOrigin"), map(wire.boolean, flags)))
+            given = map(value, ("DeepInheritance", "LocalOnly", "IncludeQualifiers",
+                                "IncludeClassOrigin"), flags)
             yield self._question(f"{name} {flags}", "EnumerateInstances", asked, *given,
                                  concurrent=True)
         for names in PROPERTY_LISTS:
             yield self._question(f"{name} of {names}", "EnumerateInstances", asked,
-                                 ("PropertyList", property_list(names)), concurrent=True)
+                                 request.array("PropertyList", *names), concurrent=True)
 
     def _gets(self, words, element):
         asked = ("InstanceName", element)
         yield self._question(words, "GetInstance", asked)
         for flags in itertools.product(BOTH, repeat=3):
-            given = list(zip(("LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"),
-                             map(wire.boolean, flags)))
+            given = map(value, ("LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"), flags)
             yield self._question(f"{words} {flags}", "GetInstance", asked, *given)
         for names in PROPERTY_LISTS:
             yield self._question(f"{words} of {names}", "GetInstance", asked,
-                                 ("PropertyList", property_list(names)))
+                                 request.array("PropertyList", *names))
         yield self._question(f"{words} ElementName", "GetProperty", asked,
-                             ("PropertyName", text("ElementName")))
+                             value("PropertyName", "ElementName"))
 
     def _traversals(self, words, source):
         for association in (None,) + ASSOCIATION_FILTERS:
@@ -209,8 +200,8 @@ class Suite:
     def _traversal(self, method, words, source, flags, names, filters):
         filters = {name: value for name, value in filters.items() if value is not None}
         given = [("ObjectName", source)] + [
-            (name, wire.class_name(value) if name.endswith("Class") else text(value))
-            for name, value in filters.items()]
+            (name, request.of_class(one)) if name.endswith("Class") else value(name, one)
+            for name, one in filters.items()]
         words = f"{words} {' '.join(f'{n}={v}' for n, v in filters.items())}"
         concurrent = "<KEYBINDING" not in source or not self._one_association(filters.get(
             "AssocClass" if method == "Associators" else "ResultClass"))
@@ -218,9 +209,9 @@ class Suite:
             yield self._question(words, method.rstrip("s") + "Names", *given, concurrent=concurrent)
             yield self._question(words, method, *given, concurrent=concurrent)
             return
-        options = list(zip(("IncludeQualifiers", "IncludeClassOrigin"), map(wire.boolean, flags)))
+        options = list(map(value, ("IncludeQualifiers", "IncludeClassOrigin"), flags))
         if names is not None:
-            options.append(("PropertyList", property_list(names)))
+            options.append(request.array("PropertyList", *names))
         yield self._question(f"{words} {flags} of {names}", method, *given, *options,
                              concurrent=concurrent)
 
@@ -234,7 +225,7 @@ class Suite:
     def _refused(self):
         for name in OWN + ASSOCIATIONS:
             key = KEYS.get(name, "Name")
-            path = wire.instance_name(name, ((key, "Orvex1"),))
+            path = request.name(name, **{key: "Orvex1"})
             instance = (f'<INSTANCE CLASSNAME="{name}"><PROPERTY NAME="{key}" TYPE="string">'
                         "<VALUE>new</VALUE></PROPERTY></INSTANCE>")
             yield self._question(name, "CreateInstance", ("NewInstance", instance))
@@ -249,31 +240,31 @@ class Suite:
                          ((key.lower(), "ORVEX1"),), ((key, "Orvex1"), ("Bogus", "x"))):
                 words = name + "".join(f" {k}={v}" for k, v in keys)
                 yield self._question(words, "GetInstance",
-                                     ("InstanceName", wire.instance_name(name, keys)))
-            number = f'<INSTANCENAME CLASSNAME="{name}">{wire.key_value("5", "numeric")}' \
+                                     ("InstanceName", request.name(name, **dict(keys))))
+            number = f'<INSTANCENAME CLASSNAME="{name}"><KEYVALUE VALUETYPE="numeric">5</KEYVALUE>' \
                      "</INSTANCENAME>"
             yield self._question(f"{name} of a nameless number", "GetInstance",
                                  ("InstanceName", number))
         for name in ECHOED:
-            for value in ("", "no path"):
-                yield self._question(f"{name} Antecedent={value}", "GetInstance", (
-                    "InstanceName", wire.instance_name(name, (("Antecedent", value),))))
-        profile = wire.instance_name("CIM_RegisteredProfile", (("InstanceID", "Orvex1"),))
-        asked = ("ClassName", wire.class_name("CIM_RegisteredProfile"))
+            for path in ("", "no path"):
+                yield self._question(f"{name} Antecedent={path}", "GetInstance", (
+                    "InstanceName", request.name(name, Antecedent=path)))
+        profile = request.name("CIM_RegisteredProfile", InstanceID="Orvex1")
+        asked = ("ClassName", request.of_class("CIM_RegisteredProfile"))
         yield self._question("nothing", "EnumerateInstances")
         yield self._question("of two classes", "EnumerateInstances", asked, asked)
-        yield self._question("with more", "EnumerateInstances", asked, ("Zip", text("zap")))
+        yield self._question("with more", "EnumerateInstances", asked, value("Zip", "zap"))
         yield self._question("of a class", "GetInstance", ("ClassName", asked[1]))
         yield self._question("nothing", "GetInstance")
         yield self._question("nothing", "Associators")
         yield self._question("of a number", "EnumerateInstances", asked,
-                             ("LocalOnly", text("maybe")))
+                             value("LocalOnly", "maybe"))
         yield self._question("", "NoSuchOperation")
-        yield self._question("", "ExecQuery", ("QueryLanguage", text("WQL")),
-                             ("Query", text("select * from CIM_RegisteredProfile")))
+        yield self._question("", "ExecQuery", value("QueryLanguage", "WQL"),
+                             value("Query", "select * from CIM_RegisteredProfile"))
         yield self._question("NoSuch", "GetProperty", ("InstanceName", profile),
-                             ("PropertyName", text("NoSuch")))
-        nowhere = wire.Request("root/nowhere", "EnumerateInstances", (asked,))
+                             value("PropertyName", "NoSuch"))
+        nowhere = request.Request("root/nowhere", "EnumerateInstances", (asked,))
         yield Question(f"{self._namespace} elsewhere: root/nowhere", nowhere, False)
 
 
@@ -290,8 +281,8 @@ def served(connection):
     has no such classes in its interop namespace."""
     def has_profile(namespace):
         try:
-            return connection.ask(namespace, "GetClass", ("ClassName", wire.class_name(PROFILES[0])))
-        except cimxml.CimError:
+            return connection.ask(namespace, "GetClass", ("ClassName", request.of_class(PROFILES[0])))
+        except request.CimError:
             return False
     return [namespace for namespace in NAMESPACES if has_profile(namespace)]
 
@@ -313,7 +304,7 @@ class Pairs:
 
 def questions(address, pairs=False):
     """All questions to the server at `address`, by namespace, or those that `pairs` takes."""
-    connection = wire.Connection(address)
+    connection = request.Connection(address)
     chosen = Pairs()
     for namespace in served(connection):
         for question in Suite(connection, namespace).questions():

@@ -14,6 +14,8 @@ import subprocess
 import sys
 import unittest
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 from run_wbemcli import module_host, published_name
 from served import NAMESPACES, Served
 

@@ -14,6 +14,8 @@ import subprocess
 import sys
 from xml.etree import ElementTree
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import compared
 import ways
 

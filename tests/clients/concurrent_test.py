@@ -12,6 +12,8 @@ import sys
 import threading
 import unittest
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 from request import ask, call, name, of_class
 from served import NAMESPACES, Served
 

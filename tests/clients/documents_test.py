@@ -10,15 +10,17 @@ import html
 import re
 import sys
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 from served import SOURCE, Served
 
 sys.path.insert(0, str(SOURCE / "scripts"))
-import association_tables  # noqa: E402  pylint: disable=wrong-import-position
+import association_tables
 
-from serverprofile_walk import connection, graph  # noqa: E402  pylint: disable=wrong-import-position
-from serverprofile_walk.client import Client  # noqa: E402  pylint: disable=wrong-import-position
-from serverprofile_walk.objects import Path  # noqa: E402  pylint: disable=wrong-import-position
-from serverprofile_walk.walk import Walk  # noqa: E402  pylint: disable=wrong-import-position
+from serverprofile_walk import connection, graph
+from serverprofile_walk.client import Client
+from serverprofile_walk.objects import Path
+from serverprofile_walk.walk import Walk
 
 DOCS = SOURCE / "docs"
 PAGE, DOT, SVG = DOCS / "associations.md", DOCS / "walk.dot", DOCS / "walk.svg"

@@ -9,6 +9,8 @@ import subprocess
 import sys
 import unittest
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 from request import call, document, of_class
 from served import Served
 

@@ -13,6 +13,8 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import compared
 import ways
 from served import NAMESPACES

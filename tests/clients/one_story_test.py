@@ -12,6 +12,8 @@ import socket
 import sys
 import unittest
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 from cimxml import Client
 from letters import ENDS, label
 from served import NAMESPACES, Served

@@ -19,6 +19,8 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import ways
 from served import SOURCE
 

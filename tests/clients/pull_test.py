@@ -15,7 +15,9 @@ import tempfile
 import time
 import unittest
 
-from request import ask, call, document, name, of_class, value
+sys.path.insert(1, sys.path[0] + "/../kit")
+
+from request import ask, asking, call, name, of_class, value
 from served import PATIENCE, Served
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
@@ -225,15 +227,10 @@ class Many(unittest.TestCase):
         status = pathlib.Path(f"/proc/{self.served.pid}/status").read_text()
         return 1024 * int(re.search(r"VmRSS:\s+(\d+) kB", status)[1])
 
-    def sent(self, method, *parameters, version="1.1", more=""):
+    def sent(self, method, *parameters, **fields):
         """A connection on which this is asked, and nothing read."""
-        request = document(PLACE, *call(method, *parameters))
         client = socket.create_connection(("127.0.0.1", self.served.port), PATIENCE)
-        client.sendall((
-            f"POST /cimom HTTP/{version}\r\nHost: h\r\n{more}"
-            "Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
-            f"CIMMethod: {method}\r\nCIMObject: {PLACE}\r\n"
-            f"Content-Length: {len(request)}\r\n\r\n{request}").encode())
+        client.sendall(asking(call(method, *parameters), PLACE, **fields))
         return contextlib.closing(client)
 
     @contextlib.contextmanager
@@ -246,7 +243,7 @@ class Many(unittest.TestCase):
     def all_at_once(self, version):
         """The text of the reply, and its header."""
         with self.sent("EnumerateInstances", ("ClassName", of_class("TST_One")),
-                       version=version, more="Connection: close\r\n") as client:
+                       line=f"POST /cimom HTTP/{version}", Connection="close") as client:
             reply = http.client.HTTPResponse(client)
             reply.begin()
             return reply.read().decode(), reply.headers

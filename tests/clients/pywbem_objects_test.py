@@ -12,6 +12,8 @@ import sys
 import warnings
 from xml.etree import ElementTree
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import compared
 import pywbem
 import ways

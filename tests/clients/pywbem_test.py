@@ -13,6 +13,9 @@ import warnings
 
 import pywbem
 import pywbem_walk
+
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import ways
 
 from pywbem_walk import connection

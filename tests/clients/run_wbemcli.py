@@ -28,6 +28,8 @@ import socket
 import subprocess
 import sys
 
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import ways
 from served import NAMESPACES
 

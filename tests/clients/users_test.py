@@ -22,10 +22,11 @@ import termios
 import time
 import unittest
 
-import cimxml
+sys.path.insert(1, sys.path[0] + "/../kit")
+
 import hashes
 import modules
-from request import call, document, of_class, value
+from request import CimError, call, document, of_class, returned, value
 from served import SOURCE, Served
 from writes_test import VSAN, PUBLISHED, create, writes
 
@@ -103,8 +104,8 @@ class Case(unittest.TestCase):
         """Code and text of a CIM error."""
         status, _, text = self.ask(*arguments, **named)
         self.assertEqual(status, 200)
-        with self.assertRaises(cimxml.CimError) as refused:
-            cimxml.returned(text)
+        with self.assertRaises(CimError) as refused:
+            returned(text)
         return refused.exception.code, str(refused.exception)
 
     def hang_up(self):
@@ -125,7 +126,7 @@ class Passwords(Case):
         for user in USERS:
             status, _, text = self.ask(user=user)
             self.assertEqual(status, 200)
-            self.assertEqual(len(cimxml.returned(text)), 2)
+            self.assertEqual(len(returned(text)), 2)
         self.assertEqual(self.status(user=("reader", "wrong")), 401)
         self.assertEqual(self.status(user=("Reader", READER[1])), 401)
         for fields in ({}, {"Authorization": "Basic"}, {"Authorization": "Bearer x"},
@@ -223,13 +224,13 @@ class Enumerations(Case):
         for other in (WRITER, UMLAUT, None):
             self.assertEqual(self.refusal(pulling, other)[0], 21)
             self.assertEqual(self.refusal(call("CloseEnumeration", named), other)[0], 21)
-        self.assertEqual(len(cimxml.returned(self.ask(pulling, READER)[2])), 1)
+        self.assertEqual(len(returned(self.ask(pulling, READER)[2])), 1)
 
 
 class Published(Case):
     def mechanisms(self, user=None):
         request = call("EnumerateInstances", ("ClassName", of_class("PG_CIMXMLCommunicationMechanism")))
-        one, = cimxml.returned(self.ask(request, user)[2])
+        one, = returned(self.ask(request, user)[2])
         return [value.text for value in one.find(
             ".//PROPERTY.ARRAY[@NAME='AuthenticationMechanismsSupported']//VALUE.ARRAY")]
 
@@ -249,7 +250,7 @@ class Published(Case):
             {"TST_WhoAsks": ("Quiet", "manners", 2), asks: ("Quiet", "manners", 2)}, MODULES, self.folder, BUILD))
         names = call("EnumerateInstanceNames", ("ClassName", of_class(asks)))
         for user in (READER, WRITER, UMLAUT, None):
-            found = cimxml.returned(self.ask(names, user, namespace=MODULES)[2])
+            found = returned(self.ask(names, user, namespace=MODULES)[2])
             self.assertEqual([one.find(".//KEYVALUE").text or "" for one in found],
                              [user[0] if user else "", "heard " + (user[0] if user else "")])
 
@@ -428,7 +429,7 @@ class Clients(Case):
                 "-H", "CIMOperation: MethodCall", "-H", "CIMMethod: EnumerateInstanceNames", "-H",
                 f"CIMObject: {NAMESPACE}", "--data-binary", f"@{body}",
                 f"http://{self.served.address}/cimom")
-            self.assertEqual(len(cimxml.returned(done.stdout)), 2)
+            self.assertEqual(len(returned(done.stdout)), 2)
 
     def test_the_walk_takes_them(self):
         for (name, password), code in ((READER, 0), (("reader", "wrong"), 3)):

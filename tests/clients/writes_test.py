@@ -9,8 +9,9 @@ import http.client
 import sys
 import unittest
 
-import cimxml
-from request import ask, call, name, of_class
+sys.path.insert(1, sys.path[0] + "/../kit")
+
+from request import CimError, ask, call, name, of_class, returned
 from served import NAMESPACES, Served
 
 BUILD = ""
@@ -75,11 +76,11 @@ class Writes(unittest.TestCase):
     def answer(self, namespace, request):
         status, text = ask(self.connection, namespace, request)
         self.assertEqual(status, 200)
-        return cimxml.returned(text)
+        return returned(text)
 
     def refusal(self, namespace, request):
         """Code and text."""
-        with self.assertRaises(cimxml.CimError, msg=str(request)) as refused:
+        with self.assertRaises(CimError, msg=str(request)) as refused:
             self.answer(namespace, request)
         return refused.exception.code, str(refused.exception)
 

@@ -20,11 +20,10 @@ import sys
 import tempfile
 import unittest
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
+sys.path.insert(1, sys.path[0] + "/../kit")
 
 from faults import Counting
-from request import call, document, name, of_class
+from request import asking, call, name, of_class, post
 from served import Served
 
 ALL = "--all" in sys.argv
@@ -33,21 +32,6 @@ SANITIZED = re.search(r"(?m)^SANITIZE:\w+=.", pathlib.Path(BUILD, "CMakeCache.tx
 PATIENCE = 30
 NAMESPACE = "interop"
 IDLE = 600  # connections, more than the server keeps
-
-
-def post(body, line="POST /cimom HTTP/1.1", without="", **fields):
-    """A request's bytes. Fields have names with _ for -; None takes one away."""
-    body = body.encode() if isinstance(body, str) else body
-    fields = {"Host": "h", "Content_Type": "application/xml", "CIMOperation": "MethodCall",
-              "CIMMethod": "GetClass", "CIMObject": NAMESPACE, "Content_Length": len(body), **fields}
-    lines = [line, *(f"{key.replace('_', '-')}: {value}"
-                     for key, value in fields.items() if value is not None)]
-    return "\r\n".join(lines).encode("utf-8", "surrogateescape") + b"\r\n\r\n" + body
-
-
-def asking(request, namespace=NAMESPACE, **fields):
-    return post(document(namespace, *request), CIMMethod=request[0],
-                **{"CIMObject": namespace, **fields})
 
 
 CLASS = asking(call("GetClass", ("ClassName", of_class("CIM_RegisteredProfile"))))

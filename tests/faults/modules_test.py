@@ -20,8 +20,7 @@ import threading
 import unittest
 from xml.etree import ElementTree
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path[:0] = [str(HERE), str(HERE.parent / "clients")]
+sys.path.insert(1, sys.path[0] + "/../kit")
 
 from faults import Counting
 from modules import registered

@@ -12,7 +12,7 @@ import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "wire"))
-import run_cases  # noqa: E402
+import run_cases
 
 SERVER = ("127.0.0.1", 5988)
 

@@ -18,15 +18,14 @@ import time
 import unittest
 import urllib.parse
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parent / "clients"))
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-import hashes  # noqa: E402
-import modules  # noqa: E402
-from constants import limits  # noqa: E402
-from request import document, name, of_class  # noqa: E402
-from served import Served  # noqa: E402
-from wire import PATIENCE, answer, enumerating, getting_class, http, operation, rest  # noqa: E402
+import hashes
+import modules
+from constants import limits
+from request import document, name, of_class, post
+from served import Served
+from wire import CLOSING, PATIENCE, answer, enumerating, getting_class, http, operation, rest
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 NAMESPACE = "root/modules"
@@ -115,7 +114,7 @@ def with_message(length):
 
 def with_detail(length):
     rest_of_it = 'call of GetClass, CIMMethod ""'
-    return http(document("interop", "GetClass", ""), (length - len(rest_of_it)) * "y")
+    return post(document("interop", "GetClass", ""), CIMMethod=(length - len(rest_of_it)) * "y", **CLOSING)
 
 
 # Of each limit, the request that meets it, and what is told up to it and beyond it. A document that is

@@ -3,34 +3,30 @@
 import contextlib
 import socket
 
-from request import call, document, of_class
+from request import asking, call, of_class, post
 
 PATIENCE = 60  # seconds
-NAMESPACE = "interop"
+CLOSING = {"Connection": "close", "X": ""}  # and a field that can be made longer
 
 
-def http(body, method="GetClass", namespace=NAMESPACE):
+def http(body):
     """A request with which the connection ends."""
-    return (f"POST /cimom HTTP/1.1\r\nHost: h\r\nConnection: close\r\n"
-            f"Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
-            f"CIMMethod: {method}\r\nCIMObject: {namespace}\r\n"
-            f"Content-Length: {len(body)}\r\nX: \r\n\r\n{body}").encode()
+    return post(body, **CLOSING)
 
 
 def operation(method, *parameters):
-    return http(document(NAMESPACE, *call(method, *parameters)), method)
+    return asking(call(method, *parameters), **CLOSING)
 
 
 def getting_class(size=0):
     """A request that is answered by itself, with a body of at least `size` bytes."""
-    method, parameters = call("GetClass", ("ClassName", of_class("CIM_Dependency")))
-    return http(document(NAMESPACE, method, parameters).ljust(size), method)
+    return asking(call("GetClass", ("ClassName", of_class("CIM_Dependency"))), size=size, **CLOSING)
 
 
 def enumerating(namespace, class_name, size=0):
     """A request that enters a module, with a body of at least `size` bytes."""
-    method, parameters = call("EnumerateInstanceNames", ("ClassName", of_class(class_name)))
-    return http(document(namespace, method, parameters).ljust(size), method, namespace)
+    return asking(call("EnumerateInstanceNames", ("ClassName", of_class(class_name))), namespace, size,
+                  **CLOSING)
 
 
 def answer(port, request):

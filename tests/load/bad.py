@@ -3,7 +3,6 @@ the good ones."""
 
 import collections
 import concurrent.futures
-import http.client
 import random
 import re
 import socket
@@ -12,7 +11,7 @@ import threading
 
 import judge
 from clients import PATIENCE, Asker, Unanswered
-from request import call, document, name, of_class
+from request import asking, call, name, of_class
 
 TOGETHER = 6  # that ask a peer at once: more than a module has places
 CROWD = 20  # connections that one client leaves idle
@@ -22,26 +21,17 @@ MIB = 1024 * 1024
 HEAD = b"POST /cimom HTTP/1.1\r\nHost: h\r\n"
 
 
-def request(namespace, what):
-    """A request as its bytes."""
-    method, parameters = what
-    body = document(namespace, method, parameters).encode()
-    return (HEAD + b"Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n" +
-            f"CIMMethod: {method}\r\nCIMObject: {namespace}\r\n"
-            f"Content-Length: {len(body)}\r\n\r\n".encode() + body)
-
-
-SMALL = request("interop", call("GetClass", ("ClassName", of_class("CIM_Dependency"))))
+SMALL = asking(call("GetClass", ("ClassName", of_class("CIM_Dependency"))))
 # More than the sockets keep: 8 MB of replies.
-MUCH = 100 * request("interop", call("EnumerateClasses", *(
+MUCH = 100 * asking(call("EnumerateClasses", *(
     (flag, "<VALUE>TRUE</VALUE>") for flag in ("DeepInheritance", "IncludeQualifiers"))))
 # Of a class that no module publishes: the module's places are the good clients'.
-DEAR = request("interop", call("GetInstance", ("InstanceName", name(
+DEAR = asking(call("GetInstance", ("InstanceName", name(
     "ORVEX_Vsan", **{f"k{n}": 1000 * "x" for n in range(999)}))))
 
 
 # What providers have delivered for it is kept for a while, and there may be too many.
-OPENING = request("interop", call("OpenEnumerateInstances", (
+OPENING = asking(call("OpenEnumerateInstances", (
     "ClassName", of_class("CIM_ElementConformsToProfile"))))
 
 
@@ -222,7 +212,7 @@ def telling(way, allowed):
     return tell
 
 
-def asking(asked, expected, module):
+def asking_peer(asked, expected, module):
     """The way in which a peer is asked by several at once. Its module may be busy."""
     busy = (judge.Answer.read(expected.text).method,
             ("1", f"CIM_ERR_FAILED: Provider module {module} is not answering."), (), ())

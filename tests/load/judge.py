@@ -9,7 +9,6 @@ a part of a leg.
 """
 
 import collections
-import re
 from typing import NamedTuple, Optional
 from xml.etree import ElementTree
 

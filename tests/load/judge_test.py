@@ -4,17 +4,16 @@
 usage: judge_test.py [unittest arguments]
 """
 
-import pathlib
 import sys
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "clients"))
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-from judge import BLOCKED, BLOCKED_TEXT, PARTIAL, REORDERED, RIGHT, WRONG  # noqa: E402
-from judge import Kept  # noqa: E402
-from mix import Request, registered  # noqa: E402
-from request import name, of_class  # noqa: E402
-from xml.etree import ElementTree  # noqa: E402
+from judge import BLOCKED, BLOCKED_TEXT, PARTIAL, REORDERED, RIGHT, WRONG
+from judge import Kept
+from mix import Request, registered
+from request import name, of_class
+from xml.etree import ElementTree
 
 SERVED = {"n": {"Base": False, "Derived": False, "Tie": True, "Knot": True}}
 BELOW = {"Base": ("Derived", "Other")}

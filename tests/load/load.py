@@ -19,14 +19,14 @@ import shlex
 import sys
 import time
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "clients"))
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-from bad import WAYS, Bad, asking, telling  # noqa: E402
-from clients import Asker, Load, Never, Toggle, Unanswered  # noqa: E402
-from judge import Expected, Kept  # noqa: E402
-from mix import Request, mix, registered, registrations  # noqa: E402
-from process import HELD, Process  # noqa: E402
-from report import Report  # noqa: E402
+from bad import WAYS, Bad, asking_peer, telling
+from clients import Asker, Load, Never, Toggle, Unanswered
+from judge import Expected, Kept
+from mix import Request, mix, registered, registrations
+from process import HELD, Process
+from report import Report
 
 TELL = 10  # seconds between lines of progress
 SETTLE = 1  # seconds for a server to close what its clients closed
@@ -138,7 +138,7 @@ def ways(asker, peers):
         if namespace == peers:
             for method in ("EnumerateInstances", "EnumerateInstanceNames"):
                 request = Request(namespace, method, (), "ClassName", class_name)
-                found[f"asks {method} of {class_name}"] = asking(
+                found[f"asks {method} of {class_name}"] = asking_peer(
                     request, Expected(asker.text(request), False), module)
     return found
 

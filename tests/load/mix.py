@@ -5,7 +5,7 @@ writes; and what the server answers without the module."""
 from typing import NamedTuple, Optional
 from xml.etree import ElementTree
 
-from request import call, name, of_class
+from request import array, call, name, of_class, value
 
 OBJECT_OPERATIONS = ("Associators", "References")
 ASSOCIATION_OPERATIONS = (*OBJECT_OPERATIONS, "AssociatorNames", "ReferenceNames")
@@ -36,17 +36,8 @@ class Request(NamedTuple):
         return f"{method} in {self.namespace}: {parameters}"
 
 
-def switch(parameter, value):
-    return parameter, f"<VALUE>{value}</VALUE>"
-
-
-def names(parameter, *values):
-    return parameter, "<VALUE.ARRAY>" + "".join(
-        f"<VALUE>{value}</VALUE>" for value in values) + "</VALUE.ARRAY>"
-
-
-RICH = (switch("IncludeQualifiers", "TRUE"), switch("IncludeClassOrigin", "TRUE"))
-SHALLOW = (switch("DeepInheritance", "FALSE"), switch("LocalOnly", "FALSE"))
+RICH = (value("IncludeQualifiers", "TRUE"), value("IncludeClassOrigin", "TRUE"))
+SHALLOW = (value("DeepInheritance", "FALSE"), value("LocalOnly", "FALSE"))
 
 # What is asked of associations: the module's own objects, peers as it knows them, objects that are
 # not there, and one that leads nowhere. The host is added; its name is the machine's.
@@ -62,11 +53,11 @@ SOURCES = (
 )
 
 # Further arguments of the association operations: how much of an object (not for names), and which.
-CONTENT = (RICH, (names("PropertyList", "Name", "Antecedent"),))
+CONTENT = (RICH, (array("PropertyList", "Name", "Antecedent"),))
 NARROWER = (
     *CONTENT,
-    (switch("Role", "Dependent"),),
-    (("ResultClass", of_class("CIM_RegisteredSubProfile")), switch("Role", "Antecedent")),
+    (value("Role", "Dependent"),),
+    (("ResultClass", of_class("CIM_RegisteredSubProfile")), value("Role", "Antecedent")),
     (("ResultClass", of_class("CIM_NoSuch")),),
 )
 NARROWED = ("Orvex1", "OrvexSI1", "any")  # of the sources: these are asked with them
@@ -75,12 +66,12 @@ NARROWED = ("Orvex1", "OrvexSI1", "any")  # of the sources: these are asked with
 def enumerations(namespace, class_name):
     for method in ("EnumerateInstances", "EnumerateInstanceNames"):
         yield Request(namespace, method, (), "ClassName", class_name)
-    for more in (RICH, SHALLOW, (names("PropertyList", "Name", "InstanceID", "Nonsense"),)):
+    for more in (RICH, SHALLOW, (array("PropertyList", "Name", "InstanceID", "Nonsense"),)):
         yield Request(namespace, "EnumerateInstances", more, "ClassName", class_name)
 
 
 def gets(namespace, class_name, path):
-    for more in ((), RICH, (names("PropertyList", "Name", "Antecedent"),)):
+    for more in ((), RICH, (array("PropertyList", "Name", "Antecedent"),)):
         yield Request(namespace, "GetInstance", (("InstanceName", path), *more), single=class_name)
 
 

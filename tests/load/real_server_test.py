@@ -10,9 +10,9 @@ import pathlib
 import sys
 
 PLACE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(PLACE.parent / "clients"))
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-from installed import NAMESPACES, Installed  # noqa: E402
+from openpegasus import INSTALLED, Installed
 
 # Disabling takes the server a second, whatever it does; the load must go on for many more.
 MINUTES = "0.25"
@@ -24,7 +24,7 @@ def main():
     parser.add_argument("--build", required=True)
     parser.add_argument("--minutes", default=MINUTES)
     chosen = parser.parse_args()
-    namespaces = [word for namespace in NAMESPACES for word in ("--namespace", namespace)]
+    namespaces = [word for namespace in INSTALLED for word in ("--namespace", namespace)]
     with Installed(chosen.home, chosen.build) as server:
         # A server that has namespaces of its own answers for them itself, and a few clients at once
         # that ask it for them end it, with no module registered.

@@ -11,10 +11,10 @@ import sys
 import tempfile
 
 PLACE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(PLACE.parent / "clients"))
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-import modules  # noqa: E402
-from served import Served  # noqa: E402
+import modules
+from served import Served
 
 NAMESPACE = "root/peers"
 PEERS = {

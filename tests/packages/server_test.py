@@ -15,8 +15,8 @@ BUILT = SOURCE / "build" / "package"  # by scripts/package.sh
 RECORD = pathlib.Path("/var/lib/serverprofile-provider/record")
 SETTINGS = pathlib.Path("/etc/serverobjects/ServerObjectsProvider.conf")
 sys.path.append(str(REGISTER_TESTS))
-import stand_in_test  # pylint: disable=wrong-import-position
-import tools  # pylint: disable=wrong-import-position
+import stand_in_test
+import tools
 
 
 def build(folder):

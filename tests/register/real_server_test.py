@@ -12,8 +12,8 @@ import unittest
 
 from scenarios import HERE, MODULE, SCHEMA, Scenarios
 
-sys.path.insert(0, str(HERE.parent / "clients"))
-from real_server import RealServer  # pylint: disable=wrong-import-position
+sys.path.insert(1, sys.path[0] + "/../kit")
+from openpegasus import RealServer
 
 LIBRARY = "libServerProfileProvider.so"
 SOURCE = HERE.parent.parent

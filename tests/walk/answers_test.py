@@ -14,7 +14,7 @@ import sys
 import traceback
 import unittest
 
-import rooms  # noqa: F401  pylint: disable=unused-import
+import rooms  # noqa: F401
 from served import Served
 
 from serverprofile_walk import connection, profile

@@ -12,7 +12,7 @@ import subprocess
 import tempfile
 import unittest
 
-import rooms  # noqa: F401  pylint: disable=unused-import
+import rooms  # noqa: F401
 from peer import Peer, message, reply
 
 from serverprofile_walk import connection, documents

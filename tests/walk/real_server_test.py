@@ -14,9 +14,9 @@ import sys
 import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
-sys.path.insert(0, str(SOURCE / "tests" / "clients"))
+sys.path.insert(1, sys.path[0] + "/../kit")
 
-from installed import NAMESPACES, Installed  # noqa: E402
+from openpegasus import INSTALLED, Installed
 
 SERVER = PYWBEM = None
 
@@ -35,7 +35,7 @@ class Walk(unittest.TestCase):
                          r"^The walk is whole in interop, root/cimv2: \d{3} questions, 0 wrong$")
 
     def test_of_each_namespace_alone_is_whole(self):
-        for namespace in NAMESPACES:
+        for namespace in INSTALLED:
             done = walk("--json", "--namespace", namespace)
             self.assertEqual(done.returncode, 0, done.stdout)
             self.assertTrue(json.loads(done.stdout)["whole"])
@@ -45,7 +45,7 @@ class Walk(unittest.TestCase):
             self.skipTest("no Python with pywbem is given")
         done = subprocess.run(
             [PYWBEM, "-B", str(SOURCE / "tests" / "clients" / "pywbem_walk.py"), SERVER.address,
-             *NAMESPACES], capture_output=True, text=True, timeout=300, check=False)
+             *INSTALLED], capture_output=True, text=True, timeout=300, check=False)
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
     def test_misses_what_the_switch_does_not_publish(self):

@@ -12,9 +12,9 @@ import sys
 from served import SOURCE
 
 sys.path.insert(0, str(SOURCE / "walk"))
-from serverprofile_walk import connection  # noqa: E402  pylint: disable=wrong-import-position
-from serverprofile_walk.client import CimError, Client, Question  # noqa: E402  pylint: disable=wrong-import-position
-from serverprofile_walk.objects import Instance, Key, Path  # noqa: E402  pylint: disable=wrong-import-position
+from serverprofile_walk import connection
+from serverprofile_walk.client import CimError, Client, Question
+from serverprofile_walk.objects import Instance, Key, Path
 
 ROOTS = ("CIM_Namespace", "CIM_RegisteredProfile")
 ENUMERATIONS = ("EnumerateInstanceNames", "EnumerateInstances")

@@ -11,6 +11,9 @@ import tempfile
 import time
 
 PATIENCE = 120.0  # seconds for a start or an end
+SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
+INSTALLED = ("interop", "root/cimv2")  # the namespaces into which the modules are installed
+SWITCH = ("schema/orvex_switch.mof", "samples/sample_switch.mof")
 
 # The server keeps its lock files and its local socket here under fixed names, so that two on one
 # machine meet. Each gets its own, in a mount namespace; what the test needs of the real ones is
@@ -184,3 +187,36 @@ class RealServer:
         self._log_file.seek(0)
         self.log = self._log_file.read().decode(errors="replace")
         self._log_file.close()
+
+
+class Installed(RealServer):
+    """The server with both modules, installed as the documentation says: the libraries in a provider
+    directory, serverprofile-register install, and the sample switch in both namespaces. `build` is the
+    build directory, with the modules for the installation in lib/openpegasus."""
+
+    def __init__(self, home, build, options=()):
+        self.build = pathlib.Path(build).resolve()
+        super().__init__(home, visible=[SOURCE, self.build], options=options)
+
+    def __enter__(self):
+        super().__enter__()
+        try:
+            for library in (self.build / "lib" / "openpegasus").glob("*.so"):
+                shutil.copy(library, self.providers)
+            self.must("serverprofile-register", self.build / "bin" / "serverprofile-register",
+                      "install", "--mof", SOURCE / "schema")
+            for namespace in INSTALLED:
+                for file in SWITCH:
+                    self.must(f"cimmof {file}", "cimmof", "-aE", "-aV", "-n", namespace,
+                              SOURCE / file)
+        except BaseException as error:
+            self.__exit__(type(error), error, None)
+            raise
+        return self
+
+    def must(self, what, *command):
+        """Runs a command beside the server; throws RuntimeError if it fails."""
+        done = self.run(list(map(str, command)))
+        if done.returncode != 0:
+            raise RuntimeError(f"{what}: {done.returncode}\n{done.stdout}{done.stderr}")
+        return done.stdout

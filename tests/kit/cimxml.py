@@ -1,11 +1,10 @@
 """A CIM-XML client (DSP0200, DSP0201) that shows paths as they went over the wire: where each
 reference says that it is, and what it lacks. For tests; it asks, and changes nothing."""
 
-import http.client
 import xml.etree.ElementTree as ElementTree
 from typing import NamedTuple, Optional
 
-PATIENCE = 120  # seconds for an answer
+from request import Connection
 
 
 class Path(NamedTuple):
@@ -33,22 +32,6 @@ class Object(NamedTuple):
     path: Optional[Path]
     name: str
     references: dict
-
-
-class CimError(Exception):
-    def __init__(self, code, description):
-        super().__init__(f"{code}: {description}")
-        self.code = int(code)
-
-
-def returned(text):
-    """The elements of a reply's IRETURNVALUE. Throws CimError."""
-    answer = ElementTree.fromstring(text).find(".//IMETHODRESPONSE")
-    error = answer.find("ERROR")
-    if error is not None:
-        raise CimError(error.get("CODE"), error.get("DESCRIPTION"))
-    value = answer.find("IRETURNVALUE")
-    return [] if value is None else list(value)
 
 
 def path(text):
@@ -97,8 +80,8 @@ def _object(element):
                   instance.get("CLASSNAME"), references)
 
 
-def _namespace_element(namespace, tag="LOCALNAMESPACEPATH"):
-    element = ElementTree.Element(tag)
+def _namespace_element(namespace):
+    element = ElementTree.Element("LOCALNAMESPACEPATH")
     for part in namespace.split("/"):
         ElementTree.SubElement(element, "NAMESPACE", NAME=part)
     return element
@@ -172,25 +155,10 @@ class Client:
 
     def _call(self, method, **parameters):
         """The elements of the answer's IRETURNVALUE; parameters are elements or class names."""
-        document = ElementTree.Element("CIM", CIMVERSION="2.0", DTDVERSION="2.0")
-        message = ElementTree.SubElement(document, "MESSAGE", ID="1", PROTOCOLVERSION="1.0")
-        call = ElementTree.SubElement(
-            ElementTree.SubElement(message, "SIMPLEREQ"), "IMETHODCALL", NAME=method)
-        call.append(_namespace_element(self._namespace))
-        for name, value in parameters.items():
-            if value is not None:
-                ElementTree.SubElement(call, "IPARAMVALUE", NAME=name).append(
-                    self._class(value) if isinstance(value, str) else value)
-        connection = http.client.HTTPConnection(self._address, timeout=PATIENCE)
+        given = [(name, ElementTree.tostring(self._class(value) if isinstance(value, str) else value, "unicode"))
+                 for name, value in parameters.items() if value is not None]
+        connection = Connection(self._address)
         try:
-            body = ElementTree.tostring(document, encoding="utf-8", xml_declaration=True)
-            connection.request("POST", "/cimom", body, {
-                "Content-Type": 'application/xml; charset="utf-8"', "CIMOperation": "MethodCall",
-                "CIMMethod": method, "CIMObject": self._namespace})
-            reply = connection.getresponse()
-            text = reply.read()
-            if reply.status != 200:
-                raise RuntimeError(f"HTTP {reply.status} {reply.reason}: {reply.headers}")
+            return connection.ask(self._namespace, method, *given)
         finally:
             connection.close()
-        return returned(text)

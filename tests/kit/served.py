@@ -11,6 +11,7 @@ import time
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
 NAMESPACES = ("root/cimv2", "interop", "root/PG_InterOp")
 PATIENCE = 60.0  # seconds for a start or an end; the sanitizers are slow
+TICK = 0.001  # seconds between looks at what is awaited
 
 
 class Served:
@@ -19,7 +20,8 @@ class Served:
     from these alone. The server has `environment` besides ours. Without `keep` it unmaps libraries
     that it does not need any more, without `traced` its standard output is thrown away.
 
-    `address` is "127.0.0.1:PORT", `pid` the process. With `https` it serves HTTPS, too: at `secure_address`,
+    `address` is "127.0.0.1:PORT", `pid` the process, `started` when it was started by the monotonic clock, and
+    `ready` the seconds from then until it served. With `https` it serves HTTPS, too: at `secure_address`,
     "localhost:PORT", with the certificate in the file `certificate`, signed by itself. At the end the server is asked to stop, and any exit
     code but those of `codes` is an error, which is how a sanitizer's report fails a test. That it has ended
     before is an error, too, whatever else has gone wrong.
@@ -36,6 +38,7 @@ class Served:
         self.traced = traced
         self.https = https
         self.codes = (0,)  # with which the server may end
+        self.patience = PATIENCE  # for its start
         self.trace = ""
         self.log = ""
 
@@ -57,6 +60,7 @@ class Served:
                            check=True, stdout=subprocess.DEVNULL)
             secure = ["--https-port", "0", "--https-port-file", place / "https-port",
                       "--certificate", self.certificate, "--key", place / "key.pem"]
+        self.started = time.monotonic()
         self._process = subprocess.Popen(
             [program, "--port", "0", "--port-file", port_file, *secure,
              *self.keep, *arguments, *self.options],
@@ -64,12 +68,14 @@ class Served:
             stdout=self._trace_file if self.traced else subprocess.DEVNULL, stderr=self._log_file,
             env={**os.environ, **self.environment})
         self.pid = self._process.pid
-        end = time.monotonic() + PATIENCE
         while not (port_file.exists() and port_file.read_text().strip()):
-            if self._process.poll() is not None or time.monotonic() > end:
+            if self._process.poll() is not None or time.monotonic() > self.started + self.patience:
+                self._process.kill()
+                self._process.wait()
                 self._read()
                 raise RuntimeError("cimhost did not start:\n" + self.log)
-            time.sleep(0.05)
+            time.sleep(TICK)
+        self.ready = time.monotonic() - self.started
         self.port = int(port_file.read_text())
         self.address = f"127.0.0.1:{self.port}"
         if self.https:
@@ -96,6 +102,14 @@ class Served:
         """What it has said on its standard output so far."""
         return os.pread(self._trace_file.fileno(), os.fstat(self._trace_file.fileno()).st_size,
                         0).decode()
+
+    def says(self, text, times=1):
+        """Waits until it has said a text on its standard output so often."""
+        end = time.monotonic() + PATIENCE
+        while self.said().count(text) < times:
+            if time.monotonic() > end:
+                raise RuntimeError(f"cimhost did not say {text!r} {times} times:\n{self.said()}")
+            time.sleep(TICK)
 
     def logged(self):
         """What it has logged so far."""
