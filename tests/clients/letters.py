@@ -1,6 +1,6 @@
 """Short names for the objects of the sample switch and of the module, for tables in tests."""
 
-from cimxml import Path
+from cimxml import Path, references
 
 # "-" is a path that is empty.
 OBJECTS = {
@@ -37,15 +37,15 @@ ENDS = {
 
 def label(found):
     """An object, or an association with its ends, in letters."""
-    if found.name in ENDS:
-        kind, first, second = ENDS[found.name]
+    if found.class_name in ENDS:
+        kind, first, second = ENDS[found.class_name]
         if isinstance(found, Path):
-            ends = [found.key(role) or Path(None, None, "", ()) for role in (first, second)]
+            ends = [found.key(role) or Path("") for role in (first, second)]
         else:
-            ends = [found.references[role][1] for role in (first, second)]
+            ends = [references(found)[role][1] for role in (first, second)]
         return f"{kind}:{label(ends[0])}>{label(ends[1])}"
     where = found if isinstance(found, Path) else found.path
-    if found.name in NUMBERED:
-        letter, key = NUMBERED[found.name]
+    if found.class_name in NUMBERED:
+        letter, key = NUMBERED[found.class_name]
         return letter + where.key(key)[-1]
-    return OBJECTS.get(found.name) or NAMED[found.name, where.key("Name")]
+    return OBJECTS.get(found.class_name) or NAMED[found.class_name, where.key("Name")]

@@ -14,7 +14,7 @@ import unittest
 
 sys.path.insert(1, sys.path[0] + "/../kit")
 
-from cimxml import Client
+from cimxml import Client, references
 from letters import ENDS, label
 from served import NAMESPACES, Served
 
@@ -120,14 +120,14 @@ class Tie:
         roles = ENDS[association][1:]
         more = {"place": f"{name.host}/{name.namespace}"} if name.host else {}
         return cls(association, [name.key(role) for role in roles],
-                   **{"key order": ",".join(key for key, _ in name.keys)}, **more)
+                   **{"key order": ",".join(key.name for key in name.keys)}, **more)
 
     @classmethod
     def of_object(cls, association, found):
         roles = ENDS[association][1:]
-        return cls(association, [found.references[role][1] for role in roles],
-                   [found.references[role][0] for role in roles],
-                   **{"property order": ",".join(found.references)})
+        ends = references(found)
+        return cls(association, [ends[role][1] for role in roles], [ends[role][0] for role in roles],
+                   **{"property order": ",".join(ends)})
 
 
 class Story:
@@ -166,7 +166,7 @@ class Story:
         names = self.client.enumerate_names(self.association)
         enumerated = self.objects(found)
         for tie, one in zip(enumerated, found):
-            tie.aspects["key order"] = ",".join(key for key, _ in one.path.keys)
+            tie.aspects["key order"] = ",".join(key.name for key in one.path.keys)
             tie.aspects["place"] = self.place
         self.compare("names", enumerated, self.names(names))
         self.compare("instances' names", enumerated, self.names([one.path for one in found]))
@@ -174,8 +174,8 @@ class Story:
         for index in (0, 1):
             for source in {label(tie.ends[index]): tie.ends[index] for tie in enumerated}.values():
                 chosen = [tie for tie in enumerated if label(tie.ends[index]) == label(source)]
-                for name in filter(None, (source.name, SUPERCLASS.get(source.name))):
-                    self.walk_from(source._replace(name=name), index, chosen)
+                for name in filter(None, (source.class_name, SUPERCLASS.get(source.class_name))):
+                    self.walk_from(source._replace(class_name=name), index, chosen)
         return enumerated
 
     def walk_from(self, source, index, enumerated):
@@ -186,14 +186,14 @@ class Story:
             return [Tie(association, [path if i != index else enumerated[0].ends[index]
                                       for i in (0, 1)]) for path in paths]
 
-        references = client.references(source, association)
+        found = client.references(source, association)
         for operation, told in (
                 ("associator names", far(client.associator_names(source, association))),
                 ("associators", far([o.path for o in client.associators(source, association)])),
                 ("reference names", self.names(client.reference_names(source, association))),
-                ("references", self.objects(references)),
-                ("references' names", self.names([one.path for one in references]))):
-            self.compare(f"from {source.name}: {operation}", enumerated, told)
+                ("references", self.objects(found)),
+                ("references' names", self.names([one.path for one in found]))):
+            self.compare(f"from {source.class_name}: {operation}", enumerated, told)
 
 
 def expected(association, words):
