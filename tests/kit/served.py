@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import re
 import signal
 import subprocess
 import tempfile
@@ -122,8 +121,3 @@ class Served:
             stream.seek(0)
             setattr(self, name, stream.read().decode())
             stream.close()
-
-
-def expand(text, served):
-    """`text` with {ADDRESS} replaced."""
-    return re.sub(r"\{ADDRESS\}", served.address, text)
