@@ -1,8 +1,8 @@
-// The MOF reader: text to declarations (DSP0004 annex A), no meaning attached.
+// The MOF reader turns text into declarations (DSP0004 annex A) and gives them no meaning.
 //
-// A file is read whole, with its includes, before anything is handed on, so that a file with an
-// error is never half loaded. What the declarations mean (superclasses, property types, aliases)
-// is the repository's business; every declaration carries its location so that it can say where.
+// It reads a file whole, with its includes, before it returns anything, so that a file with an
+// error is never half loaded. Whoever uses the declarations decides what superclasses, types and
+// aliases mean; each declaration carries its location for error messages.
 //
 // Thread-safety: reading shares no state; the results are plain values.
 #pragma once

@@ -1,4 +1,4 @@
-// The way from the reading into the generated parser.
+// Runs the generated parser for a Reading.
 #pragma once
 
 #include "mof/Source.h"

@@ -1,4 +1,4 @@
-// Text to tokens. The rules are in Scanner.l; this is what they work on.
+// Splits text into tokens. The rules are in Scanner.l; they work on this class.
 #pragma once
 
 #include "mof/Source.h"

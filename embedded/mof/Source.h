@@ -28,7 +28,7 @@ class Source {
     const std::string* _name;
 };
 
-/// The one form of every syntax message; `token` is shown as it is written, cut when it is long.
+/// The text of every syntax message. It shows `token` as it is written, and cuts a long one.
 std::string unexpected(std::string_view token, std::string_view expected);
 
 } // namespace embedded::mof

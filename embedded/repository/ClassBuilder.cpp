@@ -7,10 +7,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMName;
-using Pegasus::CIMScope;
+namespace {
 
 std::string words(const mof::ClassDeclaration& declaration) {
     return "class " + declaration.name;

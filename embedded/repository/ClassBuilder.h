@@ -1,5 +1,5 @@
-// A class declaration to a class: each element with its class of origin, and with the qualifiers
-// that it is handed down by what it overrides.
+// Builds a class from its declaration. Each element gets its class of origin, and the qualifiers
+// that it inherits from the element which it overrides.
 #pragma once
 
 #include "mof/Mof.h"

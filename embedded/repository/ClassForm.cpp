@@ -6,14 +6,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMConstProperty;
-using Pegasus::CIMInstance;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMProperty;
-using Pegasus::CIMValue;
-using Pegasus::Uint32;
+namespace {
 
 /// Those that instances have in common are few; they are forgotten rather than that a class whose
 /// instances all differ fills the memory.
@@ -22,7 +17,7 @@ constexpr std::size_t mostShapes = 64;
 bool names(const CIMValue& key) {
     if (key.isNull())
         return false;
-    if (key.getType() != Pegasus::CIMTYPE_REFERENCE)
+    if (key.getType() != CIMTYPE_REFERENCE)
         return true;
     CIMObjectPath path;
     key.get(path);
@@ -32,10 +27,10 @@ bool names(const CIMValue& key) {
 /// Whether one may stand for the other. Values of some types are equal although their texts differ.
 bool isSame(const CIMValue& a, const CIMValue& b) {
     switch (a.getType()) {
-    case Pegasus::CIMTYPE_REAL32:
-    case Pegasus::CIMTYPE_REAL64:
-    case Pegasus::CIMTYPE_DATETIME:
-    case Pegasus::CIMTYPE_REFERENCE:
+    case CIMTYPE_REAL32:
+    case CIMTYPE_REAL64:
+    case CIMTYPE_DATETIME:
+    case CIMTYPE_REFERENCE:
         return false;
     default:
         return a.equal(b);
@@ -58,7 +53,7 @@ bool ClassForm::isKey(Uint32 property) const {
     return std::find(_keys.begin(), _keys.end(), property) != _keys.end();
 }
 
-Uint32 ClassForm::find(const Pegasus::CIMName& property) const {
+Uint32 ClassForm::find(const CIMName& property) const {
     const auto found = _places.find(folded(property));
     return found == _places.end() ? nowhere : found->second;
 }
@@ -84,7 +79,7 @@ Ref<Shape> ClassForm::keep(std::vector<Shape::Member> members, const std::string
         removeQualifiers(property, all);
         if (members[i].given)
             shape->given.push_back(place);
-        if (property.getType() == Pegasus::CIMTYPE_REFERENCE)
+        if (property.getType() == CIMTYPE_REFERENCE)
             shape->references.push_back(place);
     }
     shape->members = std::move(members);
@@ -136,17 +131,16 @@ Ref<Shape> ClassForm::reshaped(const Ref<Shape>& shape, const std::vector<Shape:
 }
 
 CIMObjectPath ClassForm::path(const ValueSource& source) const {
-    Pegasus::Array<Pegasus::CIMKeyBinding> bindings;
+    Array<CIMKeyBinding> bindings;
     for (const Uint32 key : _keys) {
         const CIMConstProperty& declared = _properties[key];
         const CIMValue* given = source(key);
         const CIMValue& value = given ? *given : declared.getValue();
         if (!names(value))
             throw MissingKey{declared.getName()};
-        bindings.append(Pegasus::CIMKeyBinding(declared.getName(), value));
+        bindings.append(CIMKeyBinding(declared.getName(), value));
     }
-    return CIMObjectPath(Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(), className(),
-                         bindings);
+    return CIMObjectPath(String::EMPTY, CIMNamespaceName(), className(), bindings);
 }
 
 Ref<Stored> ClassForm::stored(const Ref<Shape>& shape, const CIMObjectPath& path,

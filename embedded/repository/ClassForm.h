@@ -1,4 +1,4 @@
-// A class as the one needs it who makes instances of it.
+// What the makers of instances need to know of a class.
 #pragma once
 
 #include "repository/ClassNode.h"

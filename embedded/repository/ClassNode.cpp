@@ -4,15 +4,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMClass;
-using Pegasus::CIMConstMethod;
-using Pegasus::CIMConstProperty;
-using Pegasus::CIMMethod;
-using Pegasus::CIMName;
-using Pegasus::CIMProperty;
-using Pegasus::Uint32;
+namespace {
 
 template <class Declared>
 void replace(NamedList<ClassNode::Member<Declared>>& members,
@@ -93,7 +87,7 @@ void ClassNode::declare(const CIMProperty& property) {
     const Property member{property, this};
     replace(properties, member);
     replace(keys, member, isSet(property, "Key"));
-    replace(references, member, property.getType() == Pegasus::CIMTYPE_REFERENCE);
+    replace(references, member, property.getType() == CIMTYPE_REFERENCE);
 }
 
 void ClassNode::declare(const CIMMethod& method) {
@@ -110,7 +104,7 @@ bool sameClass(const ClassNode& a, const ClassNode& b) {
 }
 
 CIMClass shownClass(const ClassNode& node, bool localOnly, bool includeQualifiers,
-                    bool includeClassOrigin, const Pegasus::CIMPropertyList& propertyList) {
+                    bool includeClassOrigin, const CIMPropertyList& propertyList) {
     const Flags flags{localOnly, includeQualifiers, includeClassOrigin};
     CIMClass shown = includeQualifiers ? node.head.clone()
                                        : CIMClass(node.name(), node.head.getSuperClassName());
@@ -128,7 +122,7 @@ CIMClass shownClass(const ClassNode& node, bool localOnly, bool includeQualifier
             CIMMethod method = each.declared.clone();
             flags.filterMember(method, each.home != &node);
             for (Uint32 i = 0; i < method.getParameterCount(); ++i) {
-                Pegasus::CIMParameter parameter = method.getParameter(i);
+                CIMParameter parameter = method.getParameter(i);
                 flags.filterQualifiers(parameter);
             }
             shown.addMethod(method);

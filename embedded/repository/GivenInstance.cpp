@@ -11,16 +11,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMConstInstance;
-using Pegasus::CIMConstProperty;
-using Pegasus::CIMException;
-using Pegasus::CIMName;
-using Pegasus::CIMPropertyList;
-using Pegasus::CIMValue;
-using Pegasus::String;
-using Pegasus::Uint32;
+namespace {
 
 /// Throws unless `given` has a value of the type of the property `declared`.
 void checkType(const CIMConstProperty& declared, const CIMConstProperty& given) {
@@ -30,12 +23,12 @@ void checkType(const CIMConstProperty& declared, const CIMConstProperty& given) 
         (size == 0 || value.isNull() || value.getArraySize() == size))
         return;
     String message = String("property ") + declared.getName().getString() + " takes a " +
-                     Pegasus::cimTypeToString(declared.getType());
+                     cimTypeToString(declared.getType());
     if (declared.isArray())
         message.append(" array");
     if (size != 0)
         message.append(String((" of " + std::to_string(size)).c_str()));
-    throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, message);
+    throw CIMException(CIM_ERR_INVALID_PARAMETER, message);
 }
 
 /// Checks all properties of `given`; `unknown` is thrown for one that the class does not have.
@@ -51,7 +44,7 @@ void checkGiven(const ClassForm& form, const CIMConstInstance& given, Unknown un
 }
 
 CIMException noSuchProperty(const CIMName& name) {
-    return CIMException(Pegasus::CIM_ERR_NO_SUCH_PROPERTY, name.getString());
+    return CIMException(CIM_ERR_NO_SUCH_PROPERTY, name.getString());
 }
 
 /// The value that `given` has for the property `declared`, if it has one.
@@ -73,9 +66,9 @@ bool isNamedBy(const CIMPropertyList& list, const CIMName& name) {
 
 Ref<Stored> completedInstance(ClassForm& form, const CIMConstInstance& given) {
     checkGiven(form, given, [&](const CIMName& name) {
-        return CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
-                            String("class ") + form.className().getString() + " has no property " +
-                                name.getString());
+        return CIMException(CIM_ERR_INVALID_PARAMETER, String("class ") +
+                                                           form.className().getString() +
+                                                           " has no property " + name.getString());
     });
     std::vector<Uint32> places;
     std::vector<CIMValue> values;
@@ -92,9 +85,9 @@ Ref<Stored> completedInstance(ClassForm& form, const CIMConstInstance& given) {
         });
         return form.stored(form.shape(places), path, values);
     } catch (const MissingKey& missing) {
-        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, String("key property ") +
-                                                                   missing.property.getString() +
-                                                                   " has no value");
+        throw CIMException(CIM_ERR_INVALID_PARAMETER, String("key property ") +
+                                                          missing.property.getString() +
+                                                          " has no value");
     }
 }
 
@@ -113,9 +106,9 @@ Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConst
         if (isNamedBy(list, declared.getName()) && (!list.isNull() || value)) {
             next = value.value_or(declared.getValue());
             if (form.isKey(members[i].property) && next != kept.valueAt(i)) {
-                throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
-                                   String("key property ") + declared.getName().getString() +
-                                       " cannot be modified");
+                throw CIMException(CIM_ERR_INVALID_PARAMETER, String("key property ") +
+                                                                  declared.getName().getString() +
+                                                                  " cannot be modified");
             }
             members[i].given = value.has_value();
         }

@@ -1,4 +1,4 @@
-// Instances as clients give them, checked against their class.
+// Checks and completes the instances that clients send.
 //
 // Errors are Pegasus::CIMException: CIM_ERR_INVALID_PARAMETER for a value of another type than the
 // property's, and what is said below.

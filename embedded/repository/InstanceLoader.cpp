@@ -8,13 +8,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMScope;
-using Pegasus::CIMValue;
-using Pegasus::Uint32;
+namespace {
 
 std::string words(const mof::InstanceDeclaration& declaration) {
     return "instance of " + declaration.className;
@@ -73,16 +69,16 @@ std::string described(const std::vector<mof::Qualifier>& qualifiers) {
 
 /// Replaces the qualifiers that the class hands down to `built` by those and the ones that
 /// `declaration` is written with.
-void qualify(Pegasus::CIMInstance& built, const mof::InstanceDeclaration& declaration,
-             const ClassForm& form, const NameSpace& home) {
+void qualify(CIMInstance& built, const mof::InstanceDeclaration& declaration, const ClassForm& form,
+             const NameSpace& home) {
     const CIMScope& scope = form.head().isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
     removeQualifiers(built, [](const auto&) { return true; });
     addQualifiers(built, buildQualifiers(declaration.qualifiers, home.qualifiers(),
                                          {words(declaration), scope}, qualifiersOf(form.head())));
     for (const mof::PropertyInitializer& each : declaration.properties) {
-        Pegasus::CIMProperty property =
+        CIMProperty property =
             built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
-        const bool isReference = property.getType() == Pegasus::CIMTYPE_REFERENCE;
+        const bool isReference = property.getType() == CIMTYPE_REFERENCE;
         addQualifiers(property,
                       buildQualifiers(each.qualifiers, home.qualifiers(),
                                       {"property " + each.name,
@@ -116,7 +112,7 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
         }
         if (std::find(kind->places.begin(), kind->places.end(), place) != kind->places.end())
             throw mof::MofError(each.where, "property " + each.name + " is given twice");
-        const Pegasus::CIMConstProperty& declared = form.properties()[place];
+        const CIMConstProperty& declared = form.properties()[place];
         kind->places.push_back(place);
         kind->targets.push_back({"property " + declaration.className + "." + each.name,
                                  declared.getType(), static_cast<bool>(declared.isArray()),
@@ -233,7 +229,7 @@ Ref<Shape> InstanceLoader::shapeOf(const Announced& instance) {
     std::string written = described(declaration.qualifiers);
     for (const mof::PropertyInitializer& each : declaration.properties)
         written += described(each.qualifiers);
-    return kind.store->form().shape(kind.places, written, [&](Pegasus::CIMInstance& example) {
+    return kind.store->form().shape(kind.places, written, [&](CIMInstance& example) {
         qualify(example, declaration, kind.store->form(), *kind.home);
     });
 }

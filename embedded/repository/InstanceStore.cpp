@@ -7,8 +7,7 @@
 
 namespace embedded::repository {
 
-using Pegasus::CIMObjectPath;
-using Pegasus::Uint32;
+using namespace Pegasus;
 
 namespace {
 

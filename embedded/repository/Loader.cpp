@@ -10,9 +10,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMNamespaceName;
+namespace {
 
 template <class T>
 struct Placed {
@@ -30,8 +30,8 @@ CIMNamespaceName nameSpaceOf(const mof::Declaration& declaration,
     if (!declaration.nameSpace)
         return otherwise;
     try {
-        return CIMNamespaceName(Pegasus::String(declaration.nameSpace->c_str()));
-    } catch (const Pegasus::Exception&) {
+        return CIMNamespaceName(String(declaration.nameSpace->c_str()));
+    } catch (const Exception&) {
         throw mof::MofError(placeOf(declaration),
                             "\"" + *declaration.nameSpace + "\" is not the name of a namespace");
     }

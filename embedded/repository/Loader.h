@@ -1,4 +1,4 @@
-// A MOF specification into namespaces.
+// Loads a MOF specification into namespaces.
 #pragma once
 
 #include "mof/Mof.h"

@@ -6,20 +6,13 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMConstMethod;
-using Pegasus::CIMConstProperty;
-using Pegasus::CIMMethod;
-using Pegasus::CIMName;
-using Pegasus::CIMParameter;
-using Pegasus::CIMProperty;
-using Pegasus::CIMScope;
-using Pegasus::Uint32;
-
-std::string typeText(Pegasus::CIMType type, bool isArray, Uint32 arraySize) {
+std::string typeText(CIMType type, bool isArray, Uint32 arraySize) {
     const std::string size = arraySize == 0 ? "" : std::to_string(arraySize);
-    return Pegasus::cimTypeToString(type) + (isArray ? "[" + size + "]" : std::string());
+    return cimTypeToString(type) + (isArray ? "[" + size + "]" : std::string());
 }
 
 /// An element that names another one in its Override replaces one of that name.
@@ -90,7 +83,7 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const ReferenceReader readPath = [&](const mof::Literal& literal) {
         return parsePath(literal, target.words);
     };
-    const Pegasus::CIMValue value =
+    const CIMValue value =
         written.value ? buildValue(*written.value, target, readPath) : nullValue(target);
     CIMProperty built(cimNameAt(written.name, written.where), value, written.arraySize,
                       referenceClassOf(written.type, written.referenceClass, written.where),
@@ -117,7 +110,7 @@ CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
     const CIMConstMethod inherited = found->declared;
     if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
         throw mof::MofError(written.where, words + " overrides one that returns " +
-                                               Pegasus::cimTypeToString(inherited.getType()) +
+                                               cimTypeToString(inherited.getType()) +
                                                " with one that returns " + written.returnType);
     }
     return inherited;

@@ -4,7 +4,7 @@
 
 namespace embedded::repository {
 
-using Pegasus::CIMName;
+using namespace Pegasus;
 
 namespace {
 

@@ -34,7 +34,7 @@ const auto& nameOf(const Ref<T>& element) {
     return element->name();
 }
 
-/// Copies share their elements, as those of SharedTree do, and are as safe with threads.
+/// Copies share their elements. Thread-safety: as that of SharedTree.
 template <class Element>
 class NamedList {
   public:

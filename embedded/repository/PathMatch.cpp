@@ -11,17 +11,17 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMKeyBinding;
-
 /// Numbers have several spellings (0x1F, 31); anything else that came as a number keeps its own.
-Pegasus::String canonicalNumber(const Pegasus::String& text) {
+String canonicalNumber(const String& text) {
     const auto number = parseInteger(toText(text));
     if (!number)
         return text;
     const bool negative = number->negative && number->magnitude != 0;
-    return Pegasus::String(((negative ? "-" : "") + std::to_string(number->magnitude)).c_str());
+    return String(((negative ? "-" : "") + std::to_string(number->magnitude)).c_str());
 }
 
 constexpr std::size_t usualLength = 160;
@@ -29,8 +29,8 @@ constexpr std::size_t usualLength = 160;
 enum class Case { Counts, Folded };
 
 /// With its length in front, so that no value can be mistaken for the end of another one.
-void append(std::string& out, const Pegasus::String& value, Case letters = Case::Folded) {
-    const Pegasus::Uint32 size = value.size();
+void append(std::string& out, const String& value, Case letters = Case::Folded) {
+    const Uint32 size = value.size();
     for (unsigned shift = 0; shift < 32; shift += 8)
         out += static_cast<char>((size >> shift) & 0xFFU);
     const std::size_t begin = out.size();
@@ -43,17 +43,16 @@ void append(std::string& out, const Pegasus::String& value, Case letters = Case:
 
 } // namespace
 
-PathKey::PathKey(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& home)
-    : _home(home) {
+PathKey::PathKey(const CIMObjectPath& path, const CIMNamespaceName& home) : _home(home) {
     _text.reserve(usualLength);
     add(path);
 }
 
-void PathKey::add(const Pegasus::CIMObjectPath& path) {
+void PathKey::add(const CIMObjectPath& path) {
     append(_text, path.getClassName().getString());
     // A path keeps its keys sorted by name, whatever their case.
-    const Pegasus::Array<CIMKeyBinding>& bindings = path.getKeyBindings();
-    for (Pegasus::Uint32 i = 0; i < bindings.size(); ++i) {
+    const Array<CIMKeyBinding>& bindings = path.getKeyBindings();
+    for (Uint32 i = 0; i < bindings.size(); ++i) {
         const CIMKeyBinding& binding = bindings[i];
         append(_text, binding.getName().getString());
         switch (binding.getType()) {
@@ -75,19 +74,19 @@ void PathKey::add(const Pegasus::CIMObjectPath& path) {
 
 void PathKey::addReference(const CIMKeyBinding& key) {
     try {
-        const Pegasus::CIMObjectPath path = Pegasus::embedding::referencedPath(key);
+        const CIMObjectPath path = Pegasus::embedding::referencedPath(key);
         _places.push_back({path.getHost(), path.getNameSpace()});
         _text += "r(";
         add(path);
         _text += ')';
-    } catch (const Pegasus::Exception&) {
+    } catch (const Exception&) {
         append(_text += "r?", key.getValue(), Case::Counts);
     }
 }
 
 bool PathKey::matches(const PathKey& asked, bool loosely) const {
     const auto samePlace = [&](const Place& kept, const Place& other) {
-        if (kept.host.size() != 0 && !Pegasus::String::equalNoCase(kept.host, other.host))
+        if (kept.host.size() != 0 && !String::equalNoCase(kept.host, other.host))
             return false;
         if (kept.nameSpace.isNull() && loosely)
             return true;
@@ -106,14 +105,14 @@ bool PathKey::matchesLoosely(const PathKey& asked) const {
     return matches(asked, true);
 }
 
-Pegasus::CIMObjectPath withoutPlace(const Pegasus::CIMObjectPath& path) {
-    return Pegasus::CIMObjectPath(Pegasus::String::EMPTY, Pegasus::CIMNamespaceName(),
-                                  path.getClassName(), path.getKeyBindings());
+CIMObjectPath withoutPlace(const CIMObjectPath& path) {
+    return CIMObjectPath(String::EMPTY, CIMNamespaceName(), path.getClassName(),
+                         path.getKeyBindings());
 }
 
-bool equalWithoutPlace(const Pegasus::CIMObjectPath& x, const Pegasus::CIMObjectPath& y) {
-    const Pegasus::Array<CIMKeyBinding>& keys = x.getKeyBindings();
-    const Pegasus::Array<CIMKeyBinding>& others = y.getKeyBindings();
+bool equalWithoutPlace(const CIMObjectPath& x, const CIMObjectPath& y) {
+    const Array<CIMKeyBinding>& keys = x.getKeyBindings();
+    const Array<CIMKeyBinding>& others = y.getKeyBindings();
     return x.getClassName() == y.getClassName() &&
            std::equal(keys.getData(), keys.getData() + keys.size(), others.getData(),
                       others.getData() + others.size());

@@ -11,12 +11,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMFlavor;
-using Pegasus::CIMQualifier;
-using Pegasus::CIMQualifierDecl;
-using Pegasus::CIMScope;
+namespace {
 
 struct FlavorRow {
     const char* word;
@@ -88,15 +85,15 @@ bool sameDeclaration(const CIMQualifierDecl& a, const CIMQualifierDecl& b) {
 }
 
 /// Boolean qualifiers are switched on by their name alone; others are NULL then.
-Pegasus::CIMValue valueOf(const mof::Qualifier& used, const ValueTarget& target) {
+CIMValue valueOf(const mof::Qualifier& used, const ValueTarget& target) {
     if (used.value)
         return buildValue(*used.value, target);
-    if (target.type == Pegasus::CIMTYPE_BOOLEAN && !target.isArray)
-        return Pegasus::CIMValue(Pegasus::Boolean(true));
+    if (target.type == CIMTYPE_BOOLEAN && !target.isArray)
+        return CIMValue(Boolean(true));
     return nullValue(target);
 }
 
-QualifierList::iterator findIn(QualifierList& list, const Pegasus::CIMName& name) {
+QualifierList::iterator findIn(QualifierList& list, const CIMName& name) {
     return std::find_if(
         list.begin(), list.end(),
         [&](const CIMQualifier& each) { return each.getName().equal(name); });
@@ -117,7 +114,7 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
         throw mof::MofError(used.where, words + " is out of its scope (" +
                                             toText(declaration->getScope().toString()) + ")");
     }
-    const Pegasus::CIMValue value = valueOf(used, targetOf(*declaration, words));
+    const CIMValue value = valueOf(used, targetOf(*declaration, words));
     const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
     if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
         handedDown->getValue() != value) {
@@ -147,7 +144,7 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const Qua
     QualifierList list;
     QualifierList above = inherited;
     for (const mof::Qualifier& each : used) {
-        const Pegasus::CIMName name = cimNameAt(each.name, each.where);
+        const CIMName name = cimNameAt(each.name, each.where);
         if (findIn(list, name) != list.end()) {
             throw mof::MofError(each.where, "qualifier " + each.name + " of " + element.words +
                                                 " is given twice");

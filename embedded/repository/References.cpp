@@ -7,27 +7,25 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMKeyBinding;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
+namespace {
 
 /// The namespace that `path` points into; null if it is not served here.
 const NameSpace* targetNameSpace(const CIMObjectPath& path, const NameSpaceList& nameSpaces,
-                                 const Pegasus::CIMNamespaceName& home) {
+                                 const CIMNamespaceName& home) {
     return nameSpaces.find(path.getNameSpace().isNull() ? home : path.getNameSpace());
 }
 
-CIMKeyBinding::Type bindingType(Pegasus::CIMType type) {
+CIMKeyBinding::Type bindingType(CIMType type) {
     switch (type) {
-    case Pegasus::CIMTYPE_BOOLEAN:
+    case CIMTYPE_BOOLEAN:
         return CIMKeyBinding::BOOLEAN;
-    case Pegasus::CIMTYPE_CHAR16:
-    case Pegasus::CIMTYPE_STRING:
-    case Pegasus::CIMTYPE_DATETIME:
+    case CIMTYPE_CHAR16:
+    case CIMTYPE_STRING:
+    case CIMTYPE_DATETIME:
         return CIMKeyBinding::STRING;
-    case Pegasus::CIMTYPE_REFERENCE:
+    case CIMTYPE_REFERENCE:
         return CIMKeyBinding::REFERENCE;
     default:
         return CIMKeyBinding::NUMERIC;
@@ -44,13 +42,13 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node, const std
     const ClassNode::Property* found = node.keys.find(binding.getName());
     if (!found)
         throw mof::MofError(where, words + ": " + key + " is not a key property");
-    const Pegasus::CIMConstProperty& property = found->declared;
+    const CIMConstProperty& property = found->declared;
     const CIMKeyBinding::Type declared = bindingType(property.getType());
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
         !(declared == CIMKeyBinding::STRING && quoted(binding.getType()))) {
         throw mof::MofError(where, words + ": key " + key + " takes a " +
-                                       Pegasus::cimTypeToString(property.getType()) + ", not " +
+                                       cimTypeToString(property.getType()) + ", not " +
                                        toText(binding.getValue()));
     }
     binding.setName(property.getName());
@@ -62,8 +60,8 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node, const std
 
 CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words) {
     try {
-        return CIMObjectPath(Pegasus::String(literal.text.c_str()));
-    } catch (const Pegasus::Exception& reason) {
+        return CIMObjectPath(String(literal.text.c_str()));
+    } catch (const Exception& reason) {
         throw mof::MofError(literal.where,
                             words + ": \"" + literal.text +
                                 "\" is not an object path: " + toText(reason.getMessage()));
@@ -72,7 +70,7 @@ CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words) {
 
 void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass, const std::string& words,
                  const mof::Location& where, const NameSpaceList& nameSpaces,
-                 const Pegasus::CIMNamespaceName& home) {
+                 const CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
     if (!target)
         return;
@@ -90,14 +88,14 @@ void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass, const
 
 CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& words,
                                const mof::Location& where, const NameSpaceList& nameSpaces,
-                               const Pegasus::CIMNamespaceName& home) {
+                               const CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
     const ClassNode* node = target ? target->find(path.getClassName()) : nullptr;
-    const Pegasus::Array<CIMKeyBinding>& given = path.getKeyBindings();
+    const Array<CIMKeyBinding>& given = path.getKeyBindings();
     if (!node || given.size() == 0)
         return path;
-    Pegasus::Array<CIMKeyBinding> bindings;
-    for (Pegasus::Uint32 i = 0; i < given.size(); ++i)
+    Array<CIMKeyBinding> bindings;
+    for (Uint32 i = 0; i < given.size(); ++i)
         bindings.append(asDeclared(given[i], *node, words, where));
     if (bindings.size() != node->keys.size()) {
         throw mof::MofError(where, words + ": the path has " + std::to_string(bindings.size()) +

@@ -10,30 +10,23 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMClass;
-using Pegasus::CIMException;
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMPropertyList;
-using Pegasus::String;
-
 [[noreturn]] void notFound(const CIMObjectPath& instanceName) {
-    throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
+    throw CIMException(CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
 }
 
 /// For changing.
 InstanceStore& instancesOf(NameSpaceList& all, const CIMNamespaceName& nameSpace,
                            const CIMName& className) {
     if (!all.find(nameSpace))
-        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
+        throw CIMException(CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
     NameSpace& home = all.change(nameSpace);
     const ClassNode* node = home.find(className);
     if (!node)
-        throw CIMException(Pegasus::CIM_ERR_INVALID_CLASS, className.getString());
+        throw CIMException(CIM_ERR_INVALID_CLASS, className.getString());
     return home.changeInstancesOf(*node);
 }
 
@@ -82,7 +75,7 @@ View Repository::view() const {
 
 void Repository::createNameSpace(const CIMNamespaceName& nameSpace) {
     if (nameSpace.isNull())
-        throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, "a namespace must have a name");
+        throw CIMException(CIM_ERR_INVALID_PARAMETER, "a namespace must have a name");
     _implementation->write([&](NameSpaceList& all) { all.change(nameSpace); });
 }
 
@@ -97,14 +90,13 @@ CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
         InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
         ClassForm& form = store.form();
         if (form.head().isAbstract())
-            throw CIMException(Pegasus::CIM_ERR_FAILED, String("class ") +
-                                                            form.className().getString() +
-                                                            " is abstract and has no instances");
+            throw CIMException(CIM_ERR_FAILED, String("class ") + form.className().getString() +
+                                                   " is abstract and has no instances");
         const Ref<Stored> created = completedInstance(form, instance);
         path = created->path;
         if (!store.add(created)) {
             form.forgetLast();
-            throw CIMException(Pegasus::CIM_ERR_ALREADY_EXISTS, path.toString());
+            throw CIMException(CIM_ERR_ALREADY_EXISTS, path.toString());
         }
     });
     return path;

@@ -4,10 +4,7 @@
 
 namespace embedded::repository {
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMValue;
-using Pegasus::Uint32;
+using namespace Pegasus;
 
 const CIMValue& Stored::valueAt(Uint32 place) const {
     const auto& given = shape->given;
@@ -17,7 +14,7 @@ const CIMValue& Stored::valueAt(Uint32 place) const {
     return shape->bare.getProperty(place).getValue();
 }
 
-std::optional<CIMValue> Stored::value(const Pegasus::CIMName& property) const {
+std::optional<CIMValue> Stored::value(const CIMName& property) const {
     const Uint32 place = shape->bare.findProperty(property);
     return place == PEG_NOT_FOUND ? std::nullopt : std::optional(valueAt(place));
 }

@@ -4,21 +4,21 @@
 
 namespace embedded::repository {
 
-using Pegasus::CIMType;
+using namespace Pegasus;
 
 CIMType cimTypeAt(const std::string& name, const mof::Location& where) {
     if (name == "ref")
-        return Pegasus::CIMTYPE_REFERENCE;
-    for (int type = Pegasus::CIMTYPE_BOOLEAN; type < Pegasus::CIMTYPE_REFERENCE; ++type)
-        if (name == Pegasus::cimTypeToString(static_cast<CIMType>(type)))
+        return CIMTYPE_REFERENCE;
+    for (int type = CIMTYPE_BOOLEAN; type < CIMTYPE_REFERENCE; ++type)
+        if (name == cimTypeToString(static_cast<CIMType>(type)))
             return static_cast<CIMType>(type);
     throw mof::MofError(where, "\"" + name + "\" is not a type");
 }
 
-Pegasus::CIMName cimNameAt(const std::string& text, const mof::Location& where) {
+CIMName cimNameAt(const std::string& text, const mof::Location& where) {
     try {
-        return Pegasus::CIMName(Pegasus::String(text.c_str()));
-    } catch (const Pegasus::Exception&) {
+        return CIMName(String(text.c_str()));
+    } catch (const Exception&) {
         throw mof::MofError(where, "\"" + text + "\" is not a legal CIM name");
     }
 }

@@ -14,6 +14,8 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
 using Kind = mof::Literal::Kind;
@@ -43,9 +45,8 @@ std::string shown(const mof::Literal& literal) {
 }
 
 std::string typeName(const Context& context) {
-    return context.target.type == Pegasus::CIMTYPE_REFERENCE
-               ? "reference"
-               : Pegasus::cimTypeToString(context.target.type);
+    return context.target.type == CIMTYPE_REFERENCE ? "reference"
+                                                    : cimTypeToString(context.target.type);
 }
 
 [[noreturn]] void refuse(const Context& context, const mof::Literal& literal) {
@@ -61,7 +62,7 @@ std::string typeName(const Context& context) {
 }
 
 [[noreturn]] void refuseBecause(const Context& context, const mof::Literal& literal,
-                                const Pegasus::Exception& reason) {
+                                const Exception& reason) {
     throw mof::MofError(literal.where, context.target.words + ": " + shown(literal) + " is no " +
                                            typeName(context) +
                                            " value: " + toText(reason.getMessage()));
@@ -105,48 +106,47 @@ struct RealReader {
 };
 
 template <>
-struct Reader<Pegasus::Uint8> : IntegerReader<Pegasus::Uint8> {};
+struct Reader<Uint8> : IntegerReader<Uint8> {};
 template <>
-struct Reader<Pegasus::Sint8> : IntegerReader<Pegasus::Sint8> {};
+struct Reader<Sint8> : IntegerReader<Sint8> {};
 template <>
-struct Reader<Pegasus::Uint16> : IntegerReader<Pegasus::Uint16> {};
+struct Reader<Uint16> : IntegerReader<Uint16> {};
 template <>
-struct Reader<Pegasus::Sint16> : IntegerReader<Pegasus::Sint16> {};
+struct Reader<Sint16> : IntegerReader<Sint16> {};
 template <>
-struct Reader<Pegasus::Uint32> : IntegerReader<Pegasus::Uint32> {};
+struct Reader<Uint32> : IntegerReader<Uint32> {};
 template <>
-struct Reader<Pegasus::Sint32> : IntegerReader<Pegasus::Sint32> {};
+struct Reader<Sint32> : IntegerReader<Sint32> {};
 template <>
-struct Reader<Pegasus::Uint64> : IntegerReader<Pegasus::Uint64> {};
+struct Reader<Uint64> : IntegerReader<Uint64> {};
 template <>
-struct Reader<Pegasus::Sint64> : IntegerReader<Pegasus::Sint64> {};
+struct Reader<Sint64> : IntegerReader<Sint64> {};
 template <>
-struct Reader<Pegasus::Real32> : RealReader<Pegasus::Real32> {};
+struct Reader<Real32> : RealReader<Real32> {};
 template <>
-struct Reader<Pegasus::Real64> : RealReader<Pegasus::Real64> {};
+struct Reader<Real64> : RealReader<Real64> {};
 
 template <>
-struct Reader<Pegasus::Boolean> {
-    static Pegasus::Boolean read(const Context& context, const mof::Literal& literal) {
+struct Reader<Boolean> {
+    static Boolean read(const Context& context, const mof::Literal& literal) {
         if (literal.kind != Kind::Boolean)
             refuse(context, literal);
         return literal.boolean;
     }
 };
 
-Pegasus::String utf16(const Context& context, const mof::Literal& literal) {
+String utf16(const Context& context, const mof::Literal& literal) {
     try {
         // With its size: '\x0' is a character that a C string would end before.
-        return Pegasus::String(literal.text.data(),
-                               static_cast<Pegasus::Uint32>(literal.text.size()));
-    } catch (const Pegasus::Exception& notUtf8) {
+        return String(literal.text.data(), static_cast<Uint32>(literal.text.size()));
+    } catch (const Exception& notUtf8) {
         refuseBecause(context, literal, notUtf8);
     }
 }
 
 template <>
-struct Reader<Pegasus::String> {
-    static Pegasus::String read(const Context& context, const mof::Literal& literal) {
+struct Reader<String> {
+    static String read(const Context& context, const mof::Literal& literal) {
         if (literal.kind != Kind::String)
             refuse(context, literal);
         return utf16(context, literal);
@@ -154,13 +154,13 @@ struct Reader<Pegasus::String> {
 };
 
 template <>
-struct Reader<Pegasus::Char16> {
-    static Pegasus::Char16 read(const Context& context, const mof::Literal& literal) {
+struct Reader<Char16> {
+    static Char16 read(const Context& context, const mof::Literal& literal) {
         if (literal.kind == Kind::Integer)
-            return Pegasus::Char16(IntegerReader<Pegasus::Uint16>::read(context, literal));
+            return Char16(IntegerReader<Uint16>::read(context, literal));
         if (literal.kind != Kind::Character)
             refuse(context, literal);
-        const Pegasus::String text = utf16(context, literal);
+        const String text = utf16(context, literal);
         if (text.size() != 1)
             refuseRange(context, literal, "one UTF-16 code unit");
         return text[0];
@@ -168,20 +168,20 @@ struct Reader<Pegasus::Char16> {
 };
 
 template <>
-struct Reader<Pegasus::CIMDateTime> {
-    static Pegasus::CIMDateTime read(const Context& context, const mof::Literal& literal) {
-        const Pegasus::String text = Reader<Pegasus::String>::read(context, literal);
+struct Reader<CIMDateTime> {
+    static CIMDateTime read(const Context& context, const mof::Literal& literal) {
+        const String text = Reader<String>::read(context, literal);
         try {
-            return Pegasus::CIMDateTime(text);
-        } catch (const Pegasus::Exception& reason) {
+            return CIMDateTime(text);
+        } catch (const Exception& reason) {
             refuseBecause(context, literal, reason);
         }
     }
 };
 
 template <>
-struct Reader<Pegasus::CIMObjectPath> {
-    static Pegasus::CIMObjectPath read(const Context& context, const mof::Literal& literal) {
+struct Reader<CIMObjectPath> {
+    static CIMObjectPath read(const Context& context, const mof::Literal& literal) {
         if ((literal.kind != Kind::Alias && literal.kind != Kind::String) || !context.readReference)
             refuse(context, literal);
         return context.readReference(literal);
@@ -189,24 +189,23 @@ struct Reader<Pegasus::CIMObjectPath> {
 };
 
 template <class T>
-Pegasus::CIMValue valueOf(const Context& context, const mof::Value& value) {
+CIMValue valueOf(const Context& context, const mof::Value& value) {
     if (!context.target.isArray)
-        return Pegasus::CIMValue(Reader<T>::read(context, value.items.front()));
-    Pegasus::Array<T> elements;
+        return CIMValue(Reader<T>::read(context, value.items.front()));
+    Array<T> elements;
     for (const mof::Literal& literal : value.items)
         elements.append(Reader<T>::read(context, literal));
-    return Pegasus::CIMValue(elements);
+    return CIMValue(elements);
 }
 
-using Builder = Pegasus::CIMValue (*)(const Context&, const mof::Value&);
+using Builder = CIMValue (*)(const Context&, const mof::Value&);
 
 /// By CIMType, whose values count from 0 in this order (CIMType.h).
 const Builder builders[] = {
-    valueOf<Pegasus::Boolean>, valueOf<Pegasus::Uint8>,       valueOf<Pegasus::Sint8>,
-    valueOf<Pegasus::Uint16>,  valueOf<Pegasus::Sint16>,      valueOf<Pegasus::Uint32>,
-    valueOf<Pegasus::Sint32>,  valueOf<Pegasus::Uint64>,      valueOf<Pegasus::Sint64>,
-    valueOf<Pegasus::Real32>,  valueOf<Pegasus::Real64>,      valueOf<Pegasus::Char16>,
-    valueOf<Pegasus::String>,  valueOf<Pegasus::CIMDateTime>, valueOf<Pegasus::CIMObjectPath>,
+    valueOf<Boolean>, valueOf<Uint8>,       valueOf<Sint8>,         valueOf<Uint16>,
+    valueOf<Sint16>,  valueOf<Uint32>,      valueOf<Sint32>,        valueOf<Uint64>,
+    valueOf<Sint64>,  valueOf<Real32>,      valueOf<Real64>,        valueOf<Char16>,
+    valueOf<String>,  valueOf<CIMDateTime>, valueOf<CIMObjectPath>,
 };
 
 bool isNull(const mof::Value& value) {
@@ -232,12 +231,12 @@ void checkShape(const mof::Value& value, const ValueTarget& target) {
 
 } // namespace
 
-Pegasus::CIMValue nullValue(const ValueTarget& target) {
-    return Pegasus::CIMValue(target.type, target.isArray, target.arraySize);
+CIMValue nullValue(const ValueTarget& target) {
+    return CIMValue(target.type, target.isArray, target.arraySize);
 }
 
-Pegasus::CIMValue buildValue(const mof::Value& value, const ValueTarget& target,
-                             const ReferenceReader& readReference) {
+CIMValue buildValue(const mof::Value& value, const ValueTarget& target,
+                    const ReferenceReader& readReference) {
     if (isNull(value))
         return nullValue(target);
     checkShape(value, target);

@@ -1,4 +1,4 @@
-// MOF constants to CIM values of a declared type.
+// Converts MOF constants to CIM values of a declared type.
 #pragma once
 
 #include "mof/Mof.h"

@@ -7,17 +7,12 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMClass;
-using Pegasus::CIMException;
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMQualifierDecl;
-
 const ClassNode& classIn(const NameSpace& nameSpace, const CIMName& className,
-                         Pegasus::CIMStatusCode otherwise) {
+                         CIMStatusCode otherwise) {
     const ClassNode* found = nameSpace.find(className);
     if (!found)
         throw CIMException(otherwise, className.getString());
@@ -26,7 +21,7 @@ const ClassNode& classIn(const NameSpace& nameSpace, const CIMName& className,
 
 /// Null if there are none, and never were.
 const InstanceStore* instancesIn(const NameSpace& nameSpace, const CIMName& className) {
-    return nameSpace.instancesOf(classIn(nameSpace, className, Pegasus::CIM_ERR_INVALID_CLASS));
+    return nameSpace.instancesOf(classIn(nameSpace, className, CIM_ERR_INVALID_CLASS));
 }
 
 std::vector<CIMName> namesOf(const NamedList<ClassNode::Property>& properties) {
@@ -41,7 +36,7 @@ std::vector<CIMName> namesOf(const NamedList<ClassNode::Property>& properties) {
 const NameSpace& View::in(const CIMNamespaceName& nameSpace) const {
     const NameSpace* found = _all->find(nameSpace);
     if (!found)
-        throw CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
+        throw CIMException(CIM_ERR_INVALID_NAMESPACE, nameSpace.getString());
     return *found;
 }
 
@@ -59,8 +54,8 @@ bool View::hasClass(const CIMNamespaceName& nameSpace, const CIMName& className)
 
 CIMClass View::getClass(const CIMNamespaceName& nameSpace, const CIMName& className, bool localOnly,
                         bool includeQualifiers, bool includeClassOrigin,
-                        const Pegasus::CIMPropertyList& propertyList) const {
-    return shownClass(classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND), localOnly,
+                        const CIMPropertyList& propertyList) const {
+    return shownClass(classIn(in(nameSpace), className, CIM_ERR_NOT_FOUND), localOnly,
                       includeQualifiers, includeClassOrigin, propertyList);
 }
 
@@ -68,14 +63,13 @@ std::vector<CIMName> View::subClassNames(const CIMNamespaceName& nameSpace,
                                          const CIMName& className, bool deep) const {
     const NameSpace& home = in(nameSpace);
     return home.subClassNames(
-        className.isNull() ? nullptr : &classIn(home, className, Pegasus::CIM_ERR_INVALID_CLASS),
-        deep);
+        className.isNull() ? nullptr : &classIn(home, className, CIM_ERR_INVALID_CLASS), deep);
 }
 
 std::vector<CIMName> View::superClassNames(const CIMNamespaceName& nameSpace,
                                            const CIMName& className) const {
     std::vector<CIMName> names;
-    const ClassNode* node = &classIn(in(nameSpace), className, Pegasus::CIM_ERR_INVALID_CLASS);
+    const ClassNode* node = &classIn(in(nameSpace), className, CIM_ERR_INVALID_CLASS);
     while ((node = node->superclass))
         names.push_back(node->name());
     return names;
@@ -89,18 +83,18 @@ bool View::isA(const CIMNamespaceName& nameSpace, const CIMName& derived,
 
 std::vector<CIMName> View::propertyNames(const CIMNamespaceName& nameSpace,
                                          const CIMName& className) const {
-    return namesOf(classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND).properties);
+    return namesOf(classIn(in(nameSpace), className, CIM_ERR_NOT_FOUND).properties);
 }
 
 std::vector<CIMName> View::keyNames(const CIMNamespaceName& nameSpace,
                                     const CIMName& className) const {
-    return namesOf(classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND).keys);
+    return namesOf(classIn(in(nameSpace), className, CIM_ERR_NOT_FOUND).keys);
 }
 
 std::vector<std::pair<CIMName, CIMName>> View::references(const CIMNamespaceName& nameSpace,
                                                           const CIMName& className) const {
     std::vector<std::pair<CIMName, CIMName>> found;
-    classIn(in(nameSpace), className, Pegasus::CIM_ERR_NOT_FOUND)
+    classIn(in(nameSpace), className, CIM_ERR_NOT_FOUND)
         .references.forEach([&](const ClassNode::Property& each) {
             found.emplace_back(each.getName(), each.declared.getReferenceClassName());
         });
@@ -110,7 +104,7 @@ std::vector<std::pair<CIMName, CIMName>> View::references(const CIMNamespaceName
 std::vector<CIMName> View::associationClassNames(const CIMNamespaceName& nameSpace,
                                                  const CIMName& sourceClass,
                                                  const CIMName& filter) const {
-    const auto otherwise = Pegasus::CIM_ERR_INVALID_PARAMETER;
+    const auto otherwise = CIM_ERR_INVALID_PARAMETER;
     const NameSpace& home = in(nameSpace);
     const ClassNode& source = classIn(home, sourceClass, otherwise);
     return home.associationClassNames(source, filter.isNull() ? nullptr
@@ -122,7 +116,7 @@ StoredInstance View::getInstance(const CIMNamespaceName& nameSpace,
     const InstanceStore* store = instancesIn(in(nameSpace), instanceName.getClassName());
     const Ref<Stored>* found = store ? store->find(instanceName) : nullptr;
     if (!found)
-        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
+        throw CIMException(CIM_ERR_NOT_FOUND, withoutPlace(instanceName).toString());
     return StoredInstance(*found);
 }
 
@@ -146,7 +140,7 @@ CIMQualifierDecl View::getQualifier(const CIMNamespaceName& nameSpace,
                                     const CIMName& qualifierName) const {
     const CIMQualifierDecl* found = in(nameSpace).qualifiers().find(qualifierName);
     if (!found)
-        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, qualifierName.getString());
+        throw CIMException(CIM_ERR_NOT_FOUND, qualifierName.getString());
     return *found;
 }
 

@@ -62,8 +62,8 @@ class InstanceList {
     SharedTree<InstanceStore::Numbered> _instances;
 };
 
-/// All that a repository held at the moment when the view was taken. Cheap to copy; to be held for
-/// as long as one likes. No request of it waits for a lock.
+/// All that a repository held at the moment when the view was taken. Cheap to copy; may be held for
+/// as long as one likes. No function waits for a lock.
 ///
 /// Errors are Pegasus::CIMException with the status and message that a client is to see; for an
 /// unknown namespace CIM_ERR_INVALID_NAMESPACE "<nameSpace>".

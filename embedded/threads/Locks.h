@@ -1,5 +1,5 @@
-// Locks of which the compiler knows what they guard: clang's -Wthread-safety, an error here. To
-// other compilers they are those of the standard library.
+// Mutexes with annotations: clang checks that whoever uses a guarded member holds its mutex
+// (-Wthread-safety, an error here). Other compilers ignore the annotations.
 #pragma once
 
 #include <condition_variable>

@@ -1,5 +1,5 @@
-// What is asked of a CIM server (DSP0200 clause 5.3.2), as one value, and what it answers: the seam
-// between who asks (a provider's CIMOMHandle, a protocol) and who answers.
+// An operation of a CIM server (DSP0200 clause 5.3.2) as one value, and its answer. Whoever asks (a
+// provider's CIMOMHandle, a protocol) and whoever answers know each other by these types alone.
 #pragma once
 
 #include <Pegasus/Common/CIMClass.h>

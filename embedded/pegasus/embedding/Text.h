@@ -1,4 +1,4 @@
-// Between String and std::string.
+// Conversions between String and std::string.
 #pragma once
 
 #include <Pegasus/Common/CIMName.h>

@@ -1,6 +1,10 @@
 #include <Pegasus/Provider/CIMOMHandle.h>
 
-#include "HandleFactory.h"
+#include "embedding/CIMOMHandleRep.h"
+
+#include <Pegasus/Provider/ProviderException.h>
+
+#include <utility>
 
 namespace Pegasus {
 
@@ -10,6 +14,13 @@ using embedding::Operation;
 using embedding::OperationKind;
 
 namespace {
+
+using HandleFactory = std::function<std::shared_ptr<CIMOMHandleRep>()>;
+
+HandleFactory& handleFactory() {
+    static HandleFactory factory;
+    return factory;
+}
 
 CIMOMHandleRep& serverOf(const std::shared_ptr<CIMOMHandleRep>& rep) {
     if (!rep)
@@ -52,7 +63,25 @@ void include(Operation& operation, bool qualifiers, bool classOrigin,
 
 } // namespace
 
-CIMOMHandle::CIMOMHandle() : _rep(embedding::makeHandleRep()) {
+embedding::Answer CIMOMHandleRep::perform(const Operation& operation) {
+    embedding::refuseOperation(embedding::operationName(operation.kind));
+}
+
+void CIMOMHandleRep::disallowProviderUnload() {
+}
+
+void CIMOMHandleRep::allowProviderUnload() {
+}
+
+void embedding::setHandleFactory(HandleFactory factory) {
+    handleFactory() = std::move(factory);
+}
+
+void embedding::refuseOperation(const char* operation) {
+    throw CIMNotSupportedException(String("this host does not offer ") + operation);
+}
+
+CIMOMHandle::CIMOMHandle() : _rep(handleFactory() ? handleFactory()() : nullptr) {
 }
 
 CIMOMHandle::CIMOMHandle(const CIMOMHandle& handle) = default;

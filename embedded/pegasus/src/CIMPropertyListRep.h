@@ -8,7 +8,7 @@
 
 namespace Pegasus {
 
-/// There is one for every list that is not null, and for a null list that was given tags.
+/// A list that is not null has one; so has a null list to which tags were added.
 struct CIMPropertyListRep : Shared {
     bool isNull = true;
     Array<CIMName> names;

@@ -1,13 +1,99 @@
-#include "CIMValueHeld.h"
+#include "Shared.h"
+#include "XmlValues.h"
+
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Exception.h>
 
 #include <charconv>
 #include <string>
 
 namespace Pegasus {
 
+/// A null, and the base of what has a value. Never changed once it is made, so that it can be
+/// shared.
+struct CIMValueRep : Shared {
+    CIMValueRep(CIMType cimType, bool array, Uint32 size)
+        : type(cimType), isArray(array), arraySize(size) {}
+    CIMValueRep(const CIMValueRep&) = delete;
+    virtual ~CIMValueRep() = default;
+
+    virtual bool isNull() const { return true; }
+    /// REQUIRES: the other has the same type, is an array if this is one, and null if this is.
+    virtual bool equals(const CIMValueRep&) const { return true; }
+    virtual String text() const { return String(); }
+    virtual void appendXml(std::string&) const {}
+
+    /// As embedding::appendValue.
+    static void append(std::string& out, const CIMValue& value);
+
+    const CIMType type;
+    const bool isArray;
+    const Uint32 arraySize;
+};
+
 namespace {
 
-/// The types whose copies are values. Objects and instances are in CIMValueObjects.cpp.
+template <class Treatment, class T>
+struct Scalar final : CIMValueRep {
+    Scalar(CIMType cimType, const T& x)
+        : CIMValueRep(cimType, false, 0), _value(Treatment::copyOf(x)) {}
+
+    bool isNull() const override { return false; }
+    T value() const { return Treatment::copyOf(_value); }
+    bool equals(const CIMValueRep& other) const override {
+        return Treatment::same(_value, static_cast<const Scalar&>(other)._value);
+    }
+    String text() const override { return Treatment::textOf(_value); }
+    void appendXml(std::string& out) const override { embedding::appendScalar(out, _value); }
+
+  private:
+    const T _value;
+};
+
+template <class Treatment, class T>
+struct Vector final : CIMValueRep {
+    Vector(CIMType cimType, const Array<T>& x)
+        : CIMValueRep(cimType, true, x.size()), _elements(Treatment::copyOfAll(x)) {}
+
+    bool isNull() const override { return false; }
+    Array<T> value() const { return Treatment::copyOfAll(_elements); }
+
+    bool equals(const CIMValueRep& other) const override {
+        const Array<T>& others = static_cast<const Vector&>(other)._elements;
+        if (_elements.size() != others.size())
+            return false;
+        for (Uint32 i = 0; i < others.size(); ++i)
+            if (!Treatment::same(_elements[i], others[i]))
+                return false;
+        return true;
+    }
+
+    String text() const override {
+        const Char16 space(' ');
+        String text;
+        for (Uint32 i = 0; i < _elements.size(); ++i)
+            text.append(Treatment::textOf(_elements[i])).append(space);
+        return text;
+    }
+
+    void appendXml(std::string& out) const override { embedding::appendArray(out, _elements); }
+
+  private:
+    const Array<T> _elements;
+};
+
+/// `rep` may be null: a null boolean.
+template <class Rep, class T>
+void take(const CIMValueRep* rep, CIMType type, bool isArray, T& x) {
+    if ((rep ? rep->type : CIMTYPE_BOOLEAN) != type || (rep && rep->isArray) != isArray)
+        throw TypeMismatchException();
+    if (rep && !rep->isNull())
+        x = static_cast<const Rep&>(*rep).value();
+}
+
+/// The types whose copies are values.
 struct Plain {
     template <class T>
     static const T& copyOf(const T& x) {
@@ -45,14 +131,47 @@ struct Plain {
     }
 };
 
+/// Copies of these share, so a value keeps and gives out clones.
+struct Cloned {
+    template <class T>
+    static T copyOf(const T& x) {
+        if (x.isUninitialized())
+            throw UninitializedObjectException();
+        return x.clone();
+    }
+
+    template <class T>
+    static Array<T> copyOfAll(const Array<T>& x) {
+        Array<T> copies;
+        copies.reserveCapacity(x.size());
+        for (Uint32 i = 0; i < x.size(); ++i)
+            copies.append(copyOf(x[i]));
+        return copies;
+    }
+
+    template <class T>
+    static bool same(const T& x, const T& y) {
+        return x.identical(y);
+    }
+
+    static String textOf(const CIMObject& x) { return x.toString(); }
+};
+
 } // namespace
 
-bool CIMValueRep::equals(const CIMValueRep&) const {
-    return true; // a null and a null
-}
-
-void CIMValueRep::appendXml(std::string&) const {
-}
+// The members of CIMValue for one C++ type. The class TREATMENT says how such values are copied,
+// compared and written.
+#define CIM_VALUE_MEMBERS(TREATMENT, ARGUMENT, T, TYPE)                                            \
+    CIMValue::CIMValue(ARGUMENT x) : _rep(new Scalar<TREATMENT, T>(TYPE, x)) {                     \
+    }                                                                                              \
+    CIMValue::CIMValue(const Array<T>& x) : _rep(new Vector<TREATMENT, T>(TYPE, x)) {              \
+    }                                                                                              \
+    void CIMValue::get(T& x) const {                                                               \
+        take<Scalar<TREATMENT, T>>(_rep, TYPE, false, x);                                          \
+    }                                                                                              \
+    void CIMValue::get(Array<T>& x) const {                                                        \
+        take<Vector<TREATMENT, T>>(_rep, TYPE, true, x);                                           \
+    }
 
 CIM_VALUE_MEMBERS(Plain, Boolean, Boolean, CIMTYPE_BOOLEAN)
 CIM_VALUE_MEMBERS(Plain, Uint8, Uint8, CIMTYPE_UINT8)
@@ -69,6 +188,8 @@ CIM_VALUE_MEMBERS(Plain, const Char16&, Char16, CIMTYPE_CHAR16)
 CIM_VALUE_MEMBERS(Plain, const String&, String, CIMTYPE_STRING)
 CIM_VALUE_MEMBERS(Plain, const CIMDateTime&, CIMDateTime, CIMTYPE_DATETIME)
 CIM_VALUE_MEMBERS(Plain, const CIMObjectPath&, CIMObjectPath, CIMTYPE_REFERENCE)
+CIM_VALUE_MEMBERS(Cloned, const CIMObject&, CIMObject, CIMTYPE_OBJECT)
+CIM_VALUE_MEMBERS(Cloned, const CIMInstance&, CIMInstance, CIMTYPE_INSTANCE)
 
 CIMValue::CIMValue() : _rep(nullptr) {
 }

@@ -35,8 +35,8 @@ const OperationContext::Container& OperationContext::get(const String& container
 }
 
 void OperationContext::set(const Container& container) {
-    const auto position = require(container.getName());
-    _containers[position - _containers.begin()].reset(container.clone());
+    const auto index = static_cast<std::size_t>(require(container.getName()) - _containers.begin());
+    _containers[index].reset(container.clone());
 }
 
 void OperationContext::insert(const Container& container) {

@@ -39,14 +39,6 @@ TEST(CIMClass, HasWhatItWasMadeWith) {
     EXPECT_TRUE(throwsUninitialized([] { CIMClass nameless{CIMName()}; }));
 }
 
-TEST(CIMClass, TakesPathsOfItsOwnName) {
-    CIMClass cls("Disk");
-    cls.setPath(CIMObjectPath("//host/root:DISK"));
-    EXPECT_EQ(text(cls.getClassName().getString()), "DISK");
-    EXPECT_TRUE(throwsTypeMismatch([&] { cls.setPath(CIMObjectPath("Tape")); }));
-    EXPECT_TRUE(throwsUninitialized([&] { cls.setPath(CIMObjectPath()); }));
-}
-
 TEST(CIMClass, IsAnAssociationOrAbstractByATrueQualifier) {
     const struct {
         CIMValue value;

@@ -293,6 +293,20 @@ TYPED_TEST(Qualified, HasNoQualifiersWhileItOrTheyAreUninitialized) {
     });
 }
 
+template <class H>
+class Element : public testing::Test {};
+using Elements = testing::Types<CIMInstance, CIMClass>;
+TYPED_TEST_SUITE(Element, Elements, );
+
+TYPED_TEST(Element, TakesPathsOfItsOwnClassAndTheirSpelling) {
+    TypeParam element("Disk");
+    EXPECT_TRUE(throwsUninitialized([&] { element.setPath(CIMObjectPath()); }));
+    EXPECT_TRUE(throwsTypeMismatch([&] { element.setPath(CIMObjectPath("Tape.Id=1")); }));
+    CIMObject(element).setPath(CIMObjectPath("//host/root/cimv2:DISK.Id=1"));
+    EXPECT_EQ(text(element.getClassName().getString()), "DISK");
+    EXPECT_EQ(text(element.getPath().toString()), "//host/root/cimv2:DISK.Id=1");
+}
+
 /// `Handle` is for what `some` is, and neither for `other` nor for nothing.
 template <class Handle, class ConstHandle>
 void expectMadeOnlyFrom(const CIMObject& some, const CIMObject& other) {

@@ -42,15 +42,6 @@ TEST(CIMInstance, BeginsWithItsClassNameAsPath) {
     EXPECT_TRUE(throwsUninitialized([] { CIMInstance nameless{CIMName()}; }));
 }
 
-TEST(CIMInstance, TakesPathsOfItsOwnClassAndTheirSpelling) {
-    CIMInstance instance("Disk");
-    EXPECT_TRUE(throwsUninitialized([&] { instance.setPath(CIMObjectPath()); }));
-    EXPECT_TRUE(throwsTypeMismatch([&] { instance.setPath(CIMObjectPath("Tape.Id=1")); }));
-    instance.setPath(CIMObjectPath("//host/root/cimv2:DISK.Id=1"));
-    EXPECT_EQ(text(instance.getClassName().getString()), "DISK");
-    EXPECT_EQ(text(instance.getPath().toString()), "//host/root/cimv2:DISK.Id=1");
-}
-
 TEST(CIMInstance, FindsItsPropertiesIgnoringCase) {
     CIMInstance instance("Disk");
     instance.addProperty(CIMProperty("Id", one)).addProperty(CIMProperty("Size", one));

@@ -99,22 +99,33 @@ TEST(AcceptLanguageList, TakesQualitiesFromZeroToOne) {
     EXPECT_TRUE(throwsOutOfBounds([&] { list.getQualityValue(0); }));
 }
 
-TEST(AcceptLanguageList, IsAValueWhoseCopiesAreIndependent) {
-    AcceptLanguageList list;
-    list.insert(LanguageTag("en"), 0.5F);
-    AcceptLanguageList copy(list);
+/// Of a `list` to which `add` adds a tag.
+template <class List, class Add>
+void expectIndependentCopies(List list, Add add) {
+    add(list, LanguageTag("en"));
+    List copy(list);
     EXPECT_TRUE(copy == list);
-    copy.insert(LanguageTag("fr"), 0.5F);
+    add(copy, LanguageTag("fr"));
     EXPECT_TRUE(copy != list);
     EXPECT_EQ(list.size(), 1U);
     copy = list;
     EXPECT_TRUE(copy == list);
     copy.clear();
     EXPECT_EQ(copy.size(), 0U);
+}
 
-    AcceptLanguageList otherQuality;
-    otherQuality.insert(LanguageTag("en"), 0.6F);
-    EXPECT_FALSE(otherQuality == list);
+TEST(LanguageLists, AreValuesWhoseCopiesAreIndependent) {
+    const auto insert = [](auto& list, const LanguageTag& tag) { list.insert(tag, 0.5F); };
+    const auto append = [](auto& list, const LanguageTag& tag) { list.append(tag); };
+    expectIndependentCopies(AcceptLanguageList(), insert);
+    expectIndependentCopies(ContentLanguageList(), append);
+}
+
+TEST(AcceptLanguageList, IsEqualWithTheSameQualitiesOnly) {
+    AcceptLanguageList list, other;
+    list.insert(LanguageTag("en"), 0.5F);
+    other.insert(LanguageTag("en"), 0.6F);
+    EXPECT_FALSE(other == list);
 }
 
 TEST(ContentLanguageList, KeepsTheOrderOfItsTags) {
@@ -130,20 +141,6 @@ TEST(ContentLanguageList, KeepsTheOrderOfItsTags) {
                                   "invalid contentlanguage header: Invalid language tag \"*\"."));
     list.remove(0);
     EXPECT_EQ(text(list.getLanguageTag(0).toString()), "en");
-}
-
-TEST(ContentLanguageList, IsAValueWhoseCopiesAreIndependent) {
-    ContentLanguageList list;
-    list.append(LanguageTag("en"));
-    ContentLanguageList copy(list);
-    EXPECT_TRUE(copy == list);
-    copy.append(LanguageTag("fr"));
-    EXPECT_TRUE(copy != list);
-    EXPECT_EQ(list.size(), 1U);
-    copy = list;
-    EXPECT_TRUE(copy == list);
-    copy.clear();
-    EXPECT_EQ(copy.size(), 0U);
 }
 
 } // namespace

@@ -5,13 +5,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMClass;
-using Pegasus::CIMConstClass;
-using Pegasus::CIMName;
-using Pegasus::CIMPropertyList;
-using Pegasus::Uint32;
+namespace {
 
 const char* const classes = R"(
 [Abstract, Description("base"), Version("1.0")]
@@ -53,7 +49,7 @@ std::vector<std::string> methodsOf(const CIMConstClass& cimClass) {
         cimClass.getMethodCount(), [&](Uint32 i) { return cimClass.getMethod(i); });
 }
 
-Pegasus::CIMConstProperty propertyOf(const CIMConstClass& cimClass, const char* name) {
+CIMConstProperty propertyOf(const CIMConstClass& cimClass, const char* name) {
     return cimClass.getProperty(cimClass.findProperty(CIMName(name)));
 }
 
@@ -80,9 +76,9 @@ TEST_F(ClassTest, AnOverridingPropertyIsTheClassesOwnButOriginatesWhereItFirstSt
 
 TEST_F(ClassTest, AnOverridingPropertyWithoutADefaultHasNone) {
     load("class A : Base { uint16 Speed; };");
-    const Pegasus::CIMValue value = propertyOf(classNamed("A"), "Speed").getValue();
+    const CIMValue value = propertyOf(classNamed("A"), "Speed").getValue();
     EXPECT_TRUE(value.isNull());
-    EXPECT_EQ(value.getType(), Pegasus::CIMTYPE_UINT16);
+    EXPECT_EQ(value.getType(), CIMTYPE_UINT16);
 }
 
 TEST_F(ClassTest, MethodsComeInTheOrderOfProperties) {
@@ -163,7 +159,7 @@ TEST_F(ClassTest, AQualifierIsSpeltAsWhereItIsUsed) {
 }
 
 TEST_F(ClassTest, KeysFlowDown) {
-    Pegasus::Array<CIMName> keys;
+    Array<CIMName> keys;
     classNamed("Leaf").getKeyNames(keys);
     ASSERT_EQ(keys.size(), 1U);
     EXPECT_EQ(text(keys[0]), "Id");
@@ -177,9 +173,9 @@ TEST_F(ClassTest, AnAssociationStaysOneBelow) {
 
 TEST_F(ClassTest, FlavorsOfTheDeclarationGoWithTheQualifier) {
     const auto key = propertyOf(classNamed("Base"), "Id").getQualifier(0);
-    EXPECT_TRUE(key.getFlavor().hasFlavor(Pegasus::CIMFlavor::TOSUBCLASS));
-    EXPECT_TRUE(key.getFlavor().hasFlavor(Pegasus::CIMFlavor::DISABLEOVERRIDE));
-    EXPECT_FALSE(key.getFlavor().hasFlavor(Pegasus::CIMFlavor::ENABLEOVERRIDE));
+    EXPECT_TRUE(key.getFlavor().hasFlavor(CIMFlavor::TOSUBCLASS));
+    EXPECT_TRUE(key.getFlavor().hasFlavor(CIMFlavor::DISABLEOVERRIDE));
+    EXPECT_FALSE(key.getFlavor().hasFlavor(CIMFlavor::ENABLEOVERRIDE));
 }
 
 TEST_F(ClassTest, FlavorsAtTheQualifierChangeThoseOfItsDeclaration) {
@@ -220,7 +216,7 @@ TEST_F(ClassTest, WithoutQualifiersNoElementHasAny) {
     const CIMClass base = repository.view().getClass(home, "Base", false, false);
     EXPECT_EQ(base.getQualifierCount(), 0U);
     EXPECT_EQ(propertyOf(base, "Id").getQualifierCount(), 0U);
-    const Pegasus::CIMConstMethod start = CIMConstClass(base).getMethod(0);
+    const CIMConstMethod start = CIMConstClass(base).getMethod(0);
     EXPECT_EQ(start.getQualifierCount(), 0U);
     EXPECT_EQ(start.getParameter(0).getQualifierCount(), 0U);
 }
@@ -232,21 +228,21 @@ TEST_F(ClassTest, WithoutClassOriginNoElementHasOne) {
 }
 
 TEST_F(ClassTest, APropertyListNarrowsThePropertiesAndNothingElse) {
-    Pegasus::Array<CIMName> names;
+    Array<CIMName> names;
     names.append(CIMName("extra"));
     names.append(CIMName("NoSuch"));
     const CIMClass leaf =
         repository.view().getClass(home, "Leaf", false, true, true, CIMPropertyList(names));
     EXPECT_EQ(propertiesOf(leaf), (Strings{"Extra Middle propagated"}));
     EXPECT_EQ(leaf.getMethodCount(), 2U);
-    const CIMPropertyList none{Pegasus::Array<CIMName>()};
+    const CIMPropertyList none{Array<CIMName>()};
     EXPECT_EQ(repository.view().getClass(home, "Leaf", false, true, true, none).getPropertyCount(),
               0U);
 }
 
 TEST_F(ClassTest, ChangingWhatWasHandedOutChangesNothingInside) {
     CIMClass mine = classNamed("Base");
-    mine.getProperty(1).setValue(Pegasus::CIMValue(Pegasus::Uint16(99)));
+    mine.getProperty(1).setValue(CIMValue(Uint16(99)));
     mine.removeProperty(0);
     EXPECT_EQ(classNamed("Base").getPropertyCount(), 3U);
     EXPECT_EQ(text(propertyOf(classNamed("Base"), "Speed").getValue().toString()), "5");

@@ -6,15 +6,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMProperty;
-using Pegasus::CIMValue;
-using Pegasus::String;
-using Pegasus::Uint32;
+namespace {
 
 constexpr int rounds = 100;
 constexpr std::size_t many = 200;
@@ -38,7 +32,7 @@ class ConcurrencyTest : public RepositoryTest {
 
     void modify() {
         for (Uint32 i = 1; i <= rounds; ++i)
-            repository.modifyInstance(home, pair("shared", i), Pegasus::CIMPropertyList());
+            repository.modifyInstance(home, pair("shared", i), CIMPropertyList());
     }
     void createAndDelete(const std::string& id) {
         for (Uint32 i = 0; i < rounds; ++i) {

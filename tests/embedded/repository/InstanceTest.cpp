@@ -5,14 +5,10 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMConstProperty;
-using Pegasus::CIMInstance;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::String;
-using Pegasus::Uint32;
 using Strings = std::vector<std::string>;
 
 const char* const classes = R"(
@@ -144,7 +140,7 @@ TEST_F(InstanceTest, AStringKeyThatLooksLikeAPathStaysAString) {
     const CIMInstance link = all("Link").at(0);
     CIMObjectPath from;
     link.getProperty(link.findProperty("From")).getValue().get(from);
-    EXPECT_EQ(from.getKeyBindings()[0].getType(), Pegasus::CIMKeyBinding::STRING);
+    EXPECT_EQ(from.getKeyBindings()[0].getType(), CIMKeyBinding::STRING);
 }
 
 TEST_F(InstanceTest, APathMayPointIntoANamespaceThatIsNotServedHere) {
@@ -210,8 +206,8 @@ TEST_F(InstanceTest, ThatIsMissingIsNamedWithoutHostAndNamespace) {
 
 TEST_F(InstanceTest, ChangingWhatWasHandedOutChangesNothingInside) {
     load("instance of Thing { Id = \"a\"; };");
-    const auto change = [](CIMInstance mine, Pegasus::Uint16 speed) {
-        mine.getProperty(mine.findProperty("Speed")).setValue(Pegasus::CIMValue(speed));
+    const auto change = [](CIMInstance mine, Uint16 speed) {
+        mine.getProperty(mine.findProperty("Speed")).setValue(CIMValue(speed));
     };
     change(all("Thing").at(0), 1);
     change(instanceAt("Thing.Id=\"a\""), 2);

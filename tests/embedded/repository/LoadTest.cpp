@@ -3,10 +3,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
+namespace {
 
 class LoadTest : public RepositoryTest {
   protected:

@@ -5,16 +5,10 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMProperty;
-using Pegasus::CIMPropertyList;
-using Pegasus::CIMValue;
-using Pegasus::String;
-using Pegasus::Uint16;
 using Strings = std::vector<std::string>;
 
 class OperationTest : public RepositoryTest {
@@ -42,7 +36,7 @@ instance of Thing { Id = "a"; Speed = 1; Text = "first"; };
         return instance;
     }
     CIMPropertyList list(std::initializer_list<const char*> names) const {
-        Pegasus::Array<CIMName> array;
+        Array<CIMName> array;
         for (const char* name : names)
             array.append(CIMName(name));
         return CIMPropertyList(array);
@@ -93,7 +87,7 @@ TEST_F(OperationTest, CreateRefusesAMissingOrNullKey) {
     const Status missing{4, "key property Id has no value"};
     EXPECT_EQ(create(CIMInstance("Thing")), missing);
     CIMInstance null("Thing");
-    null.addProperty(CIMProperty("Id", CIMValue(Pegasus::CIMTYPE_STRING, false)));
+    null.addProperty(CIMProperty("Id", CIMValue(CIMTYPE_STRING, false)));
     EXPECT_EQ(create(null), missing);
 }
 
@@ -108,7 +102,7 @@ TEST_F(OperationTest, CreateRefusesAPropertyOfAnotherType) {
     instance.addProperty(CIMProperty("Speed", CIMValue(String("fast"))));
     EXPECT_EQ(create(instance), (Status{4, "property Speed takes a uint16"}));
     instance.removeProperty(1);
-    instance.addProperty(CIMProperty("Four", CIMValue(Pegasus::Array<Pegasus::Uint8>(3))));
+    instance.addProperty(CIMProperty("Four", CIMValue(Array<Uint8>(3))));
     EXPECT_EQ(create(instance), (Status{4, "property Four takes a uint8 array of 4"}));
 }
 

@@ -3,11 +3,9 @@
 
 namespace embedded::repository {
 
-namespace {
+using namespace Pegasus;
 
-using Pegasus::CIMFlavor;
-using Pegasus::CIMQualifierDecl;
-using Pegasus::CIMScope;
+namespace {
 
 class QualifierTest : public RepositoryTest {
   protected:
@@ -19,7 +17,7 @@ class QualifierTest : public RepositoryTest {
 TEST_F(QualifierTest, HasTypeDefaultScopeAndFlavor) {
     const CIMQualifierDecl key = declared("key");
     EXPECT_EQ(text(key.getName()), "Key");
-    EXPECT_EQ(key.getType(), Pegasus::CIMTYPE_BOOLEAN);
+    EXPECT_EQ(key.getType(), CIMTYPE_BOOLEAN);
     EXPECT_EQ(text(key.getValue().toString()), "FALSE");
     EXPECT_TRUE(key.getScope().equal(CIMScope::PROPERTY + CIMScope::REFERENCE));
     EXPECT_TRUE(key.getFlavor().equal(CIMFlavor::TOSUBCLASS + CIMFlavor::DISABLEOVERRIDE));
@@ -33,15 +31,14 @@ TEST_F(QualifierTest, WithoutADefaultItIsNullOfItsType) {
     const CIMQualifierDecl values = declared("Values");
     EXPECT_TRUE(values.isArray());
     EXPECT_TRUE(values.getValue().isNull());
-    EXPECT_EQ(values.getType(), Pegasus::CIMTYPE_STRING);
+    EXPECT_EQ(values.getType(), CIMTYPE_STRING);
 }
 
 TEST_F(QualifierTest, OneWithoutAValueIsTrueIfBooleanAndElseNull) {
     load("class A { [Required, MaxLen] string P; };");
-    const Pegasus::CIMProperty property = classNamed("A").getProperty(0);
-    EXPECT_EQ(text(Pegasus::CIMConstProperty(property).getQualifier(0).getValue().toString()),
-              "TRUE");
-    EXPECT_TRUE(Pegasus::CIMConstProperty(property).getQualifier(1).getValue().isNull());
+    const CIMProperty property = classNamed("A").getProperty(0);
+    EXPECT_EQ(text(CIMConstProperty(property).getQualifier(0).getValue().toString()), "TRUE");
+    EXPECT_TRUE(CIMConstProperty(property).getQualifier(1).getValue().isNull());
 }
 
 TEST_F(QualifierTest, AllOfANamespaceComeInTheOrderOfDeclaration) {

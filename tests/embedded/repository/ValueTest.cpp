@@ -8,6 +8,8 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
 /// `declaration` of property P, and the constant that is given for it. `result` is the value as
@@ -119,30 +121,30 @@ INSTANTIATE_TEST_SUITE_P(Are, ValuesRefused, testing::ValuesIn(refused));
 
 class ValueTest : public RepositoryTest {
   protected:
-    Pegasus::CIMValue constant(const char* type, const char* text) {
+    CIMValue constant(const char* type, const char* text) {
         load(std::string("class A { [Key] string Id; ") + type + " P; };" +
              "instance of A { Id = \"x\"; P = " + text + "; };");
-        const Pegasus::CIMInstance instance = instanceAt("A.Id=\"x\"");
+        const CIMInstance instance = instanceAt("A.Id=\"x\"");
         return instance.getProperty(instance.findProperty("P")).getValue();
     }
 };
 
 TEST_F(ValueTest, RealsKeepTheirPrecision) {
-    Pegasus::Real64 value = 0;
+    Real64 value = 0;
     constant("real64", "-1.25e3").get(value);
     EXPECT_EQ(value, -1250.0);
 }
 
 TEST_F(ValueTest, RealsMayBeWrittenAsIntegers) {
-    Pegasus::Real32 value = 0;
+    Real32 value = 0;
     constant("real32", "+3").get(value);
     EXPECT_EQ(value, 3.0F);
 }
 
 TEST_F(ValueTest, NullHasTheDeclaredType) {
-    const Pegasus::CIMValue value = constant("datetime", "NULL");
+    const CIMValue value = constant("datetime", "NULL");
     EXPECT_TRUE(value.isNull());
-    EXPECT_EQ(value.getType(), Pegasus::CIMTYPE_DATETIME);
+    EXPECT_EQ(value.getType(), CIMTYPE_DATETIME);
 }
 
 TEST_F(ValueTest, ADatetimeThatIsNoneIsRefused) {
@@ -163,7 +165,7 @@ TEST_F(ValueTest, ACharacterBeyondOneCodeUnitIsRefused) {
     mof::Value value;
     value.items = {literal};
     try {
-        buildValue(value, {"property A.P", Pegasus::CIMTYPE_CHAR16, false, 0});
+        buildValue(value, {"property A.P", CIMTYPE_CHAR16, false, 0});
         FAIL() << "accepted";
     } catch (const mof::MofError& error) {
         EXPECT_STREQ(error.what(),

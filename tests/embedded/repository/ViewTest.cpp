@@ -10,14 +10,10 @@
 
 namespace embedded::repository {
 
+using namespace Pegasus;
+
 namespace {
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMProperty;
-using Pegasus::CIMValue;
-using Pegasus::String;
 using Strings = std::vector<std::string>;
 
 class ViewTest : public RepositoryTest {
@@ -52,7 +48,7 @@ instance of Thing { Id = "b"; };
         CIMInstance instance("Thing");
         instance.addProperty(CIMProperty("Text", CIMValue(String(now))));
         instance.setPath(path("Thing.Id=\"" + std::string(id) + "\""));
-        repository.modifyInstance(home, instance, Pegasus::CIMPropertyList());
+        repository.modifyInstance(home, instance, CIMPropertyList());
     }
     std::string textOfA(const View& view) const {
         const CIMInstance a = view.getInstance(home, path("Thing.Id=\"a\"")).instance();
@@ -179,12 +175,12 @@ TEST_F(ViewTest, NamesOfMembersComeInTheOrderOfTheClassesProperties) {
          "[Association] class Below : Link { [Override(\"From\")] Gadget REF From; };");
     const View view = repository.view();
     for (const char* name : {"Under", "Below", "gadget"}) {
-        const Pegasus::CIMClass shown = view.getClass(home, name);
+        const CIMClass shown = view.getClass(home, name);
         Strings names, ends;
-        for (Pegasus::Uint32 i = 0; i < shown.getPropertyCount(); ++i) {
-            const Pegasus::CIMConstProperty property = shown.getProperty(i);
+        for (Uint32 i = 0; i < shown.getPropertyCount(); ++i) {
+            const CIMConstProperty property = shown.getProperty(i);
             names.push_back(text(property.getName()));
-            if (property.getType() == Pegasus::CIMTYPE_REFERENCE)
+            if (property.getType() == CIMTYPE_REFERENCE)
                 ends.push_back(names.back() + " " + text(property.getReferenceClassName()));
         }
         EXPECT_EQ(texts(view.propertyNames(home, name)), names);
@@ -262,10 +258,10 @@ TEST_F(ReferrerTest, FollowWhatIsCreatedModifiedAndDeleted) {
     CIMInstance change("Link");
     change.addProperty(CIMProperty("Via", CIMValue(path("Thing.Id=\"via\"")), 0, "Thing"));
     change.setPath(name);
-    repository.modifyInstance(home, change, Pegasus::CIMPropertyList());
+    repository.modifyInstance(home, change, CIMPropertyList());
     EXPECT_EQ(referrers("Thing.Id=\"via\""), (Strings{"Thing.Id=\"x\""}));
     change.getProperty(0).setValue(CIMValue(path("Thing.Id=\"other\"")));
-    repository.modifyInstance(home, change, Pegasus::CIMPropertyList());
+    repository.modifyInstance(home, change, CIMPropertyList());
     EXPECT_EQ(referrers("Thing.Id=\"via\""), Strings{});
     EXPECT_EQ(referrers("Thing.Id=\"other\""), (Strings{"Thing.Id=\"x\""}));
     EXPECT_EQ(referrers("Thing.Id=\"new\""), (Strings{"Thing.Id=\"x\""}));
@@ -323,7 +319,7 @@ class ReferrerGroupTest : public ReferrerTest {
         CIMInstance change("Link");
         change.addProperty(CIMProperty("Via", CIMValue(path(target)), 0, "Thing"));
         change.setPath(name);
-        repository.modifyInstance(home, change, Pegasus::CIMPropertyList());
+        repository.modifyInstance(home, change, CIMPropertyList());
     }
     static std::string thing(int id) { return "Thing.Id=\"" + std::to_string(id) + "\""; }
     static std::string gadget(int id) {
@@ -386,7 +382,7 @@ TEST_F(ReferrerGroupTest, TellTheNamespacesApartToWhichALinkLeads) {
     int asked = 0;
     const GroupFilter leadsFar = [&](const References& ends, std::size_t) {
         ++asked;
-        return ends[1].second.getNameSpace() == Pegasus::CIMNamespaceName("root/far");
+        return ends[1].second.getNameSpace() == CIMNamespaceName("root/far");
     };
     EXPECT_EQ(wanted(repository.view(), hub, leadsFar), Strings{far});
     EXPECT_EQ(asked, 2);

@@ -14,7 +14,7 @@ namespace Pegasus {
 /// The library holds this template ready for the CIM types, String, Char16 and the classes of the
 /// CIM object model, and for nothing else: an array of an element type of one's own does not link.
 ///
-/// Every access behind the end throws IndexOutOfBoundsException. References and pointers to
+/// An index behind the end throws IndexOutOfBoundsException. References and pointers to
 /// elements are valid until the array is changed or destroyed.
 ///
 /// Thread-safety: copies that share elements may be used from different threads; one object may
@@ -26,8 +26,8 @@ class PEGASUS_COMMON_LINKAGE Array {
     Array(const Array<T>& x);
     /// `size` elements, each as the element type's default constructor leaves it.
     Array(Uint32 size) : Array(size, T()) {}
-    Array(Uint32 size, const T& x) { grow(size, x); }
-    Array(const T* items, Uint32 size) { append(items, size); }
+    Array(Uint32 size, const T& x) : Array() { grow(size, x); }
+    Array(const T* items, Uint32 size) : Array() { append(items, size); }
     ~Array();
     Array<T>& operator=(const Array<T>& x) {
         Array<T>(x).swap(*this);
