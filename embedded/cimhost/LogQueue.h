@@ -1,4 +1,4 @@
-// Where log lines go: behind a queue, so that nobody who logs waits for whoever reads.
+// Log lines go through a queue, so that whoever logs does not wait for whoever reads them.
 #pragma once
 
 #include "limits/Limits.h"
@@ -10,8 +10,8 @@
 
 namespace embedded::cimhost {
 
-/// A file descriptor with a queue and a thread of its own that writes. What is put while the queue
-/// is full is dropped and counted; the count is told in a line when there is room again.
+/// A file descriptor with a queue and a thread that writes. A text that comes while the queue is
+/// full is dropped and counted; a line tells the count when there is room again.
 ///
 /// Thread-safety: all functions may be called from several threads at once.
 class LogQueue {
@@ -24,7 +24,7 @@ class LogQueue {
     LogQueue(const LogQueue&) = delete;
     LogQueue& operator=(const LogQueue&) = delete;
 
-    /// Has `text` written, whole or not at all. Waits for nobody.
+    /// Queues `text`, whole or not at all. Does not wait.
     void put(std::string text) noexcept;
     /// Waits until everything is written, no longer than `patience`; false: something is left.
     bool drain(std::chrono::milliseconds patience);

@@ -1,4 +1,4 @@
-// Log lines that others can have written as often as they like.
+// Log lines that clients can cause as often as they like.
 #pragma once
 
 #include "threads/Locks.h"

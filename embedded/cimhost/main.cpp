@@ -1,5 +1,4 @@
 #include "cimhost/CommandLine.h"
-#include "cimhost/Content.h"
 #include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
 #include "cimhost/Serving.h"
@@ -24,6 +23,40 @@
 
 namespace embedded::cimhost {
 namespace {
+
+// The namespaces and the MOF files, in order. Throws mof::MofError.
+void load(const Settings& settings, repository::Repository& repository) {
+    repository.createNameSpace(settings.interop);
+    for (const Pegasus::CIMNamespaceName& nameSpace : settings.nameSpaces)
+        repository.createNameSpace(nameSpace);
+    for (const MofFile& mof : settings.mofFiles) {
+        repository.createNameSpace(mof.nameSpace); // even if the file declares nothing
+        repository.load(mof::readFile(mof.file, settings.mofIncludes), mof.nameSpace);
+    }
+    // Reading takes several times the memory of what is kept, and lies in between it: the C library
+    // gives that back only when it is told to.
+    malloc_trim(0);
+}
+
+// Whether some namespace has the class of each fault. Another class is most likely misspelt: no
+// question of a provider would ever meet its fault.
+bool knowsClassesOf(const std::vector<routing::Fault>& faults, const repository::View& view) {
+    const std::vector<Pegasus::CIMNamespaceName> nameSpaces = view.nameSpaces();
+    bool all = true;
+    for (const routing::Fault& fault : faults) {
+        const auto hasClass = [&](const auto& each) {
+            return view.hasClass(each, fault.className);
+        };
+        if (fault.className.isNull() || std::any_of(nameSpaces.begin(), nameSpaces.end(), hasClass))
+            continue;
+        all = false;
+        spdlog::error(
+            "--fault \"{}\": no namespace has a class {}; check its spelling, or load the "
+            "MOF file that declares it",
+            describe(fault), utf8(fault.className));
+    }
+    return all;
+}
 
 // The findings are the result that was asked for, so they go to standard output.
 ExitCode check(const Settings& settings, const repository::View& view,
@@ -62,10 +95,7 @@ ExitCode run(const Settings& settings) {
         return ExitCode::Mof;
     }
     const repository::View view = repository.view();
-    const std::vector<std::string> complaints = faultsOfUnknownClasses(settings.faults, view);
-    for (const std::string& complaint : complaints)
-        spdlog::error(complaint);
-    if (!complaints.empty())
+    if (!knowsClassesOf(settings.faults, view))
         return ExitCode::Usage;
     routing::Registration registration(view, settings.interop);
     registerOwnObjects(view, registration);

@@ -20,8 +20,8 @@ struct Attribute {
     explicit operator bool() const { return !name.empty(); }
 };
 
-/// An element of a document, or none; lives as long as the document. What is asked of none is
-/// answered with nothing: no text, no child, no attribute.
+/// An element of a document, or none; lives as long as the document. None has no text, no child and
+/// no attribute.
 class Element {
   public:
     class Children;

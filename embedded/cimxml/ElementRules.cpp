@@ -15,54 +15,25 @@ namespace embedded::cimxml {
 namespace {
 
 // In the order of the rules below.
-enum Tag : std::uint8_t {
-    tagCim,
-    tagMessage,
-    tagSimpleReq,
-    tagCorrelator,
-    tagIMethodCall,
-    tagMethodCall,
-    tagIParamValue,
-    tagParamValue,
-    tagNamespace,
-    tagHost,
-    tagLocalNamespacePath,
-    tagNamespacePath,
-    tagClassName,
-    tagLocalClassPath,
-    tagClassPath,
-    tagInstanceName,
-    tagLocalInstancePath,
-    tagInstancePath,
-    tagKeyBinding,
-    tagKeyValue,
-    tagValue,
-    tagValueNull,
-    tagValueArray,
-    tagValueReference,
-    tagValueRefArray,
-    tagValueNamedInstance,
-    tagInstance,
-    tagQualifier,
-    tagProperty,
-    tagPropertyArray,
-    tagPropertyReference,
-    tagClass,
-    tagMethod,
-    tagParameter,
-    tagParameterReference,
-    tagParameterArray,
-    tagParameterRefArray,
-    tagQualifierDeclaration,
-    tagScope,
-    tagCount
-};
+constexpr std::string_view elements =
+    " CIM MESSAGE SIMPLEREQ CORRELATOR IMETHODCALL METHODCALL IPARAMVALUE PARAMVALUE NAMESPACE "
+    "HOST LOCALNAMESPACEPATH NAMESPACEPATH CLASSNAME LOCALCLASSPATH CLASSPATH INSTANCENAME "
+    "LOCALINSTANCEPATH INSTANCEPATH KEYBINDING KEYVALUE VALUE VALUE.NULL VALUE.ARRAY "
+    "VALUE.REFERENCE VALUE.REFARRAY VALUE.NAMEDINSTANCE INSTANCE QUALIFIER PROPERTY "
+    "PROPERTY.ARRAY PROPERTY.REFERENCE CLASS METHOD PARAMETER PARAMETER.REFERENCE "
+    "PARAMETER.ARRAY PARAMETER.REFARRAY QUALIFIER.DECLARATION SCOPE ";
 
 using Tags = std::uint64_t; // a bit for each
-static_assert(tagCount <= 64);
 
-constexpr Tags bitOf(std::size_t tag) {
-    return Tags{1} << tag;
+// The bit of the element that is called so. In a constant, a name that is none does not compile.
+constexpr Tags bitOf(std::string_view name) {
+    std::size_t at = elements.find(name);
+    while (elements[at - 1] != ' ' || elements[at + name.size()] != ' ')
+        at = elements.find(name, at + 1);
+    Tags bit = 1;
+    for (; at != 1; --at)
+        bit <<= elements[at - 1] == ' ' ? 1U : 0U;
+    return bit;
 }
 
 /// One of some elements, once or as the flags say.
@@ -128,62 +99,62 @@ constexpr Rule textRule(std::string_view name, AttributeRules attributes = {}) {
         "EMBEDDEDOBJECT"                                                                           \
     }
 
-constexpr Particle qualifiers = any(tagQualifier);
-constexpr Particle properties = any(tagProperty, tagPropertyArray, tagPropertyReference);
+constexpr Particle qualifiers = any("QUALIFIER");
+constexpr Particle properties = any("PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE");
 
 // Responses have more elements; a request has no place for them.
-constexpr std::array<Rule, tagCount> rules = {{
+constexpr Rule rules[] = {
     // Messages
-    {"CIM", {{required("CIMVERSION"), required("DTDVERSION")}}, {{one(tagMessage)}}},
-    {"MESSAGE", {{required("ID"), required("PROTOCOLVERSION")}}, {{one(tagSimpleReq)}}},
-    {"SIMPLEREQ", {}, {{any(tagCorrelator), one(tagIMethodCall, tagMethodCall)}}},
-    {"CORRELATOR", {{required("NAME"), required("TYPE")}}, {{one(tagValue)}}},
-    {"IMETHODCALL", {{required("NAME")}}, {{one(tagLocalNamespacePath), any(tagIParamValue)}}},
+    {"CIM", {{required("CIMVERSION"), required("DTDVERSION")}}, {{one("MESSAGE")}}},
+    {"MESSAGE", {{required("ID"), required("PROTOCOLVERSION")}}, {{one("SIMPLEREQ")}}},
+    {"SIMPLEREQ", {}, {{any("CORRELATOR"), one("IMETHODCALL", "METHODCALL")}}},
+    {"CORRELATOR", {{required("NAME"), required("TYPE")}}, {{one("VALUE")}}},
+    {"IMETHODCALL", {{required("NAME")}}, {{one("LOCALNAMESPACEPATH"), any("IPARAMVALUE")}}},
     {"METHODCALL",
      {{required("NAME")}},
-     {{one(tagLocalClassPath, tagLocalInstancePath), any(tagParamValue)}}},
+     {{one("LOCALCLASSPATH", "LOCALINSTANCEPATH"), any("PARAMVALUE")}}},
     {"IPARAMVALUE",
      {{required("NAME")}},
-     {{optional(tagValue, tagValueArray, tagValueReference, tagClassName, tagInstanceName,
-                tagQualifierDeclaration, tagClass, tagInstance, tagValueNamedInstance)}}},
+     {{optional("VALUE", "VALUE.ARRAY", "VALUE.REFERENCE", "CLASSNAME", "INSTANCENAME",
+                "QUALIFIER.DECLARATION", "CLASS", "INSTANCE", "VALUE.NAMEDINSTANCE")}}},
     {"PARAMVALUE",
      {{required("NAME"), {"PARAMTYPE"}, EMBEDDING}},
-     {{optional(tagValue, tagValueReference, tagValueArray, tagValueRefArray, tagClassName,
-                tagInstanceName, tagClass, tagInstance, tagValueNamedInstance)}}},
+     {{optional("VALUE", "VALUE.REFERENCE", "VALUE.ARRAY", "VALUE.REFARRAY", "CLASSNAME",
+                "INSTANCENAME", "CLASS", "INSTANCE", "VALUE.NAMEDINSTANCE")}}},
     // Names and paths
     {"NAMESPACE", {{required("NAME")}}},
     textRule("HOST"),
-    {"LOCALNAMESPACEPATH", {}, {{several(tagNamespace)}}},
-    {"NAMESPACEPATH", {}, {{one(tagHost), one(tagLocalNamespacePath)}}},
+    {"LOCALNAMESPACEPATH", {}, {{several("NAMESPACE")}}},
+    {"NAMESPACEPATH", {}, {{one("HOST"), one("LOCALNAMESPACEPATH")}}},
     {"CLASSNAME", {{required("NAME")}}},
-    {"LOCALCLASSPATH", {}, {{one(tagLocalNamespacePath), one(tagClassName)}}},
-    {"CLASSPATH", {}, {{one(tagNamespacePath), one(tagClassName)}}},
+    {"LOCALCLASSPATH", {}, {{one("LOCALNAMESPACEPATH"), one("CLASSNAME")}}},
+    {"CLASSPATH", {}, {{one("NAMESPACEPATH"), one("CLASSNAME")}}},
     {"INSTANCENAME",
      {{required("CLASSNAME")}},
-     {{any(tagKeyBinding)}},
-     Model{{one(tagKeyValue, tagValueReference)}}},
-    {"LOCALINSTANCEPATH", {}, {{one(tagLocalNamespacePath), one(tagInstanceName)}}},
-    {"INSTANCEPATH", {}, {{one(tagNamespacePath), one(tagInstanceName)}}},
-    {"KEYBINDING", {{required("NAME")}}, {{one(tagKeyValue, tagValueReference)}}},
+     {{any("KEYBINDING")}},
+     Model{{one("KEYVALUE", "VALUE.REFERENCE")}}},
+    {"LOCALINSTANCEPATH", {}, {{one("LOCALNAMESPACEPATH"), one("INSTANCENAME")}}},
+    {"INSTANCEPATH", {}, {{one("NAMESPACEPATH"), one("INSTANCENAME")}}},
+    {"KEYBINDING", {{required("NAME")}}, {{one("KEYVALUE", "VALUE.REFERENCE")}}},
     textRule("KEYVALUE", {{{"VALUETYPE"}, {"TYPE"}}}),
     // Values
     textRule("VALUE"),
     {"VALUE.NULL"},
-    {"VALUE.ARRAY", {}, {{any(tagValue, tagValueNull)}}},
+    {"VALUE.ARRAY", {}, {{any("VALUE", "VALUE.NULL")}}},
     {"VALUE.REFERENCE",
      {},
-     {{one(tagClassPath, tagLocalClassPath, tagClassName, tagInstancePath, tagLocalInstancePath,
-           tagInstanceName)}}},
-    {"VALUE.REFARRAY", {}, {{any(tagValueReference, tagValueNull)}}},
-    {"VALUE.NAMEDINSTANCE", {}, {{one(tagInstanceName), one(tagInstance)}}},
+     {{one("CLASSPATH", "LOCALCLASSPATH", "CLASSNAME", "INSTANCEPATH", "LOCALINSTANCEPATH",
+           "INSTANCENAME")}}},
+    {"VALUE.REFARRAY", {}, {{any("VALUE.REFERENCE", "VALUE.NULL")}}},
+    {"VALUE.NAMEDINSTANCE", {}, {{one("INSTANCENAME"), one("INSTANCE")}}},
     // Declarations
     {"INSTANCE", {{required("CLASSNAME")}}, {{qualifiers, properties}}},
     {"QUALIFIER",
      {{required("NAME"), required("TYPE"), {"PROPAGATED"}, FLAVORS}},
-     {{optional(tagValue, tagValueArray)}}},
+     {{optional("VALUE", "VALUE.ARRAY")}}},
     {"PROPERTY",
      {{required("NAME"), required("TYPE"), {"CLASSORIGIN"}, {"PROPAGATED"}, EMBEDDING}},
-     {{qualifiers, optional(tagValue)}}},
+     {{qualifiers, optional("VALUE")}}},
     {"PROPERTY.ARRAY",
      {{required("NAME"),
        required("TYPE"),
@@ -191,22 +162,22 @@ constexpr std::array<Rule, tagCount> rules = {{
        {"CLASSORIGIN"},
        {"PROPAGATED"},
        EMBEDDING}},
-     {{qualifiers, optional(tagValueArray)}}},
+     {{qualifiers, optional("VALUE.ARRAY")}}},
     {"PROPERTY.REFERENCE",
      {{required("NAME"), {"REFERENCECLASS"}, {"CLASSORIGIN"}, {"PROPAGATED"}}},
-     {{qualifiers, optional(tagValueReference)}}},
-    {"CLASS", {{required("NAME"), {"SUPERCLASS"}}}, {{qualifiers, properties, any(tagMethod)}}},
+     {{qualifiers, optional("VALUE.REFERENCE")}}},
+    {"CLASS", {{required("NAME"), {"SUPERCLASS"}}}, {{qualifiers, properties, any("METHOD")}}},
     {"METHOD",
      {{required("NAME"), {"TYPE"}, {"CLASSORIGIN"}, {"PROPAGATED"}}},
      {{qualifiers,
-       any(tagParameter, tagParameterReference, tagParameterArray, tagParameterRefArray)}}},
+       any("PARAMETER", "PARAMETER.REFERENCE", "PARAMETER.ARRAY", "PARAMETER.REFARRAY")}}},
     {"PARAMETER", {{required("NAME"), required("TYPE")}}, {{qualifiers}}},
     {"PARAMETER.REFERENCE", {{required("NAME"), {"REFERENCECLASS"}}}, {{qualifiers}}},
     {"PARAMETER.ARRAY", {{required("NAME"), required("TYPE"), {"ARRAYSIZE"}}}, {{qualifiers}}},
     {"PARAMETER.REFARRAY", {{required("NAME"), {"REFERENCECLASS"}, {"ARRAYSIZE"}}}, {{qualifiers}}},
     {"QUALIFIER.DECLARATION",
      {{required("NAME"), required("TYPE"), {"ISARRAY"}, {"ARRAYSIZE"}, FLAVORS}},
-     {{optional(tagScope), optional(tagValue, tagValueArray)}}},
+     {{optional("SCOPE"), optional("VALUE", "VALUE.ARRAY")}}},
     {"SCOPE",
      {{{"CLASS"},
        {"ASSOCIATION"},
@@ -215,18 +186,21 @@ constexpr std::array<Rule, tagCount> rules = {{
        {"METHOD"},
        {"PARAMETER"},
        {"INDICATION"}}}},
-}};
+};
 
 #undef FLAVORS
 #undef EMBEDDING
 
-// A model or a list that fills its array would have no end.
+// A model or a list that fills its array would have no end. The rules have the order of the names.
 static_assert([] {
-    bool good = true;
-    for (const Rule& rule : rules)
-        good = good && !rule.name.empty() && rule.attributes.back().name.empty() &&
-               rule.content.back().tags == 0 &&
+    bool good = std::size(rules) <= 64;
+    Tags bit = 1;
+    for (const Rule& rule : rules) {
+        good = good && bitOf(rule.name) == bit && !rule.name.empty() &&
+               rule.attributes.back().name.empty() && rule.content.back().tags == 0 &&
                (!rule.otherContent || rule.otherContent->back().tags == 0);
+        bit <<= 1U;
+    }
     return good;
 }());
 
@@ -311,7 +285,7 @@ void check(const Element& element, const Rule& rule) {
     Matcher matcher(element, rule);
     for (const Element& child : element.children()) {
         const Rule& childRule = ruleOf(child);
-        matcher.take(bitOf(static_cast<std::size_t>(&childRule - rules.data())));
+        matcher.take(Tags{1} << static_cast<std::size_t>(&childRule - rules));
         check(child, childRule);
     }
     matcher.end();

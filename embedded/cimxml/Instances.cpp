@@ -4,7 +4,6 @@
 #include "cimxml/Rejection.h"
 #include "cimxml/Values.h"
 
-#include <charconv>
 #include <string_view>
 
 namespace embedded::cimxml {
@@ -40,12 +39,10 @@ CIMQualifier readQualifier(const Element& element, const SoleKey& soleKey) {
 }
 
 Uint32 readArraySize(const Attribute& attribute) {
-    const std::string_view text = attribute.value;
-    Uint32 size = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), size);
-    if (attribute && (error != std::errc() || end != text.data() + text.size()))
-        rejectNotValid("ARRAYSIZE \"" + std::string(text) + "\"");
-    return size;
+    const std::optional<Uint32> size = readUint32(attribute.value);
+    if (attribute && !size)
+        rejectNotValid("ARRAYSIZE \"" + std::string(attribute.value) + "\"");
+    return size.value_or(0);
 }
 
 // PROPERTY, PROPERTY.ARRAY or PROPERTY.REFERENCE.

@@ -4,6 +4,7 @@
 #include "embedding/Text.h"
 
 #include <array>
+#include <charconv>
 #include <string_view>
 
 namespace embedded::cimxml {
@@ -49,6 +50,13 @@ bool readFlag(const Attribute& attribute, bool absent) {
     if (!isTrue && !String::equalNoCase(value, "false"))
         rejectValue(attribute);
     return isTrue;
+}
+
+std::optional<Uint32> readUint32(std::string_view text) {
+    Uint32 number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
 CIMNamespaceName readNamespace(const Element& localNamespacePath) {

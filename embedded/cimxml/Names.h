@@ -6,6 +6,9 @@
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMType.h>
 
+#include <optional>
+#include <string_view>
+
 namespace embedded::cimxml {
 
 /// The name in `attribute`, which is there. Throws RequestRejected for an illegal one.
@@ -16,6 +19,8 @@ Pegasus::CIMName readOptionalName(const Attribute& attribute);
 Pegasus::CIMType readType(const Attribute& attribute);
 /// "true" or "false", in any case; `absent` when there is no such attribute.
 bool readFlag(const Attribute& attribute, bool absent);
+/// An unsigned integer of 32 bits in decimal digits, all of `text`; none if it is anything else.
+std::optional<Pegasus::Uint32> readUint32(std::string_view text);
 /// The namespace of a LOCALNAMESPACEPATH.
 Pegasus::CIMNamespaceName readNamespace(const Element& localNamespacePath);
 

@@ -8,7 +8,6 @@
 #include "embedding/Text.h"
 #include "text/Ascii.h"
 
-#include <charconv>
 #include <string>
 #include <string_view>
 
@@ -80,12 +79,10 @@ void readPropertyList(const Element& value, const SoleKey&, Call& call) {
 
 // An unsigned integer of 32 bits, as the parameters of pulled enumerations have it.
 Uint32 readCount(const Element& value) {
-    const std::string_view text = value.text();
-    Uint32 count = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size())
-        rejectNotValid("\"" + std::string(text) + "\" is no unsigned integer of 32 bits");
-    return count;
+    const std::optional<Uint32> count = readUint32(value.text());
+    if (!count)
+        rejectNotValid("\"" + std::string(value.text()) + "\" is no unsigned integer of 32 bits");
+    return *count;
 }
 
 void readFilter(const Element& value, const SoleKey&, Call& call) {

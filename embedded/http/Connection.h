@@ -43,7 +43,7 @@ class ConnectionOwner {
     virtual void closed(Connection& connection) noexcept = 0;
 };
 
-/// Closes when something is thrown that it cannot tell its client: it is out of memory, say.
+/// Closes itself when it cannot tell its client of an exception, being out of memory, say.
 ///
 /// Thread-safety: everything happens on one I/O thread. Outlived by its owner.
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -65,8 +65,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void respond(Reply reply);
     /// Closes, unless a request is being handled or answered; that is finished first.
     void stop();
-    /// Closes if it waits for a request, or for the rest of one, whose client is told then. If it
-    /// does not any more, it is no longer meant to.
+    /// Closes if it waits for a request, or for the rest of one, and tells that client. If it waits
+    /// for neither any more, it stays open and isGivingWay() ends.
     void giveWay();
     /// Whether giveWay() is to be called, or has been and it is about to close. On any thread.
     bool isGivingWay() const { return _givingWay; }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <list>
+#include <utility>
 #include <vector>
 
 namespace embedded::http {
@@ -26,7 +27,7 @@ class Lanes {
         Clock::time_point until;
     };
 
-    explicit Lanes(const std::vector<unsigned>& places) : _free(places) {}
+    explicit Lanes(std::vector<unsigned> places) : _free(std::move(places)) {}
 
     /// Starts `work` or keeps it.
     void enter(Work work);

@@ -23,14 +23,14 @@ struct Options {
     /// less than `workers`, or lanes that hang take every thread.
     std::vector<unsigned> lanes;
     std::chrono::seconds laneWait = limits::patience; ///< that Work waits for places at most
-    /// Beyond it the one that has waited longest for a request is closed, first of the address that
-    /// has most; if none waits, the reply is 503.
+    /// Beyond it the server closes a connection that waits for a request: of the address with most
+    /// connections, the one that has waited longest. If none waits, the new client gets a 503.
     unsigned connectionLimit = limits::connections;
-    /// Connections beyond the limit that give way or are told so at the same time; any more wait to
-    /// be accepted.
+    /// Connections beyond the limit that are closed or refused at the same time; further ones wait
+    /// to be accepted.
     unsigned refusalLimit = limits::refusals;
-    /// That is read on after a refusal, so that the client sees the reply; and for the TLS
-    /// handshake before it.
+    /// How long the server reads on after a refusal, so that the client sees the reply; also the
+    /// time for the TLS handshake before a refusal.
     std::chrono::seconds refusalTime = limits::refusalTime;
     std::uint64_t bodyLimit = limits::body;     ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = limits::header; ///< bytes; beyond it the reply is 431
@@ -45,7 +45,7 @@ struct Options {
     /// and for a TLS handshake.
     std::chrono::seconds requestTimeout = limits::requestTime;
     std::size_t leastTaken = limits::leastTaken; ///< bytes, or all that is left
-    /// Takes a line for whoever runs the server, and what kind of line it is: one of few, whatever
+    /// Takes a line for whoever runs the server, and its kind. There are few kinds, whatever
     /// clients send. Called on any thread, one call at a time; must not block.
     std::function<void(const std::string& kind, const std::string& line)> log;
 };

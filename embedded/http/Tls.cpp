@@ -41,7 +41,7 @@ void secure(SSL_CTX* context) {
 
 Context load(const TlsContext::Files& files) {
     ERR_clear_error();
-    const Context context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
+    Context context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
     if (!context)
         throw std::runtime_error("no TLS: " + tlsError());
     secure(context.get());

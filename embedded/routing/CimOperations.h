@@ -32,14 +32,14 @@ struct Module {
     Pegasus::String name;
 };
 
-/// What will be done for an operation: decided, and not begun.
+/// What will be done for an operation. Nothing has begun.
 struct Plan {
-    /// Those that perform() calls, and so may wait for, each once; they live as long as who made
-    /// the plan. Without any it takes no time to speak of.
+    /// The modules that perform() calls and may wait for, each once. They live as long as whoever
+    /// made the plan. Without modules, perform() takes next to no time.
     std::vector<const Module*> modules;
     /// To be called once. Throws Pegasus::CIMException with the status and the message that the
     /// client is to see, or std::bad_alloc, and nothing else. When it has returned, every provider
-    /// has answered: what the cursor still reads comes from memory and cannot fail.
+    /// has answered: the cursor reads from memory alone and cannot fail.
     std::function<Answer()> perform;
 };
 

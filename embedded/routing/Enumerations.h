@@ -40,8 +40,8 @@ class Enumeration {
     std::optional<Answered> _ahead;
 };
 
-/// The right to read on in an enumeration, of which there is one at a time. Unless it is given
-/// back, the enumeration is closed with it.
+/// The right to pull from an enumeration, held by one request at a time. A lease that ends without
+/// giveBack() closes the enumeration.
 ///
 /// Thread-safety: one thread at a time. Outlived by its Enumerations.
 class EnumerationLease {
@@ -53,12 +53,12 @@ class EnumerationLease {
 
     explicit operator bool() const { return _enumeration != nullptr; }
     Enumeration* operator->() const { return _enumeration; }
-    /// By which the next request finds the enumeration; not to be guessed.
+    /// The next request finds the enumeration by it; nobody can guess it.
     const std::string& context() const { return _context; }
-    /// Takes into account that the answer keeps `objects` things in memory of its own. To be called
-    /// once. Throws CIM_ERR_SERVER_LIMITS_EXCEEDED when these are too many, with those of others.
+    /// Counts the `objects` things that the answer keeps in memory. To be called once. Throws
+    /// CIM_ERR_SERVER_LIMITS_EXCEEDED when all enumerations together keep too many.
     void charge(std::size_t objects);
-    /// Has the enumeration wait for the next request, for its time-out.
+    /// The enumeration waits for its next request, as long as its time-out says.
     void giveBack() noexcept;
 
   private:
@@ -73,8 +73,8 @@ class EnumerationLease {
 
 /// All enumerations that are open. Errors are Pegasus::CIMException.
 ///
-/// An enumeration belongs to the user and the namespace that opened it: to others, its context is
-/// as unknown as one that never was.
+/// An enumeration belongs to the user and the namespace that opened it. For others, its context
+/// does not exist.
 ///
 /// Thread-safety: all functions may be called from several threads at once.
 class Enumerations {

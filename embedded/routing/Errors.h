@@ -17,8 +17,8 @@ namespace embedded::routing {
 Pegasus::CIMException currentCimException();
 
 /// Runs `operation`; whatever leaves it is a CIMException (see currentCimException), but for
-/// std::bad_alloc: that a server is out of memory is not what an operation came to, and a provider
-/// whose read-back ends so must not take it for an answer.
+/// std::bad_alloc: a server that is out of memory has no result, and a provider must not take that
+/// for the answer to its read-back.
 template <class Operation>
 auto asCimErrors(Operation&& operation) -> decltype(operation()) {
     try {

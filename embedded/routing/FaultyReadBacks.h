@@ -19,8 +19,7 @@ class FaultyReadBacks : public CimOperations {
         : _server(server), _faults(std::move(faults)) {}
 
     Plan plan(const Operation& operation) override {
-        // Which modules the answer takes is known too late to be said, and nobody asks it of a
-        // read-back.
+        // The modules are not known yet, and nobody asks a read-back's plan for them.
         return {{}, [this, &operation] {
                     const bool answered = _faults.meet(operation) == Faults::Outcome::ServersAnswer;
                     return answered ? _server.perform(operation) : Answer();

@@ -8,8 +8,8 @@
 namespace embedded::routing {
 
 /// What stands behind a provider's CIMOMHandle: `operations`, asked on the calling thread.
-/// Messages carry no status name: there is no wire between. Nothing is unloaded while the server
-/// runs, so providers need not forbid it.
+/// Messages carry no status name, as no wire is between. The server unloads nothing while it runs,
+/// so providers need not forbid it.
 ///
 /// A call that would enter a module that waits for it gets CIM_ERR_FAILED at once.
 ///

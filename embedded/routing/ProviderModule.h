@@ -27,8 +27,8 @@ struct ModuleSettings {
     /// Leaves libraries mapped when their providers are gone: what reports on leaks and races
     /// needs their symbols then.
     bool keepLibraries = false;
-    /// Takes one line about what no client is told: the text of an exception from initialize() or
-    /// terminate(). May be called from several threads at once; empty: nobody listens.
+    /// Takes a line with the text of an exception from initialize() or terminate(), which no client
+    /// is told. Several threads may call it at once. Empty: the lines are dropped.
     std::function<void(const std::string&)> log;
     /// Modules that are part of the program, by their location: no library is looked for.
     std::map<std::string, CreateProvider> linked;
@@ -55,10 +55,9 @@ class ProviderModules {
     /// All registered modules, in the order of their numbers, which count from 0.
     const std::vector<Module>& modules() const { return _modules; }
 
-    /// For good: calls terminate() on every loaded provider, the one that was ready last first, and
-    /// closes its library. Requests that come later get CIM_ERR_FAILED. Waits for the requests in
-    /// progress, until `until` at most: a provider that is still busy then is left as it is, since
-    /// what is inside needs it. False: one was.
+    /// Calls terminate() on every loaded provider, the last one that became ready first, and closes
+    /// its library, for good. Later requests get CIM_ERR_FAILED. Waits until `until` for requests
+    /// in progress; a provider that is still busy then stays loaded. False: one did.
     bool unloadAll(Clock::time_point until = Clock::time_point::max());
 
     /// A call into a provider that has not returned.

@@ -54,11 +54,10 @@ class Registration {
     /// Reads the instances in `interop`. One that is faulty is left out and told in findings().
     Registration(const repository::View& view, const Pegasus::CIMNamespaceName& interop);
 
-    /// Registers a module that is part of the program, with one provider, for the instances of
-    /// each of the classes in every namespace of `view` that defines the class, but for those
-    /// where another provider is registered for the class or a subclass, and those that were loaded
-    /// with instances of these: there, these are the objects. Without any namespace the module is
-    /// not registered.
+    /// Registers a module that is part of the program, with one provider, for the instances of each
+    /// of the classes, in every namespace of `view` that defines the class and has neither another
+    /// provider nor loaded instances of the class or a subclass. If there is no such namespace, the
+    /// module is not registered.
     void addLinked(const repository::View& view, const ProviderName& provider,
                    const std::string& location, const std::vector<Pegasus::CIMName>& classNames);
 

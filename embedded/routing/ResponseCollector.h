@@ -35,8 +35,8 @@ inline bool isUninitialized(const Pegasus::CIMObject& object) {
     return object.isUninitialized();
 }
 
-/// One provider call's response handler. What is not completed counts for nothing, except that of
-/// any number of objects every full hundred goes on its way at once and is not called back.
+/// One provider call's response handler. Objects count once complete() is called; of an operation
+/// with any number of objects, each full hundred counts at once.
 ///
 /// Thread-safety: none; a handler belongs to one call.
 template <class Handler, class Object>

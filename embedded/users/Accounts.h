@@ -32,9 +32,10 @@ struct Verdict {
     std::chrono::seconds retryAfter{0}; ///< of TooEarly
 };
 
-/// The users that there are. What was verified is remembered for a while; who fails, by name or by
-/// address, is slowed, but never whom it remembers. Nobody waits here: who comes too early is told
-/// so, and it does not count as a failure. An unknown user costs what a known one does.
+/// All users. Verified credentials are remembered for a while. Failed attempts slow their name and
+/// their address down, but never a user who is remembered. No call waits: an attempt that comes too
+/// early is refused at once, and does not count as a failure. An unknown user costs as much time as
+/// a known one.
 ///
 /// Thread-safety: all functions may be called from several threads at once.
 class Accounts {
@@ -42,7 +43,7 @@ class Accounts {
     using Clock = std::chrono::steady_clock;
     explicit Accounts(std::vector<User> users, std::function<Clock::time_point()> now = Clock::now);
 
-    /// What can be said without looking at a hash. Takes no time to speak of. `address`: the
+    /// The verdict as far as no hash has to be computed. Takes next to no time. `address`: the
     /// client's.
     Verdict recall(const Credentials& credentials, std::string_view address);
     /// Looks at the hash if recall() says Unverified; never answers that. Takes some hundredths of
@@ -71,8 +72,8 @@ class Accounts {
     Backoff _slowAddresses GUARDED_BY(_mutex);
 };
 
-/// Whom an address stands for when it is slowed: itself, but of IPv6 the network of 64 bits, in
-/// which a client may have any address that it likes.
+/// What is slowed down for an address: itself, or the /64 network of an IPv6 address, in which a
+/// client can choose any address.
 std::string networkOf(std::string_view address);
 
 } // namespace embedded::users

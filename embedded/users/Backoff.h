@@ -9,9 +9,9 @@
 
 namespace embedded::users {
 
-/// Counts the failures of names or of addresses. Some are free, then each doubles the time before
-/// the next attempt, up to a bound. They are forgotten after a while, and those of whoever has not
-/// failed for longest, when there are too many.
+/// Counts failures by name or by address. The first ones are free, then each doubles the time
+/// before the next attempt, up to a bound. Failures are forgotten after a while; when there are too
+/// many, the oldest entry goes.
 ///
 /// Thread-safety: none.
 class Backoff {

@@ -44,7 +44,7 @@ class Digester {
     const Context _context;
 };
 
-/// Those of credentials, each until it was not asked for for a while.
+/// Digests of verified credentials. One that nobody asks for goes after a while.
 ///
 /// Thread-safety: none.
 class CredentialCache {

@@ -72,7 +72,7 @@ if __name__ == "__main__":
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--library", required=True, help="the library to look at")
     parser.add_argument("--headers", required=True, help="the folder of its public headers")
-    parser.add_argument("--embedding", required=True, help="the folder of its headers for hosts")
+    parser.add_argument("--embedding", required=True, help="the folder of its headers for programs that embed it")
     given, rest = parser.parse_known_args()
     ExportedSymbols.library = given.library
     ExportedSymbols.headers = given.headers
