@@ -12,6 +12,17 @@
 
 namespace embedded::http::test {
 
+/// The usual options but for some: each member is followed by what it is.
+inline Options optionsWith() {
+    return {};
+}
+template <class Member, class Value, class... Others>
+Options optionsWith(Member Options::*member, const Value& value, const Others&... others) {
+    Options options = optionsWith(others...);
+    options.*member = static_cast<Member>(value);
+    return options;
+}
+
 /// What a server with one listener is given.
 std::vector<Listener> alone(Listener listener);
 

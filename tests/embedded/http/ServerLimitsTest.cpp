@@ -47,10 +47,7 @@ struct RefusedCase {
 class Refused : public testing::TestWithParam<RefusedCase> {};
 
 TEST_P(Refused, IsAnsweredAndTheConnectionClosed) {
-    Options options;
-    options.bodyLimit = 1000;
-    options.headerLimit = 500;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::bodyLimit, 1000, &Options::headerLimit, 500));
     RawClient client(running.port());
     client.send(GetParam().request + whole);
     EXPECT_EQ(client.rest(), closing(GetParam().status));
@@ -130,16 +127,12 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& rule) { return rule.param.name; });
 
 TEST(ServerLimits, ABodyUpToTheLimitIsTaken) {
-    Options options;
-    options.bodyLimit = 4;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::bodyLimit, 4));
     EXPECT_TRUE(serves(running));
 }
 
 TEST(ServerLimits, ALargeBodyThatKeepsComingDoesNotHideTheAnswer) {
-    Options options;
-    options.bodyLimit = 1000;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::bodyLimit, 1000));
     RawClient client(running.port());
     client.send("POST /echo HTTP/1.1\r\nContent-Length: 9000000\r\n\r\n");
     // A reset instead would make some systems drop the answer.
@@ -203,9 +196,7 @@ TEST(ServerLimits, ASlowClientIsServedWithinTheRequestTime) {
 }
 
 TEST(ServerLimits, ARequestThatDoesNotEndIsToldSo) {
-    Options options;
-    options.requestTimeout = std::chrono::seconds(1);
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::requestTimeout, std::chrono::seconds(1)));
     for (const std::size_t size : {std::size_t(5), whole.size() - 1}) {
         RawClient client(running.port());
         client.send(whole.substr(0, size));
@@ -214,9 +205,7 @@ TEST(ServerLimits, ARequestThatDoesNotEndIsToldSo) {
 }
 
 TEST(ServerLimits, ARequestMayTakeLongerToAnswerThanToRead) {
-    Options options;
-    options.requestTimeout = std::chrono::seconds(1);
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::requestTimeout, std::chrono::seconds(1)));
     RawClient busy(running.port());
     busy.send("POST /wait HTTP/1.1\r\nHost: h\r\n\r\n");
     running.awaitWaiting(1);
@@ -228,9 +217,7 @@ TEST(ServerLimits, ARequestMayTakeLongerToAnswerThanToRead) {
 }
 
 TEST(ServerLimits, AnIdleConnectionIsClosedInSilence) {
-    Options options;
-    options.idleTimeout = std::chrono::seconds(1);
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::idleTimeout, std::chrono::seconds(1)));
     RawClient fresh(running.port());
     RawClient used(running.port());
     used.send(whole);
@@ -240,10 +227,8 @@ TEST(ServerLimits, AnIdleConnectionIsClosedInSilence) {
 }
 
 TEST(ServerLimits, AClientThatTakesNoReplyIsGivenUp) {
-    Options options;
-    options.requestTimeout = std::chrono::seconds(1);
-    options.connectionLimit = 1;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::requestTimeout, std::chrono::seconds(1),
+                                      &Options::connectionLimit, 1));
     RawClient client(running.port());
     client.send("POST /big HTTP/1.1\r\nHost: h\r\n\r\n");
     bool free = false; // the one place is taken until the client is given up
@@ -274,10 +259,7 @@ TEST(ServerLimits, ASlowHandlerKeepsNobodyElseWaiting) {
 }
 
 TEST(ServerLimits, WhatNeedsNoWorkerDoesNotWaitForOne) {
-    Options options;
-    options.workers = 1;
-    options.ioThreads = 1;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::workers, 1, &Options::ioThreads, 1));
     RawClient slow(running.port());
     slow.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
     running.awaitWaiting(1);
@@ -287,9 +269,7 @@ TEST(ServerLimits, WhatNeedsNoWorkerDoesNotWaitForOne) {
 }
 
 TEST(ServerLimits, RequestsBeyondTheWorkersWaitTheirTurn) {
-    Options options;
-    options.workers = 1;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::workers, 1));
     RawClient slow(running.port());
     slow.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
     running.awaitWaiting(1);
@@ -301,9 +281,7 @@ TEST(ServerLimits, RequestsBeyondTheWorkersWaitTheirTurn) {
 }
 
 TEST(ServerLimits, AConnectionBeyondTheLimitIsTurnedAway) {
-    Options options;
-    options.connectionLimit = 2;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::connectionLimit, 2));
     {
         RawClient first(running.port());
         RawClient second(running.port());
@@ -322,10 +300,8 @@ TEST(ServerLimits, AConnectionBeyondTheLimitIsTurnedAway) {
 }
 
 TEST(ServerLimits, TheConnectionThatHasWaitedLongestGivesWay) {
-    Options options;
-    options.connectionLimit = 2;
-    options.ioThreads = 1; // what was first is seen first
-    RunningServer running(options);
+    // what was first is seen first
+    RunningServer running(optionsWith(&Options::connectionLimit, 2, &Options::ioThreads, 1));
     RawClient first(running.port());
     RawClient second(running.port());
     for (RawClient* client : {&first, &second, &first}) {
@@ -340,10 +316,8 @@ TEST(ServerLimits, TheConnectionThatHasWaitedLongestGivesWay) {
 }
 
 TEST(ServerLimits, TheAddressWithMostConnectionsGivesWayFirst) {
-    Options options;
-    options.connectionLimit = 3;
-    options.ioThreads = 1; // what was first is seen first
-    RunningServer running(options);
+    // what was first is seen first
+    RunningServer running(optionsWith(&Options::connectionLimit, 3, &Options::ioThreads, 1));
     RawClient alone(running.port(), "127.0.0.2");
     RawClient first(running.port());
     RawClient second(running.port());
@@ -360,10 +334,7 @@ TEST(ServerLimits, TheAddressWithMostConnectionsGivesWayFirst) {
 }
 
 TEST(ServerLimits, AsManyGiveWayAsCome) {
-    Options options;
-    options.connectionLimit = 100;
-    options.ioThreads = 2;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::connectionLimit, 100, &Options::ioThreads, 2));
     std::vector<std::unique_ptr<RawClient>> crowd;
     for (unsigned i = 0; i < 300; ++i)
         crowd.push_back(std::make_unique<RawClient>(running.port()));
@@ -384,9 +355,7 @@ TEST(ServerLimits, AsManyGiveWayAsCome) {
 }
 
 TEST(ServerLimits, WhoComesWhileTooManyAreTurnedAwayWaits) {
-    Options options;
-    options.connectionLimit = 1;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::connectionLimit, 1));
     RawClient busy(running.port());
     busy.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
     running.awaitWaiting(1);
@@ -402,10 +371,8 @@ TEST(ServerLimits, WhoComesWhileTooManyAreTurnedAwayWaits) {
 }
 
 TEST(ServerLimits, AConnectionWithHalfARequestGivesWayToo) {
-    Options options;
-    options.connectionLimit = 2;
-    options.ioThreads = 1; // what was first is seen first
-    RunningServer running(options);
+    // what was first is seen first
+    RunningServer running(optionsWith(&Options::connectionLimit, 2, &Options::ioThreads, 1));
     RawClient idle(running.port());
     RawClient half(running.port());
     half.send(whole.substr(0, 20));
@@ -428,9 +395,7 @@ TEST(ServerLimits, RequestsThatAreTooLargeTogetherAreTurnedAway) {
         const std::size_t body = size - header.size() - 8; // four digits, two line ends
         return header + std::to_string(body) + "\r\n\r\n" + std::string(body, 'a');
     };
-    Options options;
-    options.keptLimit = 4000;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::keptLimit, 4000));
     RawClient first(running.port());
     first.send(request("/wait", 2000));
     running.awaitWaiting(1);
@@ -451,11 +416,8 @@ TEST(ServerLimits, RequestsThatAreTooLargeTogetherAreTurnedAway) {
 }
 
 TEST(ServerLimits, AFewAreToldThatThereAreTooManyConnections) {
-    Options options;
-    options.connectionLimit = 1;
-    options.refusalLimit = 2;
-    options.refusalTime = std::chrono::hours(1);
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::connectionLimit, 1, &Options::refusalLimit, 2,
+                                      &Options::refusalTime, std::chrono::hours(1)));
     RawClient busy(running.port());
     busy.send("POST /wait HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
     running.awaitWaiting(1);

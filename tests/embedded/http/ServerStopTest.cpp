@@ -128,9 +128,7 @@ TEST(ServerStop, FinishesWhatIsBeingHandledAndNothingMore) {
 }
 
 TEST(ServerStop, AlsoFinishesWhatIsWaitingForAWorker) {
-    Options options;
-    options.workers = 1;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::workers, 1));
     RawClient busy(running.port());
     busy.send(waiting);
     running.awaitWaiting(1);

@@ -61,10 +61,7 @@ TEST(ServerThreads, AreAsManyAsThereAreCoresUpToFour) {
 }
 
 TEST(ServerThreads, CountTheirConnectionsTogether) {
-    Options options;
-    options.ioThreads = 4;
-    options.connectionLimit = 4;
-    RunningServer running(options);
+    RunningServer running(optionsWith(&Options::ioThreads, 4, &Options::connectionLimit, 4));
     std::vector<std::unique_ptr<RawClient>> clients;
     for (int i = 0; i < 4; ++i) {
         clients.push_back(std::make_unique<RawClient>(running.port()));

@@ -6,10 +6,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMName;
-using Pegasus::CIMObject;
-using Pegasus::CIMObjectPath;
-using Pegasus::String;
+using namespace Pegasus;
 
 std::string nameOf(const CIMName& name) {
     return name.isNull() ? "-" : text(name.getString());
@@ -145,7 +142,7 @@ TEST_F(AssociationRouting, EmptyHostsAndNamespacesOfResultsAreFilledInOthersStay
     toy::Script other;
     other.answer = [](const toy::Call& call) {
         CIMObjectPath path = pathOf("TST_Base", "1");
-        path.setNameSpace(Pegasus::CIMNamespaceName("root/wrong"));
+        path.setNameSpace(CIMNamespaceName("root/wrong"));
         auto instance = instanceOf("TST_Base", "1");
         instance.setPath(path);
         if (call.objects != nullptr) {
@@ -167,9 +164,7 @@ TEST_F(AssociationRouting, EmptyHostsAndNamespacesOfResultsAreFilledInOthersStay
 
 TEST_F(AssociationRouting, NotSupportedFromAllProvidersIsEmptySinceTheRepositoryAnswers) {
     toy::Script refusing;
-    refusing.answer = [](const toy::Call&) {
-        throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "no");
-    };
+    refusing.answer = [](const toy::Call&) { throw CIMException(CIM_ERR_NOT_SUPPORTED, "no"); };
     toy::setScript("P", refusing);
     toy::setScript("Q", refusing);
     EXPECT_EQ(0U, associatorNames(base).objects.size());
@@ -177,9 +172,7 @@ TEST_F(AssociationRouting, NotSupportedFromAllProvidersIsEmptySinceTheRepository
 
 TEST_F(AssociationRouting, AnErrorOfOneCandidateIsTheAnswer) {
     toy::Script failing;
-    failing.answer = [](const toy::Call&) {
-        throw Pegasus::CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "no");
-    };
+    failing.answer = [](const toy::Call&) { throw CIMException(CIM_ERR_ACCESS_DENIED, "no"); };
     toy::setScript("Q", failing);
     EXPECT_EQ("2: no", errorOf([&] { associatorNames(base); }));
 }

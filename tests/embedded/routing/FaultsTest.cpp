@@ -13,9 +13,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMName;
-using Pegasus::CIMOMHandle;
-using Pegasus::OperationContext;
+using namespace Pegasus;
 
 std::string read(const std::string& text) {
     try {
@@ -153,7 +151,7 @@ TEST(Faults, ThatHangHoldTheAnswerUpAndNothingElse) {
 
 // Every operation of a handle under its own name, and what an answer of nothing looks like there.
 TEST(Faults, MeetEveryOperationUnderItsName) {
-    const Pegasus::CIMObjectPath base = pathOf("TST_Base", "1");
+    const CIMObjectPath base = pathOf("TST_Base", "1");
     const CIMName none;
     struct Row {
         const char* operation;
@@ -252,8 +250,7 @@ TEST(Faults, AnUninitialisedInstanceIsTheServersToRefuse) {
     Server server(stored);
     Handle handle(server, {"createInstance:TST_Base=1:as asked"});
     EXPECT_EQ("no error", errorOf([&] {
-                  EXPECT_ANY_THROW(
-                      handle->createInstance(context, nameSpace, Pegasus::CIMInstance()));
+                  EXPECT_ANY_THROW(handle->createInstance(context, nameSpace, CIMInstance()));
               }));
 }
 

@@ -8,14 +8,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::Array;
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMPropertyList;
-using Pegasus::String;
-using Pegasus::Uint32;
+using namespace Pegasus;
 
 /// Notes what it is asked and delivers one object of exactly the class that is named.
 toy::Script faithful(const std::string& name) {
@@ -160,10 +153,10 @@ TEST(InstanceRouting, TheUserReachesTheProvider) {
     Server server(servedBy("P", {"TST_Leaf"}));
     toy::Script script;
     script.answer = [](const toy::Call& call) {
-        const Pegasus::IdentityContainer user(call.context.get(Pegasus::IdentityContainer::NAME));
+        const IdentityContainer user(call.context.get(IdentityContainer::NAME));
         toy::note(text(user.getUserName()));
-        EXPECT_TRUE(call.context.contains(Pegasus::AcceptLanguageListContainer::NAME));
-        EXPECT_TRUE(call.context.contains(Pegasus::ContentLanguageListContainer::NAME));
+        EXPECT_TRUE(call.context.contains(AcceptLanguageListContainer::NAME));
+        EXPECT_TRUE(call.context.contains(ContentLanguageListContainer::NAME));
     };
     toy::setScript("P", script);
     server.router.enumerateInstanceNames({"somebody"}, nameSpace, CIMName("TST_Leaf"));
@@ -187,7 +180,7 @@ class PropertyLists : public testing::Test {
             seen = call.propertyList;
             CIMInstance instance{CIMName("TST_Middle")};
             for (const char* name : {"Extra", "Own", "Text", "Id"})
-                instance.addProperty(Pegasus::CIMProperty(CIMName(name), String(name)));
+                instance.addProperty(CIMProperty(CIMName(name), String(name)));
             instance.setPath(pathOf("TST_Middle", "1"));
             call.instances->deliver(instance);
             call.complete();
@@ -245,13 +238,13 @@ TEST_F(PropertyLists, AListOfTheClientsGoesThroughAndIsAppliedLater) {
 
 // Errors of sources.
 
-toy::Script failing(Pegasus::CIMStatusCode code, const char* message) {
+toy::Script failing(CIMStatusCode code, const char* message) {
     toy::Script script;
     script.answer = [=](const toy::Call& call) {
         toy::note(message);
         if (call.instances != nullptr)
             call.instances->deliver(instanceOf("TST_Base", "lost"));
-        throw Pegasus::CIMException(code, message);
+        throw CIMException(code, message);
     };
     return script;
 }
@@ -260,30 +253,30 @@ TEST(LegErrors, TheFirstErrorIsTheAnswerAndAllLegsAreAsked) {
     Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Middle"}) +
                   servedBy("R", {"TST_Leaf"}));
     toy::setScript("P", faithful("P"));
-    toy::setScript("Q", failing(Pegasus::CIM_ERR_ACCESS_DENIED, "first"));
-    toy::setScript("R", failing(Pegasus::CIM_ERR_FAILED, "second"));
+    toy::setScript("Q", failing(CIM_ERR_ACCESS_DENIED, "first"));
+    toy::setScript("R", failing(CIM_ERR_FAILED, "second"));
     EXPECT_EQ("2: first", errorOf([&] { server.enumerate("TST_Base"); }));
     EXPECT_EQ(3U, calls().size());
 }
 
 TEST(LegErrors, NotSupportedFromOneLegIsPassedOver) {
     Server server(servedBy("P", {"TST_Middle"}));
-    toy::setScript("P", failing(Pegasus::CIM_ERR_NOT_SUPPORTED, "not me"));
+    toy::setScript("P", failing(CIM_ERR_NOT_SUPPORTED, "not me"));
     EXPECT_EQ(0U, server.enumerate("TST_Middle").objects.size()) << "the repository has TST_Leaf";
 }
 
 TEST(LegErrors, NotSupportedFromAllLegsIsTheAnswer) {
     Server server(servedBy("P", {"TST_Middle"}) + servedBy("Q", {"TST_Leaf"}));
-    toy::setScript("P", failing(Pegasus::CIM_ERR_NOT_SUPPORTED, "not me"));
-    toy::setScript("Q", failing(Pegasus::CIM_ERR_NOT_SUPPORTED, "nor me"));
+    toy::setScript("P", failing(CIM_ERR_NOT_SUPPORTED, "not me"));
+    toy::setScript("Q", failing(CIM_ERR_NOT_SUPPORTED, "nor me"));
     EXPECT_EQ("7: nor me", errorOf([&] { server.enumerate("TST_Leaf"); }));
     EXPECT_EQ("7: not me", errorOf([&] { server.enumerate("TST_Middle"); }));
 }
 
 TEST(LegErrors, AnyOtherErrorGoesBeforeNotSupported) {
     Server server(servedBy("P", {"TST_Middle"}) + servedBy("Q", {"TST_Leaf"}));
-    toy::setScript("P", failing(Pegasus::CIM_ERR_NOT_SUPPORTED, "not me"));
-    toy::setScript("Q", failing(Pegasus::CIM_ERR_FAILED, "broken"));
+    toy::setScript("P", failing(CIM_ERR_NOT_SUPPORTED, "not me"));
+    toy::setScript("Q", failing(CIM_ERR_FAILED, "broken"));
     EXPECT_EQ("1: broken", errorOf([&] { server.enumerate("TST_Middle"); }));
 }
 

@@ -15,8 +15,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMException;
-using Pegasus::CIMOMHandle;
+using namespace Pegasus;
 
 bool isMapped(const char* library) {
     void* const handle = dlopen((modulesDirectory() / library).c_str(), RTLD_LAZY | RTLD_NOLOAD);
@@ -211,7 +210,7 @@ TEST(LifeCycle, TheFirstDirectoryThatHasTheLibraryIsTaken) {
                             {{"/nowhere", modulesDirectory(), "/elsewhere"}, false, {}, {}});
     Router router(repository, modules, "testhost");
     const ProviderHandles handles(router);
-    router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base"));
+    router.enumerateInstanceNames({}, nameSpace, CIMName("TST_Base"));
     EXPECT_EQ(Texts{"initialize P"}, toy::journal());
 }
 
@@ -261,8 +260,8 @@ TEST(LifeCycle, ALibraryThatCannotBeLoadedIsToldWithTheReason) {
     fill(repository, register1("P", "garbage"));
     ProviderModules modules(Registration(repository.view(), interop), {{directory}, false, {}, {}});
     Router router(repository, modules, "testhost");
-    const std::string error = errorOf(
-        [&] { router.enumerateInstanceNames({}, nameSpace, Pegasus::CIMName("TST_Base")); });
+    const std::string error =
+        errorOf([&] { router.enumerateInstanceNames({}, nameSpace, CIMName("TST_Base")); });
     EXPECT_EQ(0U, error.find("1: ProviderLoadFailure (" + (directory / "libgarbage.so").string() +
                              ":P):Cannot load library, error: "))
         << error;

@@ -11,14 +11,9 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMException;
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMOMHandle;
-using Pegasus::OperationContext;
+using namespace Pegasus;
 
-Pegasus::Array<CIMInstance> enumerate(CIMOMHandle& handle, const char* className) {
+Array<CIMInstance> enumerate(CIMOMHandle& handle, const char* className) {
     return handle.enumerateInstances(OperationContext(), nameSpace, CIMName(className), true, false,
                                      false, false, {});
 }
@@ -28,7 +23,7 @@ toy::Script relaying(const char* className) {
     toy::Script script;
     script.answer = [className](const toy::Call& call) {
         const auto found = enumerate(*call.handle, className);
-        for (Pegasus::Uint32 i = 0; i < found.size(); ++i)
+        for (Uint32 i = 0; i < found.size(); ++i)
             call.instances->deliver(found[i]);
         call.complete();
     };
@@ -60,8 +55,7 @@ TEST(ReadBack, IsOnBehalfOfTheUserWhoseRequestItServes) {
     Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Other"}));
     Texts users;
     const auto note = [&users](const toy::Call& call) {
-        const Pegasus::IdentityContainer identity(
-            call.context.get(Pegasus::IdentityContainer::NAME));
+        const IdentityContainer identity(call.context.get(IdentityContainer::NAME));
         users.push_back(text(identity.getUserName()));
     };
     toy::Script asking;
@@ -261,9 +255,7 @@ TEST(ReadBack, TheUserIsPassedOn) {
     toy::setScript("P", reader);
     toy::Script answering;
     answering.answer = [](const toy::Call& call) {
-        toy::note(
-            text(Pegasus::IdentityContainer(call.context.get(Pegasus::IdentityContainer::NAME))
-                     .getUserName()));
+        toy::note(text(IdentityContainer(call.context.get(IdentityContainer::NAME)).getUserName()));
     };
     toy::setScript("Q", answering);
     server.router.enumerateInstanceNames({"somebody"}, nameSpace, CIMName("TST_Base"));

@@ -7,8 +7,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
+using namespace Pegasus;
 
 Registration registrationOf(const std::string& mof) {
     repository::Repository repository;

@@ -7,9 +7,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMObjectPath;
+using namespace Pegasus;
 
 class RepositoryAssociationsTest : public testing::Test {
   protected:

@@ -9,9 +9,7 @@
 namespace embedded::routing::test {
 namespace {
 
-using Pegasus::CIMException;
-using Pegasus::CIMInstance;
-using Pegasus::CIMObjectPath;
+using namespace Pegasus;
 
 /// What a provider does with the one call it gets.
 struct ResponseCase {
@@ -28,7 +26,7 @@ void deliver(const toy::Call& call, unsigned count = 1) {
         if (call.instances != nullptr)
             call.instances->deliver(instance);
         else if (call.objects != nullptr)
-            call.objects->deliver(Pegasus::CIMObject(instance));
+            call.objects->deliver(CIMObject(instance));
         else
             call.paths->deliver(instance.getPath());
     }
@@ -38,7 +36,7 @@ void deliverUninitialized(const toy::Call& call) {
     if (call.instances != nullptr)
         call.instances->deliver(CIMInstance());
     else if (call.objects != nullptr)
-        call.objects->deliver(Pegasus::CIMObject());
+        call.objects->deliver(CIMObject());
     else
         call.paths->deliver(CIMObjectPath());
 }
@@ -75,7 +73,7 @@ TEST_P(Response, OfGetInstance) {
 }
 
 TEST_P(Response, OfEnumerations) {
-    const Pegasus::CIMName leaf("TST_Leaf");
+    const CIMName leaf("TST_Leaf");
     EXPECT_EQ(GetParam().enumeration, counted([&] { return server.enumerate("TST_Leaf"); }));
     EXPECT_EQ(GetParam().enumeration,
               counted([&] { return server.router.enumerateInstanceNames({}, nameSpace, leaf); }));
@@ -137,23 +135,22 @@ INSTANTIATE_TEST_SUITE_P(
         ResponseCase{"DeliveredThenThrown",
                      [](const toy::Call& call) {
                          deliver(call);
-                         throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "not you");
+                         throw CIMException(CIM_ERR_ACCESS_DENIED, "not you");
                      },
                      "2: not you", "2: not you"},
         ResponseCase{"ThrownAfterComplete",
                      [](const toy::Call& call) {
                          deliver(call);
                          call.complete();
-                         throw CIMException(Pegasus::CIM_ERR_ACCESS_DENIED, "not you");
+                         throw CIMException(CIM_ERR_ACCESS_DENIED, "not you");
                      },
                      "2: not you", "2: not you"},
         ResponseCase{"EmptyMessageStaysEmpty",
-                     [](const toy::Call&) { throw Pegasus::CIMObjectNotFoundException(""); },
-                     "6: ", "6: "},
+                     [](const toy::Call&) { throw CIMObjectNotFoundException(""); }, "6: ", "6: "},
         ResponseCase{"SuccessThrown",
                      [](const toy::Call& call) {
                          deliver(call);
-                         throw CIMException(Pegasus::CIM_ERR_SUCCESS, "all is well");
+                         throw CIMException(CIM_ERR_SUCCESS, "all is well");
                      },
                      notFound, "0"},
         ResponseCase{"OtherPegasusException", [](const toy::Call&) { CIMInstance().getPath(); },
@@ -169,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 /// Runs one enumeration of a provider that does `behaviour`.
 template <class Behaviour>
-Pegasus::Array<CIMInstance> enumerated(Behaviour behaviour) {
+Array<CIMInstance> enumerated(Behaviour behaviour) {
     Server server(servedBy("P", {"TST_Leaf"}));
     toy::Script script;
     script.answer = behaviour;
@@ -193,7 +190,7 @@ TEST(Responses, FullHundredsArriveEvenWhenTheProviderDoesNotComplete) {
 
 TEST(Responses, AnArrayIsDeliveredLikeItsItems) {
     const auto instances = enumerated([](const toy::Call& call) {
-        Pegasus::Array<CIMInstance> two;
+        Array<CIMInstance> two;
         two.append(instanceOf("TST_Leaf", "a"));
         two.append(instanceOf("TST_Leaf", "b"));
         call.instances->deliver(two);

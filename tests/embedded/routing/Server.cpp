@@ -7,13 +7,7 @@
 
 namespace embedded::routing::test {
 
-using Pegasus::CIMInstance;
-using Pegasus::CIMKeyBinding;
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::String;
-using Pegasus::Uint32;
+using namespace Pegasus;
 
 const CIMNamespaceName nameSpace("root/test");
 const CIMNamespaceName interop("root/interop");
@@ -61,7 +55,7 @@ repository::Repository& filled(repository::Repository& repository, const std::st
 }
 
 template <class Object>
-Texts pathTexts(const Pegasus::Array<Object>& objects) {
+Texts pathTexts(const Array<Object>& objects) {
     Texts result;
     for (Uint32 i = 0; i < objects.size(); ++i)
         result.push_back(text(objects[i].getPath().toString()));
@@ -133,7 +127,7 @@ std::vector<std::string> Server::log() const {
 }
 
 Answers<CIMInstance> Server::enumerate(const char* className, bool deep,
-                                       const Pegasus::CIMPropertyList& list) {
+                                       const CIMPropertyList& list) {
     return router.enumerateInstances({}, nameSpace, CIMName(className), deep, false, false, list);
 }
 
@@ -142,14 +136,14 @@ CIMInstance Server::get(const CIMObjectPath& path) {
 }
 
 CIMObjectPath pathOf(const char* className, const char* id) {
-    Pegasus::Array<CIMKeyBinding> keys;
+    Array<CIMKeyBinding> keys;
     keys.append(CIMKeyBinding(CIMName("Id"), String(id), CIMKeyBinding::STRING));
     return CIMObjectPath(String(), CIMNamespaceName(), CIMName(className), keys);
 }
 
 CIMInstance instanceOf(const char* className, const char* id) {
     CIMInstance instance{CIMName(className)};
-    instance.addProperty(Pegasus::CIMProperty(CIMName("Id"), Pegasus::CIMValue(String(id))));
+    instance.addProperty(CIMProperty(CIMName("Id"), CIMValue(String(id))));
     instance.setPath(pathOf(className, id));
     return instance;
 }
@@ -158,16 +152,16 @@ std::string text(const String& string) {
     return static_cast<const char*>(string.getCString());
 }
 
-Texts texts(const Pegasus::Array<CIMObjectPath>& paths) {
+Texts texts(const Array<CIMObjectPath>& paths) {
     Texts result;
     for (Uint32 i = 0; i < paths.size(); ++i)
         result.push_back(text(paths[i].toString()));
     return result;
 }
-Texts texts(const Pegasus::Array<CIMInstance>& instances) {
+Texts texts(const Array<CIMInstance>& instances) {
     return pathTexts(instances);
 }
-Texts texts(const Pegasus::Array<Pegasus::CIMObject>& objects) {
+Texts texts(const Array<CIMObject>& objects) {
     return pathTexts(objects);
 }
 
