@@ -188,7 +188,7 @@ def no_association(theirs, ours):
 RULES = (
     Rule("order of class names",
          "EnumerateClassNames in the order of its files; here in the order of declaration",
-         "the order means nothing, and one that repeats can be compared", class_names_in_order),
+         "the order has no meaning, and a stable one can be compared", class_names_in_order),
     Rule("GetInstance that delivers nothing",
          "an empty reply, or \"uninitialized object\" from GetProperty; here CIM_ERR_NOT_FOUND "
          "with the path",
@@ -197,17 +197,17 @@ RULES = (
          "is its class, as here, but the providers are asked as well and what they say is added, "
          "and Associators and References write the classes below paths of objects (INSTANCEPATH); "
          "here the classes alone are answered, and written below their own paths (CLASSPATH)",
-         "no object was named of which a provider could tell something; a class below the path of "
-         "an object is no valid reply, and strict clients refuse it",
+         "the client named no object that a provider could describe; a class below an object's "
+         "path is not a valid reply, and strict clients refuse it",
          either(classes_for_no_keys, in_cases("source-without-keys-is-its-class"))),
     Rule("path of a repository's object that a provider got",
          "a provider that gets an object of the repository finds only the class in its path; here "
          "the keys, too",
-         "the sample's objects stand for those of other providers, which say their keys",
+         "the sample's objects stand for those of other providers, whose paths have keys",
          path_without_keys),
     Rule("an error without words",
-         "says nothing of an ExecQuery that it does not do, nor which parameter GetInstance lacks; "
-         "here the error says it", "for people",
+         "gives no text for an ExecQuery that it does not do, nor for a parameter that "
+         "GetInstance lacks; here the error has it", "for people",
          either(error_without_words, in_cases("query-operations-are-not-offered"))),
     Rule("a key value without a name",
          "handed on; here an error, unless the class has one key",
@@ -230,46 +230,49 @@ RULES = (
          "RFC 9112, 9.3.2", unanswered_in_a_pipeline, SOMETIMES),
     Rule("verbs other than POST and M-POST",
          "a small web server for GET and HEAD, 400 for others; here 404, and 405 with Allow",
-         "nobody looks for pages here", in_cases(
+         "no client expects pages", in_cases(
              "get-finds-nothing", "head-finds-nothing", "connection-lives-on-after-errors")),
     Rule("Expect: 100-continue",
          "not answered; here with 100 Continue", "RFC 9110, 10.1.1",
          in_cases("expect-100-continue")),
     Rule("types of the pull operations' results",
          "does not say the types of EndOfSequence and EnumerationContext; here with PARAMTYPE",
-         "clients that go by DSP0203 take them from there; the others do not look at it",
+         "clients that follow DSP0203 need them; the others ignore them",
          without_types),
     Rule("words of the pull operations' errors",
-         "its own words; here ours, with the same code", "for people", words_of_pulls),
+         "its own texts; here ours, with the same code", "for people", words_of_pulls),
     Rule("filtered enumerations",
-         "error 25 where paths are asked for, and 1 for a language alone; a query about instances "
-         "is passed over; here 25 for all", "DSP0200 1.4, 5.3.2.24: a filter that is not served is refused",
+         "error 25 where paths are asked for, and 1 for a language alone; a query about "
+         "instances is ignored; here 25 for all",
+         "DSP0200 1.4, 5.3.2.24: a filter that is not served is refused",
          in_sessions(("a filter", None, "25"), ("a language", "1", "25"))),
     Rule("continuing after an error",
          "error 7; here 26", "DSP0200 1.4, 5.3.2.24", in_sessions(("going on", "7", "26"))),
     Rule("objects and time of a pull",
-         "no more than 10,000 objects (error 4) and 90 seconds (22); here as many objects as one "
-         "likes, in pieces, and 300 seconds",
-         "a reply needs the memory of a piece; some clients work for longer on what they have got",
+         "no more than 10,000 objects (error 4) and 90 seconds (22); here any number of objects, "
+         "in pieces, and 300 seconds",
+         "a reply needs the memory of one piece; some clients process a piece for longer than 90 "
+         "seconds",
          in_sessions(("10001 at once", "4", None), ("a long time", "22", None))),
     Rule("an enumeration in another namespace, or of the other kind",
          "error 1, and one of the other kind is closed; here 21, or 3 where there is no such "
          "namespace, and it stays open",
-         "DSP0200 1.4, 5.3.2.24: a context means something where it was opened; a mistake of one "
-         "request costs no other", in_sessions(
+         "DSP0200 1.4, 5.3.2.24: a context is valid where it was opened; a wrong request does "
+         "not end the enumeration", in_sessions(
              ("pulled elsewhere", "1", "21"), ("pulled in no namespace", "1", "3"),
              ("pulled as the other kind", "1", "21"), ("pulled after that", "21", None))),
     Rule("EnumerationCount",
          "error 21 for a context that it does not know; here 7 whatever the context is",
-         "it is not offered", in_sessions(("counted", "21", "7"))),
+         "cimhost does not offer it", in_sessions(("counted", "21", "7"))),
     Rule("filters of OpenAssociatorInstancePaths",
-         "takes AssocClass for ResultClass; here each is what it says",
+         "takes AssocClass for ResultClass; here each filters as its name says",
          "DSP0200 1.4, 5.3.2.24", swapped_filters),
     Rule("chunked replies",
          "where the client can read them, with errors in trailers; here replies above 64 KiB alone",
          "clients accept both", in_cases("te-chunked-need-not-be-chunked")),
     Rule("PG_ObjectManager as an association",
-         "its schema says so; here it is refused, and left out when the schema is mirrored",
+         "its schema says so; here the MOF reader refuses it, and the comparison leaves it out "
+         "when it mirrors the schema",
          "it has no references", no_association, WITH_OWN_OBJECTS),
     Rule("spelling in the server's own names",
          "PG_NameSpace and InstanceId in paths of its own; here as the class spells them",
@@ -278,7 +281,7 @@ RULES = (
     Rule("decoration of the server's own objects",
          "its own objects come with the qualifiers of their classes and with every property "
          "marked as propagated; here, shown in their place, they have neither",
-         "who they are and what they say is the same", both(without_decoration),
+         "identity and values are the same", both(without_decoration),
          WITH_OWN_OBJECTS),
 )
 
