@@ -62,8 +62,8 @@ constexpr AssociationClass elementSoftwareIdentity = {
     {"Dependent", nullptr},
 };
 
-/// One association between two objects, or one after another of the same class: the names are made
-/// once, and an end that stays is written into a key once.
+/// An association between two objects. The same object can stand for one association after another:
+/// its names, and the key of an end that does not change, are made only once.
 class Association {
   public:
     /// Its path is in `nameSpace`, its ends are empty.
@@ -106,23 +106,23 @@ class Association {
     bool _secondPropertyFirst = false;
 };
 
-/// What a key is whose value is no object path.
+/// How a key is treated whose value is not an object path.
 enum class NoPath {
     IsAnError,    ///< what the library's path parser throws passes
     IsAnEmptyEnd, ///< as is the one that Association::path() writes for an empty end
 };
 
-/// The association that `path` names, whether there is one or not, without a path: its ends are
-/// those of the keys, put on the local host and into the namespace of `path`. A missing key leaves
-/// its end empty, of several with one name the last counts. Where the association class leaves the
+/// The association that `path` names, without a path, whether it exists or not. Its ends are those
+/// of the keys, moved to the local host and into the namespace of `path`. A missing key leaves its
+/// end empty, of several with one name the last counts. Where the association class leaves the
 /// second reference's class open, it is that of the end that the client named, and none for an
 /// empty end.
 Pegasus::CIMInstance namedInstance(const AssociationClass& cimClass,
                                    const Pegasus::CIMObjectPath& path, NoPath noPath);
 
-/// Delivers the association of `cimClass` that `path` names, with `path` as its own path, between
-/// the two traces. A key that is missing or holds no object path leaves its end empty, so that the
-/// paths that the module gives out can be got whatever they lack.
+/// Traces `startTrace`, delivers the association of `cimClass` that `path` names, with `path` as
+/// its path, and traces `exitTrace`. A missing key, or one that holds no object path, leaves its
+/// end empty: clients can get every path that the module delivers, also those without an end.
 Pegasus::CIMInstance echo(const AssociationClass& cimClass, const Pegasus::CIMObjectPath& path,
                           Pegasus::InstanceResponseHandler& handler, const char* startTrace,
                           const char* exitTrace);

@@ -1,4 +1,4 @@
-// Class definitions of the CIM server, and the instances that are begun from them.
+// Reads class definitions from the CIM server and makes instances from them.
 #pragma once
 
 #include <Pegasus/Common/CIMClass.h>
@@ -22,7 +22,7 @@ Pegasus::CIMInstance _instAddQualifieres(Pegasus::CIMOMHandle& cimom, Pegasus::C
 
 namespace serverprofile {
 
-/// Sets the property `name` of `instance`, if the instance has it; says whether it has.
+/// Sets the property `name` of `instance` if the instance has it. Returns whether it has.
 /// Throws TypeMismatchException when the class declares the property with another type.
 bool setIfDefined(Pegasus::CIMInstance& instance, const char* name, const Pegasus::CIMValue& value);
 

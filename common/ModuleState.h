@@ -1,5 +1,4 @@
-// What the module keeps once, whatever the number of provider objects: it lives from the load of
-// the library to its unload.
+// The state that all provider objects share. It lives from the load of the library to its unload.
 //
 // Thread-safety: everything but `_initInProgress` is read and written only with the module mutex
 // held. `_initInProgress` is changed only with it held; the trace also reads it without.
@@ -12,7 +11,7 @@
 /// The host name in every object path that the module builds.
 extern Pegasus::String _hostName;
 
-/// 1 while `initialize` runs, and for good when it has failed; else 0.
+/// 1 while `initialize` runs; stays 1 after it has failed; else 0.
 extern std::atomic<Pegasus::Sint32> _initInProgress;
 
 /// Locks and unlocks the module mutex, which one thread may lock repeatedly.

@@ -1,7 +1,6 @@
 // Reading back what other providers of the server publish, through the server's handle.
 //
-// A read-back that fails is traced, and its list stays as it was: the families go on with what they
-// had, and some of them count on that.
+// A read-back that fails is traced and leaves its list unchanged. Some families rely on that.
 #pragma once
 
 #include "common/Trace.h"
@@ -21,8 +20,8 @@ constexpr const char* objectManagerClass = "CIM_ObjectManager";
 constexpr const char* communicationMechanismClass = "CIM_CIMXMLCommunicationMechanism";
 constexpr const char* namespaceClass = "CIM_Namespace";
 
-/// The objects of one request's namespace, as paths or as whole instances, as the list wants them.
-/// Throws what the handle throws.
+/// Reads objects of one request's namespace: paths or whole instances, depending on the list's
+/// type. Throws what the handle throws.
 class ReadBack {
   public:
     /// `handle` must outlive the object.
@@ -33,7 +32,7 @@ class ReadBack {
     void into(Pegasus::Array<Pegasus::CIMObjectPath>& list, const char* className) const;
     /// Those objects with all their properties, qualifiers and class origins.
     void into(Pegasus::Array<Pegasus::CIMInstance>& list, const char* className) const;
-    /// The object that `path` names, as whole as above.
+    /// The object that `path` names, with the same parts.
     void into(Pegasus::CIMInstance& instance, const Pegasus::CIMObjectPath& path) const;
 
   private:
@@ -41,7 +40,7 @@ class ReadBack {
     Pegasus::String _nameSpace;
 };
 
-/// Which trace tells of a failed read-back; `withMessage`, if any, is a second line that ends in
+/// The trace of a failed read-back. `withMessage`, if any, begins a second line, which ends with
 /// the exception's message.
 struct FailureTrace {
     const char* text;
@@ -74,7 +73,7 @@ inline const char* managersUnread(const Pegasus::Array<Pegasus::CIMInstance>&) {
 /// The first path of `list`, or an empty one.
 Pegasus::CIMObjectPath firstOf(const Pegasus::Array<Pegasus::CIMObjectPath>& list);
 
-// The form of the objects at the far ends of an association: what a handler of that kind delivers.
+// The list of far ends that a handler delivers: paths or instances.
 
 template <class Handler>
 struct FarEnds;

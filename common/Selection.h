@@ -1,4 +1,4 @@
-// Which association classes a request follows: one filter text becomes a set of bits.
+// Turns a request's filter into bits, one for each association class that it selects.
 #pragma once
 
 #include "common/Trace.h"
@@ -53,7 +53,7 @@ int selectTraced(const SelectionRow (&rows)[count], const char* filter, int all,
     return bits;
 }
 
-/// Whether a result class given by the client takes `className`: it names it, or is empty.
+/// Whether the result class given by the client accepts `className`: it is that name, or empty.
 inline bool takes(const char* resultClass, const char* className) {
     return resultClass != nullptr &&
            (*resultClass == '\0' || ::strcasecmp(resultClass, className) == 0);

@@ -16,8 +16,8 @@
 
 namespace serverprofile {
 
-/// A line of the trace on its way: it begins with "ServerProfileProvider ". A short one, as nearly
-/// all are, needs no memory but the object's own.
+/// Composes one line of the trace, which begins with "ServerProfileProvider ". Nearly all lines are
+/// short enough for the object's own memory.
 ///
 /// Thread-safety: one thread for an object.
 class TraceLine {
@@ -44,7 +44,7 @@ class TraceLine {
     std::string _long;     ///< all of it, once it does not fit there
 };
 
-/// Traces `values`, with nothing put between them.
+/// Traces one line: all of `values`, without separators.
 template <class... Values>
 void trace(const Values&... values) {
     TraceLine line;
