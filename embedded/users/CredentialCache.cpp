@@ -2,7 +2,6 @@
 
 #include "limits/Limits.h"
 
-#include <atomic>
 #include <cstring>
 #include <new>
 #include <openssl/crypto.h>
@@ -12,15 +11,6 @@
 #include <stdexcept>
 
 namespace embedded::users {
-
-namespace {
-
-std::uint64_t nextNumber() {
-    static std::atomic<std::uint64_t> last{0};
-    return ++last;
-}
-
-} // namespace
 
 /// A context of HMAC with a new key; null if it cannot be had.
 Digester::Context Digester::keyedContext() {
@@ -39,21 +29,17 @@ Digester::Context Digester::keyedContext() {
     return context;
 }
 
-Digester::Digester() : _number(nextNumber()), _context(keyedContext()) {
+Digester::Digester() : _context(keyedContext()) {
     if (!_context)
         throw std::runtime_error("no key for what is remembered of credentials");
 }
 
 Digester::Digest Digester::operator()(const Credentials& credentials) const {
-    thread_local Context own;
-    thread_local std::uint64_t ownOf = 0;
-    if (ownOf != _number) {
-        ownOf = 0;
-        own.reset(EVP_MAC_CTX_dup(_context.get()));
-        if (!own)
-            throw std::bad_alloc();
-        ownOf = _number;
-    }
+    // Not one for each thread: the C library ends the process when it has no memory to register a
+    // thread's destructors.
+    const Context own(EVP_MAC_CTX_dup(_context.get()));
+    if (!own)
+        throw std::bad_alloc();
     // Neither has a NUL.
     std::string text = credentials.name + '\0' + credentials.password;
     Digest digest{};

@@ -8,7 +8,6 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 
 struct evp_mac_ctx_st; // of OpenSSL
@@ -38,8 +37,7 @@ class Digester {
 
     static Context keyedContext();
 
-    const std::uint64_t _number; ///< no other one has it
-    // Keyed once, as that takes several times as long as a hash of some bytes; each thread has a
+    // Keyed once, as that takes several times as long as a hash of some bytes; each hash works in a
     // copy.
     const Context _context;
 };
