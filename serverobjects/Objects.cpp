@@ -5,16 +5,9 @@
 
 #include <initializer_list>
 
-namespace serverobjects {
+PEGASUS_USING_PEGASUS;
 
-using Pegasus::Array;
-using Pegasus::Boolean;
-using Pegasus::CIMInstance;
-using Pegasus::CIMKeyBinding;
-using Pegasus::CIMName;
-using Pegasus::CIMValue;
-using Pegasus::String;
-using Pegasus::Uint16;
+namespace serverobjects {
 
 namespace {
 
@@ -43,7 +36,7 @@ class Builder {
     }
     template <class T>
     void add(const char* name, const T& value) {
-        _instance.addProperty(Pegasus::CIMProperty(CIMName(name), CIMValue(value)));
+        _instance.addProperty(CIMProperty(CIMName(name), CIMValue(value)));
     }
     void add(const char* name, const std::vector<Uint16>& values) {
         Array<Uint16> array;
@@ -52,8 +45,8 @@ class Builder {
         add(name, array);
     }
     CIMInstance done() {
-        _instance.setPath(Pegasus::CIMObjectPath(String(), Pegasus::CIMNamespaceName(),
-                                                 _instance.getClassName(), _keys));
+        _instance.setPath(
+            CIMObjectPath(String(), CIMNamespaceName(), _instance.getClassName(), _keys));
         return _instance;
     }
 

@@ -17,16 +17,9 @@
 #include <map>
 #include <memory>
 
-namespace serverobjects {
+PEGASUS_USING_PEGASUS;
 
-using Pegasus::Array;
-using Pegasus::CIMInstance;
-using Pegasus::CIMName;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::OperationContext;
-using Pegasus::String;
-using Pegasus::Uint32;
+namespace serverobjects {
 
 namespace {
 
@@ -39,12 +32,12 @@ template <class Ask>
 auto ifThere(Ask ask) -> decltype(ask()) {
     try {
         return ask();
-    } catch (const Pegasus::CIMException& error) {
+    } catch (const CIMException& error) {
         switch (error.getCode()) {
-        case Pegasus::CIM_ERR_INVALID_NAMESPACE:
-        case Pegasus::CIM_ERR_INVALID_CLASS:
-        case Pegasus::CIM_ERR_NOT_FOUND:
-        case Pegasus::CIM_ERR_NOT_SUPPORTED:
+        case CIM_ERR_INVALID_NAMESPACE:
+        case CIM_ERR_INVALID_CLASS:
+        case CIM_ERR_NOT_FOUND:
+        case CIM_ERR_NOT_SUPPORTED:
             return {};
         default:
             throw;
@@ -52,7 +45,7 @@ auto ifThere(Ask ask) -> decltype(ask()) {
     }
 }
 
-Array<CIMObjectPath> names(Pegasus::CIMOMHandle& cimom, const CIMNamespaceName& nameSpace,
+Array<CIMObjectPath> names(CIMOMHandle& cimom, const CIMNamespaceName& nameSpace,
                            const char* className) {
     return ifThere([&] {
         return cimom.enumerateInstanceNames(OperationContext(), nameSpace, CIMName(className));
@@ -61,7 +54,7 @@ Array<CIMObjectPath> names(Pegasus::CIMOMHandle& cimom, const CIMNamespaceName& 
 
 /// The value of a key, empty without it.
 String key(const CIMObjectPath& path, const char* name) {
-    const Array<Pegasus::CIMKeyBinding>& keys = path.getKeyBindings();
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); ++i)
         if (keys[i].getName().equal(CIMName(name)))
             return keys[i].getValue();
@@ -72,8 +65,8 @@ String stringOf(const CIMInstance& instance, const char* name) {
     const Uint32 position = instance.findProperty(CIMName(name));
     String value;
     if (position != PEG_NOT_FOUND) {
-        const Pegasus::CIMValue held = instance.getProperty(position).getValue();
-        if (held.getType() == Pegasus::CIMTYPE_STRING && !held.isArray())
+        const CIMValue held = instance.getProperty(position).getValue();
+        if (held.getType() == CIMTYPE_STRING && !held.isArray())
             held.get(value);
     }
     return value;
@@ -82,11 +75,11 @@ String stringOf(const CIMInstance& instance, const char* name) {
 /// The server's configuration in force, by name.
 class Configuration {
   public:
-    explicit Configuration(Pegasus::CIMOMHandle& cimom) {
+    explicit Configuration(CIMOMHandle& cimom) {
         const Array<CIMInstance> settings = ifThere([&] {
             return cimom.enumerateInstances(
                 OperationContext(), CIMNamespaceName("root/PG_Internal"),
-                CIMName("PG_ConfigSetting"), true, false, false, false, Pegasus::CIMPropertyList());
+                CIMName("PG_ConfigSetting"), true, false, false, false, CIMPropertyList());
         });
         for (Uint32 i = 0; i < settings.size(); ++i)
             _values[stringOf(settings[i], "PropertyName")] = stringOf(settings[i], "CurrentValue");
@@ -154,7 +147,7 @@ std::vector<std::uint16_t> authentication(const Settings& settings,
 }
 
 /// `nameSpace` and all below it.
-void addBelow(Pegasus::CIMOMHandle& cimom, const String& nameSpace, std::vector<String>& found) {
+void addBelow(CIMOMHandle& cimom, const String& nameSpace, std::vector<String>& found) {
     const Array<CIMObjectPath> below = names(cimom, CIMNamespaceName(nameSpace), "__Namespace");
     for (Uint32 i = 0; i < below.size(); ++i) {
         const String name = nameSpace + String("/") + key(below[i], "Name");
@@ -163,7 +156,7 @@ void addBelow(Pegasus::CIMOMHandle& cimom, const String& nameSpace, std::vector<
     }
 }
 
-std::vector<String> nameSpaces(const Settings& settings, Pegasus::CIMOMHandle& cimom) {
+std::vector<String> nameSpaces(const Settings& settings, CIMOMHandle& cimom) {
     std::vector<String> found;
     if (settings.askServer) {
         addBelow(cimom, "root", found);
@@ -200,11 +193,11 @@ String canonicalName() {
 
 } // namespace
 
-bool publishesItself(Pegasus::CIMOMHandle& cimom, const CIMNamespaceName& nameSpace) {
+bool publishesItself(CIMOMHandle& cimom, const CIMNamespaceName& nameSpace) {
     return names(cimom, nameSpace, "PG_ObjectManager").size() != 0;
 }
 
-ServerFacts findFacts(const Settings& settings, Pegasus::CIMOMHandle& cimom) {
+ServerFacts findFacts(const Settings& settings, CIMOMHandle& cimom) {
     ServerFacts facts;
     facts.systemCreationClassName = text(settings.systemCreationClassName);
     facts.systemName = settings.systemName ? text(*settings.systemName) : canonicalName();

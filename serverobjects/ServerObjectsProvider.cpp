@@ -4,16 +4,9 @@
 
 #include <utility>
 
-namespace serverobjects {
+PEGASUS_USING_PEGASUS;
 
-using Pegasus::Boolean;
-using Pegasus::CIMInstance;
-using Pegasus::CIMNamespaceName;
-using Pegasus::CIMObjectPath;
-using Pegasus::CIMPropertyList;
-using Pegasus::OperationContext;
-using Pegasus::String;
-using Pegasus::Uint32;
+namespace serverobjects {
 
 namespace {
 
@@ -23,7 +16,7 @@ CIMObjectPath localPath(const CIMObjectPath& path) {
 }
 
 [[noreturn]] void refuse() {
-    throw Pegasus::CIMNotSupportedException("The CIM server's own objects cannot be changed.");
+    throw CIMNotSupportedException("The CIM server's own objects cannot be changed.");
 }
 
 } // namespace
@@ -34,7 +27,7 @@ ServerObjectsProvider::ServerObjectsProvider(std::function<Settings()> settings)
 
 ServerObjectsProvider::~ServerObjectsProvider() = default;
 
-void ServerObjectsProvider::initialize(Pegasus::CIMOMHandle& cimom) {
+void ServerObjectsProvider::initialize(CIMOMHandle& cimom) {
     const std::lock_guard<std::mutex> lock(_mutex);
     _cimom = cimom;
 }
@@ -65,7 +58,7 @@ std::vector<CIMInstance> ServerObjectsProvider::instances(const CIMObjectPath& r
     }
     std::vector<CIMInstance> found;
     for (const PublishedClass& published : publishedClasses)
-        if (request.getClassName().equal(Pegasus::CIMName(published.name)) &&
+        if (request.getClassName().equal(CIMName(published.name)) &&
             !serverPublishes(request.getNameSpace()))
             found = published.instances(_known->settings, _known->facts);
     for (CIMInstance& instance : found) {
@@ -80,7 +73,7 @@ std::vector<CIMInstance> ServerObjectsProvider::instances(const CIMObjectPath& r
 void ServerObjectsProvider::getInstance(const OperationContext&,
                                         const CIMObjectPath& instanceReference, const Boolean,
                                         const Boolean, const CIMPropertyList&,
-                                        Pegasus::InstanceResponseHandler& handler) {
+                                        InstanceResponseHandler& handler) {
     const CIMObjectPath wanted = localPath(instanceReference);
     for (const CIMInstance& instance : instances(instanceReference)) {
         if (localPath(instance.getPath()) == wanted) {
@@ -90,13 +83,13 @@ void ServerObjectsProvider::getInstance(const OperationContext&,
             return;
         }
     }
-    throw Pegasus::CIMObjectNotFoundException(wanted.toString());
+    throw CIMObjectNotFoundException(wanted.toString());
 }
 
 void ServerObjectsProvider::enumerateInstances(const OperationContext&,
                                                const CIMObjectPath& classReference, const Boolean,
                                                const Boolean, const CIMPropertyList&,
-                                               Pegasus::InstanceResponseHandler& handler) {
+                                               InstanceResponseHandler& handler) {
     const std::vector<CIMInstance> found = instances(classReference);
     handler.processing();
     for (const CIMInstance& instance : found)
@@ -106,7 +99,7 @@ void ServerObjectsProvider::enumerateInstances(const OperationContext&,
 
 void ServerObjectsProvider::enumerateInstanceNames(const OperationContext&,
                                                    const CIMObjectPath& classReference,
-                                                   Pegasus::ObjectPathResponseHandler& handler) {
+                                                   ObjectPathResponseHandler& handler) {
     const std::vector<CIMInstance> found = instances(classReference);
     handler.processing();
     for (const CIMInstance& instance : found)
@@ -116,18 +109,17 @@ void ServerObjectsProvider::enumerateInstanceNames(const OperationContext&,
 
 void ServerObjectsProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
                                            const CIMInstance&, const Boolean,
-                                           const CIMPropertyList&, Pegasus::ResponseHandler&) {
+                                           const CIMPropertyList&, ResponseHandler&) {
     refuse();
 }
 
 void ServerObjectsProvider::createInstance(const OperationContext&, const CIMObjectPath&,
-                                           const CIMInstance&,
-                                           Pegasus::ObjectPathResponseHandler&) {
+                                           const CIMInstance&, ObjectPathResponseHandler&) {
     refuse();
 }
 
 void ServerObjectsProvider::deleteInstance(const OperationContext&, const CIMObjectPath&,
-                                           Pegasus::ResponseHandler&) {
+                                           ResponseHandler&) {
     refuse();
 }
 
