@@ -85,6 +85,7 @@ std::vector<std::string> Registration::nameSpaces() const {
 
 Registration Registration::servingIn(const std::vector<std::string>& nameSpaces) const {
     std::vector<mof::Literal> items;
+    items.reserve(nameSpaces.size());
     for (const std::string& nameSpace : nameSpaces)
         items.push_back({mof::Literal::Kind::String, false, nameSpace, {}});
     std::vector<Instance> instances = _instances;

@@ -93,6 +93,7 @@ class WithRealServer(Scenarios, unittest.TestCase):
     home = ""
     modules = ()
     thorough = False
+    asking = False
 
     def locate(self):
         self.settings = self.server.etc / "serverobjects" / "ServerObjectsProvider.conf"
