@@ -14,7 +14,7 @@ import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
 PAGES = [SOURCE / "docs" / name for name in ("deploying.md", "troubleshooting.md", "clients.md")]
-MODULE = ("provider", "profiles", "objectmanager", "traversal")
+MODULE = ("common", "provider", "profiles", "objectmanager", "traversal")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 # Texts that make a trace line or a finding; shorter ones say nothing.
 TELLING = 9

@@ -1,29 +1,36 @@
 #include "LoadedSchema.h"
 
+#include <filesystem>
+#include <fstream>
+#include <regex>
+
 using Pegasus::CIMName;
+using Pegasus::CIMNamespaceName;
 using Pegasus::Uint32;
 
-const std::vector<std::string> commonFiles = {
-    "schema/cim_schema.mof", "schema/pg_server.mof", "schema/orvex_switch.mof",
-    "schema/orvex_serverprofile.mof", "samples/sample_switch.mof"};
-const std::vector<std::string> interopFiles = {"schema/pg_registration.mof",
-                                               "schema/serverprofile_registration.mof",
-                                               "schema/serverobjects_registration.mof"};
+std::vector<std::pair<std::string, std::string>> loadedFiles() {
+    std::vector<std::pair<std::string, std::string>> files;
+    for (const char* const configuration : {"samples/switch.conf", "schema/serverprofile.conf"}) {
+        const std::filesystem::path path = projectFile(configuration);
+        std::ifstream text(path);
+        static const std::regex mof("mof = ([^=]*)=(.*)");
+        std::smatch found;
+        for (std::string line; std::getline(text, line);)
+            if (std::regex_match(line, found, mof))
+                files.emplace_back(found[1],
+                                   (path.parent_path() / found[2].str()).lexically_normal());
+    }
+    files.emplace_back("root/PG_InterOp", projectFile("schema/serverobjects_registration.mof"));
+    return files;
+}
 
 std::string projectFile(const std::string& relative) {
     return SOURCE_DIRECTORY "/" + relative;
 }
 
 LoadedSchema::LoadedSchema() {
-    const auto load = [this](const std::string& file, const Pegasus::CIMNamespaceName& where) {
-        repository.load(embedded::mof::readFile(projectFile(file)), where);
-    };
-    for (const std::string& file : commonFiles) {
-        load(file, home);
-        load(file, interop);
-    }
-    for (const std::string& file : interopFiles)
-        load(file, interop);
+    for (const auto& [nameSpace, file] : loadedFiles())
+        repository.load(embedded::mof::readFile(file), CIMNamespaceName(nameSpace.c_str()));
 }
 
 std::vector<Pegasus::CIMInstance>

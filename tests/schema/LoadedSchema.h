@@ -29,10 +29,9 @@ class LoadedSchema : public testing::Test {
     embedded::repository::Repository repository;
 };
 
-/// The files of a server's namespaces, and those of its interop namespace besides, in the order
-/// in which they are loaded; relative to the project's directory.
-extern const std::vector<std::string> commonFiles;
-extern const std::vector<std::string> interopFiles;
+/// The namespaces and MOF files that the configuration files of the sample load, in their order,
+/// and the registration of the server's own objects, which cimhost brings along.
+std::vector<std::pair<std::string, std::string>> loadedFiles();
 
 /// Where the file of the project is.
 std::string projectFile(const std::string& relative);
