@@ -11,7 +11,7 @@ using namespace Pegasus;
 
 namespace {
 
-std::string words(const mof::ClassDeclaration& declaration) {
+std::string description(const mof::ClassDeclaration& declaration) {
     return "class " + declaration.name;
 }
 
@@ -22,7 +22,7 @@ const ClassNode* superclassOf(const mof::ClassDeclaration& declaration,
         return nullptr;
     const ClassNode* found = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
     if (!found) {
-        throw mof::MofError(declaration.where, words(declaration) + ": its superclass " +
+        throw mof::MofError(declaration.where, description(declaration) + ": its superclass " +
                                                    declaration.superclass +
                                                    " is not declared in namespace " +
                                                    toText(nameSpace.name().getString()));
@@ -55,7 +55,8 @@ void checkAssociation(const mof::ClassDeclaration& declaration, const ClassNode&
         }
     } else if (built.superclass && !built.superclass->head.isAssociation()) {
         throw mof::MofError(declaration.where,
-                            words(declaration) + " is an association and cannot be derived from " +
+                            description(declaration) +
+                                " is an association and cannot be derived from " +
                                 declaration.superclass + ", which is none");
     }
 }
@@ -102,7 +103,7 @@ Ref<ClassNode> buildClass(const mof::ClassDeclaration& declaration, const NameSp
     ClassNode& node = built.change();
     addQualifiers(node.head,
                   buildQualifiers(declaration.qualifiers, nameSpace.qualifiers(),
-                                  {words(declaration), scopeOf(declaration, superclass)},
+                                  {description(declaration), scopeOf(declaration, superclass)},
                                   superclass ? qualifiersOf(superclass->head) : QualifierList()));
     checkAssociation(declaration, node);
     const MemberBuilder members(declaration, nameSpace, superclass);

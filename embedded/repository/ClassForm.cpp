@@ -55,7 +55,7 @@ bool ClassForm::isKey(Uint32 property) const {
 
 Uint32 ClassForm::find(const CIMName& property) const {
     const auto found = _places.find(folded(property));
-    return found == _places.end() ? nowhere : found->second;
+    return found == _places.end() ? noIndex : found->second;
 }
 
 Ref<Shape> ClassForm::keep(std::vector<Shape::Member> members, const std::string& written,

@@ -29,7 +29,7 @@ class ClassForm {
     /// The places of the keys among the properties.
     const std::vector<Pegasus::Uint32>& keys() const { return _keys; }
     bool isKey(Pegasus::Uint32 property) const;
-    /// The place of a property, or `nowhere`.
+    /// The place of a property, or `noIndex`.
     Pegasus::Uint32 find(const Pegasus::CIMName& property) const;
 
     /// The shape of an instance that gives `given`, places of properties. As OpenPegasus does it,

@@ -37,7 +37,7 @@ void checkGiven(const ClassForm& form, const CIMConstInstance& given, Unknown un
     for (Uint32 i = 0; i < given.getPropertyCount(); ++i) {
         const CIMConstProperty property = given.getProperty(i);
         const Uint32 place = form.find(property.getName());
-        if (place == nowhere)
+        if (place == noIndex)
             throw unknown(property.getName());
         checkType(form.properties()[place], property);
     }
@@ -50,7 +50,7 @@ CIMException noSuchProperty(const CIMName& name) {
 /// The value that `given` has for the property `declared`, if it has one.
 std::optional<CIMValue> valueIn(const CIMConstInstance& given, const CIMConstProperty& declared) {
     const Uint32 position = given.findProperty(declared.getName());
-    if (position == nowhere)
+    if (position == noIndex)
         return std::nullopt;
     const CIMValue& value = given.getProperty(position).getValue();
     return value.isNull()
@@ -94,7 +94,7 @@ Ref<Stored> completedInstance(ClassForm& form, const CIMConstInstance& given) {
 Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConstInstance& given,
                              const CIMPropertyList& list) {
     for (Uint32 i = 0; !list.isNull() && i < list.size(); ++i)
-        if (form.find(list[i]) == nowhere)
+        if (form.find(list[i]) == noIndex)
             throw noSuchProperty(list[i]);
     checkGiven(form, given, noSuchProperty);
     std::vector<Shape::Member> members = kept.shape->members;

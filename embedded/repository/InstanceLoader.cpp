@@ -12,20 +12,20 @@ using namespace Pegasus;
 
 namespace {
 
-std::string words(const mof::InstanceDeclaration& declaration) {
+std::string description(const mof::InstanceDeclaration& declaration) {
     return "instance of " + declaration.className;
 }
 
 const ClassNode& classOf(const mof::InstanceDeclaration& declaration, const NameSpace& nameSpace) {
     const ClassNode* node = nameSpace.find(cimNameAt(declaration.className, declaration.where));
     if (!node) {
-        throw mof::MofError(declaration.where, words(declaration) +
+        throw mof::MofError(declaration.where, description(declaration) +
                                                    ": the class is not declared in namespace " +
                                                    toText(nameSpace.name().getString()));
     }
     if (node->head.isAbstract()) {
-        throw mof::MofError(declaration.where,
-                            words(declaration) + ": the class is abstract and has no instances");
+        throw mof::MofError(declaration.where, description(declaration) +
+                                                   ": the class is abstract and has no instances");
     }
     return *node;
 }
@@ -73,8 +73,9 @@ void qualify(CIMInstance& built, const mof::InstanceDeclaration& declaration, co
              const NameSpace& home) {
     const CIMScope& scope = form.head().isAssociation() ? CIMScope::ASSOCIATION : CIMScope::CLASS;
     removeQualifiers(built, [](const auto&) { return true; });
-    addQualifiers(built, buildQualifiers(declaration.qualifiers, home.qualifiers(),
-                                         {words(declaration), scope}, qualifiersOf(form.head())));
+    addQualifiers(built,
+                  buildQualifiers(declaration.qualifiers, home.qualifiers(),
+                                  {description(declaration), scope}, qualifiersOf(form.head())));
     for (const mof::PropertyInitializer& each : declaration.properties) {
         CIMProperty property =
             built.getProperty(built.findProperty(cimNameAt(each.name, each.where)));
@@ -106,7 +107,7 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
     const ClassForm& form = kind->store->form();
     for (const mof::PropertyInitializer& each : declaration.properties) {
         const Uint32 place = form.find(cimNameAt(each.name, each.where));
-        if (place == nowhere) {
+        if (place == noIndex) {
             throw mof::MofError(each.where,
                                 "class " + declaration.className + " has no property " + each.name);
         }
@@ -129,36 +130,36 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
 
 void InstanceLoader::announce(const mof::InstanceDeclaration& declaration,
                               const CIMNamespaceName& nameSpace) {
-    Announced instance;
+    PendingInstance instance;
     instance.declaration = &declaration;
     instance.kind = &kindOf(declaration, nameSpace);
     if (!declaration.alias.empty() &&
-        !_aliases.emplace(folded(declaration.alias), _announced.size()).second)
+        !_aliases.emplace(folded(declaration.alias), _pending.size()).second)
         throw mof::MofError(declaration.where, "alias " + declaration.alias + " is declared twice");
-    _announced.push_back(std::move(instance));
+    _pending.push_back(std::move(instance));
 }
 
 void InstanceLoader::addAll() {
-    for (Announced& each : _announced)
+    for (PendingInstance& each : _pending)
         add(each);
 }
 
-CIMValue InstanceLoader::valueOf(const Announced& instance, std::size_t given) {
+CIMValue InstanceLoader::valueOf(const PendingInstance& instance, std::size_t given) {
     const Kind& kind = *instance.kind;
     const mof::Value& value = instance.declaration->properties[given].value;
     if (kind.last && isWrittenAs(kind.last->properties[given].value, value))
         return kind.lastValues[given];
     const ValueTarget& target = kind.targets[given];
     return buildValue(value, target, [&](const mof::Literal& literal) {
-        const CIMObjectPath path = readReference(literal, target.words, kind);
+        const CIMObjectPath path = readReference(literal, target.description, kind);
         const auto& declared = kind.store->form().properties()[kind.places[given]];
-        checkTarget(path, declared.getReferenceClassName(), target.words, literal.where,
+        checkTarget(path, declared.getReferenceClassName(), target.description, literal.where,
                     _nameSpaces, kind.nameSpace);
         return path;
     });
 }
 
-std::vector<CIMValue> InstanceLoader::keyValuesOf(Announced& instance) {
+std::vector<CIMValue> InstanceLoader::keyValuesOf(PendingInstance& instance) {
     std::vector<CIMValue> values(instance.kind->places.size());
     instance.beingNamed = true;
     for (const std::size_t key : instance.kind->keys)
@@ -167,7 +168,7 @@ std::vector<CIMValue> InstanceLoader::keyValuesOf(Announced& instance) {
     return values;
 }
 
-void InstanceLoader::name(Announced& instance, const std::vector<CIMValue>& values) {
+void InstanceLoader::name(PendingInstance& instance, const std::vector<CIMValue>& values) {
     const Kind& kind = *instance.kind;
     const mof::InstanceDeclaration& declaration = *instance.declaration;
     const auto placeOf = [&](Uint32 property) {
@@ -183,27 +184,28 @@ void InstanceLoader::name(Announced& instance, const std::vector<CIMValue>& valu
         const std::size_t given = placeOf(kind.store->form().find(missing.property));
         throw mof::MofError(
             given == values.size() ? declaration.where : declaration.properties[given].value.where,
-            words(declaration) + " has no value for key " + toText(missing.property));
+            description(declaration) + " has no value for key " + toText(missing.property));
     }
 }
 
-CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal, const std::string& words,
-                                            const Kind& kind) {
+CIMObjectPath InstanceLoader::readReference(const mof::Literal& literal,
+                                            const std::string& description, const Kind& kind) {
     if (literal.kind == mof::Literal::Kind::Alias)
-        return followAlias(literal, words, kind);
-    return withDeclaredKeys(parsePath(literal, words), words, literal.where, _nameSpaces,
-                            kind.nameSpace);
+        return followAlias(literal, description, kind);
+    return withDeclaredKeys(parsePath(literal, description), description, literal.where,
+                            _nameSpaces, kind.nameSpace);
 }
 
-CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal, const std::string& words,
-                                          const Kind& kind) {
+CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal,
+                                          const std::string& description, const Kind& kind) {
     const auto found = _aliases.find(folded(literal.text));
     if (found == _aliases.end())
-        throw mof::MofError(literal.where, words + ": no instance has the alias " + literal.text);
-    Announced& target = _announced[found->second];
-    if (target.beingNamed) {
         throw mof::MofError(literal.where,
-                            words + ": the keys of " + literal.text + " depend on themselves");
+                            description + ": no instance has the alias " + literal.text);
+    PendingInstance& target = _pending[found->second];
+    if (target.beingNamed) {
+        throw mof::MofError(literal.where, description + ": the keys of " + literal.text +
+                                               " depend on themselves");
     }
     if (!target.path)
         name(target, keyValuesOf(target));
@@ -214,7 +216,7 @@ CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal, const std
     return path;
 }
 
-Ref<Shape> InstanceLoader::shapeOf(const Announced& instance) {
+Ref<Shape> InstanceLoader::shapeOf(const PendingInstance& instance) {
     Kind& kind = *instance.kind;
     const mof::InstanceDeclaration& declaration = *instance.declaration;
     const bool isQualified =
@@ -234,7 +236,7 @@ Ref<Shape> InstanceLoader::shapeOf(const Announced& instance) {
     });
 }
 
-void InstanceLoader::add(Announced& instance) {
+void InstanceLoader::add(PendingInstance& instance) {
     Kind& kind = *instance.kind;
     std::vector<CIMValue> values = keyValuesOf(instance);
     if (!instance.path)
@@ -244,7 +246,7 @@ void InstanceLoader::add(Announced& instance) {
             values[i] = valueOf(instance, i);
     const Ref<Stored> built = kind.store->form().stored(shapeOf(instance), *instance.path, values);
     if (!kind.store->add(built)) {
-        throw mof::MofError(instance.declaration->where, words(*instance.declaration) +
+        throw mof::MofError(instance.declaration->where, description(*instance.declaration) +
                                                              ": there is one with these keys: " +
                                                              toText(instance.path->toString()));
     }

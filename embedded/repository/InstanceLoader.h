@@ -51,7 +51,7 @@ class InstanceLoader {
         std::vector<Pegasus::CIMValue> lastValues;
     };
 
-    struct Announced {
+    struct PendingInstance {
         const mof::InstanceDeclaration* declaration = nullptr;
         Kind* kind = nullptr;
         std::optional<Pegasus::CIMObjectPath> path; ///< once it is known
@@ -60,21 +60,21 @@ class InstanceLoader {
 
     Kind& kindOf(const mof::InstanceDeclaration& declaration,
                  const Pegasus::CIMNamespaceName& nameSpace);
-    Pegasus::CIMValue valueOf(const Announced& instance, std::size_t given);
+    Pegasus::CIMValue valueOf(const PendingInstance& instance, std::size_t given);
     /// The values of the keys that are given, among all that are.
-    std::vector<Pegasus::CIMValue> keyValuesOf(Announced& instance);
-    void name(Announced& instance, const std::vector<Pegasus::CIMValue>& values);
-    Pegasus::CIMObjectPath readReference(const mof::Literal& literal, const std::string& words,
-                                         const Kind& kind);
-    Pegasus::CIMObjectPath followAlias(const mof::Literal& literal, const std::string& words,
+    std::vector<Pegasus::CIMValue> keyValuesOf(PendingInstance& instance);
+    void name(PendingInstance& instance, const std::vector<Pegasus::CIMValue>& values);
+    Pegasus::CIMObjectPath readReference(const mof::Literal& literal,
+                                         const std::string& description, const Kind& kind);
+    Pegasus::CIMObjectPath followAlias(const mof::Literal& literal, const std::string& description,
                                        const Kind& kind);
-    static Ref<Shape> shapeOf(const Announced& instance);
-    void add(Announced& instance);
+    static Ref<Shape> shapeOf(const PendingInstance& instance);
+    void add(PendingInstance& instance);
 
     NameSpaceList& _nameSpaces;
     std::unordered_map<std::string, std::vector<std::unique_ptr<Kind>>> _kinds; ///< by class name
-    std::vector<Announced> _announced;
-    std::unordered_map<std::string, std::size_t> _aliases; ///< folded, to the place in _announced
+    std::vector<PendingInstance> _pending;
+    std::unordered_map<std::string, std::size_t> _aliases; ///< folded, to the place in _pending
 };
 
 } // namespace embedded::repository

@@ -17,11 +17,12 @@ std::string typeText(CIMType type, bool isArray, Uint32 arraySize) {
 
 /// An element that names another one in its Override replaces one of that name.
 void checkOverridesNothing(const std::vector<mof::Qualifier>& qualifiers,
-                           const std::string& words) {
+                           const std::string& description) {
     const mof::Qualifier* written = findWritten(qualifiers, "override");
     if (written && written->value && written->value->items.size() == 1 &&
         written->value->items.front().kind != mof::Literal::Kind::Null)
-        throw mof::MofError(written->where, words + " overrides nothing: no superclass has it");
+        throw mof::MofError(written->where,
+                            description + " overrides nothing: no superclass has it");
 }
 
 CIMName referenceClassOf(const std::string& type, const std::string& referenceClass,
@@ -45,17 +46,17 @@ bool isSwitchedOn(const std::vector<mof::Qualifier>& qualifiers, const std::stri
                                            written->value->items.front().boolean));
 }
 
-std::string MemberBuilder::words(const char* kind, const std::string& member) const {
+std::string MemberBuilder::description(const char* kind, const std::string& member) const {
     return std::string(kind) + " " + _declaration.name + "." + member;
 }
 
 CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
-                                           const std::string& words) const {
+                                           const std::string& description) const {
     const auto* found = _superclass
                             ? _superclass->properties.find(cimNameAt(written.name, written.where))
                             : nullptr;
     if (!found) {
-        checkOverridesNothing(written.qualifiers, words);
+        checkOverridesNothing(written.qualifiers, description);
         return {};
     }
     const CIMConstProperty inherited = found->declared;
@@ -65,23 +66,23 @@ CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
         typeText(cimTypeAt(written.type, written.where), written.isArray, written.arraySize);
     if (now != before) {
         throw mof::MofError(written.where,
-                            words + " overrides one of type " + before + " with type " + now);
+                            description + " overrides one of type " + before + " with type " + now);
     }
     return inherited;
 }
 
 CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const bool isReference = written.type == "ref";
-    const ValueTarget target{words(isReference ? "reference" : "property", written.name),
+    const ValueTarget target{description(isReference ? "reference" : "property", written.name),
                              cimTypeAt(written.type, written.where), written.isArray,
                              written.arraySize};
     if (isReference && written.isArray)
-        throw mof::MofError(written.where, target.words + " cannot be an array");
-    const CIMConstProperty inherited = overridden(written, target.words);
+        throw mof::MofError(written.where, target.description + " cannot be an array");
+    const CIMConstProperty inherited = overridden(written, target.description);
     const bool overrides = !inherited.isUninitialized();
 
     const ReferenceReader readPath = [&](const mof::Literal& literal) {
-        return parsePath(literal, target.words);
+        return parsePath(literal, target.description);
     };
     const CIMValue value =
         written.value ? buildValue(*written.value, target, readPath) : nullValue(target);
@@ -92,24 +93,24 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
     const CIMScope& scope = isReference ? CIMScope::REFERENCE : CIMScope::PROPERTY;
     const QualifierList above = overrides ? qualifiersOf(inherited) : QualifierList();
     addQualifiers(built, withRestricted(buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
-                                                        {target.words, scope}, above),
+                                                        {target.description, scope}, above),
                                         above));
     if (written.isArray && isSet(built, "Key"))
-        throw mof::MofError(written.where, target.words + " is an array and cannot be a key");
+        throw mof::MofError(written.where, target.description + " is an array and cannot be a key");
     return built;
 }
 
 CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
-                                         const std::string& words) const {
+                                         const std::string& description) const {
     const auto* found =
         _superclass ? _superclass->methods.find(cimNameAt(written.name, written.where)) : nullptr;
     if (!found) {
-        checkOverridesNothing(written.qualifiers, words);
+        checkOverridesNothing(written.qualifiers, description);
         return {};
     }
     const CIMConstMethod inherited = found->declared;
     if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
-        throw mof::MofError(written.where, words + " overrides one that returns " +
+        throw mof::MofError(written.where, description + " overrides one that returns " +
                                                cimTypeToString(inherited.getType()) +
                                                " with one that returns " + written.returnType);
     }
@@ -122,24 +123,25 @@ CIMParameter MemberBuilder::parameter(const mof::Parameter& written,
                        cimTypeAt(written.type, written.where), written.isArray, written.arraySize,
                        referenceClassOf(written.type, written.referenceClass, written.where));
     addQualifiers(built, buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
-                                         {words("parameter", methodName + "." + written.name),
+                                         {description("parameter", methodName + "." + written.name),
                                           CIMScope::PARAMETER}));
     return built;
 }
 
 CIMMethod MemberBuilder::method(const mof::Method& written) const {
-    const std::string methodWords = words("method", written.name);
-    const CIMConstMethod inherited = overridden(written, methodWords);
+    const std::string methodDescription = description("method", written.name);
+    const CIMConstMethod inherited = overridden(written, methodDescription);
     const bool overrides = !inherited.isUninitialized();
     CIMMethod built(
         cimNameAt(written.name, written.where), cimTypeAt(written.returnType, written.where),
         overrides ? inherited.getClassOrigin() : cimNameAt(_declaration.name, _declaration.where));
     addQualifiers(built, buildQualifiers(written.qualifiers, _nameSpace.qualifiers(),
-                                         {methodWords, CIMScope::METHOD},
+                                         {methodDescription, CIMScope::METHOD},
                                          overrides ? qualifiersOf(inherited) : QualifierList()));
     for (const mof::Parameter& each : written.parameters) {
-        if (built.findParameter(cimNameAt(each.name, each.where)) != nowhere)
-            throw mof::MofError(each.where, methodWords + " has two parameters named " + each.name);
+        if (built.findParameter(cimNameAt(each.name, each.where)) != noIndex)
+            throw mof::MofError(each.where,
+                                methodDescription + " has two parameters named " + each.name);
         built.addParameter(parameter(each, written.name));
     }
     return built;

@@ -33,10 +33,11 @@ class MemberBuilder {
     Pegasus::CIMMethod method(const mof::Method& written) const;
 
   private:
-    std::string words(const char* kind, const std::string& member) const;
+    std::string description(const char* kind, const std::string& member) const;
     Pegasus::CIMConstProperty overridden(const mof::Property& written,
-                                         const std::string& words) const;
-    Pegasus::CIMConstMethod overridden(const mof::Method& written, const std::string& words) const;
+                                         const std::string& description) const;
+    Pegasus::CIMConstMethod overridden(const mof::Method& written,
+                                       const std::string& description) const;
     Pegasus::CIMParameter parameter(const mof::Parameter& written,
                                     const std::string& methodName) const;
 

@@ -37,9 +37,9 @@ const std::pair<const char*, const CIMScope&> scopes[] = {
     {"parameter", CIMScope::PARAMETER},   {"any", CIMScope::ANY},
 };
 
-CIMFlavor withWords(CIMFlavor flavor, const std::vector<std::string>& words,
+CIMFlavor withWords(CIMFlavor flavor, const std::vector<std::string>& description,
                     const mof::Location& where) {
-    for (const std::string& word : words) {
+    for (const std::string& word : description) {
         const auto* row = std::find_if(std::begin(flavors), std::end(flavors),
                                        [&](const FlavorRow& each) { return word == each.word; });
         if (row == std::end(flavors))
@@ -62,8 +62,8 @@ CIMScope scopeOf(const mof::QualifierDeclaration& declaration) {
     return scope;
 }
 
-ValueTarget targetOf(const CIMQualifierDecl& declaration, const std::string& words) {
-    return {words, declaration.getType(), declaration.isArray(), declaration.getArraySize()};
+ValueTarget targetOf(const CIMQualifierDecl& declaration, const std::string& description) {
+    return {description, declaration.getType(), declaration.isArray(), declaration.getArraySize()};
 }
 
 CIMQualifierDecl build(const mof::QualifierDeclaration& declaration) {
@@ -106,21 +106,21 @@ bool isRestricted(const CIMQualifier& qualifier) {
 /// `handedDown` is null where the element's superclass says nothing.
 CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, const Element& element,
                    const CIMQualifier* handedDown) {
-    const std::string words = "qualifier " + used.name + " of " + element.words;
+    const std::string description = "qualifier " + used.name + " of " + element.description;
     const CIMQualifierDecl* declaration = table.find(cimNameAt(used.name, used.where));
     if (!declaration)
-        throw mof::MofError(used.where, words + " is not declared");
+        throw mof::MofError(used.where, description + " is not declared");
     if (!declaration->getScope().hasScope(element.scope)) {
-        throw mof::MofError(used.where, words + " is out of its scope (" +
+        throw mof::MofError(used.where, description + " is out of its scope (" +
                                             toText(declaration->getScope().toString()) + ")");
     }
-    const CIMValue value = valueOf(used, targetOf(*declaration, words));
+    const CIMValue value = valueOf(used, targetOf(*declaration, description));
     const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
     if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
         handedDown->getValue() != value) {
-        throw mof::MofError(used.where, words + " cannot be overridden: a superclass sets it to " +
-                                            toText(handedDown->getValue().toString()) +
-                                            " with DISABLEOVERRIDE");
+        throw mof::MofError(
+            used.where, description + " cannot be overridden: a superclass sets it to " +
+                            toText(handedDown->getValue().toString()) + " with DISABLEOVERRIDE");
     }
     return CIMQualifier(cimNameAt(used.name, used.where), value,
                         withWords(base, used.flavors, used.where));
@@ -146,8 +146,8 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const Qua
     for (const mof::Qualifier& each : used) {
         const CIMName name = cimNameAt(each.name, each.where);
         if (findIn(list, name) != list.end()) {
-            throw mof::MofError(each.where, "qualifier " + each.name + " of " + element.words +
-                                                " is given twice");
+            throw mof::MofError(each.where, "qualifier " + each.name + " of " +
+                                                element.description + " is given twice");
         }
         const auto overridden = findIn(above, name);
         const bool handedDown = overridden != above.end() && !isRestricted(*overridden);

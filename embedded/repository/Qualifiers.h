@@ -36,7 +36,7 @@ class QualifierTable {
 
 /// An element that carries qualifiers.
 struct Element {
-    std::string words; ///< for errors: "property Speed"
+    std::string description; ///< for errors: "property Speed"
     Pegasus::CIMScope scope;
 };
 
@@ -65,7 +65,7 @@ QualifierList qualifiersOf(const Holder& holder) {
 template <class Holder>
 bool isSet(const Holder& holder, const char* name) {
     const Pegasus::Uint32 index = holder.findQualifier(Pegasus::CIMName(name));
-    return index != nowhere &&
+    return index != noIndex &&
            holder.getQualifier(index).getValue() == Pegasus::CIMValue(Pegasus::Boolean(true));
 }
 

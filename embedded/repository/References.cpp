@@ -36,18 +36,18 @@ bool quoted(CIMKeyBinding::Type type) {
     return type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE;
 }
 
-CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node, const std::string& words,
-                         const mof::Location& where) {
+CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node,
+                         const std::string& description, const mof::Location& where) {
     const std::string key = toText(node.name()) + "." + toText(binding.getName());
     const ClassNode::Property* found = node.keys.find(binding.getName());
     if (!found)
-        throw mof::MofError(where, words + ": " + key + " is not a key property");
+        throw mof::MofError(where, description + ": " + key + " is not a key property");
     const CIMConstProperty& property = found->declared;
     const CIMKeyBinding::Type declared = bindingType(property.getType());
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
         !(declared == CIMKeyBinding::STRING && quoted(binding.getType()))) {
-        throw mof::MofError(where, words + ": key " + key + " takes a " +
+        throw mof::MofError(where, description + ": key " + key + " takes a " +
                                        cimTypeToString(property.getType()) + ", not " +
                                        toText(binding.getValue()));
     }
@@ -58,35 +58,35 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node, const std
 
 } // namespace
 
-CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words) {
+CIMObjectPath parsePath(const mof::Literal& literal, const std::string& description) {
     try {
         return CIMObjectPath(String(literal.text.c_str()));
     } catch (const Exception& reason) {
         throw mof::MofError(literal.where,
-                            words + ": \"" + literal.text +
+                            description + ": \"" + literal.text +
                                 "\" is not an object path: " + toText(reason.getMessage()));
     }
 }
 
-void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass, const std::string& words,
-                 const mof::Location& where, const NameSpaceList& nameSpaces,
-                 const CIMNamespaceName& home) {
+void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass,
+                 const std::string& description, const mof::Location& where,
+                 const NameSpaceList& nameSpaces, const CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
     if (!target)
         return;
     const std::string pointed = toText(path.getClassName());
     if (!target->find(path.getClassName())) {
-        throw mof::MofError(where, words + " points to class " + pointed +
+        throw mof::MofError(where, description + " points to class " + pointed +
                                        ", which is not declared in namespace " +
                                        toText(target->name().getString()));
     }
     if (!target->isA(path.getClassName(), referenceClass)) {
-        throw mof::MofError(where, words + " takes a " + toText(referenceClass) + ", and " +
+        throw mof::MofError(where, description + " takes a " + toText(referenceClass) + ", and " +
                                        pointed + " is not derived from it");
     }
 }
 
-CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& words,
+CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& description,
                                const mof::Location& where, const NameSpaceList& nameSpaces,
                                const CIMNamespaceName& home) {
     const NameSpace* target = targetNameSpace(path, nameSpaces, home);
@@ -96,11 +96,11 @@ CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& wor
         return path;
     Array<CIMKeyBinding> bindings;
     for (Uint32 i = 0; i < given.size(); ++i)
-        bindings.append(asDeclared(given[i], *node, words, where));
+        bindings.append(asDeclared(given[i], *node, description, where));
     if (bindings.size() != node->keys.size()) {
-        throw mof::MofError(where, words + ": the path has " + std::to_string(bindings.size()) +
-                                       " of the " + std::to_string(node->keys.size()) +
-                                       " keys of " + toText(node->name()));
+        throw mof::MofError(
+            where, description + ": the path has " + std::to_string(bindings.size()) + " of the " +
+                       std::to_string(node->keys.size()) + " keys of " + toText(node->name()));
     }
     return CIMObjectPath(path.getHost(), path.getNameSpace(), node->name(), bindings);
 }

@@ -10,15 +10,15 @@
 
 namespace embedded::repository {
 
-/// The path that the string `literal` spells (DSP0004, "Object paths"); `words` name what it is
-/// for. Throws MofError if it spells none.
-Pegasus::CIMObjectPath parsePath(const mof::Literal& literal, const std::string& words);
+/// The path that the string `literal` spells (DSP0004, "Object paths"); `description` name what it
+/// is for. Throws MofError if it spells none.
+Pegasus::CIMObjectPath parsePath(const mof::Literal& literal, const std::string& description);
 
 /// Throws MofError at `where` unless an instance of `path`'s class may stand for `referenceClass`:
 /// both are known and the one is derived from the other. A path into a namespace that is not
 /// served here cannot be judged and is let through.
 void checkTarget(const Pegasus::CIMObjectPath& path, const Pegasus::CIMName& referenceClass,
-                 const std::string& words, const mof::Location& where,
+                 const std::string& description, const mof::Location& where,
                  const NameSpaceList& nameSpaces, const Pegasus::CIMNamespaceName& home);
 
 /// `path` with its keys typed as its class declares them. The text of a path leaves open whether
@@ -26,7 +26,7 @@ void checkTarget(const Pegasus::CIMObjectPath& path, const Pegasus::CIMName& ref
 /// Throws MofError at `where` for keys that the class does not have or that are missing. A path
 /// without any keys names the class itself and stays as it is, as does one of an unknown class.
 Pegasus::CIMObjectPath withDeclaredKeys(const Pegasus::CIMObjectPath& path,
-                                        const std::string& words, const mof::Location& where,
+                                        const std::string& description, const mof::Location& where,
                                         const NameSpaceList& nameSpaces,
                                         const Pegasus::CIMNamespaceName& home);
 

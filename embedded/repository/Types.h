@@ -13,9 +13,9 @@
 
 namespace embedded::repository {
 
-/// What the find...() members of classes and instances answer for a name that is not there.
-/// PEG_NOT_FOUND says the same, but only within namespace Pegasus.
-constexpr auto nowhere = static_cast<Pegasus::Uint32>(-1);
+/// What the find...() members of classes and instances return for a name that is not there: the
+/// library's PEG_NOT_FOUND, whose macro compiles within namespace Pegasus only.
+constexpr auto noIndex = static_cast<Pegasus::Uint32>(-1);
 
 /// The UTF-8 text of `value`.
 inline std::string toText(const Pegasus::String& value) {

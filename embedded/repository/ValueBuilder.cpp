@@ -50,21 +50,21 @@ std::string typeName(const Context& context) {
 }
 
 [[noreturn]] void refuse(const Context& context, const mof::Literal& literal) {
-    throw mof::MofError(literal.where, context.target.words + ": a " + typeName(context) +
+    throw mof::MofError(literal.where, context.target.description + ": a " + typeName(context) +
                                            " value is expected, not " + shown(literal));
 }
 
 [[noreturn]] void refuseRange(const Context& context, const mof::Literal& literal,
                               const std::string& range) {
-    throw mof::MofError(literal.where, context.target.words + ": " + shown(literal) +
+    throw mof::MofError(literal.where, context.target.description + ": " + shown(literal) +
                                            " does not fit into " + typeName(context) + " (" +
                                            range + ")");
 }
 
 [[noreturn]] void refuseBecause(const Context& context, const mof::Literal& literal,
                                 const Exception& reason) {
-    throw mof::MofError(literal.where, context.target.words + ": " + shown(literal) + " is no " +
-                                           typeName(context) +
+    throw mof::MofError(literal.where, context.target.description + ": " + shown(literal) +
+                                           " is no " + typeName(context) +
                                            " value: " + toText(reason.getMessage()));
 }
 
@@ -214,19 +214,21 @@ bool isNull(const mof::Value& value) {
 
 void checkShape(const mof::Value& value, const ValueTarget& target) {
     if (value.isArray && !target.isArray) {
-        throw mof::MofError(value.where,
-                            target.words + " is no array: one value without braces is expected");
+        throw mof::MofError(value.where, target.description +
+                                             " is no array: one value without braces is expected");
     }
     if (!value.isArray && target.isArray)
-        throw mof::MofError(value.where, target.words + " is an array: its values stand in braces");
+        throw mof::MofError(value.where,
+                            target.description + " is an array: its values stand in braces");
     if (target.arraySize != 0 && value.items.size() != target.arraySize) {
-        throw mof::MofError(value.where, target.words + " has " + std::to_string(target.arraySize) +
-                                             " elements, not " +
+        throw mof::MofError(value.where, target.description + " has " +
+                                             std::to_string(target.arraySize) + " elements, not " +
                                              std::to_string(value.items.size()));
     }
     for (const mof::Literal& literal : value.items)
         if (literal.kind == Kind::Null)
-            throw mof::MofError(literal.where, target.words + ": NULL cannot stand in an array");
+            throw mof::MofError(literal.where,
+                                target.description + ": NULL cannot stand in an array");
 }
 
 } // namespace

@@ -12,9 +12,9 @@
 
 namespace embedded::repository {
 
-/// What a value is for: the words for it in errors ("property Speed"), and its declared type.
+/// What a value is for: its description in errors ("property Speed"), and its declared type.
 struct ValueTarget {
-    std::string words;
+    std::string description;
     Pegasus::CIMType type = Pegasus::CIMTYPE_STRING;
     bool isArray = false;
     Pegasus::Uint32 arraySize = 0; ///< 0: any number of elements

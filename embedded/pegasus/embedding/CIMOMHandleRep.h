@@ -1,5 +1,5 @@
-// What stands behind a CIMOMHandle: the seam by which a host gives the provider library its
-// server. Providers never see this header; hosts and tests implement it.
+// What stands behind a CIMOMHandle: the interface by which a program gives the provider library its
+// server. Providers never see this header; servers and tests implement it.
 #pragma once
 
 #include "embedding/Operation.h"
@@ -18,12 +18,12 @@ class PEGASUS_COMMON_LINKAGE CIMOMHandleRep {
   public:
     virtual ~CIMOMHandleRep() = default;
 
-    /// Throws CIMException; CIM_ERR_NOT_SUPPORTED for an operation that the host does not offer,
-    /// which is what this definition does, so that a host or a test states only what it answers.
+    /// Throws CIMException; CIM_ERR_NOT_SUPPORTED for an operation that the server does not offer,
+    /// which is what this definition does, so that a server or a test states only what it answers.
     /// `operation` need not live longer than the call; the answer is drained before the next one.
     virtual embedding::Answer perform(const embedding::Operation& operation);
 
-    /// For a host that unloads providers; these definitions do nothing.
+    /// For a server that unloads providers; these definitions do nothing.
     virtual void disallowProviderUnload();
     virtual void allowProviderUnload();
 };

@@ -11,7 +11,7 @@
 #define PEGASUS_HAVE_NAMESPACES
 #define PEGASUS_HAVE_PTHREADS
 
-// Classes that cross the border between a host and a provider module keep one identity (type
+// Classes that cross the border between the server and a provider module keep one identity (type
 // information for exceptions and dynamic_cast) even when the module hides its symbols.
 #define PEGASUS_EXPORT __attribute__((visibility("default")))
 #define PEGASUS_IMPORT __attribute__((visibility("default")))
