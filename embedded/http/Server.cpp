@@ -388,12 +388,12 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         }
 
         Implementation& _server;
+        HandlerMemory _stopMemory; // outlives the loop that has handlers in it
         asio::io_context _io{1};
         asio::executor_work_guard<asio::io_context::executor_type> _work;
         // Changed with the server's mutex held, so that the first thread may look; this thread,
         // which alone changes it, looks without. No annotation says that.
         std::set<std::shared_ptr<Connection>> _connections;
-        HandlerMemory _stopMemory;
 
         friend class Implementation;
     };
@@ -642,8 +642,10 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     const Options _options;
     const Handler _handler;
     threads::Mutex _logMutex; // held while a line is logged
-    std::deque<ListeningPort>
-        _listeningPorts; // used by the first thread only; has memory of its loop
+    // Used by the first thread only. They outlive the loops that have handlers in their memory.
+    std::deque<ListeningPort> _listeningPorts;
+    HandlerMemory _stopMemory;
+    HandlerMemory _laneMemory;
     std::vector<std::unique_ptr<IoThread>> _threads;
     // Used by the first thread only.
     std::deque<tcp::acceptor> _acceptors;
@@ -661,8 +663,6 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     std::atomic<bool> _stopping{false};
     std::atomic<bool> _watchingLanes{false};
     Lanes _lanes;
-    HandlerMemory _stopMemory;
-    HandlerMemory _laneMemory;
     bool _drained = true;
     std::optional<Workers> _workers; // what waits in it refers to all of the above
 };
