@@ -82,12 +82,12 @@ void declare(CLI::App& app, Settings& settings, Raw& raw) {
                    "Where cimmof, cimprovider and cimcli are (default: PEGASUS_HOME/bin, PATH, "
                    "/usr/sbin)")
         ->type_name("DIR");
-    app.add_option(
-           "--settings-dir", raw.settings,
-           "Where the provider of the server's own objects was built to look for its settings")
+    app.add_option("--settings-dir", raw.settings,
+                   "Where the provider of the server's own objects looks for its settings (fixed "
+                   "when it was built)")
         ->type_name("DIR")
         ->default_str(settings.settingsDirectory.string());
-    app.add_option("--record", raw.record, "Where it is written down what was made")
+    app.add_option("--record", raw.record, "The record of what the tool has made")
         ->type_name("FILE")
         ->default_str(settings.record.string());
     app.add_option("--url", settings.url,
@@ -111,7 +111,7 @@ void declareCommands(CLI::App& app, Settings& settings) {
     };
     command("install", Command::Install,
             "Check, load the classes, register the modules, try them; undo all if a step fails");
-    command("remove", Command::Remove, "Take back what was installed, and nothing else");
+    command("remove", Command::Remove, "Remove what was installed, and nothing else");
     command("status", Command::Status, "One line for each thing that has to be right");
     app.require_subcommand(1);
 }

@@ -16,7 +16,8 @@ constexpr const char* description =
     "MOF files, providers from shared libraries. Standard output is left to the providers.";
 
 constexpr const char* faultsHeading =
-    "Faults, of what providers ask the server (what clients ask is not touched):\n"
+    "Faults of the requests that providers make to the server (those of clients do not suffer "
+    "them):\n"
     "  OPERATION:CLASS=WHAT, such as getInstance:*=6 or enumerateInstances:CIM_Namespace=hang:3\n";
 
 constexpr const char* footer =
@@ -132,7 +133,7 @@ void declareServing(CLI::App& app, Settings& settings, Raw& raw) {
     CLI::Option* const port = withDefault(app, "--port", settings.port, "PORT",
                                           "Port to listen on; 0 takes any free one");
     CLI::Option* const portFile = option(app, "--port-file", settings.portFile, "FILE",
-                                         "Write the port to FILE once it is listened to");
+                                         "Write the port to FILE once the server listens");
     CLI::Option* const https =
         option(app, "--https-port", settings.httpsPort, "PORT",
                "Port to listen on for HTTPS; 0 takes any free one (default: none)");
@@ -140,12 +141,12 @@ void declareServing(CLI::App& app, Settings& settings, Raw& raw) {
            "Write the port for HTTPS to FILE, before --port-file is written")
         ->needs(https);
     option(app, "--certificate", settings.tlsFiles.certificate, "FILE",
-           "The server's certificate for HTTPS, and those that lead to its root (PEM)")
+           "The server's certificate for HTTPS and its chain (PEM)")
         ->needs(https);
     option(app, "--key", settings.tlsFiles.key, "FILE", "The key of the certificate (PEM)")
         ->needs(https);
     option(app, "--client-ca", settings.tlsFiles.clientCa, "FILE",
-           "Ask clients for a certificate; the roots of those that are taken (PEM)")
+           "Ask clients for a certificate of one of the authorities in FILE (PEM)")
         ->needs(https);
     app.add_flag("--no-http", raw.withoutHttp, "Listen for HTTPS alone")
         ->needs(https)
@@ -164,10 +165,10 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
     repeatable(app, "--mof", raw.mofFiles, "NAMESPACE=FILE",
                "Load FILE into NAMESPACE, which is created as needed (repeatable, in order)");
     repeatable(app, "--mof-include", settings.mofIncludes, "DIR",
-               "Where included MOF files are looked for (repeatable)")
+               "Look for included MOF files in DIR (repeatable)")
         ->check(directory);
     repeatable(app, "--provider-dir", settings.providerDirectories, "DIR",
-               "Where provider libraries are looked for (repeatable, in order)")
+               "Look for provider libraries in DIR (repeatable, in order)")
         ->check(directory);
     app.add_flag("--writable", settings.writable,
                  "Let clients create, modify and delete instances that no module publishes");
@@ -175,7 +176,7 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
 
 void declareSystem(CLI::App& app, Settings& settings) {
     withDefault(app, "--system-class", settings.systemClass, "CLASS",
-                "The class of the system on which the object manager runs, as its keys say it");
+                "The class of the system on which the object manager runs, as in its keys");
     option(app, "--system-name", settings.systemName, "NAME",
            "The name of that system (default: this machine's canonical name)");
 }
@@ -191,28 +192,28 @@ void declareWatching(CLI::App& app, Settings& settings, Raw& raw) {
                 "Time for requests and providers to finish at the end")
         ->check(CLI::Range(0U, 3600U));
     withDefault(app, "--patience", raw.patience, "SECONDS",
-                "Time that a request waits for a module in which all places are taken, and after "
-                "which the log tells what a module has not returned from")
+                "Time that a request waits for a place in a busy module, and after which the log "
+                "names the calls that have not returned")
         ->check(CLI::Range(1U, 3600U));
     repeatable(app, "--fault", raw.faults, "OPERATION:CLASS=WHAT",
-               "Let what providers ask the server go wrong, to see what they make of it "
-               "(repeatable, in order; see below)");
+               "Make requests of providers to the server fail, to try the providers (repeatable, "
+               "in order; see below)");
     app.add_flag("--keep-libraries", settings.keepLibraries,
                  "Leave provider libraries mapped to the end, for leak and race reports");
 }
 
 void declareAccess(CLI::App& app, Settings& settings, Raw& raw) {
     CLI::Option* const users = option(app, "--users", settings.users, "FILE",
-                                      "Answer only the users of FILE, which cimhost passwd makes");
+                                      "Answer only the users in FILE, which cimhost passwd writes");
     app.add_flag("--anonymous-read", settings.anonymousRead,
-                 "With --users, let those read who send no credentials")
+                 "With --users, let clients without credentials read")
         ->needs(users);
     app.add_flag(
         "--insecure-remote-access", settings.insecureRemote,
-        "Listen where other machines can connect, even so that everybody there may ask, or "
-        "read and change what is sent, passwords among it");
+        "Listen where other machines can connect without users or TLS: anybody there may ask, or "
+        "read and change what is sent, passwords included");
     option(app, "--user", raw.runAs, "NAME[:GROUP]",
-           "Become that user, and group, once the ports are open");
+           "Change to that user, and group, once the ports are open");
     app.add_flag("--core-dumps", settings.coreDumps,
                  "Leave a core dump after a crash, with everything that was in memory");
 }
