@@ -12,7 +12,7 @@ const String TimeoutContainer::NAME = "TimeoutContainer";
 OperationContext& OperationContext::operator=(const OperationContext& context) {
     Containers copies;
     for (const auto& container : context._containers)
-        copies.emplace_back(container->clone());
+        copies.push_back(Containers::value_type(container->clone()));
     _containers = std::move(copies);
     return *this;
 }
@@ -42,7 +42,7 @@ void OperationContext::set(const Container& container) {
 void OperationContext::insert(const Container& container) {
     if (contains(container.getName()))
         throw Exception("object already exists.");
-    _containers.emplace_back(container.clone());
+    _containers.push_back(Containers::value_type(container.clone()));
 }
 
 void OperationContext::remove(const String& containerName) {
