@@ -37,8 +37,7 @@ void ServerProfileProvider::_getElementConformstoProfileInstances(String, Instan
 CIMInstance
 ServerProfileProvider::_getElementConformstoProfileInstance(const CIMObjectPath& instanceName,
                                                             InstanceHandler& handler) {
-    const CIMInstance echo =
-        namedInstance(elementConformsToProfile, instanceName, NoPath::IsAnError);
+    CIMInstance echo = namedInstance(elementConformsToProfile, instanceName, NoPath::IsAnError);
     handler.deliver(echo);
     return echo;
 }

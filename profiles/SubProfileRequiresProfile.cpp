@@ -21,8 +21,7 @@ void ServerProfileProvider::_getSubprofileRequiresProfileInstances(String, Insta
 CIMInstance
 ServerProfileProvider::_getSubprofileRequiresProfileInstance(const CIMObjectPath& instanceName,
                                                              InstanceHandler& handler) {
-    const CIMInstance echo =
-        namedInstance(subProfileRequiresProfile, instanceName, NoPath::IsAnError);
+    CIMInstance echo = namedInstance(subProfileRequiresProfile, instanceName, NoPath::IsAnError);
     handler.deliver(echo);
     return echo;
 }

@@ -39,7 +39,6 @@ class PEGASUS_COMMON_LINKAGE CIMDateTime {
     static Sint64 getDifference(CIMDateTime startTime, CIMDateTime finishTime);
 
     Boolean isInterval() const { return _isInterval; }
-    Boolean isInterval() { return _isInterval; }
     /// Equality and order compare points in time in UTC, and only the fields that are significant
     /// on both sides. Throws TypeMismatchException when one is an interval and the other is not.
     Boolean equal(const CIMDateTime& x) const { return _compare(x) == 0; }

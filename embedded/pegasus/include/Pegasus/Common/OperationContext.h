@@ -10,6 +10,7 @@
 #include <Pegasus/Common/String.h>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Pegasus {
@@ -108,7 +109,7 @@ class PEGASUS_COMMON_LINKAGE AcceptLanguageListContainer
 
     AcceptLanguageListContainer(const OperationContext::Container& container)
         : AcceptLanguageListContainer(downCast(container)) {}
-    AcceptLanguageListContainer(const AcceptLanguageList& languages) : _languages(languages) {}
+    AcceptLanguageListContainer(AcceptLanguageList languages) : _languages(std::move(languages)) {}
 
     AcceptLanguageList getLanguages() const { return _languages; }
 
@@ -124,7 +125,8 @@ class PEGASUS_COMMON_LINKAGE ContentLanguageListContainer
 
     ContentLanguageListContainer(const OperationContext::Container& container)
         : ContentLanguageListContainer(downCast(container)) {}
-    ContentLanguageListContainer(const ContentLanguageList& languages) : _languages(languages) {}
+    ContentLanguageListContainer(ContentLanguageList languages)
+        : _languages(std::move(languages)) {}
 
     ContentLanguageList getLanguages() const { return _languages; }
 

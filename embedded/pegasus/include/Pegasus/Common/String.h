@@ -54,7 +54,10 @@ class PEGASUS_COMMON_LINKAGE String {
     String(const char* str, Uint32 n);
     ~String();
 
-    String& operator=(const String& str) { return assign(str); }
+    String& operator=(const String& str) {
+        assign(str);
+        return *this;
+    }
     String& assign(const String& str);
     String& assign(const Char16* str) { return assign(String(str)); }
     String& assign(const Char16* str, Uint32 n) { return assign(String(str, n)); }
