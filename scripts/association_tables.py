@@ -56,7 +56,7 @@ association class. `cimhost` serves the sample switch; the requests go to `{INTE
 `switch`, the port 5988.
 
 * The tables name an object by its class and its identifying key (InstanceID or Name). It is in the
-  namespace of the request unless brackets name another; "nowhere" is a path without host and namespace.
+  namespace of the request unless brackets name another; "no namespace" is a path without host and namespace.
 * They name an association by its ends, in the order of its properties.
 * In `{OTHER}`, every table is the same, with `{OTHER}` for `{INTEROP}`.
 
@@ -70,8 +70,8 @@ These oddities in the tables are no mistakes; clients depend on them.
 * **Names and objects differ in their namespace.** The names of profiles and subprofiles are in the
   namespace of the request; the whole objects say `{OTHER}`. The host and the firmware always
   say `{OTHER}`.
-* **In associations, the objects that conform to "Fabric" and "Switch" are nowhere**: the module passes
-  on their paths as it read them. At a far end the server fills in host and namespace.
+* **In associations, the paths of the objects that conform to "Fabric" and "Switch" have no host and no
+  namespace**: the module passes them on as it read them. At a far end the server fills both in.
 * **The firmware is at the far end of every profile and subprofile**, even of one that does not
   exist. The associations themselves exist only for existing profiles.
 * **The object manager is a source only as CIM_ObjectManager**, the class that its path
@@ -112,7 +112,7 @@ class Tables:
         return [path for path in found if path.class_name == class_name] or found
 
     def place(self, path):
-        namespace = path.namespace or "nowhere"
+        namespace = path.namespace or "no namespace"
         if path.host and path.host not in self.hosts:
             namespace = f"{path.host}/{namespace}"
         return "" if namespace == self.namespace else f" ({namespace})"
