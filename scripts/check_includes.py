@@ -27,7 +27,7 @@ ROOMS = {
     EMBEDDING: (f"{PUBLIC} embedded/text", ""),
     "embedded/pegasus/src": (f"{PUBLIC} {EMBEDDING} embedded/text", ""),
     "embedded/mof": ("embedded/text", ""),
-    "embedded/repository": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof", ""),
+    "embedded/repository": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof", "boost/"),
     "embedded/routing": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof embedded/repository", ""),
     "embedded/http": (BASE, "boost/ openssl/"),
     "embedded/users": (BASE, "openssl/ crypt.h"),

@@ -12,7 +12,7 @@
 namespace embedded::repository {
 
 /// Never changed once it is in a namespace, where it stays as long as the namespace.
-struct ClassNode : Counted {
+struct ClassNode : Counted<ClassNode> {
     /// A property or method, as the class wrote it down that declares it for this one: itself or
     /// the nearest of its superclasses that does.
     template <class Declared>

@@ -22,7 +22,7 @@ namespace embedded::repository {
 using GroupFilter = std::function<bool(const References& references, std::size_t near)>;
 
 /// Copies share the instances; a change copies a number of them that is bounded.
-class InstanceStore : public Counted {
+class InstanceStore : public Counted<InstanceStore> {
   public:
     struct Numbered {
         std::uint64_t number;

@@ -12,7 +12,7 @@
 
 namespace embedded::repository {
 
-class NameSpace : public Counted {
+class NameSpace : public Counted<NameSpace> {
   public:
     explicit NameSpace(const Pegasus::CIMNamespaceName& name) : _name(name) {}
 

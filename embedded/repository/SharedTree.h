@@ -126,7 +126,7 @@ class SharedTree {
     };
 
     /// Has entries if it is a leaf, else children.
-    struct Node : Counted {
+    struct Node : Counted<Node> {
         std::vector<Entry> entries;
         std::vector<Child> children;
     };

@@ -21,7 +21,7 @@ using References = std::vector<std::pair<Pegasus::CIMName, Pegasus::CIMObjectPat
 
 /// What instances of one class have in common that give the same properties in the same order and
 /// are written with the same qualifiers.
-struct Shape : Counted {
+struct Shape : Counted<Shape> {
     struct Member {
         Pegasus::Uint32 property; ///< its place among the properties of the class
         bool given; ///< if not, it has the class's default and is marked as propagated
@@ -44,7 +44,7 @@ struct Shape : Counted {
 };
 
 /// Never changed.
-struct Stored : Counted {
+struct Stored : Counted<Stored> {
     Ref<Shape> shape;
     Pegasus::CIMObjectPath path;                 ///< class and keys
     std::unique_ptr<Pegasus::CIMValue[]> values; ///< one for each of shape->given
