@@ -40,24 +40,24 @@ struct Settings {
     std::vector<std::filesystem::path> providerDirectories;
     std::string systemClass = "CIM_ComputerSystem"; ///< of the object manager's system
     std::optional<std::string> systemName;          ///< none: this machine's canonical name
-    std::optional<std::filesystem::path> users;     ///< none: nobody is asked who he is
-    bool anonymousRead = false;                     ///< who does not say who he is may read
+    std::optional<std::filesystem::path> users;     ///< none: there are no users
+    bool anonymousRead = false;                     ///< clients without credentials may read
     bool insecureRemote = false;   ///< without users or TLS where others can reach it, too
-    std::optional<Identity> runAs; ///< once it listens
+    std::optional<Identity> runAs; ///< from when it listens
     bool coreDumps = false;
     bool writable = false;              ///< clients may change what is in the repository
     std::vector<routing::Fault> faults; ///< of read-backs, in the order of the options
     std::chrono::seconds grace{10};
-    std::chrono::seconds patience = limits::patience; ///< with a module that does not return
+    std::chrono::seconds patience = limits::patience; ///< how long a request waits for a module
     bool keepLibraries = false;
     bool checkOnly = false;
     std::string logLevel = "info"; ///< a name that spdlog knows
     std::string wireTrace;         ///< empty: none; "-": standard error; else a directory
 };
 
-/// The settings that `argc` and `argv` ask for, or something to be done instead of serving, or,
-/// when there is nothing more to be done, the exit code: help and version have been printed to
-/// standard output, errors to standard error.
+/// The settings that `argc` and `argv` ask for, or the command to run instead of serving, or, if
+/// nothing is left to do, the exit code: help and version have been printed to standard output,
+/// errors to standard error.
 struct CommandLine {
     std::optional<Settings> settings;
     std::function<ExitCode()> command = nullptr;

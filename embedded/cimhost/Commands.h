@@ -11,8 +11,8 @@ class App;
 
 namespace embedded::cimhost {
 
-// Each of these makes its subcommand of `app`; where the command line has it, `chosen` becomes what
-// to do. What that throws is for people.
+// Each of these declares its subcommand of `app`. If the command line has the subcommand, `chosen`
+// becomes the function that runs it; the texts of its exceptions are shown to the user.
 
 void declareMakeCertificate(CLI::App& app, std::function<ExitCode()>& chosen);
 void declarePasswd(CLI::App& app, std::function<ExitCode()>& chosen);

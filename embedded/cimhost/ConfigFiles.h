@@ -5,10 +5,10 @@
 
 namespace embedded::cimhost {
 
-/// Declares --config. What stands in a file counts as if it stood before the command line: an
-/// option that can be repeated has the values of the files, in their order, and then those of the
-/// command line; any other one has the value of the last that names it. Relative paths in a file
-/// start from its directory. An unknown option in a file makes parsing throw CLI::ConfigError.
+/// Declares --config. The options of a file count as if they stood before the command line: an
+/// option that can be repeated gets the values of the files, in their order, and then those of the
+/// command line; any other option gets its last value. Relative paths in a file start from its
+/// directory. Parsing throws CLI::ConfigError for an unknown option in a file.
 void declareConfigFiles(CLI::App& app);
 
 } // namespace embedded::cimhost

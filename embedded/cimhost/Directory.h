@@ -1,4 +1,4 @@
-// Files that are written for others to read, in a place where others may write, too.
+// Writes files safely into a directory in which others may write, too.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@
 
 namespace embedded::cimhost {
 
-/// A directory that is opened once: what is written later goes there, whatever has taken its place.
+/// A directory that is opened once: later files go there, even if another one has taken its name.
 ///
 /// Thread-safety: all functions may be called from several threads at once. They throw
 /// std::system_error, which names the file.
@@ -19,17 +19,16 @@ class Directory {
     Directory(const Directory&) = delete;
     Directory& operator=(const Directory&) = delete;
 
-    /// Makes a file of that name with `text`. An error if there is anything of that name, a link
-    /// too. `mode` as of open(), before the umask.
+    /// Creates the file `name` with `text`. Throws if there is anything of that name, even a link.
+    /// `mode` is as for open(), before the umask.
     void create(const std::string& name, std::string_view text, unsigned mode) const;
-    /// Writes `text` behind what the file `name` holds. Follows no link.
+    /// Appends `text` to the file `name`. Follows no link.
     void append(const std::string& name, std::string_view text) const;
-    /// Gives the file `name` the name `newName`, whose former bearer is gone then.
+    /// Renames the file `name` to `newName`, and replaces a file of that name.
     void rename(const std::string& name, const std::string& newName) const;
-    /// Removes what is called `name`, the link rather than its target; nothing, if there is
-    /// nothing.
+    /// Removes `name`, if it exists; of a link, not the target.
     void remove(const std::string& name) const;
-    /// What the file `name` holds, up to 4096 bytes; empty if it is no file or a link.
+    /// The text of the file `name`, up to 4096 bytes; empty if it is a link or no file.
     std::string content(const std::string& name) const;
 
   private:

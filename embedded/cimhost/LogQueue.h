@@ -1,4 +1,4 @@
-// Log lines go through a queue, so that whoever logs does not wait for whoever reads them.
+// Writes log lines through a queue, so that logging does not wait for the log's reader.
 #pragma once
 
 #include "limits/Limits.h"
@@ -10,23 +10,23 @@
 
 namespace embedded::cimhost {
 
-/// A file descriptor with a queue and a thread that writes. A text that comes while the queue is
-/// full is dropped and counted; a line tells the count when there is room again.
+/// A file descriptor with a queue and a thread that writes. While the queue is full, texts are
+/// dropped and counted; a line tells the count when there is room again.
 ///
 /// Thread-safety: all functions may be called from several threads at once.
 class LogQueue {
   public:
-    /// `descriptor` stays the caller's and open. Its settings are not changed: others may have it,
-    /// too. `limit`: bytes that wait at most, unless a single text has more.
+    /// The caller owns `descriptor`, which stays open. Its flags are not changed, since other
+    /// processes may share it. `limit`: most bytes that wait, unless a single text has more.
     explicit LogQueue(int descriptor, std::size_t limit = limits::logQueue);
-    /// Gives up what is not written.
+    /// Drops what is not written yet.
     ~LogQueue();
     LogQueue(const LogQueue&) = delete;
     LogQueue& operator=(const LogQueue&) = delete;
 
     /// Queues `text`, whole or not at all. Does not wait.
     void put(std::string text) noexcept;
-    /// Waits until everything is written, no longer than `patience`; false: something is left.
+    /// Waits until everything is written, for `patience` at most; false if something is left.
     bool drain(std::chrono::milliseconds patience);
 
   private:

@@ -1,4 +1,4 @@
-// As whom the process runs, and what it leaves behind.
+// The user that the process runs as, and core dumps.
 #pragma once
 
 #include <string>
@@ -6,23 +6,21 @@
 
 namespace embedded::cimhost {
 
-/// A user, with the group that the process gets.
+/// A user, and the group for the process.
 struct Identity {
     std::string name;
     uid_t user = 0;
     gid_t group = 0;
 };
 
-/// The one of "NAME" or "NAME:GROUP". Throws std::invalid_argument if there is no such user or
-/// group.
+/// Reads "NAME" or "NAME:GROUP". Throws std::invalid_argument if there is no such user or group.
 Identity identityOf(const std::string& text);
 
-/// Makes the process, all of its threads, run as `identity` for good, with the groups of that user
-/// besides the one named. Nothing happens if it does already. Throws std::system_error.
+/// Makes all threads of the process run as `identity` for good, also with the user's other groups.
+/// Does nothing if they do already. Throws std::system_error.
 void become(const Identity& identity);
 
-/// After a crash no file is left with what was in memory. Throws nothing: where it cannot be
-/// forbidden it stays allowed.
+/// Forbids core dumps, if possible. Throws nothing.
 void forbidCoreDumps() noexcept;
 
 } // namespace embedded::cimhost

@@ -1,13 +1,12 @@
-// What the service manager that started the server is told of it: sd_notify(3).
+// Tells the service manager that started the server about its state: sd_notify(3).
 #pragma once
 
 #include <string_view>
 
 namespace embedded::cimhost {
 
-/// The datagram socket that the environment names (NOTIFY_SOCKET); without one nothing is told.
-/// Whoever does not listen there is not waited for longer than a second, and no failure is one of
-/// the server's.
+/// Writes to the datagram socket that the environment names (NOTIFY_SOCKET), if it names one. Waits
+/// a second at most for the reader, and ignores failures.
 ///
 /// Thread-safety: all functions may be called from several threads at once.
 class Readiness {
@@ -17,11 +16,11 @@ class Readiness {
     Readiness(const Readiness&) = delete;
     Readiness& operator=(const Readiness&) = delete;
 
-    /// The server serves; also the end of reloading.
+    /// The server serves, or has finished reloading.
     void ready() const noexcept;
-    /// What can be read again is being read again. Followed by ready().
+    /// The server begins to reload. Followed by ready().
     void reloading() const noexcept;
-    /// The server comes to its end.
+    /// The server is stopping.
     void stopping() const noexcept;
 
   private:

@@ -11,9 +11,9 @@
 
 namespace embedded::cimhost {
 
-/// Serves until SIGINT or SIGTERM. Requests in progress are finished and providers terminated,
-/// for each of which there is the grace time; when it is over, or at a second signal, the process
-/// ends here. `accounts`: null without users; read again from their file at SIGHUP. REQUIRES:
+/// Serves until SIGINT or SIGTERM, and then finishes requests in progress and terminates providers,
+/// each within the grace time; when that is over, or at a second signal, the process ends here.
+/// `accounts` is null without users; SIGHUP reads them from their file again. REQUIRES:
 /// takeSignals() has been called.
 ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>& accounts,
                repository::Repository& repository, const routing::Registration& registration);

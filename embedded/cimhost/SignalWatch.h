@@ -1,4 +1,4 @@
-// SIGINT, SIGTERM and SIGHUP as calls on a thread, where everything may be done.
+// Turns SIGINT, SIGTERM and SIGHUP into calls on a thread, where everything is allowed.
 #pragma once
 
 #include <atomic>
@@ -7,16 +7,16 @@
 
 namespace embedded::cimhost {
 
-/// Keeps SIGINT, SIGTERM and SIGHUP from all threads that are started from now on, so that a
-/// SignalWatch gets them, and SIGPIPE from the process, so that a reader of our output may leave.
-/// To be called before the first thread is started.
+/// Blocks SIGINT, SIGTERM and SIGHUP in this thread and all that it starts, so that a SignalWatch
+/// gets them, and ignores SIGPIPE, so that the readers of the output may leave. To be called before
+/// the first thread is started.
 void takeSignals();
 
 /// Thread-safety: to be made and destroyed by one thread.
 class SignalWatch {
   public:
-    /// Calls on a thread of its own: `end` for each SIGINT and SIGTERM with how many have come,
-    /// `reload` for SIGHUP, which must not throw.
+    /// Calls, on a thread of its own, `end` for each SIGINT and SIGTERM, with their number so far,
+    /// and `reload`, which must not throw, for SIGHUP.
     SignalWatch(std::function<void(unsigned count)> end, std::function<void()> reload);
     ~SignalWatch();
     SignalWatch(const SignalWatch&) = delete;

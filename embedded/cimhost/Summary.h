@@ -1,4 +1,4 @@
-// What a server has and offers, as lines for the person who started it.
+// Describes what a server has and offers, in lines for the person who started it.
 #pragma once
 
 #include "embedding/Text.h"

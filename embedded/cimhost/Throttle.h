@@ -10,8 +10,8 @@
 
 namespace embedded::cimhost {
 
-/// Lets some lines of each kind through in a second and counts the rest. The count is told before
-/// the next line of any kind that comes in a later second.
+/// Passes on some lines of each kind in a second, and counts the rest. A line with the count comes
+/// before the next line, of any kind, in a later second.
 ///
 /// Thread-safety: may be called from several threads at once.
 class Throttle {
@@ -21,9 +21,9 @@ class Throttle {
     explicit Throttle(std::function<void(const std::string&)> say,
                       std::function<Clock::time_point()> now = Clock::now);
 
-    /// `kind`: what the line is about, one of few; a text of the program, never one of a client.
+    /// `kind`: what the line is about; one of few texts of the program, never a client's.
     void operator()(const std::string& kind, const std::string& line);
-    /// Tells what was counted and not yet told.
+    /// Passes on the counts that have not been told yet.
     void tellRest();
 
   private:

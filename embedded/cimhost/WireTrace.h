@@ -1,4 +1,4 @@
-// What goes over the wire, shown to whoever looks for the reason of an answer.
+// Shows what goes over the wire.
 #pragma once
 
 #include "http/Message.h"
@@ -9,14 +9,14 @@
 
 namespace embedded::cimhost {
 
-/// A handler that does what `handler` does and writes every request and reply: with `where` "-"
-/// to standard error, otherwise to a pair of files "<number>-request", "<number>-reply" in the
-/// directory `where`, which is created. A body that is sent in pieces is written piece by piece, as
-/// it goes out: on standard error as "reply, continued, <number>". Line ends of the headers are
-/// plain newlines. Field values that carry a password are left out.
+/// A handler that calls `handler`, and writes every request and reply: to standard error if `where`
+/// is "-", otherwise to files "<number>-request" and "<number>-reply" in the directory `where`,
+/// which it creates. It writes a body in pieces as the pieces go out, on standard error as "reply,
+/// continued, <number>". The lines of headers end in plain newlines. Fields that carry a password
+/// are written without it.
 ///
-/// Throws std::filesystem::filesystem_error when the directory cannot be made. A file that cannot
-/// be written is told to `log` and the request served all the same.
+/// Throws std::filesystem::filesystem_error if the directory cannot be made. If a file cannot be
+/// written, `log` gets a line, and the request is served all the same.
 /// Thread-safety: as `handler`.
 http::Handler traced(http::Handler handler, const std::string& where,
                      const std::function<void(const std::string&)>& log);

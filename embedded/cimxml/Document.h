@@ -48,7 +48,7 @@ class Element {
     explicit operator bool() const { return _node != nullptr; }
 
     std::string_view name() const { return _node ? _node->name() : std::string_view(); }
-    /// All character data, CDATA alike, of an element without elements in it; "" of others.
+    /// All character data, also CDATA, of an element without child elements; "" of others.
     std::string_view text() const { return _node ? _node->text() : std::string_view(); }
     /// Whether it has elements and, between them, text that is not blank.
     bool isMixed() const { return _node && _node->isMixed; }
@@ -104,16 +104,16 @@ class Element::Children {
     std::string_view _name;
 };
 
-/// A document that has been read. Comments and processing instructions are not kept, nor what comes
-/// behind the first element that no request has: for that one, the document is not valid.
+/// A document that has been read, without comments and processing instructions. Nothing is kept
+/// behind the first element that no request has, because that makes the document invalid.
 ///
 /// Thread-safety: one thread at a time; documents are independent of each other.
 class Document {
   public:
-    /// Throws RequestRejected unless `text` is a well-formed XML 1.0 document in UTF-8 that starts
-    /// with an XML declaration, within the limits. A document type declaration may name a
-    /// DTD (it is not fetched) but must not declare anything itself, so the five predefined
-    /// entities are the only ones. Behind limits::unknownElements elements, anything goes.
+    /// Throws RequestRejected unless `text` is, within the limits, a well-formed XML 1.0 document
+    /// in UTF-8 that starts with an XML declaration. A document type declaration may name a DTD (it
+    /// is not fetched) but must not declare anything, so the five predefined entities are the only
+    /// ones. After limits::unknownElements unknown elements, the rest is not checked.
     explicit Document(const std::string& text);
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;

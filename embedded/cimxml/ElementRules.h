@@ -5,13 +5,13 @@
 
 namespace embedded::cimxml {
 
-/// Throws RequestRejected request-not-valid when `element` or anything in it is not as DSP0203
-/// declares it: unknown element or attribute, a missing attribute, children that the content
-/// model does not allow, text where none may be. Attributes of XML itself ("xml:lang", "xmlns")
-/// are let pass.
+/// Throws RequestRejected request-not-valid unless `element` and everything in it are as DSP0203
+/// declares them: no unknown elements or attributes, no missing attributes, no children that the
+/// content model does not allow, no text where none may be. Attributes of XML itself ("xml:lang",
+/// "xmlns") are allowed.
 void checkElement(const Element& element);
 
-/// `name` as the rules have it, which lives for ever; "" if there is no element of that name.
+/// `name` as a text of the rules, which is never destroyed; "" if there is no such element.
 std::string_view knownElement(std::string_view name);
 
 } // namespace embedded::cimxml

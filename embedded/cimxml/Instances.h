@@ -1,5 +1,5 @@
-// Instances out of a request. Errors as in Values.h; a property or qualifier given twice is
-// CIM_ERR_INVALID_PARAMETER too.
+// Reads instances of a request. Errors are as in Values.h; a property or qualifier that is given
+// twice is CIM_ERR_INVALID_PARAMETER, too.
 #pragma once
 
 #include "cimxml/Paths.h"

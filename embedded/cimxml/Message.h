@@ -1,9 +1,7 @@
-// CIM-XML messages (DSP0201) on CIM operations (DSP0200): one request document in, one reply
-// document out. Knows nothing of HTTP but the three values that DSP0200 clause 6.3 wants compared
-// with the document.
+// Answers a CIM-XML request document (DSP0201) with a reply document, by CIM operations (DSP0200).
+// Knows nothing of HTTP but the three values that DSP0200 clause 6.3 compares with the document.
 //
-// Thread-safety: no state but the enumerations that are open; several threads may work on exchanges
-// of their own at once.
+// Thread-safety: there is no state but the open enumerations; several threads may work at once.
 #pragma once
 
 #include "routing/CimOperations.h"
@@ -44,29 +42,29 @@ class ReplyDocument {
   public:
     virtual ~ReplyDocument() = default;
 
-    /// The modules whose providers are called for the first piece, which may take their time.
+    /// The modules whose providers make the first piece, which may take long.
     virtual const std::vector<const routing::Module*>& modules() const = 0;
-    /// Before the first piece: nobody is called, and the reply is CIM_ERR_FAILED with `why`.
+    /// Before the first piece: makes the reply CIM_ERR_FAILED with `why`, without a call of
+    /// modules.
     virtual void giveUp(const std::string& why) = 0;
-    /// Appends the next piece to `out`, not much more than 64 KiB of it; false, with nothing
-    /// appended, behind the end. What a call behind the first one throws leaves the document
-    /// without an end.
+    /// Appends the next piece, not much more than 64 KiB, to `out`; returns false, with nothing
+    /// appended, at the end. If a later call than the first one throws, the document stays
+    /// incomplete.
     virtual bool next(std::string& out) = 0;
     /// Whether next() has nothing more.
     virtual bool ended() const = 0;
 };
 
-/// The reply to the request document `body`, for which `operations` plans what it asks for. The
-/// first piece performs the operation, so all providers have answered before there is anything to
-/// be sent. A CIM error is a reply like any other, and so is whatever goes wrong up to the first
-/// piece. What is pulled is held in `enumerations`. Both must outlive the result. Throws
-/// RequestRejected, nothing else of this room's.
+/// The reply to the request document `body`. The first piece performs the operation, so all
+/// providers have answered before anything is sent. All errors up to then, CIM errors included,
+/// become replies. `enumerations` holds what is pulled. It and `operations` must outlive the
+/// result. Throws RequestRejected.
 std::shared_ptr<ReplyDocument> replyTo(const std::string& body, const Headers& headers,
                                        const routing::Caller& caller,
                                        routing::CimOperations& operations,
                                        routing::Enumerations& enumerations);
 
-/// All of that reply.
+/// The whole reply as one text.
 std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
                    routing::CimOperations& operations, routing::Enumerations& enumerations);
 

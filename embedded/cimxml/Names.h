@@ -1,4 +1,4 @@
-// Names and types out of attributes. An illegal one makes the document invalid.
+// Reads names and types in attributes. An illegal one makes the document invalid.
 #pragma once
 
 #include "cimxml/Document.h"

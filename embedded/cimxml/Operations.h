@@ -1,4 +1,4 @@
-// From a call to an operation, and from what the operation returns to elements.
+// Reads calls as operations, and writes what operations return.
 #pragma once
 
 #include "cimxml/Parameters.h"
@@ -12,7 +12,7 @@
 
 namespace embedded::cimxml {
 
-/// The parameters that only these requests have.
+/// The parameters that only pull requests have.
 struct Pulled {
     PullStep step = PullStep::None;
     std::string context;
@@ -22,29 +22,29 @@ struct Pulled {
     bool isFiltered = false;
 };
 
-/// An operation as a client wrote it down.
+/// An operation as a client wrote it.
 struct Call {
     routing::Operation operation;
     bool objectIsClass = false; ///< ObjectName came as a CLASSNAME
     Pulled pulled;
 };
 
-/// Reads the IMETHODCALL of `request`; `operations` is asked for classes where the request cannot
-/// be understood without. Throws Pegasus::CIMException for what the client is to see as an error,
-/// RequestRejected when a parameter is of the wrong kind.
+/// Reads the IMETHODCALL of `request`; asks `operations` for classes that are needed to understand
+/// it. Throws Pegasus::CIMException for errors that the client sees, RequestRejected if a parameter
+/// is of the wrong kind.
 Call readCall(const Request& request, const routing::Caller& caller,
               routing::CimOperations& operations);
 
-/// Appends one thing of the answer to `call` as it stands in an IRETURNVALUE. Throws
-/// Pegasus::Exception when it cannot be written.
+/// Appends one thing of the answer to `call` as an element of an IRETURNVALUE. Throws
+/// Pegasus::Exception if it cannot be written.
 void appendAnswered(std::string& out, const routing::Answered& answered, const Call& call);
 
-/// The same of the answer to `operation` that is pulled: with the whole path.
+/// The same for the pulled answer to `operation`, with the whole path.
 void appendPulled(std::string& out, const routing::Answered& answered,
                   const routing::Operation& operation);
 
-/// There are no method providers here: always throws a Pegasus::CIMException, which tells a
-/// method that the class has from one that it has not.
+/// Always throws a Pegasus::CIMException, since there are no method providers here; it says whether
+/// the class has the method.
 [[noreturn]] void answerExtrinsic(const Request& request, const routing::Caller& caller,
                                   routing::CimOperations& operations);
 

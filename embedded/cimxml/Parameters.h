@@ -12,7 +12,7 @@ namespace embedded::cimxml {
 
 struct Call;
 
-/// What a request does about a pulled enumeration (DSP0200 1.4 clause 5.3.2.24).
+/// What a request does with a pulled enumeration (DSP0200 1.4 clause 5.3.2.24).
 enum class PullStep { None, Open, Pull, Close };
 
 struct Parameter {
@@ -44,15 +44,15 @@ struct Signature {
     PullStep step = PullStep::None;
 };
 
-/// The one of the operation that is called so, in any case. Throws Pegasus::CIMException
-/// CIM_ERR_NOT_SUPPORTED when there is none.
+/// The row of the operation `name`, ignoring case. Throws Pegasus::CIMException
+/// CIM_ERR_NOT_SUPPORTED if there is none.
 const Signature& signatureOf(const std::string& method);
 
-/// Reads the IPARAMVALUEs of `element`, an IMETHODCALL that takes `parameters`, into `call`. Of a
-/// property list, each name is read once, in its first spelling.
+/// Reads the IPARAMVALUEs of `element`, an IMETHODCALL that takes `parameters`, into `call`. Of the
+/// same names in a property list, it keeps the first.
 ///
-/// Throws Pegasus::CIMException for a parameter that is missing, unknown, there twice or of an
-/// illegal value, and RequestRejected for one that is of the wrong kind.
+/// Throws Pegasus::CIMException for a parameter that is missing, unknown, given twice or has an
+/// illegal value, and RequestRejected for one of the wrong kind.
 void readParameters(const Element& element, const ParameterList& parameters, const SoleKey& soleKey,
                     Call& call);
 

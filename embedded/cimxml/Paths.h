@@ -1,4 +1,4 @@
-// Object paths out of a request.
+// Reads object paths of a request.
 #pragma once
 
 #include "cimxml/Document.h"
@@ -9,8 +9,8 @@
 
 namespace embedded::cimxml {
 
-/// Tells the name of the one key of a class; for an INSTANCENAME that gives a key value without
-/// its name. Throws Pegasus::CIMException when the class is unknown or has not exactly one key.
+/// Returns the name of the only key of a class, for an INSTANCENAME with a key value without a
+/// name. Throws Pegasus::CIMException unless the class is known and has exactly one key.
 using SoleKey = std::function<Pegasus::CIMName(const Pegasus::CIMName& className)>;
 
 /// Throws Pegasus::CIMException CIM_ERR_INVALID_PARAMETER when `element` has too many children.

@@ -18,7 +18,7 @@ namespace embedded::cimxml {
     throw RequestRejected(400, "request-not-valid", detail);
 }
 
-/// A CIM-XML request that has to be answered with an error: something in it has no meaning.
+/// A CIM-XML request with a part that has no meaning.
 [[noreturn]] inline void throwInvalid(const std::string& message) {
     throw Pegasus::CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER,
                                 Pegasus::embedding::fromUtf8(message));

@@ -1,5 +1,5 @@
-// Values out of a request. All throw Pegasus::CIMException CIM_ERR_INVALID_PARAMETER for text
-// that is no value of its type; the message quotes it.
+// Reads values of a request. All functions throw Pegasus::CIMException CIM_ERR_INVALID_PARAMETER
+// for a text that is no value of its type; the message quotes it.
 #pragma once
 
 #include "cimxml/Paths.h"

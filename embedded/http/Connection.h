@@ -26,8 +26,8 @@ namespace embedded::http {
 
 class Connection;
 
-/// What a connection asks of the server that has accepted it. Called on the connection's I/O thread
-/// only, but for log(). What handle() throws closes the connection.
+/// The server, as its connections see it. A connection calls it on its own I/O thread only, log()
+/// on any. If handle() throws, the connection closes.
 class ConnectionOwner {
   public:
     virtual ~ConnectionOwner() = default;
@@ -36,14 +36,14 @@ class ConnectionOwner {
     /// Has `request` handled, and calls `connection.respond()` with the reply, now or later.
     virtual void handle(Request&& request, Connection& connection) = 0;
     virtual void log(const std::string& kind, const std::string& line) noexcept = 0;
-    /// Takes `bytes` that wait to be sent into account, or with less than 0 out of it; false: it is
-    /// too much in all, and they are not taken.
+    /// Counts `bytes` that wait to be sent; a negative number takes them out of the count. Returns
+    /// false, and counts nothing, if all connections together would have too many.
     virtual bool hold(std::int64_t bytes) noexcept = 0;
     /// `connection` is closed and may be forgotten.
     virtual void closed(Connection& connection) noexcept = 0;
 };
 
-/// Closes itself when it cannot tell its client of an exception, being out of memory, say.
+/// Closes itself if an exception (no memory, say) keeps it from answering its client.
 ///
 /// Thread-safety: everything happens on one I/O thread. Outlived by its owner.
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -60,8 +60,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void refuse(Reply reply);
     /// Verb and target of the request that is being handled, for the log.
     const std::string& asked() const { return _asked; }
-    /// Sends the reply to the request that is being handled, unless the connection was closed. One
-    /// without a status is none: the connection is closed.
+    /// Sends the reply to the request that is being handled, unless the connection was closed. A
+    /// reply with the status 0 closes the connection.
     void respond(Reply reply);
     /// Closes, unless a request is being handled or answered; that is finished first.
     void stop();
@@ -73,9 +73,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void setGivingWay(bool givingWay) { _givingWay = givingWay; }
     /// Closes at once. A body source is destroyed.
     void close() noexcept;
-    /// Closes: what it waited for will not come. Nothing, if it is closed.
+    /// Closes, because what it waited for will not come. Does nothing if it is closed already.
     void lost() noexcept;
-    /// Does `step` on behalf of this connection. What it throws closes it.
+    /// Runs `step` on behalf of this connection, which closes if `step` throws.
     template <class Step>
     void attempt(const Step& step) noexcept {
         try {
@@ -84,14 +84,15 @@ class Connection : public std::enable_shared_from_this<Connection> {
             failed();
         }
     }
-    /// For the request that is being handled, to pass it on to where it is handled next.
+    /// Holds the handler that passes the request on to the thread that handles it next.
     HandlerMemory& memory() { return _memory; }
 
     using Clock = std::chrono::steady_clock;
-    /// What it waits for, of what can be given up for others: more if less is lost.
+    /// What the connection waits for. A connection with a higher value gives way to others first,
+    /// since less is lost.
     enum class Waiting { ForNothing, ForTheRest, ForARequest };
     Waiting waiting() const { return _waiting; } ///< on any thread
-    /// Since when it has done so. On any thread.
+    /// Since when it waits. On any thread.
     Clock::time_point waitingSince() const {
         return Clock::time_point(Clock::duration(_waitingSince));
     }

@@ -1,5 +1,5 @@
-// Where a request ends, and for whom it is, must not be a matter of opinion: what one server on the
-// way takes for a body, the next one may take for a request.
+// Refuses requests whose end or host two servers could read differently: what a proxy takes for a
+// body, the next server might take for a request.
 #pragma once
 
 #include "http/Message.h"
@@ -9,17 +9,17 @@
 
 namespace embedded::http {
 
-/// Why a request is not taken, and what its client is told.
+/// Why the server refuses a request, and what it replies.
 struct Refusal {
     unsigned status;
     std::string reason; ///< of the status line
     std::string why;    ///< for the log
 };
 
-/// What is wrong with the fields of `request` that say how long its body is (RFC 9112 clause 6.3)
-/// or name its host (clause 3.2). Bodies are taken with a Content-Length, or with "chunked" as
-/// their only transfer coding. What Beast's parser refuses by itself does not come here: a
-/// Content-Length that is no number, several that differ, and one beside "chunked".
+/// Checks the fields of `request` that give the length of its body (RFC 9112 clause 6.3) or its
+/// host (clause 3.2). A body needs a Content-Length, or "chunked" as its only transfer coding.
+/// Beast's parser has refused before: a Content-Length that is no number, several different ones,
+/// and one together with "chunked".
 std::optional<Refusal> framingFault(const Request& request);
 
 } // namespace embedded::http

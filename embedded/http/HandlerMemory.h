@@ -1,4 +1,4 @@
-// Memory that is there when the heap has none left, for what must be handed on all the same.
+// Reserved memory for handlers that must reach their executor even when the heap is exhausted.
 #pragma once
 
 #include <boost/asio/bind_allocator.hpp>
@@ -11,11 +11,11 @@
 
 namespace embedded::http {
 
-/// Room for one handler at a time that is given to an executor; a second one, or one that is too
-/// large, takes what the heap has.
+/// Room for one handler that waits in an executor. A second handler, or one that is too large, is
+/// allocated on the heap.
 ///
-/// Thread-safety: what waits in an executor leaves the memory before it is called, so whoever is
-/// called may use it again, on any thread.
+/// Thread-safety: an executor frees a handler's memory before it calls the handler, so the handler
+/// may use this object again, on any thread.
 class HandlerMemory : public std::pmr::memory_resource {
   private:
     void* do_allocate(std::size_t size, std::size_t /*alignment*/) override {
@@ -39,7 +39,7 @@ class HandlerMemory : public std::pmr::memory_resource {
     bool _used = false;
 };
 
-/// `handler`, which takes its place in an executor in `memory`: handing it over cannot fail.
+/// `handler`, to be allocated in `memory`: posting it cannot fail.
 template <class Handler>
 auto onReserve(HandlerMemory& memory, Handler handler) {
     return boost::asio::bind_allocator(std::pmr::polymorphic_allocator<std::byte>(&memory),

@@ -11,11 +11,11 @@
 
 namespace embedded::http {
 
-/// Lanes with a number of places each. Work that needs places waits until there is one in each of
-/// its lanes, without a thread; the longest waiting is looked at first.
+/// Each lane has a number of places. Work waits, without a thread, until each of its lanes has a
+/// free place. Work that has waited longest comes first.
 ///
-/// Thread-safety: all functions may be called from several threads at once; what they call is
-/// called on the caller's thread, with no lock held.
+/// Thread-safety: all functions may be called from several threads at once; they call `start` and
+/// `giveUp` on the caller's thread, with no lock held.
 class Lanes {
   public:
     using Clock = std::chrono::steady_clock;
@@ -29,11 +29,11 @@ class Lanes {
 
     explicit Lanes(std::vector<unsigned> places) : _free(std::move(places)) {}
 
-    /// Starts `work` or keeps it.
+    /// Starts `work`, or keeps it until it can be started.
     void enter(Work work);
-    /// Frees a place in each of `lanes`, and starts what can be started now.
+    /// Frees a place in each of `lanes`, and starts the work that can be started now.
     void leave(const std::vector<unsigned>& lanes);
-    /// Gives up what has waited until `now` or longer.
+    /// Gives up all work whose `until` is not after `now`.
     void expire(Clock::time_point now);
     bool isWaiting() const;
 

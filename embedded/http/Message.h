@@ -1,4 +1,4 @@
-// What comes in and what goes out, and who makes the one from the other.
+// Requests, replies, and the handler that makes a reply from a request.
 #pragma once
 
 #include "http/Fields.h"
@@ -27,40 +27,39 @@ struct Request {
     Peer peer = {};
 };
 
-/// Appends the next piece of a body to `out`; false: there is no more, and nothing was appended.
-/// Called on an I/O thread, so a piece is made without waiting and is no larger than a fraction of
-/// a millisecond's work (64 KiB, say); a piece is asked for when the one before it is written. May
-/// be destroyed before it has come to its end. If it throws, the connection ends without the last
-/// chunk.
+/// Appends the next piece of a body to `out`, or returns false, with nothing appended, at the end.
+/// The server calls it on an I/O thread, when it has written the piece before: it must not wait,
+/// and one piece should take a fraction of a millisecond (64 KiB, say). The server may destroy it
+/// before the end. If it throws, the server closes the connection without the last chunk.
 using BodySource = std::function<bool(std::string& out)>;
 
-/// The server adds Date, and what the connection needs (the content length when it is not among
-/// `fields`, Transfer-Encoding, Connection when it closes); everything else is the handler's.
+/// The server adds Date, Content-Length (unless it is among `fields`) or Transfer-Encoding, and
+/// Connection when it closes; the handler sets everything else.
 struct Reply {
     unsigned status = 200;
     std::string reason = "OK";
     Fields fields;
     std::string body = {}; ///< the whole body, or its first piece when there is a `rest`
-    /// What follows `body`, sent in chunks; there is no content length among `fields` then. To a
-    /// client that knows no chunks (HTTP/1.0) everything is sent whole, up to a limit.
+    /// What follows `body`, in chunks; `fields` must have no content length then. A client that
+    /// knows no chunks (HTTP/1.0) gets everything whole, up to a limit.
     BodySource rest = nullptr;
 };
 
 struct Answer;
 
-/// What takes its time, or may wait, and so is done on a worker thread.
+/// Makes a reply on a worker thread, because that takes time or may wait.
 struct Work {
-    /// `make` answers with a reply, or with further work, of other lanes. What it throws becomes a
-    /// 500 and a line in the log.
+    /// `make` returns a reply, or further work in other lanes. If it throws, the client gets a 500
+    /// and the log a line.
     template <class Make>
     Work(Make how, std::vector<unsigned> where = {}, std::function<Reply()> tooLate = nullptr)
         : make(std::move(how)), lanes(std::move(where)), late(std::move(tooLate)) {}
 
     std::function<Answer()> make;
-    /// The lanes (Options::lanes) in which it takes a place while it is done, each once.
+    /// The lanes (Options::lanes) in which the work takes a place while it runs, each once.
     std::vector<unsigned> lanes;
-    /// What is replied when it has waited for its places for Options::laneWait; none: a 503. Called
-    /// on an I/O thread.
+    /// Makes the reply if the work has waited for its places for Options::laneWait; without it, the
+    /// client gets a 503. Called on an I/O thread.
     std::function<Reply()> late;
 };
 
@@ -69,8 +68,8 @@ struct Answer : std::variant<Reply, Work> {
     using std::variant<Reply, Work>::variant;
 };
 
-/// Called on an I/O thread, several at once, and must not block: what may do so is returned as
-/// Work. What it throws becomes a 500 and a line in the log.
+/// The server calls it on several I/O threads at once. It must not block: what may block is
+/// returned as Work. If it throws, the client gets a 500 and the log a line.
 using Handler = std::function<Answer(Request&&)>;
 
 } // namespace embedded::http

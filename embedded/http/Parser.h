@@ -1,5 +1,4 @@
-// Beast's parser, with a Request as what it fills: each byte of a request is copied once, to where
-// the handler finds it.
+// Beast's parser, which here fills a Request. It copies each byte once.
 #pragma once
 
 #include "http/Message.h"
@@ -29,8 +28,8 @@ class Parser : public boost::beast::http::basic_parser<true> {
         _request.version = static_cast<unsigned>(version);
         _request.fields.reserve(12); // what most clients send
     }
-    // What comes after the body says nothing (RFC 9110 clause 6.5.1: only fields that are known to
-    // be safe there may be merged into the header, and we know none).
+    // Fields after the body are ignored (RFC 9110 clause 6.5.1: only fields that are known to be
+    // safe there may be merged into the header, and this server knows none).
     void on_field_impl(Field, View name, View value, Error&) override {
         if (!is_header_done())
             _request.fields.emplace_back(text(name), text(value));

@@ -19,12 +19,13 @@ namespace embedded::http {
 struct Options {
     unsigned ioThreads = 0; ///< threads that read and write; 0: one a core, at most four
     unsigned workers = 4;   ///< threads that do what a handler returns as Work
-    /// Places in each lane: as many Works that name it are done at once, others wait. All together
-    /// less than `workers`, or lanes that hang take every thread.
+    /// The number of places in each lane: that many Works of the lane run at once, others wait. The
+    /// sum must be less than `workers`, or hanging Works could take every thread.
     std::vector<unsigned> lanes;
-    std::chrono::seconds laneWait = limits::patience; ///< that Work waits for places at most
-    /// Beyond it the server closes a connection that waits for a request: of the address with most
-    /// connections, the one that has waited longest. If none waits, the new client gets a 503.
+    std::chrono::seconds laneWait = limits::patience; ///< how long Work waits for its places
+    /// Above this number the server closes a connection that waits for a request: of the address
+    /// with most connections, the one that has waited longest. If none waits, the new client gets a
+    /// 503.
     unsigned connectionLimit = limits::connections;
     /// Connections beyond the limit that are closed or refused at the same time; further ones wait
     /// to be accepted.
@@ -34,28 +35,27 @@ struct Options {
     std::chrono::seconds refusalTime = limits::refusalTime;
     std::uint64_t bodyLimit = limits::body;     ///< bytes; beyond it the reply is 413
     std::uint32_t headerLimit = limits::header; ///< bytes; beyond it the reply is 431
-    /// Bytes of a body in pieces that is sent whole, to an HTTP/1.0 client; beyond it the reply is
-    /// 500.
+    /// Bytes of a body in pieces that an HTTP/1.0 client gets whole; beyond it the reply is 500.
     std::size_t wholeReplyLimit = limits::wholeReply;
-    /// Bytes of all requests that are read or handled, and of replies that are made whole; beyond
-    /// it the reply is 503.
+    /// Bytes of all requests that the server reads or handles, and of all whole replies; beyond it
+    /// the reply is 503.
     std::size_t keptLimit = limits::allRequests;
     std::chrono::seconds idleTimeout = limits::idleTime; ///< for the next request on a connection
-    /// For the rest of a request that has begun, for a client to take `leastTaken` of its reply,
-    /// and for a TLS handshake.
+    /// The time for the rest of a request that has begun, for a client to take `leastTaken` bytes
+    /// of its reply, and for a TLS handshake.
     std::chrono::seconds requestTimeout = limits::requestTime;
     std::size_t leastTaken = limits::leastTaken; ///< bytes, or all that is left
-    /// Takes a line for whoever runs the server, and its kind. There are few kinds, whatever
-    /// clients send. Called on any thread, one call at a time; must not block.
+    /// Takes a line for the log, and its kind, of which there are few, whatever clients send.
+    /// Called on any thread, one call at a time; must not block.
     std::function<void(const std::string& kind, const std::string& line)> log;
 };
 
-/// Listens from its construction on, so that the port is known, and clients may connect, before
-/// there is anything that could answer: a Server, which takes it over.
+/// Listens from its construction on: the port is known, and clients may connect, before the Server
+/// that takes it over exists.
 class Listener {
   public:
-    /// `address`: a number or a name; `port` 0: any free one; `tls`: of what comes there, null for
-    /// plain HTTP. Throws std::runtime_error that says address, port and reason.
+    /// `address`: a number or a name; `port`: 0 for any free one; `tls`: null for plain HTTP.
+    /// Throws std::runtime_error that says address, port and reason.
     Listener(const std::string& address, std::uint16_t port,
              std::shared_ptr<const TlsContext> tls = nullptr);
     ~Listener();
@@ -67,7 +67,7 @@ class Listener {
     /// Whether only this machine can connect.
     bool isLoopback() const { return _isLoopback; }
     const std::shared_ptr<const TlsContext>& tls() const { return _tls; }
-    /// The listening socket, from now on the caller's to close.
+    /// The listening socket, which the caller has to close.
     int release();
 
   private:
@@ -82,20 +82,20 @@ class Listener {
 /// Thread-safety: stop() may be called from any thread and from a signal watcher.
 class Server {
   public:
-    /// The options are for all `listeners` together, of which there is at least one.
+    /// The options apply to all `listeners` together. REQUIRES: there is at least one.
     Server(std::vector<Listener> listeners, const Options& options, Handler handler);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// Serves until stop(). Requests that are being handled then are finished and answered. When it
-    /// returns, no connection is left, nor the source of a body.
+    /// Serves until stop(), and then finishes and answers the requests in progress. When it
+    /// returns, all connections and body sources are gone.
     void run();
-    /// No new connections or requests; makes run() return when the last reply is sent or `grace` is
-    /// over, whichever comes first. run() says which: see drained().
+    /// Refuses new connections and requests; run() returns when the last reply is sent or `grace`
+    /// is over. drained() tells which.
     void stop(std::chrono::seconds grace = std::chrono::seconds(10));
-    /// After run(): false when some Work was still running at the end of the grace time. It is left
-    /// to itself, and may outlive the server.
+    /// After run(): false if some Work was still running at the end of the grace time. That Work
+    /// runs on, and may outlive the server.
     bool drained() const;
 
   private:

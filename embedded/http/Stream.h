@@ -18,8 +18,8 @@
 
 namespace embedded::http {
 
-/// What is read and written through it is what the client and the server say to each other; one
-/// reading or writing at a time. A stream of Asio's, so that its functions can use it.
+/// Reads and writes the plain text of the conversation, one read or write at a time. It meets
+/// Asio's requirements of a stream, so that Asio's functions can use it.
 ///
 /// Thread-safety: none.
 class Stream {
@@ -32,11 +32,11 @@ class Stream {
     Stream(Socket socket, const TlsContext* tls);
 
     executor_type get_executor() { return _socket.get_executor(); }
-    /// What is beneath TLS.
+    /// The socket beneath TLS.
     Socket& socket() { return _socket; }
     bool isSecure() const { return _tls.has_value(); }
 
-    /// REQUIRES: isSecure(). To be done before anything is read or written.
+    /// Comes before the first read or write. REQUIRES: isSecure().
     template <class Handler>
     void async_handshake(Handler&& handler) {
         _tls->async_handshake(boost::asio::ssl::stream_base::server,
@@ -57,14 +57,14 @@ class Stream {
             _socket.async_write_some(buffers, std::forward<Handler>(handler));
     }
 
-    /// What is to be written to the socket as the last thing, so that the client knows that nothing
-    /// is missing (close_notify); empty without TLS, or when its handshake is not done. Nothing is
-    /// read or written through the stream any more. The text is the stream's.
+    /// The last bytes to write to the socket, so that the client knows that nothing is missing
+    /// (close_notify); empty without TLS or before the end of its handshake. Nothing may be read or
+    /// written through the stream afterwards. The stream owns the text.
     std::string_view farewell() noexcept;
 
-    /// Whose certificate the client has, see certificateName().
+    /// The name in the client's certificate, see certificateName().
     std::string peerName() { return _tls ? certificateName(_tls->native_handle()) : std::string(); }
-    /// For the log, why the handshake has failed with `error`.
+    /// Why the handshake has failed with `error`, for the log.
     std::string handshakeProblem(const Error& error);
     /// Whether the client speaks HTTP where `error` says that TLS was expected.
     static bool isPlainHttp(const Error& error);

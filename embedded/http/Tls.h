@@ -1,4 +1,4 @@
-// TLS for the clients of a listener: which certificate is shown, and whose are taken.
+// TLS for the clients of a listener: the server's certificate, and the roots of its clients'.
 #pragma once
 
 #include "threads/Locks.h"
@@ -17,22 +17,22 @@ namespace embedded::http {
 /// Thread-safety: all functions may be called from several threads at once.
 class TlsContext {
   public:
-    /// All in PEM. A key must not be encrypted: nobody is there to be asked.
+    /// All in PEM. The key must not be encrypted, since the server cannot ask for a password.
     struct Files {
         std::filesystem::path certificate; ///< the server's, then those that lead to its root
         std::filesystem::path key;
-        /// The roots of clients' certificates. Clients are asked for one then, and need not have
-        /// one; one that they have must be good. Empty: nobody is asked.
+        /// The roots of clients' certificates. The server asks each client for a certificate, which
+        /// must be valid if the client has one. Empty: the server does not ask.
         std::filesystem::path clientCa;
     };
 
     /// Throws std::runtime_error that says which file cannot be used, and why.
     explicit TlsContext(Files files);
 
-    /// Reads the files again, for connections that come from now on, tickets of former ones
-    /// included. Throws as the constructor does; all is as before then.
+    /// Reads the files again, for all later connections, also those that resume an earlier session.
+    /// Throws as the constructor; nothing changes then.
     void reload();
-    /// For one connection that comes now.
+    /// For a connection that is made now.
     std::shared_ptr<ssl_ctx_st> current() const;
 
   private:
@@ -41,12 +41,12 @@ class TlsContext {
     std::shared_ptr<ssl_ctx_st> _current GUARDED_BY(_mutex);
 };
 
-/// The common name (CN) in the subject of the certificate that the client of `connection` has
-/// proved to be its own, after the handshake; empty: it has none, or more than one name, or one
-/// that is not one line of UTF-8.
+/// After the handshake: the common name (CN) in the subject of the certificate that the client of
+/// `connection` has proved to own. Empty if the client has no certificate, or the subject has no
+/// CN, several, or one that is not a line of UTF-8.
 std::string certificateName(const ssl_st* connection);
 
-/// What OpenSSL says of the oldest error of this thread; forgets all of them.
+/// OpenSSL's text for the oldest error of this thread; clears all of them.
 std::string tlsError();
 
 } // namespace embedded::http

@@ -1,4 +1,4 @@
-// A handler with somebody who looks on.
+// A handler whose requests and replies a watcher sees.
 #pragma once
 
 #include "http/Message.h"
@@ -10,8 +10,8 @@ namespace embedded::http {
 /// Sees a reply before it is sent, and may put another source in the place of its `rest`.
 using ReplyWatch = std::function<void(Reply& reply)>;
 
-/// A handler that does what `handler` does. `watch` sees each request first; what it returns sees
-/// the reply, on the thread that made it. Thread-safety: as `handler` and `watch`.
+/// Calls `watch` with each request, then `handler`, and then, on the thread that made the reply,
+/// what `watch` returned. Thread-safety: as `handler` and `watch`.
 Handler watched(Handler handler, std::function<ReplyWatch(const Request&)> watch);
 
 } // namespace embedded::http

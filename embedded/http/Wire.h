@@ -1,4 +1,4 @@
-// Requests and replies as bytes, where it is not a parser's work.
+// Replies as bytes.
 #pragma once
 
 #include "http/Message.h"
@@ -14,14 +14,13 @@ namespace embedded::http {
 /// reads as "stays open".
 enum class Persistence { Silent, KeepAlive, Close };
 
-/// The header of `reply` with the empty line that ends it: Date when `date` is not empty, the
-/// reply's fields with the names, order and values that they have, then how long the body is (its
-/// length when that is not among the fields, or that it comes in chunks), then Connection.
-/// Throws std::invalid_argument for a reason or field that would not stay on its line, and for a
-/// content length beside a body that comes in pieces.
+/// The header of `reply` with the empty line that ends it: Date unless `date` is empty, the reply's
+/// fields as they are, Content-Length (unless it is among the fields) or Transfer-Encoding, then
+/// Connection. Throws std::invalid_argument for a reason or field that contains a line end, and for
+/// a content length of a body in pieces.
 std::string wireHeader(const Reply& reply, Persistence persistence, std::string_view date = {});
 
-/// The line with which a chunk of `size` bytes begins (RFC 9112 clause 7.1).
+/// The first line of a chunk of `size` bytes (RFC 9112 clause 7.1).
 std::string chunkBegin(std::size_t size);
 
 /// A reply without a body; `content-length: 0` says so.
@@ -31,7 +30,7 @@ Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {})
 /// whatever the locale and the time zone.
 std::string httpDate(std::time_t time);
 
-/// What the exception that is being handled says. REQUIRES: called in a handler of exceptions.
+/// The text of the exception that is being handled. REQUIRES: called within a catch clause.
 std::string thrownText();
 
 } // namespace embedded::http

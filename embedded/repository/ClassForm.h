@@ -1,4 +1,4 @@
-// What the makers of instances need to know of a class.
+// What is needed of a class to make its instances.
 #pragma once
 
 #include "repository/ClassNode.h"
@@ -32,26 +32,26 @@ class ClassForm {
     /// The place of a property, or `noIndex`.
     Pegasus::Uint32 find(const Pegasus::CIMName& property) const;
 
-    /// The shape of an instance that gives `given`, places of properties. As OpenPegasus does it,
-    /// the properties that come from the class stand before those given, in the class's order.
-    /// `written` stands for what `qualify` does to the qualifiers of a new shape's example, which
-    /// has those that the class hands down; both may be empty.
+    /// The shape of an instance that gives the properties at the places `given`. As in OpenPegasus,
+    /// properties with the class's defaults stand before those given, in the class's order.
+    /// `qualify` changes the qualifiers of a new shape's example, which has those that the class
+    /// hands down; `written` identifies that change. Both may be empty.
     Ref<Shape> shape(const std::vector<Pegasus::Uint32>& given, const std::string& written = {},
                      const std::function<void(Pegasus::CIMInstance&)>& qualify = {});
     /// `shape` with members that differ only in whether they are given.
     Ref<Shape> reshaped(const Ref<Shape>& shape, const std::vector<Shape::Member>& members);
 
-    /// Tells the value that has been given for a property; null: the class's default goes in.
+    /// Returns the value given for a property; null for the class's default.
     using ValueSource = std::function<const Pegasus::CIMValue*(Pegasus::Uint32 property)>;
 
     /// Class and keys, without host and namespace. Asks `source` for the keys only. Throws
     /// MissingKey.
     Pegasus::CIMObjectPath path(const ValueSource& source) const;
 
-    /// What is to be kept. `values` are of the types of the properties that `shape` gives.
+    /// The instance to be kept. `values` have the types of the properties that `shape` gives.
     Ref<Stored> stored(const Ref<Shape>& shape, const Pegasus::CIMObjectPath& path,
                        const std::vector<Pegasus::CIMValue>& values);
-    /// To be called when what stored() has made last is not kept.
+    /// To be called if the last instance that stored() made is not kept.
     void forgetLast() { _last = {}; }
 
   private:

@@ -13,8 +13,8 @@ namespace embedded::repository {
 
 /// Never changed once it is in a namespace, where it stays as long as the namespace.
 struct ClassNode : Counted<ClassNode> {
-    /// A property or method, as the class wrote it down that declares it for this one: itself or
-    /// the nearest of its superclasses that does.
+    /// A property or method as the declaring class has it: this class, or the nearest superclass
+    /// that declares it.
     template <class Declared>
     struct Member {
         Declared declared;
@@ -25,7 +25,7 @@ struct ClassNode : Counted<ClassNode> {
     using Property = Member<Pegasus::CIMConstProperty>;
     using Method = Member<Pegasus::CIMConstMethod>;
 
-    /// A class with nothing in it; below `above`, unless that is null, with all of its members.
+    /// An empty class, or, unless `above` is null, a subclass of `above` with all of its members.
     ClassNode(const Pegasus::CIMName& className, const ClassNode* above, std::uint64_t place);
 
     const Pegasus::CIMName& name() const { return head.getClassName(); }

@@ -1,7 +1,7 @@
 // Checks and completes the instances that clients send.
 //
 // Errors are Pegasus::CIMException: CIM_ERR_INVALID_PARAMETER for a value of another type than the
-// property's, and what is said below.
+// property's, and those named below.
 #pragma once
 
 #include "repository/ClassForm.h"

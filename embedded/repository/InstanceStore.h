@@ -1,5 +1,5 @@
-// The instances of one class, in the order in which they came, found by their paths and, those of
-// an association, by what they refer to.
+// The instances of one class in the order of their creation. They are found by their paths, and
+// those of an association also by the objects that they refer to.
 #pragma once
 
 #include "repository/ClassForm.h"
@@ -15,13 +15,13 @@
 
 namespace embedded::repository {
 
-/// Tells which associations of an object are wanted. Asked once for each group of them: those of a
-/// group have references of the same roles to objects of the same classes and namespaces, and name
-/// the object in the same role. `references` are those of one in the group, and of them the one at
-/// `near` names the object. An empty function wants all.
+/// Decides which associations of an object are wanted, once for each group of them. The
+/// associations of a group have references of the same roles to objects of the same classes and
+/// namespaces, and name the object in the same role. `references` are those of one association of
+/// the group; the one at `near` names the object. An empty function wants all.
 using GroupFilter = std::function<bool(const References& references, std::size_t near)>;
 
-/// Copies share the instances; a change copies a number of them that is bounded.
+/// Copies share the instances; a change copies a bounded number of them.
 class InstanceStore : public Counted<InstanceStore> {
   public:
     struct Numbered {
@@ -41,9 +41,9 @@ class InstanceStore : public Counted<InstanceStore> {
     const SharedTree<Numbered>& all() const { return _instances; }
     /// Null if there is none. Valid until the store changes.
     const Ref<Stored>* find(const Pegasus::CIMObjectPath& path) const;
-    /// Those with a reference that names `source`, in their order. A reference without a namespace
-    /// means the one in which the association lives; the host in a reference is this one whatever
-    /// it calls itself. What is not wanted takes time for its groups only.
+    /// The instances with a reference to `source`, in their order. A reference without a namespace
+    /// means the association's; the host in a reference is ignored. Instances that are not wanted
+    /// cost time only for each group.
     std::vector<Ref<Stored>> referrers(const Pegasus::CIMObjectPath& source,
                                        const GroupFilter& isWanted) const;
 

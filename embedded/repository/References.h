@@ -10,8 +10,8 @@
 
 namespace embedded::repository {
 
-/// The path that the string `literal` spells (DSP0004, "Object paths"); `description` name what it
-/// is for. Throws MofError if it spells none.
+/// The path that the string `literal` spells (DSP0004, "Object paths"). Throws MofError, which says
+/// by `description` what the path is for, if it spells none.
 Pegasus::CIMObjectPath parsePath(const mof::Literal& literal, const std::string& description);
 
 /// Throws MofError at `where` unless an instance of `path`'s class may stand for `referenceClass`:

@@ -62,8 +62,8 @@ class InstanceList {
     SharedTree<InstanceStore::Numbered> _instances;
 };
 
-/// All that a repository held at the moment when the view was taken. Cheap to copy; may be held for
-/// as long as one likes. No function waits for a lock.
+/// Everything that a repository held when the view was taken. Cheap to copy; may be kept for any
+/// time. No function waits for a lock.
 ///
 /// Errors are Pegasus::CIMException with the status and message that a client is to see; for an
 /// unknown namespace CIM_ERR_INVALID_NAMESPACE "<nameSpace>".
@@ -78,7 +78,7 @@ class View {
 
     bool hasClass(const Pegasus::CIMNamespaceName& nameSpace,
                   const Pegasus::CIMName& className) const;
-    /// The flags as in GetClass (DSP0200 clause 5.3.2.1). Only what they ask for is copied.
+    /// The flags are as in GetClass (DSP0200 clause 5.3.2.1). Only what they ask for is copied.
     /// Unknown class: CIM_ERR_NOT_FOUND.
     Pegasus::CIMClass getClass(const Pegasus::CIMNamespaceName& nameSpace,
                                const Pegasus::CIMName& className, bool localOnly = false,
@@ -120,9 +120,10 @@ class View {
                                const Pegasus::CIMObjectPath& instanceName) const;
     InstanceList instances(const Pegasus::CIMNamespaceName& nameSpace,
                            const Pegasus::CIMName& className) const;
-    /// Those of `associationClass` with a reference that names `source`, in their order. A
-    /// reference without a namespace means `nameSpace`; hosts do not count, nor does the namespace
-    /// of `source`, which is in `nameSpace`. What is not wanted takes time for its groups only.
+    /// The instances of `associationClass` with a reference to `source`, in their order. `source`
+    /// is in `nameSpace`, whatever namespace its path has; a reference without a namespace means
+    /// `nameSpace`, too; hosts are ignored. Instances that are not wanted cost time only for each
+    /// group.
     std::vector<StoredInstance> referrers(const Pegasus::CIMNamespaceName& nameSpace,
                                           const Pegasus::CIMName& associationClass,
                                           const Pegasus::CIMObjectPath& source,

@@ -1,5 +1,5 @@
-// The operations of a CIM server (DSP0200 clause 5.3.2) as its protocol side and its providers ask
-// for them. routing::Router answers them; tests answer them with what they need.
+// The operations of a CIM server (DSP0200 clause 5.3.2), for its protocol side and its providers.
+// routing::Router implements them; tests have implementations of their own.
 #pragma once
 
 #include <embedding/Operation.h>
@@ -26,27 +26,27 @@ inline bool returnsPaths(OperationKind kind) {
            kind == OperationKind::AssociatorNames || kind == OperationKind::ReferenceNames;
 }
 
-/// A registered module, by the number that it has in this process.
+/// The number of a registered module in this process.
 struct Module {
     unsigned number;
     Pegasus::String name;
 };
 
-/// What will be done for an operation. Nothing has begun.
+/// An operation that is ready to be performed.
 struct Plan {
-    /// The modules that perform() calls and may wait for, each once. They live as long as whoever
-    /// made the plan. Without modules, perform() takes next to no time.
+    /// The modules that perform() calls and may wait for, each once. They live as long as the
+    /// object that made the plan. Without modules, perform() takes next to no time.
     std::vector<const Module*> modules;
-    /// To be called once. Throws Pegasus::CIMException with the status and the message that the
-    /// client is to see, or std::bad_alloc, and nothing else. When it has returned, every provider
-    /// has answered: the cursor reads from memory alone and cannot fail.
+    /// May be called once. Throws only std::bad_alloc, or Pegasus::CIMException with the status and
+    /// message for the client. When it returns, every provider has answered: the cursor reads from
+    /// memory alone and cannot fail.
     std::function<Answer()> perform;
 };
 
-/// A null CIMName or an empty String stands for a filter that the client left out. Objects come as
-/// their provider gave them: includeQualifiers, includeClassOrigin and propertyList are applied
-/// when they are written out, not here, but for classes, to which all flags are applied here, and
-/// for the properties of subclasses in an enumeration without deep inheritance.
+/// A null CIMName or an empty String stands for a filter that the client left out. Objects are
+/// returned as their provider gave them: the caller applies includeQualifiers, includeClassOrigin
+/// and propertyList when it writes them. Here, all flags are applied to classes, and an enumeration
+/// without deep inheritance drops the properties of subclasses.
 ///
 /// An association operation whose objectName has no keys asks about its class, whether the client
 /// wrote a CLASSNAME or an INSTANCENAME. No provider is asked; the answers are classes, to which

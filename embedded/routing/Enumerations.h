@@ -1,4 +1,4 @@
-// Pulled enumerations (DSP0200 1.4 clause 5.3.2.24): operations whose answers are held between
+// Pulled enumerations (DSP0200 1.4 clause 5.3.2.24): the server keeps an operation's answer between
 // requests.
 #pragma once
 
@@ -20,7 +20,7 @@ namespace embedded::routing {
 
 class Enumerations;
 
-/// An operation, and what of its answer has not been pulled.
+/// An operation, and the part of its answer that has not been pulled.
 class Enumeration {
   public:
     explicit Enumeration(Operation operation) : _operation(std::move(operation)) {}
@@ -29,9 +29,9 @@ class Enumeration {
 
     const Operation& operation() const { return _operation; } ///< to which the answer refers
     void setAnswer(Cursor next) { _next = std::move(next); }
-    /// The next thing, or false when there is no more.
+    /// Takes the next thing; false at the end.
     bool next(Answered& answered);
-    /// Whether there is a next thing, which is looked up and kept for that.
+    /// Whether there is a next thing, which it fetches and keeps for next().
     bool hasMore();
 
   private:
@@ -53,12 +53,12 @@ class EnumerationLease {
 
     explicit operator bool() const { return _enumeration != nullptr; }
     Enumeration* operator->() const { return _enumeration; }
-    /// The next request finds the enumeration by it; nobody can guess it.
+    /// The next request finds the enumeration by this text, which cannot be guessed.
     const std::string& context() const { return _context; }
-    /// Counts the `objects` things that the answer keeps in memory. To be called once. Throws
-    /// CIM_ERR_SERVER_LIMITS_EXCEEDED when all enumerations together keep too many.
+    /// Counts the `objects` that the answer keeps in memory; may be called once. Throws
+    /// CIM_ERR_SERVER_LIMITS_EXCEEDED if all enumerations together keep too many.
     void charge(std::size_t objects);
-    /// The enumeration waits for its next request, as long as its time-out says.
+    /// From now on the enumeration waits for its next request, until its time-out.
     void giveBack() noexcept;
 
   private:
@@ -94,15 +94,15 @@ class Enumerations {
     Enumerations(const Enumerations&) = delete;
     Enumerations& operator=(const Enumerations&) = delete;
 
-    /// A new one, whose answer is still to come. CIM_ERR_SERVER_LIMITS_EXCEEDED when there are too
+    /// A new enumeration, without an answer yet. CIM_ERR_SERVER_LIMITS_EXCEEDED if there are too
     /// many.
     EnumerationLease open(Operation operation, std::chrono::seconds timeOut);
-    /// The one that `request` wants to read on in: its kind, caller and namespace are those of the
-    /// operation that it was opened with. CIM_ERR_INVALID_ENUMERATION_CONTEXT when there is none,
-    /// CIM_ERR_FAILED while another request reads on in it.
+    /// The enumeration that `request` pulls from; `request` has the kind, caller and namespace of
+    /// the operation that opened it. CIM_ERR_INVALID_ENUMERATION_CONTEXT if there is none,
+    /// CIM_ERR_FAILED while another request pulls from it.
     EnumerationLease take(const std::string& context, const Operation& request);
-    /// Closes the one that `request`, whose kind does not count, is about. Errors as of take(), but
-    /// CIM_ERR_PULL_CANNOT_BE_ABANDONED while another request reads on in it.
+    /// Closes the enumeration of `request`, whose kind does not matter. Errors as of take(), but
+    /// CIM_ERR_PULL_CANNOT_BE_ABANDONED while another request pulls from it.
     void close(const std::string& context, const Operation& request);
 
     std::size_t size() const; ///< how many are open
@@ -119,7 +119,7 @@ class Enumerations {
     using Table = std::map<std::string, Open, std::less<>>;
 
     Table::iterator find(const std::string& context, const Operation& request) REQUIRES(_mutex);
-    /// Takes it out of the table. What it holds ends with what is returned, without the lock.
+    /// Takes the enumeration out of the table. The caller destroys it without the lock.
     std::unique_ptr<Enumeration> remove(Table::iterator which) REQUIRES(_mutex);
     void removeExpired();
 

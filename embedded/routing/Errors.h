@@ -1,4 +1,4 @@
-// Whatever code throws, as the error that a CIM client is to see.
+// Turns exceptions into the errors that CIM clients see.
 #pragma once
 
 #include <Pegasus/Common/Exception.h>
@@ -16,9 +16,8 @@ namespace embedded::routing {
 /// be closed. REQUIRES: called from within a catch clause.
 Pegasus::CIMException currentCimException();
 
-/// Runs `operation`; whatever leaves it is a CIMException (see currentCimException), but for
-/// std::bad_alloc: a server that is out of memory has no result, and a provider must not take that
-/// for the answer to its read-back.
+/// Runs `operation`, and turns what it throws into a CIMException (see currentCimException), but
+/// for std::bad_alloc: a provider must not take a lack of memory for the answer to its read-back.
 template <class Operation>
 auto asCimErrors(Operation&& operation) -> decltype(operation()) {
     try {

@@ -1,4 +1,4 @@
-// Faults on demand: what goes wrong, in place of an answer, when a provider asks the server back.
+// Faults on demand: a provider's read-back fails or hangs instead of being answered.
 #pragma once
 
 #include "routing/CimOperations.h"
@@ -45,8 +45,8 @@ class Faults {
 
     explicit Faults(std::vector<Fault> faults) : _faults(std::move(faults)) {}
 
-    /// Suffers, in their order, the faults for `operation` on its target() (case is ignored): waits
-    /// out those that hang, until one throws its CIMException or says that there is no answer.
+    /// Applies the faults for `operation` on its target() (ignoring case), in their order: waits
+    /// for those that hang, until one throws its CIMException or says that there is no answer.
     Outcome meet(const Operation& operation) const;
 
   private:

@@ -1,4 +1,4 @@
-// Read-backs that go wrong: put between a provider's handle and the server.
+// Applies faults to read-backs, between a provider's handle and the server.
 #pragma once
 
 #include "routing/CimOperations.h"
@@ -8,8 +8,8 @@
 
 namespace embedded::routing {
 
-/// Each operation suffers its faults, then is `server`'s to answer, unless the faults say that
-/// there is no answer.
+/// Applies the faults of each operation, and then asks `server`, unless a fault says that there is
+/// no answer.
 ///
 /// Thread-safety: as `server`'s.
 class FaultyReadBacks : public CimOperations {
@@ -19,14 +19,14 @@ class FaultyReadBacks : public CimOperations {
         : _server(server), _faults(std::move(faults)) {}
 
     Plan plan(const Operation& operation) override {
-        // The modules are not known yet, and nobody asks a read-back's plan for them.
+        // A read-back's plan is not asked for its modules, which are not known yet.
         return {{}, [this, &operation] {
                     const bool answered = _faults.meet(operation) == Faults::Outcome::ServersAnswer;
                     return answered ? _server.perform(operation) : Answer();
                 }};
     }
 
-    /// Nobody reads these back, so they suffer nothing.
+    /// Providers cannot ask these, so there are no faults for them.
     std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) override {
         return _server.keyNames(nameSpace, className);

@@ -10,7 +10,7 @@
 
 namespace embedded::routing {
 
-/// What `cursor` has, each thing as `change` leaves it; `change` gets an Answered& that holds a T.
+/// The things of `cursor`, each changed by `change`, which gets an Answered& that holds a T.
 template <class T, class Change>
 Cursor mapped(Cursor cursor, Change change) {
     return [cursor = std::move(cursor), change = std::move(change)](Answered& answered) mutable {
@@ -21,7 +21,7 @@ Cursor mapped(Cursor cursor, Change change) {
     };
 }
 
-/// What `make` makes of each of `items`, when it is asked for.
+/// Calls `make` for each of `items` when the cursor comes to it.
 template <class Items, class Make>
 Cursor madeOf(Items items, Make make) {
     return [items = std::move(items), make = std::move(make),
@@ -40,11 +40,11 @@ Answer answerOver(Container items) {
     return {cursorOverAll(std::move(items)), 1, held};
 }
 
-/// Asks the sources of one operation, one after the other, and joins their answers in that order.
+/// Asks the sources of one operation one after the other, and joins their answers in that order.
 ///
-/// CIM_ERR_NOT_SUPPORTED from a source is ignored if another source answers otherwise. Any other
-/// error, the first one, is the answer of the whole operation; the sources after it are asked all
-/// the same, as a server that asks them concurrently does.
+/// CIM_ERR_NOT_SUPPORTED from a source is ignored if another source answers otherwise. The first
+/// other error is the answer of the whole operation; the remaining sources are asked all the same,
+/// as a server does that asks them concurrently.
 class JoinedAnswer {
   public:
     /// `ask` returns the Answer of one source, or throws.
@@ -64,7 +64,7 @@ class JoinedAnswer {
         }
     }
 
-    /// To be called once. Throws CIMException when an error is the answer.
+    /// May be called once. Throws CIMException if the answer is an error.
     Answer take();
 
   private:

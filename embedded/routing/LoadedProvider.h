@@ -1,4 +1,4 @@
-// A provider's object and what it stands on: its library and its handle.
+// A provider's object, with the library and the handle that it needs.
 #pragma once
 
 #include "routing/ProviderLibrary.h"
@@ -10,12 +10,11 @@
 
 namespace embedded::routing {
 
-/// Thread-safety: the one who makes and unmakes it sees to it that nobody uses it meanwhile.
+/// Thread-safety: must not be used while it is made or destroyed.
 class LoadedProvider {
   public:
-    /// Opens the library, unless the module is part of the program, has it create the provider
-    /// `name` and initialises that. Throws CIMException CIM_ERR_FAILED, with everything undone
-    /// again.
+    /// Opens the library (unless the module is part of the program), creates the provider `name`
+    /// and initialises it. Throws CIMException CIM_ERR_FAILED, and undoes everything then.
     LoadedProvider(const RegisteredModule& module, const ProviderName& name,
                    const ModuleSettings& settings);
     /// Calls terminate(), then closes the library, if there is one.
@@ -33,7 +32,8 @@ class LoadedProvider {
 
     const ProviderName& _name;
     const ModuleSettings& _settings;
-    // Members are unmade from the last to the first: the library goes when nothing of it is left.
+    // Members are destroyed from the last to the first: the library is closed when nothing of it is
+    // left.
     std::optional<ProviderLibrary> _library;
     std::optional<Pegasus::CIMOMHandle> _handle;
     Pegasus::CIMProvider* _object = nullptr;

@@ -24,9 +24,8 @@ class Provider {
     /// The module that it is in.
     virtual const Module& module() const = 0;
 
-    /// Calls `use` with the provider's object, ready for requests. `className` is the class that
-    /// it is asked for. What `use` throws comes out unchanged; a provider that cannot be made
-    /// ready throws CIMException.
+    /// Calls `use` with the provider's object, which is ready for requests for `className`. Throws
+    /// what `use` throws, and CIMException if the provider cannot be made ready.
     virtual void call(const Pegasus::CIMName& className,
                       const std::function<void(Pegasus::CIMProvider&)>& use) = 0;
 };

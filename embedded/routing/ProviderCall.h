@@ -12,8 +12,8 @@ namespace embedded::routing {
 /// The containers that a provider may count on.
 Pegasus::OperationContext contextFor(const Caller& caller);
 
-/// Calls `function` with the provider's `Interface`. Everything but a thrown CIM_ERR_SUCCESS,
-/// which is no error, comes out as CIMException.
+/// Calls `function` with the provider's `Interface`. Throws whatever `function` throws as a
+/// CIMException, but for CIM_ERR_SUCCESS, which is no error.
 template <class Interface, class Function>
 void callProvider(Provider& provider, const Pegasus::CIMName& className, Function&& function) {
     provider.call(

@@ -7,14 +7,13 @@
 
 namespace embedded::routing {
 
-/// What stands behind a provider's CIMOMHandle: `operations`, asked on the calling thread.
-/// Messages carry no status name, as no wire is between. The server unloads nothing while it runs,
-/// so providers need not forbid it.
+/// Stands behind a provider's CIMOMHandle, and asks `operations` on the calling thread. Messages
+/// have no status name, which only replies over the wire have. The server unloads nothing while it
+/// runs, so it ignores providers that forbid unloading.
 ///
-/// A call that would enter a module that waits for it gets CIM_ERR_FAILED at once.
+/// A call gets CIM_ERR_FAILED at once if it would enter a module that waits for that call.
 ///
-/// Thread-safety: may be asked from several threads at once, threads of a provider's own among
-/// them.
+/// Thread-safety: several threads may ask at once, also a provider's own threads.
 class ProviderHandle : public Pegasus::CIMOMHandleRep {
   public:
     explicit ProviderHandle(CimOperations& operations) : _operations(operations) {}
@@ -25,9 +24,9 @@ class ProviderHandle : public Pegasus::CIMOMHandleRep {
     CimOperations& _operations;
 };
 
-/// While it lives, every CIMOMHandle that a provider gets or makes leads to `operations`. One at a
-/// time in a process. REQUIRES: made before the first provider is loaded; outlived by
-/// `operations`.
+/// While it lives, every CIMOMHandle that a provider gets or makes leads to `operations`, which
+/// must outlive it. There is one at a time in a process. REQUIRES: made before the first provider
+/// is loaded.
 class ProviderHandles {
   public:
     explicit ProviderHandles(CimOperations& operations) {

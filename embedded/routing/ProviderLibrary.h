@@ -23,9 +23,9 @@ class ProviderLibrary {
   public:
     using CreateProvider = Pegasus::CIMProvider* (*)(const Pegasus::String& providerName);
 
-    /// Resolves all symbols now, because calling a missing one would end the process, and refuses a
-    /// file that is cut off for the same reason. Symbols become visible to other modules, as in
-    /// other CIM servers. With `keepOpen` the library stays mapped for the rest of the process.
+    /// Resolves all symbols now, and refuses a file that is cut off, because a call of a missing
+    /// symbol would end the process. Other modules see the symbols, as in other CIM servers. With
+    /// `keepOpen` the library stays mapped for the rest of the process.
     /// Throws std::runtime_error "Cannot load library, error: <dlerror>".
     explicit ProviderLibrary(const std::filesystem::path& file, bool keepOpen = false);
     ~ProviderLibrary();

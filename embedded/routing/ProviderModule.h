@@ -1,8 +1,7 @@
 // Providers of registered modules: found, loaded, initialised, called and terminated.
 //
-// A provider is made ready by the first request for it, on that request's thread; requests that
-// come meanwhile wait. When that fails the module is as if it had never been loaded, and the next
-// request tries again.
+// The first request for a provider loads and initialises it, on that request's thread; requests
+// that come meanwhile wait. If that fails, everything is undone, and the next request tries again.
 #pragma once
 
 #include "routing/Provider.h"
@@ -24,13 +23,13 @@ using CreateProvider = std::function<Pegasus::CIMProvider*(const Pegasus::String
 struct ModuleSettings {
     /// Where libraries are looked for, in this order.
     std::vector<std::filesystem::path> directories;
-    /// Leaves libraries mapped when their providers are gone: what reports on leaks and races
-    /// needs their symbols then.
+    /// Leaves libraries mapped after their providers have ended: reports of leaks and races need
+    /// the symbols.
     bool keepLibraries = false;
-    /// Takes a line with the text of an exception from initialize() or terminate(), which no client
-    /// is told. Several threads may call it at once. Empty: the lines are dropped.
+    /// Takes a line with the text of an exception from initialize() or terminate(), which clients
+    /// do not see. Several threads may call it at once. Empty: the lines are dropped.
     std::function<void(const std::string&)> log;
-    /// Modules that are part of the program, by their location: no library is looked for.
+    /// Modules that are part of the program and need no library, by their location.
     std::map<std::string, CreateProvider> linked;
 };
 
@@ -55,9 +54,10 @@ class ProviderModules {
     /// All registered modules, in the order of their numbers, which count from 0.
     const std::vector<Module>& modules() const { return _modules; }
 
-    /// Calls terminate() on every loaded provider, the last one that became ready first, and closes
-    /// its library, for good. Later requests get CIM_ERR_FAILED. Waits until `until` for requests
-    /// in progress; a provider that is still busy then stays loaded. False: one did.
+    /// Calls terminate() on every loaded provider, in the reverse of the order in which they became
+    /// ready, and closes the libraries for good. Later requests get CIM_ERR_FAILED. Waits until
+    /// `until` for requests in progress; a provider that is still busy then stays loaded, and the
+    /// result is false.
     bool unloadAll(Clock::time_point until = Clock::time_point::max());
 
     /// A call into a provider that has not returned.

@@ -1,5 +1,5 @@
-// Which provider of which module answers for which class: the PG_ProviderModule, PG_Provider and
-// PG_ProviderCapabilities instances of the interop namespace, as a table.
+// The table of providers by class, from the PG_ProviderModule, PG_Provider and
+// PG_ProviderCapabilities instances of the interop namespace.
 #pragma once
 
 #include "repository/View.h"
@@ -51,7 +51,7 @@ class Registration {
   public:
     /// Nothing is registered.
     Registration() = default;
-    /// Reads the instances in `interop`. One that is faulty is left out and told in findings().
+    /// Reads the instances in `interop`. Faulty ones are left out and listed in findings().
     Registration(const repository::View& view, const Pegasus::CIMNamespaceName& interop);
 
     /// Registers a module that is part of the program, with one provider, for the instances of each
@@ -66,7 +66,7 @@ class Registration {
                              const Pegasus::CIMName& className, ProviderType type) const;
 
     const std::map<Pegasus::String, RegisteredModule>& modules() const { return _modules; }
-    /// Every provider of a registered module, whether or not it has capabilities.
+    /// All providers of registered modules, with capabilities or without.
     const std::vector<ProviderName>& providers() const { return _providers; }
     /// In the order of the instances, their namespaces, and their types.
     const std::vector<Capability>& capabilities() const { return _capabilities; }

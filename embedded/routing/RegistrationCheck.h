@@ -1,4 +1,4 @@
-// Whether what is registered can work: for the person who asks why nothing answers.
+// Checks whether the registered providers can work, to find out why nothing answers.
 #pragma once
 
 #include "repository/View.h"

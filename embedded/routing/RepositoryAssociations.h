@@ -17,8 +17,8 @@ struct TraversalFilters {
     Pegasus::String resultRole;   ///< of the far end
 };
 
-/// The questions about one source within one namespace. `classes` are always the association
-/// classes to look at; none of them stands for its subclasses.
+/// Answers about one source within one namespace. `classes` are always the association classes to
+/// look at, without their subclasses.
 ///
 /// Thread-safety: as the repository's.
 class RepositoryAssociations {

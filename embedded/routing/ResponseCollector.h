@@ -1,4 +1,4 @@
-// What a provider delivers, taken under the rules that a CIM server holds its providers to.
+// Response handlers, which hold providers to the rules of a CIM server.
 #pragma once
 
 #include <Pegasus/Common/CIMInstance.h>
@@ -9,7 +9,7 @@
 
 namespace embedded::routing {
 
-/// How many objects the operation answers with.
+/// How many objects the operation returns.
 enum class Expected { One, Any };
 
 // A delivered object becomes the server's own copy: its provider may keep it, change it, and
@@ -69,11 +69,11 @@ class ResponseCollector : public Handler {
         flush();
     }
 
-    /// Whether one object was expected and complete() was called without any: the provider has
-    /// caught the exception that told it so.
+    /// Whether one object was expected and complete() was called without any, because the provider
+    /// has caught the exception that said so.
     bool completedEmpty() const { return _completedEmpty; }
 
-    /// What reaches the client.
+    /// The objects that reach the client.
     const Pegasus::Array<Object>& objects() const { return _objects; }
 
   private:
@@ -98,7 +98,7 @@ using InstanceCollector = ResponseCollector<Pegasus::InstanceResponseHandler, Pe
 using PathCollector = ResponseCollector<Pegasus::ObjectPathResponseHandler, Pegasus::CIMObjectPath>;
 using ObjectCollector = ResponseCollector<Pegasus::ObjectResponseHandler, Pegasus::CIMObject>;
 
-/// For the operations that answer with nothing.
+/// For the operations that return nothing.
 class Acknowledgement : public Pegasus::ResponseHandler {
   public:
     void processing() override {}

@@ -1,5 +1,4 @@
-// The server's answer to every operation: which providers and which part of the repository are
-// asked, with what, and how their answers become one.
+// Answers every operation: asks the right providers and the repository, and joins their answers.
 #pragma once
 
 #include "repository/Repository.h"
@@ -13,28 +12,28 @@
 
 namespace embedded::routing {
 
-/// The name of this machine, as object paths carry it.
+/// The name of this machine in object paths.
 Pegasus::String localHostName();
 
-/// Instance operations go to the provider of exactly the class that is named, an enumeration to
-/// the provider of that class and to those of each of its subclasses, an association operation to
-/// the providers of the association classes that can touch the source's class. Where none is
-/// registered, the repository answers, from what it held when the operation was planned. Providers
-/// are asked one after the other, in the repository's order of classes.
+/// Instance operations go to the provider of exactly the class that they name, an enumeration to
+/// the providers of that class and of each of its subclasses, an association operation to the
+/// providers of the association classes that can refer to the source's class. Without a registered
+/// provider, the repository answers, as it was when the operation was planned. Providers are asked
+/// one after the other, in the repository's order of classes.
 ///
-/// Instances of the repository are created, modified and deleted only if the server is `writable`,
-/// and never where they would appear among those that a provider publishes: not of a subclass of
-/// its class, nor of a superclass by which its objects are enumerated. Such a write is
-/// CIM_ERR_ACCESS_DENIED. Namespaces are never created: CIM_ERR_NOT_SUPPORTED.
+/// Clients may create, modify and delete instances of the repository only if the server is
+/// `writable`, and never among the instances that a provider publishes: neither of a subclass of
+/// its class, nor of a superclass whose enumeration includes its objects. Other writes get
+/// CIM_ERR_ACCESS_DENIED. Creating a namespace gets CIM_ERR_NOT_SUPPORTED.
 ///
-/// A write on behalf of a caller who may not write is CIM_ERR_ACCESS_DENIED, whoever would answer
-/// it.
+/// A write of a caller without that right gets CIM_ERR_ACCESS_DENIED, even where a provider would
+/// answer it.
 ///
 /// Thread-safety: several threads may plan and perform at once.
 class Router : public CimOperations {
   public:
-    /// `repository` and `modules` must outlive this object. `hostName` stands in the paths that
-    /// providers are given, and completes those that they return.
+    /// `repository` and `modules` must outlive this object. `hostName` is the host in paths that
+    /// providers get, and in paths that they return without one.
     Router(repository::Repository& repository, const ProviderModules& modules,
            const Pegasus::String& hostName, bool writable = false);
 
@@ -56,7 +55,7 @@ class Router : public CimOperations {
         void requireNameSpace() const;
         void requireClass(const Pegasus::CIMName& className) const;
     };
-    /// What answers for the objects of a class: its provider, or null for the repository.
+    /// The provider of a class, or null if the repository has its objects.
     struct Source {
         Pegasus::CIMName className;
         Provider* provider;

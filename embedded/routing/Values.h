@@ -1,4 +1,4 @@
-// Reading property values, and texts in the form that the standard library likes.
+// Reads property values as texts of the standard library.
 #pragma once
 
 #include "embedding/Text.h"
@@ -34,7 +34,7 @@ Pegasus::Array<T> arrayOf(const std::vector<T>& items) {
     return array;
 }
 
-/// What `textOf` makes of each of `items`, with `separator` between.
+/// The texts that `textOf` returns for each of `items`, with `separator` between them.
 template <class Items, class TextOf>
 std::string joined(const Items& items, const TextOf& textOf, const char* separator = ", ") {
     std::string all;
@@ -51,7 +51,7 @@ std::string joined(const Items& items, const TextOf& textOf, const char* separat
 Pegasus::CIMInstance withProperties(const Pegasus::CIMInstance& instance,
                                     const Pegasus::CIMPropertyList& propertyList);
 
-/// `path` without host and namespace: how messages name an instance.
+/// `path` without host and namespace, as messages name an instance.
 Pegasus::CIMObjectPath localPath(const Pegasus::CIMObjectPath& path);
 
 } // namespace embedded::routing

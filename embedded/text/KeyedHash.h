@@ -1,5 +1,5 @@
-// A hash for what comes from outside: its key is this process's own, so nobody can make up texts
-// that meet in one place of a table.
+// A hash for texts from outside. Its key is this process's own, so that a client cannot make up
+// texts with the same hash.
 #pragma once
 
 #include <cstddef>
@@ -37,7 +37,7 @@ class KeyedHash {
         : _0(key.low ^ 0x736F6D6570736575U), _1(key.high ^ 0x646F72616E646F6DU),
           _2(key.low ^ 0x6C7967656E657261U), _3(key.high ^ 0x7465646279746573U) {}
 
-    /// Drawn when it is first asked for. Thread-safe.
+    /// Made at the first call. Thread-safe.
     static const Key& processKey();
 
     static constexpr std::uint64_t turned(std::uint64_t word, unsigned bits) noexcept {

@@ -14,16 +14,15 @@ std::size_t findInvalidUtf8(std::string_view text);
 /// The number of characters of `text`, which must be valid.
 std::size_t countCharacters(std::string_view text);
 
-/// Appends `character`, up to U+10FFFF; a surrogate, too, gets the three bytes that its number
-/// asks for.
+/// Appends `character`, up to U+10FFFF; a surrogate becomes the three bytes of its number.
 void appendUtf8(std::string& out, char32_t character);
 
-/// Appends the code units of `text` to `units`. A surrogate may come as three bytes. Answers the
-/// offset of the first byte that is not valid even so, where it stops, or npos.
+/// Appends the code units of `text` to `units`. A surrogate may come as three bytes. Stops at the
+/// first byte that is not valid, and returns its offset, or npos.
 std::size_t appendUtf16(std::u16string& units, std::string_view text);
 
-/// `text` as a message can show it in one line: control characters (C0, DEL, C1) and bytes that are
-/// no UTF-8 are written as \\xNN, byte by byte.
+/// `text` for a message of one line: control characters (C0, DEL, C1) and bytes that are no UTF-8
+/// are written as \\xNN, byte by byte.
 std::string visible(std::string_view text);
 
 constexpr bool isHighSurrogate(char32_t unit) noexcept {

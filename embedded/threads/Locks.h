@@ -15,9 +15,10 @@
 #define GUARDED_BY(mutex) EMBEDDED_THREAD_SAFETY(guarded_by(mutex))
 /// Behind a function: whoever calls it holds `mutex`, and does so when it has returned.
 #define REQUIRES(mutex) EMBEDDED_THREAD_SAFETY(requires_capability(mutex))
-/// Behind a function: it takes `mutex`, or waits for who has it, so nobody calls it with that held.
+/// Behind a function: it takes `mutex`, or waits for a thread that has it; the caller must not hold
+/// it.
 #define EXCLUDES(mutex) EMBEDDED_THREAD_SAFETY(locks_excluded(mutex))
-/// Behind a function whose locking cannot be expressed; a comment there says what it is.
+/// Behind a function whose locking cannot be expressed; a comment there describes it.
 #define LOCKING_UNCHECKED EMBEDDED_THREAD_SAFETY(no_thread_safety_analysis)
 
 namespace embedded::threads {
@@ -50,7 +51,7 @@ class EMBEDDED_THREAD_SAFETY(scoped_lockable) Lock {
     Mutex& _mutex;
 };
 
-/// What threads wait for, each in a loop around wait(): it may return without a reason.
+/// Threads wait for it, each in a loop around wait(), which may return without a reason.
 class Condition {
   public:
     void wait(Mutex& mutex) REQUIRES(mutex) {

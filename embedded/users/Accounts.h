@@ -1,4 +1,4 @@
-// Who a client is, and what he may do.
+// Decides who a client is, and what he may do.
 #pragma once
 
 #include "threads/Locks.h"
@@ -43,17 +43,17 @@ class Accounts {
     using Clock = std::chrono::steady_clock;
     explicit Accounts(std::vector<User> users, std::function<Clock::time_point()> now = Clock::now);
 
-    /// The verdict as far as no hash has to be computed. Takes next to no time. `address`: the
-    /// client's.
+    /// The verdict, or Unverified if a hash has to be computed first. Takes next to no time.
+    /// `address` is the client's.
     Verdict recall(const Credentials& credentials, std::string_view address);
-    /// Looks at the hash if recall() says Unverified; never answers that. Takes some hundredths of
-    /// a second. Throws std::bad_alloc, or std::runtime_error
-    /// if the hash cannot be computed; that is no failure of the user.
+    /// As recall(), but computes the hash if necessary, which takes some hundredths of a second;
+    /// never returns Unverified. Throws std::bad_alloc, or std::runtime_error if the hash cannot be
+    /// computed; that does not count as a failure of the user.
     Verdict verify(const Credentials& credentials, std::string_view address);
-    /// The role of a user who has proved otherwise who he is; none if there is no such user.
+    /// The role of a user who has proved his identity in another way; none if there is no such
+    /// user.
     std::optional<Role> roleOf(const std::string& name) const;
-    /// From now on there are these users; what was remembered is forgotten. Nothing changes if it
-    /// throws.
+    /// Replaces all users, and forgets all remembered credentials. Nothing changes if it throws.
     void replace(std::vector<User> users);
 
   private:
@@ -72,8 +72,8 @@ class Accounts {
     Backoff _slowAddresses GUARDED_BY(_mutex);
 };
 
-/// What is slowed down for an address: itself, or the /64 network of an IPv6 address, in which a
-/// client can choose any address.
+/// The key by which failures from `address` are counted: the address, or the /64 network of an IPv6
+/// address, since a client can choose any address in that.
 std::string networkOf(std::string_view address);
 
 } // namespace embedded::users

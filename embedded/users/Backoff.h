@@ -1,4 +1,4 @@
-// Who has failed lately, and how long he has to wait before he may try again.
+// Counts recent failures, and tells how long to wait before the next attempt.
 #pragma once
 
 #include "users/LruCache.h"

@@ -1,5 +1,5 @@
-// Credentials that were right a short time ago, so that the hash of a password, which is slow on
-// purpose, is not computed for each request.
+// Remembers verified credentials, so that the hash of a password, which is slow on purpose, is not
+// computed for each request.
 #pragma once
 
 #include "users/Credentials.h"
@@ -14,8 +14,8 @@ struct evp_mac_ctx_st; // of OpenSSL
 
 namespace embedded::users {
 
-/// What stands for credentials: a hash of name and password with a key of its own (HMAC-SHA-256),
-/// which is of no use outside.
+/// Computes digests of credentials: a hash of name and password with a key of its own
+/// (HMAC-SHA-256), so that a digest is of no use outside.
 ///
 /// Thread-safety: may be used by several threads at once.
 class Digester {
@@ -37,12 +37,12 @@ class Digester {
 
     static Context keyedContext();
 
-    // Keyed once, as that takes several times as long as a hash of some bytes; each hash works in a
-    // copy.
+    // Gets its key once, since that takes several times as long as a hash of some bytes; each hash
+    // works on a copy.
     const Context _context;
 };
 
-/// Digests of verified credentials. One that nobody asks for goes after a while.
+/// Digests of verified credentials. A digest that is not asked for expires after a while.
 ///
 /// Thread-safety: none.
 class CredentialCache {

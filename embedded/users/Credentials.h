@@ -1,4 +1,4 @@
-// What a client says of who it is.
+// The credentials that a client sends.
 #pragma once
 
 #include <optional>
@@ -12,9 +12,8 @@ struct Credentials {
     std::string password;
 };
 
-/// The credentials of an Authorization field of the scheme Basic (RFC 7617), which has the form
-/// "Basic BASE64"; none if it is of another scheme or form. A name may be any one, also one that no
-/// user has; it and the password have no control characters.
+/// The credentials of an Authorization field "Basic BASE64" (RFC 7617); none if it has another
+/// scheme or form, or if name or password have control characters. The name need not be a user's.
 std::optional<Credentials> basicCredentials(std::string_view field);
 
 } // namespace embedded::users

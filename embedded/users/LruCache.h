@@ -1,4 +1,4 @@
-// A table with a bound: what has not been touched for longest gives way.
+// A table of limited size, which drops the entry that was not used for the longest time.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ class LruCache {
         const auto found = _places.find(key);
         return found == _places.end() ? nullptr : &found->second->second;
     }
-    /// The one of `key`, which is made if there is none; touched last, from now on.
+    /// The entry of `key`, made if there is none. It becomes the one used last.
     Value& touch(const Key& key) {
         const auto found = _places.find(key);
         if (found != _places.end()) {

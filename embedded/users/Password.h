@@ -6,22 +6,22 @@
 
 namespace embedded::users {
 
-/// What is wrong with `password`, for whoever chooses it; empty: nothing. Control characters, NUL
-/// among them, cannot be sent, and bytes that are no UTF-8 are not the same at all clients.
+/// What is wrong with `password`, for the person who chooses it; empty if nothing is. Clients
+/// cannot send control characters (NUL included), and send bytes that are not UTF-8 differently.
 std::string passwordFault(std::string_view password);
 
-/// A new hash of `password`, with the default method and cost of yescrypt and a salt of its own.
-/// Throws std::invalid_argument for a password that has a fault, std::runtime_error if the library
-/// or its source of random bytes fails. Takes some hundredths of a second, as matches() does.
+/// A new hash of `password` by yescrypt at its default cost, with a new salt. Throws
+/// std::invalid_argument for a faulty password, std::runtime_error if the library or its source of
+/// random bytes fails. Takes some hundredths of a second, as matches() does.
 std::string hashed(std::string_view password);
 
-/// Whether `hash` is of `password`. A password that has a fault takes as long as any other one and
-/// matches nothing. `hash`: one that has no fault. Throws std::runtime_error if the library cannot
-/// say, for want of memory. Thread-safe.
+/// Whether `hash` is the hash of `password`. A faulty password takes as long as any other, and
+/// matches nothing. REQUIRES: `hash` has no fault. Throws std::runtime_error if the library has no
+/// memory. Thread-safe.
 bool matches(std::string_view password, const std::string& hash);
 
-/// What is wrong with a hash that was read; empty: nothing. Known are the methods that the crypt
-/// library thinks safe.
+/// What is wrong with a hash that was read; empty if nothing is. Only methods that the crypt
+/// library considers safe are accepted.
 std::string hashFault(const std::string& hash);
 
 } // namespace embedded::users

@@ -23,33 +23,33 @@ struct User {
 
 constexpr const char* noPassword = "*";
 
-/// A file that cannot be used; what() says file, line and why.
+/// Thrown for a file that cannot be used; what() says file, line and why.
 class UsersFileError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// What is wrong with the name of a user; empty: nothing.
+/// What is wrong with the name of a user; empty if nothing is.
 std::string nameFault(std::string_view name);
 
-/// The users that `text` lists, in its order. `file`: its name, for errors. Throws UsersFileError
-/// for the first line that is not as it should be, and for a name that comes twice.
+/// The users that `text` lists, in its order. Throws UsersFileError, which names `file`, for the
+/// first faulty line, and for a name that comes twice.
 std::vector<User> usersIn(std::string_view text, const std::string& file);
 
-/// Those of a file. Throws UsersFileError if it cannot be read, has a fault, or if others than its
-/// owner may write it, or others than owner and group read it.
+/// The users of a file. Throws UsersFileError if the file cannot be read or is faulty, if others
+/// than its owner may write it, or if others than owner and group may read it.
 std::vector<User> readUsers(const std::filesystem::path& file);
 
-/// Puts a user into the file, in place of the one of that name if there is one; all else stays as
-/// it is. Without `role` he has the one that he had, a new one Role::Read. `hash`: as in User. A
-/// file that is not there is made, for its owner only (0600). The file is replaced as a whole, with
-/// mode and owner that it had, and by one process at a time. Follows no link. Throws
-/// UsersFileError; the file is then as before.
+/// Adds a user to the file, or replaces the user of that name; everything else in the file stays.
+/// Without `role` a known user keeps his role, and a new one gets Role::Read. `hash` is as in User.
+/// A missing file is created for its owner only (0600). One process at a time replaces the file as
+/// a whole, and keeps its mode and owner. Follows no link. Throws UsersFileError, and leaves the
+/// file as it was then.
 void putUser(const std::filesystem::path& file, const std::string& name, std::optional<Role> role,
              const std::string& hash);
 
-/// Takes the user called `name` out, as putUser() puts one in. Throws UsersFileError, also if there
-/// is none.
+/// Removes the user called `name`, in the same way as putUser(). Throws UsersFileError, also if
+/// there is none.
 void removeUser(const std::filesystem::path& file, const std::string& name);
 
 } // namespace embedded::users

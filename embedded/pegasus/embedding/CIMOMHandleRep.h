@@ -11,16 +11,16 @@
 
 namespace Pegasus {
 
-/// A server as the providers in it ask it back.
+/// A server, as its providers see it.
 ///
 /// Thread-safety: one object may be called from several threads at once.
 class PEGASUS_COMMON_LINKAGE CIMOMHandleRep {
   public:
     virtual ~CIMOMHandleRep() = default;
 
-    /// Throws CIMException; CIM_ERR_NOT_SUPPORTED for an operation that the server does not offer,
-    /// which is what this definition does, so that a server or a test states only what it answers.
-    /// `operation` need not live longer than the call; the answer is drained before the next one.
+    /// Throws CIMException; CIM_ERR_NOT_SUPPORTED for an operation that the server does not offer.
+    /// This definition always does, so that a server or test overrides only what it answers.
+    /// `operation` need not outlive the call; the caller drains the answer before the next call.
     virtual embedding::Answer perform(const embedding::Operation& operation);
 
     /// For a server that unloads providers; these definitions do nothing.
@@ -30,10 +30,10 @@ class PEGASUS_COMMON_LINKAGE CIMOMHandleRep {
 
 namespace embedding {
 
-/// Makes what stands behind every CIMOMHandle that is default-constructed from now on (copies of
-/// a handle share what stands behind it). One factory for the process; an empty function takes it
-/// back. While there is none, every operation of such a handle throws CIMException
-/// CIM_ERR_FAILED "no CIM server in this process", but for those about unloading, which do nothing.
+/// From now on, `factory` makes the server behind every default-constructed CIMOMHandle (copies of
+/// a handle share it). There is one factory in the process; an empty function removes it. Without a
+/// factory, every operation of such a handle throws CIMException CIM_ERR_FAILED "no CIM server in
+/// this process", but for those about unloading, which do nothing.
 ///
 /// Thread-safety: to be set before the first provider is loaded; then only read.
 PEGASUS_COMMON_LINKAGE void

@@ -1,5 +1,5 @@
-// An operation of a CIM server (DSP0200 clause 5.3.2) as one value, and its answer. Whoever asks (a
-// provider's CIMOMHandle, a protocol) and whoever answers know each other by these types alone.
+// An operation of a CIM server (DSP0200 clause 5.3.2) as one value, and its answer. Those who ask
+// (a provider's CIMOMHandle, a protocol) and those who answer share only these types.
 #pragma once
 
 #include <Pegasus/Common/CIMClass.h>
@@ -42,13 +42,13 @@ enum class OperationKind {
 /// As DSP0200 spells it, with a small first letter: "getClass".
 PEGASUS_COMMON_LINKAGE const char* operationName(OperationKind kind);
 
-/// On whose behalf something is asked.
+/// The user on whose behalf an operation is asked for.
 struct Caller {
     String userName;      ///< empty: not authenticated
-    bool mayWrite = true; ///< what a module asks of the server is not held against its client
+    bool mayWrite = true; ///< true for modules, even if their client may not write
 };
 
-/// An operation with its arguments. Those that its kind does not have, and those that were left
+/// An operation with its arguments. Arguments that its kind does not have, and those that were left
 /// out, are null, empty or false.
 struct PEGASUS_COMMON_LINKAGE Operation {
     OperationKind kind{};
@@ -79,15 +79,14 @@ struct PEGASUS_COMMON_LINKAGE Operation {
 using Answered = std::variant<CIMName, CIMObjectPath, CIMInstance, CIMObject, CIMClass, CIMValue,
                               CIMQualifierDecl>;
 
-/// Puts the next thing into its argument; false when there is no more. The things are the
-/// caller's own.
+/// Puts the next thing, which the caller owns, into its argument; returns false at the end.
 ///
-/// May be held for as long as one likes, by any thread and without a lock, and given up at any
-/// time. Called by one thread at a time.
+/// May be kept for any time, by any thread and without a lock, and destroyed at any time. One
+/// thread at a time may call it.
 using Cursor = std::function<bool(Answered&)>;
 
-/// What an operation answers, and from how many sources (providers, repository). A client can tell:
-/// an empty answer of one source has no IRETURNVALUE, one of several sources has an empty one.
+/// The answer to an operation, and its number of sources (providers, repository). Replies differ by
+/// it: an empty answer of one source has no IRETURNVALUE, one of several sources has an empty one.
 struct Answer {
     Cursor next; ///< empty: there is nothing
     unsigned sources = 1;

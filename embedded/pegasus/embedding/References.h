@@ -6,7 +6,7 @@
 
 namespace Pegasus::embedding {
 
-/// The path that the value of a reference key says, which is not read again where it is known.
+/// The path in the value of a reference key; the text is parsed only if the key does not keep it.
 /// Throws MalformedObjectNameException.
 PEGASUS_COMMON_LINKAGE CIMObjectPath referencedPath(const CIMKeyBinding& key);
 
