@@ -30,7 +30,7 @@ const std::map<std::string, int> maskOf = {{"CIM_SubProfileRequiresProfile", 1},
 /// The trace of each operation.
 struct Texts {
     std::string start;
-    std::string requires;
+    std::string required;
     std::string index;   ///< of the source, found or not; empty: not told
     std::string unknown; ///< the source is none
     std::string identity;
@@ -72,10 +72,10 @@ class SubProfileTraversalTest : public TraversalTest {
     Block requiring(const std::string& operation, const Row& row) {
         const Texts& texts = textsOf.at(operation);
         if (operation == "associatorNames")
-            return {{texts.requires, profileReferenceLine}, {profilePath(row.profile)}, {}};
+            return {{texts.required, profileReferenceLine}, {profilePath(row.profile)}, {}};
         if (operation == "associators")
-            return {{texts.requires}, {profileObject(row.profileIndex)}, {}};
-        return {{texts.requires, texts.index + std::to_string(row.index), profileReferenceLine,
+            return {{texts.required}, {profileObject(row.profileIndex)}, {}};
+        return {{texts.required, texts.index + std::to_string(row.index), profileReferenceLine,
                  profileReferenceLine},
                 asNamesOr(deliversNames(operation),
                           {{"CIM_SubProfileRequiresProfile",
@@ -105,8 +105,8 @@ class SubProfileTraversalTest : public TraversalTest {
     static Block unknown(const std::string& operation) {
         const Texts& texts = textsOf.at(operation);
         return isAssociators(operation)
-                   ? Block{{texts.requires, texts.unknown}, {}, {}}
-                   : Block{{texts.requires, texts.index + "-1", texts.unknown}, {}, {}};
+                   ? Block{{texts.required, texts.unknown}, {}, {}}
+                   : Block{{texts.required, texts.index + "-1", texts.unknown}, {}, {}};
     }
 };
 
@@ -146,7 +146,7 @@ TEST_F(SubProfileTraversalTest, ResultClassNarrowsTheProfileOnly) {
                 const bool skipped =
                     isAssociators(operation) && !is(resultClass, "CIM_RegisteredProfile");
                 return joined({before(operation, question, 15),
-                               skipped ? Block{{textsOf.at(operation).requires}, {}, {}}
+                               skipped ? Block{{textsOf.at(operation).required}, {}, {}}
                                        : requiring(operation, row),
                                implementing(operation, row)});
             });
@@ -180,7 +180,7 @@ TEST_F(SubProfileTraversalTest, UnknownSourceIsNotLookedUpForAnotherResultClass)
     for (const char* operation : {"associatorNames", "associators"}) {
         expectBlock(ask(subProfile, operation, question),
                     joined({before(operation, question, 15),
-                            {{textsOf.at(operation).requires}, {}, {}},
+                            {{textsOf.at(operation).required}, {}, {}},
                             implementing(operation, rows[0])}));
     }
 }
