@@ -73,8 +73,10 @@ LibraryProblem probeLibrary(const fs::path& file, const fs::path& tools,
                             std::chrono::seconds timeout) {
     std::error_code ignored;
     const fs::path absolute = fs::absolute(file, ignored); // a bare name would be searched for
-    const Outcome outcome = runProgram({"/proc/self/exe", probeOption, absolute}, timeout,
-                                       {{"LD_LIBRARY_PATH", libraryPath(tools)}});
+    const Outcome outcome =
+        runProgram({"/usr/bin/env", "LD_LIBRARY_PATH=" + libraryPath(tools),
+                    fs::read_symlink("/proc/self/exe", ignored), probeOption, absolute},
+                   timeout);
     switch (outcome.exitCode) {
     case loadable:
         return {};

@@ -27,16 +27,12 @@ struct Outcome {
 /// How programs are run: runProgram, or a test's stand-in.
 using Run = std::function<Outcome(const Arguments&)>;
 
-/// Additions to the environment of a program.
-using Environment = std::vector<std::pair<std::string, std::string>>;
-
 /// Runs a program, found by its path, in a process group of its own, with this program's
 /// environment (but messages in English) and without input. If it takes longer than the time, or
 /// prints more than 16 MiB, it and its children are killed. When this program is interrupted
-/// meanwhile, it has a few seconds left to finish. Throws std::system_error where the system has no
-/// pipe.
-Outcome runProgram(const Arguments& arguments, std::chrono::seconds timeout,
-                   const Environment& environment = {});
+/// meanwhile, it has a few seconds left to finish. For the one thread that the program has. Throws
+/// std::system_error where the system denies it memory.
+Outcome runProgram(const Arguments& arguments, std::chrono::seconds timeout);
 
 /// The command as one would type it.
 std::string commandText(const Arguments& arguments);
