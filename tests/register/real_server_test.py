@@ -10,7 +10,7 @@ import sys
 import tempfile
 import unittest
 
-from scenarios import HERE, MODULE, SCHEMA, Scenarios
+from scenarios import HERE, MODULE, SCHEMA, Scenarios, installed
 
 sys.path.insert(1, sys.path[0] + "/../kit")
 from openpegasus import RealServer
@@ -25,6 +25,7 @@ BY_THE_SERVER = (
     "disabled_module", "was_deleted", "another_module", "busy_module", "module_answers",
     "missing_or_damaged", "instance_that_others", "server_that_hangs", "whatever_fails_an_install",
     "is_whole_in_each_namespace")
+CLASSES = ("ORVEX_ObjectManagerHost", "ORVEX_SoftwareIdentity", "ORVEX_ElementSoftwareIdentity")
 REGISTRATION = ("PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities")
 
 
@@ -60,28 +61,15 @@ class Server(RealServer):
         return re.findall(r"^Qualifier (\w+)", self.ask("cimcli", "eq", "-n", namespace), re.M)
 
     def snapshot(self):
-        state = {"modules": sorted(self.ask("cimprovider", "-l", "-s").split("\n")),
-                 "namespaces": sorted(self.ask("cimcli", "ns").split())}
-        state["modules"] = [" ".join(line.split()) for line in state["modules"]]
-        for name in REGISTRATION:
-            listed = self.ask("cimcli", "ei", name, "-n", "root/PG_InterOp")
-            state[name] = sorted(listed.split("\n// path= "))
+        commands = ["cimprovider -l -s", "cimcli ns", "cimcli ec -di -n interop",
+                    *(f"cimcli ei {name} -n root/PG_InterOp" for name in REGISTRATION)]
         for namespace in self.namespaces:
-            if self.run(["cimcli", "nc", "-n", namespace]).returncode == 3:
-                continue  # there is no such namespace
-            state["qualifiers of " + namespace] = sorted(self.qualifiers(namespace))
-            names = sorted(self.ask("cimcli", "nc", "-di", "-n", namespace).split())
-            state[namespace] = {name: "" for name in names}
-            for name in names:
-                if name.startswith("ORVEX_"):
-                    state[namespace][name] = self.ask("cimcli", "gc", name, "-n", namespace)
-            if namespace == "interop":
-                state[namespace]["all"] = sorted(
-                    self.ask("cimcli", "ec", "-di", "-n", namespace).split("// " + "=" * 51))
-        return state
-
-    def signal(self, process, number):
-        process.send_signal(number)
+            commands += [f"cimcli eq -n {namespace}", f"cimcli nc -di -n {namespace}",
+                         *(f"cimcli gc {name} -n {namespace}" for name in CLASSES)]
+        said = self.run(["sh", "-c", "; echo ---; ".join(commands) + " 2>&1"]).stdout.split("---\n")
+        # Lists of lines, of instances or of classes.
+        return {command: sorted(re.split("\n// " if "// " in text else " *\n", text))
+                for command, text in zip(commands, said)}
 
     def stopped(self, stop):
         """Lets the server stand still, or go on."""
@@ -95,26 +83,38 @@ class WithRealServer(Scenarios, unittest.TestCase):
     thorough = False
     asking = False
 
-    def locate(self):
-        self.settings = self.server.etc / "serverobjects" / "ServerObjectsProvider.conf"
-        self.record = self.server.var_lib / "serverprofile-provider" / "record"
+    @classmethod
+    def locate(cls):
+        cls.settings = cls.server.etc / "serverobjects" / "ServerObjectsProvider.conf"
+        cls.record = cls.server.var_lib / "serverprofile-provider" / "record"
         return []
 
     @classmethod
     def setUpClass(cls):
         directory = tempfile.TemporaryDirectory()
         cls.addClassCleanup(directory.cleanup)
-        cls.parent = directory.name
         build = pathlib.Path(cls.tool).resolve().parent.parent
-        cls.server = Server(cls.home, [directory.name, SOURCE, build])
-        cls.server.__enter__()
-        cls.direct = cls.server.home / "bin"
-        cls.addClassCleanup(cls.server.__exit__, None, None, None)
+        server = Server(cls.home, [directory.name, SOURCE, build])
+        server.__enter__()
+        cls.addClassCleanup(server.__exit__, None, None, None)
+        cls.direct = server.home / "bin"
         for module in cls.modules:
-            shutil.copy(module, cls.server.providers)
+            shutil.copy(module, server.providers)
+        cls.furnish(server, directory.name)
 
+    def stand(self, installed):
+        if installed and not self.there:
+            self.tool_says(["install"], 0)
+            type(self).whole = self.whole or self.state()
+        elif self.there and not installed:
+            self.back_to(self.pristine)
+
+    def back_to(self, before):
+        self.tool_says(["remove"], 0)
+        self.assertStateIs(before)
+
+    @installed
     def test_the_module_answers_what_it_registers_for(self):
-        self.tool_says(["install"], 0)
         for namespace in ("root/cimv2", "interop"):
             names = self.server.ask("cimcli", "ni", "CIM_RegisteredProfile", "-n", namespace)
             self.assertEqual(len(re.findall(r"^CIM_Registered", names, re.M)), 6, names)
@@ -134,8 +134,8 @@ class WithRealServer(Scenarios, unittest.TestCase):
         finally:
             shutil.copy(self.modules[0], library)
 
+    @installed
     def test_an_instance_that_others_made_keeps_its_class(self):
-        self.tool_says(["install"], 0)
         self.by_hand("cimprovider", "-d", "-m", MODULE)
         self.by_hand("cimprovider", "-r", "-m", MODULE)
         self.by_hand("cimcli", "ci", "ORVEX_SoftwareIdentity", "InstanceID=other", "-n",
@@ -148,62 +148,38 @@ class WithRealServer(Scenarios, unittest.TestCase):
     def test_a_server_that_hangs_is_given_up(self):
         self.server.stopped(True)
         try:
-            said = self.tool_says(["status", "--timeout", "3"], 1)
+            said = self.tool_says(["status", "--timeout", "1"], 1)
         finally:
             self.server.stopped(False)
         self.assertIn("did not end in time and was killed", said)
 
+    @installed
+    def test_a_clients_walk_is_whole_in_each_namespace_beside_a_switchs_own_providers(self):
+        for namespace in ("interop", "root/cimv2"):
+            for file in (SCHEMA / "orvex_switch.mof", SOURCE / "samples" / "sample_switch.mof"):
+                self.by_hand("cimmof", "-uc", "-aEV", "-n", namespace, file)
+        path = f"PATH={SOURCE / 'walk'}:{self.server.environment['PATH']}"
+        done = self.server.run(["env", path, *self.command(["status"])])
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        for namespace in ("interop", "root/cimv2"):
+            self.assertRegex(done.stdout,
+                             rf"ok     a client's walk is whole in {namespace}: [1-9]\d\d+ ")
+        self.assertIn("kept the namespace interop", self.tool_says(["remove"], 0))
+        self.take_out_the_switch()
 
-class AClientsWalk(unittest.TestCase):
-    """What it is all for: the profile, installed with nothing but the tool beside a switch's own
-    providers, is whole for a client."""
-
-    maxDiff = None
-    home = ""
-    tool = ""
-    modules = ()
-
-    def test_is_whole_in_each_namespace_and_nothing_is_left_when_all_is_removed(self):
-        build = pathlib.Path(self.tool).resolve().parent.parent
-        with Server(self.home, [SOURCE, build]) as server:
-            for module in self.modules:
-                shutil.copy(module, server.providers)
-            before = server.snapshot()
-
-            def says(*arguments):
-                done = server.run(["env", f"PATH={SOURCE / 'walk'}:{server.environment['PATH']}",
-                                   self.tool, *arguments, "--mof", SCHEMA])
-                self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-                return done.stdout
-
-            says("install")
-            for namespace in ("interop", "root/cimv2"):
-                for file in (SCHEMA / "orvex_switch.mof", SOURCE / "samples" / "sample_switch.mof"):
-                    server.ask("cimmof", "-uc", "-aEV", "-n", namespace, str(file))
-            said = says("status")
-            for namespace in ("interop", "root/cimv2"):
-                self.assertRegex(said,
-                                 rf"ok     a client's walk is whole in {namespace}: [1-9]\d\d+ ")
-            self.assertIn("kept the namespace interop", says("remove"))
-            self.take_out_the_switch(server)
-            says("remove")
-            self.assertEqual(server.snapshot(), before)
-
-    @staticmethod
-    def take_out_the_switch(server):
+    def take_out_the_switch(self):
         text = (SCHEMA / "orvex_switch.mof").read_text()
         for namespace in ("interop", "root/cimv2"):
             for name in reversed(re.findall(r"^class (\w+)", text, re.M)):
-                for path in server.ask("cimcli", "ni", name, "-n", namespace).split("\n"):
+                for path in self.by_hand("cimcli", "ni", name, "-n", namespace).split("\n"):
                     if path.strip():
-                        server.ask("cimcli", "di", path.strip(), "-n", namespace)
-                server.ask("cimcli", "dc", name, "-n", namespace)
+                        self.by_hand("cimcli", "di", path.strip(), "-n", namespace)
+                self.by_hand("cimcli", "dc", name, "-n", namespace)
 
 
 def chosen(words):
     """The -k options for the tests with these words in their names, of which each has to have one."""
-    names = [name for case in (WithRealServer, AClientsWalk) for name in dir(case)
-             if name.startswith("test_")]
+    names = [name for name in dir(WithRealServer) if name.startswith("test_")]
     lost = [word for word in words if not any(word in name for name in names)]
     if lost:
         sys.exit(f"real_server_test: no test is called {', '.join(lost)}")
@@ -220,5 +196,4 @@ if __name__ == "__main__":
     known, rest = parser.parse_known_args()
     for name in ("home", "tool", "client", "modules"):
         setattr(WithRealServer, name, getattr(known, name))
-        setattr(AClientsWalk, name, getattr(known, name))
     unittest.main(argv=[sys.argv[0], *(chosen(BY_THE_SERVER) if known.brief else []), *rest])

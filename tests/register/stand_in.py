@@ -9,6 +9,7 @@ The state is {"namespaces": {NAME: {CLASS: {"super", "version", "refs", "keys"}}
 "configured": {PROPERTY: VALUE}}, an INSTANCE being {"class", "properties": {NAME: VALUE}}.
 """
 
+import functools
 import json
 import pathlib
 import subprocess
@@ -44,6 +45,12 @@ def mof(value):
     return json.dumps(value)
 
 
+@functools.lru_cache(maxsize=None)
+def read_mof(file, versions):
+    """What a MOF file declares; it is read once, as long as those beside it are of these versions."""
+    return subprocess.run([READER, file], capture_output=True, text=True, check=False)
+
+
 class Tool:
     """A call of a tool; `out` and `err` are what it says."""
 
@@ -66,7 +73,8 @@ class Cimmof(Tool):
         self.file = pathlib.Path(arguments[-1])
 
     def run(self):
-        read = subprocess.run([READER, self.file], capture_output=True, text=True, check=False)
+        read = read_mof(self.file, tuple((other.name, other.stat().st_mtime_ns)
+                                         for other in sorted(self.file.parent.glob("*.mof"))))
         if read.returncode != 0:
             raise Refused(250, read.stderr)
         declared = json.loads(read.stdout)

@@ -13,7 +13,7 @@ import sys
 import unittest
 
 import stand_in
-from scenarios import SCHEMA, Scenarios
+from scenarios import SCHEMA, Scenarios, installed
 
 LIBRARIES = pathlib.Path()
 # Stands for serverprofile-walk: writes down what it was asked, and says what the test has put there.
@@ -67,21 +67,44 @@ class StandIn:
         return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                 stderr=subprocess.PIPE, text=True)
 
-    def signal(self, process, number):
-        process.send_signal(number)
-
 
 class WithStandIn(Scenarios, unittest.TestCase):
     maxDiff = None
 
-    def setUp(self):
-        self.server = StandIn()
-        super().setUp()
+    @classmethod
+    def setUpClass(cls):
+        cls.furnish(StandIn())
+        # Of the many qualifiers, which are deleted one by one, the stand-in asks for Version alone.
+        cls.schema = shutil.copytree(SCHEMA, cls.parent / "schema")
+        qualifiers = cls.schema / "qualifiers.mof"
+        qualifiers.write_text(re.sub(r"^Qualifier (?!Association|Key|Version).*?;\n", "",
+                                     qualifiers.read_text(), flags=re.M | re.S))
 
-    def locate(self):
-        self.settings = self.place / "etc" / "ServerObjectsProvider.conf"
-        self.record = self.place / "var" / "record"
-        return ["--settings-dir", self.settings.parent, "--record", self.record]
+    @classmethod
+    def locate(cls):
+        cls.settings = cls.parent / "etc" / "ServerObjectsProvider.conf"
+        cls.record = cls.parent / "var" / "record"
+        return ["--settings-dir", cls.settings.parent, "--record", cls.record]
+
+    def stand(self, installed):
+        self.back_to(self.pristine)
+        if installed and not self.whole:
+            self.tool_says(["install"], 0)
+            type(self).whole = self.state()
+        elif installed:
+            self.back_to(self.whole)
+
+    def back_to(self, before):
+        self.server.state = copy.deepcopy(before)
+        for directory in (self.settings.parent, self.record.parent):
+            shutil.rmtree(directory, ignore_errors=True)
+        for name, (mode, text) in self.server.state.pop("files").items():
+            path = pathlib.Path(name)
+            if text is None:
+                path.mkdir()
+            else:
+                path.write_text(text)
+            path.chmod(int(mode, 8) & 0o7777)
 
     def test_a_library_that_the_server_cannot_load_is_said(self):
         damaged = self.place / "damaged"
@@ -101,8 +124,8 @@ class WithStandIn(Scenarios, unittest.TestCase):
                 self.assertStateIs(before)
         self.server.state["configured"] = self.pristine["configured"]
 
+    @installed
     def test_status_asks_for_nothing_that_loads_a_wrong_library(self):
-        self.tool_says(["install"], 0)
         self.server.state["configured"]["providerDir"] = str(LIBRARIES / "embedded")
         said = self.tool_says(["status"], 1)
         self.assertIn("no requests are tried, as the server would load that library", said)
@@ -138,8 +161,8 @@ class WithStandIn(Scenarios, unittest.TestCase):
                         "problems": [{"text": text, "advice": None}]}
                        for number, text in enumerate(problems)]})
 
+    @installed
     def test_status_says_whether_a_clients_walk_is_whole(self):
-        self.tool_says(["install"], 0)
         asked = self.walk(interop=(0, self.verdict()), cimv2=(0, self.verdict()))
         url = "http://127.0.0.1:15988"
         said = self.tool_says(["status", "--url", url], 0)
@@ -149,8 +172,8 @@ class WithStandIn(Scenarios, unittest.TestCase):
             f"--json --timeout 60 --namespace {namespace} {url}"
             for namespace in ("interop", "root/cimv2")])
 
+    @installed
     def test_status_names_what_breaks_a_clients_walk_and_not_without_end(self):
-        self.tool_says(["install"], 0)
         self.walk(interop=(1, self.verdict("CIM_Namespace is\nmissing")),
                   cimv2=(1, self.verdict(*(f"no {number}" for number in range(20)))))
         said = self.tool_says(["status", "--url", "http://x"], 1)
@@ -165,8 +188,8 @@ class WithStandIn(Scenarios, unittest.TestCase):
         self.assertIn("WRONG  a client's walk in interop: the server stopped answering",
                       self.tool_says(["status", "--url", "http://x"], 1))
 
+    @installed
     def test_status_says_why_it_did_not_walk_and_how_to(self):
-        self.tool_says(["install"], 0)
         self.walk(interop=(3, self.verdict(error="http://x: Connection refused")),
                   cimv2=(1, "no verdict"))
         said = self.tool_says(["status", "--url", "http://x"], 0)
@@ -178,8 +201,8 @@ class WithStandIn(Scenarios, unittest.TestCase):
         self.assertRegex(self.tool_says(["status"], 0),
                          "note   .* there is no serverprofile-walk .*; install it")
 
+    @installed
     def test_the_walk_goes_where_the_servers_configuration_says(self):
-        self.tool_says(["install"], 0)
         asked = self.walk(interop=(0, self.verdict()), cimv2=(0, self.verdict()))
         for configured, url in (
                 ({"enableHttpConnection": "true", "httpPort": "15988"}, "http://127.0.0.1:15988"),
@@ -201,8 +224,8 @@ class WithStandIn(Scenarios, unittest.TestCase):
                       "         load the CIM schema into it", self.tool_says(["install"], 1))
         self.assertStateIs(self.pristine)
 
+    @installed
     def test_classes_with_instances_of_others_are_kept(self):
-        self.tool_says(["install"], 0)
         self.server.state["stored"].append(["root/cimv2", "ORVEX_ObjectManagerHost"])
         self.assertIn("kept root/cimv2:ORVEX_ObjectManagerHost: others have instances of it",
                       self.tool_says(["remove"], 0))

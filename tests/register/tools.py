@@ -5,12 +5,11 @@ import os
 import pathlib
 import re
 import signal
-import socketserver
+import socket
 import tempfile
 import threading
 
 NAMES = ("cimmof", "cimprovider", "cimcli", "cimconfig", "cimserver")
-HANGS = 600.0
 
 # What the tools say and how they end when the server refuses, and when it is not there.
 REFUSALS = {
@@ -42,8 +41,7 @@ class Tools:
     half    it does half of its work and then refuses (cimmof; another one refuses)
     after   it does its work and then says that it failed
     crash   it ends by a signal, having done nothing
-    hang    it never ends, having done nothing; `waiting` is set
-    pause   it does its work once release() is called; `waiting` is set, and then `done`
+    wait    it does its work once release() is called, if ever; `waiting` is set
     down    the server is not there
 
     `errors` are what went wrong in answering.
@@ -56,47 +54,60 @@ class Tools:
         self.answer = answer
         self.socket = str(self.directory / "socket")
         self.waiting = threading.Event()
-        self.done = threading.Event()
         self.errors = []
+        self._held = []  # the tools that wait: each with what it was called with
         self.plan()
-        tools = self
+        self._listener = socket.socket(socket.AF_UNIX)
+        self._listener.bind(self.socket)
+        self._listener.listen()
+        threading.Thread(target=self._serve, daemon=True).start()
 
-        class Handler(socketserver.StreamRequestHandler):
-            def handle(self):
-                name, *arguments = self.rfile.read().decode().split("\0")[:-1]
-                try:
-                    code, out, err = tools.take(pathlib.Path(name).name, arguments)
-                except Exception as error:  # a fault of the test, which would pass for the tool's
-                    tools.errors.append(repr(error))
-                    raise
-                out = out.encode()
-                try:
-                    self.wfile.write(b"%d %d\n" % (code, len(out)) + out + err.encode())
-                except BrokenPipeError:
-                    pass  # it was killed meanwhile
+    def _serve(self):
+        while True:
+            try:
+                tool = self._listener.accept()[0]
+            except OSError:
+                return  # closed
+            with tool.makefile("rb") as stream:
+                name, *arguments = stream.read().decode().split("\0")[:-1]
+            self._reply(tool, self.take, pathlib.Path(name).name, arguments)
 
-        class Server(socketserver.ThreadingUnixStreamServer):
-            daemon_threads = True
-            request_queue_size = 16
-
-        self._server = Server(self.socket, Handler)
-        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+    def _reply(self, tool, how, name, arguments):
+        try:
+            reply = how(name, arguments)
+        except Exception as error:  # a fault of the test, which would pass for the tool's
+            self.errors.append(repr(error))
+            reply = 99, "", "the test failed"
+        if reply is None:
+            self._held.append((tool, name, arguments))
+            self.waiting.set()
+            return
+        code, out, err = reply
+        out = out.encode()
+        with tool:
+            try:
+                tool.sendall(b"%d %d\n" % (code, len(out)) + out + err.encode())
+            except BrokenPipeError:
+                pass  # it was killed meanwhile
 
     def release(self):
-        self._released.set()
+        """Lets the tools that wait do their work."""
+        while self._held:
+            tool, *call = self._held.pop()
+            self._reply(tool, self.answer, *call)
 
     def close(self):
-        self.release()
-        self._server.shutdown()
-        self._server.server_close()
+        self._listener.shutdown(socket.SHUT_RDWR)
+        self._listener.close()
 
     def plan(self, *faults):
         """From now on these faults, and a new count of the calls."""
         self.calls = []
         self.faults = faults
         self.waiting.clear()
-        self.done.clear()
-        self._released = threading.Event()
+        for tool, *_ in self._held:
+            tool.close()
+        self._held = []
 
     def take(self, name, arguments):
         call = " ".join([name, *arguments])
@@ -115,13 +126,8 @@ class Tools:
             self.answer(name, arguments)
         elif mode == "crash":
             return -signal.SIGKILL, "", ""
-        elif mode in ("hang", "pause"):
-            self.waiting.set()
-            self._released.wait(HANGS)
-            if mode == "pause":
-                answer = self.answer(name, arguments)
-                self.done.set()
-                return answer
+        elif mode == "wait":
+            return None
         text, code = (DOWN if mode == "down" else REFUSALS)[name]
         return code, "", text
 
