@@ -1,8 +1,8 @@
 #include "register/Situation.h"
 
-#include "register/Interrupt.h"
 #include "register/Library.h"
 #include "register/Names.h"
+#include "register/Process.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -68,9 +68,9 @@ bool overlap(const Instance& one, const Instance& other, const char* property) {
 }
 
 // A library of that name; `given`: that one, if it is the one that the server finds.
-void checkLibrary(const std::string& name, const std::filesystem::path& given,
-                  const std::vector<std::filesystem::path>& configured, const Settings& settings,
-                  const Server& server, Report& report) {
+void checkLibrary(const Job& job, const std::string& name, const std::filesystem::path& given,
+                  const std::vector<std::filesystem::path>& configured) {
+    const auto& [settings, content, server, report] = job;
     const auto& directories = configured.empty() ? usualProviderDirectories() : configured;
     const std::vector<std::string> names(directories.begin(), directories.end());
     const std::filesystem::path found = findFile(name, directories, false);
@@ -90,7 +90,8 @@ void checkLibrary(const std::string& name, const std::filesystem::path& given,
                          "providerDir (cimconfig -s providerDir=... -c)");
         return;
     }
-    const LibraryProblem problem = probeLibrary(library, server.tools().cimcli, settings.timeout);
+    const LibraryProblem problem =
+        probeLibrary(library, server.tools().cimcli, std::chrono::seconds(settings.timeout));
     if (problem.text.empty())
         report.ok("the server can load " + library.string());
     else
@@ -110,7 +111,7 @@ std::optional<Tools> checkTools(const Settings& settings, Report& report) {
     const Tools tools = findTools(toolDirectories(settings.tools), missing);
     if (!missing.empty()) {
         report.wrong("the server's tools: no " + joined(missing) +
-                         (settings.tools.empty() ? "" : " in " + settings.tools.string()),
+                         (settings.tools.empty() ? "" : " in " + settings.tools),
                      "install OpenPegasus, set PEGASUS_HOME, or say with --tools where they are");
         return std::nullopt;
     }
@@ -122,7 +123,7 @@ std::optional<Tools> checkTools(const Settings& settings, Report& report) {
 std::optional<Content> checkContent(const Settings& settings, Report& report) {
     try {
         Content content = readContent(settings.mofDirectory);
-        report.ok("the package's MOF: " + settings.mofDirectory.string());
+        report.ok("the package's MOF: " + settings.mofDirectory);
         return content;
     } catch (const std::runtime_error& error) {
         report.wrong(std::string("the package's MOF: ") + error.what(),
@@ -131,21 +132,21 @@ std::optional<Content> checkContent(const Settings& settings, Report& report) {
     }
 }
 
-void checkLibraries(const Settings& settings, const Content& content, const Server& server,
-                    Report& report) {
+void checkLibraries(const Job& job) {
+    const auto& [settings, content, server, report] = job;
     const std::vector<std::filesystem::path> configured = server.providerDirectories();
     bool taken = settings.library.empty();
     for (const Module& module : content.modules) {
         const std::string name = module.registration.library();
-        const bool given =
-            !taken && (settings.library.filename() == name || &module == &content.modules.back());
+        const bool given = !taken && (std::filesystem::path(settings.library).filename() == name ||
+                                      &module == &content.modules.back());
         taken |= given;
-        checkLibrary(name, given ? settings.library : std::filesystem::path(), configured, settings,
-                     server, report);
+        checkLibrary(job, name, given ? settings.library : "", configured);
     }
 }
 
-void checkClasses(const Situation& situation, Report& report, bool own) {
+void checkClasses(const Job& job, const Situation& situation, bool own) {
+    Report& report = job.report;
     for (const Place& place : situation.places) {
         const Missing missing = missingClasses(place, situation);
         const std::string why =
@@ -167,7 +168,7 @@ void checkClasses(const Situation& situation, Report& report, bool own) {
     }
 }
 
-void checkKeys(const Situation& situation, const Server& server, Report& report) {
+void checkKeys(const Job& job, const Situation& situation) {
     const auto wanted = situation.content.keys();
     const std::vector<std::string> names = classesThatCount(situation.content);
     for (const Place& place : situation.places)
@@ -175,9 +176,9 @@ void checkKeys(const Situation& situation, const Server& server, Report& report)
             const auto declared = wanted.find(name);
             if (declared == wanted.end() || place.classes.count(name) == 0)
                 continue;
-            const NameSet found = server.keys(place.nameSpace, name);
+            const NameSet found = job.server.keys(place.nameSpace, name);
             if (!sameNames(found, declared->second))
-                report.wrong(
+                job.report.wrong(
                     place.nameSpace + ":" + name + " has " + inWords(found) +
                         " where the modules expect " + inWords(declared->second),
                     "its objects could not be told apart; load the class as the CIM schema "
@@ -185,20 +186,21 @@ void checkKeys(const Situation& situation, const Server& server, Report& report)
         }
 }
 
-void checkRivals(const Situation& situation, Report& report) {
+void checkRivals(const Job& job, const Situation& situation) {
     for (const ModuleState& module : situation.modules)
         for (const Instance& capability : module.wanted.capabilities())
             for (const Instance& rival : situation.rivals)
                 if (sameName(capabilityName(capability), capabilityName(rival)) &&
                     overlap(capability, rival, "ProviderType") &&
                     overlap(capability, rival, "Namespaces"))
-                    report.wrong("the module " + text(rival, "ProviderModuleName") + " serves " +
-                                     capabilityName(rival) + " in " +
-                                     joined(texts(rival, "Namespaces")) + " already",
-                                 "the server takes one provider for a class; unregister the other "
-                                 "(cimprovider -r -m " +
-                                     text(rival, "ProviderModuleName") +
-                                     "), or choose other namespaces with --namespace");
+                    job.report.wrong(
+                        "the module " + text(rival, "ProviderModuleName") + " serves " +
+                            capabilityName(rival) + " in " + joined(texts(rival, "Namespaces")) +
+                            " already",
+                        "the server takes one provider for a class; unregister the other "
+                        "(cimprovider -r -m " +
+                            text(rival, "ProviderModuleName") +
+                            "), or choose other namespaces with --namespace");
 }
 
 std::vector<Trial> tryOut(const Situation& situation, const Server& server) {

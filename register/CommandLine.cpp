@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <filesystem>
 #include <iostream>
 #include <system_error>
 
@@ -48,16 +49,7 @@ std::filesystem::path defaultMofDirectory() {
                                                           : std::filesystem::path(REGISTER_MOF_DIR);
 }
 
-struct Raw {
-    std::string mof;
-    std::string library;
-    std::string tools;
-    std::string settings;
-    std::string record;
-    unsigned timeout = 60;
-};
-
-void declare(CLI::App& app, Settings& settings, Raw& raw) {
+void declare(CLI::App& app, Settings& settings) {
     const CLI::Validator nameSpace(checkNameSpace, "");
     app.add_option("--namespace", settings.nameSpaces,
                    "A namespace to serve (repeatable; default: those served already, else interop, "
@@ -66,35 +58,35 @@ void declare(CLI::App& app, Settings& settings, Raw& raw) {
         ->expected(1)
         ->take_all()
         ->check(nameSpace);
-    app.add_option("--interop", settings.interop,
-                   "The server's own interop namespace, where registrations are kept")
-        ->type_name("NS")
-        ->check(nameSpace)
-        ->capture_default_str();
-    app.add_option("--mof", raw.mof, "Where the MOF files of the package are")
-        ->type_name("DIR")
-        ->default_str(settings.mofDirectory.string());
-    app.add_option("--library", raw.library,
-                   "A module's library, by its name (default: looked for in the server's provider "
-                   "directories)")
-        ->type_name("FILE");
-    app.add_option("--tools", raw.tools,
-                   "Where cimmof, cimprovider and cimcli are (default: PEGASUS_HOME/bin, PATH, "
-                   "/usr/sbin)")
-        ->type_name("DIR");
-    app.add_option("--settings-dir", raw.settings,
-                   "Where the provider of the server's own objects looks for its settings (fixed "
-                   "when it was built)")
-        ->type_name("DIR")
-        ->default_str(settings.settingsDirectory.string());
-    app.add_option("--record", raw.record, "The record of what the tool has made")
-        ->type_name("FILE")
-        ->default_str(settings.record.string());
-    app.add_option("--url", settings.url,
-                   "status: where the server answers clients (default: this machine, the server's "
-                   "port)")
-        ->type_name("URL");
-    app.add_option("--timeout", raw.timeout, "How long one of the server's tools may take")
+    struct Text {
+        const char* name;
+        std::string Settings::*value;
+        const char* type;
+        const char* what;
+    };
+    for (const Text& text : {
+             Text{"--interop", &Settings::interop, "NS",
+                  "The server's own interop namespace, where registrations are kept"},
+             {"--mof", &Settings::mofDirectory, "DIR", "Where the MOF files of the package are"},
+             {"--library", &Settings::library, "FILE",
+              "A module's library, by its name (default: looked for in the server's provider "
+              "directories)"},
+             {"--tools", &Settings::tools, "DIR",
+              "Where cimmof, cimprovider and cimcli are (default: PEGASUS_HOME/bin, PATH, "
+              "/usr/sbin)"},
+             {"--settings-dir", &Settings::settingsDirectory, "DIR",
+              "Where the provider of the server's own objects looks for its settings (fixed when "
+              "it was built)"},
+             {"--record", &Settings::record, "FILE", "The record of what the tool has made"},
+             {"--url", &Settings::url, "URL",
+              "status: where the server answers clients (default: this machine, the server's "
+              "port)"},
+         })
+        app.add_option(text.name, settings.*text.value, text.what)
+            ->type_name(text.type)
+            ->capture_default_str();
+    app.get_option("--interop")->check(nameSpace);
+    app.add_option("--timeout", settings.timeout, "How long one of the server's tools may take")
         ->type_name("SECONDS")
         ->check(CLI::Range(1U, 3600U))
         ->capture_default_str();
@@ -126,8 +118,7 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     settings.mofDirectory = defaultMofDirectory();
     settings.settingsDirectory = REGISTER_SETTINGS_DIR;
     settings.record = REGISTER_RECORD;
-    Raw raw;
-    declare(app, settings, raw);
+    declare(app, settings);
     declareCommands(app, settings);
     try {
         app.parse(argc, argv);
@@ -139,15 +130,8 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     } catch (const CLI::Error& error) { // the version is one, too
         return {std::nullopt, app.exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage};
     }
-    if (!raw.mof.empty())
-        settings.mofDirectory = raw.mof;
-    if (!raw.settings.empty())
-        settings.settingsDirectory = std::filesystem::absolute(raw.settings);
-    if (!raw.record.empty())
-        settings.record = std::filesystem::absolute(raw.record);
-    settings.library = raw.library;
-    settings.tools = raw.tools;
-    settings.timeout = std::chrono::seconds(raw.timeout);
+    for (std::string* file : {&settings.settingsDirectory, &settings.record})
+        *file = std::filesystem::absolute(*file);
     return {std::move(settings), ExitCode::Ok};
 }
 

@@ -1,7 +1,5 @@
 #include "register/Commands.h"
 
-#include "register/Steps.h"
-
 #include <iostream>
 
 namespace registering {
@@ -9,7 +7,7 @@ namespace {
 
 Run runner(const Settings& settings) {
     return [&settings](const Arguments& command) {
-        Outcome outcome = runProgram(command, settings.timeout);
+        Outcome outcome = runProgram(command, std::chrono::seconds(settings.timeout));
         if (settings.verbose)
             std::cout << "         $ " << commandText(command) << "\n           "
                       << describe(outcome) << std::endl;
@@ -39,15 +37,50 @@ ExitCode run(const Settings& settings) {
     }
     const Run ask = runner(settings);
     const Server server(*tools, ask, settings.dryRun ? dryRunner() : ask);
+    const Job job{settings, *content, server, report};
     switch (settings.command) {
     case Command::Install:
-        return install(settings, *content, server, report);
+        return install(job);
     case Command::Remove:
-        return remove(settings, *content, server, report);
+        return remove(job);
     case Command::Status:
-        return status(settings, *content, server, report);
+        return status(job);
     }
     return ExitCode::Usage;
+}
+
+ExitCode changing(const Job& job, const Situation& situation,
+                  const std::function<void(const Work&)>& steps) {
+    Report& report = job.report;
+    Scratch scratch;
+    Transaction transaction(report);
+    report.heading(job.settings.dryRun ? "what would be done, command by command"
+                                       : "changing the server");
+    try {
+        steps({job, situation, scratch, transaction});
+        return ExitCode::Ok;
+    } catch (const std::exception& error) {
+        report.error(error.what());
+    }
+    if (transaction.begun())
+        report.heading("putting everything back");
+    if (transaction.rollBack()) {
+        report.error("all is as it was before");
+        return ExitCode::RolledBack;
+    }
+    scratch.keep(); // what is to be done by hand may need the files
+    report.error("not everything could be put back, see above");
+    return ExitCode::Incomplete;
+}
+
+bool checksFailed(const Report& report) {
+    if (report.problems() != 0)
+        report.error(std::to_string(report.problems()) +
+                     (report.problems() == 1 ? " check" : " checks") +
+                     " failed; nothing was changed");
+    else if (interruptedBy() != 0)
+        report.error("interrupted; nothing was changed");
+    return report.problems() != 0 || interruptedBy() != 0;
 }
 
 } // namespace registering

@@ -1,8 +1,10 @@
 // The three commands.
 #pragma once
 
-#include "register/ExitCode.h"
 #include "register/Situation.h"
+#include "register/Steps.h"
+
+#include <functional>
 
 namespace registering {
 
@@ -10,11 +12,16 @@ namespace registering {
 /// Throws std::system_error where the system denies it a pipe or a temporary directory.
 ExitCode run(const Settings& settings);
 
-ExitCode install(const Settings& settings, const Content& content, const Server& server,
-                 Report& report);
-ExitCode remove(const Settings& settings, const Content& content, const Server& server,
-                Report& report);
-ExitCode status(const Settings& settings, const Content& content, const Server& server,
-                Report& report);
+ExitCode install(const Job& job);
+ExitCode remove(const Job& job);
+ExitCode status(const Job& job);
+
+/// Says that checks failed, if some did; returns whether.
+bool checksFailed(const Report& report);
+
+/// Runs `steps` in a transaction: all of them, or none. If one throws, takes all back and says so;
+/// then returns RolledBack or Incomplete, otherwise Ok.
+ExitCode changing(const Job& job, const Situation& situation,
+                  const std::function<void(const Work&)>& steps);
 
 } // namespace registering

@@ -1,12 +1,68 @@
 #include "register/Commands.h"
+#include "register/Files.h"
 #include "register/Names.h"
-#include "register/ServerSettings.h"
-#include "register/Steps.h"
 
 namespace registering {
 namespace {
 
 constexpr mode_t settingsMode = 0644; // the server may run as another user
+
+// The settings file of the provider of the server's own objects.
+struct ServerSettings {
+    std::string file;
+    std::string wanted;
+    std::optional<std::string> found;
+
+    // Whether the program may write the file: it is not there, or has the text that is wanted or
+    // that the program wrote last, by the record.
+    bool ours(const std::optional<Record>& record) const {
+        if (!found || *found == wanted)
+            return true;
+        if (!record)
+            return false;
+        const auto written = record->files.find(file);
+        return written != record->files.end() && written->second == *found;
+    }
+};
+
+// The server lists its namespaces by what is below "root"; others have to be told.
+std::string besideRoot(const std::vector<std::string>& nameSpaces) {
+    std::string list;
+    for (const std::string& nameSpace : nameSpaces)
+        if (!sameName(nameSpace.substr(0, nameSpace.find('/')), "root"))
+            list += (list.empty() ? "" : ", ") + nameSpace;
+    return list.empty() ? "" : "Namespaces = " + list + "\n";
+}
+
+// FunctionalProfilesSupported are those of CIM_ObjectManagerCommunicationMechanism in the CIM
+// schema: basic read, basic write, schema manipulation, instance manipulation, association
+// traversal, qualifier declaration and indications, which OpenPegasus all has.
+std::string textFor(const std::string& interop, const std::vector<std::string>& nameSpaces,
+                    const std::string& version) {
+    return "# What the provider of the server's own objects says of this server. Written by\n"
+           "# serverprofile-register, which leaves the file alone once it was changed. The module\n"
+           "# reads it when the server loads it.\n"
+           "ServerNamespace = " +
+           interop +
+           "\nSystemCreationClassName = ORVEX_ObjectManagerHost\n"
+           "ElementName = OpenPegasus\n"
+           "Description = OpenPegasus" +
+           (version.empty() ? "" : ", version " + version) +
+           "\nFunctionalProfilesSupported = 2, 3, 4, 5, 6, 8, 9\n" + besideRoot(nameSpaces);
+}
+
+ServerSettings serverSettings(const Job& job, const Situation& situation) {
+    ServerSettings result;
+    for (const ModuleState& module : situation.modules)
+        if (module.serverObjects) {
+            result.file =
+                job.settings.settingsDirectory + "/" + module.offered.provider() + ".conf";
+            result.wanted =
+                textFor(job.settings.interop, module.wanted.nameSpaces(), job.server.version());
+        }
+    result.found = readFile(result.file);
+    return result;
+}
 
 // What will have been made, and was made before.
 Record planned(const Settings& settings, const Situation& situation,
@@ -42,12 +98,12 @@ Record planned(const Settings& settings, const Situation& situation,
 void writeDown(const Work& work, const ServerSettings& serverSettings) {
     const std::string text = textOf(planned(work.settings, work.situation, serverSettings));
     if (!work.situation.record || textOf(*work.situation.record) != text)
-        changeFile(work, "writing down in " + work.settings.record.string() + " what is made",
+        changeFile(work, "writing down in " + work.settings.record + " what is made",
                    work.settings.record, text, recordMode,
-                   "leaving " + work.settings.record.string() +
+                   "leaving " + work.settings.record +
                        ", by which 'serverprofile-register remove' can take back the rest");
     if (serverSettings.ours(work.situation.record) && serverSettings.found != serverSettings.wanted)
-        changeFile(work, "writing " + serverSettings.file.string(), serverSettings.file,
+        changeFile(work, "writing " + serverSettings.file, serverSettings.file,
                    serverSettings.wanted, settingsMode);
 }
 
@@ -111,31 +167,31 @@ void checkOutcome(const Work& work) {
 
 } // namespace
 
-ExitCode install(const Settings& settings, const Content& content, const Server& server,
-                 Report& report) {
-    const std::optional<Situation> situation = survey(settings, content, server, report);
+ExitCode install(const Job& job) {
+    Report& report = job.report;
+    const std::optional<Situation> situation = survey(job);
     if (situation) {
-        checkClasses(*situation, report, false);
-        checkKeys(*situation, server, report);
-        checkRivals(*situation, report);
-        checkLibraries(settings, content, server, report);
+        checkClasses(job, *situation, false);
+        checkKeys(job, *situation);
+        checkRivals(job, *situation);
+        checkLibraries(job);
     }
     if (checksFailed(report))
         return ExitCode::Check;
     for (const ModuleState& module : situation->modules)
         describeChange(module, differences(module.wanted, module.found), report);
-    const ServerSettings serverSettings = registering::serverSettings(settings, *situation, server);
-    if (!serverSettings.ours(situation->record))
-        report.note(serverSettings.file.string() + " was changed by hand, and stays as it is");
-    const ExitCode code = changing(settings, *situation, server, report, [&](const Work& work) {
-        writeDown(work, serverSettings);
+    const ServerSettings settings = serverSettings(job, *situation);
+    if (!settings.ours(situation->record))
+        report.note(settings.file + " was changed by hand, and stays as it is");
+    const ExitCode code = changing(job, *situation, [&](const Work& work) {
+        writeDown(work, settings);
         for (const Place& place : situation->places)
             loadClasses(work, place);
         for (const ModuleState& module : situation->modules)
             bringUpToDate(work, module);
         checkOutcome(work);
     });
-    if (code == ExitCode::Ok && settings.dryRun)
+    if (code == ExitCode::Ok && job.settings.dryRun)
         report.result("dry run: nothing was changed");
     else if (code == ExitCode::Ok)
         for (const ModuleState& module : situation->modules)

@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <link.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <iostream>
 
@@ -19,11 +18,6 @@ constexpr int loadable = 0;
 constexpr int notLoadable = 10;
 constexpr int noEntryPoint = 11;
 constexpr int otherServer = 12;
-
-std::string environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
 
 // What a server that runs already has loaded before it loads a module.
 std::string libraryPath(const fs::path& tools) {

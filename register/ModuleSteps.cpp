@@ -27,7 +27,7 @@ Undo formerState(const Work& work, const ModuleState& state) {
 // A registration as MOF that can be loaded again. The state belongs to the running module; given
 // with a registration, the server would take it as it is.
 std::string loadable(const Registration& registration) {
-    std::vector<Instance> instances = registration.instances();
+    std::vector<Instance> instances = registration.instances;
     for (Instance& instance : instances) {
         auto& properties = instance.properties;
         properties.erase(std::remove_if(properties.begin(), properties.end(),
@@ -43,7 +43,7 @@ std::string loadable(const Registration& registration) {
 
 void registerModule(const Work& work, const ModuleState& module) {
     const std::string name = module.name;
-    const auto file = work.scratch.write(name + ".mof", writeMof(module.wanted.instances()));
+    const auto file = work.scratch.write(name + ".mof", writeMof(module.wanted.instances));
     work.transaction.step("registering " + name + " for " + joined(module.wanted.nameSpaces()) +
                               " (with a copy of the registration that names these)",
                           [&] { work.server.load(work.settings.interop, file); },

@@ -1,7 +1,5 @@
 #include "register/Process.h"
 
-#include "register/Interrupt.h"
-
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/mman.h>
@@ -12,6 +10,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <regex>
 #include <system_error>
 
@@ -25,6 +24,13 @@ constexpr std::chrono::seconds graceAfterInterrupt{5};
 constexpr timespec tick{0, 100'000'000};
 // Far more than any program has to say that is run here.
 constexpr std::size_t mostPrinted = 16UL * 1024 * 1024;
+
+volatile std::sig_atomic_t g_signal = 0;
+
+void remember(int signal) {
+    if (g_signal == 0)
+        g_signal = signal;
+}
 
 // What a program prints, in memory that cannot grow further. Unlike a pipe, nobody has to read it
 // meanwhile, and a daemon that the program leaves does not hold it open.
@@ -82,6 +88,24 @@ int spawn(pid_t& child, const Arguments& arguments, const Printed& out, const Pr
 }
 
 } // namespace
+
+void takeSignals() {
+    struct sigaction action = {};
+    action.sa_handler = remember;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaction(signal, &action, nullptr);
+    action.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &action, nullptr);
+}
+
+int interruptedBy() {
+    return g_signal;
+}
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
 
 Outcome runProgram(const Arguments& arguments, std::chrono::seconds timeout) {
     Outcome outcome;

@@ -1,4 +1,4 @@
-// Runs a program and reads what it says, for a limited time.
+// Runs a program and reads what it says, for a limited time; the signals that ask this one to end.
 #pragma once
 
 #include <chrono>
@@ -7,6 +7,16 @@
 #include <vector>
 
 namespace registering {
+
+/// From now on SIGINT, SIGTERM and SIGHUP are remembered, and a closed output ends nothing:
+/// the program can first undo what it has begun.
+void takeSignals();
+
+/// The first signal that came, or 0. Any thread.
+int interruptedBy();
+
+/// A variable of the environment; empty if it is not set.
+std::string environment(const char* name);
 
 /// A program and its arguments. No shell sees them.
 using Arguments = std::vector<std::string>;

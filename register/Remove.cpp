@@ -1,6 +1,5 @@
 #include "register/Commands.h"
 #include "register/Files.h"
-#include "register/Steps.h"
 
 #include <algorithm>
 
@@ -30,11 +29,11 @@ void deleteFiles(const Work& work, const Record& record) {
 
 // Writes down what is left, or that nothing is.
 void updateRecord(const Work& work, Record left) {
-    const std::filesystem::path& file = work.settings.record;
+    const std::string& file = work.settings.record;
     if (left.empty())
-        changeFile(work, "deleting " + file.string(), file, std::nullopt, 0);
+        changeFile(work, "deleting " + file, file, std::nullopt, 0);
     else
-        changeFile(work, "writing down in " + file.string() + " what is left", file, textOf(left),
+        changeFile(work, "writing down in " + file + " what is left", file, textOf(left),
                    recordMode);
     for (const std::string& directory : left.directories)
         deleteDirectory(work, directory);
@@ -74,9 +73,9 @@ void checkGone(const Work& work) {
 
 } // namespace
 
-ExitCode remove(const Settings& settings, const Content& content, const Server& server,
-                Report& report) {
-    const std::optional<Situation> situation = survey(settings, content, server, report);
+ExitCode remove(const Job& job) {
+    Report& report = job.report;
+    const std::optional<Situation> situation = survey(job);
     if (checksFailed(report))
         return ExitCode::Check;
     if (!anythingLeft(*situation)) {
@@ -85,13 +84,13 @@ ExitCode remove(const Settings& settings, const Content& content, const Server& 
         return ExitCode::Ok;
     }
     Record left;
-    const ExitCode code = changing(settings, *situation, server, report, [&](const Work& work) {
+    const ExitCode code = changing(job, *situation, [&](const Work& work) {
         left = takeBack(work);
         checkGone(work);
         if (situation->record)
             updateRecord(work, left);
     });
-    if (code == ExitCode::Ok && settings.dryRun)
+    if (code == ExitCode::Ok && job.settings.dryRun)
         report.result("dry run: nothing was changed");
     else if (code == ExitCode::Ok)
         report.result(std::string("what was installed is removed") +

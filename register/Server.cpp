@@ -1,9 +1,5 @@
 #include "register/Server.h"
 
-#include "register/Listings.h"
-
-#include <cstdlib>
-
 namespace registering {
 namespace {
 
@@ -94,8 +90,7 @@ std::string Server::configured(const std::string& property) const {
 }
 
 std::vector<std::filesystem::path> Server::providerDirectories() const {
-    const char* home = std::getenv("PEGASUS_HOME");
-    return directoriesOf(configured("providerDir"), home == nullptr ? "" : home);
+    return directoriesOf(configured("providerDir"), environment("PEGASUS_HOME"));
 }
 
 std::string Server::version() const {

@@ -1,8 +1,8 @@
 // The running CIM server, asked and changed through its own tools.
 #pragma once
 
+#include "register/Mof.h"
 #include "register/Names.h"
-#include "register/Registration.h"
 #include "register/Tools.h"
 
 #include <filesystem>

@@ -56,7 +56,6 @@ std::vector<std::string> formerNameSpaces(const Settings& settings, const Situat
 }
 
 void splitRegistrations(const std::vector<Instance>& all, Situation& situation) {
-    std::vector<std::vector<Instance>> own(situation.modules.size());
     for (const Instance& instance : all) {
         const bool isModule = find(instance, "ProviderModuleName") == nullptr;
         const std::string name = text(instance, isModule ? "Name" : "ProviderModuleName");
@@ -64,16 +63,15 @@ void splitRegistrations(const std::vector<Instance>& all, Situation& situation) 
             std::find_if(situation.modules.begin(), situation.modules.end(),
                          [&](const ModuleState& state) { return state.name == name; });
         if (module != situation.modules.end())
-            own[static_cast<std::size_t>(module - situation.modules.begin())].push_back(instance);
+            module->found.instances.push_back(instance);
         else if (find(instance, "ProviderType") != nullptr)
             situation.rivals.push_back(instance);
     }
-    for (std::size_t i = 0; i < own.size(); ++i)
-        situation.modules[i].found = Registration(std::move(own[i]));
 }
 
 // Whether the interop namespace is one, that is, can hold registrations.
-bool checkInterop(const std::optional<NameSet>& classes, const Settings& settings, Report& report) {
+bool checkInterop(const Job& job, const std::optional<NameSet>& classes) {
+    const auto& [settings, content, server, report] = job;
     report.ok("the server answers");
     if (!classes) {
         report.wrong("there is no namespace " + settings.interop,
@@ -95,55 +93,49 @@ bool checkInterop(const std::optional<NameSet>& classes, const Settings& setting
     return true;
 }
 
-void lookAt(const std::string& nameSpace, bool served, const Settings& settings,
-            const Server& server, Situation& situation, Report& report) {
-    const std::optional<NameSet> classes = server.classes(nameSpace);
+void lookAt(const Job& job, const std::string& nameSpace, bool served, Situation& situation) {
+    const std::optional<NameSet> classes = job.server.classes(nameSpace);
     const bool recorded = situation.record && situation.record->made(nameSpace);
     if (classes)
         situation.places.push_back({nameSpace, served, true, recorded, *classes});
-    else if (settings.command == Command::Remove)
-        report.note("there is no namespace " + nameSpace);
-    else if (settings.command == Command::Install && sameName(nameSpace, usual))
+    else if (job.settings.command == Command::Remove)
+        job.report.note("there is no namespace " + nameSpace);
+    else if (job.settings.command == Command::Install && sameName(nameSpace, usual))
         situation.places.push_back({nameSpace, served, false, true, {}});
     else
-        report.wrong("there is no namespace " + nameSpace,
-                     sameName(nameSpace, usual)
-                         ? "run serverprofile-register install"
-                         : "create it and load the CIM schema into it, or choose others with "
-                           "--namespace");
+        job.report.wrong("there is no namespace " + nameSpace,
+                         sameName(nameSpace, usual)
+                             ? "run serverprofile-register install"
+                             : "create it and load the CIM schema into it, or choose others with "
+                               "--namespace");
 }
 
-// The server's own interop namespace may have an object manager of the server's own. A second one
-// there would be one too many.
-bool publishesItself(const Settings& settings, const Server& server) {
-    return !server.instanceNames(settings.interop, "PG_ObjectManager").classes.empty();
-}
-
-void chooseRegistrations(const std::vector<std::string>& served, const Settings& settings,
-                         const Server& server, Situation& situation) {
-    const bool withInterop = hasName(served, settings.interop);
-    for (std::size_t i = 0; i < situation.modules.size(); ++i) {
-        ModuleState& module = situation.modules[i];
-        std::vector<std::string> nameSpaces = served;
-        if (module.serverObjects && withInterop && publishesItself(settings, server))
-            nameSpaces.erase(std::remove_if(nameSpaces.begin(), nameSpaces.end(),
-                                            [&](const std::string& name) {
-                                                return sameName(name, settings.interop);
-                                            }),
-                             nameSpaces.end());
+void chooseRegistrations(const Job& job, const std::vector<std::string>& served,
+                         Situation& situation) {
+    const std::string& interop = job.settings.interop;
+    // The server's own interop namespace may have an object manager of the server's own. A second
+    // one there would be one too many.
+    const bool publishesItself =
+        hasName(served, interop) &&
+        !job.server.instanceNames(interop, "PG_ObjectManager").classes.empty();
+    for (ModuleState& module : situation.modules) {
+        std::vector<std::string> nameSpaces;
+        for (const std::string& nameSpace : served)
+            if (!module.serverObjects || !publishesItself || !sameName(nameSpace, interop))
+                nameSpaces.push_back(nameSpace);
         if (!nameSpaces.empty())
-            module.wanted = situation.content.modules[i].registration.servingIn(nameSpaces);
+            module.wanted = module.offered.servingIn(nameSpaces);
     }
 }
 
-Situation look(const Settings& settings, const Content& content, const Server& server,
-               const std::optional<Record>& record, Report& report) {
+Situation look(const Job& job, const std::optional<Record>& record) {
+    const auto& [settings, content, server, report] = job;
     Situation situation;
     situation.content = content;
     situation.record = record;
     for (const Module& module : content.modules)
         situation.modules.push_back(
-            {module.registration.module(), module.serverObjects, {}, {}, {}});
+            {module.registration.module(), module.serverObjects, module.registration, {}, {}, {}});
     splitRegistrations(server.registrations(settings.interop), situation);
     for (ModuleState& module : situation.modules)
         module.status = server.status(module.name);
@@ -151,11 +143,11 @@ Situation look(const Settings& settings, const Content& content, const Server& s
     const std::vector<std::string> served =
         removal ? formerNameSpaces(settings, situation) : chosenNameSpaces(settings, situation);
     if (!removal)
-        chooseRegistrations(served, settings, server, situation);
+        chooseRegistrations(job, served, situation);
     for (const std::string& nameSpace : served)
-        lookAt(nameSpace, true, settings, server, situation, report);
+        lookAt(job, nameSpace, true, situation);
     if (!removal && !hasName(served, definitions))
-        lookAt(definitions, false, settings, server, situation, report);
+        lookAt(job, definitions, false, situation);
     return situation;
 }
 
@@ -205,8 +197,8 @@ std::vector<std::string> Situation::copied(const NameSet& there,
     return result;
 }
 
-std::optional<Situation> survey(const Settings& settings, const Content& content,
-                                const Server& server, Report& report) {
+std::optional<Situation> survey(const Job& job) {
+    const auto& [settings, content, server, report] = job;
     std::optional<Record> record;
     try {
         record = readRecord(settings.record);
@@ -222,9 +214,9 @@ std::optional<Situation> survey(const Settings& settings, const Content& content
     }
     try {
         const std::optional<NameSet> interop = server.classes(settings.interop);
-        if (!checkInterop(interop, settings, report))
+        if (!checkInterop(job, interop))
             return std::nullopt;
-        Situation situation = look(settings, content, server, record, report);
+        Situation situation = look(job, record);
         situation.interopClasses = *interop;
         return situation;
     } catch (const std::runtime_error& error) {

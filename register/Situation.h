@@ -32,6 +32,7 @@ struct Layer {
 struct ModuleState {
     std::string name;
     bool serverObjects;
+    Registration offered;              ///< the package's
     Registration wanted;               ///< for the chosen namespaces; empty: for none
     Registration found;                ///< what is registered under its name
     std::optional<std::string> status; ///< nothing: it is not registered
@@ -63,6 +64,14 @@ struct Situation {
                                     const std::string& nameSpace, const Server& server) const;
 };
 
+/// What the commands work with.
+struct Job {
+    const Settings& settings;
+    const Content& content;
+    const Server& server;
+    Report& report;
+};
+
 /// Finds the server's tools. If one is missing, reports it and returns nothing.
 std::optional<Tools> checkTools(const Settings& settings, Report& report);
 
@@ -72,23 +81,21 @@ std::optional<Content> checkContent(const Settings& settings, Report& report);
 /// Asks the server what it has. A namespace that does not exist and is not to be made is left out
 /// of the places and reported as wrong; a removal only notes it. If the server cannot be asked, or
 /// the record cannot be read, reports why and returns nothing.
-std::optional<Situation> survey(const Settings& settings, const Content& content,
-                                const Server& server, Report& report);
+std::optional<Situation> survey(const Job& job);
 
 /// Reports whether the server finds the modules' libraries and can load them.
-void checkLibraries(const Settings& settings, const Content& content, const Server& server,
-                    Report& report);
+void checkLibraries(const Job& job);
 
 /// Reports whether each place has the classes that the modules need there: those of the CIM schema,
 /// and with `own` also those that the program loads.
-void checkClasses(const Situation& situation, Report& report, bool own);
+void checkClasses(const Job& job, const Situation& situation, bool own);
 
 /// Reports classes that the modules serve, or that are at the ends of their associations, and that
 /// have other keys in a place than in the package.
-void checkKeys(const Situation& situation, const Server& server, Report& report);
+void checkKeys(const Job& job, const Situation& situation);
 
 /// Reports other modules that are registered for what one of these registers for.
-void checkRivals(const Situation& situation, Report& report);
+void checkRivals(const Job& job, const Situation& situation);
 
 /// A request that a module has to answer, and what came of it.
 struct Trial {
@@ -98,5 +105,9 @@ struct Trial {
 
 /// Asks in each namespace for the instances of each class that has some whatever the switch has.
 std::vector<Trial> tryOut(const Situation& situation, const Server& server);
+
+/// Lets serverprofile-walk walk each namespace that is served, and reports its verdict. If it
+/// cannot be run, or does not reach the server, notes why, and how to run it by hand.
+void checkWalks(const Job& job, const Situation& situation);
 
 } // namespace registering

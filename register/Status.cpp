@@ -1,7 +1,6 @@
 #include "register/Commands.h"
 
 #include "register/Names.h"
-#include "register/Walk.h"
 
 #include <algorithm>
 
@@ -34,41 +33,41 @@ void checkRegistration(const ModuleState& module, Report& report) {
                      std::string(installIt) + " to repair it");
 }
 
-void tryRequests(const Settings& settings, const Situation& situation, const Server& server,
-                 Report& report) {
+void tryRequests(const Job& job, const Situation& situation) {
+    Report& report = job.report;
     for (const ModuleState& module : situation.modules)
         if (!module.serves() && !module.wanted.empty()) {
             report.note("no requests are tried, as " + module.name + " does not serve");
             return;
         }
-    for (const Trial& trial : tryOut(situation, server)) {
+    for (const Trial& trial : tryOut(situation, job.server)) {
         if (trial.ok)
             report.ok(trial.text);
         else
             report.wrong(trial.text, "put right what is WRONG above; if nothing is, look into the "
                                      "server's log and the module's trace");
     }
-    checkWalks(settings, situation, server, report);
+    checkWalks(job, situation);
 }
 
 } // namespace
 
-ExitCode status(const Settings& settings, const Content& content, const Server& server,
-                Report& report) {
-    const std::optional<Situation> situation = survey(settings, content, server, report);
+ExitCode status(const Job& job) {
+    Report& report = job.report;
+    const std::optional<Situation> situation = survey(job);
     const unsigned before = report.problems();
-    checkLibraries(settings, content, server, report);
+    checkLibraries(job);
     const bool loadable = report.problems() == before;
     if (situation) {
-        checkClasses(*situation, report, true);
-        checkKeys(*situation, server, report);
-        checkRivals(*situation, report);
+        checkClasses(job, *situation, true);
+        checkKeys(job, *situation);
+        checkRivals(job, *situation);
         for (const ModuleState& module : situation->modules)
             checkRegistration(module, report);
         // A request makes the server load the library, and one that is built for another can take
         // the server down.
         if (loadable)
-            tryRequests(settings, *situation, server, report);
+            tryRequests(job, *situation);
         else
             report.note("no requests are tried, as the server would load that library");
     } else {

@@ -1,14 +1,12 @@
 // The steps of installing and removing, each with the way back.
 #pragma once
 
-#include "register/ExitCode.h"
 #include "register/Situation.h"
 #include "register/Transaction.h"
 
 #include <sys/types.h>
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,22 +34,11 @@ class Scratch {
 };
 
 /// Everything that a step works with. All of it outlives the transaction.
-struct Work {
-    const Settings& settings;
+struct Work : Job {
     const Situation& situation;
-    const Server& server;
-    const Report& report;
     const Scratch& scratch;
     Transaction& transaction;
 };
-
-/// Runs `steps` in a transaction: all of them, or none. If one throws, takes all back and says so;
-/// then returns RolledBack or Incomplete, otherwise Ok.
-ExitCode changing(const Settings& settings, const Situation& situation, const Server& server,
-                  Report& report, const std::function<void(const Work&)>& steps);
-
-/// Says that checks failed, if some did; returns whether.
-bool checksFailed(const Report& report);
 
 /// Loads the classes that a place needs, unless they are there in the same version; makes the
 /// namespace if it is not there.

@@ -1,22 +1,18 @@
 #include "register/Tools.h"
 
-#include "register/Listings.h"
 #include "register/Names.h"
 
 #include <unistd.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <regex>
+#include <sstream>
 #include <stdexcept>
 
 namespace registering {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
 
 // Where an odd text would be an option or a path to the tool that gets it, or mean something else.
 const std::string& checked(bool isOne, const std::string& text, const char* what) {
@@ -111,6 +107,70 @@ Tools findTools(const std::vector<fs::path>& directories, std::vector<std::strin
     };
     return {needed("cimmof"), needed("cimprovider"), needed("cimcli"),
             findFile("cimconfig", directories, true), findFile("cimserver", directories, true)};
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        if (const std::string_view trimmed = embedded::text::trimmed(line); !trimmed.empty())
+            result.emplace_back(trimmed);
+    return result;
+}
+
+std::optional<std::string> moduleStatus(const std::string& listing, const std::string& module) {
+    for (const std::string& line : lines(listing)) {
+        std::istringstream words(line);
+        std::string name;
+        std::string status;
+        if (words >> name && name == module) {
+            std::getline(words >> std::ws, status);
+            return status;
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> classesOfPaths(const std::string& listing) {
+    // Only keys hold quotes; what stands before the first one may have a host and namespace.
+    static const std::regex path(R"(^(?://[^/]*/[^:]*:)?([A-Za-z_]\w*)(?:\.|$))");
+    std::vector<std::string> result;
+    std::smatch found;
+    for (const std::string& line : lines(listing))
+        if (std::regex_search(line, found, path))
+            result.push_back(found[1]);
+    return result;
+}
+
+// Not read as MOF: it prints the scopes without commas.
+std::vector<std::string> declaredQualifiers(const std::string& listing) {
+    std::vector<std::string> result;
+    for (const std::string& line : lines(listing)) {
+        std::istringstream words(line);
+        std::string keyword;
+        std::string name;
+        if (words >> keyword >> name && keyword == "Qualifier")
+            result.push_back(name);
+    }
+    return result;
+}
+
+std::string configuredValue(const std::string& listing) {
+    const std::string label = "Current value:";
+    for (const std::string& line : lines(listing))
+        if (line.compare(0, label.size(), label) == 0)
+            return std::string(
+                embedded::text::trimmed(std::string_view(line).substr(label.size())));
+    return "";
+}
+
+std::vector<fs::path> directoriesOf(const std::string& list, const fs::path& home) {
+    std::vector<fs::path> result;
+    std::istringstream directories(list);
+    for (std::string directory; std::getline(directories, directory, ':');)
+        if (!directory.empty())
+            result.push_back(home / directory); // an absolute one stays as it is
+    return result;
 }
 
 } // namespace registering

@@ -1,6 +1,6 @@
 #include "register/Transaction.h"
 
-#include "register/Interrupt.h"
+#include "register/Process.h"
 
 #include <cstring>
 #include <stdexcept>

@@ -1,6 +1,6 @@
-#include "register/Walk.h"
+#include "register/Situation.h"
 
-#include "register/Interrupt.h"
+#include "register/Process.h"
 
 #include <nlohmann/json.hpp>
 
@@ -72,11 +72,11 @@ void sayWrongs(const Json& verdict, const std::string& nameSpace, const std::str
                     byHand);
 }
 
-void checkWalk(const Arguments& command, const std::string& nameSpace, const Server& server,
-               Report& report) {
+void checkWalk(const Job& job, const Arguments& command, const std::string& nameSpace) {
+    Report& report = job.report;
     const std::string byHand = commandText({program, "--namespace", nameSpace, command.back()}) +
                                " (with --user or --ca-file where the server wants them)";
-    const Outcome outcome = server.ask(command);
+    const Outcome outcome = job.server.ask(command);
     const auto notTried = [&](const std::string& why) {
         report.note("whether a client's walk is whole in " + nameSpace + " was not found out: " +
                     why + "; say with --url where the server answers clients, or try " + byHand);
@@ -99,8 +99,8 @@ void checkWalk(const Arguments& command, const std::string& nameSpace, const Ser
 
 } // namespace
 
-void checkWalks(const Settings& settings, const Situation& situation, const Server& server,
-                Report& report) {
+void checkWalks(const Job& job, const Situation& situation) {
+    const auto& [settings, content, server, report] = job;
     const std::filesystem::path walk = findWalk();
     const std::string url = settings.url.empty() ? urlOf(server) : settings.url;
     if (walk.empty() || url.empty()) {
@@ -113,9 +113,10 @@ void checkWalks(const Settings& settings, const Situation& situation, const Serv
     }
     for (const Place& place : situation.places)
         if (place.served && interruptedBy() == 0)
-            checkWalk({walk, "--json", "--timeout", std::to_string(settings.timeout.count()),
-                       "--namespace", place.nameSpace, url},
-                      place.nameSpace, server, report);
+            checkWalk(job,
+                      {walk, "--json", "--timeout", std::to_string(settings.timeout), "--namespace",
+                       place.nameSpace, url},
+                      place.nameSpace);
 }
 
 } // namespace registering

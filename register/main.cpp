@@ -1,7 +1,7 @@
 #include "register/CommandLine.h"
 #include "register/Commands.h"
-#include "register/Interrupt.h"
 #include "register/Library.h"
+#include "register/Process.h"
 
 #include <cstring>
 #include <exception>

@@ -12,11 +12,11 @@ class TheRegistration : public testing::Test {
 
     // The registration with one property of one capability given other items.
     Registration with(const char* name, const std::vector<std::string>& items) const {
-        std::vector<Instance> instances = registration.instances();
+        std::vector<Instance> instances = registration.instances;
         for (mof::PropertyInitializer& property : instances.back().properties)
             if (property.name == name)
                 property.value = array(items);
-        return Registration(instances);
+        return Registration{instances};
     }
 
     static mof::Value array(const std::vector<std::string>& items) {
@@ -91,8 +91,8 @@ TEST_F(TheRegistration, ServingElsewhereChangesEachListAndNothingElse) {
     ASSERT_EQ(moved.capabilities().size(), 12U);
     for (const Instance& capability : moved.capabilities())
         EXPECT_EQ(texts(capability, "Namespaces"), (std::vector<std::string>{"root/a", "root/b"}));
-    EXPECT_EQ(writeMof(moved.servingIn(registration.nameSpaces()).instances()),
-              writeMof(registration.instances()));
+    EXPECT_EQ(writeMof(moved.servingIn(registration.nameSpaces()).instances),
+              writeMof(registration.instances));
 }
 
 TEST_F(TheRegistration, IsTheSameWhateverTheOrderAndCaseOfNamespacesAndTheModulesState) {
@@ -100,9 +100,9 @@ TEST_F(TheRegistration, IsTheSameWhateverTheOrderAndCaseOfNamespacesAndTheModule
     EXPECT_TRUE(
         differences(registration, with("Namespaces", {"root/pg_interop", "Interop", "root/cimv2"}))
             .empty());
-    std::vector<Instance> instances = registration.instances();
+    std::vector<Instance> instances = registration.instances;
     instances.front().properties.push_back({{}, "OperationalStatus", array({"10"}), {}});
-    EXPECT_TRUE(differences(registration, Registration(instances)).empty());
+    EXPECT_TRUE(differences(registration, Registration{instances}).empty());
 }
 
 TEST_F(TheRegistration, EachDifferenceIsNamed) {
@@ -118,14 +118,14 @@ TEST_F(TheRegistration, EachDifferenceIsNamed) {
     EXPECT_EQ(differing(with("ProviderType", {"2"})),
               "ORVEX_ElementSoftwareIdentity|the capability ORVEX_ElementSoftwareIdentity has "
               "ProviderType 2 instead of 2 and 3\n");
-    std::vector<Instance> instances = registration.instances();
+    std::vector<Instance> instances = registration.instances;
     instances.erase(instances.begin() + 1);
-    EXPECT_EQ(differing(Registration(instances)),
+    EXPECT_EQ(differing(Registration{instances}),
               "|PG_Provider \"ServerProfileProvider\" is missing\n");
-    instances = registration.instances();
+    instances = registration.instances;
     instances.push_back(instances.back());
     instances.back().properties[2].value.items.front().text = "X";
-    EXPECT_NE(differing(Registration(instances)).find("is not of this version"), std::string::npos);
+    EXPECT_NE(differing(Registration{instances}).find("is not of this version"), std::string::npos);
 }
 
 } // namespace
