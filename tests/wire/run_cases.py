@@ -19,6 +19,9 @@ In replies also:
     {ANY}           any bytes of one line
     {CLOSED}        at the end: the server closes the connection
 
+What most cases have in common is in parts/, as it goes over the wire: {NAME TEXT} stands for the file
+NAME there with TEXT in the place of its {TEXT}.
+
 Every reply but an interim one (1xx) has one field Date with the present time as RFC 9110 (6.6.1)
 wants it. It is looked at here, and is not in the files.
 """
@@ -30,15 +33,18 @@ import email.utils
 import os
 import pathlib
 import re
-import signal
 import socket
 import ssl
-import subprocess
 import sys
-import tempfile
 import time
 
-PATIENCE = 20.0  # seconds for a reply, and for a server to start or end
+sys.path.insert(1, str(pathlib.Path(__file__).resolve().parent.parent / "kit"))
+
+from served import Served
+
+PARTS = {path.name.encode(): path.read_bytes().removesuffix(b"\n")
+         for path in pathlib.Path(__file__).with_name("parts").iterdir()}
+PATIENCE = 20.0  # seconds for a reply
 CLOCK = 600  # seconds by which the time in a reply may be wrong
 QUIET = 0.3  # seconds after which a reply without a length is taken to be complete
 
@@ -59,6 +65,12 @@ def fill(text, server):
     return re.sub(rb"\{HEX ([0-9A-Fa-f ]*)\}", lambda m: bytes.fromhex(m[1].decode()), text)
 
 
+def whole(text):
+    """`text` with the parts that it names."""
+    return re.sub(rb"\{(%s)(?: (.+))?\}" % b"|".join(PARTS),
+                  lambda m: PARTS[m[1]].replace(b"{TEXT}", m[2] or b""), text)
+
+
 class Step:
     """One file of a case."""
 
@@ -66,7 +78,7 @@ class Step:
         self.path = path
         self.kind = path.name.rsplit(".", 1)[-1]
         self.number = int(path.name.rsplit(".", 1)[0]) if "." in path.name else 0
-        self.text = path.read_bytes()
+        self.text = whole(path.read_bytes())
 
     def order(self):
         return (self.number, self.kind == "reply")
@@ -264,44 +276,6 @@ def run(cases, server, write, tls=None):
     return failed
 
 
-class Host:
-    """A cimhost of our own for the time of the run; with `tls`, it serves HTTPS alone."""
-
-    def __init__(self, command, tls):
-        self.folder = tempfile.TemporaryDirectory()
-        port_file = pathlib.Path(self.folder.name, "port")
-        self.tls = None
-        options = ["--port", "0", "--port-file", str(port_file)]
-        if tls:
-            pair = [str(pathlib.Path(self.folder.name, name)) for name in ("certificate", "key")]
-            subprocess.run([command[0], "make-certificate", *pair], check=True)
-            self.tls = ssl.create_default_context(cafile=pair[0])
-            options = ["--no-http", "--https-port", "0", "--https-port-file", str(port_file),
-                       "--certificate", pair[0], "--key", pair[1]]
-        self.process = subprocess.Popen(command + options)
-        deadline = time.monotonic() + PATIENCE
-        while not port_file.exists():
-            if self.process.poll() is not None:
-                raise SystemExit(f"{command[0]} ended with exit code {self.process.returncode}")
-            if time.monotonic() > deadline:
-                self.process.kill()
-                raise SystemExit(f"{command[0]} does not listen after {PATIENCE} s")
-            time.sleep(0.02)
-        self.server = ("127.0.0.1", int(port_file.read_text()))
-
-    def end(self):
-        """Ends it as an administrator would and returns its exit code."""
-        self.process.send_signal(signal.SIGTERM)
-        try:
-            return self.process.wait(PATIENCE)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait()
-            return f"none {PATIENCE} s after SIGTERM"
-        finally:
-            self.folder.cleanup()
-
-
 def address(text):
     host, _, port = text.rpartition(":")
     if not host or not port.isdigit():
@@ -315,8 +289,8 @@ def main():
     )
     where = parser.add_mutually_exclusive_group(required=True)
     where.add_argument("--server", type=address, metavar="HOST:PORT", help="a server that runs")
-    where.add_argument("--cimhost", metavar="PROGRAM", help="the cimhost to start")
-    parser.add_argument("--tls", action="store_true", help="with --cimhost: over HTTPS")
+    where.add_argument("--build", metavar="DIRECTORY", help="the build whose cimhost to start")
+    parser.add_argument("--tls", action="store_true", help="with --build: over HTTPS")
     parser.add_argument(
         "--argument",
         action="append",
@@ -341,15 +315,10 @@ def main():
     if options.server:
         failed = run(cases, options.server, options.write)
     else:
-        host = Host([options.cimhost] + options.argument, options.tls)
-        try:
-            failed = run(cases, host.server, options.write, host.tls)
-        finally:
-            code = host.end()
-        if code != 0:
-            print(f"FAILED  the server's end: exit code {code}")
-            failed += 1
-            cases.append(None)
+        with Served(options.build, options.argument, content=False, https=options.tls) as served:
+            tls = options.tls and ssl.create_default_context(cafile=served.certificate)
+            port = served.secure_port if tls else served.port
+            failed = run(cases, ("127.0.0.1", port), options.write, tls)
     print(f"{len(cases) - failed} passed, {failed} failed")
     return 1 if failed else 0
 

@@ -78,6 +78,13 @@ class RunCases(unittest.TestCase):
             sent, rb"^POST / HTTP/1\.1\r\nHost: 127.0.0.1:\d+\r\nContent-Length: 5\r\n\r\na\nb\xff\n$"
         )
 
+    def test_a_part_goes_out_as_it_is_written_with_its_text(self):
+        text = b"{POST GetQualifier}\nX: {POST}\n\n{END_CALL}{NO_PART x}"
+        sent = self.passes({"request": text, "reply": EXPECTED}, [OK])
+        self.assertRegex(sent, rb"(?s)^POST /cimom HTTP/1\.1\r\nHost: 127.*\r\nContent-Length: 56\r\n.*"
+                               rb"\r\nCIMMethod: GetQualifier\r\n.*\r\nX: POST /.*\r\n\r\n"
+                               rb"</IMETHODCALL>\n</SIMPLEREQ>\n</MESSAGE>\n</CIM>\{NO_PART x\}$")
+
     def test_a_different_field_body_or_order_fails_and_is_shown(self):
         request = b"POST / HTTP/1.1\n\n"
         for reply in (
