@@ -74,12 +74,6 @@ def wbemcli(*arguments):
                           text=True).stdout
 
 
-def module_host(address):
-    """The host in the paths that the module makes."""
-    firmware = f'http://{address}/root/cimv2:ORVEX_SoftwareIdentity.InstanceID="OrvexSI1"'
-    return wbemcli("ain", firmware).split("/", 1)[0]
-
-
 def published_name(url, *more):
     """The name of the host of the object manager of the server at `url`: empty when the machine's name
     is unknown to its resolver, else the canonical one."""
