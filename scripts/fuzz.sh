@@ -48,13 +48,15 @@ for target in "${targets[@]}"; do
   corpus=build/fuzz/corpus/$target
   findings=build/fuzz/findings/$target
   log=build/fuzz/$target.log
+  dictionary=build/fuzz/$target.dict
   mkdir -p "$corpus" "$findings"
   seeds=(tests/fuzz/{corpus,findings}/"$target")
   echo "fuzz.sh: $target for $seconds s; $log says how it goes"
+  sed -E 's|^"<([A-Z.]+)>"$|&\n"</\1>"\n"<\1 NAME=\\""|' "tests/fuzz/dictionaries/$target.dict" >"$dictionary"
   before=$(find "$findings" -type f | wc -l)
   run=0
   TIMEFORMAT="%U %S"
-  processor=$({ time nice build/fuzz/bin/fuzz_"$target" -dict=tests/fuzz/dictionaries/"$target".dict \
+  processor=$({ time nice build/fuzz/bin/fuzz_"$target" -dict="$dictionary" \
     -max_len="${longest[$target]}" -timeout=20 -report_slow_units=20 -rss_limit_mb=2048 \
     -print_final_stats=1 -max_total_time="$seconds" -artifact_prefix="$findings/" "$corpus" "${seeds[@]}" \
     >"$log" 2>&1 </dev/null; } 2>&1) || run=$?
