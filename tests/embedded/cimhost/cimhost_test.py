@@ -830,7 +830,7 @@ class Contained(Case):
         reader, writer = os.pipe()
         self.addCleanup(os.close, reader)
         fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
-        running = self.start(*self.content(other="Quiet"), "--patience=1", "--grace=1", stdout=writer)
+        running = self.start(*self.content(other="Quiet"), "--patience=1", "--grace=0", stdout=writer)
         os.close(writer)
         self.crowd(running, 200)
         for _ in range(20):
