@@ -146,18 +146,6 @@ TEST(DocumentRejection, WantsTheXmlDeclarationFirst) {
     EXPECT_EQ(rejected("\xEF\xBB\xBF" + good), "answered");
 }
 
-TEST(DocumentRejection, WantsRootCim) {
-    EXPECT_EQ(rejected(prolog + "<cim/>"), notValid);
-    EXPECT_EQ(rejected(prolog + "<CIM/>"), notValid);
-    EXPECT_EQ(rejected(prolog + "<html><body/></html>"), notValid);
-}
-
-TEST(DocumentRejection, TakesBatchesForAHeaderMismatch) {
-    std::string body = changed("<SIMPLEREQ>", "<MULTIREQ><SIMPLEREQ>");
-    body.replace(body.find("</SIMPLEREQ>"), 12, "</SIMPLEREQ></MULTIREQ>");
-    EXPECT_EQ(rejected(body), mismatch);
-}
-
 TEST(DocumentRejection, KnowsOneProtocol) {
     Headers headers = headersFor("EnumerateInstanceNames");
     const auto judge = [&](const std::string& version) {

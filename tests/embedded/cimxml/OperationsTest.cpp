@@ -117,12 +117,6 @@ TEST(Operations, PassTheCallerOn) {
     EXPECT_TRUE(operations.lastCaller.userName == "operator");
 }
 
-TEST(Operations, UnknownOnesAreSaidToBeSo) {
-    EXPECT_EQ(recorded("Frobnicate", ""),
-              "no call, but " + errorContent(7, "CIM_ERR_NOT_SUPPORTED: Unrecognized intrinsic "
-                                                "method: Frobnicate"));
-}
-
 class NotServed : public testing::TestWithParam<const char*> {};
 
 TEST_P(NotServed, IsNotSupported) {
@@ -146,51 +140,9 @@ const std::string writtenName = "<INSTANCENAME CLASSNAME=\"X\">\n"
                                 "<KEYVALUE VALUETYPE=\"string\">1</KEYVALUE>\n"
                                 "</KEYBINDING>\n"
                                 "</INSTANCENAME>\n";
-const std::string writtenPath = "<INSTANCEPATH>\n"
-                                "<NAMESPACEPATH>\n"
-                                "<HOST>switch</HOST>\n"
-                                "<LOCALNAMESPACEPATH>\n"
-                                "<NAMESPACE NAME=\"root\"/>\n"
-                                "<NAMESPACE NAME=\"cimv2\"/>\n"
-                                "</LOCALNAMESPACEPATH>\n"
-                                "</NAMESPACEPATH>\n" +
-                                writtenName + "</INSTANCEPATH>\n";
-const std::string writtenClassPath = "<CLASSPATH>\n"
-                                     "<NAMESPACEPATH>\n"
-                                     "<HOST>switch</HOST>\n"
-                                     "<LOCALNAMESPACEPATH>\n"
-                                     "<NAMESPACE NAME=\"root\"/>\n"
-                                     "</LOCALNAMESPACEPATH>\n"
-                                     "</NAMESPACEPATH>\n"
-                                     "<CLASSNAME NAME=\"C\"/>\n"
-                                     "</CLASSPATH>\n";
-const std::string writtenInstance = "<INSTANCE CLASSNAME=\"X\" >\n"
-                                    "<PROPERTY NAME=\"a\"  TYPE=\"string\">\n"
-                                    "<VALUE>1</VALUE>\n"
-                                    "</PROPERTY>\n"
-                                    "</INSTANCE>\n";
 
 CIMObjectPath pathWithHost() {
     return CIMObjectPath("//switch/root/cimv2:X.a=\"1\"");
-}
-
-CIMInstance instanceWithPath() {
-    CIMInstance instance(CIMName("X"));
-    instance.addProperty(CIMProperty(CIMName("a"), CIMValue(String("1"))));
-    instance.setPath(pathWithHost());
-    return instance;
-}
-
-CIMClass classWithPath() {
-    CIMClass cimClass(CIMName("C"));
-    cimClass.setPath(CIMObjectPath("switch", CIMNamespaceName("root"), CIMName("C")));
-    return cimClass;
-}
-
-TEST(Responses, ToGetClassHoldTheClass) {
-    FakeOperations operations;
-    operations.cimClass = classWithPath();
-    EXPECT_EQ(returned(operations, "GetClass", classX), "<CLASS NAME=\"C\" >\n</CLASS>\n");
 }
 
 TEST(Responses, ToEnumerateClassesHoldClasses) {
@@ -200,35 +152,6 @@ TEST(Responses, ToEnumerateClassesHoldClasses) {
     EXPECT_EQ(returned(operations, "EnumerateClasses", ""),
               "<CLASS NAME=\"C\" >\n</CLASS>\n"
               "<CLASS NAME=\"D\"  SUPERCLASS=\"C\" >\n</CLASS>\n");
-}
-
-TEST(Responses, ToEnumerateClassNamesHoldNames) {
-    FakeOperations operations;
-    operations.classNames.append(CIMName("C"));
-    operations.classNames.append(CIMName("D"));
-    EXPECT_EQ(returned(operations, "EnumerateClassNames", ""),
-              "<CLASSNAME NAME=\"C\"/>\n<CLASSNAME NAME=\"D\"/>\n");
-}
-
-TEST(Responses, ToGetInstanceHoldNoPath) {
-    FakeOperations operations;
-    operations.instance = instanceWithPath();
-    EXPECT_EQ(returned(operations, "GetInstance", pathX), writtenInstance);
-}
-
-TEST(Responses, ToEnumerateInstancesHoldNamesWithoutHostAndNamespace) {
-    FakeOperations operations;
-    operations.instances.append(instanceWithPath());
-    operations.instances.append(instanceWithPath());
-    const std::string one =
-        "<VALUE.NAMEDINSTANCE>\n" + writtenName + writtenInstance + "</VALUE.NAMEDINSTANCE>\n";
-    EXPECT_EQ(returned(operations, "EnumerateInstances", classX), one + one);
-}
-
-TEST(Responses, ToEnumerateInstanceNamesHoldNamesWithoutHostAndNamespace) {
-    FakeOperations operations;
-    operations.paths.append(pathWithHost());
-    EXPECT_EQ(returned(operations, "EnumerateInstanceNames", classX), writtenName);
 }
 
 TEST(Responses, ToCreateInstanceHoldTheName) {
@@ -259,46 +182,6 @@ TEST(Responses, ToGetPropertyHoldTheValueOrNothingForNull) {
               "<VALUE.REFERENCE>\n" + writtenName + "</VALUE.REFERENCE>\n");
     operations.value = CIMValue(CIMTYPE_STRING, false);
     EXPECT_EQ(content(operations, "GetProperty", parameters), "");
-}
-
-TEST(Responses, ToAssociationQueriesHoldFullPaths) {
-    for (const char* operation : {"Associators", "References"}) {
-        FakeOperations operations;
-        operations.objects.append(CIMObject(instanceWithPath()));
-        EXPECT_EQ(returned(operations, operation, objectX), "<VALUE.OBJECTWITHPATH>\n" +
-                                                                writtenPath + writtenInstance +
-                                                                "</VALUE.OBJECTWITHPATH>\n");
-    }
-    for (const char* operation : {"AssociatorNames", "ReferenceNames"}) {
-        FakeOperations operations;
-        operations.paths.append(pathWithHost());
-        EXPECT_EQ(returned(operations, operation, objectX),
-                  "<OBJECTPATH>\n" + writtenPath + "</OBJECTPATH>\n");
-    }
-}
-
-TEST(Responses, ToAssociationQueriesOnAClassHoldClasses) {
-    const std::string className = parameter("ObjectName", "<CLASSNAME NAME=\"C\"/>");
-    const std::string noKeys = parameter("ObjectName", "<INSTANCENAME CLASSNAME=\"C\"/>");
-    for (const char* operation : {"Associators", "References"}) {
-        FakeOperations operations;
-        operations.objects.append(CIMObject(classWithPath()));
-        const std::string answer = "<VALUE.OBJECTWITHPATH>\n" + writtenClassPath +
-                                   "<CLASS NAME=\"C\" >\n</CLASS>\n</VALUE.OBJECTWITHPATH>\n";
-        EXPECT_EQ(returned(operations, operation, className), answer);
-        EXPECT_EQ(returned(operations, operation, noKeys), answer);
-    }
-    for (const char* operation : {"AssociatorNames", "ReferenceNames"}) {
-        FakeOperations operations;
-        operations.paths.append(classWithPath().getPath());
-        EXPECT_EQ(returned(operations, operation, className),
-                  "<OBJECTPATH>\n" + writtenClassPath + "</OBJECTPATH>\n");
-        // As the client wrote its own class.
-        const std::string answered = returned(operations, operation, noKeys);
-        EXPECT_NE(answered.find("<OBJECTPATH>\n<INSTANCEPATH>\n"), std::string::npos);
-        EXPECT_NE(answered.find("<INSTANCENAME CLASSNAME=\"C\">\n</INSTANCENAME>\n"),
-                  std::string::npos);
-    }
 }
 
 TEST(Responses, WithNothingOfOneLegHaveNoReturnValue) {

@@ -64,14 +64,6 @@ TEST(Server, HandsFieldsOverInOrderAndSpelling) {
     EXPECT_EQ(findField(fields, "a"), nullptr);
 }
 
-TEST(Server, LeavesOutTheBodyInReplyToHead) {
-    RunningServer running;
-    RawClient client(running.port());
-    client.send("HEAD /echo HTTP/1.1\r\nHost: h\r\n\r\n" + post("/echo", "a"));
-    EXPECT_EQ(client.reply(false), "HTTP/1.1 200 OK\r\n" + date + "content-length: 13\r\n\r\n");
-    EXPECT_EQ(client.reply(), ok("POST /echo [a]"));
-}
-
 struct PersistenceCase {
     const char* name;
     const char* version;
@@ -132,16 +124,6 @@ TEST(Server, AcceptsChunkedBodies) {
                 post("/echo", "next"));
     EXPECT_EQ(client.reply(), ok("POST /echo [abc0123456789]"));
     EXPECT_EQ(client.reply(), ok("POST /echo [next]"));
-}
-
-TEST(Server, SendsContinueBeforeTheBodyIsThere) {
-    RunningServer running;
-    RawClient client(running.port());
-    client.send("POST /echo HTTP/1.1\r\nHost: h\r\nExpect: 100-Continue\r\n"
-                "Content-Length: 4\r\n\r\n");
-    EXPECT_EQ(client.reply(), "HTTP/1.1 100 Continue\r\n\r\n");
-    client.send("body");
-    EXPECT_EQ(client.reply(), ok("POST /echo [body]"));
 }
 
 TEST(Server, SendsNoContinueWhenNoBodyIsToCome) {
