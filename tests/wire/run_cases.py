@@ -143,8 +143,9 @@ class Connection:
         self.buffer += data
         return bool(data)
 
-    def reply(self, to_head):
-        """Header and body of the next reply, or what came of it."""
+    def reply(self, to_head, last):
+        """Header and body of the next reply, or what came of it. Of the `last` one a body without a
+        length is left to rest()."""
         while b"\r\n\r\n" not in self.buffer and self.more():
             pass
         end = self.buffer.find(b"\r\n\r\n")
@@ -160,7 +161,7 @@ class Connection:
             while len(self.buffer) < size and self.more():
                 pass
             return self.take(size)
-        while self.more(QUIET):
+        while not last and self.more(QUIET):
             pass
         return self.take(len(self.buffer))
 
@@ -242,8 +243,9 @@ def replies(case, server, tls=None):
                 verb = data.split(b" ", 1)[0] if step.kind == "request" else verb
                 connection.send(data)
                 continue
-            actual = comparable(connection.reply(verb == b"HEAD"))
-            if index == len(steps) - 1:
+            last = index == len(steps) - 1
+            actual = comparable(connection.reply(verb == b"HEAD", last))
+            if last:
                 actual += connection.rest(step.text.endswith(CLOSED))
             yield step, actual
 
