@@ -30,7 +30,7 @@ from served import Served
 
 SERVED = None
 ALONE = b' ID="0.'  # in the requests that load.py asks alone
-REQUESTS = 1500
+REQUESTS = 800
 HALF = ("--namespace", "root/PG_InterOp")  # of what is asked alone, where the load is to fail
 HOLDER = """
 import os, sys, threading
@@ -148,7 +148,7 @@ class ShortLoad(unittest.TestCase):
         kept = []
 
         def hoard(text, _):
-            kept.append((b"x" * 10240, open(os.devnull, "rb") if len(kept) % 20 == 0 else None))
+            kept.append((b"x" * 20480, open(os.devnull, "rb") if len(kept) % 5 == 0 else None))
             return text
         self.assert_found(hoard, "PROBLEM: the server's memory grew by ",
                           "PROBLEM: the server's descriptors grew by ",
