@@ -73,44 +73,17 @@ class HostTraversalTest : public TraversalTest {
 
 } // namespace
 
-TEST_F(HostTraversalTest, EmptyFilterChoosesTheServiceThenTheAccessPointsAsSeven) {
-    for (const std::string key : {hostKey, "SWITCH1.Example.NET"}) {
-        const Question question = {key};
-        expectAnswers(host, question, [&](const std::string& operation) {
-            return joined({before(operation, question, 7),
-                           farEnds(operation, service, objectManagers, false),
-                           farEnds(operation, accessPoint, mechanisms, false)});
-        });
-    }
-}
-
-TEST_F(HostTraversalTest, FilterChoosesOneInAnyCase) {
-    for (const Part* part : {&service, &accessPoint}) {
-        for (const std::string& filter : {part->filter, mixedCase(part->filter)}) {
-            const Question question = {hostKey, filter};
-            expectAnswers(host, question, [&](const std::string& operation) {
-                return joined({before(operation, question, part->bit),
-                               farEnds(operation, *part,
-                                       part->bit == 1 ? objectManagers : mechanisms, false)});
-            });
-        }
-    }
-}
-
-TEST_F(HostTraversalTest, AnyOtherFilterEndsItAtOnce) {
-    expectNothingForOthers(host, {hostKey}, {"CIM_HostedService", "CIM_HostedAccessPoint"},
-                           opening);
-}
-
-TEST_F(HostTraversalTest, ResultClassDoesNotNarrow) {
-    for (const std::string& resultClass : anyClass()) {
-        const Question question = {hostKey, "", resultClass};
-        expectAnswers(host, question, [&](const std::string& operation) {
-            return joined({before(operation, question, 7),
-                           farEnds(operation, service, objectManagers, false),
-                           farEnds(operation, accessPoint, mechanisms, false)});
-        });
-    }
+TEST_F(HostTraversalTest, FilterChoosesOneOrTheServiceThenTheAccessPointsAsSevenAndNothingNarrows) {
+    const Chosen chosen = [](const std::string& operation, const Question& question, int mask) {
+        return joined(
+            {before(operation, question, mask),
+             (mask & 1) != 0 ? farEnds(operation, service, objectManagers, false) : Block(),
+             (mask & 2) != 0 ? farEnds(operation, accessPoint, mechanisms, false) : Block()});
+    };
+    for (const std::string key : {hostKey, "SWITCH1.Example.NET"})
+        expectFilterToChoose(host, {key}, {{service.filter, 1}, {accessPoint.filter, 2}}, 7,
+                             opening, chosen);
+    expectNoNarrowing(host, {hostKey}, 7, chosen);
 }
 
 TEST_F(HostTraversalTest, AnyOtherKeyDeliversNothingAndReadsNothing) {
@@ -161,13 +134,8 @@ TEST_F(HostTraversalTest, EmptyReadReplacesTheList) {
 }
 
 TEST_F(HostTraversalTest, ExceptionOfAnotherTypeOrOfTheHandlerPasses) {
-    for (const std::string& operation : traversalOperations()) {
-        for (std::size_t accepted = 0; accepted < 4; ++accepted) {
-            const Outcome outcome = ask(host, operation, {hostKey}, accepted);
-            EXPECT_EQ(outcome.thrown, refusal);
-            EXPECT_EQ(outcome.delivered.size(), accepted);
-        }
-    }
+    for (const std::string& operation : traversalOperations())
+        expectRefusalToPass(host, operation, {hostKey}, 4);
     for (const Failure& failure : otherFailures()) {
         for (const std::string& operation : traversalOperations()) {
             setFailing("CIM_ObjectManager", {});

@@ -198,19 +198,57 @@ class TraversalTest : public AssociationTest {
         }
     }
 
-    /// Expects every operation to deliver nothing for every filter but `known`, after its opening
-    /// lines.
-    void expectNothingForOthers(const Source& source, Question question,
-                                const std::set<std::string>& known,
-                                const std::function<Lines(const std::string& operation,
-                                                          const Question& question)>& opening) {
+    using Opening = std::function<Lines(const std::string& operation, const Question& question)>;
+    using Chosen =
+        std::function<Block(const std::string& operation, const Question& question, int mask)>;
+
+    /// Expects the filter to choose the association classes: one of `bits` by its name in any
+    /// letter case, all, as `all`, when it is empty or a null pointer, and none when it is another,
+    /// after the opening lines.
+    void expectFilterToChoose(const Source& source, Question question,
+                              const std::map<std::string, int>& bits, int all,
+                              const Opening& opening, const Chosen& chosen) {
+        const auto expectMask = [&](const std::string& filter, int mask) {
+            question.filter = filter;
+            expectAnswers(source, question, [&](const std::string& operation) {
+                return chosen(operation, question, mask);
+            });
+        };
+        expectMask("", all);
+        for (const auto& [name, bit] : bits) {
+            expectMask(name, bit);
+            expectMask(mixedCase(name), bit);
+        }
         for (const std::string& filter : anyClass()) {
-            if (known.count(filter) == 0) {
+            if (bits.count(filter) == 0) {
                 question.filter = filter;
                 expectAnswers(source, question, [&](const std::string& operation) {
                     return Block{opening(operation, question), {}, {}};
                 });
             }
+        }
+        question.filter.reset();
+        for (const std::string& operation : traversalOperations())
+            expectBlock(ask(source, operation, question), chosen(operation, question, all));
+    }
+
+    /// Expects the same answers whatever the result class.
+    void expectNoNarrowing(const Source& source, Question question, int all, const Chosen& chosen) {
+        for (const std::string& resultClass : anyClass()) {
+            question.resultClass = resultClass;
+            expectAnswers(source, question, [&](const std::string& operation) {
+                return chosen(operation, question, all);
+            });
+        }
+    }
+
+    /// Expects what a handler throws that takes `accepted` things to pass after these.
+    void expectRefusalToPass(const Source& source, const std::string& operation,
+                             const Question& question, std::size_t deliveries) {
+        for (std::size_t accepted = 0; accepted < deliveries; ++accepted) {
+            const Outcome outcome = ask(source, operation, question, accepted);
+            EXPECT_EQ(outcome.thrown, refusal);
+            EXPECT_EQ(outcome.delivered.size(), accepted);
         }
     }
 
