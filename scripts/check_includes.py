@@ -26,7 +26,7 @@ ROOMS = {
     PUBLIC: ("", ""),
     EMBEDDING: (f"{PUBLIC} embedded/text", ""),
     "embedded/pegasus/src": (f"{PUBLIC} {EMBEDDING} embedded/text", ""),
-    "embedded/mof": ("embedded/text", ""),
+    "embedded/mof": ("embedded/text embedded/threads", ""),
     "embedded/repository": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof", "boost/"),
     "embedded/routing": (f"{BASE} {PUBLIC} {EMBEDDING} embedded/mof embedded/repository", ""),
     "embedded/http": (BASE, "boost/ openssl/"),

@@ -112,11 +112,13 @@ int Listener::release() {
 class Server::Implementation : public std::enable_shared_from_this<Server::Implementation> {
   public:
     Implementation(std::vector<Listener> listeners, Options options, Handler handler)
-        : _options(std::move(options)), _handler(std::move(handler)), _lanes(_options.lanes) {
+        : _options(std::move(options)), _handler(std::move(handler)), _log(_options.log),
+          _lanes(_options.lanes) {
         const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
         const unsigned threads = _options.ioThreads != 0 ? _options.ioThreads : std::min(cores, 4U);
         while (_threads.size() < threads)
-            _threads.push_back(std::make_unique<IoThread>(*this));
+            _threads.push_back(std::make_unique<IoThread>(*this, _threads.size()));
+        _connections.resize(threads);
         for (Listener& listener : listeners) {
             const int socket = listener.release();
             _acceptors.emplace_back(_threads.front()->io(), protocol(socket), socket);
@@ -240,7 +242,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     class IoThread : public ConnectionOwner {
       public:
-        explicit IoThread(Implementation& server) : _server(server), _work(_io.get_executor()) {
+        IoThread(Implementation& server, std::size_t number)
+            : _server(server), _number(number), _work(_io.get_executor()) {
             // What Asio makes with the first of them is there from now on.
             const Connection::Socket socket(_io);
             const asio::steady_timer timer(_io);
@@ -279,7 +282,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
             try {
                 connection = std::make_shared<Connection>(std::move(socket), tls, *this);
                 const threads::Lock lock(_server._connectionsMutex);
-                _connections.insert(connection);
+                _server._connections[_number].insert(connection);
                 connection->setGivingWay(full);
                 _server._turnedAway -= full;
             } catch (const std::exception& error) {
@@ -315,7 +318,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         void closed(Connection& connection) noexcept override {
             {
                 const threads::Lock lock(_server._connectionsMutex);
-                _connections.erase(connection.shared_from_this());
+                _server._connections[_number].erase(connection.shared_from_this());
                 --_server._open; // with it, as makeRoom() counts both
             }
             _server.endIfIdle();
@@ -379,21 +382,20 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                                 }));
         }
 
-        void closeAll(void (Connection::*how)()) noexcept {
-            // A connection that closes leaves the set.
-            for (auto each = _connections.begin(); each != _connections.end();) {
+        // Without the lock: no other thread changes this set. A connection that closes leaves it.
+        void closeAll(void (Connection::*how)()) noexcept LOCKING_UNCHECKED {
+            const auto& mine = _server._connections[_number];
+            for (auto each = mine.begin(); each != mine.end();) {
                 const std::shared_ptr<Connection> connection = *each++;
                 connection->attempt([&] { (*connection.*how)(); });
             }
         }
 
         Implementation& _server;
+        const std::size_t _number; // among the threads
         HandlerMemory _stopMemory; // outlives the loop that has handlers in it
         asio::io_context _io{1};
         asio::executor_work_guard<asio::io_context::executor_type> _work;
-        // Changed with the server's mutex held, so that the first thread may look; this thread,
-        // which alone changes it, looks without. No annotation says that.
-        std::set<std::shared_ptr<Connection>> _connections;
 
         friend class Implementation;
     };
@@ -416,11 +418,10 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     }
 
     void log(const std::string& kind, const std::string& line) noexcept {
-        if (!_options.log)
-            return;
         try {
             const threads::Lock lock(_logMutex);
-            _options.log(kind, line);
+            if (_log)
+                _log(kind, line);
         } catch (...) { // a line less
         }
     }
@@ -574,8 +575,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         const threads::Lock lock(_connectionsMutex);
         std::size_t staying = _open - _turnedAway;
         std::map<std::string, std::size_t> held;
-        for (const auto& thread : _threads)
-            for (const auto& connection : thread->_connections)
+        for (const auto& connections : _connections)
+            for (const auto& connection : connections)
                 if (connection->isGivingWay())
                     --staying;
                 else
@@ -589,13 +590,13 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         for (; staying > _options.connectionLimit; --staying) {
             IoThread* where = nullptr;
             std::shared_ptr<Connection> first;
-            for (const auto& thread : _threads)
-                for (const auto& connection : thread->_connections)
+            for (std::size_t i = 0; i < _threads.size(); ++i)
+                for (const auto& connection : _connections[i])
                     if (!connection->isGivingWay() &&
                         connection->waiting() != Connection::Waiting::ForNothing &&
                         (!first || rank(*connection) > rank(*first))) {
                         first = connection;
-                        where = thread.get();
+                        where = _threads[i].get();
                     }
             if (!first)
                 break;
@@ -642,6 +643,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     const Options _options;
     const Handler _handler;
     threads::Mutex _logMutex; // held while a line is logged
+    const std::function<void(const std::string&, const std::string&)> _log GUARDED_BY(_logMutex);
     // Used by the first thread only. They outlive the loops that have handlers in their memory.
     std::deque<ListeningPort> _listeningPorts;
     HandlerMemory _stopMemory;
@@ -659,6 +661,8 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     std::atomic<std::size_t> _turnedAway{0}; // of these, those whose thread has not heard of them
     std::atomic<std::int64_t> _held{0};      // bytes that connections keep
     threads::Mutex _connectionsMutex;
+    // Of each thread, which alone changes its set.
+    std::vector<std::set<std::shared_ptr<Connection>>> _connections GUARDED_BY(_connectionsMutex);
     std::atomic<unsigned> _handling{0}; // requests at the workers
     std::atomic<bool> _stopping{false};
     std::atomic<bool> _watchingLanes{false};

@@ -1,8 +1,8 @@
 #include "mof/Source.h"
 
 #include "text/Utf8.h"
+#include "threads/Locks.h"
 
-#include <mutex>
 #include <set>
 
 namespace embedded::mof {
@@ -25,11 +25,12 @@ std::string shown(std::string_view token) {
     return text::visible(token.substr(0, end)) + "...";
 }
 
-/// Every location points to the name of its file, and there are far more of them than files.
+// Every location points to the name of its file, and there are far more of them than files.
+threads::Mutex namesMutex;
+std::set<std::string> names GUARDED_BY(namesMutex);
+
 const std::string& kept(const std::string& name) {
-    static std::mutex mutex;
-    static std::set<std::string> names;
-    const std::lock_guard lock(mutex);
+    const threads::Lock lock(namesMutex);
     return *names.insert(name).first;
 }
 
