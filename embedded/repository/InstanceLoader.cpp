@@ -128,7 +128,7 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
     return *kinds.back();
 }
 
-void InstanceLoader::announce(const mof::InstanceDeclaration& declaration,
+void InstanceLoader::declare(const mof::InstanceDeclaration& declaration,
                               const CIMNamespaceName& nameSpace) {
     PendingInstance instance;
     instance.declaration = &declaration;

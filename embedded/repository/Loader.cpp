@@ -68,7 +68,7 @@ class Loader {
             checkReferenceClasses(*each.declaration, *_nameSpaces.find(each.nameSpace));
         InstanceLoader loader(_nameSpaces);
         for (const auto& each : _instances)
-            loader.announce(*each.declaration, each.nameSpace);
+            loader.declare(*each.declaration, each.nameSpace);
         loader.addAll();
     }
 

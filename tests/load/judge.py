@@ -1,11 +1,11 @@
 """Which answers to a request are right: kept from asking it alone, and judged by them under load.
 
-The server splits a request into legs, one for each class that it asks, and joins their answers in
-the order in which they come. So the order of the legs is free, and that within a leg is not. While
-the module is disabled, each of its legs is refused with "provider blocked."; the server leaves a
-refused leg out if another leg, its own or one that the module still answered, was not refused. So
-around the moment of the change an answer may lack whole legs of the module, any of them, but never
-a part of a leg.
+The server splits a request into parts, one for each class that it asks, and joins their answers in
+the order in which they come. So the order of the parts is free, and that within a part is not. While
+the module is disabled, each of its parts is refused with "provider blocked."; the server leaves a
+refused part out if another part, its own or one that the module still answered, was not refused. So
+around the moment of the change an answer may lack any whole parts of the module, but never single
+objects of a part.
 """
 
 import collections
@@ -46,7 +46,7 @@ class Answer(NamedTuple):
         return self.error == (BLOCKED_CODE, BLOCKED_TEXT)
 
     def by_class(self):
-        """The objects in an order that does not depend on the order of the legs."""
+        """The objects in an order that does not depend on the order of the parts."""
         return sorted(zip(self.classes, self.objects), key=lambda pair: pair[0])
 
     def without(self, objects):
@@ -62,14 +62,14 @@ class Answer(NamedTuple):
 
 class Expected:
     """What one request may be answered: `text` alone, `blocked` while the module is disabled, and
-    `legs`, {class: objects} of the module, in between."""
+    `parts`, {class: objects} of the module, in between."""
 
     def __init__(self, text, several):
         self.text = text
         self.answer = Answer.read(text)
         self.several = several  # whether the server asks several classes
         self.blocked = None
-        self.legs = {}
+        self.parts = {}
         self.verdicts = collections.OrderedDict()
 
     def judge(self, text, in_window):
@@ -96,7 +96,7 @@ class Expected:
             return BLOCKED
         if not self.several or answer.error or self.answer.error:
             return WRONG
-        missing = self.missing_legs(answer)
+        missing = self.missing_parts(answer)
         if missing:
             return PARTIAL if in_window else WRONG
         return WRONG if missing is None else REORDERED
@@ -105,15 +105,15 @@ class Expected:
     def _is_like(answer, other):
         return answer.error == other.error and answer.by_class() == other.by_class()
 
-    def missing_legs(self, answer):
-        """The classes of the module's legs that `answer` lacks; None if it is not made of whole
-        legs and all that the server itself has to say."""
+    def missing_parts(self, answer):
+        """The classes of the module's parts that `answer` lacks; None if it is not made of whole
+        parts and all that the server itself has to say."""
         left, missing = answer, []
-        full = {name: leg for name, leg in self.legs.items() if leg}
-        for name, leg in full.items():
-            starts = [i for i in range(len(left.objects)) if left.objects[i:i + len(leg)] == leg]
+        full = {name: part for name, part in self.parts.items() if part}
+        for name, part in full.items():
+            starts = [i for i in range(len(left.objects)) if left.objects[i:i + len(part)] == part]
             if starts:
-                cut = slice(starts[0], starts[0] + len(leg))
+                cut = slice(starts[0], starts[0] + len(part))
                 left = left._replace(
                     objects=left.objects[:cut.start] + left.objects[cut.stop:],
                     classes=left.classes[:cut.start] + left.classes[cut.stop:])
@@ -121,13 +121,13 @@ class Expected:
                 missing.append(name)
         if left.by_class() != self.own.by_class():
             return None
-        if len(missing) == len(full) == len(self.legs) > 0 and self.blocked.error:
+        if len(missing) == len(full) == len(self.parts) > 0 and self.blocked.error:
             return None  # all were refused, so the whole is
         return missing
 
     @property
     def own(self):
-        """What the server answers beside the module's legs."""
+        """What the server answers beside the module's parts."""
         if self.blocked is None:
             return self.answer
         return self.blocked._replace(error=None)
@@ -141,7 +141,7 @@ class Kept:
         self._asker = asker
         self._served = served
         self._below = {}
-        self._legs = {}
+        self._parts = {}
         self.problems = []  # why a request cannot be judged, in words
         self.expected = {}
         for request in requests:
@@ -155,15 +155,15 @@ class Kept:
                 self._problem(f"{what}, alone, it is answered otherwise", request, text)
 
     def keep_blocked(self):
-        """Asks each while the module is disabled, and finds out the legs."""
+        """Asks each while the module is disabled, and finds out the parts."""
         for request, expected in self.expected.items():
             expected.blocked = Answer.read(self._asker.text(request))
         for request, expected in self.expected.items():
             self._check_blocked(request, expected)
             if request.selector and not expected.answer.error:
-                expected.legs = {one: self._leg(request, one) for one in self._asked(request)}
-                if expected.missing_legs(expected.answer) != []:
-                    self._problem("its answer is not that of its legs", request, expected.text)
+                expected.parts = {one: self._part(request, one) for one in self._asked(request)}
+                if expected.missing_parts(expected.answer) != []:
+                    self._problem("its answer is not that of its parts", request, expected.text)
             expected.verdicts.clear()
 
     def reaches_module(self, request):
@@ -214,14 +214,14 @@ class Kept:
         return [one for one, association in classes.items()
                 if one in wanted and (association or any_class)]
 
-    def _leg(self, request, class_name):
+    def _part(self, request, class_name):
         """What the module answers for this class alone; () for an error."""
         asked = request.under(class_name)
-        if asked not in self._legs:
-            self._legs[asked] = self._find_leg(asked)
-        return self._legs[asked]
+        if asked not in self._parts:
+            self._parts[asked] = self._find_part(asked)
+        return self._parts[asked]
 
-    def _find_leg(self, asked):
+    def _find_part(self, asked):
         expected = self.expected[asked]
         rest = expected.answer
         if rest.error:
@@ -229,6 +229,6 @@ class Kept:
         taken = () if expected.blocked.error else expected.blocked.objects
         for other in self._asked(asked):
             if other != asked.selected:
-                taken += self._leg(asked, other)
+                taken += self._part(asked, other)
         left = rest.without(taken)
         return () if left is None else left.objects

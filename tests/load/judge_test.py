@@ -104,12 +104,12 @@ class Judging(unittest.TestCase):
         self.assertEqual(self.verdicts(ALL, B1, B2, D1, D2, O1, O2), (RIGHT, RIGHT))
         self.assertEqual(self.verdicts(GET, B1), (RIGHT, RIGHT))
 
-    def test_legs_may_change_places(self):
+    def test_parts_may_change_places(self):
         for objects in ((D1, D2, B1, B2, O1, O2), (O1, O2, D1, D2, B1, B2)):
             self.assertEqual(self.verdicts(ALL, *objects), (REORDERED, REORDERED))
         self.assertEqual(self.verdicts(FAR, F3, F1, F2), (REORDERED, REORDERED))
 
-    def test_objects_of_one_leg_may_not(self):
+    def test_objects_of_one_part_may_not(self):
         self.assertEqual(self.verdicts(ALL, B2, B1, D1, D2, O1, O2), (WRONG, WRONG))
         self.assertEqual(self.verdicts(ALL, B1, B2, D1, D2, O2, O1), (WRONG, WRONG))
         self.assertEqual(self.verdicts(FAR, F2, F1, F3), (WRONG, WRONG))
@@ -125,12 +125,12 @@ class Judging(unittest.TestCase):
     def test_what_the_module_has_no_part_in_is_never_blocked(self):
         self.assertEqual(self.verdicts(GET_OTHER, blocked(GET_OTHER)), (WRONG, WRONG))
 
-    def test_whole_legs_may_be_missing_in_windows(self):
+    def test_whole_parts_may_be_missing_in_windows(self):
         for objects in ((B1, B2, O1, O2), (O1, O2, D1, D2)):
             self.assertEqual(self.verdicts(ALL, *objects), (WRONG, PARTIAL))
         self.assertEqual(self.verdicts(FAR, F3), (WRONG, PARTIAL))
 
-    def test_parts_of_legs_may_not(self):
+    def test_pieces_of_parts_may_not(self):
         for objects in ((B1, D1, D2, O1, O2), (B1, B2, D2, O1, O2), (B1, B2, D1, D2, O1), (B1, B2)):
             self.assertEqual(self.verdicts(ALL, *objects), (WRONG, WRONG))
         self.assertEqual(self.verdicts(FAR, F1, F3), (WRONG, WRONG))
@@ -148,7 +148,7 @@ class Judging(unittest.TestCase):
         self.assertEqual(expected.judge(blocked(ALL), True), BLOCKED)
         self.assertEqual(expected.judge(answer(ALL, D1, D2), True), PARTIAL)
 
-    def test_without_windows_the_order_is_free_between_classes_of_several_legs(self):
+    def test_without_windows_the_order_is_free_between_classes_of_several_parts(self):
         script = Script()
         script.answers[TIE] = answer(TIE, F1, D1)
         kept = Kept(script, list(ENABLED), SERVED)
@@ -181,8 +181,8 @@ class Keeping(unittest.TestCase):
     def test_finds_objects_that_only_a_disabled_module_has(self):
         self.assert_problem(keep({ALL: answer(ALL, O1, O2, F1)}), "has other objects")
 
-    def test_finds_an_answer_that_is_not_its_legs(self):
-        self.assert_problem(keep({ALL: answer(ALL, O1)}), "not that of its legs")
+    def test_finds_an_answer_that_is_not_its_parts(self):
+        self.assert_problem(keep({ALL: answer(ALL, O1)}), "not that of its parts")
 
     def test_finds_another_answer_after_the_module_came_back(self):
         kept = keep()
