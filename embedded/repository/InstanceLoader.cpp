@@ -129,7 +129,7 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
 }
 
 void InstanceLoader::declare(const mof::InstanceDeclaration& declaration,
-                              const CIMNamespaceName& nameSpace) {
+                             const CIMNamespaceName& nameSpace) {
     PendingInstance instance;
     instance.declaration = &declaration;
     instance.kind = &kindOf(declaration, nameSpace);

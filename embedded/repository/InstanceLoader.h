@@ -22,7 +22,7 @@ class InstanceLoader {
     /// `declaration` must outlive this. Throws MofError for an instance of an unknown or abstract
     /// class, for a property that the class does not have and for an alias that is taken.
     void declare(const mof::InstanceDeclaration& declaration,
-                  const Pegasus::CIMNamespaceName& nameSpace);
+                 const Pegasus::CIMNamespaceName& nameSpace);
     /// Adds all that have been declared. Throws MofError for what is wrong with their values and
     /// for keys that are taken.
     void addAll();

@@ -65,7 +65,7 @@ void requireDocument(const std::string& xml) {
 void checkInstances(const View& view, const CIMNamespaceName& nameSpace, const CIMName& className) {
     const InstanceList instances = view.instances(nameSpace, className);
     for (std::size_t i = 0; i < instances.size(); ++i) {
-        const CIMObjectPath& path = instances[i].path();
+        const CIMObjectPath path = instances[i].path();
         fuzz::require(view.getInstance(nameSpace, path).path().identical(path),
                       "an instance is found by its path", embedding::utf8(path.toString()));
         std::string xml;

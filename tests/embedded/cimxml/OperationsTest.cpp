@@ -184,7 +184,7 @@ TEST(Responses, ToGetPropertyHoldTheValueOrNothingForNull) {
     EXPECT_EQ(content(operations, "GetProperty", parameters), "");
 }
 
-TEST(Responses, WithNothingOfOneLegHaveNoReturnValue) {
+TEST(Responses, WithNothingOfOneSourceHaveNoReturnValue) {
     FakeOperations operations;
     EXPECT_EQ(content(operations, "EnumerateInstances", classX), "");
     EXPECT_EQ(content(operations, "EnumerateInstanceNames", classX), "");

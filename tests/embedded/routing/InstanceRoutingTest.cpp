@@ -56,7 +56,7 @@ TEST(InstanceRouting, AnEnumerationAsksTheClassAndEachOfItsSubclassesInOrder) {
               calls());
 }
 
-TEST(InstanceRouting, ASingleClassIsOneLeg) {
+TEST(InstanceRouting, ASingleClassIsOneSource) {
     Server server(servedBy("P", {"TST_Leaf"}));
     EXPECT_EQ(1U, server.enumerate("TST_Leaf").sources);
 }
@@ -249,7 +249,7 @@ toy::Script failing(CIMStatusCode code, const char* message) {
     return script;
 }
 
-TEST(LegErrors, TheFirstErrorIsTheAnswerAndAllLegsAreAsked) {
+TEST(SourceErrors, TheFirstErrorIsTheAnswerAndAllSourcesAreAsked) {
     Server server(servedBy("P", {"TST_Base"}) + servedBy("Q", {"TST_Middle"}) +
                   servedBy("R", {"TST_Leaf"}));
     toy::setScript("P", faithful("P"));
@@ -259,13 +259,13 @@ TEST(LegErrors, TheFirstErrorIsTheAnswerAndAllLegsAreAsked) {
     EXPECT_EQ(3U, calls().size());
 }
 
-TEST(LegErrors, NotSupportedFromOneLegIsPassedOver) {
+TEST(SourceErrors, NotSupportedFromOneSourceIsPassedOver) {
     Server server(servedBy("P", {"TST_Middle"}));
     toy::setScript("P", failing(CIM_ERR_NOT_SUPPORTED, "not me"));
     EXPECT_EQ(0U, server.enumerate("TST_Middle").objects.size()) << "the repository has TST_Leaf";
 }
 
-TEST(LegErrors, NotSupportedFromAllLegsIsTheAnswer) {
+TEST(SourceErrors, NotSupportedFromAllSourcesIsTheAnswer) {
     Server server(servedBy("P", {"TST_Middle"}) + servedBy("Q", {"TST_Leaf"}));
     toy::setScript("P", failing(CIM_ERR_NOT_SUPPORTED, "not me"));
     toy::setScript("Q", failing(CIM_ERR_NOT_SUPPORTED, "nor me"));
@@ -273,7 +273,7 @@ TEST(LegErrors, NotSupportedFromAllLegsIsTheAnswer) {
     EXPECT_EQ("7: not me", errorOf([&] { server.enumerate("TST_Middle"); }));
 }
 
-TEST(LegErrors, AnyOtherErrorGoesBeforeNotSupported) {
+TEST(SourceErrors, AnyOtherErrorGoesBeforeNotSupported) {
     Server server(servedBy("P", {"TST_Middle"}) + servedBy("Q", {"TST_Leaf"}));
     toy::setScript("P", failing(CIM_ERR_NOT_SUPPORTED, "not me"));
     toy::setScript("Q", failing(CIM_ERR_FAILED, "broken"));
