@@ -22,10 +22,8 @@ const ClassNode* superclassOf(const mof::ClassDeclaration& declaration,
         return nullptr;
     const ClassNode* found = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
     if (!found) {
-        throw mof::MofError(declaration.where, description(declaration) + ": its superclass " +
-                                                   declaration.superclass +
-                                                   " is not declared in namespace " +
-                                                   toText(nameSpace.name().getString()));
+        refuse(declaration.where, description(declaration), ": its superclass ",
+               declaration.superclass, " is not declared in namespace ", nameSpace.name());
     }
     return found;
 }
@@ -48,16 +46,14 @@ void checkAssociation(const mof::ClassDeclaration& declaration, const ClassNode&
     if (!built.head.isAssociation()) {
         for (const mof::Property& written : declaration.properties) {
             if (written.type == "ref") {
-                throw mof::MofError(written.where,
-                                    "reference " + declaration.name + "." + written.name +
-                                        " stands in a class without the qualifier Association");
+                refuse(written.where, "reference ", declaration.name, ".", written.name,
+                       " stands in a class without the qualifier Association");
             }
         }
     } else if (built.superclass && !built.superclass->head.isAssociation()) {
-        throw mof::MofError(declaration.where,
-                            description(declaration) +
-                                " is an association and cannot be derived from " +
-                                declaration.superclass + ", which is none");
+        refuse(declaration.where, description(declaration),
+               " is an association and cannot be derived from ", declaration.superclass,
+               ", which is none");
     }
 }
 
@@ -66,15 +62,14 @@ void checkUnique(const std::vector<Written>& members, const std::string& kind) {
     std::set<std::string> names;
     for (const Written& each : members)
         if (!names.insert(folded(each.name)).second)
-            throw mof::MofError(each.where, kind + " " + each.name + " is declared twice");
+            refuse(each.where, kind, " ", each.name, " is declared twice");
 }
 
 void checkKnown(const std::string& type, const std::string& referenceClass,
                 const std::string& member, const mof::Location& where, const NameSpace& nameSpace) {
     if (type == "ref" && !nameSpace.find(cimNameAt(referenceClass, where))) {
-        throw mof::MofError(where, member + " refers to class " + referenceClass +
-                                       ", which is not declared in namespace " +
-                                       toText(nameSpace.name().getString()));
+        refuse(where, member, " refers to class ", referenceClass,
+               ", which is not declared in namespace ", nameSpace.name());
     }
 }
 
@@ -86,9 +81,8 @@ void checkNarrowed(const mof::Property& written, const std::string& member,
         return;
     const CIMName& wide = overridden->declared.getReferenceClassName();
     if (!nameSpace.isA(cimNameAt(written.referenceClass, written.where), wide)) {
-        throw mof::MofError(written.where, member + " overrides a reference to " + toText(wide) +
-                                               ", and " + written.referenceClass +
-                                               " is not derived from it");
+        refuse(written.where, member, " overrides a reference to ", wide, ", and ",
+               written.referenceClass, " is not derived from it");
     }
 }
 

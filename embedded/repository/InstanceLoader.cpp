@@ -19,13 +19,12 @@ std::string description(const mof::InstanceDeclaration& declaration) {
 const ClassNode& classOf(const mof::InstanceDeclaration& declaration, const NameSpace& nameSpace) {
     const ClassNode* node = nameSpace.find(cimNameAt(declaration.className, declaration.where));
     if (!node) {
-        throw mof::MofError(declaration.where, description(declaration) +
-                                                   ": the class is not declared in namespace " +
-                                                   toText(nameSpace.name().getString()));
+        refuse(declaration.where, description(declaration),
+               ": the class is not declared in namespace ", nameSpace.name());
     }
     if (node->head.isAbstract()) {
-        throw mof::MofError(declaration.where, description(declaration) +
-                                                   ": the class is abstract and has no instances");
+        refuse(declaration.where, description(declaration),
+               ": the class is abstract and has no instances");
     }
     return *node;
 }
@@ -107,12 +106,10 @@ InstanceLoader::Kind& InstanceLoader::kindOf(const mof::InstanceDeclaration& dec
     const ClassForm& form = kind->store->form();
     for (const mof::PropertyInitializer& each : declaration.properties) {
         const Uint32 place = form.find(cimNameAt(each.name, each.where));
-        if (place == noIndex) {
-            throw mof::MofError(each.where,
-                                "class " + declaration.className + " has no property " + each.name);
-        }
+        if (place == noIndex)
+            refuse(each.where, "class ", declaration.className, " has no property ", each.name);
         if (std::find(kind->places.begin(), kind->places.end(), place) != kind->places.end())
-            throw mof::MofError(each.where, "property " + each.name + " is given twice");
+            refuse(each.where, "property ", each.name, " is given twice");
         const CIMConstProperty& declared = form.properties()[place];
         kind->places.push_back(place);
         kind->targets.push_back({"property " + declaration.className + "." + each.name,
@@ -135,7 +132,7 @@ void InstanceLoader::declare(const mof::InstanceDeclaration& declaration,
     instance.kind = &kindOf(declaration, nameSpace);
     if (!declaration.alias.empty() &&
         !_aliases.emplace(folded(declaration.alias), _pending.size()).second)
-        throw mof::MofError(declaration.where, "alias " + declaration.alias + " is declared twice");
+        refuse(declaration.where, "alias ", declaration.alias, " is declared twice");
     _pending.push_back(std::move(instance));
 }
 
@@ -182,9 +179,9 @@ void InstanceLoader::name(PendingInstance& instance, const std::vector<CIMValue>
         });
     } catch (const MissingKey& missing) {
         const std::size_t given = placeOf(kind.store->form().find(missing.property));
-        throw mof::MofError(
-            given == values.size() ? declaration.where : declaration.properties[given].value.where,
-            description(declaration) + " has no value for key " + toText(missing.property));
+        refuse(given == values.size() ? declaration.where
+                                      : declaration.properties[given].value.where,
+               description(declaration), " has no value for key ", missing.property);
     }
 }
 
@@ -200,13 +197,10 @@ CIMObjectPath InstanceLoader::followAlias(const mof::Literal& literal,
                                           const std::string& description, const Kind& kind) {
     const auto found = _aliases.find(folded(literal.text));
     if (found == _aliases.end())
-        throw mof::MofError(literal.where,
-                            description + ": no instance has the alias " + literal.text);
+        refuse(literal.where, description, ": no instance has the alias ", literal.text);
     PendingInstance& target = _pending[found->second];
-    if (target.beingNamed) {
-        throw mof::MofError(literal.where, description + ": the keys of " + literal.text +
-                                               " depend on themselves");
-    }
+    if (target.beingNamed)
+        refuse(literal.where, description, ": the keys of ", literal.text, " depend on themselves");
     if (!target.path)
         name(target, keyValuesOf(target));
     CIMObjectPath path = *target.path;
@@ -246,9 +240,8 @@ void InstanceLoader::add(PendingInstance& instance) {
             values[i] = valueOf(instance, i);
     const Ref<Stored> built = kind.store->form().stored(shapeOf(instance), *instance.path, values);
     if (!kind.store->add(built)) {
-        throw mof::MofError(instance.declaration->where, description(*instance.declaration) +
-                                                             ": there is one with these keys: " +
-                                                             toText(instance.path->toString()));
+        refuse(instance.declaration->where, description(*instance.declaration),
+               ": there is one with these keys: ", instance.path->toString());
     }
     kind.last = instance.declaration;
     kind.lastValues = std::move(values);

@@ -32,8 +32,8 @@ CIMNamespaceName nameSpaceOf(const mof::Declaration& declaration,
     try {
         return CIMNamespaceName(String(declaration.nameSpace->c_str()));
     } catch (const Exception&) {
-        throw mof::MofError(placeOf(declaration),
-                            "\"" + *declaration.nameSpace + "\" is not the name of a namespace");
+        refuse(placeOf(declaration), "\"", *declaration.nameSpace,
+               "\" is not the name of a namespace");
     }
 }
 
@@ -52,8 +52,8 @@ class Loader {
         if (!known) {
             home.add(std::move(built));
         } else if (!sameClass(*known, *built)) {
-            throw mof::MofError(declaration.where, "class " + declaration.name +
-                                                       " is declared already, in other words");
+            refuse(declaration.where, "class ", declaration.name,
+                   " is declared already, in other words");
         }
         _classes.push_back({&declaration, nameSpace});
     }

@@ -21,8 +21,7 @@ void checkOverridesNothing(const std::vector<mof::Qualifier>& qualifiers,
     const mof::Qualifier* written = findWritten(qualifiers, "override");
     if (written && written->value && written->value->items.size() == 1 &&
         written->value->items.front().kind != mof::Literal::Kind::Null)
-        throw mof::MofError(written->where,
-                            description + " overrides nothing: no superclass has it");
+        refuse(written->where, description, " overrides nothing: no superclass has it");
 }
 
 CIMName referenceClassOf(const std::string& type, const std::string& referenceClass,
@@ -64,10 +63,8 @@ CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
         typeText(inherited.getType(), inherited.isArray(), inherited.getArraySize());
     const std::string now =
         typeText(cimTypeAt(written.type, written.where), written.isArray, written.arraySize);
-    if (now != before) {
-        throw mof::MofError(written.where,
-                            description + " overrides one of type " + before + " with type " + now);
-    }
+    if (now != before)
+        refuse(written.where, description, " overrides one of type ", before, " with type ", now);
     return inherited;
 }
 
@@ -77,7 +74,7 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
                              cimTypeAt(written.type, written.where), written.isArray,
                              written.arraySize};
     if (isReference && written.isArray)
-        throw mof::MofError(written.where, target.description + " cannot be an array");
+        refuse(written.where, target.description, " cannot be an array");
     const CIMConstProperty inherited = overridden(written, target.description);
     const bool overrides = !inherited.isUninitialized();
 
@@ -96,7 +93,7 @@ CIMProperty MemberBuilder::property(const mof::Property& written) const {
                                                         {target.description, scope}, above),
                                         above));
     if (written.isArray && isSet(built, "Key"))
-        throw mof::MofError(written.where, target.description + " is an array and cannot be a key");
+        refuse(written.where, target.description, " is an array and cannot be a key");
     return built;
 }
 
@@ -110,9 +107,8 @@ CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
     }
     const CIMConstMethod inherited = found->declared;
     if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
-        throw mof::MofError(written.where, description + " overrides one that returns " +
-                                               cimTypeToString(inherited.getType()) +
-                                               " with one that returns " + written.returnType);
+        refuse(written.where, description, " overrides one that returns ",
+               cimTypeToString(inherited.getType()), " with one that returns ", written.returnType);
     }
     return inherited;
 }
@@ -140,8 +136,7 @@ CIMMethod MemberBuilder::method(const mof::Method& written) const {
                                          overrides ? qualifiersOf(inherited) : QualifierList()));
     for (const mof::Parameter& each : written.parameters) {
         if (built.findParameter(cimNameAt(each.name, each.where)) != noIndex)
-            throw mof::MofError(each.where,
-                                methodDescription + " has two parameters named " + each.name);
+            refuse(each.where, methodDescription, " has two parameters named ", each.name);
         built.addParameter(parameter(each, written.name));
     }
     return built;

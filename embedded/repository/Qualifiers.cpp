@@ -43,7 +43,7 @@ CIMFlavor withWords(CIMFlavor flavor, const std::vector<std::string>& descriptio
         const auto* row = std::find_if(std::begin(flavors), std::end(flavors),
                                        [&](const FlavorRow& each) { return word == each.word; });
         if (row == std::end(flavors))
-            throw mof::MofError(where, "\"" + word + "\" is not a flavor");
+            refuse(where, "\"", word, "\" is not a flavor");
         flavor.removeFlavor(row->opposite);
         flavor.addFlavor(row->flavor);
     }
@@ -56,7 +56,7 @@ CIMScope scopeOf(const mof::QualifierDeclaration& declaration) {
         const auto* row = std::find_if(std::begin(scopes), std::end(scopes),
                                        [&](const auto& each) { return word == each.first; });
         if (row == std::end(scopes))
-            throw mof::MofError(declaration.where, "\"" + word + "\" is not a scope");
+            refuse(declaration.where, "\"", word, "\" is not a scope");
         scope.addScope(row->second);
     }
     return scope;
@@ -109,18 +109,17 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
     const std::string description = "qualifier " + used.name + " of " + element.description;
     const CIMQualifierDecl* declaration = table.find(cimNameAt(used.name, used.where));
     if (!declaration)
-        throw mof::MofError(used.where, description + " is not declared");
+        refuse(used.where, description, " is not declared");
     if (!declaration->getScope().hasScope(element.scope)) {
-        throw mof::MofError(used.where, description + " is out of its scope (" +
-                                            toText(declaration->getScope().toString()) + ")");
+        refuse(used.where, description, " is out of its scope (",
+               declaration->getScope().toString(), ")");
     }
     const CIMValue value = valueOf(used, targetOf(*declaration, description));
     const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
     if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
         handedDown->getValue() != value) {
-        throw mof::MofError(
-            used.where, description + " cannot be overridden: a superclass sets it to " +
-                            toText(handedDown->getValue().toString()) + " with DISABLEOVERRIDE");
+        refuse(used.where, description, " cannot be overridden: a superclass sets it to ",
+               handedDown->getValue().toString(), " with DISABLEOVERRIDE");
     }
     return CIMQualifier(cimNameAt(used.name, used.where), value,
                         withWords(base, used.flavors, used.where));
@@ -134,8 +133,8 @@ void QualifierTable::declare(const mof::QualifierDeclaration& declaration) {
     if (!known) {
         _declarations.add(built);
     } else if (!sameDeclaration(*known, built)) {
-        throw mof::MofError(declaration.where, "qualifier " + declaration.name +
-                                                   " is declared already, in other words");
+        refuse(declaration.where, "qualifier ", declaration.name,
+               " is declared already, in other words");
     }
 }
 
@@ -146,8 +145,8 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const Qua
     for (const mof::Qualifier& each : used) {
         const CIMName name = cimNameAt(each.name, each.where);
         if (findIn(list, name) != list.end()) {
-            throw mof::MofError(each.where, "qualifier " + each.name + " of " +
-                                                element.description + " is given twice");
+            refuse(each.where, "qualifier ", each.name, " of ", element.description,
+                   " is given twice");
         }
         const auto overridden = findIn(above, name);
         const bool handedDown = overridden != above.end() && !isRestricted(*overridden);

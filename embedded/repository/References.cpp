@@ -41,15 +41,14 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node,
     const std::string key = toText(node.name()) + "." + toText(binding.getName());
     const ClassNode::Property* found = node.keys.find(binding.getName());
     if (!found)
-        throw mof::MofError(where, description + ": " + key + " is not a key property");
+        refuse(where, description, ": ", key, " is not a key property");
     const CIMConstProperty& property = found->declared;
     const CIMKeyBinding::Type declared = bindingType(property.getType());
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
         !(declared == CIMKeyBinding::STRING && quoted(binding.getType()))) {
-        throw mof::MofError(where, description + ": key " + key + " takes a " +
-                                       cimTypeToString(property.getType()) + ", not " +
-                                       toText(binding.getValue()));
+        refuse(where, description, ": key ", key, " takes a ", cimTypeToString(property.getType()),
+               ", not ", binding.getValue());
     }
     binding.setName(property.getName());
     binding.setType(declared);
@@ -62,9 +61,8 @@ CIMObjectPath parsePath(const mof::Literal& literal, const std::string& descript
     try {
         return CIMObjectPath(String(literal.text.c_str()));
     } catch (const Exception& reason) {
-        throw mof::MofError(literal.where,
-                            description + ": \"" + literal.text +
-                                "\" is not an object path: " + toText(reason.getMessage()));
+        refuse(literal.where, description, ": \"", literal.text,
+               "\" is not an object path: ", reason.getMessage());
     }
 }
 
@@ -76,13 +74,12 @@ void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass,
         return;
     const std::string pointed = toText(path.getClassName());
     if (!target->find(path.getClassName())) {
-        throw mof::MofError(where, description + " points to class " + pointed +
-                                       ", which is not declared in namespace " +
-                                       toText(target->name().getString()));
+        refuse(where, description, " points to class ", pointed,
+               ", which is not declared in namespace ", target->name());
     }
     if (!target->isA(path.getClassName(), referenceClass)) {
-        throw mof::MofError(where, description + " takes a " + toText(referenceClass) + ", and " +
-                                       pointed + " is not derived from it");
+        refuse(where, description, " takes a ", referenceClass, ", and ", pointed,
+               " is not derived from it");
     }
 }
 
@@ -98,9 +95,8 @@ CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& des
     for (Uint32 i = 0; i < given.size(); ++i)
         bindings.append(asDeclared(given[i], *node, description, where));
     if (bindings.size() != node->keys.size()) {
-        throw mof::MofError(
-            where, description + ": the path has " + std::to_string(bindings.size()) + " of the " +
-                       std::to_string(node->keys.size()) + " keys of " + toText(node->name()));
+        refuse(where, description, ": the path has ", bindings.size(), " of the ",
+               node->keys.size(), " keys of ", node->name());
     }
     return CIMObjectPath(path.getHost(), path.getNameSpace(), node->name(), bindings);
 }

@@ -12,14 +12,14 @@ CIMType cimTypeAt(const std::string& name, const mof::Location& where) {
     for (int type = CIMTYPE_BOOLEAN; type < CIMTYPE_REFERENCE; ++type)
         if (name == cimTypeToString(static_cast<CIMType>(type)))
             return static_cast<CIMType>(type);
-    throw mof::MofError(where, "\"" + name + "\" is not a type");
+    refuse(where, "\"", name, "\" is not a type");
 }
 
 CIMName cimNameAt(const std::string& text, const mof::Location& where) {
     try {
         return CIMName(String(text.c_str()));
     } catch (const Exception&) {
-        throw mof::MofError(where, "\"" + text + "\" is not a legal CIM name");
+        refuse(where, "\"", text, "\" is not a legal CIM name");
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 namespace embedded::repository {
 
@@ -17,12 +18,23 @@ namespace embedded::repository {
 /// library's PEG_NOT_FOUND, whose macro compiles within namespace Pegasus only.
 constexpr auto noIndex = static_cast<Pegasus::Uint32>(-1);
 
-/// The UTF-8 text of `value`.
-inline std::string toText(const Pegasus::String& value) {
-    return Pegasus::embedding::utf8(value);
+/// The UTF-8 text of `value`: a text, a name or a number.
+template <class T>
+std::string toText(const T& value) {
+    if constexpr (std::is_arithmetic_v<T>)
+        return std::to_string(value);
+    else if constexpr (std::is_convertible_v<T, std::string>)
+        return value;
+    else if constexpr (std::is_same_v<T, Pegasus::CIMNamespaceName>)
+        return Pegasus::embedding::utf8(value.getString());
+    else
+        return Pegasus::embedding::utf8(value);
 }
-inline std::string toText(const Pegasus::CIMName& name) {
-    return Pegasus::embedding::utf8(name);
+
+/// Throws MofError at `where`. Its message is the texts of `parts`, one after the other.
+template <class... Parts>
+[[noreturn]] void refuse(const mof::Location& where, const Parts&... parts) {
+    throw mof::MofError(where, (toText(parts) + ...));
 }
 
 /// CIM does not tell names apart by case (DSP0004): the form in which to look them up.

@@ -49,23 +49,21 @@ std::string typeName(const Context& context) {
                                                     : cimTypeToString(context.target.type);
 }
 
-[[noreturn]] void refuse(const Context& context, const mof::Literal& literal) {
-    throw mof::MofError(literal.where, context.target.description + ": a " + typeName(context) +
-                                           " value is expected, not " + shown(literal));
+[[noreturn]] void refuseKind(const Context& context, const mof::Literal& literal) {
+    refuse(literal.where, context.target.description, ": a ", typeName(context),
+           " value is expected, not ", shown(literal));
 }
 
 [[noreturn]] void refuseRange(const Context& context, const mof::Literal& literal,
                               const std::string& range) {
-    throw mof::MofError(literal.where, context.target.description + ": " + shown(literal) +
-                                           " does not fit into " + typeName(context) + " (" +
-                                           range + ")");
+    refuse(literal.where, context.target.description, ": ", shown(literal), " does not fit into ",
+           typeName(context), " (", range, ")");
 }
 
 [[noreturn]] void refuseBecause(const Context& context, const mof::Literal& literal,
                                 const Exception& reason) {
-    throw mof::MofError(literal.where, context.target.description + ": " + shown(literal) +
-                                           " is no " + typeName(context) +
-                                           " value: " + toText(reason.getMessage()));
+    refuse(literal.where, context.target.description, ": ", shown(literal), " is no ",
+           typeName(context), " value: ", reason.getMessage());
 }
 
 template <class T>
@@ -75,7 +73,7 @@ template <class T>
 struct IntegerReader {
     static T read(const Context& context, const mof::Literal& literal) {
         if (literal.kind != Kind::Integer)
-            refuse(context, literal);
+            refuseKind(context, literal);
         const auto integer = parseInteger(literal.text);
         const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
         if (!value) {
@@ -91,7 +89,7 @@ template <class T>
 struct RealReader {
     static T read(const Context& context, const mof::Literal& literal) {
         if (literal.kind != Kind::Real && literal.kind != Kind::Integer)
-            refuse(context, literal);
+            refuseKind(context, literal);
         // from_chars knows no plus sign, and unlike strtod no locale either.
         const std::string& text = literal.text;
         const char* begin = text.data() + (text.front() == '+' ? 1 : 0);
@@ -100,7 +98,7 @@ struct RealReader {
         if (error == std::errc::result_out_of_range)
             refuseRange(context, literal, "its exponent is too large or too small");
         if (error != std::errc() || stopped != text.data() + text.size())
-            refuse(context, literal);
+            refuseKind(context, literal);
         return value;
     }
 };
@@ -130,7 +128,7 @@ template <>
 struct Reader<Boolean> {
     static Boolean read(const Context& context, const mof::Literal& literal) {
         if (literal.kind != Kind::Boolean)
-            refuse(context, literal);
+            refuseKind(context, literal);
         return literal.boolean;
     }
 };
@@ -148,7 +146,7 @@ template <>
 struct Reader<String> {
     static String read(const Context& context, const mof::Literal& literal) {
         if (literal.kind != Kind::String)
-            refuse(context, literal);
+            refuseKind(context, literal);
         return utf16(context, literal);
     }
 };
@@ -159,7 +157,7 @@ struct Reader<Char16> {
         if (literal.kind == Kind::Integer)
             return Char16(IntegerReader<Uint16>::read(context, literal));
         if (literal.kind != Kind::Character)
-            refuse(context, literal);
+            refuseKind(context, literal);
         const String text = utf16(context, literal);
         if (text.size() != 1)
             refuseRange(context, literal, "one UTF-16 code unit");
@@ -183,7 +181,7 @@ template <>
 struct Reader<CIMObjectPath> {
     static CIMObjectPath read(const Context& context, const mof::Literal& literal) {
         if ((literal.kind != Kind::Alias && literal.kind != Kind::String) || !context.readReference)
-            refuse(context, literal);
+            refuseKind(context, literal);
         return context.readReference(literal);
     }
 };
@@ -214,21 +212,18 @@ bool isNull(const mof::Value& value) {
 
 void checkShape(const mof::Value& value, const ValueTarget& target) {
     if (value.isArray && !target.isArray) {
-        throw mof::MofError(value.where, target.description +
-                                             " is no array: one value without braces is expected");
+        refuse(value.where, target.description,
+               " is no array: one value without braces is expected");
     }
     if (!value.isArray && target.isArray)
-        throw mof::MofError(value.where,
-                            target.description + " is an array: its values stand in braces");
+        refuse(value.where, target.description, " is an array: its values stand in braces");
     if (target.arraySize != 0 && value.items.size() != target.arraySize) {
-        throw mof::MofError(value.where, target.description + " has " +
-                                             std::to_string(target.arraySize) + " elements, not " +
-                                             std::to_string(value.items.size()));
+        refuse(value.where, target.description, " has ", target.arraySize, " elements, not ",
+               value.items.size());
     }
     for (const mof::Literal& literal : value.items)
         if (literal.kind == Kind::Null)
-            throw mof::MofError(literal.where,
-                                target.description + ": NULL cannot stand in an array");
+            refuse(literal.where, target.description, ": NULL cannot stand in an array");
 }
 
 } // namespace
