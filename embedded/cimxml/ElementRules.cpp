@@ -71,12 +71,20 @@ struct AttributeRule {
     bool required = false;
 };
 
-constexpr AttributeRule required(std::string_view name) {
-    return {name, true};
-}
-
 /// Up to the first without a name.
 using AttributeRules = std::array<AttributeRule, 9>;
+
+// Of names with a space between; a required one begins with a star.
+constexpr AttributeRules attributes(std::string_view names) {
+    AttributeRules rules = {};
+    for (AttributeRule& rule : rules) {
+        rule.required = names.substr(0, 1) == "*";
+        names.remove_prefix(rule.required ? 1 : 0);
+        rule.name = names.substr(0, names.find(' '));
+        names.remove_prefix(std::min(rule.name.size() + 1, names.size()));
+    }
+    return rules;
+}
 
 struct Rule {
     std::string_view name;
@@ -90,53 +98,44 @@ constexpr Rule textRule(std::string_view name, AttributeRules attributes = {}) {
     return {name, attributes, {}, {}, true};
 }
 
-#define FLAVORS                                                                                    \
-    {"OVERRIDABLE"}, {"TOSUBCLASS"}, {"TOINSTANCE"}, {                                             \
-        "TRANSLATABLE"                                                                             \
-    }
-#define EMBEDDING                                                                                  \
-    {"EmbeddedObject"}, {                                                                          \
-        "EMBEDDEDOBJECT"                                                                           \
-    }
-
 constexpr Particle qualifiers = any("QUALIFIER");
 constexpr Particle properties = any("PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE");
 
 // Responses have more elements; a request has no place for them.
 constexpr Rule rules[] = {
     // Messages
-    {"CIM", {{required("CIMVERSION"), required("DTDVERSION")}}, {{one("MESSAGE")}}},
-    {"MESSAGE", {{required("ID"), required("PROTOCOLVERSION")}}, {{one("SIMPLEREQ")}}},
+    {"CIM", attributes("*CIMVERSION *DTDVERSION"), {{one("MESSAGE")}}},
+    {"MESSAGE", attributes("*ID *PROTOCOLVERSION"), {{one("SIMPLEREQ")}}},
     {"SIMPLEREQ", {}, {{any("CORRELATOR"), one("IMETHODCALL", "METHODCALL")}}},
-    {"CORRELATOR", {{required("NAME"), required("TYPE")}}, {{one("VALUE")}}},
-    {"IMETHODCALL", {{required("NAME")}}, {{one("LOCALNAMESPACEPATH"), any("IPARAMVALUE")}}},
+    {"CORRELATOR", attributes("*NAME *TYPE"), {{one("VALUE")}}},
+    {"IMETHODCALL", attributes("*NAME"), {{one("LOCALNAMESPACEPATH"), any("IPARAMVALUE")}}},
     {"METHODCALL",
-     {{required("NAME")}},
+     attributes("*NAME"),
      {{one("LOCALCLASSPATH", "LOCALINSTANCEPATH"), any("PARAMVALUE")}}},
     {"IPARAMVALUE",
-     {{required("NAME")}},
+     attributes("*NAME"),
      {{optional("VALUE", "VALUE.ARRAY", "VALUE.REFERENCE", "CLASSNAME", "INSTANCENAME",
                 "QUALIFIER.DECLARATION", "CLASS", "INSTANCE", "VALUE.NAMEDINSTANCE")}}},
     {"PARAMVALUE",
-     {{required("NAME"), {"PARAMTYPE"}, EMBEDDING}},
+     attributes("*NAME PARAMTYPE EmbeddedObject EMBEDDEDOBJECT"),
      {{optional("VALUE", "VALUE.REFERENCE", "VALUE.ARRAY", "VALUE.REFARRAY", "CLASSNAME",
                 "INSTANCENAME", "CLASS", "INSTANCE", "VALUE.NAMEDINSTANCE")}}},
     // Names and paths
-    {"NAMESPACE", {{required("NAME")}}},
+    {"NAMESPACE", attributes("*NAME")},
     textRule("HOST"),
     {"LOCALNAMESPACEPATH", {}, {{several("NAMESPACE")}}},
     {"NAMESPACEPATH", {}, {{one("HOST"), one("LOCALNAMESPACEPATH")}}},
-    {"CLASSNAME", {{required("NAME")}}},
+    {"CLASSNAME", attributes("*NAME")},
     {"LOCALCLASSPATH", {}, {{one("LOCALNAMESPACEPATH"), one("CLASSNAME")}}},
     {"CLASSPATH", {}, {{one("NAMESPACEPATH"), one("CLASSNAME")}}},
     {"INSTANCENAME",
-     {{required("CLASSNAME")}},
+     attributes("*CLASSNAME"),
      {{any("KEYBINDING")}},
      Model{{one("KEYVALUE", "VALUE.REFERENCE")}}},
     {"LOCALINSTANCEPATH", {}, {{one("LOCALNAMESPACEPATH"), one("INSTANCENAME")}}},
     {"INSTANCEPATH", {}, {{one("NAMESPACEPATH"), one("INSTANCENAME")}}},
-    {"KEYBINDING", {{required("NAME")}}, {{one("KEYVALUE", "VALUE.REFERENCE")}}},
-    textRule("KEYVALUE", {{{"VALUETYPE"}, {"TYPE"}}}),
+    {"KEYBINDING", attributes("*NAME"), {{one("KEYVALUE", "VALUE.REFERENCE")}}},
+    textRule("KEYVALUE", attributes("VALUETYPE TYPE")),
     // Values
     textRule("VALUE"),
     {"VALUE.NULL"},
@@ -148,48 +147,33 @@ constexpr Rule rules[] = {
     {"VALUE.REFARRAY", {}, {{any("VALUE.REFERENCE", "VALUE.NULL")}}},
     {"VALUE.NAMEDINSTANCE", {}, {{one("INSTANCENAME"), one("INSTANCE")}}},
     // Declarations
-    {"INSTANCE", {{required("CLASSNAME")}}, {{qualifiers, properties}}},
+    {"INSTANCE", attributes("*CLASSNAME"), {{qualifiers, properties}}},
     {"QUALIFIER",
-     {{required("NAME"), required("TYPE"), {"PROPAGATED"}, FLAVORS}},
+     attributes("*NAME *TYPE PROPAGATED OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE"),
      {{optional("VALUE", "VALUE.ARRAY")}}},
     {"PROPERTY",
-     {{required("NAME"), required("TYPE"), {"CLASSORIGIN"}, {"PROPAGATED"}, EMBEDDING}},
+     attributes("*NAME *TYPE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT"),
      {{qualifiers, optional("VALUE")}}},
     {"PROPERTY.ARRAY",
-     {{required("NAME"),
-       required("TYPE"),
-       {"ARRAYSIZE"},
-       {"CLASSORIGIN"},
-       {"PROPAGATED"},
-       EMBEDDING}},
+     attributes("*NAME *TYPE ARRAYSIZE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT"),
      {{qualifiers, optional("VALUE.ARRAY")}}},
     {"PROPERTY.REFERENCE",
-     {{required("NAME"), {"REFERENCECLASS"}, {"CLASSORIGIN"}, {"PROPAGATED"}}},
+     attributes("*NAME REFERENCECLASS CLASSORIGIN PROPAGATED"),
      {{qualifiers, optional("VALUE.REFERENCE")}}},
-    {"CLASS", {{required("NAME"), {"SUPERCLASS"}}}, {{qualifiers, properties, any("METHOD")}}},
+    {"CLASS", attributes("*NAME SUPERCLASS"), {{qualifiers, properties, any("METHOD")}}},
     {"METHOD",
-     {{required("NAME"), {"TYPE"}, {"CLASSORIGIN"}, {"PROPAGATED"}}},
+     attributes("*NAME TYPE CLASSORIGIN PROPAGATED"),
      {{qualifiers,
        any("PARAMETER", "PARAMETER.REFERENCE", "PARAMETER.ARRAY", "PARAMETER.REFARRAY")}}},
-    {"PARAMETER", {{required("NAME"), required("TYPE")}}, {{qualifiers}}},
-    {"PARAMETER.REFERENCE", {{required("NAME"), {"REFERENCECLASS"}}}, {{qualifiers}}},
-    {"PARAMETER.ARRAY", {{required("NAME"), required("TYPE"), {"ARRAYSIZE"}}}, {{qualifiers}}},
-    {"PARAMETER.REFARRAY", {{required("NAME"), {"REFERENCECLASS"}, {"ARRAYSIZE"}}}, {{qualifiers}}},
+    {"PARAMETER", attributes("*NAME *TYPE"), {{qualifiers}}},
+    {"PARAMETER.REFERENCE", attributes("*NAME REFERENCECLASS"), {{qualifiers}}},
+    {"PARAMETER.ARRAY", attributes("*NAME *TYPE ARRAYSIZE"), {{qualifiers}}},
+    {"PARAMETER.REFARRAY", attributes("*NAME REFERENCECLASS ARRAYSIZE"), {{qualifiers}}},
     {"QUALIFIER.DECLARATION",
-     {{required("NAME"), required("TYPE"), {"ISARRAY"}, {"ARRAYSIZE"}, FLAVORS}},
+     attributes("*NAME *TYPE ISARRAY ARRAYSIZE OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE"),
      {{optional("SCOPE"), optional("VALUE", "VALUE.ARRAY")}}},
-    {"SCOPE",
-     {{{"CLASS"},
-       {"ASSOCIATION"},
-       {"REFERENCE"},
-       {"PROPERTY"},
-       {"METHOD"},
-       {"PARAMETER"},
-       {"INDICATION"}}}},
+    {"SCOPE", attributes("CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION")},
 };
-
-#undef FLAVORS
-#undef EMBEDDING
 
 // A model or a list that fills its array would have no end. The rules have the order of the names.
 static_assert([] {
