@@ -245,13 +245,4 @@ std::shared_ptr<ReplyDocument> replyTo(const std::string& body, const Headers& h
     return std::make_shared<ReplyToRequest>(body, headers, caller, operations, enumerations);
 }
 
-std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
-                   routing::CimOperations& operations, routing::Enumerations& enumerations) {
-    ReplyToRequest document(body, headers, caller, operations, enumerations);
-    std::string reply;
-    while (document.next(reply)) {
-    }
-    return reply;
-}
-
 } // namespace embedded::cimxml

@@ -64,8 +64,4 @@ std::shared_ptr<ReplyDocument> replyTo(const std::string& body, const Headers& h
                                        routing::CimOperations& operations,
                                        routing::Enumerations& enumerations);
 
-/// The whole reply as one text.
-std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
-                   routing::CimOperations& operations, routing::Enumerations& enumerations);
-
 } // namespace embedded::cimxml

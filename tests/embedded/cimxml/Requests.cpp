@@ -41,6 +41,15 @@ Headers headersFor(const std::string& operation) {
     return {operation, "root/cimv2", "1.0"};
 }
 
+std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
+                   routing::CimOperations& operations, routing::Enumerations& enumerations) {
+    const auto document = replyTo(body, headers, caller, operations, enumerations);
+    std::string reply;
+    while (document->next(reply)) {
+    }
+    return reply;
+}
+
 std::string reply(FakeOperations& operations, const std::string& operation,
                   const std::string& parameters) {
     return answer(request(operation, parameters), headersFor(operation), routing::Caller(),

@@ -18,6 +18,9 @@ std::string instanceName();
 /// What a client's CIMMethod and CIMObject would be for request().
 Headers headersFor(const std::string& operation);
 
+/// All of the reply document to `body`, see replyTo().
+std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
+                   routing::CimOperations& operations, routing::Enumerations& enumerations);
 /// The whole reply document to a call of `operation` in root/cimv2.
 std::string reply(FakeOperations& operations, const std::string& operation,
                   const std::string& parameters);
