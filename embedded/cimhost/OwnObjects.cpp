@@ -1,6 +1,7 @@
 #include "cimhost/OwnObjects.h"
 
 #include "cimhost/Summary.h"
+#include "http/Wire.h"
 #include "routing/Router.h"
 #include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"
@@ -23,12 +24,8 @@ constexpr std::uint16_t associationTraversal = 6;
 
 /// HOST:PORT as clients can use it: where every address is listened on, the host's name.
 std::string reachedAt(const std::string& address, std::uint16_t port) {
-    std::string host = address;
-    if (address == "0.0.0.0" || address == "::")
-        host = utf8(routing::localHostName());
-    else if (address.find(':') != std::string::npos)
-        host = "[" + address + "]";
-    return host + ":" + std::to_string(port);
+    const bool isEvery = address == "0.0.0.0" || address == "::";
+    return http::authority(isEvery ? utf8(routing::localHostName()) : address, port);
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include "cimxml/Exchange.h"
 #include "http/Server.h"
 #include "http/Watched.h"
+#include "http/Wire.h"
 #include "limits/Limits.h"
 #include "routing/FaultyReadBacks.h"
 #include "routing/ProviderHandle.h"
@@ -39,12 +40,8 @@
 namespace embedded::cimhost {
 namespace {
 
-void warnOfProvider(const std::string& line) {
-    warnOften("provider", line);
-}
-
-void warnOfTrace(const std::string& line) {
-    warnOften("wire trace", line);
+auto warnOf(const char* kind) {
+    return [kind](const std::string& line) { warnOften(kind, line); };
 }
 
 // Leaves at once: providers are still at work, so nothing that they use may be taken apart.
@@ -59,9 +56,7 @@ void warnOfTrace(const std::string& line) {
 }
 
 std::string url(const std::string& scheme, const std::string& address, std::uint16_t port) {
-    const bool v6 = address.find(':') != std::string::npos;
-    return scheme + "://" + (v6 ? "[" + address + "]" : address) + ":" + std::to_string(port) +
-           "/cimom";
+    return scheme + "://" + http::authority(address, port) + "/cimom";
 }
 
 /// The file that tells a port. Scripts wait for it to be there, so it is there only when it is
@@ -162,8 +157,9 @@ http::Handler handler(const Settings& settings, const AccessRules& rules,
         warnOften);
     if (spdlog::should_log(spdlog::level::debug))
         answer = http::watched(std::move(answer), logged);
-    return settings.wireTrace.empty() ? answer
-                                      : traced(std::move(answer), settings.wireTrace, warnOfTrace);
+    return settings.wireTrace.empty()
+               ? answer
+               : traced(std::move(answer), settings.wireTrace, warnOf("wire trace"));
 }
 
 // What is read again on SIGHUP. The certificate is read before anything is listened to.
@@ -353,7 +349,7 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
         become(*settings.runAs);
 
     routing::ModuleSettings moduleSettings{
-        settings.providerDirectories, settings.keepLibraries, warnOfProvider, {}};
+        settings.providerDirectories, settings.keepLibraries, warnOf("provider"), {}};
     linkOwnObjects(settings, repository.view(), ports, moduleSettings);
     routing::ProviderModules modules(registration, moduleSettings);
     Unloading unloading(modules);

@@ -38,13 +38,6 @@ namespace {
 
 constexpr std::chrono::milliseconds acceptPause{10};
 
-std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
-                                const Error& error) {
-    const bool v6 = address.find(':') != std::string::npos;
-    return std::runtime_error("cannot listen on " + (v6 ? "[" + address + "]" : address) + ":" +
-                              std::to_string(port) + ": " + error.message());
-}
-
 tcp::endpoint endpoint(asio::io_context& io, const std::string& address, std::uint16_t port) {
     Error notNumeric;
     const auto number = asio::ip::make_address(address, notNumeric);
@@ -85,7 +78,8 @@ Listener::Listener(const std::string& address, std::uint16_t port,
         _isLoopback = local.address().is_loopback();
         _socket = acceptor.release();
     } catch (const boost::system::system_error& error) {
-        throw cannotListen(address, port, error.code());
+        throw std::runtime_error("cannot listen on " + authority(address, port) + ": " +
+                                 error.code().message());
     }
 }
 
@@ -465,21 +459,10 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     // Says while it lives that the next connection is awaited: it is gone with its handler, called
     // or not.
-    class Accepting {
-      public:
-        explicit Accepting(bool& accepting) : _accepting(&accepting) { accepting = true; }
-        Accepting(Accepting&& other) noexcept
-            : _accepting(std::exchange(other._accepting, nullptr)) {}
-        Accepting& operator=(Accepting&&) = delete;
-        ~Accepting() { end(); }
-        void end() {
-            if (_accepting)
-                *std::exchange(_accepting, nullptr) = false;
-        }
-
-      private:
-        bool* _accepting;
+    struct NoLonger {
+        void operator()(bool* accepting) const { *accepting = false; }
     };
+    using Accepting = std::unique_ptr<bool, NoLonger>;
 
     // What is listened to.
     struct ListeningPort {
@@ -501,25 +484,22 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
     void accept(ListeningPort& listening) noexcept {
         IoThread& thread = *_threads[_next++ % _threads.size()];
+        listening.accepting = true;
         listening.acceptor.async_accept(
             thread.io(),
-            onReserve(listening.memory,
-                      [this, &listening, &thread, accepting = Accepting(listening.accepting)](
-                          const Error& error, Connection::Socket socket) mutable {
-                          accepting.end();
-                          if (_stopping)
-                              return;
-                          if (error)
-                              acceptFailed(error);
-                          else
-                              admit(listening, thread, std::move(socket));
-                      }));
-    }
-
-    // Out of file descriptors, most likely.
-    void acceptFailed(const Error& error) noexcept {
-        cannotAccept(error.message().c_str());
-        acceptLater();
+            onReserve(listening.memory, [this, &listening, &thread,
+                                         accepting = Accepting(&listening.accepting)](
+                                            const Error& error, Connection::Socket socket) mutable {
+                accepting.reset();
+                if (_stopping)
+                    return;
+                if (!error) {
+                    admit(listening, thread, std::move(socket));
+                    return;
+                }
+                cannotAccept(error.message().c_str()); // out of file descriptors, most likely
+                acceptLater();
+            }));
     }
 
     // Asking again at once would only burn time. Who connects meanwhile waits in the kernel.

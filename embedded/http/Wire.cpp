@@ -50,12 +50,17 @@ std::string wireHeader(const Reply& reply, Persistence persistence, std::string_
 
 std::string chunkBegin(std::size_t size) {
     std::array<char, 2 * sizeof size> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), size, 16).ptr;
+    char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), size, 16).ptr;
     return std::string(digits.data(), end) + "\r\n";
 }
 
 Reply emptyReply(unsigned status, const std::string& reason, Fields fields) {
     return Reply{status, reason, std::move(fields)};
+}
+
+std::string authority(const std::string& host, std::uint16_t port) {
+    const bool v6 = host.find(':') != std::string::npos;
+    return (v6 ? "[" + host + "]" : host) + ":" + std::to_string(port);
 }
 
 std::string httpDate(std::time_t time) {

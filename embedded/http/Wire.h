@@ -4,6 +4,7 @@
 #include "http/Message.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -25,6 +26,9 @@ std::string chunkBegin(std::size_t size);
 
 /// A reply without a body; `content-length: 0` says so.
 Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {});
+
+/// HOST:PORT as a URL has it (RFC 3986 clause 3.2): an IPv6 address stands in brackets.
+std::string authority(const std::string& host, std::uint16_t port);
 
 /// `time` as the value of a Date field (IMF-fixdate, RFC 9110 clause 5.6.7): English and in GMT,
 /// whatever the locale and the time zone.
