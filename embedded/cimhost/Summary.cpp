@@ -10,10 +10,6 @@
 namespace embedded::cimhost {
 namespace {
 
-std::string count(std::size_t number, const std::string& what) {
-    return std::to_string(number) + " " + what;
-}
-
 std::string listed(const std::vector<std::string>& texts) {
     return routing::joined(
         texts, [](const std::string& text) { return text; });
@@ -24,18 +20,6 @@ void addOnce(std::vector<std::string>& texts, const std::string& text) {
         texts.push_back(text);
 }
 
-const char* name(routing::ProviderType type) {
-    switch (type) {
-    case routing::ProviderType::Instance:
-        return "instance";
-    case routing::ProviderType::Association:
-        return "association";
-    case routing::ProviderType::Method:
-        return "method";
-    }
-    return "?";
-}
-
 std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamespaceName& nameSpace,
                           bool isInterop) {
     const auto classes = view.subClassNames(nameSpace, Pegasus::CIMName(), true);
@@ -43,7 +27,7 @@ std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamesp
     for (const Pegasus::CIMName& className : classes)
         instances += view.instances(nameSpace, className).size();
     return "namespace " + utf8(nameSpace) + (isInterop ? " (interop): " : ": ") +
-           count(classes.size(), "classes, ") + count(instances, "instances");
+           std::to_string(classes.size()) + " classes, " + std::to_string(instances) + " instances";
 }
 
 // What one provider answers for: by class, in the order of registration.
@@ -56,7 +40,7 @@ class Offers {
         if (found == _classes.end())
             found = _classes.insert(found, {className, {}, {}});
         Offer& offer = *found;
-        addOnce(offer.types, name(capability.type));
+        addOnce(offer.types, routing::nameOf(capability.type));
         addOnce(offer.nameSpaces, utf8(capability.nameSpace));
     }
 

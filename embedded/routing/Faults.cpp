@@ -5,7 +5,6 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <cstring>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <strings.h>

@@ -40,6 +40,25 @@ Answer answerOver(Container items) {
     return {cursorOverAll(std::move(items)), 1, held};
 }
 
+/// The answer of one source that keeps `items` in memory, and makes its objects of them.
+template <class Items, class Make>
+Answer answerOver(Items items, Make make) {
+    const std::size_t held = items.size();
+    return {madeOf(std::move(items), std::move(make)), 1, held};
+}
+
+/// A plan whose errors are all CIMExceptions.
+template <class Perform>
+Plan planned(std::vector<const Module*> modules, Perform perform) {
+    return {std::move(modules),
+            [perform = std::move(perform)]() mutable { return asCimErrors(perform); }};
+}
+
+/// A plan with an answer that is there.
+inline Plan answered(Cursor cursor) {
+    return {{}, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
+}
+
 /// Asks the sources of one operation one after the other, and joins their answers in that order.
 ///
 /// CIM_ERR_NOT_SUPPORTED from a source is ignored if another source answers otherwise. The first

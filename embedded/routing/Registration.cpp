@@ -53,6 +53,18 @@ ProviderType routedType(Uint16 value) {
 
 } // namespace
 
+const char* nameOf(ProviderType type) {
+    switch (type) {
+    case ProviderType::Association:
+        return "association";
+    case ProviderType::Method:
+        return "method";
+    case ProviderType::Instance:
+        break;
+    }
+    return "instance";
+}
+
 /// Fills one Registration; modules first, since providers name them, and capabilities last.
 class Registration::Reader {
   public:

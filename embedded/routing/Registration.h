@@ -38,6 +38,9 @@ struct ProviderName {
     }
 };
 
+/// "instance", "association" or "method".
+const char* nameOf(ProviderType type);
+
 /// What a provider answers for.
 struct Capability {
     Pegasus::CIMNamespaceName nameSpace;

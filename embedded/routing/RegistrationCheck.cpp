@@ -16,18 +16,6 @@ std::string described(const ProviderName& provider) {
     return "provider \"" + utf8(provider.name) + "\" of module \"" + utf8(provider.module) + "\"";
 }
 
-const char* kindOf(ProviderType type) {
-    switch (type) {
-    case ProviderType::Association:
-        return "associations";
-    case ProviderType::Method:
-        return "methods";
-    case ProviderType::Instance:
-        break;
-    }
-    return "instances";
-}
-
 class Check {
   public:
     Check(const Registration& registration, const repository::View& view,
@@ -53,7 +41,7 @@ class Check {
 
     void checkCapability(const Capability& capability) {
         const std::string what = utf8(capability.className) + " in " + utf8(capability.nameSpace) +
-                                 " (" + kindOf(capability.type) + ")";
+                                 " (" + nameOf(capability.type) + "s)";
         add(Finding::Severity::Note, what + ": " + described(capability.provider));
         if (!_view.hasNameSpace(capability.nameSpace)) {
             problem(what + ": the namespace does not exist; load the class's MOF there.");

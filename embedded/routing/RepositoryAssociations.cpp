@@ -46,17 +46,11 @@ bool hasRole(const CIMName& role, const String& wanted) {
 // The ends of an association: roles, each with a Target, which is an object (of an instance) or a
 // class (of a class).
 
-template <class Ends>
-bool hasEndOf(const Ends& ends, const String& role) {
-    return std::any_of(
-        ends.begin(), ends.end(), [&](const auto& end) { return hasRole(end.first, role); });
-}
-
-template <class Ends, class IsNear>
-bool hasNearEnd(const Ends& ends, const String& role, IsNear isNear) {
+template <class Ends, class IsIt>
+bool hasEnd(const Ends& ends, const String& role, IsIt isIt) {
     return std::any_of(
         ends.begin(), ends.end(),
-        [&](const auto& end) { return hasRole(end.first, role) && isNear(end.second); });
+        [&](const auto& end) { return hasRole(end.first, role) && isIt(end.second); });
 }
 
 /// Calls `visit` with each target that an association links to its end at `near`. The ends are told
@@ -103,7 +97,8 @@ RepositoryAssociations::referrers(const Names& classes,
     std::vector<StoredInstance> found;
     for (const CIMName& className : classes) {
         const auto ends = _view.references(_nameSpace, className);
-        if (hasEndOf(ends, _filters.role) && hasEndOf(ends, _filters.resultRole))
+        const auto any = [](const CIMName&) { return true; };
+        if (hasEnd(ends, _filters.role, any) && hasEnd(ends, _filters.resultRole, any))
             for (StoredInstance& each : _view.referrers(_nameSpace, className, _source, isWanted))
                 found.push_back(std::move(each));
     }
@@ -137,8 +132,8 @@ RepositoryAssociations::associationClasses(const Names& classes) const {
     Names found;
     std::copy_if(classes.begin(), classes.end(), std::back_inserter(found),
                  [&](const CIMName& className) {
-                     return hasNearEnd(_view.references(_nameSpace, className), _filters.role,
-                                       [&](const CIMName& target) { return takesSource(target); });
+                     return hasEnd(_view.references(_nameSpace, className), _filters.role,
+                                   [&](const CIMName& target) { return takesSource(target); });
                  });
     return found;
 }

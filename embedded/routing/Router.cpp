@@ -28,12 +28,6 @@ CIMInstance oneInstance(const InstanceCollector& collector, const CIMObjectPath&
     return collector.objects()[0];
 }
 
-std::optional<CIMValue> valueOf(const CIMInstance& instance, const CIMName& property) {
-    const Uint32 position = instance.findProperty(property);
-    return position == PEG_NOT_FOUND ? std::nullopt
-                                     : std::optional(instance.getProperty(position).getValue());
-}
-
 /// What an instance answers to a GetProperty.
 Cursor cursorOverValue(const std::optional<CIMValue>& value, const Operation& operation) {
     if (!value)
@@ -51,17 +45,6 @@ bool isNameSpaceClass(const CIMName& className) {
 
 CIMPropertyList listOf(const CIMName& name) {
     return CIMPropertyList(Array<CIMName>(&name, 1));
-}
-
-/// A plan whose errors are all CIMExceptions.
-template <class Perform>
-Plan planned(std::vector<const Module*> modules, Perform perform) {
-    return {std::move(modules),
-            [perform = std::move(perform)]() mutable { return asCimErrors(perform); }};
-}
-
-Plan answered(Cursor cursor) {
-    return {{}, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
 }
 
 /// Whoever answers for what would be written.

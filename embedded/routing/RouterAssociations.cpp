@@ -8,7 +8,6 @@
 
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 
-#include <algorithm>
 #include <optional>
 
 namespace embedded::routing {
@@ -77,10 +76,8 @@ Plan Router::planTraversal(const Question& question) {
         question.requireClass(resultClass);
     const RepositoryAssociations associations(view, operation.nameSpace, operation.objectName,
                                               {resultClass, operation.role, operation.resultRole});
-    if (operation.objectName.getKeyBindings().size() == 0) {
-        Cursor cursor = completed(operation, classesAt(operation, view, associations, candidates));
-        return {{}, [cursor = std::move(cursor)]() mutable { return Answer{std::move(cursor)}; }};
-    }
+    if (operation.objectName.getKeyBindings().size() == 0)
+        return answered(completed(operation, classesAt(operation, view, associations, candidates)));
 
     std::vector<Source> served;
     Names unserved;
@@ -108,38 +105,32 @@ Plan Router::planTraversal(const Question& question) {
                                              ProviderType::Instance));
         }
     }
-    return {std::move(modules),
-            [this, question, served = std::move(served), stored = std::move(stored),
-             farPaths = std::move(farPaths)]() mutable {
-                return asCimErrors([&] {
-                    const Operation& asked = question.operation;
-                    JoinedAnswer joined;
-                    joined.add([&]() -> Answer {
-                        const std::size_t held = stored.size();
-                        switch (asked.kind) {
-                        case OperationKind::Associators:
-                            return instanceObjects(question, farPaths);
-                        case OperationKind::AssociatorNames:
-                            return answerOver(std::move(farPaths));
-                        case OperationKind::References:
-                            return {madeOf(std::move(stored),
-                                           [](const StoredInstance& one) {
-                                               return CIMObject(one.instance());
-                                           }),
-                                    1, held};
-                        default:
-                            return {madeOf(std::move(stored),
-                                           [](const StoredInstance& one) { return one.path(); }),
-                                    1, held};
-                        }
-                    });
-                    for (const Source& source : served)
-                        joined.add([&] { return traversed(asked, source); });
-                    Answer answer = joined.take();
-                    answer.next = completed(asked, std::move(answer.next));
-                    return answer;
+    return planned(std::move(modules), [this, question, served = std::move(served),
+                                        stored = std::move(stored),
+                                        farPaths = std::move(farPaths)]() mutable {
+        const Operation& asked = question.operation;
+        JoinedAnswer joined;
+        joined.add([&] {
+            switch (asked.kind) {
+            case OperationKind::Associators:
+                return instanceObjects(question, farPaths);
+            case OperationKind::AssociatorNames:
+                return answerOver(std::move(farPaths));
+            case OperationKind::References:
+                return answerOver(std::move(stored), [](const StoredInstance& one) {
+                    return CIMObject(one.instance());
                 });
-            }};
+            default:
+                return answerOver(std::move(stored),
+                                  [](const StoredInstance& one) { return one.path(); });
+            }
+        });
+        for (const Source& source : served)
+            joined.add([&] { return traversed(asked, source); });
+        Answer answer = joined.take();
+        answer.next = completed(asked, std::move(answer.next));
+        return answer;
+    });
 }
 
 Answer Router::traversed(const Operation& operation, const Source& source) const {
@@ -192,8 +183,7 @@ Answer Router::instanceObjects(const Question& question, const std::vector<CIMOb
                 throw;
         }
     }
-    const std::size_t held = found.size();
-    return {madeOf(std::move(found), [](const FarEnd& end) { return end.object(); }), 1, held};
+    return answerOver(std::move(found), [](const FarEnd& end) { return end.object(); });
 }
 
 /// Host and namespace are put in where a path has none; others stay, right or wrong.

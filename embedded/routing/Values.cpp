@@ -9,19 +9,12 @@ using namespace Pegasus;
 
 namespace {
 
-CIMValue valueOf(const CIMInstance& instance, const char* property) {
-    const Uint32 position = instance.findProperty(CIMName(property));
-    return position == PEG_NOT_FOUND ? CIMValue() : instance.getProperty(position).getValue();
-}
-
-bool is(const CIMValue& value, CIMType type, bool array) {
-    return !value.isNull() && value.getType() == type && value.isArray() == array;
-}
-
+// None if there is no such property, or if it has another type.
 template <class T>
-std::optional<T> scalar(const CIMInstance& instance, const char* property, CIMType type) {
-    const CIMValue value = valueOf(instance, property);
-    if (!is(value, type, false))
+std::optional<T> get(const CIMInstance& instance, const char* property, CIMType type,
+                     bool isArray = false) {
+    const CIMValue value = valueOf(instance, CIMName(property)).value_or(CIMValue());
+    if (value.isNull() || value.getType() != type || value.isArray() != isArray)
         return std::nullopt;
     T result{};
     value.get(result);
@@ -30,26 +23,25 @@ std::optional<T> scalar(const CIMInstance& instance, const char* property, CIMTy
 
 template <class T>
 std::vector<T> array(const CIMInstance& instance, const char* property, CIMType type) {
-    const CIMValue value = valueOf(instance, property);
-    std::vector<T> result;
-    if (is(value, type, true)) {
-        Array<T> items;
-        value.get(items);
-        for (Uint32 i = 0; i < items.size(); ++i)
-            result.push_back(items[i]);
-    }
-    return result;
+    const auto items = get<Array<T>>(instance, property, type, true).value_or(Array<T>());
+    return {items.getData(), items.getData() + items.size()};
 }
 
 } // namespace
 
+std::optional<CIMValue> valueOf(const CIMInstance& instance, const CIMName& property) {
+    const Uint32 position = instance.findProperty(property);
+    return position == PEG_NOT_FOUND ? std::nullopt
+                                     : std::optional(instance.getProperty(position).getValue());
+}
+
 bool hasValue(const CIMInstance& instance, const char* property) {
-    const CIMValue value = valueOf(instance, property);
+    const CIMValue value = valueOf(instance, CIMName(property)).value_or(CIMValue());
     return !value.isNull() && !(value.isArray() && value.getArraySize() == 0);
 }
 
 String stringOf(const CIMInstance& instance, const char* property) {
-    return scalar<String>(instance, property, CIMTYPE_STRING).value_or(String());
+    return get<String>(instance, property, CIMTYPE_STRING).value_or(String());
 }
 
 std::vector<String> stringsOf(const CIMInstance& instance, const char* property) {
@@ -57,7 +49,7 @@ std::vector<String> stringsOf(const CIMInstance& instance, const char* property)
 }
 
 std::optional<Uint16> numberOf(const CIMInstance& instance, const char* property) {
-    return scalar<Uint16>(instance, property, CIMTYPE_UINT16);
+    return get<Uint16>(instance, property, CIMTYPE_UINT16);
 }
 
 std::vector<Uint16> numbersOf(const CIMInstance& instance, const char* property) {

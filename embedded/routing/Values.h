@@ -16,6 +16,9 @@ namespace embedded::routing {
 
 using Pegasus::embedding::utf8;
 
+/// The value of that property; none if there is no such property.
+std::optional<Pegasus::CIMValue> valueOf(const Pegasus::CIMInstance& instance,
+                                         const Pegasus::CIMName& property);
 /// Whether `instance` has a value, not NULL and not an empty array, for that property.
 bool hasValue(const Pegasus::CIMInstance& instance, const char* property);
 
