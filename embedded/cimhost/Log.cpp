@@ -4,8 +4,6 @@
 #include "cimhost/Throttle.h"
 #include "text/Utf8.h"
 
-#include <spdlog/details/null_mutex.h>
-#include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/base_sink.h>
 #include <spdlog/spdlog.h>
 

@@ -1,7 +1,6 @@
 #include "cimhost/SignalWatch.h"
 
 #include <csignal>
-#include <pthread.h>
 #include <utility>
 
 namespace embedded::cimhost {

@@ -3,7 +3,6 @@
 #include "limits/Limits.h"
 #include "text/Utf8.h"
 
-#include <algorithm>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>

@@ -6,7 +6,6 @@
 #include <new>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
-#include <openssl/hmac.h>
 #include <openssl/rand.h>
 #include <stdexcept>
 
