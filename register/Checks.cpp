@@ -91,7 +91,7 @@ void checkLibrary(const Job& job, const std::string& name, const std::filesystem
         return;
     }
     const LibraryProblem problem =
-        probeLibrary(library, server.tools().cimcli, std::chrono::seconds(settings.timeout));
+        probeLibrary(library, server.cimcli, std::chrono::seconds(settings.timeout));
     if (problem.text.empty())
         report.ok("the server can load " + library.string());
     else

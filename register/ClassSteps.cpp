@@ -54,8 +54,8 @@ bool current(const Layer& layer, const Place& place, const Former& former) {
 
 void deleteNameSpace(const Work& work, const std::string& nameSpace) {
     for (const std::string& name : work.server.qualifiers(nameSpace))
-        work.server.deleteQualifier(nameSpace, name);
-    work.server.deleteNameSpace(nameSpace);
+        work.server.change(work.server.onName("dq", nameSpace, name));
+    work.server.change(work.server.deleteNameSpace(nameSpace));
 }
 
 // Takes a layer out again: deletes what was not there before, and gives back their text to the
@@ -80,14 +80,13 @@ void unload(const Work& work, const Layer& layer, const Place& place, const Form
             return now->count(entry.first) == 0 ||
                    work.server.classText(nameSpace, entry.first) != entry.second;
         }))
-        work.server.load(nameSpace, former.file);
+        work.server.change(work.server.loadMof(nameSpace, former.file, true));
     if (made)
         deleteNameSpace(work, nameSpace);
 }
 
 void loadLayer(const Work& work, const Place& place, const Layer& layer) {
     const std::string nameSpace = place.nameSpace;
-    const Tools& tools = work.server.tools();
     const std::vector<std::string> names = namesOf(*layer.schema);
     const std::string file = layer.schema->file.filename();
     const Former former = formerClasses(work, ("former_" + file + "_").c_str(), place,
@@ -99,17 +98,19 @@ void loadLayer(const Work& work, const Place& place, const Layer& layer) {
     std::vector<std::string> byHand;
     for (auto name = names.rbegin(); name != names.rend(); ++name)
         if (place.classes.count(*name) == 0)
-            byHand.push_back(commandText(tools.onName("dc", nameSpace, *name)));
+            byHand.push_back(commandText(work.server.onName("dc", nameSpace, *name)));
     if (!former.texts.empty())
-        byHand.push_back(commandText(tools.loadMof(nameSpace, former.file, true)));
+        byHand.push_back(commandText(work.server.loadMof(nameSpace, former.file, true)));
     if (!place.there && layer.schema == &work.situation.content.base)
         byHand.push_back("'cimcli dq' for each qualifier; " +
-                         commandText(tools.deleteNameSpace(nameSpace)));
-    work.transaction.step("loading the classes of " + file + " into " + nameSpace,
-                          [&] { work.server.load(nameSpace, layer.schema->file, layer.update); },
-                          {"taking the classes of " + file + " out of " + nameSpace + " again",
-                           [work, layer, place, former] { unload(work, layer, place, former); },
-                           joined(byHand)});
+                         commandText(work.server.deleteNameSpace(nameSpace)));
+    work.transaction.step(
+        "loading the classes of " + file + " into " + nameSpace,
+        [&] {
+            work.server.change(work.server.loadMof(nameSpace, layer.schema->file, layer.update));
+        },
+        {"taking the classes of " + file + " out of " + nameSpace + " again",
+         [work, layer, place, former] { unload(work, layer, place, former); }, joined(byHand)});
 }
 
 // Whether an association points to that very class, and not just to one of its superclasses. The
@@ -211,8 +212,10 @@ bool removeNameSpace(const Work& work, const Removal& removal) {
     work.transaction.step("deleting the namespace " + nameSpace,
                           [&] { deleteNameSpace(work, nameSpace); },
                           {"making the namespace " + nameSpace + " again",
-                           [work, nameSpace, file] { work.server.load(nameSpace, file, false); },
-                           commandText(work.server.tools().loadMof(nameSpace, file, false))});
+                           [work, nameSpace, file] {
+                               work.server.change(work.server.loadMof(nameSpace, file, false));
+                           },
+                           commandText(work.server.loadMof(nameSpace, file, false))});
     return true;
 }
 
@@ -221,7 +224,7 @@ void giveBack(const Work& work, const std::string& nameSpace, const Former& form
     const NameSet now = work.server.classes(nameSpace).value_or(NameSet());
     if (std::any_of(former.texts.begin(), former.texts.end(),
                     [&](const auto& entry) { return now.count(entry.first) == 0; }))
-        work.server.load(nameSpace, former.file, false);
+        work.server.change(work.server.loadMof(nameSpace, former.file, false));
 }
 
 } // namespace
@@ -245,7 +248,7 @@ Left deleteClasses(const Work& work, const Place& place) {
     const Former former = formerClasses(work, "removed_", place, names);
     const Undo undo{"giving the classes of " + nameSpace + " back",
                     [work, nameSpace, former] { giveBack(work, nameSpace, former); },
-                    commandText(work.server.tools().loadMof(nameSpace, former.file, false))};
+                    commandText(work.server.loadMof(nameSpace, former.file, false))};
     bool begun = false;
     for (auto name = names.rbegin(); name != names.rend(); ++name) {
         if (place.classes.count(*name) == 0)

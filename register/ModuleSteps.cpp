@@ -1,34 +1,27 @@
 #include "register/Steps.h"
 
-#include "register/Names.h"
-
 #include <algorithm>
 
 namespace registering {
 namespace {
 
 // Makes the module serve, or not, as it did.
-Undo formerState(const Work& work, const ModuleState& state) {
-    const bool served = state.serves();
-    const std::string module = state.name;
-    const Tools& tools = work.server.tools();
-    return {served ? "seeing that " + module + " is enabled again"
-                   : "seeing that " + module + " is disabled again",
-            [work, module, served] {
-                const std::optional<std::string> now = work.server.status(module);
-                if (now && served && now != "OK")
-                    work.server.enable(module);
-                else if (now && !served && now == "OK")
-                    work.server.disable(module);
+Undo formerState(const Work& work, const ModuleState& module) {
+    const bool served = module.serves();
+    const Arguments command = work.server.onModule(served ? "-e" : "-d", module.name);
+    return {"seeing that " + module.name + " is " + (served ? "enabled" : "disabled") + " again",
+            [work, &module, served, command] {
+                const std::optional<std::string> now = work.server.status(module.name);
+                if (now && (now == "OK") != served)
+                    work.server.change(command);
             },
-            commandText(tools.onModule(served ? "-e" : "-d", module))};
+            commandText(command)};
 }
 
 // A registration as MOF that can be loaded again. The state belongs to the running module; given
 // with a registration, the server would take it as it is.
-std::string loadable(const Registration& registration) {
-    std::vector<Instance> instances = registration.instances;
-    for (Instance& instance : instances) {
+std::string loadable(Registration registration) {
+    for (Instance& instance : registration.instances) {
         auto& properties = instance.properties;
         properties.erase(std::remove_if(properties.begin(), properties.end(),
                                         [](const mof::PropertyInitializer& property) {
@@ -36,57 +29,56 @@ std::string loadable(const Registration& registration) {
                                         }),
                          properties.end());
     }
-    return writeMof(instances);
+    return writeMof(registration.instances);
 }
 
 } // namespace
 
 void registerModule(const Work& work, const ModuleState& module) {
-    const std::string name = module.name;
-    const auto file = work.scratch.write(name + ".mof", writeMof(module.wanted.instances));
-    work.transaction.step("registering " + name + " for " + joined(module.wanted.nameSpaces()) +
-                              " (with a copy of the registration that names these)",
-                          [&] { work.server.load(work.settings.interop, file); },
-                          {"unregistering " + name,
-                           [work, name] {
-                               if (work.server.status(name))
-                                   work.server.removeModule(name);
-                           },
-                           commandText(work.server.tools().onModule("-r", name))});
+    const auto file = work.scratch.write(module.name + ".mof", writeMof(module.wanted.instances));
+    const Arguments remove = work.server.onModule("-r", module.name);
+    work.transaction.step(
+        "registering " + module.name + " for " + joined(module.wanted.nameSpaces()) +
+            " (with a copy of the registration that names these)",
+        [&] { work.server.change(work.server.loadMof(work.settings.interop, file, true)); },
+        {"unregistering " + module.name,
+         [work, &module, remove] {
+             if (work.server.status(module.name))
+                 work.server.change(remove);
+         },
+         commandText(remove)});
 }
 
 void unregisterModule(const Work& work, const ModuleState& module) {
-    const std::string name = module.name;
-    const bool disabled = module.status && !module.serves();
-    const auto file = work.scratch.write("former_" + name + ".mof", loadable(module.found));
-    work.transaction.step(
-        "unregistering " + name, [&] { work.server.removeModule(name); },
-        {"registering " + name + " as it was",
-         [work, file, name, disabled] {
-             work.server.load(work.settings.interop, file);
-             if (disabled)
-                 work.server.disable(name);
-         },
-         commandText(work.server.tools().loadMof(work.settings.interop, file, true))});
+    const auto file = work.scratch.write("former_" + module.name + ".mof", loadable(module.found));
+    const Arguments load = work.server.loadMof(work.settings.interop, file, true);
+    work.transaction.step("unregistering " + module.name,
+                          [&] { work.server.change(work.server.onModule("-r", module.name)); },
+                          {"registering " + module.name + " as it was",
+                           [work, &module, load] {
+                               work.server.change(load);
+                               if (module.status && !module.serves())
+                                   work.server.change(work.server.onModule("-d", module.name));
+                           },
+                           commandText(load)});
 }
 
 void reload(const Work& work, const ModuleState& module) {
-    const std::string name = module.name;
-    const bool served = module.serves();
     work.transaction.step(
-        served ? "reloading " + name + " (disable, enable)"
-               : name + " is disabled (" + *module.status + "); enabling it",
+        module.serves() ? "reloading " + module.name + " (disable, enable)"
+                        : module.name + " is disabled (" + *module.status + "); enabling it",
         [&] {
-            if (served)
-                work.server.disable(name);
-            work.server.enable(name);
+            if (module.serves())
+                work.server.change(work.server.onModule("-d", module.name));
+            work.server.change(work.server.onModule("-e", module.name));
         },
         formerState(work, module));
 }
 
 void disable(const Work& work, const ModuleState& module) {
     work.transaction.step(
-        "disabling " + module.name, [&] { work.server.disable(module.name); },
+        "disabling " + module.name,
+        [&] { work.server.change(work.server.onModule("-d", module.name)); },
         formerState(work, module));
 }
 

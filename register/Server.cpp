@@ -23,7 +23,7 @@ std::string Server::answer(const Run& run, const Arguments& command) const {
 }
 
 std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
-    const Arguments command = _tools.onNameSpace("nc", nameSpace, "-di");
+    const Arguments command = onNameSpace("nc", nameSpace, "-di");
     const Outcome outcome = _ask(command);
     if (outcome.exitCode == invalidNameSpace)
         return std::nullopt;
@@ -35,21 +35,21 @@ std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
 
 std::vector<std::string> Server::subclasses(const std::string& nameSpace,
                                             const std::string& name) const {
-    return lines(answer(_ask, _tools.onName("nc", nameSpace, name, "-di")));
+    return lines(answer(_ask, onName("nc", nameSpace, name, "-di")));
 }
 
 NameSet Server::associations(const std::string& nameSpace, const std::string& name) const {
     const std::vector<std::string> names =
-        classesOfPaths(answer(_ask, _tools.onName("rn", nameSpace, name)));
+        classesOfPaths(answer(_ask, onName("rn", nameSpace, name)));
     return NameSet(names.begin(), names.end());
 }
 
 std::string Server::classText(const std::string& nameSpace, const std::string& name) const {
-    return answer(_ask, _tools.onName("gc", nameSpace, name));
+    return answer(_ask, onName("gc", nameSpace, name));
 }
 
 NameSet Server::keys(const std::string& nameSpace, const std::string& name) const {
-    const Arguments command = _tools.onName("gc", nameSpace, name, "-nlo");
+    const Arguments command = onName("gc", nameSpace, name, "-nlo");
     const Mof mof = readListing(answer(_ask, command), commandText(command));
     if (mof.classes.empty())
         throw Failure("'" + commandText(command) + "' shows no class");
@@ -58,11 +58,11 @@ NameSet Server::keys(const std::string& nameSpace, const std::string& name) cons
 }
 
 std::vector<std::string> Server::qualifiers(const std::string& nameSpace) const {
-    return declaredQualifiers(answer(_ask, _tools.onNameSpace("eq", nameSpace)));
+    return declaredQualifiers(answer(_ask, onNameSpace("eq", nameSpace)));
 }
 
 Answer Server::instanceNames(const std::string& nameSpace, const std::string& className) const {
-    const Outcome outcome = _ask(_tools.onName("ni", nameSpace, className));
+    const Outcome outcome = _ask(onName("ni", nameSpace, className));
     if (outcome.ok())
         return {"", classesOfPaths(outcome.out)};
     return {describe(outcome), {}, outcome.exitCode == notSupported};
@@ -71,7 +71,7 @@ Answer Server::instanceNames(const std::string& nameSpace, const std::string& cl
 std::vector<Instance> Server::registrations(const std::string& interop) const {
     std::vector<Instance> result;
     for (const char* name : {"PG_ProviderModule", "PG_Provider", "PG_ProviderCapabilities"}) {
-        const Arguments command = _tools.onName("ei", interop, name);
+        const Arguments command = onName("ei", interop, name);
         const Mof mof = readListing(answer(_ask, command), commandText(command));
         result.insert(result.end(), mof.instances.begin(), mof.instances.end());
     }
@@ -79,13 +79,13 @@ std::vector<Instance> Server::registrations(const std::string& interop) const {
 }
 
 std::optional<std::string> Server::status(const std::string& module) const {
-    return moduleStatus(answer(_ask, _tools.listModules()), module);
+    return moduleStatus(answer(_ask, listModules()), module);
 }
 
 std::string Server::configured(const std::string& property) const {
-    if (_tools.cimconfig.empty())
+    if (cimconfig.empty())
         return "";
-    const Outcome outcome = _ask({_tools.cimconfig, "-g", property, "-c"});
+    const Outcome outcome = _ask({cimconfig, "-g", property, "-c"});
     return configuredValue(outcome.ok() ? outcome.out : "");
 }
 
@@ -94,22 +94,17 @@ std::vector<std::filesystem::path> Server::providerDirectories() const {
 }
 
 std::string Server::version() const {
-    if (_tools.cimserver.empty())
+    if (cimserver.empty())
         return "";
-    const Outcome outcome = _ask({_tools.cimserver, "--version"});
+    const Outcome outcome = _ask({cimserver, "--version"});
     const std::vector<std::string> said = lines(outcome.ok() ? outcome.out : "");
     return said.size() == 1 && said[0].find_first_not_of("0123456789.") == std::string::npos
                ? said[0]
                : "";
 }
 
-void Server::load(const std::string& nameSpace, const std::filesystem::path& file,
-                  bool update) const {
-    answer(_change, _tools.loadMof(nameSpace, file, update));
-}
-
 bool Server::deleteClass(const std::string& nameSpace, const std::string& name) const {
-    const Arguments command = _tools.onName("dc", nameSpace, name);
+    const Arguments command = onName("dc", nameSpace, name);
     const Outcome outcome = _change(command);
     if (outcome.exitCode == classHasChildren || outcome.exitCode == classHasInstances)
         return false;

@@ -27,16 +27,16 @@ struct Answer {
 };
 
 /// Every member throws Failure when a tool fails in a way that the member does not speak of.
-class Server {
+class Server : public Tools {
   public:
     /// `ask` runs the commands that change nothing, `change` the others.
     Server(Tools tools, Run ask, Run change)
-        : _tools(std::move(tools)), _ask(std::move(ask)), _change(std::move(change)) {}
-
-    const Tools& tools() const { return _tools; }
+        : Tools(std::move(tools)), _ask(std::move(ask)), _change(std::move(change)) {}
 
     /// Runs a command that changes nothing.
     Outcome ask(const Arguments& command) const { return _ask(command); }
+    /// Runs one that changes something.
+    void change(const Arguments& command) const { answer(_change, command); }
 
     /// The names of all classes of a namespace; nothing if there is no such namespace.
     std::optional<NameSet> classes(const std::string& nameSpace) const;
@@ -65,30 +65,12 @@ class Server {
     /// The server's version; empty if it cannot be found out.
     std::string version() const;
 
-    /// Loads MOF; makes the namespace if it is not there. See Tools::loadMof.
-    void load(const std::string& nameSpace, const std::filesystem::path& file,
-              bool update = true) const;
-    void enable(const std::string& module) const { answer(_change, _tools.onModule("-e", module)); }
-    void disable(const std::string& module) const {
-        answer(_change, _tools.onModule("-d", module));
-    }
-    void removeModule(const std::string& module) const {
-        answer(_change, _tools.onModule("-r", module));
-    }
     /// False, and the class stays, if the server says that something hangs on it.
     bool deleteClass(const std::string& nameSpace, const std::string& name) const;
-    void deleteQualifier(const std::string& nameSpace, const std::string& name) const {
-        answer(_change, _tools.onName("dq", nameSpace, name));
-    }
-    /// Fails if something is in it.
-    void deleteNameSpace(const std::string& nameSpace) const {
-        answer(_change, _tools.deleteNameSpace(nameSpace));
-    }
 
   private:
     std::string answer(const Run& run, const Arguments& command) const;
 
-    Tools _tools;
     Run _ask;
     Run _change;
 };
