@@ -1,4 +1,4 @@
-#include "register/Steps.h"
+#include "register/Commands.h"
 
 #include "register/Names.h"
 

@@ -60,6 +60,12 @@ inline void addName(std::vector<std::string>& names, const std::string& name) {
         names.push_back(name);
 }
 
+/// Appends those of `more` that `names` has not already.
+inline void addNames(std::vector<std::string>& names, const std::vector<std::string>& more) {
+    for (const std::string& name : more)
+        addName(names, name);
+}
+
 /// "a, b and c", for people.
 inline std::string joined(const std::vector<std::string>& names) {
     std::string text;

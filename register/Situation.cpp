@@ -19,16 +19,13 @@ constexpr const char* usual = "interop";
 // was installed before there were records did not know the usual one.
 std::vector<std::string> chosenNameSpaces(const Settings& settings, const Situation& situation) {
     std::vector<std::string> chosen;
-    for (const std::string& nameSpace : settings.nameSpaces)
-        addName(chosen, nameSpace);
+    addNames(chosen, settings.nameSpaces);
     if (!chosen.empty())
         return chosen;
     for (const ModuleState& module : situation.modules)
-        for (const std::string& nameSpace : module.found.nameSpaces())
-            addName(chosen, nameSpace);
+        addNames(chosen, module.found.nameSpaces());
     if (situation.record)
-        for (const std::string& nameSpace : situation.record->served)
-            addName(chosen, nameSpace);
+        addNames(chosen, situation.record->served);
     if (chosen.empty())
         return {usual, definitions};
     if (!situation.record)
@@ -40,16 +37,14 @@ std::vector<std::string> chosenNameSpaces(const Settings& settings, const Situat
 std::vector<std::string> formerNameSpaces(const Settings& settings, const Situation& situation) {
     std::vector<std::string> result;
     if (situation.record) {
-        for (const std::string& nameSpace : situation.record->nameSpaces)
-            addName(result, nameSpace);
+        addNames(result, situation.record->nameSpaces);
         for (const auto& [nameSpace, classes] : situation.record->classes)
             addName(result, nameSpace);
         return result;
     }
     result = settings.nameSpaces;
     for (const ModuleState& module : situation.modules)
-        for (const std::string& nameSpace : module.found.nameSpaces())
-            addName(result, nameSpace);
+        addNames(result, module.found.nameSpaces());
     addName(result, definitions);
     addName(result, settings.interop);
     return result;

@@ -1,4 +1,4 @@
-#include "register/Tools.h"
+#include "register/Server.h"
 
 #include <gtest/gtest.h>
 
