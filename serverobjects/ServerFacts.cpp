@@ -72,31 +72,26 @@ String stringOf(const CIMInstance& instance, const char* name) {
     return value;
 }
 
-/// The server's configuration in force, by name.
-class Configuration {
-  public:
-    explicit Configuration(CIMOMHandle& cimom) {
-        const Array<CIMInstance> settings = ifThere([&] {
-            return cimom.enumerateInstances(
-                OperationContext(), CIMNamespaceName("root/PG_Internal"),
-                CIMName("PG_ConfigSetting"), true, false, false, false, CIMPropertyList());
-        });
-        for (Uint32 i = 0; i < settings.size(); ++i)
-            _values[stringOf(settings[i], "PropertyName")] = stringOf(settings[i], "CurrentValue");
-    }
+/// The server's configuration in force, by name; nothing if the server is not asked.
+using Configuration = std::map<String, String>;
 
-    /// The value in force; `otherwise` where the server has none.
-    String value(const char* name, const char* otherwise) const {
-        const auto found = _values.find(name);
-        return found == _values.end() || found->second.size() == 0 ? String(otherwise)
-                                                                   : found->second;
-    }
-    bool isTrue(const char* name) const { return value(name, "") == String("true"); }
-    bool has(const char* name) const { return _values.count(name) != 0; }
+Configuration configurationOf(CIMOMHandle& cimom) {
+    const Array<CIMInstance> settings = ifThere([&] {
+        return cimom.enumerateInstances(OperationContext(), CIMNamespaceName("root/PG_Internal"),
+                                        CIMName("PG_ConfigSetting"), true, false, false, false,
+                                        CIMPropertyList());
+    });
+    Configuration values;
+    for (Uint32 i = 0; i < settings.size(); ++i)
+        values[stringOf(settings[i], "PropertyName")] = stringOf(settings[i], "CurrentValue");
+    return values;
+}
 
-  private:
-    std::map<String, String> _values;
-};
+/// The value in force; `otherwise` where the server has none.
+String valueOf(const Configuration& configuration, const char* name, const String& otherwise) {
+    const auto found = configuration.find(name);
+    return found == configuration.end() || found->second.size() == 0 ? otherwise : found->second;
+}
 
 /// A server's access and the settings that speak of it; the ports are those that are registered for
 /// the services wbem-http and wbem-https.
@@ -112,19 +107,18 @@ const std::array<AccessRow, 2> accessRows{{
     {"https", &Settings::httpsAddress, "enableHttpsConnection", "httpsPort", "5989"},
 }};
 
-std::vector<Access> accesses(const Settings& settings, const Configuration* configuration) {
+std::vector<Access> accesses(const Settings& settings, const Configuration& configuration) {
     std::vector<Access> result;
     for (const AccessRow& row : accessRows) {
-        if (configuration != nullptr && configuration->has(row.enabled)) {
-            if (configuration->isTrue(row.enabled)) {
-                const String host = configuration->value(
-                    "fullyQualifiedHostName", configuration->value("hostname", "").getCString());
-                result.push_back(
-                    {row.scheme,
-                     host + String(":") + configuration->value(row.port, row.registeredPort)});
-            }
-        } else if (!(settings.*row.address).empty()) {
-            result.push_back({row.scheme, text(settings.*row.address)});
+        if (configuration.count(row.enabled) == 0) {
+            if (!(settings.*row.address).empty())
+                result.push_back({row.scheme, text(settings.*row.address)});
+        } else if (valueOf(configuration, row.enabled, "") == String("true")) {
+            const String host = valueOf(configuration, "fullyQualifiedHostName",
+                                        valueOf(configuration, "hostname", ""));
+            result.push_back(
+                {row.scheme,
+                 host + String(":") + valueOf(configuration, row.port, row.registeredPort)});
         }
     }
     return result;
@@ -135,13 +129,13 @@ constexpr std::uint16_t authenticationNone = 2;
 constexpr std::uint16_t authenticationBasic = 3;
 
 std::vector<std::uint16_t> authentication(const Settings& settings,
-                                          const Configuration* configuration) {
+                                          const Configuration& configuration) {
     constexpr const char* enabled = "enableAuthentication";
-    if (configuration == nullptr || !configuration->has(enabled))
+    if (configuration.count(enabled) == 0)
         return settings.authenticationMechanisms;
-    if (!configuration->isTrue(enabled))
+    if (valueOf(configuration, enabled, "") != String("true"))
         return {authenticationNone};
-    return configuration->value("httpAuthType", "") == String("Basic")
+    return valueOf(configuration, "httpAuthType", "") == String("Basic")
                ? std::vector<std::uint16_t>{authenticationBasic}
                : settings.authenticationMechanisms;
 }
@@ -212,11 +206,10 @@ ServerFacts findFacts(const Settings& settings, CIMOMHandle& cimom) {
             facts.name = key(own[0], "Name");
         }
     }
-    std::unique_ptr<Configuration> configuration;
-    if (settings.askServer)
-        configuration = std::make_unique<Configuration>(cimom);
-    facts.accesses = accesses(settings, configuration.get());
-    facts.authenticationMechanisms = authentication(settings, configuration.get());
+    const Configuration configuration =
+        settings.askServer ? configurationOf(cimom) : Configuration();
+    facts.accesses = accesses(settings, configuration);
+    facts.authenticationMechanisms = authentication(settings, configuration);
     facts.nameSpaces = nameSpaces(settings, cimom);
     return facts;
 }

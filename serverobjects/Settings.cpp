@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -20,69 +19,65 @@ std::string trimmed(const std::string& text) {
                                      : text.substr(from, text.find_last_not_of(space) + 1 - from);
 }
 
-std::vector<std::string> items(const std::string& value) {
-    std::vector<std::string> result;
-    std::istringstream stream(value);
-    for (std::string item; std::getline(stream, item, ',');)
-        result.push_back(trimmed(item));
-    return result;
+void read(const std::string& value, std::string& member) {
+    member = value;
 }
 
-std::vector<std::uint16_t> numbers(const std::string& value) {
-    std::vector<std::uint16_t> result;
-    for (const std::string& item : items(value)) {
+void read(const std::string& value, std::optional<std::string>& member) {
+    member = value;
+}
+
+void read(const std::string& value, std::vector<std::string>& member) {
+    member.clear();
+    std::istringstream stream(value);
+    for (std::string item; std::getline(stream, item, ',');)
+        member.push_back(trimmed(item));
+}
+
+void read(const std::string& value, std::vector<std::uint16_t>& member) {
+    std::vector<std::string> items;
+    read(value, items);
+    member.clear();
+    for (const std::string& item : items) {
         if (item.empty() || item.size() > 5 ||
             item.find_first_not_of("0123456789") != std::string::npos || std::stoul(item) > 65535)
             throw std::runtime_error("'" + item + "' is no number from 0 to 65535");
-        result.push_back(static_cast<std::uint16_t>(std::stoul(item)));
+        member.push_back(static_cast<std::uint16_t>(std::stoul(item)));
     }
-    return result;
 }
 
-using Read = std::function<void(Settings&, const std::string&)>;
-
-Read text(std::string Settings::*member) {
-    return [member](Settings& settings, const std::string& value) { settings.*member = value; };
+template <auto member>
+void readMember(const std::string& value, Settings& settings) {
+    read(value, settings.*member);
 }
 
-Read numbersOf(std::vector<std::uint16_t> Settings::*member) {
-    return [member](Settings& settings, const std::string& value) {
-        settings.*member = numbers(value);
-    };
-}
-
-const std::map<std::string, Read>& keys() {
-    static const std::map<std::string, Read> table{
-        {"ServerNamespace", text(&Settings::serverNamespace)},
-        {"SystemCreationClassName", text(&Settings::systemCreationClassName)},
-        {"SystemName",
-         [](Settings& settings, const std::string& value) { settings.systemName = value; }},
-        {"Name", text(&Settings::name)},
-        {"ElementName", text(&Settings::elementName)},
-        {"Description", text(&Settings::description)},
-        {"FunctionalProfilesSupported", numbersOf(&Settings::functionalProfiles)},
-        {"AuthenticationMechanismsSupported", numbersOf(&Settings::authenticationMechanisms)},
-        {"HttpAddress", text(&Settings::httpAddress)},
-        {"HttpsAddress", text(&Settings::httpsAddress)},
-        {"Namespaces",
-         [](Settings& settings, const std::string& value) { settings.nameSpaces = items(value); }},
-    };
-    return table;
-}
+const std::map<std::string, void (*)(const std::string& value, Settings& settings)> keys{
+    {"ServerNamespace", readMember<&Settings::serverNamespace>},
+    {"SystemCreationClassName", readMember<&Settings::systemCreationClassName>},
+    {"SystemName", readMember<&Settings::systemName>},
+    {"Name", readMember<&Settings::name>},
+    {"ElementName", readMember<&Settings::elementName>},
+    {"Description", readMember<&Settings::description>},
+    {"FunctionalProfilesSupported", readMember<&Settings::functionalProfiles>},
+    {"AuthenticationMechanismsSupported", readMember<&Settings::authenticationMechanisms>},
+    {"HttpAddress", readMember<&Settings::httpAddress>},
+    {"HttpsAddress", readMember<&Settings::httpsAddress>},
+    {"Namespaces", readMember<&Settings::nameSpaces>},
+};
 
 void readLine(const std::string& line, Settings& settings) {
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos)
         throw std::runtime_error("'Key = value' is expected, not '" + line + "'");
     const std::string key = trimmed(line.substr(0, equals));
-    const auto found = keys().find(key);
-    if (found == keys().end()) {
+    const auto found = keys.find(key);
+    if (found == keys.end()) {
         std::string known;
-        for (const auto& [name, read] : keys())
+        for (const auto& [name, reader] : keys)
             known += (known.empty() ? "" : ", ") + name;
         throw std::runtime_error("there is no key '" + key + "'; the keys are " + known);
     }
-    found->second(settings, trimmed(line.substr(equals + 1)));
+    found->second(trimmed(line.substr(equals + 1)), settings);
 }
 
 } // namespace

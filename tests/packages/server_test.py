@@ -100,7 +100,7 @@ class Server(Installation):
         # Enough for the tool to give up a call that hangs, and to put everything back.
         self.change_environment("SERVERPROFILE_PATIENCE", "8")
         for fault in ({"mode": "down"}, {"match": "cimmof.*ProviderModule", "mode": "half"},
-                      {"match": "cimmof.*ProviderModule", "mode": "hang"}):
+                      {"match": "cimmof.*ProviderModule", "mode": "wait"}):
             with self.subTest(fault):
                 self.tools.plan(fault)
                 self.assertRegex(self.told(PACKED.install(*kinds.NAMES)),
