@@ -60,11 +60,10 @@ std::string inWords(const NameSet& names) {
 }
 
 bool overlap(const Instance& one, const Instance& other, const char* property) {
-    const std::vector<std::string> items = texts(other, property);
-    const NameSet names(items.begin(), items.end());
     const std::vector<std::string> mine = texts(one, property);
+    const std::vector<std::string> others = texts(other, property);
     return std::any_of(mine.begin(), mine.end(),
-                       [&](const std::string& item) { return names.count(item) != 0; });
+                       [&](const std::string& item) { return hasName(others, item); });
 }
 
 // A library of that name; `given`: that one, if it is the one that the server finds.

@@ -37,19 +37,27 @@ std::vector<std::string> namesOf(const Schema& schema) {
     return names;
 }
 
-bool sameVersion(const Class& declared, const std::string& text) {
-    const Mof found = readListing(text, "the definition of " + declared.name);
-    return !found.classes.empty() && found.classes.front().version == declared.version;
-}
-
 // Whether a namespace has all of a layer already.
 bool current(const Layer& layer, const Place& place, const Former& former) {
     return std::all_of(
         layer.schema->classes.begin(), layer.schema->classes.end(),
         [&](const Class& declared) {
-            return place.classes.count(declared.name) != 0 &&
-                   (!layer.update || sameVersion(declared, former.texts.at(declared.name)));
+            if (place.classes.count(declared.name) == 0 || !layer.update)
+                return place.classes.count(declared.name) != 0;
+            const Mof found =
+                readListing(former.texts.at(declared.name), "the definition of " + declared.name);
+            return !found.classes.empty() && found.classes.front().version == declared.version;
         });
+}
+
+// Gives back the classes that are not there any more, and with `update` their text to the others.
+void giveBack(const Work& work, const std::string& nameSpace, const Former& former, bool update) {
+    const NameSet now = work.server.classes(nameSpace).value_or(NameSet());
+    if (std::any_of(former.texts.begin(), former.texts.end(), [&](const auto& entry) {
+            return now.count(entry.first) == 0 ||
+                   (update && work.server.classText(nameSpace, entry.first) != entry.second);
+        }))
+        work.server.change(work.server.loadMof(nameSpace, former.file, update));
 }
 
 void deleteNameSpace(const Work& work, const std::string& nameSpace) {
@@ -76,11 +84,7 @@ void unload(const Work& work, const Layer& layer, const Place& place, const Form
         if (place.classes.count(*name) == 0 && now->count(*name) != 0 &&
             !work.server.deleteClass(nameSpace, *name))
             throw Failure(nameSpace + ":" + *name + " is in use");
-    if (std::any_of(former.texts.begin(), former.texts.end(), [&](const auto& entry) {
-            return now->count(entry.first) == 0 ||
-                   work.server.classText(nameSpace, entry.first) != entry.second;
-        }))
-        work.server.change(work.server.loadMof(nameSpace, former.file, true));
+    giveBack(work, nameSpace, former, true);
     if (made)
         deleteNameSpace(work, nameSpace);
 }
@@ -181,13 +185,6 @@ std::string holder(const Work& work, Removal& removal, const std::string& name) 
     return answer.classes.empty() ? "" : "others have instances of it";
 }
 
-// Notes what is kept, but for what follows from the rest.
-void sayKept(const Work& work, const std::string& nameSpace, const std::string& name,
-             const std::string& why) {
-    if (why != keptOnesNeedIt)
-        work.report.note("kept " + nameSpace + ":" + name + ": " + why);
-}
-
 // Why a namespace that was made has to stay; empty if it can go.
 std::string holderOf(const Work& work, const Removal& removal) {
     if (!removal.kept.empty())
@@ -219,14 +216,6 @@ bool removeNameSpace(const Work& work, const Removal& removal) {
     return true;
 }
 
-// Gives back the classes that are not there any more.
-void giveBack(const Work& work, const std::string& nameSpace, const Former& former) {
-    const NameSet now = work.server.classes(nameSpace).value_or(NameSet());
-    if (std::any_of(former.texts.begin(), former.texts.end(),
-                    [&](const auto& entry) { return now.count(entry.first) == 0; }))
-        work.server.change(work.server.loadMof(nameSpace, former.file, false));
-}
-
 } // namespace
 
 void loadClasses(const Work& work, const Place& place) {
@@ -247,7 +236,7 @@ Left deleteClasses(const Work& work, const Place& place) {
         removal.alone &= removal.names.count(name) != 0;
     const Former former = formerClasses(work, "removed_", place, names);
     const Undo undo{"giving the classes of " + nameSpace + " back",
-                    [work, nameSpace, former] { giveBack(work, nameSpace, former); },
+                    [work, nameSpace, former] { giveBack(work, nameSpace, former, false); },
                     commandText(work.server.loadMof(nameSpace, former.file, false))};
     bool begun = false;
     for (auto name = names.rbegin(); name != names.rend(); ++name) {
@@ -269,7 +258,8 @@ Left deleteClasses(const Work& work, const Place& place) {
         if (why.empty()) {
             removal.gone.insert(*name);
         } else {
-            sayKept(work, nameSpace, *name, why);
+            if (why != keptOnesNeedIt) // which follows from the rest
+                work.report.note("kept " + nameSpace + ":" + *name + ": " + why);
             removal.kept.push_back(*name);
         }
     }

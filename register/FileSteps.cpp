@@ -17,22 +17,26 @@ namespace fs = std::filesystem;
 
 namespace {
 
+[[noreturn]] void fail(const fs::path& file) {
+    throw std::runtime_error(file.string() + ": " + std::strerror(errno));
+}
+
 void makeDirectory(const fs::path& directory) {
     // Whatever the umask: the server may run as another user.
     if (mkdir(directory.c_str(), 0755) != 0 || chmod(directory.c_str(), 0755) != 0)
-        throw std::runtime_error(directory.string() + ": " + std::strerror(errno));
+        fail(directory);
 }
 
 // What is none, or no longer empty, stays.
 void dropDirectory(const fs::path& directory) {
     if (rmdir(directory.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR &&
         errno != ENOTEMPTY && errno != EEXIST)
-        throw std::runtime_error(directory.string() + ": " + std::strerror(errno));
+        fail(directory);
 }
 
 void dropFile(const fs::path& file) {
     if (unlink(file.c_str()) != 0 && errno != ENOENT)
-        throw std::runtime_error(file.string() + ": " + std::strerror(errno));
+        fail(file);
 }
 
 } // namespace
@@ -73,7 +77,7 @@ void changeFile(const Work& work, const std::string& what, const fs::path& file,
     const std::optional<std::string> former = readFile(file);
     struct stat formerly = {};
     if (former && stat(file.c_str(), &formerly) != 0)
-        throw std::runtime_error(file.string() + ": " + std::strerror(errno));
+        fail(file);
     const std::vector<fs::path> made = directoriesMissing(file);
     const mode_t formerMode = formerly.st_mode & 07777;
     const std::string byHand =

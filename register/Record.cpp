@@ -14,22 +14,22 @@ using Json = nlohmann::json;
 
 constexpr int format = 1;
 
-std::string name(const std::string& text) {
-    if (!isName(text))
-        throw std::runtime_error("'" + text + "' is no name");
+const std::string& checked(bool isOne, const std::string& text, const char* what) {
+    if (!isOne)
+        throw std::runtime_error("'" + text + "' is no " + what);
     return text;
+}
+
+std::string name(const std::string& text) {
+    return checked(isName(text), text, "name");
 }
 
 std::string nameSpace(const std::string& text) {
-    if (!isNameSpace(text))
-        throw std::runtime_error("'" + text + "' is no namespace");
-    return text;
+    return checked(isNameSpace(text), text, "namespace");
 }
 
 std::string path(const std::string& text) {
-    if (std::filesystem::path(text).is_relative())
-        throw std::runtime_error("'" + text + "' is no absolute path");
-    return text;
+    return checked(std::filesystem::path(text).is_absolute(), text, "absolute path");
 }
 
 std::vector<std::string> all(const Json& list, std::string (*one)(const std::string&)) {

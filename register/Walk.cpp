@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 namespace registering {
@@ -23,20 +24,15 @@ constexpr std::size_t mostOfAText = 300;
 
 // Where the server answers clients on this machine; empty if it cannot be found out.
 std::string urlOf(const Server& server) {
-    struct Access {
-        const char* enabled;
-        const char* port;
-        const char* scheme;
-        const char* usualPort;
-    };
-    for (const Access& access : {Access{"enableHttpConnection", "httpPort", "http", "5988"},
-                                 Access{"enableHttpsConnection", "httpsPort", "https", "5989"}}) {
-        if (server.configured(access.enabled) != "true")
-            continue;
-        const std::string port = server.configured(access.port);
-        return std::string(access.scheme) +
-               "://127.0.0.1:" + (port.empty() ? access.usualPort : port);
-    }
+    using Row = std::array<const char*, 4>;
+    for (const auto& [enabled, port, scheme, usualPort] :
+         {Row{"enableHttpConnection", "httpPort", "http", "5988"},
+          Row{"enableHttpsConnection", "httpsPort", "https", "5989"}})
+        if (server.configured(enabled) == "true") {
+            const std::string configured = server.configured(port);
+            return std::string(scheme) +
+                   "://127.0.0.1:" + (configured.empty() ? usualPort : configured);
+        }
     return "";
 }
 
