@@ -170,12 +170,17 @@ void checkClasses(const Job& job, const Situation& situation, bool own) {
 void checkKeys(const Job& job, const Situation& situation) {
     const auto wanted = situation.content.keys();
     const std::vector<std::string> names = classesThatCount(situation.content);
-    for (const Place& place : situation.places)
+    for (const Place& place : situation.places) {
+        const auto texts = job.server.classTexts(place.nameSpace, names, place.classes, true);
         for (const std::string& name : names) {
             const auto declared = wanted.find(name);
-            if (declared == wanted.end() || place.classes.count(name) == 0)
+            const auto text = texts.find(name);
+            if (declared == wanted.end() || text == texts.end())
                 continue;
-            const NameSet found = job.server.keys(place.nameSpace, name);
+            const Mof mof = readListing(text->second, place.nameSpace + ":" + name);
+            if (mof.classes.empty())
+                throw Failure("the server shows no class " + place.nameSpace + ":" + name);
+            const NameSet found(mof.classes.front().keys.begin(), mof.classes.front().keys.end());
             if (!sameNames(found, declared->second))
                 job.report.wrong(
                     place.nameSpace + ":" + name + " has " + inWords(found) +
@@ -183,6 +188,7 @@ void checkKeys(const Job& job, const Situation& situation) {
                     "its objects could not be told apart; load the class as the CIM schema "
                     "has it, or choose other namespaces with --namespace");
         }
+    }
 }
 
 void checkRivals(const Job& job, const Situation& situation) {

@@ -21,11 +21,11 @@ struct Former {
 
 Former formerClasses(const Work& work, const char* what, const Place& place,
                      const std::vector<std::string>& names) {
-    Former former;
+    Former former{work.server.classTexts(place.nameSpace, names, place.classes), {}};
     std::string all;
-    for (const std::string& name : names)
-        if (place.classes.count(name) != 0)
-            all += former.texts[name] = work.server.classText(place.nameSpace, name);
+    for (const std::string& name : names) // in their order
+        if (const auto found = former.texts.find(name); found != former.texts.end())
+            all += found->second;
     former.file = work.scratch.write(fileName(what, place.nameSpace), all);
     return former;
 }

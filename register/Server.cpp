@@ -53,16 +53,15 @@ Arguments Tools::onModule(const char* action, const std::string& module) const {
 }
 
 Arguments Tools::onNameSpace(const char* command, const std::string& nameSpace,
-                             const char* option) const {
+                             const std::vector<std::string>& options) const {
     Arguments result{cimcli, command, "-n", space(nameSpace)};
-    if (option != nullptr)
-        result.emplace_back(option);
+    result.insert(result.end(), options.begin(), options.end());
     return result;
 }
 
 Arguments Tools::onName(const char* command, const std::string& nameSpace, const std::string& name,
-                        const char* option) const {
-    Arguments result = onNameSpace(command, nameSpace, option);
+                        const std::vector<std::string>& options) const {
+    Arguments result = onNameSpace(command, nameSpace, options);
     result.insert(result.begin() + 2, named(name));
     return result;
 }
@@ -188,7 +187,7 @@ std::string Server::answer(const Run& run, const Arguments& command) const {
 }
 
 std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
-    const Arguments command = onNameSpace("nc", nameSpace, "-di");
+    const Arguments command = onNameSpace("nc", nameSpace, {"-di"});
     const Outcome outcome = _ask(command);
     if (outcome.exitCode == invalidNameSpace)
         return std::nullopt;
@@ -200,7 +199,7 @@ std::optional<NameSet> Server::classes(const std::string& nameSpace) const {
 
 std::vector<std::string> Server::subclasses(const std::string& nameSpace,
                                             const std::string& name) const {
-    return lines(answer(_ask, onName("nc", nameSpace, name, "-di")));
+    return lines(answer(_ask, onName("nc", nameSpace, name, {"-di"})));
 }
 
 NameSet Server::associations(const std::string& nameSpace, const std::string& name) const {
@@ -213,13 +212,32 @@ std::string Server::classText(const std::string& nameSpace, const std::string& n
     return answer(_ask, onName("gc", nameSpace, name));
 }
 
-NameSet Server::keys(const std::string& nameSpace, const std::string& name) const {
-    const Arguments command = onName("gc", nameSpace, name, "-nlo");
-    const Mof mof = readListing(answer(_ask, command), commandText(command));
-    if (mof.classes.empty())
-        throw Failure("'" + commandText(command) + "' shows no class");
-    const std::vector<std::string>& names = mof.classes.front().keys;
-    return NameSet(names.begin(), names.end());
+std::map<std::string, std::string> Server::classTexts(const std::string& nameSpace,
+                                                      const std::vector<std::string>& names,
+                                                      const NameSet& there, bool whole) const {
+    static const std::regex title(R"(\n// =+\n// (\w+)\n// =+\n)");
+    const std::vector<std::string> options(whole ? 1 : 0, "-nlo");
+    std::map<std::string, std::string> all;
+    if (!there.empty() && 2 * names.size() > there.size()) {
+        std::vector<std::string> deep = options;
+        deep.emplace_back("-di");
+        const std::string text = answer(_ask, onNameSpace("ec", nameSpace, deep));
+        const std::sregex_iterator end;
+        for (std::sregex_iterator at(text.begin(), text.end(), title), next = at; at != end;
+             at = next) {
+            ++next;
+            const auto to = next == end ? text.size() : static_cast<std::size_t>(next->position());
+            const auto from = static_cast<std::size_t>(at->position());
+            all[(*at)[1]] = text.substr(from, to - from);
+        }
+    }
+    std::map<std::string, std::string> result;
+    for (const std::string& name : names)
+        if (const auto found = all.find(name); found != all.end())
+            result.insert(*found);
+        else if (there.count(name) != 0)
+            result[name] = answer(_ask, onName("gc", nameSpace, name, options));
+    return result;
 }
 
 std::vector<std::string> Server::qualifiers(const std::string& nameSpace) const {

@@ -7,6 +7,7 @@
 #include "register/Process.h"
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -32,10 +33,10 @@ struct Tools {
     Arguments onModule(const char* action, const std::string& module) const;
     /// A command of cimcli for a namespace.
     Arguments onNameSpace(const char* command, const std::string& nameSpace,
-                          const char* option = nullptr) const;
+                          const std::vector<std::string>& options = {}) const;
     /// A command of cimcli for a class or a qualifier.
     Arguments onName(const char* command, const std::string& nameSpace, const std::string& name,
-                     const char* option = nullptr) const;
+                     const std::vector<std::string>& options = {}) const;
     Arguments deleteNameSpace(const std::string& nameSpace) const;
 };
 
@@ -111,8 +112,12 @@ class Server : public Tools {
     NameSet associations(const std::string& nameSpace, const std::string& name) const;
     /// A class as MOF.
     std::string classText(const std::string& nameSpace, const std::string& name) const;
-    /// The names of a class's key properties, inherited ones too.
-    NameSet keys(const std::string& nameSpace, const std::string& name) const;
+    /// As MOF, by name, those of the classes `names` that are `there`, which is all that the
+    /// namespace has; `whole`: with what they inherit. One question has the answer where they are
+    /// most of it.
+    std::map<std::string, std::string> classTexts(const std::string& nameSpace,
+                                                  const std::vector<std::string>& names,
+                                                  const NameSet& there, bool whole = false) const;
     /// The names of the qualifiers that are declared in a namespace.
     std::vector<std::string> qualifiers(const std::string& nameSpace) const;
     Answer instanceNames(const std::string& nameSpace, const std::string& className) const;

@@ -12,7 +12,7 @@ const Tools tools{"cimmof", "cimprovider", "cimcli", "cimconfig", "cimserver"};
 TEST(CommandsOfTools, AreMadeOfNames) {
     EXPECT_EQ(tools.loadMof("root/cimv2", "/a/b.mof", false),
               (Arguments{"cimmof", "-aEV", "-n", "root/cimv2", "-I", "/a", "/a/b.mof"}));
-    EXPECT_EQ(tools.onName("gc", "interop", "CIM_A", "-nlo"),
+    EXPECT_EQ(tools.onName("gc", "interop", "CIM_A", {"-nlo"}),
               (Arguments{"cimcli", "gc", "CIM_A", "-n", "interop", "-nlo"}));
     EXPECT_EQ(tools.onNameSpace("eq", "interop"), (Arguments{"cimcli", "eq", "-n", "interop"}));
     EXPECT_EQ(tools.onModule("-d", "A"), (Arguments{"cimprovider", "-d", "-m", "A"}));

@@ -195,6 +195,10 @@ class Cimcli(Tool):
             self.say(f"    {name} REF r{number};")
         self.say("};")
 
+    def ec(self):
+        for self.name in self.classes:
+            self.gc()
+
     def eq(self):
         for name in self.qualifiers:
             self.say(f"\nQualifier {name} : boolean = FALSE, Scope(property method),\n"
