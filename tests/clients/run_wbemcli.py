@@ -17,8 +17,8 @@ client spells it, {SCHEME}; {PLAIN} host and port without TLS, {PORT} the port i
 {HOST} the name of the machine; {NAME} and {FORMAT} the host's name and its format as the module
 publishes them, which depend on whether the machine's name can be resolved; {AUTHENTICATION} the number
 that says whether users are asked for. A case that names {URL} or {NAMESPACE} is run in every
-namespace; all others once. One that names a user is not run where the server has users, and one whose rule is about no TLS
-not where it has that.
+namespace; all others once. One that names a user is not run where the server has users, and one whose rule
+says that the server speaks TLS, or no TLS, not where that is otherwise.
 """
 
 import argparse
@@ -44,7 +44,8 @@ class Case:
         self.output = []
 
     def fits(self, way):
-        return not (way.user and "@" in self.command or way.tls and "no TLS" in self.rule)
+        return not (way.user and "@" in self.command or way.tls and "speaks no TLS" in self.rule or
+                    not way.tls and "speaks TLS" in self.rule)
 
     def namespaces(self):
         return NAMESPACES if re.search(r"\{(URL|NAMESPACE)\}", self.command) else NAMESPACES[:1]

@@ -134,6 +134,12 @@ class Passwords(Case):
             status, header, text = self.ask(**fields)
             self.assertEqual((status, text), (401, ""), fields)
             self.assertEqual(header["WWW-Authenticate"], 'Basic realm="cimhost", charset="UTF-8"')
+        with contextlib.closing(self.connection()) as connection:
+            connection.putrequest("POST", "/cimom")
+            for _ in range(2):
+                connection.putheader("Authorization", basic(READER))
+            connection.endheaders()
+            self.assertEqual(connection.getresponse().status, 401)
 
     def test_every_verb_asks_for_them(self):
         self.make_users()
@@ -168,14 +174,15 @@ class Passwords(Case):
         trace = self.folder / "trace"
         self.serve("--trace-wire", trace, "--log-level", "trace")
         wrong = ("reader", "Falsch-4715")
-        for user in (*USERS, wrong, ("unknown", "Falsch-4716")):
+        for user in (*USERS, wrong, ("unknown", "Falsch-4716"), ('x" r', "Falsch-4718")):
             self.ask(user=user)
         self.ask(Authorization="Bearer Falsch-4717")
         log = self.end()
         self.assertIn('127.0.0.1: user "reader" refused: wrong password', log)
         self.assertIn('127.0.0.1: user "unknown" refused: no such user', log)
+        self.assertIn(r'127.0.0.1: user "x\x22 r" refused: no such user', log)
         files = sorted(trace.iterdir())
-        self.assertEqual(len(files), 12)
+        self.assertEqual(len(files), 14)
         self.assertIn("Authorization: (not shown)", files[1].read_text())  # a request
         for text in (log, *(file.read_text() for file in files)):
             for user in (*USERS, wrong, ("unknown", "Falsch-4716")):
@@ -210,6 +217,7 @@ class Roles(Case):
         self.assertEqual(self.refusal(create(CLASS, VSAN)), (
             2, "2: CIM_ERR_ACCESS_DENIED: Only a user with the role write may change something."))
         self.assertEqual(self.status(user=("reader", "wrong")), 401)
+        self.assertEqual(self.status(Authorization="Bearer x"), 401)
         self.assertNotIn("ERROR", self.ask(create(CLASS, {**VSAN, "Name": "new"}), WRITER)[2])
 
 

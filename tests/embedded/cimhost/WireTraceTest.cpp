@@ -22,22 +22,6 @@ class WireTrace : public test::TempDirectory {
     http::Fields fields{{"Host", "h"}, {"Authorization", "Basic x"}};
 };
 
-TEST_F(WireTrace, HasRequestAndReplyWithoutCredentials) {
-    for (const bool byWork : {false, true}) {
-        const auto make = [] {
-            return http::Reply{200, "OK", {{"Ext", ""}, {"A", "b"}}, "answer"};
-        };
-        reply([&](http::Request&&) -> http::Answer {
-            return byWork ? http::Answer(http::Work(make)) : http::Answer(make());
-        });
-        // The numbers go on behind those that are there.
-        const std::string number = byWork ? "000002" : "000001";
-        EXPECT_EQ(file(number + "-request"),
-                  "POST / HTTP/1.1\nHost: h\nAuthorization: (not shown)\n\nask");
-        EXPECT_EQ(file(number + "-reply"), "HTTP/1.1 200 OK\nExt:\nA: b\n\nanswer");
-    }
-}
-
 TEST_F(WireTrace, ShowsFieldsThatAreKnownToTellNoSecret) {
     fields = {{"12-CIMMethod", "GetInstance"},
               {"CIMOBJECT", "root"},
