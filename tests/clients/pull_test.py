@@ -115,8 +115,11 @@ class Statuses(unittest.TestCase):
                 self.expect(7, method, source, value("LocalOnly", "true"))
                 for time_out in (0, 301, 4294967295):
                     self.expect(22, method, source, value("OperationTimeout", time_out))
-                self.expect(25, method, source, value("FilterQueryLanguage", "DMTF:FQL"),
-                            value("FilterQuery", "InstanceID = 'x'"))
+                query = value("FilterQuery", "InstanceID = 'x'")
+                self.expect(25, method, source, value("FilterQueryLanguage", "DMTF:FQL"), query)
+                self.expect(25, method, source, query)
+                self.opened(method, value("ContinueOnError", "false"), value("FilterQuery", ""),
+                            value("FilterQueryLanguage", ""))
                 self.expect(26, method, source, value("ContinueOnError", "true"))
 
     def test_classes_and_sources_that_are_none(self):

@@ -133,7 +133,6 @@ def get(path):
     return asking(call("GetInstance", ("InstanceName", path)))
 
 
-KEYS = {f"K{i}": "x" for i in range(1001)}
 HEAD, _, BODY = CLASS.partition(b"\r\n\r\n")
 GET_CLASS = BODY.decode()
 ANY = call("GetClass", ("ClassName", of_class("CIM_None")))
@@ -142,6 +141,7 @@ VALID = "400 request-not-valid"
 MISMATCH = "400 header-mismatch"
 
 # By what is bad about it: what is sent, and what comes back; more than one reply with a comma between.
+# What the wire cases and the limits have is left to them.
 SENT = {
     # Not HTTP, or not quite.
     "a TLS hello": (b"\x16\x03\x01\x02\x00\x01\x00\x01\xfc\x03\x03" + 64 * b"\x07", "closed"),
@@ -190,50 +190,24 @@ SENT = {
     "a trailer that says where to": (
         post("", Transfer_Encoding="chunked", Content_Length=None, CIMObject=None) +
         b"%x\r\n" % len(BODY) + BODY + b"\r\n0\r\nCIMObject: interop\r\n\r\n", MISMATCH),
-    # What is asked of the server instead of an operation.
-    "GET": (post("", "GET / HTTP/1.1"), "404"),
-    "PUT": (post("x", "PUT / HTTP/1.1"), "405"),
-    "OPTIONS": (post("", "OPTIONS * HTTP/1.1"), "405"),
-    "an unknown verb": (post("", "FROB / HTTP/1.1"), "501"),
     "a miracle": (post("", Expect="a-miracle"), "417"),
     # Fields that CIM-XML has.
-    "no host": (post(GET_CLASS, Host=None), "400"),
-    "no type": (post(GET_CLASS, Content_Type=None), "400"),
-    "another type": (post(GET_CLASS, Content_Type="text/plain"), "400"),
-    "another charset": (post(GET_CLASS, Content_Type="text/xml; charset=latin-1"), "400"),
-    "no operation": (post(GET_CLASS, CIMOperation=None), "400"),
-    "another operation": (post(GET_CLASS, CIMOperation="MethodResponse"),
-                          "400 unsupported-operation"),
-    "a batch": (post(GET_CLASS, CIMBatch=""), "501 multiple-requests-unsupported"),
-    "no method": (post(GET_CLASS, CIMMethod=None), MISMATCH),
-    "another method": (post(GET_CLASS, CIMMethod="GetInstance"), MISMATCH),
     "a method of 60 kB": (post(GET_CLASS, CIMMethod=60000 * "x"), MISMATCH),
     "a method that is no UTF-8": (post(GET_CLASS, CIMMethod="Get\udcc3("), MISMATCH),
-    "another namespace": (post(GET_CLASS, CIMObject="root/cimv2"), MISMATCH),
-    "a broken escape": (post(GET_CLASS, CIMObject="interop%2"), MISMATCH),
     "a protocol to come": (post(GET_CLASS, CIMProtocolVersion="2.0"), MISMATCH),
     # Documents.
-    "no body": (post(""), VALID),
     "blanks": (post(1000000 * " "), VALID),
     "bytes": (post(bytes(range(256))), WELL),
     "UTF-16": (post(GET_CLASS.encode("utf-16")), VALID),
     "no UTF-8": (post(GET_CLASS.replace("Profile", "Pr\udcfffile").encode(
         errors="surrogateescape")), VALID),
-    "no declaration": (post(GET_CLASS.partition("?>")[2]), VALID),
-    "another root": (post('<?xml version="1.0"?><SIC/>'), VALID),
     "text after the end": (post(GET_CLASS + "x"), WELL),
     "two documents": (post(GET_CLASS + GET_CLASS), WELL),
     "tags crossed": (post('<?xml version="1.0"?><CIM><A></CIM></A>'), WELL),
     "an attribute twice": (post(GET_CLASS.replace('ID="1"', 'ID="1" ID="2"')), WELL),
     "entities of entities": (post(entities(12)), VALID),
-    "an entity from a file": (post(
-        '<?xml version="1.0"?><!DOCTYPE CIM [<!ENTITY e SYSTEM "file:///etc/passwd">]>'
-        "<CIM>&e;</CIM>"), VALID),
     "an unknown element": (post(GET_CLASS.replace("CLASSNAME", "KLASSNAME")), VALID),
     "an unknown attribute": (post(GET_CLASS.replace(' ID="1"', ' ID="1" COLOR="red"')), VALID),
-    "a version to come": (post(GET_CLASS.replace('DTDVERSION="2.0"', 'DTDVERSION="3.0"')),
-                          "501 unsupported-dtd-version"),
-    "33 elements deep": (post('<?xml version="1.0"?>' + 33 * "<CIM>" + 33 * "</CIM>"), VALID),
     "a million elements deep": (post('<?xml version="1.0"?>' + 1000000 * "<CIM>"), VALID),
     "a million elements": (post(GET_CLASS.replace("<SIMPLEREQ>", "<SIMPLEREQ>" + 999999 * "<A/>")),
                            VALID),
@@ -244,40 +218,17 @@ SENT = {
     "a comment of 8 MB": (post(f'<?xml version="1.0"?><!--{8000000 * "x"}--><CIM/>'), VALID),
     "a name that is none": (post(GET_CLASS.replace("CIM_Reg", "1CIM_Reg")), VALID),
     # Operations.
-    "a namespace that is not there": (asking(ANY, "root/none"), "200 error 3"),
     "a namespace of 5,000 parts": (asking(ANY, "/".join(5000 * ["a"])), "200 error 3"),
-    "a class that is not there": (asking(ANY),
-                                  "200 error 6"),
-    "instances of a class that is not there": (asking(call(
-        "EnumerateInstances", ("ClassName", of_class("CIM_None")))), "200 error 5"),
     "a class of 1 MB": (asking(call("GetClass", ("ClassName", of_class(1000000 * "C")))),
                         "200 error 6"),
-    "a parameter too few": (asking(call("GetClass")), "200 error 4"),
-    "a parameter twice": (asking(call("GetClass", *2 * [("ClassName", of_class("CIM_None"))])),
-                          "200 error 4"),
-    "a parameter that is unknown": (asking(call(
-        "GetClass", ("ClassName", of_class("CIM_None")), ("Zip", "<VALUE>x</VALUE>"))),
-        "200 error 7"),
     "100,000 parameters": (asking(call("GetClass", *100000 * [("P", "<VALUE>x</VALUE>")])),
                            "200 error 7"),
     "a flag that is none": (asking(call(
         "GetClass", ("ClassName", of_class("CIM_None")), ("LocalOnly", "<VALUE>maybe</VALUE>"))), VALID),
-    "an operation that is unknown": (asking(call("Frobnicate")), "200 error 7"),
-    "an operation that is not offered": (asking(call(
-        "OpenQueryInstances", ("FilterQuery", "<VALUE>x</VALUE>"))), "200 error 7"),
-    "a pull of what is not open": (asking(call(
-        "PullInstancePaths", ("EnumerationContext", "<VALUE>x</VALUE>"),
-        ("MaxObjectCount", "<VALUE>1</VALUE>"))), "200 error 21"),
     "a context of 1 MB": (asking(call(
         "CloseEnumeration", ("EnumerationContext", f"<VALUE>{1000000 * 'x'}</VALUE>"))), "200 error 21"),
-    "an instance that is not there": (get(name("CIM_RegisteredProfile", InstanceID="none")),
-                                      "200 error 6"),
     "an instance without its key": (get(name("CIM_RegisteredProfile")), "200 error 6"),
-    "an instance with another key": (get(name("CIM_RegisteredProfile", Name="x")), "200 error 6"),
     "a key of 5 MB": (get(name("CIM_RegisteredProfile", InstanceID=5000000 * "x")), "200 error 6"),
-    "1,001 keys": (get(name("CIM_RegisteredProfile", **KEYS)), "200 error 4"),
-    "a path 3 paths deep": (get(nested(3)), "200"),
-    "a path 4 paths deep": (get(nested(4)), "200 error 4"),
     "a path 20 paths deep": (get(nested(20)), VALID),
     "a path of 20,000 characters in a key": (get(nested(1, 20000 * "x")), "200 error 4"),
     "an association class that is none": (asking(call(

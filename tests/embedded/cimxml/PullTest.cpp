@@ -145,42 +145,6 @@ TEST_P(PullOf, NothingIsAtItsEndAtOnce) {
     EXPECT_EQ(ask(GetParam().open, GetParam().source), ended);
 }
 
-TEST_P(PullOf, MayBeClosed) {
-    const std::string context = contextOf(ask(GetParam().open, GetParam().source + maximum(1)));
-    EXPECT_EQ(ask("CloseEnumeration", value("EnumerationContext", context)), "");
-    EXPECT_EQ(status("CloseEnumeration", value("EnumerationContext", context)), "21");
-}
-
-TEST_P(PullOf, HasTheErrorsThatTheStandardNames) {
-    const Kind& kind = GetParam();
-    const auto opening = [&](const std::string& more) {
-        return status(kind.open, kind.source + more);
-    };
-    EXPECT_EQ(status(kind.open, ""), "4");
-    EXPECT_EQ(opening(value("OperationTimeout", "0")), "22");
-    EXPECT_EQ(
-        opening(value("OperationTimeout", std::to_string(limits::enumerationLongest.count() + 1))),
-        "22");
-    EXPECT_EQ(opening(value("ContinueOnError", "true")), "26");
-    EXPECT_EQ(opening(value("FilterQueryLanguage", "DMTF:FQL") + value("FilterQuery", "p = 1")),
-              "25");
-    EXPECT_EQ(opening(value("FilterQuery", "p = 1")), "25");
-    EXPECT_EQ(opening(value("LocalOnly", "true")), "7"); // is a parameter of others
-    EXPECT_TRUE(operations.calls.empty()) << operations.calls[0];
-    EXPECT_EQ(operations.enumerations.size(), 0U);
-    EXPECT_EQ(
-        opening(value("OperationTimeout", std::to_string(limits::enumerationLongest.count())) +
-                value("ContinueOnError", "false") + value("FilterQueryLanguage", "") +
-                value("FilterQuery", "")),
-        "");
-}
-
-TEST_P(PullOf, FailsAsTheOperationDoes) {
-    operations.failure = CIMException(CIM_ERR_INVALID_CLASS, "X");
-    EXPECT_EQ(ask(GetParam().open, GetParam().source), errorContent(5, "CIM_ERR_INVALID_CLASS: X"));
-    EXPECT_EQ(operations.enumerations.size(), 0U);
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Operations, PullOf,
     testing::Values(Kind{"OpenEnumerateInstances", classX, "PullInstancesWithPath",
@@ -234,36 +198,6 @@ TEST_F(Pull, ThePropertyListOfTheOpenHoldsForEachPull) {
     EXPECT_EQ(count(first + second, "<PROPERTY"), 0U);
 }
 
-TEST_F(Pull, OfOneKindIsNotOneOfTheOther) {
-    const std::string context = contextOf(ask("OpenEnumerateInstancePaths", classX + maximum(1)));
-    EXPECT_EQ(status("PullInstancesWithPath", pulling(context, 1)), "21");
-    EXPECT_EQ(contextOf(ask("PullInstancePaths", pulling(context, 1))), context);
-}
-
-TEST_F(Pull, NeedsAContextAndANumber) {
-    for (const char* operation : {"PullInstancesWithPath", "PullInstancePaths"}) {
-        EXPECT_EQ(status(operation, value("EnumerationContext", "x")), "4");
-        EXPECT_EQ(status(operation, maximum(1)), "4");
-        EXPECT_EQ(status(operation, pulling("x", 1)), "21");
-        EXPECT_EQ(status(operation, pulling("", 1)), "21");
-    }
-    EXPECT_EQ(status("CloseEnumeration", ""), "4");
-    EXPECT_EQ(status("CloseEnumeration", value("EnumerationContext", "x")), "21");
-}
-
-TEST_F(Pull, InANamespaceThatThereIsNotSaysSo) {
-    for (const char* operation :
-         {"PullInstancesWithPath", "PullInstancePaths", "CloseEnumeration"}) {
-        std::string body = request(operation, value("EnumerationContext", "x") +
-                                                  (operation[0] == 'C' ? "" : maximum(1)));
-        const std::string nameSpace = "<NAMESPACE NAME=\"cimv2\">";
-        body.replace(body.find(nameSpace), nameSpace.size(), "<NAMESPACE NAME=\"none\">");
-        const std::string reply = answer(body, {operation, "root/none", "1.0"}, routing::Caller(),
-                                         operations, operations.enumerations);
-        EXPECT_NE(reply.find("<ERROR CODE=\"3\""), std::string::npos) << reply;
-    }
-}
-
 TEST_F(Pull, HasTheTimeOfTheLimitUnlessTheClientSaysOtherwise) {
     std::atomic<routing::Enumerations::Clock::time_point> now{routing::Enumerations::Clock::now()};
     routing::Enumerations enumerations(
@@ -305,33 +239,6 @@ TEST_F(Pull, ANumberThatIsNoneMakesTheRequestInvalid) {
     EXPECT_EQ(
         contextOf(ask("OpenEnumerateInstances", classX + value("MaxObjectCount", "4294967295"))),
         "");
-}
-
-TEST_F(Pull, ALongReplyComesInPiecesAndIsFollowedByTheNext) {
-    operations.paths.clear();
-    for (int i = 0; i < 2000; ++i)
-        operations.paths.append(path(String(std::to_string(i).c_str())));
-    const std::string first = ask("OpenEnumerateInstancePaths", classX + maximum(1500));
-    EXPECT_GT(first.size(), 3U * 64 * 1024);
-    EXPECT_EQ(count(first, "<INSTANCEPATH>"), 1500U);
-    const std::string second = ask("PullInstancePaths", pulling(contextOf(first), 1500));
-    EXPECT_EQ(count(second, "<INSTANCEPATH>"), 500U);
-    EXPECT_EQ(contextOf(second), "");
-}
-
-TEST_F(Pull, AReplyThatIsNotWrittenToItsEndClosesTheEnumeration) {
-    for (int i = 0; i < 2000; ++i)
-        operations.paths.append(path(String(std::to_string(i).c_str())));
-    {
-        const auto exchange = replyTo(request("OpenEnumerateInstancePaths", classX + maximum(1500)),
-                                      headersFor("OpenEnumerateInstancePaths"), {}, operations,
-                                      operations.enumerations);
-        std::string piece;
-        exchange->next(piece);
-        EXPECT_FALSE(exchange->ended());
-        EXPECT_EQ(operations.enumerations.size(), 1U);
-    }
-    EXPECT_EQ(operations.enumerations.size(), 0U);
 }
 
 TEST_F(Pull, WhatWaitedForAModuleInVainIsNotOpen) {

@@ -22,11 +22,6 @@ Operation instancesOf(const char* user, const char* nameSpace = "root/a") {
     return operation;
 }
 
-Operation paths(Operation operation) {
-    operation.kind = OperationKind::EnumerateInstanceNames;
-    return operation;
-}
-
 /// Counts from 1 to `count`, and tells how many cursors like it there are.
 Cursor counting(Pegasus::Uint32 count, const std::shared_ptr<int>& alive = nullptr) {
     return [count, alive, at = Pegasus::Uint32(0)](Answered& answered) mutable {
@@ -107,15 +102,6 @@ TEST_F(Enumerated, IsClosedUnlessItIsGivenBack) {
     EXPECT_EQ(takeStatus(context, instancesOf("a")), 21);
 }
 
-TEST_F(Enumerated, IsUnknownOnceItIsClosed) {
-    const auto alive = std::make_shared<int>();
-    const std::string context = opened(instancesOf("a"), 3, alive);
-    all.close(context, instancesOf("a"));
-    EXPECT_EQ(alive.use_count(), 1);
-    EXPECT_EQ(takeStatus(context, instancesOf("a")), 21);
-    EXPECT_EQ(statusOf([&] { all.close(context, instancesOf("a")); }), 21);
-}
-
 TEST_F(Enumerated, IsUnknownToOtherUsersAndInOtherNamespaces) {
     const std::string context = opened(instancesOf("a"));
     for (const Operation& other : {instancesOf("b"), instancesOf(""), instancesOf("a", "root/b")}) {
@@ -125,17 +111,6 @@ TEST_F(Enumerated, IsUnknownToOtherUsersAndInOtherNamespaces) {
     EXPECT_EQ(takeStatus("", instancesOf("a")), 21);
     EXPECT_EQ(takeStatus(context + "0", instancesOf("a")), 21);
     EXPECT_EQ(takeStatus(context, instancesOf("a", "ROOT/A")), 0); // names have no case
-}
-
-TEST_F(Enumerated, OfOneKindIsNotPulledAsTheOther) {
-    const std::string instances = opened(instancesOf("a"));
-    const std::string names = opened(paths(instancesOf("a")));
-    EXPECT_EQ(takeStatus(instances, paths(instancesOf("a"))), 21);
-    EXPECT_EQ(takeStatus(names, instancesOf("a")), 21);
-    // And is still there.
-    EXPECT_EQ(takeStatus(instances, instancesOf("a")), 0);
-    EXPECT_EQ(takeStatus(names, paths(instancesOf("a"))), 0);
-    all.close(names, instancesOf("a")); // whatever its kind
 }
 
 TEST_F(Enumerated, IsReadByOneRequestAtATime) {
