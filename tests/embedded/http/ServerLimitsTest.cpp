@@ -44,6 +44,7 @@ struct RefusedCase {
     const char* status;
 };
 
+// More of them are in tests/faults/clients_test.py.
 class Refused : public testing::TestWithParam<RefusedCase> {};
 
 TEST_P(Refused, IsAnsweredAndTheConnectionClosed) {
@@ -59,71 +60,22 @@ const std::string start = "POST /echo HTTP/1.1\r\nHost: h\r\n";
 INSTANTIATE_TEST_SUITE_P(
     Server, Refused,
     testing::Values(
-        RefusedCase{"Binary", std::string("\x16\x02\x01\x02\x00\r\n\r\n", 9), "400 Bad Request"},
         RefusedCase{"NoVersion", "POST /echo\r\n\r\n", "400 Bad Request"},
         RefusedCase{"NoTarget", "POST HTTP/1.1\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"NotHttp", "POST / HTTQ/1.1\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"Version", "POST / HTTP/2.0\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"NoColon", start + "Colonless\r\n\r\n", "400 Bad Request"},
         RefusedCase{"SpaceInName", start + "A b: c\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"Length", start + "Content-Length: ten\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"NegativeLength", start + "Content-Length: -1\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"TwoLengths", start + "Content-Length: 1\r\nContent-Length: 2\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"LengthAndChunked",
-                    start + "Content-Length: 1\r\nTransfer-Encoding: chunked\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"BadChunk", start + "Transfer-Encoding: chunked\r\n\r\nxyz\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"ChunkedAndMore", start + "Transfer-Encoding: chunked, identity\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"NotQuiteChunked", start + "Transfer-Encoding: xchunked\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"ChunkedWithAParameter", start + "Transfer-Encoding: chunked;q=1\r\n\r\n",
-                    "400 Bad Request"},
         RefusedCase{"ChunkedTwice",
                     start + "Transfer-Encoding: chunked\r\nTransfer-Encoding: chunked\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"EmptyCoding", start + "Transfer-Encoding:\r\n\r\n", "400 Bad Request"},
-        RefusedCase{"OtherCodingAndLength",
-                    start + "Transfer-Encoding: xchunked\r\nContent-Length: 4\r\n\r\n",
                     "400 Bad Request"},
         RefusedCase{"LengthAndOtherCoding",
                     start + "Content-Length: 4\r\nTransfer-Encoding: gzip, chunked\r\n\r\n",
                     "400 Bad Request"},
-        RefusedCase{"UnknownCoding", start + "Transfer-Encoding: gzip, chunked\r\n\r\n",
-                    "501 Not Implemented"},
-        RefusedCase{"ChunkedInHttp10", "POST /echo HTTP/1.0\r\nTransfer-Encoding: chunked\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"TwoHosts", start + "Host: other\r\nContent-Length: 4\r\n\r\n",
-                    "400 Bad Request"},
-        RefusedCase{"TrailersWithoutEnd",
-                    start + "Transfer-Encoding: chunked\r\n\r\n0\r\n" + repeated("a:\r\n", 2000),
-                    "431 Request Header Fields Too Large"},
-        RefusedCase{"ManySmallChunks",
-                    start + "Transfer-Encoding: chunked\r\n\r\n" + repeated("1\r\nx\r\n", 300),
-                    "413 Request Entity Too Large"},
         RefusedCase{"ManyLongLinesOfChunks",
                     start + "Transfer-Encoding: chunked\r\n\r\n" +
                         repeated("1;" + std::string(400, 'a') + "\r\nx\r\n", 5),
                     "413 Request Entity Too Large"},
-        RefusedCase{"LargeBody", start + "Content-Length: 1001\r\n\r\n",
-                    "413 Request Entity Too Large"},
-        RefusedCase{"HugeBody", start + "Content-Length: 99999999999999\r\n\r\n",
-                    "413 Request Entity Too Large"},
         RefusedCase{"LargeBodyAnnounced",
                     start + "Expect: 100-continue\r\nContent-Length: 1001\r\n\r\n",
-                    "413 Request Entity Too Large"},
-        RefusedCase{"LargeChunk", start + "Transfer-Encoding: chunked\r\n\r\n3e9\r\n",
-                    "413 Request Entity Too Large"},
-        RefusedCase{"LongLineOfAChunk",
-                    start + "Transfer-Encoding: chunked\r\n\r\n1;" + std::string(6000, 'a'),
-                    "431 Request Header Fields Too Large"},
-        RefusedCase{"LargeHeader", start + "A: " + std::string(600, 'a') + "\r\n\r\n",
-                    "431 Request Header Fields Too Large"},
-        RefusedCase{"LargeTarget", "POST /" + std::string(600, 'a') + " HTTP/1.1\r\n\r\n",
-                    "431 Request Header Fields Too Large"},
-        RefusedCase{"Expectation", start + "Expect: a-miracle\r\n\r\n", "417 Expectation Failed"}),
+                    "413 Request Entity Too Large"}),
     [](const auto& rule) { return rule.param.name; });
 
 TEST(ServerLimits, ABodyUpToTheLimitIsTaken) {
@@ -183,16 +135,6 @@ TEST(ServerLimits, AClientThatIsGoneBeforeItsReplyHarmsNobody) {
     }
     running.release();
     EXPECT_TRUE(serves(running));
-}
-
-TEST(ServerLimits, ASlowClientIsServedWithinTheRequestTime) {
-    RunningServer running;
-    RawClient client(running.port());
-    for (const char byte : whole) {
-        client.send(std::string(1, byte));
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    EXPECT_NE(client.reply().find("[body]"), std::string::npos);
 }
 
 TEST(ServerLimits, ARequestThatDoesNotEndIsToldSo) {
