@@ -8,7 +8,7 @@ import time
 
 import mof
 from measure_growth import builds
-from questions import connect
+from questions import connect, is_whole
 from results import progress
 from servers import Cimhost
 from shapes import NAMESPACE, PLAIN, SHAPES, THINGS
@@ -22,18 +22,6 @@ AT_ONCE = 8
 def used(pid):
     """Processor time of a process in seconds, by its clock (clock_getcpuclockid(3))."""
     return time.clock_gettime(~pid << 3 | 2)
-
-
-def is_whole(reply):
-    """An error without a body has no length."""
-    end = reply.find(b"\r\n\r\n")
-    if end < 0:
-        return False
-    header = bytes(reply[:end]).lower()
-    if b"transfer-encoding: chunked" in header:
-        return reply.endswith(b"\r\n0\r\n\r\n")
-    length = header.rpartition(b"content-length:")[2].split() or [b"0"]
-    return b"content-length:" not in header or len(reply) >= end + 4 + int(length[0])
 
 
 def exchange(connection, request):

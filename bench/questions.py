@@ -76,16 +76,15 @@ class Answer(NamedTuple):
 
 
 def is_whole(reply):
+    """An error without a body has no length."""
     end = reply.find(b"\r\n\r\n", 0, 65536)
     if end < 0:
         return False
     header = bytes(reply[:end]).lower()
     if b"transfer-encoding: chunked" in header:
         return reply.endswith(b"\r\n0\r\n\r\n")
-    for line in header.split(b"\r\n"):
-        if line.startswith(b"content-length:"):
-            return len(reply) >= end + 4 + int(line.split(b":")[1])
-    return False
+    _, found, length = header.rpartition(b"content-length:")
+    return not found or len(reply) >= end + 4 + int(length.split()[0])
 
 
 def ask_on(connection, question):

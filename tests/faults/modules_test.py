@@ -23,7 +23,7 @@ from xml.etree import ElementTree
 sys.path.insert(1, sys.path[0] + "/../kit")
 
 from faults import Counting
-from modules import registered
+from modules import REGISTRATION_CLASSES, registered
 from request import ask, call, name, of_class
 from served import Served
 
@@ -105,20 +105,6 @@ LIBRARIES = {
     "folder": "1: CIM_ERR_FAILED: ProviderLoadFailure .*:Cannot load library, error: .*",
 }
 
-SCHEMA = """
-Qualifier Key : boolean = false, Scope(property, reference);
-class PG_ProviderModule {
-    [Key] string Name; string Vendor; string Version; string InterfaceType;
-    string InterfaceVersion; string Location; uint16 OperationalStatus[];
-};
-class PG_Provider { [Key] string ProviderModuleName; [Key] string Name; };
-class PG_ProviderCapabilities {
-    [Key] string ProviderModuleName; [Key] string ProviderName; [Key] string CapabilityID;
-    uint16 ProviderType[]; string ClassName; string Namespaces[];
-};
-"""
-
-
 def told(answer):
     """How many objects, or the error, or the status, or that it cannot be read."""
     status, text = answer
@@ -142,7 +128,7 @@ class Modules(Counting):
     def served(self, classes, *registrations):
         """A server with these classes, of which TST_Other is a good module's."""
         schema = self.folder / "schema.mof"
-        schema.write_text(SCHEMA + "".join(
+        schema.write_text(REGISTRATION_CLASSES + "".join(
             f"class {each} {{ [Key] string Id; }};\n" for each in (*classes, "TST_Other")))
         registration = self.folder / "registration.mof"
         registration.write_text("".join((*registrations, registered(

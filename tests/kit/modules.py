@@ -3,6 +3,21 @@
 import pathlib
 
 
+# The classes of which registrations are instances, as small as they can be.
+REGISTRATION_CLASSES = """
+Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride);
+class PG_ProviderModule {
+    [Key] string Name; string Vendor; string Version; string InterfaceType;
+    string InterfaceVersion; string Location; uint16 OperationalStatus[];
+};
+class PG_Provider { [Key] string ProviderModuleName; [Key] string Name; };
+class PG_ProviderCapabilities {
+    [Key] string ProviderModuleName; [Key] string ProviderName; [Key] string CapabilityID;
+    uint16 ProviderType[]; string ClassName; string Namespaces[];
+};
+"""
+
+
 def registered(module, provider, classes, namespace, location="manners", status=2):
     """MOF that registers a module in the library `location`, of one provider of `classes`."""
     return f"""

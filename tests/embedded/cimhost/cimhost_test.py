@@ -23,27 +23,16 @@ import unittest
 sys.path.insert(1, sys.path[0] + "/../../kit")
 
 import request
-from modules import registered
+from modules import REGISTRATION_CLASSES, registered
 from request import call, document, of_class
 
 PROGRAM, MODULES = sys.argv[1:3]
 PATIENCE = 30
 NAMESPACE = "root/test"
 
-# The registration classes, as small as they can be.
-SCHEMA = """
-Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride);
+SCHEMA = REGISTRATION_CLASSES + """
 class TST_Thing { [Key] string Id; };
 class TST_Other { [Key] string Id; };
-class PG_ProviderModule {
-    [Key] string Name; string Vendor; string Version; string InterfaceType;
-    string InterfaceVersion; string Location; uint16 OperationalStatus[];
-};
-class PG_Provider { [Key] string ProviderModuleName; [Key] string Name; };
-class PG_ProviderCapabilities {
-    [Key] string ProviderModuleName; [Key] string ProviderName; [Key] string CapabilityID;
-    uint16 ProviderType[]; string ClassName; string Namespaces[];
-};
 """
 
 

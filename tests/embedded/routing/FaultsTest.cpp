@@ -120,19 +120,6 @@ TEST(Faults, FailTheOperationOnTheClassAndNothingElse) {
                       .size());
 }
 
-TEST(Faults, LeaveClientsAlone) {
-    Server server(stored);
-    const Handle handle(server, {"*:*=1"});
-    EXPECT_EQ(1U, server.enumerate("TST_Base").objects.size());
-}
-
-TEST(Faults, TheFirstThatAnswersWins) {
-    Server server(stored);
-    Handle handle(server, {"*:TST_Base=empty", "*:*=1", "*:TST_Other=2"});
-    EXPECT_EQ(0U, names(handle, "TST_Base"));
-    EXPECT_EQ("1: ", errorOf([&] { names(handle, "TST_Other"); }));
-}
-
 TEST(Faults, ThatHangHoldTheAnswerUpAndNothingElse) {
     using std::chrono::steady_clock;
     Server server(stored);

@@ -29,36 +29,6 @@ TEST(Writes, ReachTheRepositoryOfAWritableServerOnly) {
     EXPECT_EQ(Texts{"TST_Base.Id=\"kept\""}, texts(server.enumerate("TST_Base").objects));
 }
 
-TEST(Writes, NeedTheRoleOfTheCallerWhoeverAnswers) {
-    Server server(servedBy("P", {"TST_Leaf"}));
-    Operation operation;
-    operation.nameSpace = nameSpace;
-    for (const char* const className : {"TST_Other", "TST_Leaf", "TST_None"}) {
-        operation.instance = instanceOf(className, "new");
-        operation.objectName = operation.instance.getPath();
-        for (const OperationKind kind :
-             {OperationKind::CreateInstance, OperationKind::ModifyInstance,
-              OperationKind::DeleteInstance}) {
-            operation.kind = kind;
-            operation.caller = {"anna", false};
-            EXPECT_EQ("2: User anna may read only; it takes the role write.",
-                      errorOf([&] { server.router.plan(operation); }));
-            operation.caller = {"", false};
-            EXPECT_EQ("2: Only a user with the role write may change something.",
-                      errorOf([&] { server.router.plan(operation); }));
-        }
-    }
-    EXPECT_TRUE(toy::journal().empty());
-    operation.kind = OperationKind::EnumerateInstances;
-    operation.className = Pegasus::CIMName("TST_Other");
-    operation.caller = {"anna", false};
-    EXPECT_EQ("no error", errorOf([&] { server.router.perform(operation); }));
-    operation.kind = OperationKind::CreateInstance;
-    operation.instance = instanceOf("TST_Other", "new");
-    operation.caller = {"anna", true};
-    EXPECT_EQ("no error", errorOf([&] { server.router.perform(operation); }));
-}
-
 TEST(Writes, OfAPublishedClassReachItsProviderInAnyServer) {
     Server server(servedBy("P", {"TST_Leaf"}));
     toy::Script script;
@@ -89,23 +59,6 @@ TEST(Writes, AreFreeWhereAProviderServesAssociationsOrAnotherNamespaceOnly) {
                   capabilityMof("M", "P", "1", "3", "TST_Leaf") +
                   capabilityMof("M", "P", "2", "2", "TST_Leaf", "\"root/elsewhere\""));
     EXPECT_EQ(thrice("no error"), writes(server.router, "TST_Base"));
-}
-
-TEST(Writes, CreateNoNamespaces) {
-    Server server("class CIM_Namespace { [Key] string Id; };\n"
-                  "class TST_Namespace : CIM_Namespace { };\n");
-    Router readOnly(server.repository, server.modules, "testhost");
-    for (Router* router : {&server.router, &readOnly}) {
-        for (const char* className : {"CIM_Namespace", "pg_namespace", "__Namespace"}) {
-            const auto instance = instanceOf(className, "root/new");
-            EXPECT_EQ(0U, errorOf([&] {
-                              router->createInstance({}, nameSpace, instance);
-                          }).find("7: Namespaces are not created"));
-            EXPECT_EQ("3: root/none",
-                      errorOf([&] { router->createInstance({}, "root/none", instance); }));
-        }
-    }
-    EXPECT_EQ(0U, server.enumerate("CIM_Namespace").objects.size());
 }
 
 } // namespace
