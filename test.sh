@@ -68,7 +68,7 @@ if $quick; then
   exit 0
 fi
 
-say "the module's lints"
+say "lints"
 scripts/check_tidy.sh build/release
 
 say "clang: every warning of the second compiler"

@@ -1,8 +1,7 @@
 #!/bin/bash
-# Judges the sources by .clang-tidy, each as a build directory compiles it. What the build
-# generates has to be there: build before.
-# usage: check_tidy.sh BUILD-DIRECTORY [--all]
-#   the modules' rooms; with --all the registration tool and the embedded server too, which takes minutes
+# Judges the sources of all rooms by .clang-tidy, each as a build directory compiles it. What the
+# build generates has to be there: build before.
+# usage: check_tidy.sh BUILD-DIRECTORY
 set -euo pipefail
 
 wrong() { echo "check_tidy: $1" >&2 && exit 2; }
@@ -18,11 +17,10 @@ if [ "${1-}" = "--one" ]; then
 fi
 
 build=""
-rooms=(common provider profiles objectmanager traversal serverobjects)
+rooms=(common provider profiles objectmanager traversal serverobjects register embedded)
 for argument in "$@"; do
   case "$argument" in
-    --help | -h) sed -n '4,5s/^# //p' "$0" && exit 0 ;;
-    --all) rooms+=(register embedded) ;;
+    --help | -h) sed -n '4s/^# //p' "$0" && exit 0 ;;
     -*) wrong "$argument: no such option (try --help)" ;;
     *) [ -z "$build" ] || wrong "one build directory at a time (try --help)" && build=$argument ;;
   esac

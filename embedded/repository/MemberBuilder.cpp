@@ -58,7 +58,7 @@ CIMConstProperty MemberBuilder::overridden(const mof::Property& written,
         checkOverridesNothing(written.qualifiers, description);
         return {};
     }
-    const CIMConstProperty inherited = found->declared;
+    CIMConstProperty inherited = found->declared;
     const std::string before =
         typeText(inherited.getType(), inherited.isArray(), inherited.getArraySize());
     const std::string now =
@@ -105,7 +105,7 @@ CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
         checkOverridesNothing(written.qualifiers, description);
         return {};
     }
-    const CIMConstMethod inherited = found->declared;
+    CIMConstMethod inherited = found->declared;
     if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
         refuse(written.where, description, " overrides one that returns ",
                cimTypeToString(inherited.getType()), " with one that returns ", written.returnType);

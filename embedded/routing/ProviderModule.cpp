@@ -25,10 +25,12 @@ thread_local const ReentryGuard* innermost = nullptr;
 /// makes it, so the modules that wait for its answer are those that its thread has entered.
 class ReentryGuard {
   public:
+    explicit ReentryGuard(const String& module) noexcept : _module(module), _outer(innermost) {
+        innermost = this;
+    }
     /// Throws CIMException CIM_ERR_FAILED when this thread is inside `module` already: the module
     /// would have to answer the question while it waits for the answer.
-    ReentryGuard(const String& module, const CIMName& className)
-        : _module(module), _outer(innermost) {
+    static void requireOutside(const String& module, const CIMName& className) {
         for (const ReentryGuard* guard = innermost; guard != nullptr; guard = guard->_outer)
             if (guard->_module == module)
                 throw CIMException(CIM_ERR_FAILED,
@@ -36,7 +38,6 @@ class ReentryGuard {
                                        "\" waits for this request itself and cannot be asked for "
                                        "class " +
                                        className.getString() + ".");
-        innermost = this;
     }
     ~ReentryGuard() { innermost = _outer; }
     ReentryGuard(const ReentryGuard&) = delete;
@@ -98,7 +99,8 @@ class ModuleProvider : public Provider {
     void call(const CIMName& className, const std::function<void(CIMProvider&)>& use) override {
         if (_registered.stopped)
             throw CIMException(CIM_ERR_NOT_SUPPORTED, "provider blocked.");
-        const ReentryGuard guard(_name.module, className);
+        ReentryGuard::requireOutside(_name.module, className);
+        const ReentryGuard guard(_name.module);
         const Use inUse(*this, className.getString());
         use(_loaded->object());
     }
@@ -107,7 +109,7 @@ class ModuleProvider : public Provider {
     bool unload(Clock::time_point until) EXCLUDES(_order.mutex) {
         if (!isFree(until))
             return false;
-        const ReentryGuard guard(_name.module, CIMName());
+        const ReentryGuard guard(_name.module);
         _loaded.reset();
         return true;
     }
@@ -149,7 +151,7 @@ class ModuleProvider : public Provider {
             throw CIMException(CIM_ERR_FAILED, "The CIM server is shutting down.");
         if (!_loaded)
             load();
-        const Calls::iterator call = begin(className);
+        const auto call = begin(className);
         ++_users;
         return call;
     }

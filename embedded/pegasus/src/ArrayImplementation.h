@@ -27,6 +27,7 @@ struct Rep : Shared {
         void* const memory = ::operator new (offset() + std::size_t{capacity} * sizeof(T));
         return std::unique_ptr<Rep>(::new (memory) Rep(capacity));
     }
+    // NOLINTNEXTLINE(misc-new-delete-overloads,cert-dcl54-cpp): make() asks for more than an object
     static void operator delete(void* memory) { ::operator delete(memory); }
     Rep(const Rep&) = delete;
     ~Rep() { std::destroy_n(items(), size); }

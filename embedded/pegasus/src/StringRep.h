@@ -42,6 +42,7 @@ struct StringRep : Shared {
         const std::size_t room = (std::size_t{capacity} + 1) * (isWide ? sizeof(Char16) : 1);
         return ::new (::operator new(sizeof(StringRep) + room)) StringRep(isWide, capacity);
     }
+    // NOLINTNEXTLINE(misc-new-delete-overloads,cert-dcl54-cpp): make() asks for more than an object
     static void operator delete(void* memory) { ::operator delete(memory); }
     StringRep(const StringRep&) = delete;
     ~StringRep() { delete[] _widened.load(std::memory_order_acquire); }

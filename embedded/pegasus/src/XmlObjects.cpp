@@ -99,9 +99,9 @@ void append(std::string& out, const CIMPropertyRep& property, bool includeQualif
         appendArraySize(out, property.arraySize);
         // DSP0203 changed the spelling; clients of either version are served.
         if (type == CIMTYPE_OBJECT)
-            out += " EmbeddedObject=\"object\" EMBEDDEDOBJECT=\"object\"";
+            out += R"( EmbeddedObject="object" EMBEDDEDOBJECT="object")";
         else if (type == CIMTYPE_INSTANCE)
-            out += " EmbeddedObject=\"instance\" EMBEDDEDOBJECT=\"instance\"";
+            out += R"( EmbeddedObject="instance" EMBEDDEDOBJECT="instance")";
     }
     out += ">\n";
     if (includeQualifiers)

@@ -114,7 +114,7 @@ class PEGASUS_COMMON_LINKAGE String {
     String(const char* s1, const String& s2) : String(String(s1), s2) {
     }
     String& operator=(const char* str) {
-        return assign(str);
+        return assign(str); // NOLINT(misc-unconventional-assign-operator): that is *this
     }
     void toUpper();
     Uint32 find(const char* s) const {
