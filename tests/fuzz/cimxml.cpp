@@ -72,8 +72,8 @@ void checkReply(const std::string& reply, const Element& request) {
 std::string answered(const std::string& body, World& world) {
     const Document request(body);
     const Element message = request.root().child("MESSAGE");
-    const auto document =
-        replyTo(body, headersFor(message), embedded::routing::Caller(), world, world.enumerations());
+    const auto document = replyTo(body, headersFor(message), embedded::routing::Caller(), world,
+                                  world.enumerations());
     std::string reply;
     while (document->next(reply)) {
     }
