@@ -10,7 +10,9 @@ wrong() { echo "check_tidy: $1" >&2 && exit 2; }
 # counts that clang-tidy writes although it is told to be quiet.
 if [ "${1-}" = "--one" ]; then
   status=0
-  said=$(clang-tidy --quiet -p "$2" "$3" 2>&1) || status=1
+  more='clang-analyzer-*' # .clang-tidy says why not everywhere
+  case "${3#"$PWD/"}" in register/* | embedded/*) more= ;; esac
+  said=$(clang-tidy --quiet --checks="$more" -p "$2" "$3" 2>&1) || status=1
   printf '%s\n' "${said//"$PWD/"/}" |
     grep -vE '^$|^[0-9]+ warnings? (generated|treated as error)' || true
   exit $status
