@@ -172,9 +172,6 @@ void declareContent(CLI::App& app, Settings& settings, Raw& raw) {
         ->check(directory);
     app.add_flag("--writable", settings.writable,
                  "Let clients create, modify and delete instances that no module publishes");
-}
-
-void declareSystem(CLI::App& app, Settings& settings) {
     withDefault(app, "--system-class", settings.systemClass, "CLASS",
                 "The class of the system on which the object manager runs, as in its keys");
     option(app, "--system-name", settings.systemName, "NAME",
@@ -229,7 +226,6 @@ CommandLine readCommandLine(int argc, const char* const* argv) {
     declareServing(app, settings, raw);
     declareAccess(app, settings, raw);
     declareContent(app, settings, raw);
-    declareSystem(app, settings);
     declareWatching(app, settings, raw);
     std::function<ExitCode()> command;
     declareMakeCertificate(app, command);

@@ -1,10 +1,10 @@
 #include "cimhost/Readiness.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -56,12 +56,11 @@ void Readiness::ready() const noexcept {
 }
 
 void Readiness::reloading() const noexcept {
-    ::timespec now{};
-    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    const std::chrono::microseconds now = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::steady_clock::now().time_since_epoch()); // CLOCK_MONOTONIC
     std::array<char, 64> state{};
     const int length = std::snprintf(state.data(), state.size(), "RELOADING=1\nMONOTONIC_USEC=%lld",
-                                     static_cast<long long>(now.tv_sec) * 1000000 +
-                                         static_cast<long long>(now.tv_nsec) / 1000);
+                                     static_cast<long long>(now.count()));
     tell({state.data(), static_cast<std::size_t>(length)});
 }
 

@@ -162,11 +162,6 @@ http::Handler handler(const Settings& settings, const AccessRules& rules,
                : traced(std::move(answer), settings.wireTrace, warnOf("wire trace"));
 }
 
-// What is read again on SIGHUP. The certificate is read before anything is listened to.
-std::shared_ptr<http::TlsContext> tls(const Settings& settings) {
-    return settings.httpsPort ? std::make_shared<http::TlsContext>(settings.tlsFiles) : nullptr;
-}
-
 void reload(http::TlsContext* tls) noexcept {
     try {
         if (tls) {
@@ -315,9 +310,10 @@ class Unloading {
 
 ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>& accounts,
                repository::Repository& repository, const routing::Registration& registration) {
-    std::shared_ptr<http::TlsContext> tlsContext;
+    std::shared_ptr<http::TlsContext> tlsContext; // is read again at SIGHUP
     try {
-        tlsContext = tls(settings);
+        if (settings.httpsPort)
+            tlsContext = std::make_shared<http::TlsContext>(settings.tlsFiles);
     } catch (const std::runtime_error& error) {
         spdlog::error("{}", error.what());
         return ExitCode::Usage;

@@ -64,17 +64,25 @@ class Trace {
 
     unsigned next() { return ++_number; }
 
-    void write(unsigned number, const char* what, const std::string& text) {
-        store(
-            number, what, text,
-            [&](const std::string& name) { _directory->create(name, text, ownerOnly); });
-    }
-
-    /// What follows a text that was written before.
-    void writeMore(unsigned number, const char* what, const std::string& text) {
-        store(
-            number, _directory ? what : (std::string(what) + ", continued,").c_str(), text,
-            [&](const std::string& name) { _directory->append(name, text); });
+    /// `follows`: a text that was written before.
+    void write(unsigned number, const std::string& what, const std::string& text,
+               bool follows = false) {
+        const std::string digits = std::to_string(number);
+        if (!_directory) {
+            logText("---- " + what + (follows ? ", continued, " : " ") + digits + "\n" + text +
+                    "\n");
+            return;
+        }
+        const std::string padding(digits.size() < 6 ? 6 - digits.size() : 0, '0');
+        const std::string name = padding + digits + "-" + what;
+        try {
+            if (follows)
+                _directory->append(name, text);
+            else
+                _directory->create(name, text, ownerOnly);
+        } catch (const std::system_error& error) {
+            _log(std::string(error.what()) + " (wire trace)");
+        }
     }
 
   private:
@@ -85,22 +93,6 @@ class Trace {
         const char* const end = name.data() + name.size();
         const auto [stop, error] = std::from_chars(name.data(), end, number);
         return error == std::errc() && stop != end && *stop == '-' ? number : 0;
-    }
-
-    template <class Write>
-    void store(unsigned number, const std::string& what, const std::string& text,
-               const Write& write) {
-        const std::string digits = std::to_string(number);
-        if (!_directory) {
-            logText("---- " + what + " " + digits + "\n" + text + "\n");
-            return;
-        }
-        const std::string padding(digits.size() < 6 ? 6 - digits.size() : 0, '0');
-        try {
-            write(padding + digits + "-" + what);
-        } catch (const std::system_error& error) {
-            _log(std::string(error.what()) + " (wire trace)");
-        }
     }
 
     std::optional<Directory> _directory;
@@ -124,7 +116,7 @@ http::Handler traced(http::Handler handler, const std::string& where,
                 const std::size_t before = out.size();
                 const bool more = rest(out);
                 if (out.size() > before)
-                    trace->writeMore(number, "reply", out.substr(before));
+                    trace->write(number, "reply", out.substr(before), true);
                 return more;
             };
         };

@@ -3,7 +3,6 @@
 #include "cimxml/Rejection.h"
 #include "embedding/Text.h"
 
-#include <array>
 #include <charconv>
 #include <string_view>
 
@@ -32,12 +31,8 @@ CIMName readOptionalName(const Attribute& attribute) {
 }
 
 CIMType readType(const Attribute& attribute) {
-    constexpr std::array<CIMType, 14> types = {
-        CIMTYPE_BOOLEAN, CIMTYPE_UINT8,  CIMTYPE_SINT8,  CIMTYPE_UINT16,  CIMTYPE_SINT16,
-        CIMTYPE_UINT32,  CIMTYPE_SINT32, CIMTYPE_UINT64, CIMTYPE_SINT64,  CIMTYPE_REAL32,
-        CIMTYPE_REAL64,  CIMTYPE_CHAR16, CIMTYPE_STRING, CIMTYPE_DATETIME};
-    for (const CIMType type : types)
-        if (attribute.value == cimTypeToString(type))
+    for (int i = CIMTYPE_BOOLEAN; i <= CIMTYPE_DATETIME; ++i)
+        if (const auto type = CIMType(i); attribute.value == cimTypeToString(type))
             return type;
     rejectValue(attribute);
 }

@@ -91,22 +91,18 @@ Connection::Connection(Socket socket, const TlsContext* tls, ConnectionOwner& ow
     _peer = name.str();
 }
 
-void Connection::failed() noexcept {
+void Connection::failed(std::string (*why)()) noexcept {
     try {
-        _owner.log("connection lost", _peer + ": connection closed: " + thrownText());
+        _owner.log("connection lost", _peer + ": connection closed: " + why());
     } catch (...) { // no memory to say so
     }
     close();
 }
 
 void Connection::lost() noexcept {
-    if (_state == State::Closed)
-        return;
-    try { // Not tested: Asio keeps the memory of one step for the next, and seldom needs more
-        _owner.log("connection lost", _peer + ": connection closed: out of memory");
-    } catch (...) { // no memory to say so
-    }
-    close();
+    // Not tested: Asio keeps the memory of one step for the next, and seldom needs more.
+    if (_state != State::Closed)
+        failed([] { return std::string("out of memory"); });
 }
 
 void Connection::start() {

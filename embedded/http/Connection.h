@@ -81,7 +81,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
         try {
             step();
         } catch (...) {
-            failed();
+            failed(thrownText);
         }
     }
     /// Holds the handler that passes the request on to the thread that handles it next.
@@ -107,7 +107,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     using Out = boost::beast::buffers_suffix<std::array<boost::asio::const_buffer, 3>>;
     using Step = void (Connection::*)();
 
-    void failed() noexcept;
+    void failed(std::string (*why)()) noexcept;
     void secure(Clock::duration time, Step next);
     void handshakeFailed(const Error& error);
     void handshakeTimedOut();

@@ -129,10 +129,10 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
     void run() {
         acceptAll();
         {
-            Threads others;
+            std::deque<Thread> others;
             try {
                 for (std::size_t i = 1; i < _threads.size(); ++i)
-                    others.add([thread = _threads[i].get()] { thread->run(); });
+                    others.emplace_back([thread = _threads[i].get()] { thread->run(); });
                 _threads.front()->run();
             } catch (...) {
                 end();
@@ -180,25 +180,9 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
   private:
     // Joined at its end.
-    class Threads {
-      public:
-        Threads() = default;
-        ~Threads() { join(); }
-        Threads(const Threads&) = delete;
-        Threads& operator=(const Threads&) = delete;
-
-        template <class Function>
-        void add(Function function) {
-            _threads.emplace_back(std::move(function));
-        }
-        void join() {
-            for (std::thread& thread : _threads)
-                thread.join();
-            _threads.clear();
-        }
-
-      private:
-        std::vector<std::thread> _threads;
+    struct Thread : std::thread {
+        using std::thread::thread;
+        ~Thread() { join(); }
     };
 
     // Asio's thread_pool would wait for ever for those that it has if it cannot have one of its
@@ -208,7 +192,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         explicit Workers(unsigned count) : _work(_io.get_executor()) {
             try {
                 for (; count != 0; --count)
-                    _threads.add([this] { _io.run(); });
+                    _threads.emplace_back([this] { _io.run(); });
             } catch (...) {
                 stop();
                 throw;
@@ -223,7 +207,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
         /// When nothing more comes.
         void join() {
             _work.reset();
-            _threads.join();
+            _threads.clear();
         }
         /// What has not begun will not.
         void stop() { _io.stop(); }
@@ -231,7 +215,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
       private:
         asio::io_context _io;
         asio::executor_work_guard<asio::io_context::executor_type> _work;
-        Threads _threads;
+        std::deque<Thread> _threads;
     };
 
     class IoThread : public ConnectionOwner {

@@ -1,13 +1,13 @@
 #include "routing/Faults.h"
 
 #include "routing/Values.h"
+#include "text/Ascii.h"
 
 #include <Pegasus/Common/Exception.h>
 
 #include <cstring>
 #include <sstream>
 #include <stdexcept>
-#include <strings.h>
 #include <thread>
 
 namespace embedded::routing {
@@ -17,26 +17,20 @@ using namespace Pegasus;
 namespace {
 
 using Pegasus::embedding::operationName;
+using text::equalIgnoringCase;
 
 /// The operations that a provider can ask for through its handle.
-const std::vector<OperationKind>& readBacks() {
-    static const std::vector<OperationKind> all = [] {
-        std::vector<OperationKind> kinds;
-        for (int i = 0; i <= static_cast<int>(OperationKind::ReferenceNames); ++i)
-            kinds.push_back(static_cast<OperationKind>(i));
-        return kinds;
-    }();
-    return all;
+std::vector<OperationKind> readBacks() {
+    std::vector<OperationKind> kinds;
+    for (int i = 0; i <= static_cast<int>(OperationKind::ReferenceNames); ++i)
+        kinds.push_back(static_cast<OperationKind>(i));
+    return kinds;
 }
 
 constexpr const char* any = "*";
 constexpr const char* hang = "hang:";
 constexpr const char* empty = "empty";
 constexpr double longestHang = 3600; // seconds
-
-bool sameName(const std::string& left, const char* right) {
-    return strcasecmp(left.c_str(), right) == 0;
-}
 
 /// The statuses that a client can see (DSP0200 clause 5.2, "Return Codes"), in their order.
 std::vector<CIMStatusCode> statuses() {
@@ -69,7 +63,7 @@ std::optional<OperationKind> readOperation(const std::string& text) {
     if (text == any)
         return std::nullopt;
     for (const OperationKind kind : readBacks())
-        if (sameName(text, operationName(kind)))
+        if (equalIgnoringCase(text, operationName(kind)))
             return kind;
     reject("no operation is called '" + text + "'", operationList());
 }
@@ -94,7 +88,8 @@ std::chrono::milliseconds readDelay(const std::string& text) {
 
 CIMStatusCode readStatus(const std::string& text) {
     for (const CIMStatusCode status : statuses())
-        if (text == std::to_string(status) || sameName(text, cimStatusCodeToString(status)))
+        if (text == std::to_string(status) ||
+            equalIgnoringCase(text, cimStatusCodeToString(status)))
             return status;
     reject("'" + text + "' cannot happen",
            "empty, hang:SECONDS, STATUS or STATUS:MESSAGE with one of the statuses " +
@@ -102,12 +97,12 @@ CIMStatusCode readStatus(const std::string& text) {
 }
 
 void readWhat(const std::string& text, Fault& fault) {
-    if (sameName(text, empty)) {
+    if (equalIgnoringCase(text, empty)) {
         fault.kind = Fault::Kind::AnswersNothing;
         return;
     }
     const std::size_t colon = text.find(':');
-    if (sameName(text.substr(0, colon == std::string::npos ? colon : colon + 1), hang)) {
+    if (equalIgnoringCase(text.substr(0, colon == std::string::npos ? colon : colon + 1), hang)) {
         fault.kind = Fault::Kind::Hangs;
         fault.delay = readDelay(text.substr(colon + 1));
         return;

@@ -5,12 +5,20 @@
 #include "routing/Errors.h"
 #include "routing/Provider.h"
 
+#include <Pegasus/Common/AcceptLanguageList.h>
+#include <Pegasus/Common/ContentLanguageList.h>
 #include <Pegasus/Common/OperationContext.h>
 
 namespace embedded::routing {
 
 /// The containers that a provider may count on.
-Pegasus::OperationContext contextFor(const Caller& caller);
+inline Pegasus::OperationContext contextFor(const Caller& caller) {
+    Pegasus::OperationContext context;
+    context.insert(Pegasus::IdentityContainer(caller.userName));
+    context.insert(Pegasus::AcceptLanguageListContainer(Pegasus::AcceptLanguageList()));
+    context.insert(Pegasus::ContentLanguageListContainer(Pegasus::ContentLanguageList()));
+    return context;
+}
 
 /// Calls `function` with the provider's `Interface`. Throws whatever `function` throws as a
 /// CIMException, but for CIM_ERR_SUCCESS, which is no error.

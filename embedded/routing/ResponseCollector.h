@@ -18,20 +18,16 @@ enum class Expected { One, Any };
 inline Pegasus::CIMObjectPath ownCopy(const Pegasus::CIMObjectPath& path) {
     return path;
 }
-inline Pegasus::CIMInstance ownCopy(const Pegasus::CIMInstance& instance) {
-    return instance.clone();
-}
-inline Pegasus::CIMObject ownCopy(const Pegasus::CIMObject& object) {
+template <class Object>
+Object ownCopy(const Object& object) {
     return object.clone();
 }
 
 inline bool isUninitialized(const Pegasus::CIMObjectPath& path) {
     return path.getClassName().isNull();
 }
-inline bool isUninitialized(const Pegasus::CIMInstance& instance) {
-    return instance.isUninitialized();
-}
-inline bool isUninitialized(const Pegasus::CIMObject& object) {
+template <class Object>
+bool isUninitialized(const Object& object) {
     return object.isUninitialized();
 }
 
