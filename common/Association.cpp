@@ -36,10 +36,9 @@ void Association::End::set(const CIMObjectPath& end) {
 }
 
 const CIMKeyBinding& Association::End::asKey() {
-    if (!key) {
+    if (!key)
         key = path.getClassName().isNull() ? CIMKeyBinding(role, String(), CIMKeyBinding::STRING)
                                            : CIMKeyBinding(role, CIMValue(path));
-    }
     return *key;
 }
 

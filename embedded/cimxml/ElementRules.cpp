@@ -220,10 +220,9 @@ void checkAttributes(const Element& element, const AttributeRules& known) {
         }
     }
     for (std::size_t i = 0; !known[i].name.empty(); ++i) {
-        if (known[i].required && (seen >> i & 1U) == 0) {
+        if (known[i].required && (seen >> i & 1U) == 0)
             rejectNotValid(std::string(element.name()) + " without attribute " +
                            std::string(known[i].name));
-        }
     }
 }
 

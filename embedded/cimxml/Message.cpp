@@ -113,10 +113,9 @@ class ReplyToRequest final : public ReplyDocument {
         if (pulled.step == PullStep::Open) {
             _enumeration = enumerations.open(_call.operation, pulled.timeOut);
         } else if (pulled.step == PullStep::Pull || pulled.step == PullStep::Close) {
-            if (!operations.hasNameSpace(_call.operation.nameSpace)) {
+            if (!operations.hasNameSpace(_call.operation.nameSpace))
                 throw Pegasus::CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE,
                                             _call.operation.nameSpace.getString());
-            }
             if (pulled.step == PullStep::Pull)
                 _enumeration = enumerations.take(pulled.context, _call.operation);
             else

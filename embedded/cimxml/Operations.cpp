@@ -21,24 +21,20 @@ InstanceFilter filterOf(const Operation& asked) {
 void checkOpening(const Call& call) {
     const Pulled& pulled = call.pulled;
     const CIMObjectPath& source = call.operation.objectName;
-    if (!source.getClassName().isNull() && source.getKeyBindings().size() == 0) {
+    if (!source.getClassName().isNull() && source.getKeyBindings().size() == 0)
         throw CIMException(CIM_ERR_INVALID_PARAMETER,
                            "InstanceName needs the keys of an instance.");
-    }
-    if (pulled.timeOut.count() == 0 || pulled.timeOut > limits::enumerationLongest) {
+    if (pulled.timeOut.count() == 0 || pulled.timeOut > limits::enumerationLongest)
         throw CIMException(CIM_ERR_INVALID_OPERATION_TIMEOUT,
                            fromUtf8("OperationTimeout is from 1 to " +
                                     std::to_string(limits::enumerationLongest.count()) +
                                     " seconds."));
-    }
-    if (pulled.continuesOnError) {
+    if (pulled.continuesOnError)
         throw CIMException(CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED,
                            "This server does not continue an enumeration after an error.");
-    }
-    if (pulled.isFiltered) {
+    if (pulled.isFiltered)
         throw CIMException(CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED,
                            "This server does not filter enumerations by queries.");
-    }
 }
 
 // One function for each thing that an operation answers with.

@@ -291,10 +291,9 @@ void readParameters(const Element& element, const ParameterList& parameters, con
         throw CIMException(CIM_ERR_INVALID_PARAMETER, exception.getMessage());
     }
     for (std::size_t i = 0; i < parameters.size(); ++i) {
-        if (parameters[i].presence == Presence::Required && !occurrences[i].given) {
+        if (parameters[i].presence == Presence::Required && !occurrences[i].given)
             throwInvalid("Required parameter \"" + std::string(parameters[i].parameter.name) +
                          "\" missing from request.");
-        }
     }
 }
 

@@ -59,10 +59,9 @@ CIMKeyBinding readKey(const CIMName& name, const Element& holder, const SoleKey&
     if (const Element keyValue = holder.child("KEYVALUE"))
         return readKeyValue(name, keyValue);
     const CIMObjectPath path = readReference(holder.child("VALUE.REFERENCE"), soleKey, depth + 1);
-    if (path.toString().size() > limits::referenceLength) {
+    if (path.toString().size() > limits::referenceLength)
         throwInvalid("A reference in a key is longer than " +
                      std::to_string(limits::referenceLength) + " characters.");
-    }
     return CIMKeyBinding(name, CIMValue(path));
 }
 
@@ -72,10 +71,9 @@ void checkMembers(const Element& element) {
     std::size_t count = 0;
     for (Element child = element.child(); child; child = child.nextSibling())
         ++count;
-    if (count > limits::members) {
+    if (count > limits::members)
         throwInvalid("More than " + std::to_string(limits::members) + " elements in " +
                      std::string(element.name()) + ".");
-    }
 }
 
 CIMObjectPath readInstanceName(const Element& instanceName, const SoleKey& soleKey,
@@ -91,10 +89,9 @@ CIMObjectPath readInstanceName(const Element& instanceName, const SoleKey& soleK
 }
 
 CIMObjectPath readReference(const Element& reference, const SoleKey& soleKey, unsigned depth) {
-    if (depth > limits::referenceDepth) {
+    if (depth > limits::referenceDepth)
         throwInvalid("References in keys are nested deeper than " +
                      std::to_string(limits::referenceDepth) + ".");
-    }
     // VALUE.REFERENCE / [..PATH /] [NAMESPACEPATH / HOST, LOCALNAMESPACEPATH], ..NAME
     Element object = reference.child();
     String host;

@@ -40,10 +40,9 @@ void checkProtocol(const Element& message, const Headers& headers) {
     const Attribute version = message.attribute("PROTOCOLVERSION");
     if (!version)
         return; // the element rules say so
-    if (version.value != headers.protocolVersion) {
+    if (version.value != headers.protocolVersion)
         rejectMismatch("PROTOCOLVERSION \"" + std::string(version.value) +
                        "\", CIMProtocolVersion \"" + headers.protocolVersion + "\"");
-    }
     if (!hasMajor(version.value, "1"))
         throw RequestRejected(501, "unsupported-protocol-version", std::string(version.value));
     if (message.child("MULTIREQ"))

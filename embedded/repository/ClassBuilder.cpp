@@ -21,10 +21,9 @@ const ClassNode* superclassOf(const mof::ClassDeclaration& declaration,
     if (declaration.superclass.empty())
         return nullptr;
     const ClassNode* found = nameSpace.find(cimNameAt(declaration.superclass, declaration.where));
-    if (!found) {
+    if (!found)
         refuse(declaration.where, description(declaration), ": its superclass ",
                declaration.superclass, " is not declared in namespace ", nameSpace.name());
-    }
     return found;
 }
 
@@ -45,10 +44,9 @@ CIMScope scopeOf(const mof::ClassDeclaration& declaration, const ClassNode* supe
 void checkAssociation(const mof::ClassDeclaration& declaration, const ClassNode& built) {
     if (!built.head.isAssociation()) {
         for (const mof::Property& written : declaration.properties) {
-            if (written.type == "ref") {
+            if (written.type == "ref")
                 refuse(written.where, "reference ", declaration.name, ".", written.name,
                        " stands in a class without the qualifier Association");
-            }
         }
     } else if (built.superclass && !built.superclass->head.isAssociation()) {
         refuse(declaration.where, description(declaration),
@@ -67,10 +65,9 @@ void checkUnique(const std::vector<Written>& members, const std::string& kind) {
 
 void checkKnown(const std::string& type, const std::string& referenceClass,
                 const std::string& member, const mof::Location& where, const NameSpace& nameSpace) {
-    if (type == "ref" && !nameSpace.find(cimNameAt(referenceClass, where))) {
+    if (type == "ref" && !nameSpace.find(cimNameAt(referenceClass, where)))
         refuse(where, member, " refers to class ", referenceClass,
                ", which is not declared in namespace ", nameSpace.name());
-    }
 }
 
 /// A reference may take fewer classes than the one that it overrides, not others.
@@ -80,10 +77,9 @@ void checkNarrowed(const mof::Property& written, const std::string& member,
     if (written.type != "ref" || !overridden)
         return;
     const CIMName& wide = overridden->declared.getReferenceClassName();
-    if (!nameSpace.isA(cimNameAt(written.referenceClass, written.where), wide)) {
+    if (!nameSpace.isA(cimNameAt(written.referenceClass, written.where), wide))
         refuse(written.where, member, " overrides a reference to ", wide, ", and ",
                written.referenceClass, " is not derived from it");
-    }
 }
 
 } // namespace
@@ -117,11 +113,10 @@ void checkReferenceClasses(const mof::ClassDeclaration& declaration, const NameS
             checkNarrowed(each, member, *superclass, nameSpace);
     }
     for (const mof::Method& method : declaration.methods) {
-        for (const mof::Parameter& each : method.parameters) {
+        for (const mof::Parameter& each : method.parameters)
             checkKnown(each.type, each.referenceClass,
                        "parameter " + declaration.name + "." + method.name + "." + each.name,
                        each.where, nameSpace);
-        }
     }
 }
 

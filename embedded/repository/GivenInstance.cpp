@@ -105,11 +105,10 @@ Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConst
         CIMValue next = kept.valueAt(i);
         if (isNamedBy(list, declared.getName()) && (!list.isNull() || value)) {
             next = value.value_or(declared.getValue());
-            if (form.isKey(members[i].property) && next != kept.valueAt(i)) {
+            if (form.isKey(members[i].property) && next != kept.valueAt(i))
                 throw CIMException(CIM_ERR_INVALID_PARAMETER, String("key property ") +
                                                                   declared.getName().getString() +
                                                                   " cannot be modified");
-            }
             members[i].given = value.has_value();
         }
         if (members[i].given)

@@ -18,14 +18,12 @@ std::string description(const mof::InstanceDeclaration& declaration) {
 
 const ClassNode& classOf(const mof::InstanceDeclaration& declaration, const NameSpace& nameSpace) {
     const ClassNode* node = nameSpace.find(cimNameAt(declaration.className, declaration.where));
-    if (!node) {
+    if (!node)
         refuse(declaration.where, description(declaration),
                ": the class is not declared in namespace ", nameSpace.name());
-    }
-    if (node->head.isAbstract()) {
+    if (node->head.isAbstract())
         refuse(declaration.where, description(declaration),
                ": the class is abstract and has no instances");
-    }
     return *node;
 }
 
@@ -239,10 +237,9 @@ void InstanceLoader::add(PendingInstance& instance) {
         if (std::find(kind.keys.begin(), kind.keys.end(), i) == kind.keys.end())
             values[i] = valueOf(instance, i);
     const Ref<Stored> built = kind.store->form().stored(shapeOf(instance), *instance.path, values);
-    if (!kind.store->add(built)) {
+    if (!kind.store->add(built))
         refuse(instance.declaration->where, description(*instance.declaration),
                ": there is one with these keys: ", instance.path->toString());
-    }
     kind.last = instance.declaration;
     kind.lastValues = std::move(values);
 }

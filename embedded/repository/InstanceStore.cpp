@@ -55,10 +55,9 @@ std::vector<InstanceStore::Referrer> InstanceStore::referrersOf(const Numbered& 
     std::vector<Referrer> found;
     for (Uint32 near = 0; near < references.size(); ++near) {
         const CIMObjectPath& target = references[near].second;
-        if (isHere(target)) {
+        if (isHere(target))
             found.push_back(
                 {withoutPlace(target).makeHashCode(), near, ends.value(), association.number});
-        }
     }
     return found;
 }
@@ -70,15 +69,12 @@ std::vector<Ref<Stored>> InstanceStore::referrers(const CIMObjectPath& source,
     for (const Referrer* first = _referrers.firstFrom(from.key());
          first && first->target == from.target; first = _referrers.firstFrom(from.key())) {
         const Stored& example = *_instances.find(first->number)->instance;
-        if (!isWanted || isWanted(example.references(), first->near)) {
-            _referrers.forEachFrom(
-                first->key(),
-                [&](const Referrer& each) {
-                    if (each.isLike(*first))
-                        wanted.push_back(each);
-                    return each.isLike(*first);
-                });
-        }
+        if (!isWanted || isWanted(example.references(), first->near))
+            _referrers.forEachFrom(first->key(), [&](const Referrer& each) {
+                if (each.isLike(*first))
+                    wanted.push_back(each);
+                return each.isLike(*first);
+            });
         from = *first;
         from.number = pastAll;
     }

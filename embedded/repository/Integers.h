@@ -22,10 +22,9 @@ template <class T>
 std::optional<T> narrowed(const Integer& value) {
     static_assert(std::is_integral_v<T>);
     const auto highest = static_cast<std::uint64_t>(std::numeric_limits<T>::max());
-    if (!value.negative || value.magnitude == 0) {
+    if (!value.negative || value.magnitude == 0)
         return value.magnitude <= highest ? std::optional<T>(static_cast<T>(value.magnitude))
                                           : std::nullopt;
-    }
     if (std::is_unsigned_v<T> || value.magnitude > highest + 1)
         return std::nullopt;
     // In two steps, since the magnitude of the lowest value is no T.

@@ -106,10 +106,9 @@ CIMConstMethod MemberBuilder::overridden(const mof::Method& written,
         return {};
     }
     CIMConstMethod inherited = found->declared;
-    if (inherited.getType() != cimTypeAt(written.returnType, written.where)) {
+    if (inherited.getType() != cimTypeAt(written.returnType, written.where))
         refuse(written.where, description, " overrides one that returns ",
                cimTypeToString(inherited.getType()), " with one that returns ", written.returnType);
-    }
     return inherited;
 }
 

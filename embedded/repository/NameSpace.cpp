@@ -82,16 +82,13 @@ std::vector<CIMName> NameSpace::associationClassNames(const ClassNode& source,
                                                       const ClassNode* filter) const {
     // That it is an association goes without asking: no other class has references.
     std::vector<std::uint64_t> numbers;
-    for (const ClassNode* each = &source; each; each = each->superclass) {
-        forEachLink(
-            _associations, foldedHash(each->name().getString()),
-            [&](std::uint64_t number) {
-                const ClassNode& association = *_classes[number];
-                if ((!filter || association.isA(*filter)) && takes(association, *each))
-                    numbers.push_back(number);
-                return true;
-            });
-    }
+    for (const ClassNode* each = &source; each; each = each->superclass)
+        forEachLink(_associations, foldedHash(each->name().getString()), [&](std::uint64_t number) {
+            const ClassNode& association = *_classes[number];
+            if ((!filter || association.isA(*filter)) && takes(association, *each))
+                numbers.push_back(number);
+            return true;
+        });
     return namesOf(std::move(numbers));
 }
 

@@ -35,10 +35,9 @@ void append(std::string& out, const String& value, Case letters = Case::Folded) 
         out += static_cast<char>((size >> shift) & 0xFFU);
     const std::size_t begin = out.size();
     Pegasus::embedding::appendUtf8(out, value);
-    if (letters == Case::Folded) {
+    if (letters == Case::Folded)
         std::transform(out.begin() + static_cast<std::ptrdiff_t>(begin), out.end(),
                        out.begin() + static_cast<std::ptrdiff_t>(begin), text::lower<char>);
-    }
 }
 
 } // namespace

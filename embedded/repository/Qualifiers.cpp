@@ -110,17 +110,15 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
     const CIMQualifierDecl* declaration = table.find(cimNameAt(used.name, used.where));
     if (!declaration)
         refuse(used.where, description, " is not declared");
-    if (!declaration->getScope().hasScope(element.scope)) {
+    if (!declaration->getScope().hasScope(element.scope))
         refuse(used.where, description, " is out of its scope (",
                declaration->getScope().toString(), ")");
-    }
     const CIMValue value = valueOf(used, targetOf(*declaration, description));
     const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
     if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
-        handedDown->getValue() != value) {
+        handedDown->getValue() != value)
         refuse(used.where, description, " cannot be overridden: a superclass sets it to ",
                handedDown->getValue().toString(), " with DISABLEOVERRIDE");
-    }
     return CIMQualifier(cimNameAt(used.name, used.where), value,
                         withWords(base, used.flavors, used.where));
 }
@@ -144,10 +142,9 @@ QualifierList buildQualifiers(const std::vector<mof::Qualifier>& used, const Qua
     QualifierList above = inherited;
     for (const mof::Qualifier& each : used) {
         const CIMName name = cimNameAt(each.name, each.where);
-        if (findIn(list, name) != list.end()) {
+        if (findIn(list, name) != list.end())
             refuse(each.where, "qualifier ", each.name, " of ", element.description,
                    " is given twice");
-        }
         const auto overridden = findIn(above, name);
         const bool handedDown = overridden != above.end() && !isRestricted(*overridden);
         list.push_back(build(each, table, element, handedDown ? &*overridden : nullptr));

@@ -46,10 +46,9 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node,
     const CIMKeyBinding::Type declared = bindingType(property.getType());
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
-        !(declared == CIMKeyBinding::STRING && quoted(binding.getType()))) {
+        !(declared == CIMKeyBinding::STRING && quoted(binding.getType())))
         refuse(where, description, ": key ", key, " takes a ", cimTypeToString(property.getType()),
                ", not ", binding.getValue());
-    }
     binding.setName(property.getName());
     binding.setType(declared);
     return binding;
@@ -73,14 +72,12 @@ void checkTarget(const CIMObjectPath& path, const CIMName& referenceClass,
     if (!target)
         return;
     const std::string pointed = toText(path.getClassName());
-    if (!target->find(path.getClassName())) {
+    if (!target->find(path.getClassName()))
         refuse(where, description, " points to class ", pointed,
                ", which is not declared in namespace ", target->name());
-    }
-    if (!target->isA(path.getClassName(), referenceClass)) {
+    if (!target->isA(path.getClassName(), referenceClass))
         refuse(where, description, " takes a ", referenceClass, ", and ", pointed,
                " is not derived from it");
-    }
 }
 
 CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& description,
@@ -94,10 +91,9 @@ CIMObjectPath withDeclaredKeys(const CIMObjectPath& path, const std::string& des
     Array<CIMKeyBinding> bindings;
     for (Uint32 i = 0; i < given.size(); ++i)
         bindings.append(asDeclared(given[i], *node, description, where));
-    if (bindings.size() != node->keys.size()) {
+    if (bindings.size() != node->keys.size())
         refuse(where, description, ": the path has ", bindings.size(), " of the ",
                node->keys.size(), " keys of ", node->name());
-    }
     return CIMObjectPath(path.getHost(), path.getNameSpace(), node->name(), bindings);
 }
 

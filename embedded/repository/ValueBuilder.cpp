@@ -76,11 +76,10 @@ struct IntegerReader {
             refuseKind(context, literal);
         const auto integer = parseInteger(literal.text);
         const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
-        if (!value) {
+        if (!value)
             refuseRange(context, literal,
                         std::to_string(std::numeric_limits<T>::min()) + " to " +
                             std::to_string(std::numeric_limits<T>::max()));
-        }
         return *value;
     }
 };
@@ -211,16 +210,14 @@ bool isNull(const mof::Value& value) {
 }
 
 void checkShape(const mof::Value& value, const ValueTarget& target) {
-    if (value.isArray && !target.isArray) {
+    if (value.isArray && !target.isArray)
         refuse(value.where, target.description,
                " is no array: one value without braces is expected");
-    }
     if (!value.isArray && target.isArray)
         refuse(value.where, target.description, " is an array: its values stand in braces");
-    if (target.arraySize != 0 && value.items.size() != target.arraySize) {
+    if (target.arraySize != 0 && value.items.size() != target.arraySize)
         refuse(value.where, target.description, " has ", target.arraySize, " elements, not ",
                value.items.size());
-    }
     for (const mof::Literal& literal : value.items)
         if (literal.kind == Kind::Null)
             refuse(literal.where, target.description, ": NULL cannot stand in an array");

@@ -74,10 +74,9 @@ EnumerationLease::~EnumerationLease() {
 
 void EnumerationLease::charge(std::size_t objects) {
     const threads::Lock lock(_all->_mutex);
-    if (objects > _all->_bounds.objects - _all->_objects) {
+    if (objects > _all->_bounds.objects - _all->_objects)
         throw limitsExceeded("The open enumerations hold too many objects of providers; try again "
                              "later, or ask for all at once.");
-    }
     _all->_objects += objects;
     _all->_open.find(_context)->second.objects = objects;
 }
@@ -137,16 +136,14 @@ EnumerationLease Enumerations::take(const std::string& context, const Operation&
     const threads::Lock lock(_mutex);
     const auto found = find(context, request);
     Open& open = found->second;
-    if (returnsPaths(open.enumeration->operation().kind) != returnsPaths(request.kind)) {
+    if (returnsPaths(open.enumeration->operation().kind) != returnsPaths(request.kind))
         throw CIMException(CIM_ERR_INVALID_ENUMERATION_CONTEXT,
                            returnsPaths(request.kind)
                                ? "This enumeration is one of instances, not of paths."
                                : "This enumeration is one of paths, not of instances.");
-    }
-    if (open.isLeased) {
+    if (open.isLeased)
         throw CIMException(CIM_ERR_FAILED,
                            "Another request of this enumeration is being answered.");
-    }
     open.isLeased = true;
     return {*this, context, *open.enumeration};
 }
@@ -155,10 +152,9 @@ void Enumerations::close(const std::string& context, const Operation& request) {
     std::unique_ptr<Enumeration> removed;
     const threads::Lock lock(_mutex);
     const auto found = find(context, request);
-    if (found->second.isLeased) {
+    if (found->second.isLeased)
         throw CIMException(CIM_ERR_PULL_CANNOT_BE_ABANDONED,
                            "Another request of this enumeration is being answered.");
-    }
     removed = remove(found);
 }
 

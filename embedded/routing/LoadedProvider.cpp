@@ -40,10 +40,9 @@ void LoadedProvider::create(const RegisteredModule& module) {
         return;
     }
     const auto file = findLibrary(_settings.directories, module.location);
-    if (!file) {
+    if (!file)
         throw failed("File \"" + libraryFileName(module.location) +
                      "\" was not found for provider module \"" + utf8(module.name) + "\".");
-    }
     try {
         _library.emplace(*file, _settings.keepLibraries);
         // An exception of the library's own type must be gone before the library is closed.
@@ -80,10 +79,9 @@ void LoadedProvider::terminate() {
 
 void LoadedProvider::log(const char* operation, const CIMException& error) const noexcept {
     try {
-        if (_settings.log) {
+        if (_settings.log)
             _settings.log("provider " + utf8(_name.name) + " of module " + utf8(_name.module) +
                           ": " + operation + "(): " + utf8(error.getMessage()));
-        }
     } catch (...) { // a line less
     }
 }

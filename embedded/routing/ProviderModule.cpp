@@ -187,11 +187,10 @@ class ModuleProvider : public Provider {
     }
 
     void waitForLoader() REQUIRES(_order.mutex) {
-        if (loaderWaitsForThisThread()) {
+        if (loaderWaitsForThisThread())
             throw CIMException(CIM_ERR_FAILED,
                                String("Provider module \"") + _name.module +
                                    String("\" is being initialized and waits for this request."));
-        }
         _order.waiting[std::this_thread::get_id()] = this;
         while (_loader != std::thread::id())
             _order.changed.wait(_order.mutex);

@@ -32,10 +32,9 @@ struct Fault : std::runtime_error {
 
 void require(const CIMInstance& instance, std::initializer_list<const char*> properties) {
     for (const char* property : properties) {
-        if (!hasValue(instance, property)) {
+        if (!hasValue(instance, property))
             throw Fault(std::string("Missing ") + property + " which is required property in " +
                         utf8(instance.getClassName()) + " class.");
-        }
     }
 }
 
@@ -105,10 +104,9 @@ class Registration::Reader {
         require(instance,
                 {"Name", "Vendor", "Version", "InterfaceType", "InterfaceVersion", "Location"});
         const std::string type = utf8(stringOf(instance, "InterfaceType"));
-        if (type != "C++Default") {
+        if (type != "C++Default")
             throw Fault("Unsupported InterfaceType value: \"" + type +
                         R"("; "C++Default" is supported.)");
-        }
         const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
         if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(),
                       version) == supportedInterfaceVersions.end()) {
@@ -140,10 +138,9 @@ class Registration::Reader {
                            "ClassName", "Namespaces"});
         const ProviderName provider{stringOf(instance, "ProviderModuleName"),
                                     stringOf(instance, "ProviderName")};
-        if (_known.count(provider) == 0) {
+        if (_known.count(provider) == 0)
             throw Fault("The provider \"" + utf8(provider.name) + "\" of module \"" +
                         utf8(provider.module) + "\" is not registered.");
-        }
         const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
         // All or nothing: an instance with one fault gives no capability at all.
         for (const Capability& capability : wanted)
@@ -162,10 +159,9 @@ class Registration::Reader {
         for (const String& nameSpace : stringsOf(instance, "Namespaces")) {
             if (!CIMNamespaceName::legal(nameSpace))
                 throw Fault("Namespaces: \"" + utf8(nameSpace) + "\" is not a namespace name.");
-            for (const Uint16 type : numbersOf(instance, "ProviderType")) {
+            for (const Uint16 type : numbersOf(instance, "ProviderType"))
                 all.push_back(
                     {CIMNamespaceName(nameSpace), CIMName(className), routedType(type), provider});
-            }
         }
         return all;
     }

@@ -77,10 +77,9 @@ class Check {
 
     void checkModule(const RegisteredModule& module) {
         const std::string what = "module \"" + utf8(module.name) + "\"";
-        if (module.stopped) {
+        if (module.stopped)
             problem(what +
                     ": OperationalStatus says that it is stopped; its providers are blocked.");
-        }
         if (module.linked) {
             add(Finding::Severity::Note, what + ": part of this program");
             return;

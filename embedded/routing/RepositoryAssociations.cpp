@@ -72,10 +72,9 @@ void addFarTargets(const std::vector<std::pair<CIMName, Target>>& ends,
                    const TraversalFilters& filters, IsNear isNear, IsResult isResult,
                    EachOnce<Target>& targets) {
     for (std::size_t near = 0; near < ends.size(); ++near) {
-        if (isNear(ends[near].second)) {
+        if (isNear(ends[near].second))
             forEachFarTarget(
                 ends, near, filters, isResult, [&](const Target& target) { targets.add(target); });
-        }
     }
 }
 
@@ -119,11 +118,10 @@ std::vector<CIMObjectPath> RepositoryAssociations::farInstances(const Names& cla
         return found;
     };
     EachOnce<CIMObjectPath> targets;
-    for (const StoredInstance& each : referrers(classes, leadsToResult)) {
+    for (const StoredInstance& each : referrers(classes, leadsToResult))
         addFarTargets(
             each.references(), _filters,
             [&](const CIMObjectPath& target) { return isSource(target); }, isFar, targets);
-    }
     return targets.take();
 }
 
@@ -140,12 +138,11 @@ RepositoryAssociations::associationClasses(const Names& classes) const {
 
 RepositoryAssociations::Names RepositoryAssociations::farClasses(const Names& classes) const {
     EachOnce<CIMName> targets;
-    for (const CIMName& className : classes) {
+    for (const CIMName& className : classes)
         addFarTargets(
             _view.references(_nameSpace, className), _filters,
             [&](const CIMName& target) { return takesSource(target); },
             [&](const CIMName& target) { return isResultClass(_nameSpace, target); }, targets);
-    }
     return targets.take();
 }
 

@@ -182,23 +182,21 @@ Plan Router::planGet(const Question& question) const {
 
 /// REQUIRES: no provider is registered for the class itself.
 void Router::requireWritable(const Question& question, const CIMName& className) const {
-    if (!_writable) {
+    if (!_writable)
         throw CIMException(
             CIM_ERR_ACCESS_DENIED,
             "The repository is read-only; start cimhost with --writable to change it.");
-    }
     const auto& [operation, view] = question;
     std::vector<CIMName> related = view.superClassNames(operation.nameSpace, className);
     const std::vector<CIMName> below = view.subClassNames(operation.nameSpace, className, true);
     related.insert(related.end(), below.begin(), below.end());
     for (const CIMName& name : related) {
-        if (const Provider* const provider = providerOf(question, name)) {
+        if (const Provider* const provider = providerOf(question, name))
             throw CIMException(CIM_ERR_ACCESS_DENIED,
                                String("Instances of ") + className.getString() +
                                    " cannot be changed: they appear among those of " +
                                    name.getString() + ", which provider " + provider->name() +
                                    " publishes.");
-        }
     }
 }
 
@@ -217,13 +215,10 @@ Plan Router::planWrite(const Question& question) {
                            "--namespace or --mof to add one.");
     }
     question.requireClass(className);
-    if (provider != nullptr) {
-        return planned(
-            {&provider->module()},
-            [this, &operation, provider, objectName] {
-                return askToWrite(operation, *provider, requestPath(operation, objectName));
-            });
-    }
+    if (provider != nullptr)
+        return planned({&provider->module()}, [this, &operation, provider, objectName] {
+            return askToWrite(operation, *provider, requestPath(operation, objectName));
+        });
     requireWritable(question, className);
     return planned({}, [this, &operation]() -> Answer {
         switch (operation.kind) {

@@ -35,11 +35,10 @@ Cursor classesAt(const Operation& operation, const repository::View& view,
                  const RepositoryAssociations& associations, const Names& candidates) {
     Names found = asksForFarEnds(operation) ? associations.farClasses(candidates)
                                             : associations.associationClasses(candidates);
-    if (returnsPaths(operation.kind)) {
+    if (returnsPaths(operation.kind))
         return madeOf(
             std::move(found),
             [](const CIMName& name) { return CIMObjectPath(String(), CIMNamespaceName(), name); });
-    }
     return madeOf(std::move(found), [&operation, view](const CIMName& name) {
         return CIMObject(view.getClass(operation.nameSpace, name, false,
                                        operation.includeQualifiers, operation.includeClassOrigin,
@@ -100,10 +99,9 @@ Plan Router::planTraversal(const Question& question) {
     for (const Source& source : served)
         addModule(modules, source.provider);
     if (operation.kind == OperationKind::Associators) {
-        for (const CIMObjectPath& path : farPaths) {
+        for (const CIMObjectPath& path : farPaths)
             addModule(modules, _modules.find(path.getNameSpace(), path.getClassName(),
                                              ProviderType::Instance));
-        }
     }
     return planned(std::move(modules), [this, question, served = std::move(served),
                                         stored = std::move(stored),
@@ -195,11 +193,10 @@ void Router::complete(const Operation& operation, CIMObjectPath& path) const {
 }
 
 Cursor Router::completed(const Operation& operation, Cursor cursor) const {
-    if (returnsPaths(operation.kind)) {
-        return mapped<CIMObjectPath>(
-            std::move(cursor),
-            [this, &operation](CIMObjectPath& path) { complete(operation, path); });
-    }
+    if (returnsPaths(operation.kind))
+        return mapped<CIMObjectPath>(std::move(cursor), [this, &operation](CIMObjectPath& path) {
+            complete(operation, path);
+        });
     const auto completeObject = [this, &operation](auto& object) {
         CIMObjectPath path = object.getPath();
         complete(operation, path);

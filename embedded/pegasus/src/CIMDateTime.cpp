@@ -165,10 +165,9 @@ Uint64 CIMDateTime::toMicroSeconds() const {
 }
 
 int CIMDateTime::_compare(const CIMDateTime& x) const {
-    if (_isInterval != x._isInterval) {
+    if (_isInterval != x._isInterval)
         throw TypeMismatchException(
             String("Trying to compare CIMDateTime objects of differing types"));
-    }
     // Each is cut in its own time zone, since that is where its fields are insignificant.
     const Uint16 wildcards = std::max(_wildcards, x._wildcards);
     if (wildcards == allDigits)
@@ -210,10 +209,9 @@ CIMDateTime& CIMDateTime::operator/=(Uint64 num) {
 }
 
 Uint64 CIMDateTime::operator/(const CIMDateTime& cdt) const {
-    if (!_isInterval || !cdt._isInterval) {
+    if (!_isInterval || !cdt._isInterval)
         throw TypeMismatchException(
             String("Can not divide two CIMDateTime objects if one of them is a TimeStamp"));
-    }
     if (cdt._microseconds == 0)
         throw Exception(String("Can not divide CIMDateTime by zero"));
     return _microseconds / cdt._microseconds;
