@@ -165,10 +165,9 @@ class InstanceParts {
         if (kind == Kind::Copies || !_isAssociation)
             return _whole.clone();
         CIMInstance instance(_whole.getClassName());
-        for (const Property& property : _properties) {
+        for (const Property& property : _properties)
             instance.addProperty(
                 CIMProperty(property.name, property.value, 0, property.referenceClass));
-        }
         if (_isAt)
             instance.setPath(_path.made(kind));
         return instance;
@@ -421,9 +420,8 @@ void add(const Module& module, const Question& question) {
     };
     benchmark::RegisterBenchmark(("module " + question.name).c_str(), [=](benchmark::State& state) {
         Sinks sinks;
-        for (auto _ : state) {
+        for (auto _ : state)
             question.ask(module, sinks);
-        }
         counters(state);
     });
     for (const Kind kind : {Kind::Copies, Kind::Makes}) {

@@ -101,10 +101,9 @@ Settings readSettings(std::istream& text, const std::string& origin) {
 
 Settings settingsOf(const std::string& providerName) {
     if (providerName.empty() || providerName[0] == '.' ||
-        providerName.find('/') != std::string::npos) {
+        providerName.find('/') != std::string::npos)
         throw std::runtime_error("the provider's name '" + providerName +
                                  "' cannot be that of a settings file");
-    }
     const std::string file = SERVEROBJECTS_SETTINGS_DIR "/" + providerName + ".conf";
     errno = 0;
     std::ifstream stream(file);

@@ -115,8 +115,7 @@ CIMQualifier build(const mof::Qualifier& used, const QualifierTable& table, cons
                declaration->getScope().toString(), ")");
     const CIMValue value = valueOf(used, targetOf(*declaration, description));
     const CIMFlavor base = handedDown ? handedDown->getFlavor() : declaration->getFlavor();
-    if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown &&
-        handedDown->getValue() != value)
+    if (base.hasFlavor(CIMFlavor::DISABLEOVERRIDE) && handedDown && handedDown->getValue() != value)
         refuse(used.where, description, " cannot be overridden: a superclass sets it to ",
                handedDown->getValue().toString(), " with DISABLEOVERRIDE");
     return CIMQualifier(cimNameAt(used.name, used.where), value,

@@ -28,10 +28,9 @@ Association hosted(const char* name, const char* dependentClass, const std::stri
 
 std::vector<Association> hostedAccessPoints() {
     std::vector<Association> all;
-    for (const std::string& mechanism : mechanisms) {
+    for (const std::string& mechanism : mechanisms)
         all.push_back(
             hosted("CIM_HostedAccessPoint", "PG_CIMXMLCommunicationMechanism", mechanism));
-    }
     return all;
 }
 
@@ -117,10 +116,9 @@ TEST_F(HostingTest, WithoutAManagerTheServiceIsHostedAllTheSameWithAnEmptyEnd) {
     for (const Failure& failure : joined(serverFailures(), libraryFailures())) {
         SCOPED_TRACE(failure.thrown);
         server->fail("enumerateInstanceNames", "CIM_ObjectManager", failure.raise);
-        for (const bool names : {true, false}) {
+        for (const bool names : {true, false})
             expectOutcome(enumerate(service, names), asNamesOr(names, hostedService("")),
                           serviceFailureLines);
-        }
     }
     PathRecorder handler;
     tracedBy([&] { (provider.*service)("", handler, "root/request", false); });

@@ -116,10 +116,9 @@ TEST_F(CatalogueTest, IsAppendedToBySecondCall) {
     provider.initData();
     ASSERT_EQ(provider.registeredProfiles().size(), 6U);
     ASSERT_EQ(provider.registeredSubProfiles().size(), 6U);
-    for (Uint32 i = 0; i < 3; ++i) {
+    for (Uint32 i = 0; i < 3; ++i)
         EXPECT_TRUE(
             provider.registeredProfiles()[i].identical(provider.registeredProfiles()[i + 3]));
-    }
 }
 
 TEST_F(CatalogueTest, LeavesOutAPropertyThatTheClassDoesNotDefine) {

@@ -77,10 +77,9 @@ class ElementConformsToProfileTest : public EchoTest {
     }
 
     void setFailing(unsigned failed, const std::function<void()>& how) {
-        for (std::size_t row = 0; row < rows.size(); ++row) {
+        for (std::size_t row = 0; row < rows.size(); ++row)
             server->fail("enumerateInstanceNames", rows[row].elementClass,
                          (failed & (1U << row)) != 0 ? how : std::function<void()>());
-        }
     }
 };
 

@@ -134,10 +134,9 @@ class ProfileTraversalTest : public TraversalTest {
         Block block = {{conformsLine(operation)}, {}, {}};
         if (isAssociators(operation))
             block.messages.push_back(" Quil ElementConformsToProfile assoc - " + row.name + " ");
-        if (failed) {
+        if (failed)
             block.messages.push_back(operation == "associators" ? row.instancesFailure
                                                                 : row.namesFailure);
-        }
         if (!isAssociators(operation)) {
             block.messages.push_back(profileReferenceLine);
             block.calls = {enumeration(operation, row.elementClass)};
@@ -264,10 +263,9 @@ TEST_F(ProfileTraversalTest, UnknownSourceHasNoElementsButAnIdentityForAssociato
 
 TEST_F(ProfileTraversalTest, UnknownSourceIsNotLookedUpForAnotherResultClass) {
     const Question question = {"none", "", "CIM_RegisteredProfile"};
-    for (const char* operation : {"associatorNames", "associators"}) {
+    for (const char* operation : {"associatorNames", "associators"})
         EXPECT_EQ(ask(profile, operation, question).delivered,
                   implementing(operation, rows[0]).delivered);
-    }
 }
 
 TEST_F(ProfileTraversalTest, FailingReadLeavesNoElementsAndTheRestFollows) {

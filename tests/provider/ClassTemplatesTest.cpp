@@ -136,10 +136,9 @@ TEST_F(ClassTemplatesTest, ClassNameIsTheOneOfTheDefinitionHoweverItWasAskedFor)
 TEST_F(ClassTemplatesTest, InstanceCarriesAllQualifiersOfTheClassInTheirOrder) {
     CIMClass cimClass = makeClass("ORVEX_SoftwareIdentity", {"string InstanceID"});
     const Lines names = {"Version", "Description", "Abstract", "MappingStrings"};
-    for (const std::string& name : names) {
+    for (const std::string& name : names)
         cimClass.addQualifier(
             CIMQualifier(CIMName(name.c_str()), CIMValue(String("of the class"))));
-    }
     server->define(cimClass);
     CIMInstance instance = _instAddQualifieres(handle, CIMName("ORVEX_SoftwareIdentity"));
     ASSERT_EQ(instance.getQualifierCount(), names.size());

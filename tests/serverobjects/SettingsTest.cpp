@@ -64,10 +64,9 @@ TEST(Settings, AnErrorSaysWhereAndWhat) {
     EXPECT_EQ(0U, errorOf("Naem = x")
                       .find("x.conf:1: there is no key 'Naem'; the keys are "
                             "AuthenticationMechanismsSupported, Description,"));
-    for (const char* number : {"65536", "-1", "", "two", "123456789012345678901234567890"}) {
+    for (const char* number : {"65536", "-1", "", "two", "123456789012345678901234567890"})
         EXPECT_EQ("x.conf:1: '" + std::string(number) + "' is no number from 0 to 65535",
                   errorOf("FunctionalProfilesSupported = 2, " + std::string(number) + ", 3"));
-    }
 }
 
 TEST(Settings, AreFoundByANameThatStaysInTheFolder) {

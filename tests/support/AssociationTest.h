@@ -107,10 +107,9 @@ inline Lines describeAll(const std::vector<Pegasus::CIMObjectPath>& paths) {
 template <class Object>
 Lines describeAll(const std::vector<Object>& objects) {
     Lines all;
-    for (const Object& object : objects) {
+    for (const Object& object : objects)
         all.push_back(object.isUninitialized() ? "uninitialised"
                                                : describeObject(Pegasus::CIMInstance(object)));
-    }
     return all;
 }
 

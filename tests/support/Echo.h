@@ -172,10 +172,9 @@ class EchoTest : public AssociationTest {
 
   private:
     static std::string inCase(std::string name, bool upper) {
-        for (char& c : name) {
+        for (char& c : name)
             c = static_cast<char>(upper ? std::toupper(static_cast<unsigned char>(c))
                                         : std::tolower(static_cast<unsigned char>(c)));
-        }
         return name;
     }
     static std::string withoutTypes(std::string described) {
@@ -185,10 +184,9 @@ class EchoTest : public AssociationTest {
     }
     static std::string property(const End& end, const std::string& path) {
         std::string referenceClass = end.referenceClass;
-        if (referenceClass.empty() && !path.empty()) {
+        if (referenceClass.empty() && !path.empty())
             referenceClass = text(
                 Pegasus::CIMObjectPath(Pegasus::String(path.c_str())).getClassName().getString());
-        }
         return "  " + end.role + " -> " + referenceClass + ": " + path + "\n";
     }
 };

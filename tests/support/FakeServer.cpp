@@ -146,14 +146,13 @@ embedding::Answer FakeServer::perform(const embedding::Operation& operation) {
     const std::string className = text(operation.target().getString());
     const bool ofInstance = operation.kind == OperationKind::GetInstance;
     std::string flags;
-    if (operation.kind != OperationKind::EnumerateInstanceNames) {
+    if (operation.kind != OperationKind::EnumerateInstanceNames)
         flags = (operation.kind == OperationKind::EnumerateInstances
                      ? flag("deep", operation.deepInheritance)
                      : "") +
                 flag("localOnly", operation.localOnly) +
                 flag("qualifiers", operation.includeQualifiers) +
                 flag("origin", operation.includeClassOrigin) + listFlag(operation.propertyList);
-    }
     calls.push_back(name + " " + text(operation.nameSpace.getString()) + " " +
                     (ofInstance ? text(operation.objectName) : className) + flags);
     failIfTold(name, className);

@@ -61,11 +61,10 @@ using Keys = std::vector<std::pair<std::string, std::string>>;
 inline Pegasus::CIMObjectPath pathOf(const std::string& className, const Keys& keys = {},
                                      const std::string& nameSpace = "root/cimv2") {
     Pegasus::Array<Pegasus::CIMKeyBinding> bindings;
-    for (const auto& [name, value] : keys) {
+    for (const auto& [name, value] : keys)
         bindings.append(Pegasus::CIMKeyBinding(Pegasus::CIMName(name.c_str()),
                                                Pegasus::String(value.c_str()),
                                                Pegasus::CIMKeyBinding::STRING));
-    }
     return Pegasus::CIMObjectPath(Pegasus::String("client.example.net"),
                                   Pegasus::CIMNamespaceName(nameSpace.c_str()),
                                   Pegasus::CIMName(className.c_str()), bindings);
@@ -92,10 +91,9 @@ inline Lines describeKeys(const Pegasus::CIMObjectPath& path) {
     static const char* const types[] = {"boolean", "string", "numeric", "reference"};
     const Pegasus::Array<Pegasus::CIMKeyBinding> keys = path.getKeyBindings();
     Lines all;
-    for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
+    for (Pegasus::Uint32 i = 0; i < keys.size(); ++i)
         all.push_back(text(keys[i].getName().getString()) + "=" + types[keys[i].getType()] + " " +
                       text(keys[i].getValue()));
-    }
     return all;
 }
 

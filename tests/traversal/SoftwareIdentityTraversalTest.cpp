@@ -55,9 +55,8 @@ class SoftwareIdentityTraversalTest : public TraversalTest {
                        {}};
         const auto add = [&](const std::string& className, const std::string& path,
                              const std::string& object) {
-            if (operation != "associators") {
+            if (operation != "associators")
                 block.messages.push_back(profileReferenceLine);
-            }
             block.delivered.push_back(
                 operation == "associatorNames" ? path
                 : operation == "associators"
@@ -73,10 +72,9 @@ class SoftwareIdentityTraversalTest : public TraversalTest {
             if (profiles)
                 add("CIM_RegisteredProfile", profilePath(profileIds[i]), profileObject(i));
         for (Uint32 i = 0; i < 3; ++i) {
-            if (subProfiles) {
+            if (subProfiles)
                 add("CIM_RegisteredSubProfile", subProfilePath(subProfileIds[i]),
                     subProfileObject(i));
-            }
         }
         return block;
     }

@@ -85,10 +85,9 @@ TEST(DamagedRequest, TheWholeSamplesAreAnswered) {
 
 TEST(DamagedRequest, CutOffAnywhereIsRejected) {
     for (const Sample& sample : samples()) {
-        for (std::size_t length = 0; length < sample.body.size(); ++length) {
+        for (std::size_t length = 0; length < sample.body.size(); ++length)
             EXPECT_FALSE(isAnswered(sample.body.substr(0, length), sample.headers))
                 << sample.body.substr(0, length);
-        }
     }
 }
 

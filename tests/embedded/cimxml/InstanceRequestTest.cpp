@@ -166,12 +166,11 @@ TEST(NewInstance, WithIllegalAttributesMakesTheDocumentInvalid) {
           "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\" ARRAYSIZE=\"4294967296\"/>",
           "<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\"><VALUE>1</VALUE></PROPERTY.ARRAY>",
           "<PROPERTY NAME=\"p\" TYPE=\"uint8\"><VALUE>1</VALUE><VALUE>1</VALUE></PROPERTY>",
-          "<PROPERTY NAME=\"p\" TYPE=\"uint8\"/><QUALIFIER NAME=\"q\" TYPE=\"string\"/>"}) {
+          "<PROPERTY NAME=\"p\" TYPE=\"uint8\"/><QUALIFIER NAME=\"q\" TYPE=\"string\"/>"})
         EXPECT_EQ(
             rejection(request("CreateInstance", instance(members)), headersFor("CreateInstance")),
             "400 request-not-valid")
             << members;
-    }
 }
 
 TEST(ModifiedInstance, HasThePathThatItIsNamedBy) {

@@ -24,10 +24,9 @@ std::string largeRequest() {
     for (int i = 0; i < 990; ++i)
         qualifiers += "<QUALIFIER NAME=\"Q" + std::to_string(i) + "\" TYPE=\"string\"/>";
     std::string properties;
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 40; ++i)
         properties += "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"string\">" +
                       qualifiers + "</PROPERTY>";
-    }
     return request("CreateInstance", parameter("NewInstance", "<INSTANCE CLASSNAME=\"X\">" +
                                                                   properties + "</INSTANCE>"));
 }

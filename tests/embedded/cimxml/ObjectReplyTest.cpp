@@ -166,10 +166,9 @@ TEST(WrittenInstance, IsFilteredAlikeInEveryOperation) {
     operations.objects.append(CIMObject(fullInstance()));
     EXPECT_TRUE(has(returned(operations, "EnumerateInstances",
                              parameter("ClassName", "<CLASSNAME NAME=\"X\"/>") + list)));
-    for (const char* operation : {"Associators", "References"}) {
+    for (const char* operation : {"Associators", "References"})
         EXPECT_TRUE(
             has(returned(operations, operation, parameter("ObjectName", instanceName()) + list)));
-    }
 }
 
 } // namespace

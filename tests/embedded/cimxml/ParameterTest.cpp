@@ -119,11 +119,10 @@ TEST(Parameters, OfTheWrongKindMakeTheDocumentInvalid) {
         {"Associators", "Role", "<CLASSNAME NAME=\"X\"/>"},
         {"GetQualifier", "QualifierName", "<CLASSNAME NAME=\"X\"/>"},
     };
-    for (const auto& [operation, name, value] : wrong) {
+    for (const auto& [operation, name, value] : wrong)
         EXPECT_EQ(rejection(request(operation, parameter(name, value)), headersFor(operation)),
                   "400 request-not-valid")
             << operation << " " << name;
-    }
 }
 
 } // namespace

@@ -229,12 +229,11 @@ TEST_F(Pull, TakesASourceWithKeysOnly) {
 
 TEST_F(Pull, ANumberThatIsNoneMakesTheRequestInvalid) {
     for (const char* text : {"-1", "z", "", "4294967296", "1.5", " 1"}) {
-        for (const char* name : {"MaxObjectCount", "OperationTimeout"}) {
+        for (const char* name : {"MaxObjectCount", "OperationTimeout"})
             EXPECT_EQ(rejection(request("OpenEnumerateInstances", classX + value(name, text)),
                                 headersFor("OpenEnumerateInstances")),
                       "400 request-not-valid")
                 << name << " " << text;
-        }
     }
     EXPECT_EQ(
         contextOf(ask("OpenEnumerateInstances", classX + value("MaxObjectCount", "4294967295"))),

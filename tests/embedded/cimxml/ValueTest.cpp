@@ -197,10 +197,9 @@ TEST(Values, OutsideTheirTypeAreInvalid) {
         {CIMTYPE_DATETIME, "yesterday"},
         {CIMTYPE_DATETIME, "20201302030405.123456+060"},
     };
-    for (const auto& [type, text] : wrong) {
+    for (const auto& [type, text] : wrong)
         EXPECT_EQ(readError(text, type),
                   "Invalid " + std::string(cimTypeToString(type)) + " value \"" + text + "\".");
-    }
 }
 
 TEST(Values, ThatAreNullInAnArrayAreNotSupported) {

@@ -128,11 +128,10 @@ TEST(ObjectText, OfReferences) {
              "</KEYBINDING>\n"
              "</INSTANCENAME>\n"},
     };
-    for (const auto& [path, expected] : rows) {
+    for (const auto& [path, expected] : rows)
         EXPECT_EQ(instanceOf(CIMProperty(CIMName("p"), CIMValue(path), 0, CIMName("A"))),
                   "<PROPERTY.REFERENCE NAME=\"p\"  REFERENCECLASS=\"A\">\n<VALUE.REFERENCE>\n" +
                       expected + "</VALUE.REFERENCE>\n</PROPERTY.REFERENCE>\n");
-    }
 }
 
 TEST(ObjectText, OfEmbeddedObjectsIsQuoted) {

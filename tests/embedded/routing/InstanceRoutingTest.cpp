@@ -294,9 +294,8 @@ TEST(Schema, IsTheRepositorys) {
         Texts names;
         const Array<CIMName> found =
             router.enumerateClassNames({}, nameSpace, CIMName("TST_Base"), deep);
-        for (Uint32 i = 0; i < found.size(); ++i) {
+        for (Uint32 i = 0; i < found.size(); ++i)
             names.push_back(text(found[i].getString()));
-        }
         return names;
     };
     EXPECT_EQ(Texts{"TST_Middle"}, below(false));

@@ -22,10 +22,9 @@ Lines check(const std::string& mof, const std::vector<std::filesystem::path>& di
     fill(repository, mof);
     const Registration registration(repository.view(), interop);
     Lines lines;
-    for (const Finding& finding : checkRegistration(registration, repository.view(), directories)) {
+    for (const Finding& finding : checkRegistration(registration, repository.view(), directories))
         (finding.severity == Finding::Severity::Note ? lines.notes : lines.problems)
             .push_back(finding.text);
-    }
     return lines;
 }
 
