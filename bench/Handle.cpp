@@ -35,18 +35,13 @@ using bench::ReadBack;
 
 PEGASUS_NAMESPACE_BEGIN
 
-CIMOMHandle::CIMOMHandle() {
-}
+CIMOMHandle::CIMOMHandle() {}
 
-CIMOMHandle::CIMOMHandle(const CIMOMHandle&) {
-}
+CIMOMHandle::CIMOMHandle(const CIMOMHandle&) {}
 
-CIMOMHandle::~CIMOMHandle() {
-}
+CIMOMHandle::~CIMOMHandle() {}
 
-CIMOMHandle& CIMOMHandle::operator=(const CIMOMHandle&) {
-    return *this;
-}
+CIMOMHandle& CIMOMHandle::operator=(const CIMOMHandle&) { return *this; }
 
 CIMClass CIMOMHandle::getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
                                const CIMName& className, Boolean, Boolean, Boolean,

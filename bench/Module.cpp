@@ -39,9 +39,7 @@ namespace {
 
 const char* const requestNameSpace = "interop";
 
-std::string text(const String& string) {
-    return static_cast<const char*>(string.getCString());
-}
+std::string text(const String& string) { return static_cast<const char*>(string.getCString()); }
 
 // What is delivered goes nowhere, or, while an operation is watched, is kept.
 

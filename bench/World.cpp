@@ -32,13 +32,9 @@ Words split(const std::string& line) {
     return words;
 }
 
-String string(const std::string& text) {
-    return String(text.c_str());
-}
+String string(const std::string& text) { return String(text.c_str()); }
 
-CIMName name(const std::string& text) {
-    return text.empty() ? CIMName() : CIMName(string(text));
-}
+CIMName name(const std::string& text) { return text.empty() ? CIMName() : CIMName(string(text)); }
 
 template <class Type, class Convert>
 CIMValue valueOf(const Words& texts, bool isArray, Convert convert) {

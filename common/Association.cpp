@@ -27,8 +27,7 @@ CIMObjectPath pathOrEmpty(const String& text, NoPath noPath) {
 Association::End::End(const ReferenceRole& declared)
     : role(declared.name),
       referenceClass(declared.referenceClass != nullptr ? CIMName(declared.referenceClass)
-                                                        : CIMName()) {
-}
+                                                        : CIMName()) {}
 
 void Association::End::set(const CIMObjectPath& end) {
     path = end;
@@ -49,8 +48,7 @@ CIMProperty Association::End::asProperty() const {
 
 Association::Association(const AssociationClass& cimClass, const String& nameSpace)
     : _name(cimClass.name), _nameSpace(nameSpace), _first(cimClass.first),
-      _second(cimClass.second) {
-}
+      _second(cimClass.second) {}
 
 Association& Association::from(const CIMObjectPath& first) {
     _first.set(first);

@@ -13,17 +13,11 @@ namespace {
 std::recursive_mutex moduleMutex;
 } // namespace
 
-void _mutex_lock() {
-    moduleMutex.lock();
-}
+void _mutex_lock() { moduleMutex.lock(); }
 
-void _mutex_unlock() {
-    moduleMutex.unlock();
-}
+void _mutex_unlock() { moduleMutex.unlock(); }
 
-String _getHostName() {
-    return _hostName;
-}
+String _getHostName() { return _hostName; }
 
 namespace serverprofile {
 

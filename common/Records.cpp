@@ -18,8 +18,7 @@ bool fill(CIMProperty& property, const char* name, const CIMValue& value) {
 } // namespace
 
 RegisteredProfile::RegisteredProfile(String instanceId_, String registeredName_)
-    : registeredName(registeredName_), instanceId(instanceId_) {
-}
+    : registeredName(registeredName_), instanceId(instanceId_) {}
 
 bool RegisteredProfile::getInstanceId(CIMProperty& property) const {
     return fill(property, "InstanceID", CIMValue(instanceId));
@@ -49,29 +48,17 @@ bool RegisteredProfile::getAdvertiseTypeDescriptions(CIMProperty& property) cons
     return fill(property, "AdvertiseTypeDescriptions", CIMValue(Sint32(0)));
 }
 
-OrvexOMHost::OrvexOMHost(char* name) {
-    serverprofile::copyHostName(classHostName, name);
-}
+OrvexOMHost::OrvexOMHost(char* name) { serverprofile::copyHostName(classHostName, name); }
 
-OrvexOMHost::OrvexOMHost(char* name, int flag) : OrvexOMHost(name) {
-    classNameFormat = flag;
-}
+OrvexOMHost::OrvexOMHost(char* name, int flag) : OrvexOMHost(name) { classNameFormat = flag; }
 
-OrvexOMHost::~OrvexOMHost() {
-    serverprofile::trace("OrvexOMHost - destructor(): Start ");
-}
+OrvexOMHost::~OrvexOMHost() { serverprofile::trace("OrvexOMHost - destructor(): Start "); }
 
-String OrvexOMHost::getCreationClassName() {
-    return String("ORVEX_ObjectManagerHost");
-}
+String OrvexOMHost::getCreationClassName() { return String("ORVEX_ObjectManagerHost"); }
 
-String OrvexOMHost::getName() {
-    return String(classHostName);
-}
+String OrvexOMHost::getName() { return String(classHostName); }
 
-String OrvexOMHost::getNameFormat() {
-    return String(classNameFormat == 0 ? "Other" : "IP");
-}
+String OrvexOMHost::getNameFormat() { return String(classNameFormat == 0 ? "Other" : "IP"); }
 
 bool OrvexOMHost::getCreationClassName(CIMProperty& property) const {
     return fill(property, "CreationClassName", CIMValue(getCreationClassName()));

@@ -10,12 +10,8 @@
 namespace serverprofile {
 
 // Texts to be compared with literals: a name made of each would cost more.
-inline Pegasus::CString plain(const Pegasus::String& text) {
-    return text.getCString();
-}
-inline Pegasus::CString plain(const Pegasus::CIMName& name) {
-    return plain(name.getString());
-}
+inline Pegasus::CString plain(const Pegasus::String& text) { return text.getCString(); }
+inline Pegasus::CString plain(const Pegasus::CIMName& name) { return plain(name.getString()); }
 
 struct SelectionRow {
     const char* associationClass;

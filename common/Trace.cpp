@@ -25,29 +25,17 @@ void TraceLine::append(const char* text) {
     append(text != nullptr ? std::string_view(text) : std::string_view());
 }
 
-void TraceLine::append(const String& text) {
-    append(static_cast<const char*>(text.getCString()));
-}
+void TraceLine::append(const String& text) { append(static_cast<const char*>(text.getCString())); }
 
-void TraceLine::append(const CIMName& name) {
-    append(name.getString());
-}
+void TraceLine::append(const CIMName& name) { append(name.getString()); }
 
-void TraceLine::append(const CIMObjectPath& path) {
-    append(path.toString());
-}
+void TraceLine::append(const CIMObjectPath& path) { append(path.toString()); }
 
-void TraceLine::append(bool flag) {
-    append(flag ? "1" : "0");
-}
+void TraceLine::append(bool flag) { append(flag ? "1" : "0"); }
 
-void TraceLine::append(Sint32 number) {
-    append(std::string_view(std::to_string(number)));
-}
+void TraceLine::append(Sint32 number) { append(std::string_view(std::to_string(number))); }
 
-void TraceLine::append(Uint32 number) {
-    append(std::string_view(std::to_string(number)));
-}
+void TraceLine::append(Uint32 number) { append(std::string_view(std::to_string(number))); }
 
 void TraceLine::write() {
     // Writing and flushing are two steps; the lock keeps them together for hosts that have

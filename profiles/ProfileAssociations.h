@@ -79,9 +79,7 @@ constexpr SelectionRow rows[] = {
 };
 
 /// The bits that `filter` selects, traced when there are any.
-inline int by(const char* filter) {
-    return selectTraced(rows, filter, all);
-}
+inline int by(const char* filter) { return selectTraced(rows, filter, all); }
 
 } // namespace selected
 

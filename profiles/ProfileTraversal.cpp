@@ -41,9 +41,7 @@ void append(Array<CIMObjectPath>& list, const CIMInstance& instance) {
     list.append(instance.getPath());
 }
 
-void append(Array<CIMInstance>& list, const CIMInstance& instance) {
-    list.append(instance);
-}
+void append(Array<CIMInstance>& list, const CIMInstance& instance) { list.append(instance); }
 
 CIMObjectPath localSwitchPath(const String& nameSpace) {
     Array<CIMKeyBinding> keys;

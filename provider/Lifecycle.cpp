@@ -32,13 +32,9 @@ void findHostName() {
 
 } // namespace
 
-ServerProfileProvider::ServerProfileProvider() : initFlag(false) {
-    _initInProgress = 0;
-}
+ServerProfileProvider::ServerProfileProvider() : initFlag(false) { _initInProgress = 0; }
 
-ServerProfileProvider::~ServerProfileProvider() {
-    trace("Destructor ");
-}
+ServerProfileProvider::~ServerProfileProvider() { trace("Destructor "); }
 
 void ServerProfileProvider::initialize(CIMOMHandle& cimom) {
     trace("Quil initialize(): Start ");

@@ -75,13 +75,9 @@ std::vector<Instance> Registration::capabilities() const {
     return result;
 }
 
-std::string Registration::module() const {
-    return ofFirst(instances, moduleClass, "Name");
-}
+std::string Registration::module() const { return ofFirst(instances, moduleClass, "Name"); }
 
-std::string Registration::provider() const {
-    return ofFirst(instances, providerClass, "Name");
-}
+std::string Registration::provider() const { return ofFirst(instances, providerClass, "Name"); }
 
 std::string Registration::library() const {
     return "lib" + ofFirst(instances, moduleClass, "Location") + ".so";
@@ -136,9 +132,7 @@ bool forInstancesAlone(const Instance& capability) {
     return texts(capability, "ProviderType") == std::vector<std::string>{"2"};
 }
 
-std::string capabilityName(const Instance& capability) {
-    return text(capability, "ClassName");
-}
+std::string capabilityName(const Instance& capability) { return text(capability, "ClassName"); }
 
 std::map<std::string, NameSet, NameLess> Content::keys() const {
     std::map<std::string, NameSet, NameLess> result;

@@ -94,9 +94,7 @@ Mof readListing(const std::string& text, const std::string& origin) {
     return summary(mof::readText(std::regex_replace(text, embedded, "$1string $2;"), origin));
 }
 
-Mof readMofFile(const std::filesystem::path& file) {
-    return summary(mof::readFile(file));
-}
+Mof readMofFile(const std::filesystem::path& file) { return summary(mof::readFile(file)); }
 
 const mof::Value* find(const Instance& instance, const std::string& property) {
     for (const mof::PropertyInitializer& each : instance.properties)

@@ -98,9 +98,7 @@ void takeSignals() {
     sigaction(SIGPIPE, &action, nullptr);
 }
 
-int interruptedBy() {
-    return g_signal;
-}
+int interruptedBy() { return g_signal; }
 
 std::string environment(const char* name) {
     const char* value = std::getenv(name);

@@ -20,9 +20,7 @@ const std::string& checked(bool isOne, const std::string& text, const char* what
     return text;
 }
 
-std::string name(const std::string& text) {
-    return checked(isName(text), text, "name");
-}
+std::string name(const std::string& text) { return checked(isName(text), text, "name"); }
 
 std::string nameSpace(const std::string& text) {
     return checked(isNameSpace(text), text, "namespace");
@@ -55,9 +53,7 @@ Record fromJson(const Json& json) {
 
 } // namespace
 
-bool Record::made(const std::string& nameSpace) const {
-    return hasName(nameSpaces, nameSpace);
-}
+bool Record::made(const std::string& nameSpace) const { return hasName(nameSpaces, nameSpace); }
 
 bool Record::empty() const {
     return nameSpaces.empty() && files.empty() &&

@@ -55,9 +55,7 @@ class Builder {
     Array<CIMKeyBinding> _keys;
 };
 
-String text(const std::string& utf8) {
-    return String(utf8.c_str());
-}
+String text(const std::string& utf8) { return String(utf8.c_str()); }
 
 /// What every service and access point of the system has.
 Builder inSystem(const char* className, const ServerFacts& facts, const String& name) {

@@ -23,9 +23,7 @@ namespace serverobjects {
 
 namespace {
 
-String text(const std::string& utf8) {
-    return String(utf8.c_str());
-}
+String text(const std::string& utf8) { return String(utf8.c_str()); }
 
 /// What `ask` returns; nothing if the server has no such namespace, class or provider.
 template <class Ask>

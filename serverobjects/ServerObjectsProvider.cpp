@@ -22,8 +22,7 @@ CIMObjectPath localPath(const CIMObjectPath& path) {
 } // namespace
 
 ServerObjectsProvider::ServerObjectsProvider(std::function<Settings()> settings)
-    : _settings(std::move(settings)) {
-}
+    : _settings(std::move(settings)) {}
 
 ServerObjectsProvider::~ServerObjectsProvider() = default;
 
@@ -32,9 +31,7 @@ void ServerObjectsProvider::initialize(CIMOMHandle& cimom) {
     _cimom = cimom;
 }
 
-void ServerObjectsProvider::terminate() {
-    delete this;
-}
+void ServerObjectsProvider::terminate() { delete this; }
 
 /// REQUIRES: the mutex is held, and the settings are known.
 bool ServerObjectsProvider::serverPublishes(const CIMNamespaceName& nameSpace) {

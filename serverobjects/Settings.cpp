@@ -19,13 +19,9 @@ std::string trimmed(const std::string& text) {
                                      : text.substr(from, text.find_last_not_of(space) + 1 - from);
 }
 
-void read(const std::string& value, std::string& member) {
-    member = value;
-}
+void read(const std::string& value, std::string& member) { member = value; }
 
-void read(const std::string& value, std::optional<std::string>& member) {
-    member = value;
-}
+void read(const std::string& value, std::optional<std::string>& member) { member = value; }
 
 void read(const std::string& value, std::vector<std::string>& member) {
     member.clear();

@@ -41,9 +41,7 @@ constexpr Member members[] = {
 };
 
 // CIM_Namespace whatever the class: on purpose.
-const char* secondFailureLine(const Array<CIMObjectPath>&) {
-    return nullptr;
-}
+const char* secondFailureLine(const Array<CIMObjectPath>&) { return nullptr; }
 const char* secondFailureLine(const Array<CIMInstance>&) {
     return "ObjMgrAssoc:(): Exception - ei CIM_Namespace ";
 }

@@ -23,9 +23,7 @@ Directory::Directory(std::filesystem::path path)
                                 "cannot open the directory " + _path.string());
 }
 
-Directory::~Directory() {
-    ::close(_directory);
-}
+Directory::~Directory() { ::close(_directory); }
 
 void Directory::create(const std::string& name, std::string_view text, unsigned mode) const {
     const int file = ::openat(_directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | noLink, mode);

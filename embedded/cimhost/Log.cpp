@@ -57,9 +57,7 @@ void setUpLog(const std::string& level) {
     spdlog::set_error_handler([](const std::string&) {});
 }
 
-void warnOften(const std::string& kind, const std::string& line) {
-    throttle()(kind, line);
-}
+void warnOften(const std::string& kind, const std::string& line) { throttle()(kind, line); }
 
 void logText(const std::string& text) {
     std::string shown;

@@ -126,16 +126,10 @@ LogQueue::LogQueue(int descriptor, std::size_t limit)
     std::thread([shared = _shared] { shared->run(); }).detach();
 }
 
-LogQueue::~LogQueue() {
-    _shared->giveUp();
-}
+LogQueue::~LogQueue() { _shared->giveUp(); }
 
-void LogQueue::put(std::string text) noexcept {
-    _shared->put(std::move(text));
-}
+void LogQueue::put(std::string text) noexcept { _shared->put(std::move(text)); }
 
-bool LogQueue::drain(std::chrono::milliseconds patience) {
-    return _shared->drain(patience);
-}
+bool LogQueue::drain(std::chrono::milliseconds patience) { return _shared->drain(patience); }
 
 } // namespace embedded::cimhost

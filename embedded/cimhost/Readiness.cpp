@@ -51,9 +51,7 @@ Readiness::~Readiness() {
         ::close(_socket);
 }
 
-void Readiness::ready() const noexcept {
-    tell("READY=1");
-}
+void Readiness::ready() const noexcept { tell("READY=1"); }
 
 void Readiness::reloading() const noexcept {
     const std::chrono::microseconds now = std::chrono::duration_cast<std::chrono::microseconds>(
@@ -64,9 +62,7 @@ void Readiness::reloading() const noexcept {
     tell({state.data(), static_cast<std::size_t>(length)});
 }
 
-void Readiness::stopping() const noexcept {
-    tell("STOPPING=1");
-}
+void Readiness::stopping() const noexcept { tell("STOPPING=1"); }
 
 void Readiness::tell(std::string_view state) const noexcept {
     if (_socket >= 0)

@@ -115,9 +115,7 @@ constexpr unsigned freeWorkers = 4;
 unsigned readingLane(const routing::ProviderModules& modules) {
     return static_cast<unsigned>(modules.modules().size());
 }
-unsigned verifyingLane(const routing::ProviderModules& modules) {
-    return readingLane(modules) + 1;
-}
+unsigned verifyingLane(const routing::ProviderModules& modules) { return readingLane(modules) + 1; }
 
 // A lane for each module, so that one that hangs takes its own threads alone, one for the reading
 // of long requests, so that these leave the processors to others, and one for the verifying of

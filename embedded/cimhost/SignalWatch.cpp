@@ -33,8 +33,7 @@ SignalWatch::SignalWatch(std::function<void(unsigned)> end, std::function<void()
                   reload();
               else
                   end(++count);
-      }) {
-}
+      }) {}
 
 SignalWatch::~SignalWatch() {
     _ending = true;

@@ -8,8 +8,7 @@ namespace embedded::cimhost {
 
 Throttle::Throttle(std::function<void(const std::string&)> say,
                    std::function<Clock::time_point()> now)
-    : _say(std::move(say)), _now(std::move(now)) {
-}
+    : _say(std::move(say)), _now(std::move(now)) {}
 
 void Throttle::operator()(const std::string& kind, const std::string& line) {
     const threads::Lock lock(_mutex);

@@ -136,16 +136,12 @@ void openStandardStreams() {
 // ends the process when it has no memory for it (an assertion, or a null pointer: nss_database.c).
 // So the first one is made here, one that asks no other machine, and not in a module's
 // initialize().
-void prepareNameServices() {
-    ::getprotobyname("tcp");
-}
+void prepareNameServices() { ::getprotobyname("tcp"); }
 
 // A large block is to be a mapping of its own, which goes back to the system when it is freed. The
 // bound is fixed, or glibc raises it to the largest block that was ever freed, and keeps what is
 // below.
-void giveLargeBlocksBack() {
-    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-}
+void giveLargeBlocksBack() { mallopt(M_MMAP_THRESHOLD, 128 * 1024); }
 
 int main(int argc, const char* const* argv) {
     giveLargeBlocksBack();
@@ -168,6 +164,4 @@ int main(int argc, const char* const* argv) {
 } // namespace
 } // namespace embedded::cimhost
 
-int main(int argc, char** argv) {
-    return embedded::cimhost::main(argc, argv);
-}
+int main(int argc, char** argv) { return embedded::cimhost::main(argc, argv); }

@@ -87,9 +87,7 @@ class Parsers {
     std::vector<std::unique_ptr<Parser>> _free GUARDED_BY(_mutex);
 };
 
-bool isBlank(std::string_view text) {
-    return text::trimmed(text).empty();
-}
+bool isBlank(std::string_view text) { return text::trimmed(text).empty(); }
 
 /// Rejects bytes that no document may hold, wherever they are: that goes before all else.
 void checkBytes(std::string_view text) {
@@ -119,13 +117,9 @@ Attribute Element::attribute(std::string_view name) const {
     return found == endAttributes() ? Attribute() : *found;
 }
 
-Element Element::child(std::string_view name) const {
-    return *children(name).begin();
-}
+Element Element::child(std::string_view name) const { return *children(name).begin(); }
 
-Element::Children Element::children(std::string_view name) const {
-    return {child(), name};
-}
+Element::Children Element::children(std::string_view name) const { return {child(), name}; }
 
 class Document::Reader {
   public:

@@ -276,9 +276,7 @@ void check(const Element& element, const Rule& rule) {
 
 } // namespace
 
-void checkElement(const Element& element) {
-    check(element, ruleOf(element));
-}
+void checkElement(const Element& element) { check(element, ruleOf(element)); }
 
 std::string_view knownElement(std::string_view name) {
     const Rule* const rule = findRule(name);

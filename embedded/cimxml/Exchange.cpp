@@ -23,9 +23,7 @@ constexpr const char* verbExtensionPost = "M-POST";
 constexpr const char* extensionName = "http://www.dmtf.org/cim/mapping/http/v1.0";
 
 // Of 400 or 501.
-const char* reason(unsigned status) {
-    return status == 501 ? "Not Implemented" : "Bad Request";
-}
+const char* reason(unsigned status) { return status == 501 ? "Not Implemented" : "Bad Request"; }
 
 // A detail may quote the request. Cut between characters.
 std::string shortened(const std::string& detail) {

@@ -16,9 +16,7 @@ using text::isDigit;
 
 namespace {
 
-RequestRejected mismatch(const std::string& detail) {
-    return {400, "header-mismatch", detail};
-}
+RequestRejected mismatch(const std::string& detail) { return {400, "header-mismatch", detail}; }
 
 void checkContentType(const Request& request) {
     const std::string* field = findField(request.fields, "Content-Type");

@@ -160,9 +160,7 @@ void Connection::refuse(Reply reply) {
     secure(_owner.options().refusalTime, &Connection::sendRefusal);
 }
 
-void Connection::sendRefusal() {
-    respond(std::move(_reply));
-}
+void Connection::sendRefusal() { respond(std::move(_reply)); }
 
 void Connection::giveWay() {
     // Not tested: its request has come between the choice, on another thread, and this.
@@ -583,9 +581,7 @@ void Connection::within(Clock::duration time, Step expired) {
         awaitDeadline();
 }
 
-void Connection::disarm() {
-    _deadline = Clock::time_point::max();
-}
+void Connection::disarm() { _deadline = Clock::time_point::max(); }
 
 void Connection::awaitDeadline() {
     _timing = true;

@@ -16,9 +16,7 @@ bool isUnreserved(char c) {
     return text::isDigit(c) || text::isLetter(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
-std::string trimmed(std::string_view text) {
-    return std::string(text::trimmed(text));
-}
+std::string trimmed(std::string_view text) { return std::string(text::trimmed(text)); }
 
 std::string unquoted(const std::string& text) {
     if (text.size() >= 2 && text.front() == '"' && text.back() == '"')

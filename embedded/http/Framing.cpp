@@ -7,9 +7,7 @@
 namespace embedded::http {
 namespace {
 
-Refusal badRequest(const std::string& why) {
-    return {400, "Bad Request", why};
-}
+Refusal badRequest(const std::string& why) { return {400, "Bad Request", why}; }
 
 } // namespace
 

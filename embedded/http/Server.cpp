@@ -49,9 +49,7 @@ tcp::endpoint endpoint(asio::io_context& io, const std::string& address, std::ui
         ->endpoint();
 }
 
-Reply unavailable() {
-    return emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}});
-}
+Reply unavailable() { return emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}}); }
 
 // What the listening socket `socket` speaks.
 tcp protocol(int socket) {
@@ -85,17 +83,14 @@ Listener::Listener(const std::string& address, std::uint16_t port,
 
 Listener::Listener(Listener&& other) noexcept
     : _socket(other.release()), _port(other._port), _isLoopback(other._isLoopback),
-      _tls(std::move(other._tls)) {
-}
+      _tls(std::move(other._tls)) {}
 
 Listener::~Listener() {
     if (_socket >= 0)
         ::close(_socket);
 }
 
-int Listener::release() {
-    return std::exchange(_socket, -1);
-}
+int Listener::release() { return std::exchange(_socket, -1); }
 
 // Each I/O thread has an io_context of its own and keeps the connections that it was given, so that
 // what happens to a connection happens on one thread, and threads share next to nothing. The first
@@ -637,21 +632,14 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
 
 Server::Server(std::vector<Listener> listeners, const Options& options, Handler handler)
     : _implementation(
-          std::make_shared<Implementation>(std::move(listeners), options, std::move(handler))) {
-}
+          std::make_shared<Implementation>(std::move(listeners), options, std::move(handler))) {}
 
 Server::~Server() = default;
 
-void Server::run() {
-    _implementation->run();
-}
+void Server::run() { _implementation->run(); }
 
-void Server::stop(std::chrono::seconds grace) {
-    _implementation->stop(grace);
-}
+void Server::stop(std::chrono::seconds grace) { _implementation->stop(grace); }
 
-bool Server::drained() const {
-    return _implementation->drained();
-}
+bool Server::drained() const { return _implementation->drained(); }
 
 } // namespace embedded::http

@@ -56,8 +56,6 @@ std::string Stream::handshakeProblem(const Error& error) {
     return problem;
 }
 
-bool Stream::isPlainHttp(const Error& error) {
-    return isTls(error, SSL_R_HTTP_REQUEST);
-}
+bool Stream::isPlainHttp(const Error& error) { return isTls(error, SSL_R_HTTP_REQUEST); }
 
 } // namespace embedded::http

@@ -17,9 +17,7 @@ namespace {
 using Context = std::shared_ptr<SSL_CTX>;
 
 // Nobody is there to be asked for the password of a key; without this, OpenSSL asks the terminal.
-int noPassword(char*, int, int, void*) {
-    return -1;
-}
+int noPassword(char*, int, int, void*) { return -1; }
 
 void require(bool done, const std::string& what, const std::filesystem::path& file) {
     if (!done)
@@ -79,8 +77,7 @@ std::string commonName(const X509* certificate) {
 
 } // namespace
 
-TlsContext::TlsContext(Files files) : _files(std::move(files)), _current(load(_files)) {
-}
+TlsContext::TlsContext(Files files) : _files(std::move(files)), _current(load(_files)) {}
 
 void TlsContext::reload() {
     Context fresh = load(_files);

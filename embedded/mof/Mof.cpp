@@ -10,8 +10,7 @@ std::string Location::text() const {
 }
 
 MofError::MofError(const Location& where, const std::string& message)
-    : std::runtime_error(where.text() + ": " + message), _where(where) {
-}
+    : std::runtime_error(where.text() + ": " + message), _where(where) {}
 
 Specification readFile(const std::filesystem::path& file,
                        const std::vector<std::filesystem::path>& includeDirectories) {

@@ -91,8 +91,7 @@ bool isNamespaceName(std::string_view text) {
 } // namespace
 
 Reading::Reading(std::vector<fs::path> includeDirectories)
-    : _includeDirectories(std::move(includeDirectories)) {
-}
+    : _includeDirectories(std::move(includeDirectories)) {}
 
 void Reading::readFile(const fs::path& file) {
     const Source source(file.string());

@@ -11,9 +11,7 @@ namespace {
 
 constexpr std::size_t longestShownToken = 40;
 
-bool continuesCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
+bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
 std::string shown(std::string_view token) {
     if (token.size() <= longestShownToken)
@@ -47,8 +45,7 @@ void Position::advance(std::string_view text) {
     }
 }
 
-Source::Source(const std::string& name) : _name(&kept(name)) {
-}
+Source::Source(const std::string& name) : _name(&kept(name)) {}
 
 Location Source::at(const Position& position) const {
     return Location{_name, position.line, position.column};

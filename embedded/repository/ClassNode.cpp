@@ -21,9 +21,7 @@ bool sameDeclared(const CIMConstProperty& a, const CIMConstProperty& b) {
     return a.identical(b) && a.getArraySize() == b.getArraySize();
 }
 
-bool sameDeclared(const CIMConstMethod& a, const CIMConstMethod& b) {
-    return a.identical(b);
-}
+bool sameDeclared(const CIMConstMethod& a, const CIMConstMethod& b) { return a.identical(b); }
 
 template <class Member, class IsSame>
 bool sameMembers(const NamedList<Member>& a, const NamedList<Member>& b, IsSame isSame) {
@@ -90,9 +88,7 @@ void ClassNode::declare(const CIMProperty& property) {
     replace(references, member, property.getType() == CIMTYPE_REFERENCE);
 }
 
-void ClassNode::declare(const CIMMethod& method) {
-    replace(methods, Method{method, this});
-}
+void ClassNode::declare(const CIMMethod& method) { replace(methods, Method{method, this}); }
 
 bool sameClass(const ClassNode& a, const ClassNode& b) {
     return a.superclass == b.superclass && a.head.identical(b.head) &&

@@ -14,9 +14,7 @@ namespace {
 /// More than any instance's number.
 constexpr std::uint64_t pastAll = std::numeric_limits<std::uint64_t>::max();
 
-std::uint64_t hashOf(const PathKey& key) {
-    return text::keyedHash(key.text());
-}
+std::uint64_t hashOf(const PathKey& key) { return text::keyedHash(key.text()); }
 
 } // namespace
 

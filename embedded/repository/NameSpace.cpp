@@ -9,9 +9,7 @@ using namespace Pegasus;
 namespace {
 
 /// What stands for `node` in the index of subclasses.
-std::uint64_t parentKey(const ClassNode* node) {
-    return node ? node->number + 1 : 0;
-}
+std::uint64_t parentKey(const ClassNode* node) { return node ? node->number + 1 : 0; }
 
 bool takes(const ClassNode& association, const ClassNode& referenceClass) {
     bool found = false;

@@ -96,13 +96,9 @@ bool PathKey::matches(const PathKey& asked, bool loosely) const {
                                               asked._places.end(), samePlace);
 }
 
-bool PathKey::matches(const PathKey& asked) const {
-    return matches(asked, false);
-}
+bool PathKey::matches(const PathKey& asked) const { return matches(asked, false); }
 
-bool PathKey::matchesLoosely(const PathKey& asked) const {
-    return matches(asked, true);
-}
+bool PathKey::matchesLoosely(const PathKey& asked) const { return matches(asked, true); }
 
 CIMObjectPath withoutPlace(const CIMObjectPath& path) {
     return CIMObjectPath(String::EMPTY, CIMNamespaceName(), path.getClassName(),

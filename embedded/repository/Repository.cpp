@@ -64,14 +64,11 @@ class Repository::Implementation {
         _now GUARDED_BY(_reading) = std::make_shared<NameSpaceList>();
 };
 
-Repository::Repository() : _implementation(std::make_unique<Implementation>()) {
-}
+Repository::Repository() : _implementation(std::make_unique<Implementation>()) {}
 
 Repository::~Repository() = default;
 
-View Repository::view() const {
-    return View(_implementation->now());
-}
+View Repository::view() const { return View(_implementation->now()); }
 
 void Repository::createNameSpace(const CIMNamespaceName& nameSpace) {
     if (nameSpace.isNull())

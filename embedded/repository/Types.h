@@ -38,9 +38,7 @@ template <class... Parts>
 }
 
 /// CIM does not tell names apart by case (DSP0004): the form in which to look them up.
-inline std::string folded(const std::string& name) {
-    return text::lowered(name);
-}
+inline std::string folded(const std::string& name) { return text::lowered(name); }
 using Pegasus::embedding::folded;
 using Pegasus::embedding::foldedHash;
 

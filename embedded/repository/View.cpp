@@ -44,9 +44,7 @@ bool View::hasNameSpace(const CIMNamespaceName& nameSpace) const {
     return _all->find(nameSpace) != nullptr;
 }
 
-std::vector<CIMNamespaceName> View::nameSpaces() const {
-    return _all->names();
-}
+std::vector<CIMNamespaceName> View::nameSpaces() const { return _all->names(); }
 
 bool View::hasClass(const CIMNamespaceName& nameSpace, const CIMName& className) const {
     return in(nameSpace).find(className) != nullptr;

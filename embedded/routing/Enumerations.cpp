@@ -29,9 +29,7 @@ std::string newContext() {
     return context;
 }
 
-CIMException limitsExceeded(const char* what) {
-    return {CIM_ERR_SERVER_LIMITS_EXCEEDED, what};
-}
+CIMException limitsExceeded(const char* what) { return {CIM_ERR_SERVER_LIMITS_EXCEEDED, what}; }
 
 CIMException unknownContext() {
     return {CIM_ERR_INVALID_ENUMERATION_CONTEXT,
@@ -91,8 +89,7 @@ void EnumerationLease::giveBack() noexcept {
 }
 
 Enumerations::Enumerations(const Bounds& bounds, std::function<Clock::time_point()> now)
-    : _bounds(bounds), _now(std::move(now)), _expiring([this] { removeExpired(); }) {
-}
+    : _bounds(bounds), _now(std::move(now)), _expiring([this] { removeExpired(); }) {}
 
 Enumerations::~Enumerations() {
     {

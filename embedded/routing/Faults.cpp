@@ -43,9 +43,7 @@ std::vector<CIMStatusCode> statuses() {
     return result;
 }
 
-std::string operationList() {
-    return any + (", " + joined(readBacks(), operationName));
-}
+std::string operationList() { return any + (", " + joined(readBacks(), operationName)); }
 
 std::string statusList() {
     return joined(

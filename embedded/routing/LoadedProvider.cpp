@@ -29,9 +29,7 @@ LoadedProvider::LoadedProvider(const RegisteredModule& module, const ProviderNam
     }
 }
 
-LoadedProvider::~LoadedProvider() {
-    terminate();
-}
+LoadedProvider::~LoadedProvider() { terminate(); }
 
 void LoadedProvider::create(const RegisteredModule& module) {
     if (const auto linked = _settings.linked.find(module.location);

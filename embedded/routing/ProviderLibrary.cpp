@@ -45,9 +45,7 @@ void* opened(const std::filesystem::path& file) {
 
 } // namespace
 
-std::string libraryFileName(const std::string& location) {
-    return "lib" + location + ".so";
-}
+std::string libraryFileName(const std::string& location) { return "lib" + location + ".so"; }
 
 std::optional<std::filesystem::path>
 findLibrary(const std::vector<std::filesystem::path>& directories, const std::string& location) {
@@ -61,8 +59,7 @@ findLibrary(const std::vector<std::filesystem::path>& directories, const std::st
 }
 
 ProviderLibrary::ProviderLibrary(const std::filesystem::path& file, bool keepOpen)
-    : _handle(opened(file)), _keepOpen(keepOpen) {
-}
+    : _handle(opened(file)), _keepOpen(keepOpen) {}
 
 ProviderLibrary::~ProviderLibrary() {
     if (!_keepOpen)

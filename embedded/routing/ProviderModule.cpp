@@ -244,9 +244,7 @@ ProviderModules::ProviderModules(Registration registration, ModuleSettings setti
     }
 }
 
-ProviderModules::~ProviderModules() {
-    unloadAll();
-}
+ProviderModules::~ProviderModules() { unloadAll(); }
 
 Provider* ProviderModules::find(const CIMNamespaceName& nameSpace, const CIMName& className,
                                 ProviderType type) const {

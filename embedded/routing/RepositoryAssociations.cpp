@@ -85,8 +85,7 @@ RepositoryAssociations::RepositoryAssociations(repository::View view,
                                                const CIMObjectPath& source,
                                                TraversalFilters filters)
     : _view(std::move(view)), _nameSpace(nameSpace), _source(localPath(source)),
-      _filters(std::move(filters)) {
-}
+      _filters(std::move(filters)) {}
 
 /// The associations that refer to the source instance, are of a class with the roles of the filters
 /// and of a group that is wanted.

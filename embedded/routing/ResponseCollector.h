@@ -15,9 +15,7 @@ enum class Expected { One, Any };
 // A delivered object becomes the server's own copy: its provider may keep it, change it, and
 // deliver it on another thread at the same time.
 
-inline Pegasus::CIMObjectPath ownCopy(const Pegasus::CIMObjectPath& path) {
-    return path;
-}
+inline Pegasus::CIMObjectPath ownCopy(const Pegasus::CIMObjectPath& path) { return path; }
 template <class Object>
 Object ownCopy(const Object& object) {
     return object.clone();

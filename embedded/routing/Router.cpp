@@ -43,9 +43,7 @@ bool isNameSpaceClass(const CIMName& className) {
     return isCalled("CIM_Namespace") || isCalled("PG_Namespace") || isCalled("__Namespace");
 }
 
-CIMPropertyList listOf(const CIMName& name) {
-    return CIMPropertyList(Array<CIMName>(&name, 1));
-}
+CIMPropertyList listOf(const CIMName& name) { return CIMPropertyList(Array<CIMName>(&name, 1)); }
 
 /// Whoever answers for what would be written.
 void requireRole(const Operation& operation) {
@@ -73,8 +71,7 @@ String localHostName() {
 
 Router::Router(repository::Repository& repository, const ProviderModules& modules,
                const String& hostName, bool writable)
-    : _repository(repository), _modules(modules), _hostName(hostName), _writable(writable) {
-}
+    : _repository(repository), _modules(modules), _hostName(hostName), _writable(writable) {}
 
 Plan Router::plan(const Operation& operation) {
     return asCimErrors([&] {

@@ -25,13 +25,9 @@ std::size_t appendUtf16(std::u16string& units, std::string_view text);
 /// are written as \\xNN, byte by byte.
 std::string visible(std::string_view text);
 
-constexpr bool isHighSurrogate(char32_t unit) noexcept {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
+constexpr bool isHighSurrogate(char32_t unit) noexcept { return unit >= 0xD800 && unit < 0xDC00; }
 
-constexpr bool isLowSurrogate(char32_t unit) noexcept {
-    return unit >= 0xDC00 && unit < 0xE000;
-}
+constexpr bool isLowSurrogate(char32_t unit) noexcept { return unit >= 0xDC00 && unit < 0xE000; }
 
 /// Takes one character off the code units from `at` on; a surrogate that stands alone is taken
 /// as it is. REQUIRES: `at` != `end`.

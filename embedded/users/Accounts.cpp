@@ -39,8 +39,7 @@ class Accounts::Users {
 };
 
 Accounts::Accounts(std::vector<User> users, std::function<Clock::time_point()> now)
-    : _now(std::move(now)), _users(std::make_shared<const Users>(std::move(users))) {
-}
+    : _now(std::move(now)), _users(std::make_shared<const Users>(std::move(users))) {}
 
 Verdict Accounts::recall(const Credentials& credentials, std::string_view address) {
     return recall(credentials, address, _digest(credentials));

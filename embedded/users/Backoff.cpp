@@ -18,8 +18,7 @@ std::chrono::seconds delay(unsigned failures) {
 
 } // namespace
 
-Backoff::Backoff() : _failures(limits::failuresKept) {
-}
+Backoff::Backoff() : _failures(limits::failuresKept) {}
 
 std::chrono::seconds Backoff::wait(std::string_view who, Clock::time_point now) {
     const Failures* const failures = _failures.find(text::keyedHash(who));
@@ -37,8 +36,6 @@ void Backoff::failed(std::string_view who, Clock::time_point now) {
     failures.until = now + delay(failures.count);
 }
 
-void Backoff::forget(std::string_view who) {
-    _failures.forget(text::keyedHash(who));
-}
+void Backoff::forget(std::string_view who) { _failures.forget(text::keyedHash(who)); }
 
 } // namespace embedded::users

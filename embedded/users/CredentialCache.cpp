@@ -53,12 +53,9 @@ Digester::Digest Digester::operator()(const Credentials& credentials) const {
     return digest;
 }
 
-void Digester::Free::operator()(EVP_MAC_CTX* context) const noexcept {
-    EVP_MAC_CTX_free(context);
-}
+void Digester::Free::operator()(EVP_MAC_CTX* context) const noexcept { EVP_MAC_CTX_free(context); }
 
-CredentialCache::CredentialCache() : _until(limits::remembered) {
-}
+CredentialCache::CredentialCache() : _until(limits::remembered) {}
 
 bool CredentialCache::holds(const Digest& digest, Clock::time_point now) {
     const Clock::time_point* const until = _until.find(digest);

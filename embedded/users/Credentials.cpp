@@ -11,13 +11,9 @@ namespace {
 
 constexpr std::string_view scheme = "Basic";
 
-bool isOfBase64(char c) {
-    return text::isLetter(c) || text::isDigit(c) || c == '+' || c == '/';
-}
+bool isOfBase64(char c) { return text::isLetter(c) || text::isDigit(c) || c == '+' || c == '/'; }
 
-bool isControl(char c) {
-    return static_cast<unsigned char>(c) < ' ' || c == 0x7F;
-}
+bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }
 
 /// The bytes that `text` stands for; none if it is no Base64, of one line and with its padding.
 std::optional<std::string> decoded(std::string_view text) {

@@ -211,9 +211,7 @@ std::pair<std::string, bool> edited(std::string_view text, const std::string& na
 
 } // namespace
 
-const char* roleName(Role role) {
-    return role == Role::Write ? "write" : "read";
-}
+const char* roleName(Role role) { return role == Role::Write ? "write" : "read"; }
 
 std::string nameFault(std::string_view name) {
     if (name.empty())

@@ -129,34 +129,22 @@ void* operator new(std::size_t size) {
         throw std::bad_alloc();
     return memory;
 }
-void* operator new[](std::size_t size) {
-    return ::operator new(size);
-}
+void* operator new[](std::size_t size) { return ::operator new(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return fails() ? nullptr : std::malloc(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     return fails() ? nullptr : std::malloc(size);
 }
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 
 #else
 
 extern "C" {
-void* malloc(std::size_t size) {
-    return fails() ? nullptr : __libc_malloc(size);
-}
+void* malloc(std::size_t size) { return fails() ? nullptr : __libc_malloc(size); }
 void* calloc(std::size_t count, std::size_t size) {
     return fails() ? nullptr : __libc_calloc(count, size);
 }

@@ -48,9 +48,7 @@ CIMName noSoleKey(const CIMName&) {
     throw CIMException(CIM_ERR_INVALID_PARAMETER, "a key without a name");
 }
 
-std::string document(const std::string& element) {
-    return "<?xml version=\"1.0\"?>" + element;
-}
+std::string document(const std::string& element) { return "<?xml version=\"1.0\"?>" + element; }
 
 // Whether it has what no XML document can hold, and so is not given back.
 bool isOutsideXml(const String& text) {

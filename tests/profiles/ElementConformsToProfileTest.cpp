@@ -96,9 +96,7 @@ const EchoClass echoClass = {
 
 } // namespace
 
-TEST_F(ElementConformsToProfileTest, PairsTheElementsOfEachClassWithItsProfile) {
-    expectAllBut(0);
-}
+TEST_F(ElementConformsToProfileTest, PairsTheElementsOfEachClassWithItsProfile) { expectAllBut(0); }
 
 TEST_F(ElementConformsToProfileTest, NameIsWrittenOutWithTheElementsPathAsTheServerGaveIt) {
     EXPECT_EQ(enumerate(true).delivered.at(1),
@@ -161,6 +159,4 @@ TEST_F(ElementConformsToProfileTest, ExceptionOfTheHandlerPassesBeforeTheThirdQu
     }
 }
 
-TEST_F(ElementConformsToProfileTest, IsGotAsWantedWithoutAPath) {
-    expectAllRules(echoClass);
-}
+TEST_F(ElementConformsToProfileTest, IsGotAsWantedWithoutAPath) { expectAllRules(echoClass); }

@@ -91,6 +91,4 @@ TEST_F(SubProfileRequiresProfileTest, ExceptionOfTheHandlerPassesAfterWhatWasDel
     EXPECT_EQ(instances.delivered.size(), 2U);
 }
 
-TEST_F(SubProfileRequiresProfileTest, IsGotAsWantedWithoutAPath) {
-    expectAllRules(echoClass);
-}
+TEST_F(SubProfileRequiresProfileTest, IsGotAsWantedWithoutAPath) { expectAllRules(echoClass); }

@@ -62,9 +62,7 @@ const std::vector<const char*> servedButNoSource = {
     "ORVEX_ElementSoftwareIdentity",
 };
 
-bool isAssociators(const std::string& operation) {
-    return operation[0] == 'a';
-}
+bool isAssociators(const std::string& operation) { return operation[0] == 'a'; }
 
 std::string lower(std::string name) {
     for (char& c : name)
@@ -86,9 +84,7 @@ class AssociationOperationsTest : public ModuleTest {
 
 class SourceTest : public AssociationOperationsTest, public testing::WithParamInterface<Source> {};
 
-std::string testName(const testing::TestParamInfo<Source>& info) {
-    return info.param.className;
-}
+std::string testName(const testing::TestParamInfo<Source>& info) { return info.param.className; }
 
 } // namespace
 

@@ -228,9 +228,7 @@ const std::vector<Get> gets = {
     {"PG_Namespace", "Name", "any", {}},
 };
 
-std::string getName(const testing::TestParamInfo<Get>& info) {
-    return info.param.className;
-}
+std::string getName(const testing::TestParamInfo<Get>& info) { return info.param.className; }
 
 } // namespace
 

@@ -59,9 +59,7 @@ class ServedClassTest : public ModuleTest, public testing::WithParamInterface<Se
 
 class UnservedClassTest : public ModuleTest {};
 
-std::string testName(const testing::TestParamInfo<ServedClass>& info) {
-    return info.param.name;
-}
+std::string testName(const testing::TestParamInfo<ServedClass>& info) { return info.param.name; }
 
 } // namespace
 

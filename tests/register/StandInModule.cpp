@@ -19,7 +19,5 @@ int registerTestModule() {
 }
 
 #if !defined(MODULE_EMPTY)
-void* PegasusCreateProvider() {
-    return nullptr;
-}
+void* PegasusCreateProvider() { return nullptr; }
 #endif

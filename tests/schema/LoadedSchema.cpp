@@ -24,9 +24,7 @@ std::vector<std::pair<std::string, std::string>> loadedFiles() {
     return files;
 }
 
-std::string projectFile(const std::string& relative) {
-    return SOURCE_DIRECTORY "/" + relative;
-}
+std::string projectFile(const std::string& relative) { return SOURCE_DIRECTORY "/" + relative; }
 
 LoadedSchema::LoadedSchema() {
     for (const auto& [nameSpace, file] : loadedFiles())

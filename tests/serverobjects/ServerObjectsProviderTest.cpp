@@ -331,9 +331,7 @@ TEST_F(ServerObjects, GetInstanceFindsWhatEnumerationNamesAndNothingElse) {
                  CIMObjectNotFoundException);
 }
 
-TEST_F(ServerObjects, AnotherClassHasNoObjects) {
-    EXPECT_EQ(Texts{}, names("PG_ObjectManager"));
-}
+TEST_F(ServerObjects, AnotherClassHasNoObjects) { EXPECT_EQ(Texts{}, names("PG_ObjectManager")); }
 
 TEST_F(ServerObjects, NothingCanBeChanged) {
     const CIMInstance object = instances(manager).at(0);

@@ -40,13 +40,9 @@ std::string listFlag(const CIMPropertyList& list) {
 
 } // namespace
 
-std::string text(const String& string) {
-    return static_cast<const char*>(string.getCString());
-}
+std::string text(const String& string) { return static_cast<const char*>(string.getCString()); }
 
-std::string text(const CIMObjectPath& path) {
-    return text(path.toString());
-}
+std::string text(const CIMObjectPath& path) { return text(path.toString()); }
 
 CIMClass makeClass(const std::string& name, const std::vector<std::string>& properties) {
     CIMClass cimClass{CIMName(name.c_str())};

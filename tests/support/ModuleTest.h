@@ -27,9 +27,7 @@ inline Lines joined(const std::vector<Lines>& parts) {
     return all;
 }
 
-inline Lines repeated(unsigned times, const std::string& line) {
-    return Lines(times, line);
-}
+inline Lines repeated(unsigned times, const std::string& line) { return Lines(times, line); }
 
 /// The messages of the init gate of `operation`, passed without waiting.
 inline Lines gateLines(const std::string& operation) {

@@ -15,9 +15,7 @@ inline const Lines& traversalOperations() {
     return names;
 }
 
-inline bool isAssociators(const std::string& operation) {
-    return operation[0] == 'a';
-}
+inline bool isAssociators(const std::string& operation) { return operation[0] == 'a'; }
 inline bool deliversNames(const std::string& operation) {
     return operation == "associatorNames" || operation == "referenceNames";
 }

@@ -89,8 +89,7 @@ Rep<T>& own(void*& pointer, Uint32 capacity) {
 } // namespace arrays
 
 template <class T>
-Array<T>::Array(const Array<T>& x) : _rep(share(arrays::rep<T>(x._rep))) {
-}
+Array<T>::Array(const Array<T>& x) : _rep(share(arrays::rep<T>(x._rep))) {}
 
 template <class T>
 Array<T>::~Array() {

@@ -36,20 +36,13 @@ CIMClassReads::CIMClassReads(const CIMObjectReads& x) : CIMElementReads(x) {
 }
 
 CIMClass::CIMClass(const CIMName& className, const CIMName& superClassName)
-    : CIMClassReads(std::make_shared<CIMClassRep>(className, superClassName)) {
-}
+    : CIMClassReads(std::make_shared<CIMClassRep>(className, superClassName)) {}
 
-Boolean CIMClassReads::isAssociation() const {
-    return classRepOf(*this).isAssociation();
-}
+Boolean CIMClassReads::isAssociation() const { return classRepOf(*this).isAssociation(); }
 
-Boolean CIMClassReads::isAbstract() const {
-    return classRepOf(*this).isAbstract();
-}
+Boolean CIMClassReads::isAbstract() const { return classRepOf(*this).isAbstract(); }
 
-const CIMName& CIMClassReads::getSuperClassName() const {
-    return classRepOf(*this).superClassName;
-}
+const CIMName& CIMClassReads::getSuperClassName() const { return classRepOf(*this).superClassName; }
 
 void CIMClass::setSuperClassName(const CIMName& superClassName) {
     classRepOf(*this).superClassName = superClassName;
@@ -64,29 +57,21 @@ Uint32 CIMClassReads::findMethod(const CIMName& name) const {
     return classRepOf(*this).methods.find(name);
 }
 
-CIMMethod CIMClass::getMethod(Uint32 index) {
-    return classRepOf(*this).methods.at(index);
-}
+CIMMethod CIMClass::getMethod(Uint32 index) { return classRepOf(*this).methods.at(index); }
 
 CIMConstMethod CIMClassReads::getMethod(Uint32 index) const {
     return classRepOf(*this).methods.at(index);
 }
 
-void CIMClass::removeMethod(Uint32 index) {
-    classRepOf(*this).methods.remove(index);
-}
+void CIMClass::removeMethod(Uint32 index) { classRepOf(*this).methods.remove(index); }
 
-Uint32 CIMClassReads::getMethodCount() const {
-    return classRepOf(*this).methods.count();
-}
+Uint32 CIMClassReads::getMethodCount() const { return classRepOf(*this).methods.count(); }
 
 void CIMClassReads::getKeyNames(Array<CIMName>& keyNames) const {
     keyNames = classRepOf(*this).keyNames();
 }
 
-Boolean CIMClassReads::hasKeys() const {
-    return classRepOf(*this).hasKeys();
-}
+Boolean CIMClassReads::hasKeys() const { return classRepOf(*this).hasKeys(); }
 
 CIMClass CIMClassReads::clone() const {
     return RepAccess::make<CIMClass>(initialized(_rep).clone());

@@ -30,8 +30,6 @@ const CIMFlavor CIMFlavor::TOINSTANCE(toInstance);
 const CIMFlavor CIMFlavor::TRANSLATABLE(translatable);
 const CIMFlavor CIMFlavor::DEFAULTS(overridable | toSubclass);
 
-String CIMFlavor::toString() const {
-    return flagNames(_bits, names);
-}
+String CIMFlavor::toString() const { return flagNames(_bits, names); }
 
 } // namespace Pegasus

@@ -12,8 +12,7 @@ CIMInstanceReads::CIMInstanceReads(const CIMObjectReads& x) : CIMElementReads(x)
 }
 
 CIMInstance::CIMInstance(const CIMName& className)
-    : CIMInstanceReads(std::make_shared<CIMInstanceRep>(className)) {
-}
+    : CIMInstanceReads(std::make_shared<CIMInstanceRep>(className)) {}
 
 CIMObjectPath CIMInstanceReads::buildPath(const CIMConstClass& cimClass) const {
     const CIMObjectRep& rep = initialized(_rep);

@@ -34,9 +34,7 @@ CIMKeyBinding::Type typeFor(const CIMValue& value) {
     }
 }
 
-bool isReal(CIMType type) {
-    return type == CIMTYPE_REAL32 || type == CIMTYPE_REAL64;
-}
+bool isReal(CIMType type) { return type == CIMTYPE_REAL32 || type == CIMTYPE_REAL64; }
 
 /// NaN, which equals nothing, for what is no number from end to end.
 Real64 realOf(const String& text) {
@@ -57,9 +55,7 @@ CIMKeyBindingRep::CIMKeyBindingRep(const CIMKeyBindingRep& x)
         _value = x._value;
 }
 
-CIMKeyBindingRep::~CIMKeyBindingRep() {
-    release(_path.load(std::memory_order_acquire));
-}
+CIMKeyBindingRep::~CIMKeyBindingRep() { release(_path.load(std::memory_order_acquire)); }
 
 const CIMKeyBindingRep& CIMKeyBindingRep::of(const CIMKeyBinding& binding) {
     static const CIMKeyBindingRep none;
@@ -112,11 +108,9 @@ CIMObjectPath embedding::referencedPath(const CIMKeyBinding& key) {
     return CIMKeyBindingRep::of(key).path();
 }
 
-CIMKeyBinding::CIMKeyBinding() : _rep(nullptr) {
-}
+CIMKeyBinding::CIMKeyBinding() : _rep(nullptr) {}
 
-CIMKeyBinding::CIMKeyBinding(const CIMKeyBinding& x) : _rep(share(x._rep)) {
-}
+CIMKeyBinding::CIMKeyBinding(const CIMKeyBinding& x) : _rep(share(x._rep)) {}
 
 CIMKeyBinding::CIMKeyBinding(const CIMName& name, const String& value, Type type)
     : _rep(new CIMKeyBindingRep) {
@@ -138,18 +132,14 @@ CIMKeyBinding::CIMKeyBinding(const CIMName& name, const CIMValue& value) : CIMKe
     *this = CIMKeyBinding(name, value.toString(), type);
 }
 
-CIMKeyBinding::~CIMKeyBinding() {
-    release(_rep);
-}
+CIMKeyBinding::~CIMKeyBinding() { release(_rep); }
 
 CIMKeyBinding& CIMKeyBinding::operator=(const CIMKeyBinding& x) {
     replace(_rep, x._rep);
     return *this;
 }
 
-const CIMName& CIMKeyBinding::getName() const {
-    return CIMKeyBindingRep::of(*this).name;
-}
+const CIMName& CIMKeyBinding::getName() const { return CIMKeyBindingRep::of(*this).name; }
 
 // The setters copy first what they are given: it may be a part of this key.
 // NOLINTBEGIN(performance-unnecessary-copy-initialization)
@@ -159,9 +149,7 @@ void CIMKeyBinding::setName(const CIMName& name) {
     detach(_rep).name = given;
 }
 
-const String& CIMKeyBinding::getValue() const {
-    return CIMKeyBindingRep::of(*this).value();
-}
+const String& CIMKeyBinding::getValue() const { return CIMKeyBindingRep::of(*this).value(); }
 
 void CIMKeyBinding::setValue(const String& value) {
     const String given = value;
@@ -170,13 +158,9 @@ void CIMKeyBinding::setValue(const String& value) {
 
 // NOLINTEND(performance-unnecessary-copy-initialization)
 
-CIMKeyBinding::Type CIMKeyBinding::getType() const {
-    return CIMKeyBindingRep::of(*this).type;
-}
+CIMKeyBinding::Type CIMKeyBinding::getType() const { return CIMKeyBindingRep::of(*this).type; }
 
-void CIMKeyBinding::setType(Type type) {
-    detach(_rep).type = type;
-}
+void CIMKeyBinding::setType(Type type) { detach(_rep).type = type; }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): the interface declares it so
 Boolean CIMKeyBinding::equal(CIMValue value) {

@@ -4,40 +4,25 @@ namespace Pegasus {
 
 CIMMethod::CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
                      Boolean propagated)
-    : CIMMethodReads(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {
-}
+    : CIMMethodReads(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {}
 
-const CIMName& CIMMethodReads::getName() const {
-    return initialized(_rep).name();
-}
+const CIMName& CIMMethodReads::getName() const { return initialized(_rep).name(); }
 
-void CIMMethod::setName(const CIMName& name) {
-    initialized(_rep).rename(name, "method");
-}
+void CIMMethod::setName(const CIMName& name) { initialized(_rep).rename(name, "method"); }
 
-CIMType CIMMethodReads::getType() const {
-    return initialized(_rep).type;
-}
+CIMType CIMMethodReads::getType() const { return initialized(_rep).type; }
 
-void CIMMethod::setType(CIMType type) {
-    initialized(_rep).type = type;
-}
+void CIMMethod::setType(CIMType type) { initialized(_rep).type = type; }
 
-const CIMName& CIMMethodReads::getClassOrigin() const {
-    return initialized(_rep).classOrigin;
-}
+const CIMName& CIMMethodReads::getClassOrigin() const { return initialized(_rep).classOrigin; }
 
 void CIMMethod::setClassOrigin(const CIMName& classOrigin) {
     initialized(_rep).classOrigin = classOrigin;
 }
 
-Boolean CIMMethodReads::getPropagated() const {
-    return initialized(_rep).propagated;
-}
+Boolean CIMMethodReads::getPropagated() const { return initialized(_rep).propagated; }
 
-void CIMMethod::setPropagated(Boolean propagated) {
-    initialized(_rep).propagated = propagated;
-}
+void CIMMethod::setPropagated(Boolean propagated) { initialized(_rep).propagated = propagated; }
 
 CIMMethod& CIMMethod::addParameter(const CIMParameter& x) {
     initialized(_rep).parameters.add(x, "parameter");
@@ -56,13 +41,9 @@ CIMConstParameter CIMMethodReads::getParameter(Uint32 index) const {
     return initialized(_rep).parameters.at(index);
 }
 
-void CIMMethod::removeParameter(Uint32 index) {
-    initialized(_rep).parameters.remove(index);
-}
+void CIMMethod::removeParameter(Uint32 index) { initialized(_rep).parameters.remove(index); }
 
-Uint32 CIMMethodReads::getParameterCount() const {
-    return initialized(_rep).parameters.count();
-}
+Uint32 CIMMethodReads::getParameterCount() const { return initialized(_rep).parameters.count(); }
 
 Boolean CIMMethodReads::identical(const CIMConstMethod& x) const {
     return initialized(_rep).identical(repOf(x));

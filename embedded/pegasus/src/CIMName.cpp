@@ -53,24 +53,18 @@ String legalNamespaceName(const String& name) {
 
 } // namespace
 
-CIMName::CIMName(const String& name) : _name(legalName(name)) {
-}
+CIMName::CIMName(const String& name) : _name(legalName(name)) {}
 
-Boolean CIMName::equal(const char* name) const {
-    return String::equalNoCase(_name, name);
-}
+Boolean CIMName::equal(const char* name) const { return String::equalNoCase(_name, name); }
 
 Boolean CIMName::legal(const String& name) {
     return StringRep::visit(
         name, [](const auto* units, Uint32 size) { return isName(units, units + size); });
 }
 
-CIMNamespaceName::CIMNamespaceName(const String& name) : _name(legalNamespaceName(name)) {
-}
+CIMNamespaceName::CIMNamespaceName(const String& name) : _name(legalNamespaceName(name)) {}
 
-Boolean CIMNamespaceName::equal(const char* name) const {
-    return String::equalNoCase(_name, name);
-}
+Boolean CIMNamespaceName::equal(const char* name) const { return String::equalNoCase(_name, name); }
 
 Boolean CIMNamespaceName::legal(const String& name) {
     return StringRep::visit(

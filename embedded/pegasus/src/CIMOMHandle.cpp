@@ -67,22 +67,17 @@ embedding::Answer CIMOMHandleRep::perform(const Operation& operation) {
     embedding::refuseOperation(embedding::operationName(operation.kind));
 }
 
-void CIMOMHandleRep::disallowProviderUnload() {
-}
+void CIMOMHandleRep::disallowProviderUnload() {}
 
-void CIMOMHandleRep::allowProviderUnload() {
-}
+void CIMOMHandleRep::allowProviderUnload() {}
 
-void embedding::setHandleFactory(HandleFactory factory) {
-    handleFactory() = std::move(factory);
-}
+void embedding::setHandleFactory(HandleFactory factory) { handleFactory() = std::move(factory); }
 
 void embedding::refuseOperation(const char* operation) {
     throw CIMNotSupportedException(String("this host does not offer ") + operation);
 }
 
-CIMOMHandle::CIMOMHandle() : _rep(handleFactory() ? handleFactory()() : nullptr) {
-}
+CIMOMHandle::CIMOMHandle() : _rep(handleFactory() ? handleFactory()() : nullptr) {}
 
 CIMOMHandle::CIMOMHandle(const CIMOMHandle& handle) = default;
 

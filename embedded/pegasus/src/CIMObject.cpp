@@ -42,19 +42,13 @@ void CIMObjectRep::filter(bool includeQualifiers, bool includeClassOrigin,
     }
 }
 
-CIMObject::CIMObject(const CIMClass& x) : CIMObjectReads(x) {
-}
+CIMObject::CIMObject(const CIMClass& x) : CIMObjectReads(x) {}
 
-CIMObject::CIMObject(const CIMInstance& x) : CIMObjectReads(x) {
-}
+CIMObject::CIMObject(const CIMInstance& x) : CIMObjectReads(x) {}
 
-const CIMName& CIMElementReads::getClassName() const {
-    return initialized(_rep).className();
-}
+const CIMName& CIMElementReads::getClassName() const { return initialized(_rep).className(); }
 
-const CIMObjectPath& CIMElementReads::getPath() const {
-    return initialized(_rep).path();
-}
+const CIMObjectPath& CIMElementReads::getPath() const { return initialized(_rep).path(); }
 
 Uint32 CIMElementReads::findProperty(const CIMName& name) const {
     return initialized(_rep).properties.find(name);
@@ -64,9 +58,7 @@ CIMConstProperty CIMElementReads::getProperty(Uint32 index) const {
     return initialized(_rep).properties.at(index);
 }
 
-Uint32 CIMElementReads::getPropertyCount() const {
-    return initialized(_rep).properties.count();
-}
+Uint32 CIMElementReads::getPropertyCount() const { return initialized(_rep).properties.count(); }
 
 CIMObject CIMObjectReads::clone() const {
     return RepAccess::make<CIMObject>(initialized(_rep).clone());
@@ -76,29 +68,21 @@ Boolean CIMObjectReads::identical(const CIMConstObject& x) const {
     return initialized(_rep).identical(repOf(x));
 }
 
-Boolean CIMObjectReads::isClass() const {
-    return _rep && _rep->isClass();
-}
+Boolean CIMObjectReads::isClass() const { return _rep && _rep->isClass(); }
 
-Boolean CIMObjectReads::isInstance() const {
-    return _rep && !_rep->isClass();
-}
+Boolean CIMObjectReads::isInstance() const { return _rep && !_rep->isClass(); }
 
 void CIMObject::instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                                const CIMPropertyList& propertyList) {
     initialized(_rep).filter(includeQualifiers, includeClassOrigin, propertyList);
 }
 
-CIMConstObject::CIMConstObject(const CIMClass& x) : CIMObjectReads(x) {
-}
+CIMConstObject::CIMConstObject(const CIMClass& x) : CIMObjectReads(x) {}
 
-CIMConstObject::CIMConstObject(const CIMInstance& x) : CIMObjectReads(x) {
-}
+CIMConstObject::CIMConstObject(const CIMInstance& x) : CIMObjectReads(x) {}
 
-CIMConstObject::CIMConstObject(const CIMConstClass& x) : CIMObjectReads(x) {
-}
+CIMConstObject::CIMConstObject(const CIMConstClass& x) : CIMObjectReads(x) {}
 
-CIMConstObject::CIMConstObject(const CIMConstInstance& x) : CIMObjectReads(x) {
-}
+CIMConstObject::CIMConstObject(const CIMConstInstance& x) : CIMObjectReads(x) {}
 
 } // namespace Pegasus

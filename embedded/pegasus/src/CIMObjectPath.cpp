@@ -101,9 +101,7 @@ CIMObjectPath CIMObjectPathRep::pathOf(CIMObjectPathRep* rep) {
     return path;
 }
 
-CIMObjectPathRep* CIMObjectPathRep::shared(const CIMObjectPath& path) {
-    return share(path._rep);
-}
+CIMObjectPathRep* CIMObjectPathRep::shared(const CIMObjectPath& path) { return share(path._rep); }
 
 bool CIMObjectPathRep::read(const String& text, CIMObjectPath& path, String& reason) {
     CIMObjectPathRep& rep = detach(path._rep);
@@ -139,15 +137,11 @@ bool CIMObjectPathRep::readsBack() const {
                        keyReadsBack);
 }
 
-CIMObjectPath::CIMObjectPath() : _rep(nullptr) {
-}
+CIMObjectPath::CIMObjectPath() : _rep(nullptr) {}
 
-CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) : _rep(share(x._rep)) {
-}
+CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) : _rep(share(x._rep)) {}
 
-CIMObjectPath::CIMObjectPath(const String& objectName) : CIMObjectPath() {
-    set(objectName);
-}
+CIMObjectPath::CIMObjectPath(const String& objectName) : CIMObjectPath() { set(objectName); }
 
 CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace,
                              const CIMName& className, const Array<CIMKeyBinding>& keyBindings)
@@ -169,9 +163,7 @@ CIMObjectPath& CIMObjectPath::operator=(const String& objectName) {
     return *this;
 }
 
-void CIMObjectPath::clear() {
-    *this = CIMObjectPath();
-}
+void CIMObjectPath::clear() { *this = CIMObjectPath(); }
 
 void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
                         const CIMName& className, const Array<CIMKeyBinding>& keyBindings) {
@@ -193,9 +185,7 @@ void CIMObjectPath::set(const String& objectName) {
     *this = path;
 }
 
-const String& CIMObjectPath::getHost() const {
-    return CIMObjectPathRep::of(*this).host;
-}
+const String& CIMObjectPath::getHost() const { return CIMObjectPathRep::of(*this).host; }
 
 void CIMObjectPath::setHost(const String& host) {
     const String checked = checkedHost(host);
@@ -214,9 +204,7 @@ void CIMObjectPath::setNameSpace(const CIMNamespaceName& nameSpace) {
     detach(_rep).nameSpace = given;
 }
 
-const CIMName& CIMObjectPath::getClassName() const {
-    return CIMObjectPathRep::of(*this).className;
-}
+const CIMName& CIMObjectPath::getClassName() const { return CIMObjectPathRep::of(*this).className; }
 
 void CIMObjectPath::setClassName(const CIMName& className) {
     const CIMName given = className;

@@ -22,42 +22,28 @@ const String& checkedName(const String& name) {
 
 CIMParamValue::CIMParamValue(String parameterName, CIMValue value, Boolean isTyped)
     : _rep(std::make_shared<CIMParamValueRep>(
-          CIMParamValueRep{checkedName(parameterName), value, isTyped})) {
-}
+          CIMParamValueRep{checkedName(parameterName), value, isTyped})) {}
 
-CIMParamValue::CIMParamValue(std::shared_ptr<CIMParamValueRep> rep) : _rep(std::move(rep)) {
-}
+CIMParamValue::CIMParamValue(std::shared_ptr<CIMParamValueRep> rep) : _rep(std::move(rep)) {}
 
-String CIMParamValue::getParameterName() const {
-    return initialized(_rep).name;
-}
+String CIMParamValue::getParameterName() const { return initialized(_rep).name; }
 
-CIMValue CIMParamValue::getValue() const {
-    return initialized(_rep).value;
-}
+CIMValue CIMParamValue::getValue() const { return initialized(_rep).value; }
 
-Boolean CIMParamValue::isTyped() const {
-    return initialized(_rep).typed;
-}
+Boolean CIMParamValue::isTyped() const { return initialized(_rep).typed; }
 
 void CIMParamValue::setParameterName(String& parameterName) {
     initialized(_rep).name = checkedName(parameterName);
 }
 
-void CIMParamValue::setValue(CIMValue& value) {
-    initialized(_rep).value = value;
-}
+void CIMParamValue::setValue(CIMValue& value) { initialized(_rep).value = value; }
 
-void CIMParamValue::setIsTyped(Boolean isTyped) {
-    initialized(_rep).typed = isTyped;
-}
+void CIMParamValue::setIsTyped(Boolean isTyped) { initialized(_rep).typed = isTyped; }
 
 CIMParamValue CIMParamValue::clone() const {
     return CIMParamValue(std::make_shared<CIMParamValueRep>(initialized(_rep)));
 }
 
-Boolean CIMParamValue::isUninitialized() const {
-    return !_rep;
-}
+Boolean CIMParamValue::isUninitialized() const { return !_rep; }
 
 } // namespace Pegasus

@@ -19,32 +19,21 @@ bool CIMParameterRep::identical(const CIMParameterRep& x) const {
 CIMParameter::CIMParameter(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                            const CIMName& referenceClassName)
     : CIMParameterReads(
-          std::make_shared<CIMParameterRep>(name, type, isArray, arraySize, referenceClassName)) {
-}
+          std::make_shared<CIMParameterRep>(name, type, isArray, arraySize, referenceClassName)) {}
 
-const CIMName& CIMParameterReads::getName() const {
-    return initialized(_rep).name();
-}
+const CIMName& CIMParameterReads::getName() const { return initialized(_rep).name(); }
 
-void CIMParameter::setName(const CIMName& name) {
-    initialized(_rep).rename(name, "parameter");
-}
+void CIMParameter::setName(const CIMName& name) { initialized(_rep).rename(name, "parameter"); }
 
-Boolean CIMParameterReads::isArray() const {
-    return initialized(_rep).isArray;
-}
+Boolean CIMParameterReads::isArray() const { return initialized(_rep).isArray; }
 
-Uint32 CIMParameterReads::getArraySize() const {
-    return initialized(_rep).arraySize;
-}
+Uint32 CIMParameterReads::getArraySize() const { return initialized(_rep).arraySize; }
 
 const CIMName& CIMParameterReads::getReferenceClassName() const {
     return initialized(_rep).referenceClassName;
 }
 
-CIMType CIMParameterReads::getType() const {
-    return initialized(_rep).type;
-}
+CIMType CIMParameterReads::getType() const { return initialized(_rep).type; }
 
 Boolean CIMParameterReads::identical(const CIMConstParameter& x) const {
     return initialized(_rep).identical(repOf(x));

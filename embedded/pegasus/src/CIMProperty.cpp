@@ -35,56 +35,35 @@ CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arra
                          const CIMName& referenceClassName, const CIMName& classOrigin,
                          Boolean propagated)
     : CIMPropertyReads(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName,
-                                                        classOrigin, propagated)) {
-}
+                                                        classOrigin, propagated)) {}
 
-const CIMName& CIMPropertyReads::getName() const {
-    return initialized(_rep).name();
-}
+const CIMName& CIMPropertyReads::getName() const { return initialized(_rep).name(); }
 
-void CIMProperty::setName(const CIMName& name) {
-    initialized(_rep).rename(name, "property");
-}
+void CIMProperty::setName(const CIMName& name) { initialized(_rep).rename(name, "property"); }
 
-const CIMValue& CIMPropertyReads::getValue() const {
-    return initialized(_rep).value;
-}
+const CIMValue& CIMPropertyReads::getValue() const { return initialized(_rep).value; }
 
-CIMType CIMPropertyReads::getType() const {
-    return initialized(_rep).value.getType();
-}
+CIMType CIMPropertyReads::getType() const { return initialized(_rep).value.getType(); }
 
-Boolean CIMPropertyReads::isArray() const {
-    return initialized(_rep).value.isArray();
-}
+Boolean CIMPropertyReads::isArray() const { return initialized(_rep).value.isArray(); }
 
-void CIMProperty::setValue(const CIMValue& value) {
-    initialized(_rep).setValue(value);
-}
+void CIMProperty::setValue(const CIMValue& value) { initialized(_rep).setValue(value); }
 
-Uint32 CIMPropertyReads::getArraySize() const {
-    return initialized(_rep).arraySize;
-}
+Uint32 CIMPropertyReads::getArraySize() const { return initialized(_rep).arraySize; }
 
 const CIMName& CIMPropertyReads::getReferenceClassName() const {
     return initialized(_rep).referenceClassName;
 }
 
-const CIMName& CIMPropertyReads::getClassOrigin() const {
-    return initialized(_rep).classOrigin;
-}
+const CIMName& CIMPropertyReads::getClassOrigin() const { return initialized(_rep).classOrigin; }
 
 void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
     initialized(_rep).classOrigin = classOrigin;
 }
 
-Boolean CIMPropertyReads::getPropagated() const {
-    return initialized(_rep).propagated;
-}
+Boolean CIMPropertyReads::getPropagated() const { return initialized(_rep).propagated; }
 
-void CIMProperty::setPropagated(Boolean propagated) {
-    initialized(_rep).propagated = propagated;
-}
+void CIMProperty::setPropagated(Boolean propagated) { initialized(_rep).propagated = propagated; }
 
 Boolean CIMPropertyReads::identical(const CIMConstProperty& x) const {
     return initialized(_rep).identical(repOf(x));

@@ -32,19 +32,15 @@ void CIMPropertyListRep::index() {
         places.add(embedding::foldedHash(all[next].getString()), next);
 }
 
-CIMPropertyList::CIMPropertyList() : _rep(nullptr) {
-}
+CIMPropertyList::CIMPropertyList() : _rep(nullptr) {}
 
-CIMPropertyList::CIMPropertyList(const CIMPropertyList& x) : _rep(share(x._rep)) {
-}
+CIMPropertyList::CIMPropertyList(const CIMPropertyList& x) : _rep(share(x._rep)) {}
 
 CIMPropertyList::CIMPropertyList(const Array<CIMName>& propertyNames) : CIMPropertyList() {
     set(propertyNames);
 }
 
-CIMPropertyList::~CIMPropertyList() {
-    release(_rep);
-}
+CIMPropertyList::~CIMPropertyList() { release(_rep); }
 
 void CIMPropertyList::set(const Array<CIMName>& propertyNames) {
     const CIMName* const given = propertyNames.getData();
@@ -64,17 +60,11 @@ CIMPropertyList& CIMPropertyList::operator=(const CIMPropertyList& x) {
     return *this;
 }
 
-void CIMPropertyList::clear() {
-    replace(_rep, static_cast<CIMPropertyListRep*>(nullptr));
-}
+void CIMPropertyList::clear() { replace(_rep, static_cast<CIMPropertyListRep*>(nullptr)); }
 
-Boolean CIMPropertyList::isNull() const {
-    return !_rep || _rep->isNull;
-}
+Boolean CIMPropertyList::isNull() const { return !_rep || _rep->isNull; }
 
-Uint32 CIMPropertyList::size() const {
-    return _rep ? _rep->names.size() : 0;
-}
+Uint32 CIMPropertyList::size() const { return _rep ? _rep->names.size() : 0; }
 
 const CIMName& CIMPropertyList::operator[](Uint32 index) const {
     if (!_rep)
@@ -130,8 +120,6 @@ Uint32 CIMPropertyList::getCIMNameTag(Uint32 index) const {
     return tags[index];
 }
 
-void CIMPropertyList::appendCIMNameTag(Uint32 nameTag) {
-    detach(_rep).tags.append(nameTag);
-}
+void CIMPropertyList::appendCIMNameTag(Uint32 nameTag) { detach(_rep).tags.append(nameTag); }
 
 } // namespace Pegasus

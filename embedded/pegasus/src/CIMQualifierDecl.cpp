@@ -19,35 +19,20 @@ struct CIMQualifierDeclRep : NamedElement {
 
 CIMQualifierDecl::CIMQualifierDecl(const CIMName& name, const CIMValue& value,
                                    const CIMScope& scope, const CIMFlavor& flavor, Uint32 arraySize)
-    : CIMReads(std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {
-}
+    : CIMReads(std::make_shared<CIMQualifierDeclRep>(name, value, scope, flavor, arraySize)) {}
 
-const CIMName& CIMQualifierDecl::getName() const {
-    return initialized(_rep).name();
-}
+const CIMName& CIMQualifierDecl::getName() const { return initialized(_rep).name(); }
 
-CIMType CIMQualifierDecl::getType() const {
-    return initialized(_rep).value.getType();
-}
+CIMType CIMQualifierDecl::getType() const { return initialized(_rep).value.getType(); }
 
-Boolean CIMQualifierDecl::isArray() const {
-    return initialized(_rep).value.isArray();
-}
+Boolean CIMQualifierDecl::isArray() const { return initialized(_rep).value.isArray(); }
 
-const CIMValue& CIMQualifierDecl::getValue() const {
-    return initialized(_rep).value;
-}
+const CIMValue& CIMQualifierDecl::getValue() const { return initialized(_rep).value; }
 
-const CIMScope& CIMQualifierDecl::getScope() const {
-    return initialized(_rep).scope;
-}
+const CIMScope& CIMQualifierDecl::getScope() const { return initialized(_rep).scope; }
 
-const CIMFlavor& CIMQualifierDecl::getFlavor() const {
-    return initialized(_rep).flavor;
-}
+const CIMFlavor& CIMQualifierDecl::getFlavor() const { return initialized(_rep).flavor; }
 
-Uint32 CIMQualifierDecl::getArraySize() const {
-    return initialized(_rep).arraySize;
-}
+Uint32 CIMQualifierDecl::getArraySize() const { return initialized(_rep).arraySize; }
 
 } // namespace Pegasus

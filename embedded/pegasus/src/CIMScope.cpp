@@ -33,8 +33,6 @@ const CIMScope CIMScope::METHOD(method);
 const CIMScope CIMScope::PARAMETER(parameter);
 const CIMScope CIMScope::ANY(any);
 
-String CIMScope::toString() const {
-    return flagNames(_bits, names);
-}
+String CIMScope::toString() const { return flagNames(_bits, names); }
 
 } // namespace Pegasus

@@ -162,16 +162,10 @@ struct Cloned {
 // The members of CIMValue for one C++ type. The class TREATMENT says how such values are copied,
 // compared and written.
 #define CIM_VALUE_MEMBERS(TREATMENT, ARGUMENT, T, TYPE)                                            \
-    CIMValue::CIMValue(ARGUMENT x) : _rep(new Scalar<TREATMENT, T>(TYPE, x)) {                     \
-    }                                                                                              \
-    CIMValue::CIMValue(const Array<T>& x) : _rep(new Vector<TREATMENT, T>(TYPE, x)) {              \
-    }                                                                                              \
-    void CIMValue::get(T& x) const {                                                               \
-        take<Scalar<TREATMENT, T>>(_rep, TYPE, false, x);                                          \
-    }                                                                                              \
-    void CIMValue::get(Array<T>& x) const {                                                        \
-        take<Vector<TREATMENT, T>>(_rep, TYPE, true, x);                                           \
-    }
+    CIMValue::CIMValue(ARGUMENT x) : _rep(new Scalar<TREATMENT, T>(TYPE, x)) {}                    \
+    CIMValue::CIMValue(const Array<T>& x) : _rep(new Vector<TREATMENT, T>(TYPE, x)) {}             \
+    void CIMValue::get(T& x) const { take<Scalar<TREATMENT, T>>(_rep, TYPE, false, x); }           \
+    void CIMValue::get(Array<T>& x) const { take<Vector<TREATMENT, T>>(_rep, TYPE, true, x); }
 
 CIM_VALUE_MEMBERS(Plain, Boolean, Boolean, CIMTYPE_BOOLEAN)
 CIM_VALUE_MEMBERS(Plain, Uint8, Uint8, CIMTYPE_UINT8)
@@ -191,32 +185,23 @@ CIM_VALUE_MEMBERS(Plain, const CIMObjectPath&, CIMObjectPath, CIMTYPE_REFERENCE)
 CIM_VALUE_MEMBERS(Cloned, const CIMObject&, CIMObject, CIMTYPE_OBJECT)
 CIM_VALUE_MEMBERS(Cloned, const CIMInstance&, CIMInstance, CIMTYPE_INSTANCE)
 
-CIMValue::CIMValue() : _rep(nullptr) {
-}
+CIMValue::CIMValue() : _rep(nullptr) {}
 
 CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize)
-    : _rep(new CIMValueRep(type, isArray, arraySize)) {
-}
+    : _rep(new CIMValueRep(type, isArray, arraySize)) {}
 
-CIMValue::CIMValue(const CIMValue& x) : _rep(share(x._rep)) {
-}
+CIMValue::CIMValue(const CIMValue& x) : _rep(share(x._rep)) {}
 
-CIMValue::~CIMValue() {
-    release(_rep);
-}
+CIMValue::~CIMValue() { release(_rep); }
 
 CIMValue& CIMValue::operator=(const CIMValue& x) {
     assign(x);
     return *this;
 }
 
-void CIMValue::assign(const CIMValue& x) {
-    replace(_rep, x._rep);
-}
+void CIMValue::assign(const CIMValue& x) { replace(_rep, x._rep); }
 
-void CIMValue::clear() {
-    assign(CIMValue());
-}
+void CIMValue::clear() { assign(CIMValue()); }
 
 void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {
     assign(CIMValue(type, isArray, arraySize));
@@ -226,21 +211,13 @@ Boolean CIMValue::typeCompatible(const CIMValue& x) const {
     return getType() == x.getType() && isArray() == x.isArray();
 }
 
-Boolean CIMValue::isArray() const {
-    return _rep && _rep->isArray;
-}
+Boolean CIMValue::isArray() const { return _rep && _rep->isArray; }
 
-Boolean CIMValue::isNull() const {
-    return !_rep || _rep->isNull();
-}
+Boolean CIMValue::isNull() const { return !_rep || _rep->isNull(); }
 
-Uint32 CIMValue::getArraySize() const {
-    return _rep && _rep->isArray ? _rep->arraySize : 0;
-}
+Uint32 CIMValue::getArraySize() const { return _rep && _rep->isArray ? _rep->arraySize : 0; }
 
-CIMType CIMValue::getType() const {
-    return _rep ? _rep->type : CIMTYPE_BOOLEAN;
-}
+CIMType CIMValue::getType() const { return _rep ? _rep->type : CIMTYPE_BOOLEAN; }
 
 Boolean CIMValue::equal(const CIMValue& x) const {
     if (!typeCompatible(x) || isNull() != x.isNull())
@@ -248,9 +225,7 @@ Boolean CIMValue::equal(const CIMValue& x) const {
     return isNull() || _rep->equals(*x._rep);
 }
 
-String CIMValue::toString() const {
-    return _rep ? _rep->text() : String();
-}
+String CIMValue::toString() const { return _rep ? _rep->text() : String(); }
 
 void CIMValueRep::append(std::string& out, const CIMValue& value) {
     if (value._rep)

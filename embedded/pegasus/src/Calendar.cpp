@@ -4,9 +4,7 @@ namespace Pegasus::calendar {
 
 namespace {
 
-bool isLeap(Uint32 year) {
-    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
+bool isLeap(Uint32 year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
 /// Days before the first of January. The year 0 is a leap year.
 Uint64 daysBefore(Uint32 year) {

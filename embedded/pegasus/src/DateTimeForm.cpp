@@ -98,9 +98,7 @@ class Reader {
 
 } // namespace
 
-void outOfRange(const char* reason) {
-    throw DateTimeOutOfRangeException(String(reason));
-}
+void outOfRange(const char* reason) { throw DateTimeOutOfRangeException(String(reason)); }
 
 Uint64 timestampOf(const Fields& fields) {
     if (fields.month < 1 || fields.month > 12)
@@ -111,9 +109,7 @@ Uint64 timestampOf(const Fields& fields) {
            microsecondsOfDay(fields);
 }
 
-Uint64 intervalOf(const Fields& fields) {
-    return fields.day * perDay + microsecondsOfDay(fields);
-}
+Uint64 intervalOf(const Fields& fields) { return fields.day * perDay + microsecondsOfDay(fields); }
 
 Uint64 significant(Uint64 microseconds, Uint16 wildcards, bool isInterval) {
     if (wildcards == allDigits)

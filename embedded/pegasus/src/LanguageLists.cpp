@@ -44,9 +44,7 @@ void AcceptLanguageList::insert(const LanguageTag& languageTag, Real32 qualityVa
     _entries.insert(lower, {languageTag, qualityValue});
 }
 
-void AcceptLanguageList::remove(Uint32 index) {
-    removeAt(_entries, index);
-}
+void AcceptLanguageList::remove(Uint32 index) { removeAt(_entries, index); }
 
 Uint32 AcceptLanguageList::find(const LanguageTag& languageTag) const {
     return indexOf(
@@ -63,9 +61,7 @@ void ContentLanguageList::append(const LanguageTag& languageTag) {
     _tags.push_back(languageTag);
 }
 
-void ContentLanguageList::remove(Uint32 index) {
-    removeAt(_tags, index);
-}
+void ContentLanguageList::remove(Uint32 index) { removeAt(_tags, index); }
 
 Uint32 ContentLanguageList::find(const LanguageTag& languageTag) const {
     return indexOf(

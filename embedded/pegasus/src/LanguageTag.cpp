@@ -22,9 +22,7 @@ using embedded::text::isLetter;
 constexpr Uint16 hyphen = '-';
 constexpr Uint32 longestSubtag = 8;
 
-bool isLetterOrDigit(Uint16 c) {
-    return isLetter(c) || isDigit(c);
-}
+bool isLetterOrDigit(Uint16 c) { return isLetter(c) || isDigit(c); }
 
 std::vector<String> split(const String& tag) {
     std::vector<String> subtags;
@@ -88,24 +86,15 @@ LanguageTagRep parse(const String& tag) {
 } // namespace
 
 LanguageTag::LanguageTag(const String& languageTagString)
-    : _rep(std::make_shared<LanguageTagRep>(parse(languageTagString))) {
-}
+    : _rep(std::make_shared<LanguageTagRep>(parse(languageTagString))) {}
 
-String LanguageTag::getLanguage() const {
-    return initialized(_rep).language;
-}
+String LanguageTag::getLanguage() const { return initialized(_rep).language; }
 
-String LanguageTag::getCountry() const {
-    return initialized(_rep).country;
-}
+String LanguageTag::getCountry() const { return initialized(_rep).country; }
 
-String LanguageTag::getVariant() const {
-    return initialized(_rep).variant;
-}
+String LanguageTag::getVariant() const { return initialized(_rep).variant; }
 
-String LanguageTag::toString() const {
-    return initialized(_rep).tag;
-}
+String LanguageTag::toString() const { return initialized(_rep).tag; }
 
 Boolean LanguageTag::operator==(const LanguageTag& languageTag) const {
     return String::equalNoCase(initialized(_rep).tag, initialized(languageTag._rep).tag);

@@ -25,9 +25,7 @@ bool parseDigits(std::string_view digits, Uint64& value) {
 
 } // namespace
 
-bool parse(const String& text, Uint64& value) {
-    return parseDigits(embedding::utf8(text), value);
-}
+bool parse(const String& text, Uint64& value) { return parseDigits(embedding::utf8(text), value); }
 
 bool parse(const String& text, Sint64& value) {
     const std::string number = embedding::utf8(text);

@@ -34,9 +34,7 @@ Uint32 length(const Char16* text) {
     return size;
 }
 
-Uint32 length(const char* text) {
-    return static_cast<Uint32>(std::strlen(text));
-}
+Uint32 length(const char* text) { return static_cast<Uint32>(std::strlen(text)); }
 
 bool isAscii(const char* text, Uint32 size) {
     return asciiPrefix(std::string_view(text, size)) == size;
@@ -147,9 +145,7 @@ void appendTo(StringRep*& rep, const Unit* units, Uint32 n) {
     rep = larger;
 }
 
-int difference(Uint16 x, Uint16 y) {
-    return static_cast<int>(x) - static_cast<int>(y);
-}
+int difference(Uint16 x, Uint16 y) { return static_cast<int>(x) - static_cast<int>(y); }
 
 /// Calls `function(units1, size1, units2, size2)` with the texts as they are kept.
 template <class Function>
@@ -235,11 +231,9 @@ void StringRep::close(Uint32 newSize) {
 
 const String String::EMPTY;
 
-String::String() : _rep(nullptr) {
-}
+String::String() : _rep(nullptr) {}
 
-String::String(const String& str) : _rep(share(str._rep)) {
-}
+String::String(const String& str) : _rep(share(str._rep)) {}
 
 String::String(const String& str, Uint32 n) : _rep(nullptr) {
     if (n > str.size())
@@ -247,17 +241,13 @@ String::String(const String& str, Uint32 n) : _rep(nullptr) {
     *this = str.subString(0, n);
 }
 
-String::String(const Char16* str) : _rep(makeRep(str, length(notNull(str)))) {
-}
+String::String(const Char16* str) : _rep(makeRep(str, length(notNull(str)))) {}
 
-String::String(const Char16* str, Uint32 n) : _rep(makeRep(notNull(str), n)) {
-}
+String::String(const Char16* str, Uint32 n) : _rep(makeRep(notNull(str), n)) {}
 
-String::String(const char* str) : _rep(readUtf8(str, length(notNull(str)))) {
-}
+String::String(const char* str) : _rep(readUtf8(str, length(notNull(str)))) {}
 
-String::String(const char* str, Uint32 n) : _rep(readUtf8(str, n)) {
-}
+String::String(const char* str, Uint32 n) : _rep(readUtf8(str, n)) {}
 
 String::~String() {
     release(_rep); // NOLINT(clang-analyzer-cplusplus.NewDelete): see Shared
@@ -268,25 +258,15 @@ String& String::assign(const String& str) {
     return *this;
 }
 
-void String::clear() {
-    replace(_rep, static_cast<StringRep*>(nullptr));
-}
+void String::clear() { replace(_rep, static_cast<StringRep*>(nullptr)); }
 
-void String::reserveCapacity(Uint32 capacity) {
-    own(_rep, capacity);
-}
+void String::reserveCapacity(Uint32 capacity) { own(_rep, capacity); }
 
-Uint32 String::size() const {
-    return _rep ? _rep->size : 0;
-}
+Uint32 String::size() const { return _rep ? _rep->size : 0; }
 
-const Char16* String::getChar16Data() const {
-    return _rep ? _rep->wideUnits() : nothing;
-}
+const Char16* String::getChar16Data() const { return _rep ? _rep->wideUnits() : nothing; }
 
-CString String::getCString() const {
-    return CString(embedding::utf8(*this));
-}
+CString String::getCString() const { return CString(embedding::utf8(*this)); }
 
 Char16& String::operator[](Uint32 index) {
     if (index > size())
@@ -380,13 +360,9 @@ Uint32 String::reverseFind(Char16 c) const {
         });
 }
 
-void String::toLower() {
-    foldAll(_rep, lower<Uint16>);
-}
+void String::toLower() { foldAll(_rep, lower<Uint16>); }
 
-void String::toUpper() {
-    foldAll(_rep, upper<Uint16>);
-}
+void String::toUpper() { foldAll(_rep, upper<Uint16>); }
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface declares it so
 void String::appendPrintf(const char* format, ...) {
@@ -416,9 +392,7 @@ int String::compare(const String& s1, const String& s2, Uint32 n) {
         });
 }
 
-int String::compare(const String& s1, const String& s2) {
-    return compareFolded(s1, s2, asIs);
-}
+int String::compare(const String& s1, const String& s2) { return compareFolded(s1, s2, asIs); }
 
 int String::compareNoCase(const String& s1, const String& s2) {
     return compareFolded(s1, s2, lower<Uint16>);
@@ -452,9 +426,7 @@ Boolean String::equal(const String& s1, const char* s2) {
     return ascii1 && ascii2 ? *ascii1 == *ascii2 : equal(s1, String(s2));
 }
 
-String& String::append(const char* str) {
-    return append(str, length(notNull(str)));
-}
+String& String::append(const char* str) { return append(str, length(notNull(str))); }
 
 String& String::append(const char* str, Uint32 size) {
     if (!isAscii(notNull(str), size))
@@ -469,9 +441,7 @@ Boolean String::equalNoCase(const String& s1, const char* s2) {
     return ascii1 && ascii2 ? equalIgnoringCase(*ascii1, *ascii2) : equalNoCase(s1, String(s2));
 }
 
-Boolean operator==(const String& str1, const char* str2) {
-    return String::equal(str1, str2);
-}
+Boolean operator==(const String& str1, const char* str2) { return String::equal(str1, str2); }
 
 std::ostream& operator<<(std::ostream& os, const String& str) {
     for (Uint32 i = 0; i < str.size(); ++i) {

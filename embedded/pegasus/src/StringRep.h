@@ -71,16 +71,10 @@ struct StringRep : Shared {
     mutable std::atomic<Char16*> _widened{nullptr};
 };
 
-inline Uint16 unitOf(char c) {
-    return static_cast<unsigned char>(c);
-}
-inline Uint16 unitOf(Char16 c) {
-    return c;
-}
+inline Uint16 unitOf(char c) { return static_cast<unsigned char>(c); }
+inline Uint16 unitOf(Char16 c) { return c; }
 
-inline Uint16 asIs(Uint16 unit) {
-    return unit;
-}
+inline Uint16 asIs(Uint16 unit) { return unit; }
 
 /// Of the code units as `fold` shows them, however they are kept.
 template <class Fold>

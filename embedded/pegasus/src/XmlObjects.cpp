@@ -27,9 +27,7 @@ void appendFlavor(std::string& out, const CIMFlavor& flavor) {
 }
 
 /// An embedded object goes over the wire as a string.
-bool isEmbedded(CIMType type) {
-    return type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE;
-}
+bool isEmbedded(CIMType type) { return type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE; }
 
 void appendType(std::string& out, CIMType type) {
     out.append(" TYPE=\"").append(cimTypeToString(type)) += '"';

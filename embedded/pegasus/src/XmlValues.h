@@ -8,9 +8,7 @@
 
 namespace Pegasus::embedding {
 
-inline void appendContent(std::string& out, Boolean value) {
-    out += value ? "TRUE" : "FALSE";
-}
+inline void appendContent(std::string& out, Boolean value) { out += value ? "TRUE" : "FALSE"; }
 
 /// Behind the point are as many digits as OpenPegasus writes: for a Real64 they tell any two values
 /// apart, for a Real32 there is one too few.
@@ -31,9 +29,7 @@ inline void appendContent(std::string& out, const Char16& value) {
     appendEscaped(out, String(&value, 1));
 }
 
-inline void appendContent(std::string& out, const String& value) {
-    appendEscaped(out, value);
-}
+inline void appendContent(std::string& out, const String& value) { appendEscaped(out, value); }
 
 inline void appendContent(std::string& out, const CIMDateTime& value) {
     appendEscaped(out, value.toString());

@@ -33,9 +33,7 @@ using namespace Pegasus;
         std::this_thread::sleep_for(std::chrono::hours(1));
 }
 
-std::string text(const String& string) {
-    return static_cast<const char*>(string.getCString());
-}
+std::string text(const String& string) { return static_cast<const char*>(string.getCString()); }
 
 [[noreturn]] void throwA(const std::string& kind) {
     if (kind == "Cim")

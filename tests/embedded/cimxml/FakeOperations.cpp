@@ -11,25 +11,15 @@ using routing::OperationKind;
 
 namespace {
 
-std::string show(bool flag) {
-    return flag ? "1" : "0";
-}
+std::string show(bool flag) { return flag ? "1" : "0"; }
 
-std::string show(const String& text) {
-    return text.size() == 0 ? "-" : utf8(text);
-}
+std::string show(const String& text) { return text.size() == 0 ? "-" : utf8(text); }
 
-std::string show(const CIMName& name) {
-    return name.isNull() ? "-" : utf8(name);
-}
+std::string show(const CIMName& name) { return name.isNull() ? "-" : utf8(name); }
 
-std::string show(const CIMNamespaceName& name) {
-    return utf8(name);
-}
+std::string show(const CIMNamespaceName& name) { return utf8(name); }
 
-std::string show(const CIMObjectPath& path) {
-    return utf8(path.toString());
-}
+std::string show(const CIMObjectPath& path) { return utf8(path.toString()); }
 
 std::string show(const CIMPropertyList& list) {
     if (list.isNull())
@@ -40,9 +30,7 @@ std::string show(const CIMPropertyList& list) {
     return out + "]";
 }
 
-std::string show(const CIMInstance& instance) {
-    return show(instance.getPath());
-}
+std::string show(const CIMInstance& instance) { return show(instance.getPath()); }
 
 /// The arguments of `o`, in the order in which DSP0200 has them.
 std::vector<std::string> argumentsOf(const Operation& o) {

@@ -141,9 +141,7 @@ const std::string writtenName = "<INSTANCENAME CLASSNAME=\"X\">\n"
                                 "</KEYBINDING>\n"
                                 "</INSTANCENAME>\n";
 
-CIMObjectPath pathWithHost() {
-    return CIMObjectPath("//switch/root/cimv2:X.a=\"1\"");
-}
+CIMObjectPath pathWithHost() { return CIMObjectPath("//switch/root/cimv2:X.a=\"1\""); }
 
 TEST(Responses, ToEnumerateClassesHoldClasses) {
     FakeOperations operations;

@@ -20,9 +20,7 @@ std::string value(const std::string& name, const std::string& text) {
     return parameter(name, "<VALUE>" + text + "</VALUE>");
 }
 
-std::string maximum(unsigned count) {
-    return value("MaxObjectCount", std::to_string(count));
-}
+std::string maximum(unsigned count) { return value("MaxObjectCount", std::to_string(count)); }
 
 std::string pulling(const std::string& context, unsigned count) {
     return value("EnumerationContext", context) + maximum(count);
@@ -96,9 +94,7 @@ struct Kind {
     const char* asked; ///< of the operations behind it
 };
 
-std::ostream& operator<<(std::ostream& out, const Kind& kind) {
-    return out << kind.open;
-}
+std::ostream& operator<<(std::ostream& out, const Kind& kind) { return out << kind.open; }
 
 class PullOf : public Pull, public testing::WithParamInterface<Kind> {};
 

@@ -37,9 +37,7 @@ std::string instanceName() {
            "<KEYVALUE VALUETYPE=\"string\">1</KEYVALUE></KEYBINDING></INSTANCENAME>";
 }
 
-Headers headersFor(const std::string& operation) {
-    return {operation, "root/cimv2", "1.0"};
-}
+Headers headersFor(const std::string& operation) { return {operation, "root/cimv2", "1.0"}; }
 
 std::string answer(const std::string& body, const Headers& headers, const routing::Caller& caller,
                    routing::CimOperations& operations, routing::Enumerations& enumerations) {

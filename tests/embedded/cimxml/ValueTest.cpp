@@ -30,9 +30,7 @@ std::string written(const CIMValue& value) {
     return out;
 }
 
-CIMName noSoleKey(const CIMName&) {
-    throw CIMException(CIM_ERR_FAILED, "no class");
-}
+CIMName noSoleKey(const CIMName&) { throw CIMException(CIM_ERR_FAILED, "no class"); }
 
 CIMValue read(const std::string& elements, CIMType type, bool isArray) {
     const Document document("<?xml version=\"1.0\"?><PROPERTY>" + elements + "</PROPERTY>");

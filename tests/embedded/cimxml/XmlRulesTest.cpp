@@ -147,9 +147,7 @@ TEST(XmlRules, WantTheDeclarationFirst) {
     EXPECT_EQ(judgeWhole("\xEF\xBB\xBF<?xml version='1.0'?><a/>"), "good");
 }
 
-TEST(XmlRules, AreForAnyDepth) {
-    EXPECT_EQ(judge(nested(1000000)), "request-not-valid");
-}
+TEST(XmlRules, AreForAnyDepth) { EXPECT_EQ(judge(nested(1000000)), "request-not-valid"); }
 
 TEST(XmlRules, BoundNoLengths) {
     const std::string longest(1000000, 'x');

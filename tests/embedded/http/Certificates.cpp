@@ -101,9 +101,7 @@ TlsFiles::TlsFiles(const PemPair& server, const std::string& clientCa) {
     write(_files.clientCa, clientCa);
 }
 
-TlsFiles::~TlsFiles() {
-    std::filesystem::remove_all(_directory);
-}
+TlsFiles::~TlsFiles() { std::filesystem::remove_all(_directory); }
 
 void TlsFiles::put(const PemPair& server) const {
     write(_files.certificate, server.certificate);

@@ -57,9 +57,7 @@ ClientTls clientTls(const std::string& certificate, const std::string& key) {
     return tls;
 }
 
-ClientTls usualTls() {
-    return everythingOverTls() ? clientTls() : nullptr;
-}
+ClientTls usualTls() { return everythingOverTls() ? clientTls() : nullptr; }
 
 RawClient::RawClient(std::uint16_t port, const char* source, const ClientTls& tls)
     : _socket(::socket(AF_INET, SOCK_STREAM, 0)) {
@@ -154,9 +152,7 @@ std::string RawClient::read(std::size_t size) {
     return result;
 }
 
-bool RawClient::closed() {
-    return rest().empty();
-}
+bool RawClient::closed() { return rest().empty(); }
 
 // Over TLS, something may come that is none of the server's words: tickets.
 bool RawClient::hearsNothing() const {

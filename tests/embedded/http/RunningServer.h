@@ -13,9 +13,7 @@
 namespace embedded::http::test {
 
 /// The usual options but for some: each member is followed by what it is.
-inline Options optionsWith() {
-    return {};
-}
+inline Options optionsWith() { return {}; }
 template <class Member, class Value, class... Others>
 Options optionsWith(Member Options::*member, const Value& value, const Others&... others) {
     Options options = optionsWith(others...);

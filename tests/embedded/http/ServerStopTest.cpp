@@ -41,9 +41,7 @@ TEST(ServerStart, AnAddressThatIsNotOursIsNamed) {
     EXPECT_EQ(listeningError("no such host", 0).rfind("cannot listen on no such host:0: ", 0), 0U);
 }
 
-TEST(ServerStart, ANameWillDoForAnAddress) {
-    EXPECT_NE(Listener("localhost", 0).port(), 0);
-}
+TEST(ServerStart, ANameWillDoForAnAddress) { EXPECT_NE(Listener("localhost", 0).port(), 0); }
 
 TEST(ServerStart, WhoConnectsBeforeThereIsAServerIsAnswered) {
     for (const std::string address : {"127.0.0.1", "::ffff:127.0.0.1"}) {

@@ -29,9 +29,7 @@ void expectReadOrRefused(const std::string& text) {
 
 } // namespace
 
-TEST(MofCutOff, TheWholeSampleIsRead) {
-    EXPECT_EQ(readText(sampleText, "t.mof").size(), 10U);
-}
+TEST(MofCutOff, TheWholeSampleIsRead) { EXPECT_EQ(readText(sampleText, "t.mof").size(), 10U); }
 
 TEST(MofCutOff, AfterAnyByteIsReadOrRefusedWithAPlaceInTheText) {
     for (std::size_t length = 0; length <= sampleText.size(); ++length)

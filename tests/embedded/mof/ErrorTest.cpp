@@ -18,9 +18,7 @@ void expectEach(const std::vector<Case>& cases) {
 
 } // namespace
 
-TEST(MofLocation, OfNoFileHasLineAndColumn) {
-    EXPECT_EQ(embedded::mof::Location().text(), ":1:1");
-}
+TEST(MofLocation, OfNoFileHasLineAndColumn) { EXPECT_EQ(embedded::mof::Location().text(), ":1:1"); }
 
 TEST(MofErrors, SyntaxErrorsNameTheTokenAndWhatWasExpected) {
     expectEach({

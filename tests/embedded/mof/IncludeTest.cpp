@@ -7,13 +7,9 @@ using namespace embedded::mof;
 
 namespace {
 
-std::string include(const std::string& name) {
-    return "#pragma include (\"" + name + "\")\n";
-}
+std::string include(const std::string& name) { return "#pragma include (\"" + name + "\")\n"; }
 
-std::string classNamed(const std::string& name) {
-    return "class " + name + " {};\n";
-}
+std::string classNamed(const std::string& name) { return "class " + name + " {};\n"; }
 
 class MofIncludes : public testing::Test {
   protected:

@@ -10,9 +10,7 @@ using apitest::throws;
 
 namespace {
 
-CIMDateTime at(const char* form) {
-    return CIMDateTime(String(form));
-}
+CIMDateTime at(const char* form) { return CIMDateTime(String(form)); }
 
 constexpr Uint64 daysOfMicroseconds = 86400000000ULL;
 

@@ -10,9 +10,7 @@ using apitest::throws;
 
 namespace {
 
-CIMObjectPath pathOf(const char* form) {
-    return CIMObjectPath(String(form));
-}
+CIMObjectPath pathOf(const char* form) { return CIMObjectPath(String(form)); }
 
 Array<CIMKeyBinding> unsortedKeys() {
     Array<CIMKeyBinding> keys;

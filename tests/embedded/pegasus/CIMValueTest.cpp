@@ -20,13 +20,9 @@ bool same(const T& x, const T& y) {
     return x == y;
 }
 
-bool same(const CIMInstance& x, const CIMInstance& y) {
-    return x.identical(y);
-}
+bool same(const CIMInstance& x, const CIMInstance& y) { return x.identical(y); }
 
-bool same(const CIMObject& x, const CIMObject& y) {
-    return x.identical(y);
-}
+bool same(const CIMObject& x, const CIMObject& y) { return x.identical(y); }
 
 /// The rules that hold for every type: `x` and `y` are two different values of it.
 template <class T>
@@ -207,9 +203,7 @@ TEST(CIMValue, ComparesPathsAsPathsAndTimesOnlyWithTheirKind) {
     EXPECT_FALSE(CIMValue(notANumber) == CIMValue(notANumber));
 }
 
-TEST(CIMValue, TakesAnEmptyPathForAValue) {
-    EXPECT_FALSE(CIMValue(CIMObjectPath()).isNull());
-}
+TEST(CIMValue, TakesAnEmptyPathForAValue) { EXPECT_FALSE(CIMValue(CIMObjectPath()).isNull()); }
 
 TEST(CIMValue, RejectsUninitializedObjects) {
     EXPECT_TRUE(throwsUninitialized([] { CIMValue value{CIMInstance()}; }));

@@ -12,13 +12,9 @@ namespace {
 const CIMValue yes(Boolean(true));
 const CIMValue one(Uint16(1));
 
-CIMValue arrayOf(Uint32 size) {
-    return CIMValue(Array<Uint16>(size));
-}
+CIMValue arrayOf(Uint32 size) { return CIMValue(Array<Uint16>(size)); }
 
-CIMValue reference() {
-    return CIMValue(CIMObjectPath("Disk.Id=\"0\""));
-}
+CIMValue reference() { return CIMValue(CIMObjectPath("Disk.Id=\"0\"")); }
 
 TEST(CIMProperty, HasWhatItWasMadeWith) {
     const CIMProperty plain("Size", one);

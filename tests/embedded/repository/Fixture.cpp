@@ -29,9 +29,7 @@ std::string text(const Pegasus::String& value) {
     return std::string(static_cast<const char*>(value.getCString()));
 }
 
-std::string text(const Pegasus::CIMName& name) {
-    return text(name.getString());
-}
+std::string text(const Pegasus::CIMName& name) { return text(name.getString()); }
 
 std::vector<std::string> texts(const std::vector<Pegasus::CIMName>& names) {
     std::vector<std::string> result;
@@ -68,9 +66,7 @@ Status statusOf(const std::function<void()>& action) {
     return {};
 }
 
-RepositoryTest::RepositoryTest() {
-    load(qualifiers);
-}
+RepositoryTest::RepositoryTest() { load(qualifiers); }
 
 void RepositoryTest::load(const std::string& mof, const Pegasus::CIMNamespaceName& nameSpace) {
     repository.load(mof::readText(mof, "test.mof"), nameSpace);
@@ -98,12 +94,8 @@ std::string RepositoryTest::valueOf(const char* path, const char* property) cons
                     .toString());
 }
 
-std::ostream& operator<<(std::ostream& out, const MofCase& mofCase) {
-    return out << mofCase.rule;
-}
+std::ostream& operator<<(std::ostream& out, const MofCase& mofCase) { return out << mofCase.rule; }
 
-std::string ruleOf(const testing::TestParamInfo<MofCase>& info) {
-    return info.param.rule;
-}
+std::string ruleOf(const testing::TestParamInfo<MofCase>& info) { return info.param.rule; }
 
 } // namespace embedded::repository

@@ -8,9 +8,7 @@ namespace {
 
 using namespace Pegasus;
 
-std::string nameOf(const CIMName& name) {
-    return name.isNull() ? "-" : text(name.getString());
-}
+std::string nameOf(const CIMName& name) { return name.isNull() ? "-" : text(name.getString()); }
 
 /// Notes the call with all its filters; delivers one object that tells the candidate.
 toy::Script script(const std::string& name) {

@@ -44,9 +44,7 @@ std::string inInterop(const std::string& mof) {
     return "#pragma namespace(\"root/interop\")\n" + mof + "#pragma namespace(\"root/test\")\n";
 }
 
-std::string quoted(const std::string& string) {
-    return "\"" + string + "\"";
-}
+std::string quoted(const std::string& string) { return "\"" + string + "\""; }
 
 repository::Repository& filled(repository::Repository& repository, const std::string& mof) {
     toy::reset();
@@ -64,9 +62,7 @@ Texts pathTexts(const Array<Object>& objects) {
 
 } // namespace
 
-std::filesystem::path modulesDirectory() {
-    return ROUTING_TEST_MODULES;
-}
+std::filesystem::path modulesDirectory() { return ROUTING_TEST_MODULES; }
 
 void fill(repository::Repository& repository, const std::string& mof) {
     repository.load(mof::readText(registrationSchema, "registration.mof"), interop);
@@ -113,8 +109,7 @@ Server::Server(const std::string& mof, bool keepLibraries)
                    _log.push_back(line);
                },
                {}}),
-      router(repository, modules, "testhost", true), handles(router) {
-}
+      router(repository, modules, "testhost", true), handles(router) {}
 
 Server::~Server() {
     modules.unloadAll();
@@ -148,9 +143,7 @@ CIMInstance instanceOf(const char* className, const char* id) {
     return instance;
 }
 
-std::string text(const String& string) {
-    return static_cast<const char*>(string.getCString());
-}
+std::string text(const String& string) { return static_cast<const char*>(string.getCString()); }
 
 Texts texts(const Array<CIMObjectPath>& paths) {
     Texts result;
@@ -158,11 +151,7 @@ Texts texts(const Array<CIMObjectPath>& paths) {
         result.push_back(text(paths[i].toString()));
     return result;
 }
-Texts texts(const Array<CIMInstance>& instances) {
-    return pathTexts(instances);
-}
-Texts texts(const Array<CIMObject>& objects) {
-    return pathTexts(objects);
-}
+Texts texts(const Array<CIMInstance>& instances) { return pathTexts(instances); }
+Texts texts(const Array<CIMObject>& objects) { return pathTexts(objects); }
 
 } // namespace embedded::routing::test

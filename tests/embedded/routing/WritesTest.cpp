@@ -13,9 +13,7 @@ Texts writes(Router& router, const char* className) {
             errorOf([&] { router.deleteInstance({}, nameSpace, instance.getPath()); })};
 }
 
-Texts thrice(const std::string& outcome) {
-    return {outcome, outcome, outcome};
-}
+Texts thrice(const std::string& outcome) { return {outcome, outcome, outcome}; }
 
 TEST(Writes, ReachTheRepositoryOfAWritableServerOnly) {
     Server server("instance of TST_Base { Id = \"kept\"; };\n");

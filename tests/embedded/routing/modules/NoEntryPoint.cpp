@@ -1,4 +1,2 @@
 // A library that is no provider module.
-extern "C" int theAnswer() {
-    return 42;
-}
+extern "C" int theAnswer() { return 42; }

@@ -81,9 +81,7 @@ class PEGASUS_COMMON_LINKAGE CIMDateTime {
                       Sint32 utcOffset);
     void setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds, Uint32 microseconds,
                      Uint32 numSignificantMicrosecondDigits);
-    Boolean isTimeStamp() const {
-        return !_isInterval;
-    }
+    Boolean isTimeStamp() const { return !_isInterval; }
 #endif
 
   private:
@@ -97,8 +95,6 @@ class PEGASUS_COMMON_LINKAGE CIMDateTime {
     Boolean _isInterval = true;
 };
 
-inline Boolean operator==(const CIMDateTime& x, const CIMDateTime& y) {
-    return x.equal(y);
-}
+inline Boolean operator==(const CIMDateTime& x, const CIMDateTime& y) { return x.equal(y); }
 
 } // namespace Pegasus

@@ -31,18 +31,14 @@ class PEGASUS_COMMON_LINKAGE CIMName {
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
     Boolean equal(const char* name) const;
-    CIMName& operator=(const char* name) {
-        return *this = CIMName(name);
-    }
+    CIMName& operator=(const char* name) { return *this = CIMName(name); }
 #endif
 
   private:
     String _name;
 };
 
-inline Boolean operator==(const CIMName& name1, const CIMName& name2) {
-    return name1.equal(name2);
-}
+inline Boolean operator==(const CIMName& name1, const CIMName& name2) { return name1.equal(name2); }
 inline Boolean operator!=(const CIMName& name1, const CIMName& name2) {
     return !name1.equal(name2);
 }
@@ -68,9 +64,7 @@ class PEGASUS_COMMON_LINKAGE CIMNamespaceName {
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
     Boolean equal(const char* name) const;
-    CIMNamespaceName& operator=(const char* name) {
-        return *this = CIMNamespaceName(name);
-    }
+    CIMNamespaceName& operator=(const char* name) { return *this = CIMNamespaceName(name); }
 #endif
 
   private:

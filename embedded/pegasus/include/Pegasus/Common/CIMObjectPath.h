@@ -108,9 +108,7 @@ class PEGASUS_COMMON_LINKAGE CIMObjectPath {
     friend struct CIMObjectPathRep;
 };
 
-inline Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {
-    return x.identical(y);
-}
+inline Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) { return x.identical(y); }
 inline Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) {
     return !x.identical(y);
 }

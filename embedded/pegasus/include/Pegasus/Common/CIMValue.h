@@ -138,11 +138,7 @@ class PEGASUS_COMMON_LINKAGE CIMValue {
     friend struct CIMValueRep;
 };
 
-inline Boolean operator==(const CIMValue& x, const CIMValue& y) {
-    return x.equal(y);
-}
-inline Boolean operator!=(const CIMValue& x, const CIMValue& y) {
-    return !x.equal(y);
-}
+inline Boolean operator==(const CIMValue& x, const CIMValue& y) { return x.equal(y); }
+inline Boolean operator!=(const CIMValue& x, const CIMValue& y) { return !x.equal(y); }
 
 } // namespace Pegasus

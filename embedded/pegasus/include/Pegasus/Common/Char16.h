@@ -25,23 +25,11 @@ class PEGASUS_COMMON_LINKAGE Char16 {
     Uint16 _code;
 };
 
-inline Boolean operator==(const Char16& x, const Char16& y) {
-    return Uint16(x) == Uint16(y);
-}
-inline Boolean operator==(const Char16& x, char y) {
-    return Uint16(x) == Uint16(y);
-}
-inline Boolean operator==(char x, const Char16& y) {
-    return y == x;
-}
-inline Boolean operator!=(const Char16& x, const Char16& y) {
-    return !(x == y);
-}
-inline Boolean operator!=(const Char16& x, char y) {
-    return !(x == y);
-}
-inline Boolean operator!=(char x, const Char16& y) {
-    return !(y == x);
-}
+inline Boolean operator==(const Char16& x, const Char16& y) { return Uint16(x) == Uint16(y); }
+inline Boolean operator==(const Char16& x, char y) { return Uint16(x) == Uint16(y); }
+inline Boolean operator==(char x, const Char16& y) { return y == x; }
+inline Boolean operator!=(const Char16& x, const Char16& y) { return !(x == y); }
+inline Boolean operator!=(const Char16& x, char y) { return !(x == y); }
+inline Boolean operator!=(char x, const Char16& y) { return !(y == x); }
 
 } // namespace Pegasus

@@ -106,24 +106,16 @@ class PEGASUS_COMMON_LINKAGE String {
     static Boolean equalNoCase(const String& s1, const String& s2);
 
 #ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
-    String(const String& s1, const String& s2) : String(s1) {
-        append(s2);
-    }
-    String(const String& s1, const char* s2) : String(s1, String(s2)) {
-    }
-    String(const char* s1, const String& s2) : String(String(s1), s2) {
-    }
+    String(const String& s1, const String& s2) : String(s1) { append(s2); }
+    String(const String& s1, const char* s2) : String(s1, String(s2)) {}
+    String(const char* s1, const String& s2) : String(String(s1), s2) {}
     String& operator=(const char* str) {
         return assign(str); // NOLINT(misc-unconventional-assign-operator): that is *this
     }
     void toUpper();
-    Uint32 find(const char* s) const {
-        return find(String(s));
-    }
+    Uint32 find(const char* s) const { return find(String(s)); }
     static Boolean equal(const String& s1, const char* s2);
-    static int compare(const String& s1, const char* s2) {
-        return compare(s1, String(s2));
-    }
+    static int compare(const String& s1, const char* s2) { return compare(s1, String(s2)); }
     String& append(const char* str);
     String& append(const char* str, Uint32 size);
     static Boolean equalNoCase(const String& s1, const char* s2);
@@ -138,9 +130,7 @@ inline Boolean operator==(const String& str1, const String& str2) {
     return String::equal(str1, str2);
 }
 PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const char* str2);
-inline Boolean operator==(const char* str1, const String& str2) {
-    return str2 == str1;
-}
+inline Boolean operator==(const char* str1, const String& str2) { return str2 == str1; }
 inline Boolean operator!=(const String& str1, const String& str2) {
     return !String::equal(str1, str2);
 }
