@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+
 namespace registering {
 namespace {
 
@@ -32,7 +38,13 @@ TEST(Process, OneThatPrintsWithoutEndIsKilled) {
 }
 
 TEST(Process, OneThatHangsIsKilledWithItsChildren) {
+    std::array<int, 2> held{}; // by each of them, while it runs
+    ASSERT_EQ(pipe(held.data()), 0);
     const Outcome outcome = shell("sleep 100 & sleep 100; echo never", seconds(1));
+    close(held[1]);
+    pollfd ended{held[0], POLLIN, 0};
+    EXPECT_EQ(poll(&ended, 1, 20'000), 1);
+    close(held[0]);
     EXPECT_TRUE(outcome.timedOut);
     EXPECT_FALSE(outcome.ok());
     EXPECT_EQ(describe(outcome), "did not end in time and was killed");
@@ -48,6 +60,11 @@ TEST(Process, ACrashIsToldFromAnEnd) {
     const Outcome outcome = shell("kill -SEGV $$");
     EXPECT_EQ(outcome.signal, 11);
     EXPECT_FALSE(outcome.ok());
+}
+
+TEST(Process, ItsEndIsToldThoughWhoStartedThisOneIgnoresThatOfChildren) {
+    std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(shell("exit 7").exitCode, 7);
 }
 
 TEST(Process, WhatIsNotThereIsSaid) {
