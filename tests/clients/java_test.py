@@ -17,7 +17,6 @@ sys.path.insert(1, sys.path[0] + "/../kit")
 
 import compared
 import ways
-from served import NAMESPACES
 
 WALK = pathlib.Path(__file__).resolve().parent / "java" / "Walk.java"
 MODES = ("SAX,POST,whole", "SAX,M-POST,pulled", "PULL,POST,pulled", "PULL,M-POST,whole", "DOM,POST,whole",
@@ -89,38 +88,36 @@ def trust(served, folder):
             "-Djavax.net.ssl.trustStorePassword=changeit"]
 
 
-def check_methods(program, build):
-    """Each method is what goes over the wire: the library falls back to POST where M-POST fails."""
-    wrong = 0
-    for method in ("POST", "M-POST"):
-        with tempfile.TemporaryDirectory() as folder, ways.Reached(
-                build, ways.PLAIN, options=["--trace-wire", folder]) as served:
-            calls = walk(program, [], served.url, NAMESPACES[:1], "--mode", f"SAX,{method},whole")
-            sent = [path.read_bytes().split(b" ", 1)[0].decode()
-                    for path in pathlib.Path(folder).glob("*-request")]
-        if collections.Counter(sent) != {method: len(calls)} or not calls:
-            wrong += 1
-            print(f"  WRONG {len(calls)} calls as {method} were {collections.Counter(sent)}")
-    return wrong
+def check_methods(calls, folder):
+    """Whether each method is what went over the wire: the library falls back to POST where M-POST fails."""
+    sent, told = ([path.read_bytes() for path in pathlib.Path(folder).glob(kind)]
+                  for kind in ("*-request", "*-reply"))
+    methods = collections.Counter(request.split(b" ", 1)[0].decode() for request in sent)
+    wanted = collections.Counter(mode.split(",")[1] for mode, *_ in calls)
+    failed = [reply[:100] for reply in told if not reply.startswith(b"HTTP/1.1 200 ")]
+    if failed or set(methods) != set(wanted) or any(methods[one] < wanted[one] for one in wanted):
+        print(f"  WRONG calls {wanted} were {methods}, {failed[:3]} the replies to some")
+        return 1
+    return 0
 
 
 def check_way(program, build, way):
     modes = MODES if way == ways.PLAIN else MODES[1::2]  # each parser
-    with ways.Reached(build, way) as served, tempfile.TemporaryDirectory() as folder:
+    with tempfile.TemporaryDirectory() as folder, tempfile.TemporaryDirectory() as trace, ways.Reached(
+            build, way, options=["--trace-wire", trace]) as served:
         user = ["--user", f"{served.user}:{served.password}"] if served.user else []
         calls = walk(program, trust(served, folder), served.url, served.namespaces, *user,
                      *(word for mode in modes for word in ("--mode", mode)))
+        wrong = check_methods(calls, trace) if way == ways.PLAIN else 0
         with compared.Answers(served.url, **served.own_client()) as answers:
-            return check(way.name, calls, answers, served.namespaces, modes)
+            return wrong + check(way.name, calls, answers, served.namespaces, modes)
 
 
 def main():
     library, build = sys.argv[1:]
     with tempfile.TemporaryDirectory() as folder:
         program = compiled(library, folder)
-        wrong = check_methods(program, build)
-        for way in ways.WAYS:
-            wrong += check_way(program, build, way)
+        wrong = sum(check_way(program, build, way) for way in ways.WAYS)
     return 1 if wrong else 0
 
 
