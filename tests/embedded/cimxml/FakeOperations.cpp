@@ -107,7 +107,7 @@ routing::Answer FakeOperations::answerTo(const Operation& operation) {
     case OperationKind::EnumerateClasses:
         return {routing::cursorOverAll(classes)};
     case OperationKind::EnumerateClassNames:
-        return {routing::cursorOverAll(classNames)};
+        return {routing::cursorOverAll(Array<CIMName>())};
     case OperationKind::GetInstance:
         return {routing::cursorOver(instance)};
     case OperationKind::EnumerateInstances:
