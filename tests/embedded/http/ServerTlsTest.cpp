@@ -122,19 +122,6 @@ TEST(ServerTls, DoesNotCompressNorBeginAnew) {
     EXPECT_TRUE(running.serves());
 }
 
-TEST(ServerTls, PlainHttpIsToldInTheLogAndClosed) {
-    Tls running(with(1));
-    for (const std::string& request : {whole, std::string("GET / HTTP/1.1\r\n\r\n")}) {
-        RawClient plain(running.tlsPort(), noTls);
-        plain.send(request);
-        plain.closeSending();
-        plain.rest();
-    }
-    EXPECT_TRUE(
-        running.logs(": this looks like plain HTTP, but this port speaks TLS; use https://"));
-    EXPECT_TRUE(running.serves());
-}
-
 TEST(ServerTls, AHandshakeThatBreaksOffAnywhereHarmsNobody) {
     Tls running(with(1));
     const std::string hello = clientHello();
@@ -328,14 +315,6 @@ std::string taken(const Tls& running, const ClientTls& tls) {
     if (client.reply().find("[body]") == std::string::npos)
         return "refused";
     return "user " + running.lastRequest().peer.certificateName;
-}
-
-TEST(ServerTls, AClientIsCalledAsItsCertificateSays) {
-    const PemPair alice = certificate({{"alice"}});
-    const Tls running(Options(), certificate(), alice.certificate);
-    EXPECT_EQ(taken(running, clientTls(alice.certificate, alice.key)), "user alice");
-    EXPECT_EQ(taken(running, clientTls()), "user ");
-    EXPECT_EQ(running.log(), "");
 }
 
 TEST(ServerTls, AClientWhoseCertificateIsNoGoodIsRefused) {
