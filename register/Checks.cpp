@@ -1,6 +1,5 @@
 #include "register/Situation.h"
 
-#include "register/Library.h"
 #include "register/Names.h"
 #include "register/Process.h"
 
@@ -66,37 +65,6 @@ bool overlap(const Instance& one, const Instance& other, const char* property) {
                        [&](const std::string& item) { return hasName(others, item); });
 }
 
-// A library of that name; `given`: that one, if it is the one that the server finds.
-void checkLibrary(const Job& job, const std::string& name, const std::filesystem::path& given,
-                  const std::vector<std::filesystem::path>& configured) {
-    const auto& [settings, content, server, report] = job;
-    const auto& directories = configured.empty() ? usualProviderDirectories() : configured;
-    const std::vector<std::string> names(directories.begin(), directories.end());
-    const std::filesystem::path found = findFile(name, directories, false);
-    const std::filesystem::path library = given.empty() ? found : given;
-    std::error_code ignored;
-    if (library.empty()) {
-        report.wrong("the server finds no " + name + " in " + joined(names),
-                     "copy it there, or add its directory to the server's providerDir "
-                     "(cimconfig -s providerDir=... -c)");
-        return;
-    }
-    if (!configured.empty() && !std::filesystem::equivalent(library, found, ignored)) {
-        report.wrong(library.string() + " is not what the server loads; that is " +
-                         (found.empty() ? "nothing in " + joined(names) : found.string()),
-                     "copy it there as " + name +
-                         ", or add its directory to the server's "
-                         "providerDir (cimconfig -s providerDir=... -c)");
-        return;
-    }
-    const LibraryProblem problem =
-        probeLibrary(library, server.cimcli, std::chrono::seconds(settings.timeout));
-    if (problem.text.empty())
-        report.ok("the server can load " + library.string());
-    else
-        report.wrong(library.string() + " " + problem.text, problem.advice);
-}
-
 // Whether an empty answer is wrong. A server that is reached by its local socket alone has no
 // communication mechanism; all have an object manager.
 bool neverEmpty(const ModuleState& module, const std::string& name) {
@@ -104,45 +72,6 @@ bool neverEmpty(const ModuleState& module, const std::string& name) {
 }
 
 } // namespace
-
-std::optional<Tools> checkTools(const Settings& settings, Report& report) {
-    std::vector<std::string> missing;
-    const Tools tools = findTools(toolDirectories(settings.tools), missing);
-    if (!missing.empty()) {
-        report.wrong("the server's tools: no " + joined(missing) +
-                         (settings.tools.empty() ? "" : " in " + settings.tools),
-                     "install OpenPegasus, set PEGASUS_HOME, or say with --tools where they are");
-        return std::nullopt;
-    }
-    report.ok("the server's tools: " + tools.cimmof.string() + ", " + tools.cimprovider.string() +
-              ", " + tools.cimcli.string());
-    return tools;
-}
-
-std::optional<Content> checkContent(const Settings& settings, Report& report) {
-    try {
-        Content content = readContent(settings.mofDirectory);
-        report.ok("the package's MOF: " + settings.mofDirectory);
-        return content;
-    } catch (const std::runtime_error& error) {
-        report.wrong(std::string("the package's MOF: ") + error.what(),
-                     "say with --mof where its files are");
-        return std::nullopt;
-    }
-}
-
-void checkLibraries(const Job& job) {
-    const auto& [settings, content, server, report] = job;
-    const std::vector<std::filesystem::path> configured = server.providerDirectories();
-    bool taken = settings.library.empty();
-    for (const Module& module : content.modules) {
-        const std::string name = module.registration.library();
-        const bool given = !taken && (std::filesystem::path(settings.library).filename() == name ||
-                                      &module == &content.modules.back());
-        taken |= given;
-        checkLibrary(job, name, given ? settings.library : "", configured);
-    }
-}
 
 void checkClasses(const Job& job, const Situation& situation, bool own) {
     Report& report = job.report;

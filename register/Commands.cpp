@@ -24,6 +24,34 @@ Run dryRunner() {
     };
 }
 
+// Finds the server's tools. If one is missing, reports it and returns nothing.
+std::optional<Tools> checkTools(const Settings& settings, Report& report) {
+    std::vector<std::string> missing;
+    const Tools tools = findTools(toolDirectories(settings.tools), missing);
+    if (!missing.empty()) {
+        report.wrong("the server's tools: no " + joined(missing) +
+                         (settings.tools.empty() ? "" : " in " + settings.tools),
+                     "install OpenPegasus, set PEGASUS_HOME, or say with --tools where they are");
+        return std::nullopt;
+    }
+    report.ok("the server's tools: " + tools.cimmof.string() + ", " + tools.cimprovider.string() +
+              ", " + tools.cimcli.string());
+    return tools;
+}
+
+// Reads the package's MOF files. If they cannot be read, reports why and returns nothing.
+std::optional<Content> checkContent(const Settings& settings, Report& report) {
+    try {
+        Content content = readContent(settings.mofDirectory);
+        report.ok("the package's MOF: " + settings.mofDirectory);
+        return content;
+    } catch (const std::runtime_error& error) {
+        report.wrong(std::string("the package's MOF: ") + error.what(),
+                     "say with --mof where its files are");
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 ExitCode run(const Settings& settings) {

@@ -1,5 +1,7 @@
 #include "register/Library.h"
 
+#include "register/Situation.h"
+
 #include <dlfcn.h>
 #include <link.h>
 
@@ -50,8 +52,8 @@ int findServerLibrary(dl_phdr_info* info, std::size_t /*size*/, void* found) {
     return 0;
 }
 
-} // namespace
-
+// Where servers keep provider libraries unless they are told otherwise: below PEGASUS_HOME, and
+// where the distributions have them.
 std::vector<fs::path> usualProviderDirectories() {
     std::vector<fs::path> result;
     if (const fs::path home = environment("PEGASUS_HOME"); !home.empty())
@@ -63,8 +65,15 @@ std::vector<fs::path> usualProviderDirectories() {
     return result;
 }
 
-LibraryProblem probeLibrary(const fs::path& file, const fs::path& tools,
-                            std::chrono::seconds timeout) {
+// What is wrong with a library, and what to do; both empty if the server will be able to load it.
+struct Problem {
+    std::string text;
+    std::string advice;
+};
+
+// Tries in a process of its own, which the library may take down, with what the server's libraries
+// (beside `tools`) offer.
+Problem probeLibrary(const fs::path& file, const fs::path& tools, std::chrono::seconds timeout) {
     std::error_code ignored;
     const fs::path absolute = fs::absolute(file, ignored); // a bare name would be searched for
     const Outcome outcome =
@@ -85,6 +94,52 @@ LibraryProblem probeLibrary(const fs::path& file, const fs::path& tools,
     default:
         return {"cannot be loaded: loading it " + describe(outcome),
                 "install a library that was built for this server"};
+    }
+}
+
+// A library of that name; `given`: that one, if it is the one that the server finds.
+void checkLibrary(const Job& job, const std::string& name, const fs::path& given,
+                  const std::vector<fs::path>& configured) {
+    const auto& [settings, content, server, report] = job;
+    const auto& directories = configured.empty() ? usualProviderDirectories() : configured;
+    const std::vector<std::string> names(directories.begin(), directories.end());
+    const fs::path found = findFile(name, directories, false);
+    const fs::path library = given.empty() ? found : given;
+    std::error_code ignored;
+    if (library.empty()) {
+        report.wrong("the server finds no " + name + " in " + joined(names),
+                     "copy it there, or add its directory to the server's providerDir "
+                     "(cimconfig -s providerDir=... -c)");
+        return;
+    }
+    if (!configured.empty() && !fs::equivalent(library, found, ignored)) {
+        report.wrong(library.string() + " is not what the server loads; that is " +
+                         (found.empty() ? "nothing in " + joined(names) : found.string()),
+                     "copy it there as " + name +
+                         ", or add its directory to the server's "
+                         "providerDir (cimconfig -s providerDir=... -c)");
+        return;
+    }
+    const Problem problem =
+        probeLibrary(library, server.cimcli, std::chrono::seconds(settings.timeout));
+    if (problem.text.empty())
+        report.ok("the server can load " + library.string());
+    else
+        report.wrong(library.string() + " " + problem.text, problem.advice);
+}
+
+} // namespace
+
+void checkLibraries(const Job& job) {
+    const auto& [settings, content, server, report] = job;
+    const std::vector<fs::path> configured = server.providerDirectories();
+    bool taken = settings.library.empty();
+    for (const Module& module : content.modules) {
+        const std::string name = module.registration.library();
+        const bool given = !taken && (fs::path(settings.library).filename() == name ||
+                                      &module == &content.modules.back());
+        taken |= given;
+        checkLibrary(job, name, given ? settings.library : "", configured);
     }
 }
 

@@ -85,14 +85,6 @@ std::vector<fs::path> toolDirectories(const fs::path& given) {
     return result;
 }
 
-fs::path findWalk() {
-    std::error_code ignored;
-    std::vector<fs::path> directories = directoriesOf(environment("PATH"), "");
-    directories.insert(directories.begin(),
-                       fs::read_symlink("/proc/self/exe", ignored).parent_path());
-    return findFile("serverprofile-walk", directories, true);
-}
-
 fs::path findFile(const std::string& name, const std::vector<fs::path>& directories, bool program) {
     for (const fs::path& directory : directories) {
         fs::path file = directory / name;

@@ -44,9 +44,6 @@ struct Tools {
 /// usual places of administrators' programs.
 std::vector<std::filesystem::path> toolDirectories(const std::filesystem::path& given);
 
-/// The program serverprofile-walk: beside this one, or in PATH; empty if there is none.
-std::filesystem::path findWalk();
-
 /// The first of the directories that has the file `name`; `program`: as one that can be run.
 /// Returns the file, or an empty path if none has it.
 std::filesystem::path findFile(const std::string& name,

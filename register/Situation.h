@@ -72,12 +72,6 @@ struct Job {
     Report& report;
 };
 
-/// Finds the server's tools. If one is missing, reports it and returns nothing.
-std::optional<Tools> checkTools(const Settings& settings, Report& report);
-
-/// Reads the package's MOF files. If they cannot be read, reports why and returns nothing.
-std::optional<Content> checkContent(const Settings& settings, Report& report);
-
 /// Asks the server what it has. A namespace that does not exist and is not to be made is left out
 /// of the places and reported as wrong; a removal only notes it. If the server cannot be asked, or
 /// the record cannot be read, reports why and returns nothing.

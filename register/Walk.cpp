@@ -22,6 +22,15 @@ constexpr int notReached = 3;
 constexpr std::size_t mostWrongs = 5;
 constexpr std::size_t mostOfAText = 300;
 
+// The program: beside this one, or in PATH; empty if there is none.
+std::filesystem::path findWalk() {
+    std::error_code ignored;
+    std::vector<std::filesystem::path> directories = directoriesOf(environment("PATH"), "");
+    directories.insert(directories.begin(),
+                       std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path());
+    return findFile(program, directories, true);
+}
+
 // Where the server answers clients on this machine; empty if it cannot be found out.
 std::string urlOf(const Server& server) {
     using Row = std::array<const char*, 4>;
