@@ -97,6 +97,7 @@ class Tools:
             self._reply(tool, self.answer, *call)
 
     def close(self):
+        self.plan()
         self._listener.shutdown(socket.SHUT_RDWR)
         self._listener.close()
 
