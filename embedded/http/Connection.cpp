@@ -187,6 +187,7 @@ void Connection::stop() {
 }
 
 void Connection::awaitRequest() {
+    _state = State::Idle; // nothing is being written: close() tells a TLS client so
     if (_owner.stopping()) {
         close();
         return;
@@ -212,7 +213,6 @@ void Connection::awaitRequest() {
         }
         _in.consume(1);
     }
-    _state = State::Idle;
     waitFor(Waiting::ForARequest);
     if (_in.capacity() > readSize)
         _in.shrink_to_fit(); // a connection that waits keeps no large buffer
