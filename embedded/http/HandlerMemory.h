@@ -4,6 +4,7 @@
 #include <boost/asio/bind_allocator.hpp>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <memory_resource>
 #include <new>
@@ -14,20 +15,19 @@ namespace embedded::http {
 /// Room for one handler that waits in an executor. A second handler, or one that is too large, is
 /// allocated on the heap.
 ///
-/// Thread-safety: an executor frees a handler's memory before it calls the handler, so the handler
-/// may use this object again, on any thread.
+/// Thread-safety: any thread may post a handler. An executor frees a handler's memory before it
+/// calls the handler, which may use this object again.
 class HandlerMemory : public std::pmr::memory_resource {
   private:
     void* do_allocate(std::size_t size, std::size_t /*alignment*/) override {
-        // Not tested: nothing here is as large, and nothing is handed on twice at once.
-        if (_used || size > _bytes.size())
+        // Not tested: nothing here is as large.
+        if (size > _bytes.size() || _used.exchange(true, std::memory_order_acquire))
             return ::operator new(size);
-        _used = true;
         return _bytes.data();
     }
     void do_deallocate(void* memory, std::size_t /*size*/, std::size_t /*alignment*/) override {
         if (memory == _bytes.data())
-            _used = false;
+            _used.store(false, std::memory_order_release);
         else
             ::operator delete(memory);
     }
@@ -36,7 +36,7 @@ class HandlerMemory : public std::pmr::memory_resource {
     }
 
     alignas(std::max_align_t) std::array<std::byte, 512> _bytes;
-    bool _used = false;
+    std::atomic<bool> _used{false};
 };
 
 /// `handler`, to be allocated in `memory`: posting it cannot fail.
