@@ -64,10 +64,14 @@ void declare(CLI::App& app, Settings& settings) {
         const char* type;
         const char* what;
     };
+    app.add_option("--interop", settings.interop,
+                   "The server's own interop namespace, where registrations are kept")
+        ->type_name("NS")
+        ->check(nameSpace)
+        ->capture_default_str();
     for (const Text& text : {
-             Text{"--interop", &Settings::interop, "NS",
-                  "The server's own interop namespace, where registrations are kept"},
-             {"--mof", &Settings::mofDirectory, "DIR", "Where the MOF files of the package are"},
+             Text{"--mof", &Settings::mofDirectory, "DIR",
+                  "Where the MOF files of the package are"},
              {"--library", &Settings::library, "FILE",
               "A module's library, by its name (default: looked for in the server's provider "
               "directories)"},
@@ -84,8 +88,10 @@ void declare(CLI::App& app, Settings& settings) {
          })
         app.add_option(text.name, settings.*text.value, text.what)
             ->type_name(text.type)
-            ->capture_default_str();
-    app.get_option("--interop")->check(nameSpace);
+            ->capture_default_str()
+            ->transform([otherwise = settings.*text.value](const std::string& given) {
+                return given.empty() ? otherwise : given; // such as a variable that is not set
+            });
     app.add_option("--timeout", settings.timeout, "How long one of the server's tools may take")
         ->type_name("SECONDS")
         ->check(CLI::Range(1U, 3600U))
