@@ -166,8 +166,9 @@ int compareFolded(const String& s1, const String& s2, Fold fold) {
         [&](const auto* p1, Uint32 size1, const auto* p2, Uint32 size2) {
             const Uint32 common = std::min(size1, size2);
             for (Uint32 i = 0; i < common; ++i)
-                if (const int result = difference(fold(unitOf(p1[i])), fold(unitOf(p2[i]))))
-                    return result;
+                if (const Uint16 unit1 = unitOf(p1[i]), unit2 = unitOf(p2[i]); unit1 != unit2)
+                    if (const int result = difference(fold(unit1), fold(unit2)))
+                        return result;
             return size1 == size2 ? 0 : size1 < size2 ? -1 : 1;
         });
 }
