@@ -227,6 +227,14 @@ class ShortLoad(unittest.TestCase):
                 tell("give back")
                 self.assertTrue(process.settles(10))
 
+    def test_judges_at_least_half_of_the_answers_strictly(self):
+        toggle = types.SimpleNamespace(windows=[(1.0, 1.2)], problems=[])
+        for inside, problems in ((50, 0), (51, 1)):
+            report = Report()
+            report.windows("load", types.SimpleNamespace(
+                done=100, inside={"right": inside - 1, "blocked": 1}, blocked={1: 1}), toggle, 1)
+            self.assertEqual(report.problems, problems)
+
     def test_says_what_it_cannot_do(self):
         self.assert_ends(load("127.0.0.1:1"), 2, "load.py: 127.0.0.1:1: ")
         self.assert_ends(load(SERVED.address, "--module", "Nobody"), 2,

@@ -8,7 +8,7 @@ from process import HELD, Sample
 NOISE = 2048  # KiB
 A_REQUEST = 16  # bytes
 FEW = 8  # descriptors or threads
-MOST_IN_WINDOWS = 0.2  # of all requests; the others are judged strictly
+MOST_IN_WINDOWS = 0.5  # of all requests; the others are judged strictly
 MOST_TOLD = 10  # of each kind of problem
 
 
