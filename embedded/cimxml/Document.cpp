@@ -1,7 +1,6 @@
 #include "cimxml/Document.h"
 
 #include "cimxml/ElementRules.h"
-#include "cimxml/Rejection.h"
 #include "limits/Limits.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
@@ -109,6 +108,14 @@ bool beginsWithDeclaration(std::string_view text) {
 }
 
 } // namespace
+
+void rejectNotWellFormed(const std::string& detail) {
+    throw RequestRejected(400, "request-not-well-formed", detail);
+}
+
+void rejectNotValid(const std::string& detail) {
+    throw RequestRejected(400, "request-not-valid", detail);
+}
 
 Attribute Element::attribute(std::string_view name) const {
     const Attribute* const found =

@@ -7,10 +7,31 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory_resource>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace embedded::cimxml {
+
+/// Thrown for a document that gets no CIM-XML reply but an HTTP status and a CIMError header
+/// (DSP0200 clause 6.3.3.2): `status` 400 or 501, `cimError` such as "request-not-well-formed".
+class RequestRejected : public std::runtime_error {
+  public:
+    RequestRejected(unsigned status, std::string cimError, const std::string& detail)
+        : std::runtime_error(detail), _status(status), _cimError(std::move(cimError)) {}
+    unsigned status() const { return _status; }
+    const std::string& cimError() const { return _cimError; }
+
+  private:
+    unsigned _status;
+    std::string _cimError;
+};
+
+/// The bytes are not an XML document.
+[[noreturn]] void rejectNotWellFormed(const std::string& detail);
+/// An XML document, but not a CIM-XML request.
+[[noreturn]] void rejectNotValid(const std::string& detail);
 
 /// An attribute, or none. Its texts live as long as the document.
 struct Attribute {

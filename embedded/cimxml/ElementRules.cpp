@@ -1,6 +1,5 @@
 #include "cimxml/ElementRules.h"
 
-#include "cimxml/Rejection.h"
 #include "text/Ascii.h"
 
 #include <algorithm>

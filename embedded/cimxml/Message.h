@@ -4,13 +4,13 @@
 // Thread-safety: there is no state but the open enumerations; several threads may work at once.
 #pragma once
 
+#include "cimxml/Document.h"
 #include "routing/CimOperations.h"
 #include "routing/Enumerations.h"
 
 #include <memory>
-#include <stdexcept>
 #include <string>
-#include <utility>
+#include <vector>
 
 namespace embedded::cimxml {
 
@@ -19,20 +19,6 @@ struct Headers {
     std::string method;                  ///< CIMMethod
     std::string object;                  ///< CIMObject, %-escapes resolved
     std::string protocolVersion = "1.0"; ///< CIMProtocolVersion
-};
-
-/// Thrown for a document that gets no CIM-XML reply but an HTTP status and a CIMError header
-/// (DSP0200 clause 6.3.3.2): `status` 400 or 501, `cimError` such as "request-not-well-formed".
-class RequestRejected : public std::runtime_error {
-  public:
-    RequestRejected(unsigned status, std::string cimError, const std::string& detail)
-        : std::runtime_error(detail), _status(status), _cimError(std::move(cimError)) {}
-    unsigned status() const { return _status; }
-    const std::string& cimError() const { return _cimError; }
-
-  private:
-    unsigned _status;
-    std::string _cimError;
 };
 
 /// A reply document, made piece by piece.

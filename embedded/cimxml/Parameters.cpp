@@ -1,10 +1,6 @@
 #include "cimxml/Parameters.h"
 
-#include "cimxml/Instances.h"
-#include "cimxml/Names.h"
 #include "cimxml/Operations.h"
-#include "cimxml/Rejection.h"
-#include "cimxml/Values.h"
 #include "embedding/Text.h"
 #include "text/Ascii.h"
 

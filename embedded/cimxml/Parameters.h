@@ -1,7 +1,7 @@
 // The intrinsic operations and their parameters (DSP0200 clause 5.3.2).
 #pragma once
 
-#include "cimxml/Paths.h"
+#include "cimxml/Objects.h"
 #include "routing/CimOperations.h"
 
 #include <string>

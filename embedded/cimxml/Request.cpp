@@ -1,8 +1,7 @@
 #include "cimxml/Request.h"
 
 #include "cimxml/ElementRules.h"
-#include "cimxml/Names.h"
-#include "cimxml/Rejection.h"
+#include "cimxml/Objects.h"
 #include "embedding/Text.h"
 
 #include <string_view>

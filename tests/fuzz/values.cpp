@@ -4,9 +4,7 @@
 
 #include "cimxml/Document.h"
 #include "cimxml/Message.h"
-#include "cimxml/Paths.h"
-#include "cimxml/Types.h"
-#include "cimxml/Values.h"
+#include "cimxml/Objects.h"
 #include "http/Fields.h"
 #include "repository/Integers.h"
 #include "repository/PathMatch.h"

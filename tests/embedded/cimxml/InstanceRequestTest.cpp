@@ -1,7 +1,7 @@
 // Instances in requests: CreateInstance and ModifyInstance.
 #include "Requests.h"
 
-#include "cimxml/Paths.h"
+#include "cimxml/Objects.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Object paths in requests and in replies.
 #include "Requests.h"
 
-#include "cimxml/Paths.h"
+#include "cimxml/Objects.h"
 #include "embedding/XmlWriter.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Values of every type, as they are written and as they are read.
 #include "Requests.h"
 
-#include "cimxml/Values.h"
+#include "cimxml/Objects.h"
 #include "embedding/XmlWriter.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
