@@ -1,7 +1,6 @@
 #include "cimxml/Message.h"
 
-#include "cimxml/Operations.h"
-#include "cimxml/Request.h"
+#include "cimxml/Call.h"
 #include "embedding/Text.h"
 #include "embedding/XmlWriter.h"
 #include "limits/Limits.h"
@@ -17,6 +16,7 @@
 
 namespace embedded::cimxml {
 
+using namespace Pegasus;
 using namespace Pegasus::embedding;
 
 namespace {
@@ -45,8 +45,8 @@ class MemoryTrim {
 };
 
 // DESCRIPTION starts with the name of the status; without a message it is the name alone.
-std::string error(Pegasus::CIMStatusCode code, const Pegasus::String& message) {
-    Pegasus::String description(Pegasus::cimStatusCodeToString(code));
+std::string error(CIMStatusCode code, const String& message) {
+    String description(cimStatusCodeToString(code));
     if (message.size() != 0)
         description.append(": ").append(message.subString(0, limits::errorLength));
     if (message.size() > limits::errorLength)
@@ -62,11 +62,99 @@ std::string errorOf(const Work& work) {
     try {
         work();
         return {};
-    } catch (const Pegasus::CIMException& exception) {
+    } catch (const CIMException& exception) {
         return error(exception.getCode(), exception.getMessage());
-    } catch (const Pegasus::Exception& exception) {
-        return error(Pegasus::CIM_ERR_FAILED, exception.getMessage());
+    } catch (const Exception& exception) {
+        return error(CIM_ERR_FAILED, exception.getMessage());
     }
+}
+
+InstanceFilter filterOf(const Operation& asked) {
+    return {asked.includeQualifiers, asked.includeClassOrigin, asked.propertyList};
+}
+
+// Appends a thing of the answer to `call` as an element of an IRETURNVALUE: one function for each
+// thing that an operation answers with.
+struct ElementWriter {
+    std::string& out;
+    const Call& call;
+
+    InstanceFilter filter() const { return filterOf(call.operation); }
+
+    void operator()(const CIMClass& cimClass) const { appendClass(out, cimClass); }
+    void operator()(const CIMName& name) const { appendClassName(out, name); }
+    void operator()(const CIMValue& value) const { appendValue(out, value); }
+    void operator()(const CIMQualifierDecl& declaration) const {
+        appendQualifierDeclaration(out, declaration);
+    }
+
+    void operator()(const CIMInstance& instance) const {
+        if (call.operation.kind == OperationKind::GetInstance) {
+            appendInstance(out, instance, filter());
+            return;
+        }
+        appendElement(out, "VALUE.NAMEDINSTANCE", [&] {
+            appendInstanceName(out, instance.getPath());
+            appendInstance(out, instance, filter());
+        });
+    }
+
+    // Names of classes answer a question about a class. A client that wrote its class as an
+    // INSTANCENAME without keys gets theirs in that form, too: wbemcli, for one, reads no
+    // CLASSPATH.
+    void operator()(const CIMObjectPath& path) const {
+        switch (call.operation.kind) {
+        case OperationKind::AssociatorNames:
+        case OperationKind::ReferenceNames:
+            appendElement(out, "OBJECTPATH", [&] {
+                (call.objectIsClass ? appendClassPath : appendInstancePath)(out, path);
+            });
+            return;
+        default:
+            appendInstanceName(out, path);
+        }
+    }
+
+    void operator()(const CIMObject& object) const {
+        appendElement(
+            out, "VALUE.OBJECTWITHPATH",
+            [&] {
+                (object.isClass() ? appendClassPath : appendInstancePath)(out, object.getPath());
+                appendObject(out, object, filter());
+            });
+    }
+};
+
+// Appends one thing of the pulled answer to `operation`, with the whole path.
+void appendPulled(std::string& out, const routing::Answered& answered, const Operation& operation) {
+    if (const auto* path = std::get_if<CIMObjectPath>(&answered)) {
+        appendInstancePath(out, *path);
+        return;
+    }
+    const auto* instance = std::get_if<CIMInstance>(&answered);
+    const CIMObject object = instance ? CIMObject(*instance) : std::get<CIMObject>(answered);
+    appendElement(out, "VALUE.INSTANCEWITHPATH", [&] {
+        appendInstancePath(out, object.getPath());
+        appendObject(out, object, filterOf(operation));
+    });
+}
+
+// There are no method providers here. Says whether the class has the method.
+[[noreturn]] void answerExtrinsic(const Request& request, const routing::Caller& caller,
+                                  routing::CimOperations& operations) {
+    Operation get;
+    get.kind = OperationKind::GetClass;
+    get.caller = caller;
+    get.nameSpace = request.nameSpace;
+    get.className = request.className;
+    get.propertyList.set(Array<CIMName>()); // methods are enough
+    const auto found = routing::onlyOf<CIMClass>(operations.perform(get));
+    const String method = fromUtf8(request.method);
+    if (found.findMethod(CIMName(method)) == PEG_NOT_FOUND)
+        throw CIMException(CIM_ERR_METHOD_NOT_FOUND, method);
+    throw CIMException(CIM_ERR_METHOD_NOT_AVAILABLE,
+                       String("No provider for method ") + method + String(" of class ") +
+                           request.className.getString() + String("."));
 }
 
 class ReplyToRequest final : public ReplyDocument {
@@ -90,8 +178,7 @@ class ReplyToRequest final : public ReplyDocument {
     void giveUp(const std::string& why) override {
         _plan = {};
         _enumeration = {};
-        _error =
-            errorOf([&] { throw Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, fromUtf8(why)); });
+        _error = errorOf([&] { throw CIMException(CIM_ERR_FAILED, fromUtf8(why)); });
     }
     bool ended() const override { return _stage == Stage::Ended; }
 
@@ -114,8 +201,8 @@ class ReplyToRequest final : public ReplyDocument {
             _enumeration = enumerations.open(_call.operation, pulled.timeOut);
         } else if (pulled.step == PullStep::Pull || pulled.step == PullStep::Close) {
             if (!operations.hasNameSpace(_call.operation.nameSpace))
-                throw Pegasus::CIMException(Pegasus::CIM_ERR_INVALID_NAMESPACE,
-                                            _call.operation.nameSpace.getString());
+                throw CIMException(CIM_ERR_INVALID_NAMESPACE,
+                                   _call.operation.nameSpace.getString());
             if (pulled.step == PullStep::Pull)
                 _enumeration = enumerations.take(pulled.context, _call.operation);
             else
@@ -190,7 +277,7 @@ class ReplyToRequest final : public ReplyDocument {
         while (out.size() - start < pieceSize) {
             if (!_cursor || !_cursor(answered))
                 return false;
-            appendAnswered(out, answered, _call);
+            std::visit(ElementWriter{out, _call}, answered);
         }
         return true;
     }

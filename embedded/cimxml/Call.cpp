@@ -1,11 +1,13 @@
-#include "cimxml/Parameters.h"
+#include "cimxml/Call.h"
 
-#include "cimxml/Operations.h"
+#include "cimxml/Objects.h"
 #include "embedding/Text.h"
 #include "text/Ascii.h"
 
-#include <string>
+#include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace embedded::cimxml {
 
@@ -14,6 +16,37 @@ using namespace Pegasus::embedding;
 using text::equalIgnoringCase;
 
 namespace {
+
+// The intrinsic operations and their parameters (DSP0200 clause 5.3.2).
+
+struct Parameter {
+    std::string_view name;
+    std::string_view element; // that carries it
+    void (*read)(const Element& value, const SoleKey& soleKey, Call& call);
+    bool Operation::*flag = nullptr; // that a default goes to
+    std::string_view otherElement = {};
+};
+
+enum class Presence { Optional, Required, TrueIfAbsent };
+
+// A parameter as one operation takes it.
+struct TakenParameter {
+    constexpr TakenParameter(const Parameter& taken, Presence how = Presence::Optional)
+        : parameter(taken), presence(how) {}
+
+    Parameter parameter;
+    Presence presence;
+};
+
+using ParameterList = std::vector<TakenParameter>;
+
+// An operation as DSP0200 clause 5.3.2 declares it.
+struct Signature {
+    std::string_view name;
+    OperationKind kind; // of what is pulled, as far as the operation says it
+    ParameterList parameters;
+    PullStep step = PullStep::None;
+};
 
 CIMName readNameText(const Element& value) {
     const std::string_view text = value.text();
@@ -31,23 +64,28 @@ bool readBooleanText(const Element& value) {
     }
 }
 
-template <bool Operation::*member>
-void readBooleanInto(const Element& value, const SoleKey&, Call& call) {
-    call.operation.*member = readBooleanText(value);
+CIMName readClassName(const Element& value) { return readName(value.attribute("NAME")); }
+
+String readString(const Element& value) { return fromUtf8(value.text()); }
+
+std::string readContext(const Element& value) { return std::string(value.text()); }
+
+// An unsigned integer of 32 bits, as the parameters of pulled enumerations have it.
+Uint32 readCount(const Element& value) {
+    const std::optional<Uint32> count = readUint32(value.text());
+    if (!count)
+        rejectNotValid("\"" + std::string(value.text()) + "\" is no unsigned integer of 32 bits");
+    return *count;
 }
 
-template <CIMName Operation::*member>
-void readClassInto(const Element& value, const SoleKey&, Call& call) {
-    call.operation.*member = readName(value.attribute("NAME"));
+std::chrono::seconds readSeconds(const Element& value) {
+    return std::chrono::seconds(readCount(value));
 }
 
-void readMemberName(const Element& value, const SoleKey&, Call& call) {
-    call.operation.memberName = readNameText(value);
-}
-
-template <String Operation::*member>
-void readStringInto(const Element& value, const SoleKey&, Call& call) {
-    call.operation.*member = fromUtf8(value.text());
+// What most parameters are: a member of a part of the call.
+template <auto part, auto member, auto read>
+void readInto(const Element& value, const SoleKey&, Call& call) {
+    call.*part.*member = read(value);
 }
 
 void readObjectName(const Element& value, const SoleKey& soleKey, Call& call) {
@@ -73,66 +111,57 @@ void readPropertyList(const Element& value, const SoleKey&, Call& call) {
     call.operation.propertyList.append(names);        // each once
 }
 
-// An unsigned integer of 32 bits, as the parameters of pulled enumerations have it.
-Uint32 readCount(const Element& value) {
-    const std::optional<Uint32> count = readUint32(value.text());
-    if (!count)
-        rejectNotValid("\"" + std::string(value.text()) + "\" is no unsigned integer of 32 bits");
-    return *count;
-}
-
 void readFilter(const Element& value, const SoleKey&, Call& call) {
     call.pulled.isFiltered = call.pulled.isFiltered || !value.text().empty();
 }
 
-void readTimeOut(const Element& value, const SoleKey&, Call& call) {
-    call.pulled.timeOut = std::chrono::seconds(readCount(value));
+template <auto member, auto read>
+constexpr Parameter ofOperation(std::string_view name, std::string_view element) {
+    return {name, element, readInto<&Call::operation, member, read>};
 }
 
-void readContinuing(const Element& value, const SoleKey&, Call& call) {
-    call.pulled.continuesOnError = readBooleanText(value);
-}
-
-void readMaximum(const Element& value, const SoleKey&, Call& call) {
-    call.pulled.maximum = readCount(value);
-}
-
-void readContext(const Element& value, const SoleKey&, Call& call) {
-    call.pulled.context = value.text();
+template <auto member, auto read>
+constexpr Parameter ofPull(std::string_view name) {
+    return {name, "VALUE", readInto<&Call::pulled, member, read>};
 }
 
 template <bool Operation::*member>
-constexpr Parameter booleanParameter(std::string_view name) {
-    return {name, "VALUE", readBooleanInto<member>, member};
+constexpr Parameter flag(std::string_view name) {
+    return {name, "VALUE", readInto<&Call::operation, member, readBooleanText>, member};
 }
 
 // A name means the same in every operation that has it.
-constexpr Parameter className{"ClassName", "CLASSNAME", readClassInto<&Operation::className>};
+constexpr Parameter className =
+    ofOperation<&Operation::className, readClassName>("ClassName", "CLASSNAME");
 constexpr Parameter instanceName{"InstanceName", "INSTANCENAME", readObjectName};
 constexpr Parameter objectName{"ObjectName", "INSTANCENAME", readObjectName, nullptr, "CLASSNAME"};
 constexpr Parameter newInstance{"NewInstance", "INSTANCE", readNewInstance};
 constexpr Parameter modifiedInstance{"ModifiedInstance", "VALUE.NAMEDINSTANCE",
                                      readModifiedInstance};
-constexpr Parameter assocClass{"AssocClass", "CLASSNAME", readClassInto<&Operation::assocClass>};
-constexpr Parameter resultClass{"ResultClass", "CLASSNAME", readClassInto<&Operation::resultClass>};
-constexpr Parameter role{"Role", "VALUE", readStringInto<&Operation::role>};
-constexpr Parameter resultRole{"ResultRole", "VALUE", readStringInto<&Operation::resultRole>};
-constexpr Parameter propertyName{"PropertyName", "VALUE", readMemberName};
-constexpr Parameter qualifierName{"QualifierName", "VALUE", readMemberName};
-constexpr Parameter localOnly = booleanParameter<&Operation::localOnly>("LocalOnly");
-constexpr Parameter deepInheritance =
-    booleanParameter<&Operation::deepInheritance>("DeepInheritance");
-constexpr Parameter includeQualifiers =
-    booleanParameter<&Operation::includeQualifiers>("IncludeQualifiers");
-constexpr Parameter includeClassOrigin =
-    booleanParameter<&Operation::includeClassOrigin>("IncludeClassOrigin");
+constexpr Parameter assocClass =
+    ofOperation<&Operation::assocClass, readClassName>("AssocClass", "CLASSNAME");
+constexpr Parameter resultClass =
+    ofOperation<&Operation::resultClass, readClassName>("ResultClass", "CLASSNAME");
+constexpr Parameter role = ofOperation<&Operation::role, readString>("Role", "VALUE");
+constexpr Parameter resultRole =
+    ofOperation<&Operation::resultRole, readString>("ResultRole", "VALUE");
+constexpr Parameter propertyName =
+    ofOperation<&Operation::memberName, readNameText>("PropertyName", "VALUE");
+constexpr Parameter qualifierName =
+    ofOperation<&Operation::memberName, readNameText>("QualifierName", "VALUE");
+constexpr Parameter localOnly = flag<&Operation::localOnly>("LocalOnly");
+constexpr Parameter deepInheritance = flag<&Operation::deepInheritance>("DeepInheritance");
+constexpr Parameter includeQualifiers = flag<&Operation::includeQualifiers>("IncludeQualifiers");
+constexpr Parameter includeClassOrigin = flag<&Operation::includeClassOrigin>("IncludeClassOrigin");
 constexpr Parameter propertyList{"PropertyList", "VALUE.ARRAY", readPropertyList};
 constexpr Parameter filterQueryLanguage{"FilterQueryLanguage", "VALUE", readFilter};
 constexpr Parameter filterQuery{"FilterQuery", "VALUE", readFilter};
-constexpr Parameter operationTimeout{"OperationTimeout", "VALUE", readTimeOut};
-constexpr Parameter continueOnError{"ContinueOnError", "VALUE", readContinuing};
-constexpr Parameter maxObjectCount{"MaxObjectCount", "VALUE", readMaximum};
-constexpr Parameter enumerationContext{"EnumerationContext", "VALUE", readContext};
+constexpr Parameter operationTimeout = ofPull<&Pulled::timeOut, readSeconds>("OperationTimeout");
+constexpr Parameter continueOnError =
+    ofPull<&Pulled::continuesOnError, readBooleanText>("ContinueOnError");
+constexpr Parameter maxObjectCount = ofPull<&Pulled::maximum, readCount>("MaxObjectCount");
+constexpr Parameter enumerationContext =
+    ofPull<&Pulled::context, readContext>("EnumerationContext");
 
 constexpr TakenParameter required(const Parameter& parameter) {
     return {parameter, Presence::Required};
@@ -258,8 +287,7 @@ void readOne(const Element& given, const ParameterList& parameters,
         fromUtf8("Unrecognized or invalid request input parameter \"" + std::string(name) + "\""));
 }
 
-} // namespace
-
+// The row of the operation `method`, ignoring case.
 const Signature& signatureOf(const std::string& method) {
     for (const Signature& signature : served())
         if (equalIgnoringCase(method, signature.name))
@@ -271,6 +299,7 @@ const Signature& signatureOf(const std::string& method) {
     throw CIMException(CIM_ERR_NOT_SUPPORTED, fromUtf8("Unrecognized intrinsic method: " + method));
 }
 
+// Reads the IPARAMVALUEs of `element`, an IMETHODCALL that takes `parameters`, into `call`.
 void readParameters(const Element& element, const ParameterList& parameters, const SoleKey& soleKey,
                     Call& call) {
     for (const TakenParameter& taken : parameters)
@@ -291,6 +320,51 @@ void readParameters(const Element& element, const ParameterList& parameters, con
             throwInvalid("Required parameter \"" + std::string(parameters[i].parameter.name) +
                          "\" missing from request.");
     }
+}
+
+// In the order of the statuses in DSP0200 1.4, clause 5.3.2.24.
+void checkOpening(const Call& call) {
+    const Pulled& pulled = call.pulled;
+    const CIMObjectPath& source = call.operation.objectName;
+    if (!source.getClassName().isNull() && source.getKeyBindings().size() == 0)
+        throw CIMException(CIM_ERR_INVALID_PARAMETER,
+                           "InstanceName needs the keys of an instance.");
+    if (pulled.timeOut.count() == 0 || pulled.timeOut > limits::enumerationLongest)
+        throw CIMException(CIM_ERR_INVALID_OPERATION_TIMEOUT,
+                           fromUtf8("OperationTimeout is from 1 to " +
+                                    std::to_string(limits::enumerationLongest.count()) +
+                                    " seconds."));
+    if (pulled.continuesOnError)
+        throw CIMException(CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED,
+                           "This server does not continue an enumeration after an error.");
+    if (pulled.isFiltered)
+        throw CIMException(CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED,
+                           "This server does not filter enumerations by queries.");
+}
+
+} // namespace
+
+Call readCall(const Request& request, const routing::Caller& caller,
+              routing::CimOperations& operations) {
+    const Signature& signature = signatureOf(request.method);
+    const SoleKey soleKey = [&](const CIMName& keyed) {
+        const std::vector<CIMName> keys = operations.keyNames(request.nameSpace, keyed);
+        if (keys.size() != 1)
+            throw CIMException(CIM_ERR_INVALID_PARAMETER,
+                               String("A key value of class ") + keyed.getString() +
+                                   String(" needs its name: the class has not exactly one key."));
+        return keys[0];
+    };
+    Call call;
+    call.operation.kind = signature.kind;
+    call.operation.caller = caller;
+    call.operation.nameSpace = request.nameSpace;
+    call.operation.fullPaths = signature.step == PullStep::Open;
+    call.pulled.step = signature.step;
+    readParameters(request.call, signature.parameters, soleKey, call);
+    if (signature.step == PullStep::Open)
+        checkOpening(call);
+    return call;
 }
 
 } // namespace embedded::cimxml
