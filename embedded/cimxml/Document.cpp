@@ -27,63 +27,54 @@ struct FreeParser {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
 
-/// A parser that is used again for each document: it keeps its memory. Entities are never
-/// declared here (see doctype()), external ones are never asked for (expat needs a handler for
-/// that), and expat's own bound on what entities come to is on, as it is from 2.4 on.
-class Parser {
-  public:
-    XML_Parser ready() {
-        // Not tested: expat resets any parser but one that reads, and lacks memory.
-        if (!_parser || !XML_ParserReset(_parser.get(), encoding)) {
-            _parser.reset(XML_ParserCreate(encoding));
-            if (!_parser) // Not tested: here; tests/faults lets memory lack
-                throw std::bad_alloc();
-        }
-        // Otherwise expat asks the kernel for a random number for each document.
-        XML_SetHashSalt(_parser.get(), _salt);
-        return _parser.get();
-    }
+using Parser = std::unique_ptr<XML_ParserStruct, FreeParser>;
 
-    /// After a document of `size` bytes: gives the memory back if it may have come to much.
-    void release(std::size_t size) {
-        if (size > kept)
-            _parser.reset();
-    }
-
-  private:
-    static constexpr const char* encoding = "UTF-8"; // whatever the document says
-    // What a parser keeps of documents up to that size comes to 1 MB at most, of the worst ones.
-    static constexpr std::size_t kept = std::size_t{64} * 1024;
-
-    std::unique_ptr<XML_ParserStruct, FreeParser> _parser;
-    unsigned long _salt = std::random_device()() | 1U; // 0 means none
-};
-
-/// Parsers that nobody uses just now: as many as there were readers at once. Not one for each
-/// thread: the C library ends the process when it has no memory to register a thread's destructors.
+/// Parsers that nobody uses just now: as many as there were readers at once. A parser that is used
+/// again keeps its memory. Not one for each thread: the C library ends the process when it has no
+/// memory to register a thread's destructors.
+///
+/// Entities are never declared here (see doctype()), external ones are never asked for (expat needs
+/// a handler for that), and expat's own bound on what entities come to is on, as it is from 2.4 on.
 class Parsers {
   public:
-    static constexpr std::size_t most = 64;
-
     Parsers() { _free.reserve(most); }
 
-    std::unique_ptr<Parser> take() {
-        const threads::Lock lock(_mutex);
-        if (_free.empty())
-            return std::make_unique<Parser>();
-        std::unique_ptr<Parser> parser = std::move(_free.back());
-        _free.pop_back();
+    Parser take() {
+        Parser parser = takeFree();
+        // Not tested: expat resets any parser but one that reads, and lacks memory.
+        if (!parser || !XML_ParserReset(parser.get(), encoding))
+            parser.reset(XML_ParserCreate(encoding));
+        if (!parser) // Not tested: here; tests/faults lets memory lack
+            throw std::bad_alloc();
+        // Otherwise expat asks the kernel for a random number for each document.
+        XML_SetHashSalt(parser.get(), _salt);
         return parser;
     }
-    void giveBack(std::unique_ptr<Parser> parser) noexcept {
+    /// After a document of `size` bytes: gives the memory back if it may have come to much.
+    void giveBack(Parser parser, std::size_t size) noexcept {
         const threads::Lock lock(_mutex);
-        if (_free.size() < most) // Not tested: it takes 65 threads that read at once
+        if (size <= kept && _free.size() < most) // Not tested: it takes 65 threads that read at once
             _free.push_back(std::move(parser));
     }
 
   private:
+    static constexpr const char* encoding = "UTF-8"; // whatever the document says
+    static constexpr std::size_t most = 64;
+    // What a parser keeps of documents up to that size comes to 1 MB at most, of the worst ones.
+    static constexpr std::size_t kept = std::size_t{64} * 1024;
+
+    Parser takeFree() {
+        const threads::Lock lock(_mutex);
+        if (_free.empty())
+            return nullptr;
+        Parser parser = std::move(_free.back());
+        _free.pop_back();
+        return parser;
+    }
+
+    const unsigned long _salt = std::random_device()() | 1U; // 0 means none
     threads::Mutex _mutex;
-    std::vector<std::unique_ptr<Parser>> _free GUARDED_BY(_mutex);
+    std::vector<Parser> _free GUARDED_BY(_mutex);
 };
 
 bool isBlank(std::string_view text) { return text::trimmed(text).empty(); }
@@ -335,14 +326,11 @@ Document::Document(const std::string& text) {
     }
     static Parsers parsers;
     struct Use {
-        std::unique_ptr<Parser> parser;
+        Parser parser;
         std::size_t size;
-        ~Use() {
-            parser->release(size);
-            parsers.giveBack(std::move(parser));
-        }
+        ~Use() { parsers.giveBack(std::move(parser), size); }
     } const use{parsers.take(), text.size()};
-    Reader(*this, text, use.parser->ready()).read();
+    Reader(*this, text, use.parser.get()).read();
 }
 
 } // namespace embedded::cimxml

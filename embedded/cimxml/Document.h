@@ -92,36 +92,28 @@ class Element {
     const Node* _node = nullptr;
 };
 
-/// The children of an element, for a loop.
+/// The children of an element, for a loop: the rest of them, which begins with `*`.
 class Element::Children {
   public:
-    class Iterator {
-      public:
-        Iterator(Element at, std::string_view name) : _at(at), _name(name) { skipOthers(); }
-        const Element& operator*() const { return _at; }
-        Iterator& operator++() {
-            _at = _at.nextSibling();
-            skipOthers();
-            return *this;
-        }
-        bool operator!=(const Iterator& other) const { return _at._node != other._at._node; }
+    Children(Element first, std::string_view name) : _at(first), _name(name) { skipOthers(); }
+    Children begin() const { return *this; }
+    std::nullptr_t end() const { return nullptr; }
 
-      private:
-        void skipOthers() {
-            while (_at && !_name.empty() && _at.name() != _name)
-                _at = _at.nextSibling();
-        }
-
-        Element _at;
-        std::string_view _name;
-    };
-
-    Children(Element first, std::string_view name) : _first(first), _name(name) {}
-    Iterator begin() const { return {_first, _name}; }
-    Iterator end() const { return {Element(), _name}; }
+    bool operator!=(std::nullptr_t) const { return static_cast<bool>(_at); }
+    const Element& operator*() const { return _at; }
+    Children& operator++() {
+        _at = _at.nextSibling();
+        skipOthers();
+        return *this;
+    }
 
   private:
-    Element _first;
+    void skipOthers() {
+        while (_at && !_name.empty() && _at.name() != _name)
+            _at = _at.nextSibling();
+    }
+
+    Element _at;
     std::string_view _name;
 };
 
