@@ -35,8 +35,8 @@ CIMClassReads::CIMClassReads(const CIMObjectReads& x) : CIMElementReads(x) {
         throw DynamicCastFailedException();
 }
 
-CIMClass::CIMClass(const CIMName& className, const CIMName& superClassName)
-    : CIMClassReads(std::make_shared<CIMClassRep>(className, superClassName)) {}
+CIMClassReads::CIMClassReads(const CIMName& className, const CIMName& superClassName)
+    : CIMElementReads(std::make_shared<CIMClassRep>(className, superClassName)) {}
 
 Boolean CIMClassReads::isAssociation() const { return classRepOf(*this).isAssociation(); }
 
@@ -72,14 +72,6 @@ void CIMClassReads::getKeyNames(Array<CIMName>& keyNames) const {
 }
 
 Boolean CIMClassReads::hasKeys() const { return classRepOf(*this).hasKeys(); }
-
-CIMClass CIMClassReads::clone() const {
-    return RepAccess::make<CIMClass>(initialized(_rep).clone());
-}
-
-Boolean CIMClassReads::identical(const CIMConstClass& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
 
 CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeClassOrigin,
                                     const CIMPropertyList& propertyList) const {

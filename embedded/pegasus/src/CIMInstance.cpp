@@ -11,8 +11,8 @@ CIMInstanceReads::CIMInstanceReads(const CIMObjectReads& x) : CIMElementReads(x)
         throw DynamicCastFailedException();
 }
 
-CIMInstance::CIMInstance(const CIMName& className)
-    : CIMInstanceReads(std::make_shared<CIMInstanceRep>(className)) {}
+CIMInstanceReads::CIMInstanceReads(const CIMName& className)
+    : CIMElementReads(std::make_shared<CIMInstanceRep>(className)) {}
 
 CIMObjectPath CIMInstanceReads::buildPath(const CIMConstClass& cimClass) const {
     const CIMObjectRep& rep = initialized(_rep);
@@ -25,14 +25,6 @@ CIMObjectPath CIMInstanceReads::buildPath(const CIMConstClass& cimClass) const {
         keyBindings.append(CIMKeyBinding(keyNames[key], repOf(rep.properties.at(index)).value));
     }
     return CIMObjectPath(String::EMPTY, CIMNamespaceName(), rep.className(), keyBindings);
-}
-
-CIMInstance CIMInstanceReads::clone() const {
-    return RepAccess::make<CIMInstance>(initialized(_rep).clone());
-}
-
-Boolean CIMInstanceReads::identical(const CIMConstInstance& x) const {
-    return initialized(_rep).identical(repOf(x));
 }
 
 void CIMInstance::instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,

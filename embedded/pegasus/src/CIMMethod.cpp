@@ -2,9 +2,9 @@
 
 namespace Pegasus {
 
-CIMMethod::CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
-                     Boolean propagated)
-    : CIMMethodReads(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {}
+CIMMethodReads::CIMMethodReads(const CIMName& name, CIMType type, const CIMName& classOrigin,
+                               Boolean propagated)
+    : CIMReads(std::make_shared<CIMMethodRep>(name, type, classOrigin, propagated)) {}
 
 const CIMName& CIMMethodReads::getName() const { return initialized(_rep).name(); }
 
@@ -44,13 +44,5 @@ CIMConstParameter CIMMethodReads::getParameter(Uint32 index) const {
 void CIMMethod::removeParameter(Uint32 index) { initialized(_rep).parameters.remove(index); }
 
 Uint32 CIMMethodReads::getParameterCount() const { return initialized(_rep).parameters.count(); }
-
-Boolean CIMMethodReads::identical(const CIMConstMethod& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMMethod CIMMethodReads::clone() const {
-    return RepAccess::make<CIMMethod>(std::make_shared<CIMMethodRep>(initialized(_rep)));
-}
 
 } // namespace Pegasus

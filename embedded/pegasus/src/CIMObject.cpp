@@ -42,9 +42,9 @@ void CIMObjectRep::filter(bool includeQualifiers, bool includeClassOrigin,
     }
 }
 
-CIMObject::CIMObject(const CIMClass& x) : CIMObjectReads(x) {}
+CIMObject::CIMObject(const CIMClass& x) : CIMElement(x) {}
 
-CIMObject::CIMObject(const CIMInstance& x) : CIMObjectReads(x) {}
+CIMObject::CIMObject(const CIMInstance& x) : CIMElement(x) {}
 
 const CIMName& CIMElementReads::getClassName() const { return initialized(_rep).className(); }
 
@@ -60,14 +60,6 @@ CIMConstProperty CIMElementReads::getProperty(Uint32 index) const {
 
 Uint32 CIMElementReads::getPropertyCount() const { return initialized(_rep).properties.count(); }
 
-CIMObject CIMObjectReads::clone() const {
-    return RepAccess::make<CIMObject>(initialized(_rep).clone());
-}
-
-Boolean CIMObjectReads::identical(const CIMConstObject& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
 Boolean CIMObjectReads::isClass() const { return _rep && _rep->isClass(); }
 
 Boolean CIMObjectReads::isInstance() const { return _rep && !_rep->isClass(); }
@@ -76,13 +68,5 @@ void CIMObject::instanceFilter(Boolean includeQualifiers, Boolean includeClassOr
                                const CIMPropertyList& propertyList) {
     initialized(_rep).filter(includeQualifiers, includeClassOrigin, propertyList);
 }
-
-CIMConstObject::CIMConstObject(const CIMClass& x) : CIMObjectReads(x) {}
-
-CIMConstObject::CIMConstObject(const CIMInstance& x) : CIMObjectReads(x) {}
-
-CIMConstObject::CIMConstObject(const CIMConstClass& x) : CIMObjectReads(x) {}
-
-CIMConstObject::CIMConstObject(const CIMConstInstance& x) : CIMObjectReads(x) {}
 
 } // namespace Pegasus

@@ -21,10 +21,8 @@ const String& checkedName(const String& name) {
 } // namespace
 
 CIMParamValue::CIMParamValue(String parameterName, CIMValue value, Boolean isTyped)
-    : _rep(std::make_shared<CIMParamValueRep>(
+    : CIMReads(std::make_shared<CIMParamValueRep>(
           CIMParamValueRep{checkedName(parameterName), value, isTyped})) {}
-
-CIMParamValue::CIMParamValue(std::shared_ptr<CIMParamValueRep> rep) : _rep(std::move(rep)) {}
 
 String CIMParamValue::getParameterName() const { return initialized(_rep).name; }
 
@@ -41,9 +39,7 @@ void CIMParamValue::setValue(CIMValue& value) { initialized(_rep).value = value;
 void CIMParamValue::setIsTyped(Boolean isTyped) { initialized(_rep).typed = isTyped; }
 
 CIMParamValue CIMParamValue::clone() const {
-    return CIMParamValue(std::make_shared<CIMParamValueRep>(initialized(_rep)));
+    return RepAccess::make<CIMParamValue>(std::make_shared<CIMParamValueRep>(initialized(_rep)));
 }
-
-Boolean CIMParamValue::isUninitialized() const { return !_rep; }
 
 } // namespace Pegasus

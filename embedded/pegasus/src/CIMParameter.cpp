@@ -16,9 +16,9 @@ bool CIMParameterRep::identical(const CIMParameterRep& x) const {
            referenceClassName.equal(x.referenceClassName) && qualifiers.identical(x.qualifiers);
 }
 
-CIMParameter::CIMParameter(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
-                           const CIMName& referenceClassName)
-    : CIMParameterReads(
+CIMParameterReads::CIMParameterReads(const CIMName& name, CIMType type, Boolean isArray,
+                                     Uint32 arraySize, const CIMName& referenceClassName)
+    : CIMReads(
           std::make_shared<CIMParameterRep>(name, type, isArray, arraySize, referenceClassName)) {}
 
 const CIMName& CIMParameterReads::getName() const { return initialized(_rep).name(); }
@@ -34,13 +34,5 @@ const CIMName& CIMParameterReads::getReferenceClassName() const {
 }
 
 CIMType CIMParameterReads::getType() const { return initialized(_rep).type; }
-
-Boolean CIMParameterReads::identical(const CIMConstParameter& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMParameter CIMParameterReads::clone() const {
-    return RepAccess::make<CIMParameter>(std::make_shared<CIMParameterRep>(initialized(_rep)));
-}
 
 } // namespace Pegasus

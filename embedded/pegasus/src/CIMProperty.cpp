@@ -31,11 +31,11 @@ void CIMPropertyRep::checkSizeOf(const CIMValue& x) const {
         throw TypeMismatchException();
 }
 
-CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
-                         const CIMName& referenceClassName, const CIMName& classOrigin,
-                         Boolean propagated)
-    : CIMPropertyReads(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName,
-                                                        classOrigin, propagated)) {}
+CIMPropertyReads::CIMPropertyReads(const CIMName& name, const CIMValue& value, Uint32 arraySize,
+                                   const CIMName& referenceClassName, const CIMName& classOrigin,
+                                   Boolean propagated)
+    : CIMReads(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName,
+                                                classOrigin, propagated)) {}
 
 const CIMName& CIMPropertyReads::getName() const { return initialized(_rep).name(); }
 
@@ -64,13 +64,5 @@ void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
 Boolean CIMPropertyReads::getPropagated() const { return initialized(_rep).propagated; }
 
 void CIMProperty::setPropagated(Boolean propagated) { initialized(_rep).propagated = propagated; }
-
-Boolean CIMPropertyReads::identical(const CIMConstProperty& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMProperty CIMPropertyReads::clone() const {
-    return RepAccess::make<CIMProperty>(std::make_shared<CIMPropertyRep>(initialized(_rep)));
-}
 
 } // namespace Pegasus

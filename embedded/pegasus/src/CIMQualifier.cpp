@@ -2,9 +2,9 @@
 
 namespace Pegasus {
 
-CIMQualifier::CIMQualifier(const CIMName& name, const CIMValue& value, const CIMFlavor& flavor,
-                           Boolean propagated)
-    : CIMQualifierReads(std::make_shared<CIMQualifierRep>(name, value, flavor, propagated)) {}
+CIMQualifierReads::CIMQualifierReads(const CIMName& name, const CIMValue& value,
+                                     const CIMFlavor& flavor, Boolean propagated)
+    : CIMReads(std::make_shared<CIMQualifierRep>(name, value, flavor, propagated)) {}
 
 const CIMName& CIMQualifierReads::getName() const { return initialized(_rep).name(); }
 
@@ -29,13 +29,5 @@ const CIMFlavor& CIMQualifierReads::getFlavor() const { return initialized(_rep)
 Uint32 CIMQualifierReads::getPropagated() const { return initialized(_rep).propagated; }
 
 void CIMQualifier::setPropagated(Boolean propagated) { initialized(_rep).propagated = propagated; }
-
-Boolean CIMQualifierReads::identical(const CIMConstQualifier& x) const {
-    return initialized(_rep).identical(repOf(x));
-}
-
-CIMQualifier CIMQualifierReads::clone() const {
-    return RepAccess::make<CIMQualifier>(std::make_shared<CIMQualifierRep>(initialized(_rep)));
-}
 
 } // namespace Pegasus

@@ -18,7 +18,9 @@ class RepAccess {
 
     template <class Handle, class Rep>
     static Handle make(std::shared_ptr<Rep> rep) {
-        return Handle(std::move(rep));
+        Handle handle;
+        handle._rep = std::move(rep);
+        return handle;
     }
 };
 

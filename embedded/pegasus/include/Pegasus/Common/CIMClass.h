@@ -9,17 +9,19 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
-#include <memory>
-#include <utility>
-
 namespace Pegasus {
 
-class CIMClass;
-class CIMConstClass;
-
-/// The reads that CIMClass and CIMConstClass share.
-class PEGASUS_COMMON_LINKAGE CIMClassReads : public CIMElementReads {
+/// The reads that CIMClass and CIMConstClass share. identical() compares path, superclass,
+/// qualifiers, properties and methods, in their order.
+class PEGASUS_COMMON_LINKAGE CIMClassReads
+    : public CIMElementReads,
+      public CIMCompared<CIMClassReads, CIMClass, CIMConstClass> {
   public:
+    CIMClassReads() = default;
+    /// A null `superClassName` makes a root class.
+    /// Throws UninitializedObjectException if `className` is null.
+    CIMClassReads(const CIMName& className, const CIMName& superClassName = CIMName());
+
     /// Whether the class has the qualifier Association with the value true.
     Boolean isAssociation() const;
     /// Whether the class has the qualifier Abstract with the value true.
@@ -35,41 +37,22 @@ class PEGASUS_COMMON_LINKAGE CIMClassReads : public CIMElementReads {
     /// Sets `keyNames` to the names of the properties whose qualifier Key is true, in their order.
     void getKeyNames(Array<CIMName>& keyNames) const;
     Boolean hasKeys() const;
-    /// A deep copy, properties, methods and qualifiers included.
-    CIMClass clone() const;
-    /// Same path, superclass, qualifiers, properties and methods, in the same order; names
-    /// ignoring case.
-    Boolean identical(const CIMConstClass& x) const;
 
   protected:
     using CIMElementReads::CIMElementReads;
-    CIMClassReads() = default;
     /// Throws DynamicCastFailedException if `x` is an instance or uninitialized.
     explicit CIMClassReads(const CIMObjectReads& x);
-    ~CIMClassReads() = default;
 };
 
-/// A class: its path, superclass, properties, methods and qualifiers.
-///
-/// Copies share one representation, also with a CIMObject made from it: what is changed through one
-/// is seen through all; clone() makes an independent one. A default-constructed object is
-/// uninitialized: all operations but isUninitialized() and assignment throw
-/// UninitializedObjectException.
-///
-/// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMClass : public CIMClassReads, public CIMElement<CIMClass> {
+/// A class: its path, superclass, properties, methods and qualifiers; a handle, see CIMReads. It
+/// shares its representation also with a CIMObject made from it.
+class PEGASUS_COMMON_LINKAGE CIMClass : public CIMElement<CIMClass, CIMClassReads> {
   public:
     CIMClass() = default;
+    using CIMElement::CIMElement;
     /// Throws DynamicCastFailedException if `x` is an instance or uninitialized.
-    explicit CIMClass(const CIMObject& x) : CIMClassReads(x) {}
-    /// A null `superClassName` makes a root class.
-    /// Throws UninitializedObjectException if `className` is null.
-    CIMClass(const CIMName& className, const CIMName& superClassName = CIMName());
+    explicit CIMClass(const CIMObject& x) : CIMElement(x) {}
 
-    using CIMElementReads::getQualifier;
-    using CIMElement<CIMClass>::getQualifier;
-    using CIMElementReads::getProperty;
-    using CIMElement<CIMClass>::getProperty;
     void setSuperClassName(const CIMName& superClassName);
 
     /// Throws AlreadyExistsException if there is a method of that name (ignoring case), and
@@ -86,23 +69,16 @@ class PEGASUS_COMMON_LINKAGE CIMClass : public CIMClassReads, public CIMElement<
     /// on demand.
     CIMInstance buildInstance(Boolean includeQualifiers, Boolean includeClassOrigin,
                               const CIMPropertyList& propertyList) const;
-
-  private:
-    friend class RepAccess;
-    explicit CIMClass(std::shared_ptr<CIMObjectRep> rep) : CIMClassReads(std::move(rep)) {}
 };
 
 /// A CIMClass that cannot be changed through this object.
 class PEGASUS_COMMON_LINKAGE CIMConstClass : public CIMClassReads {
   public:
     CIMConstClass() = default;
+    using CIMClassReads::CIMClassReads;
     CIMConstClass(const CIMClass& x) : CIMClassReads(x) {}
     /// Throws DynamicCastFailedException if `x` is an instance or uninitialized.
-    explicit CIMConstClass(const CIMObject& x) : CIMClassReads(x) {}
-    explicit CIMConstClass(const CIMConstObject& x) : CIMClassReads(x) {}
-    /// Throws UninitializedObjectException if `className` is null.
-    CIMConstClass(const CIMName& className, const CIMName& superClassName = CIMName())
-        : CIMConstClass(CIMClass(className, superClassName)) {}
+    explicit CIMConstClass(const CIMObjectReads& x) : CIMClassReads(x) {}
 };
 
 } // namespace Pegasus

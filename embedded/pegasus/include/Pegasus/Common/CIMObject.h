@@ -12,14 +12,9 @@
 #include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/String.h>
 
-#include <memory>
-#include <utility>
-
 namespace Pegasus {
 
 class CIMClass;
-class CIMConstClass;
-class CIMConstInstance;
 class CIMConstObject;
 class CIMInstance;
 class CIMObject;
@@ -41,13 +36,14 @@ class PEGASUS_COMMON_LINKAGE CIMElementReads : public CIMReads<CIMObjectRep>,
 
   protected:
     using CIMReads::CIMReads;
-    ~CIMElementReads() = default;
 };
 
-/// Base of `Handle`, through which a class or an instance can be changed.
-template <class Handle>
-class PEGASUS_COMMON_LINKAGE CIMElement : public CIMQualified<Handle> {
+/// Base of `Handle`, which adds to `Reads` that a class or an instance can be changed.
+template <class Handle, class Reads>
+class PEGASUS_COMMON_LINKAGE CIMElement : public CIMQualified<Handle, Reads> {
   public:
+    using CIMQualified<Handle, Reads>::CIMQualified;
+
     /// The class name of `path` becomes the object's, so that its spelling may change. Key bindings
     /// and key properties are not compared. Throws UninitializedObjectException if `path` has no
     /// class name, and TypeMismatchException if it has another one (ignoring case).
@@ -58,18 +54,18 @@ class PEGASUS_COMMON_LINKAGE CIMElement : public CIMQualified<Handle> {
     /// uninitialized, and TypeMismatchException if this is a class and `x` is a reference without a
     /// reference class.
     Handle& addProperty(const CIMProperty& x);
+    using Reads::getProperty;
     CIMProperty getProperty(Uint32 index);
     /// Throws IndexOutOfBoundsException unless `index` < getPropertyCount().
     void removeProperty(Uint32 index);
 };
 
-/// The reads that CIMObject and CIMConstObject share.
-class PEGASUS_COMMON_LINKAGE CIMObjectReads : public CIMElementReads {
+/// The reads that CIMObject and CIMConstObject share. identical() compares as for two instances or
+/// two classes; a class and an instance never are.
+class PEGASUS_COMMON_LINKAGE CIMObjectReads
+    : public CIMElementReads,
+      public CIMCompared<CIMObjectReads, CIMObject, CIMConstObject> {
   public:
-    /// A deep copy of the same kind.
-    CIMObject clone() const;
-    /// As CIMInstance::identical and CIMClass::identical; a class and an instance never are.
-    Boolean identical(const CIMConstObject& x) const;
     Boolean isClass() const;
     Boolean isInstance() const;
     /// The object as CIM-XML, for people.
@@ -79,46 +75,26 @@ class PEGASUS_COMMON_LINKAGE CIMObjectReads : public CIMElementReads {
     using CIMElementReads::CIMElementReads;
     CIMObjectReads() = default;
     explicit CIMObjectReads(const CIMElementReads& x) : CIMElementReads(x) {}
-    ~CIMObjectReads() = default;
 };
 
-/// A class or an instance.
-///
-/// Copies share one representation, also with the CIMClass or CIMInstance it was made from: what is
-/// changed through one is seen through all; clone() makes an independent one. A default-constructed
-/// object is uninitialized: all operations but isUninitialized() and assignment throw
-/// UninitializedObjectException.
-///
-/// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMObject : public CIMObjectReads, public CIMElement<CIMObject> {
+/// A class or an instance; a handle, see CIMReads. It shares its representation also with the
+/// CIMClass or CIMInstance that it was made from.
+class PEGASUS_COMMON_LINKAGE CIMObject : public CIMElement<CIMObject, CIMObjectReads> {
   public:
     CIMObject() = default;
     CIMObject(const CIMClass& x);
     CIMObject(const CIMInstance& x);
 
-    using CIMElementReads::getQualifier;
-    using CIMElement<CIMObject>::getQualifier;
-    using CIMElementReads::getProperty;
-    using CIMElement<CIMObject>::getProperty;
-
     /// As CIMInstance::instanceFilter; a class is filtered in the same way.
     void instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                         const CIMPropertyList& propertyList);
-
-  private:
-    friend class RepAccess;
-    explicit CIMObject(std::shared_ptr<CIMObjectRep> rep) : CIMObjectReads(std::move(rep)) {}
 };
 
 /// A CIMObject that cannot be changed through this object.
 class PEGASUS_COMMON_LINKAGE CIMConstObject : public CIMObjectReads {
   public:
     CIMConstObject() = default;
-    CIMConstObject(const CIMObject& x) : CIMObjectReads(x) {}
-    CIMConstObject(const CIMClass& x);
-    CIMConstObject(const CIMInstance& x);
-    CIMConstObject(const CIMConstClass& x);
-    CIMConstObject(const CIMConstInstance& x);
+    CIMConstObject(const CIMElementReads& x) : CIMObjectReads(x) {}
 };
 
 } // namespace Pegasus

@@ -2,25 +2,18 @@
 #pragma once
 
 #include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMReads.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 #include <Pegasus/Common/String.h>
 
-#include <memory>
-
 namespace Pegasus {
 
 struct CIMParamValueRep;
 
-/// A named value that goes into a method or comes out of it.
-///
-/// Copies share one representation: what is changed through one is seen through all; clone() makes
-/// an independent one. A default-constructed object is uninitialized: all operations but
-/// isUninitialized() and assignment throw UninitializedObjectException.
-///
-/// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMParamValue {
+/// A named value that goes into a method or comes out of it; a handle, see CIMReads.
+class PEGASUS_COMMON_LINKAGE CIMParamValue : public CIMReads<CIMParamValueRep> {
   public:
     CIMParamValue() = default;
 
@@ -37,12 +30,6 @@ class PEGASUS_COMMON_LINKAGE CIMParamValue {
     void setIsTyped(Boolean isTyped);
     /// A deep copy.
     CIMParamValue clone() const;
-    Boolean isUninitialized() const;
-
-  private:
-    friend class RepAccess;
-    explicit CIMParamValue(std::shared_ptr<CIMParamValueRep> rep);
-    std::shared_ptr<CIMParamValueRep> _rep;
 };
 
 } // namespace Pegasus

@@ -9,66 +9,42 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
-#include <memory>
-#include <utility>
-
 namespace Pegasus {
 
 class CIMParameter;
 class CIMConstParameter;
 struct CIMParameterRep;
 
-/// The reads that CIMParameter and CIMConstParameter share.
-class PEGASUS_COMMON_LINKAGE CIMParameterReads : public CIMReads<CIMParameterRep>,
-                                                 public CIMQualifiedReads<CIMParameterReads> {
+/// The reads that CIMParameter and CIMConstParameter share. identical() compares name, type,
+/// reference class and qualifiers, not whether it is an array, and of which size.
+class PEGASUS_COMMON_LINKAGE CIMParameterReads
+    : public CIMReads<CIMParameterRep>,
+      public CIMQualifiedReads<CIMParameterReads>,
+      public CIMCompared<CIMParameterReads, CIMParameter, CIMConstParameter> {
   public:
+    CIMParameterReads() = default;
+    /// `arraySize` is the fixed number of elements, 0 for any.
+    /// Throws UninitializedObjectException if `name` is null, and TypeMismatchException if
+    /// `arraySize` is given without `isArray`, if `referenceClassName` is given for another type,
+    /// or if it is missing for a reference.
+    CIMParameterReads(const CIMName& name, CIMType type, Boolean isArray = false,
+                      Uint32 arraySize = 0, const CIMName& referenceClassName = CIMName());
+
     const CIMName& getName() const;
     Boolean isArray() const;
     Uint32 getArraySize() const;
     const CIMName& getReferenceClassName() const;
     CIMType getType() const;
-
-    /// Same name (ignoring case), type, reference class and qualifiers; whether it is an array, and
-    /// of which size, does not count.
-    Boolean identical(const CIMConstParameter& x) const;
-    /// A deep copy, qualifiers included.
-    CIMParameter clone() const;
-
-  protected:
-    using CIMReads::CIMReads;
-    ~CIMParameterReads() = default;
 };
 
-/// The declaration of a method's parameter.
-///
-/// Copies share one representation: what is changed through one is seen through all; clone() makes
-/// an independent one. A default-constructed object is uninitialized: all operations but
-/// isUninitialized() and assignment throw UninitializedObjectException.
-///
-/// Thread-safety: the reference count is atomic; the representation is not synchronized.
-class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMParameterReads,
-                                            public CIMQualified<CIMParameter> {
+/// The declaration of a method's parameter; a handle, see CIMReads.
+class PEGASUS_COMMON_LINKAGE CIMParameter : public CIMQualified<CIMParameter, CIMParameterReads> {
   public:
-    CIMParameter() = default;
-
-    /// `arraySize` is the fixed number of elements, 0 for any.
-    /// Throws UninitializedObjectException if `name` is null, and TypeMismatchException if
-    /// `arraySize` is given without `isArray`, if `referenceClassName` is given for another type,
-    /// or if it is missing for a reference.
-    CIMParameter(const CIMName& name, CIMType type, Boolean isArray = false, Uint32 arraySize = 0,
-                 const CIMName& referenceClassName = CIMName());
+    using CIMQualified::CIMQualified;
 
     /// Throws UninitializedObjectException if `name` is null, and Exception if the parameter
     /// belongs to a method, in which its name is a key.
     void setName(const CIMName& name);
-
-    using CIMParameterReads::getQualifier;
-    using CIMQualified<CIMParameter>::getQualifier;
-
-  private:
-    friend class RepAccess;
-    explicit CIMParameter(std::shared_ptr<CIMParameterRep> rep)
-        : CIMParameterReads(std::move(rep)) {}
 };
 
 /// A CIMParameter that cannot be changed through this object.
@@ -76,10 +52,7 @@ class PEGASUS_COMMON_LINKAGE CIMConstParameter : public CIMParameterReads {
   public:
     CIMConstParameter() = default;
     CIMConstParameter(const CIMParameter& x) : CIMParameterReads(x) {}
-    /// Throws as the constructor of CIMParameter.
-    CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray = false,
-                      Uint32 arraySize = 0, const CIMName& referenceClassName = CIMName())
-        : CIMConstParameter(CIMParameter(name, type, isArray, arraySize, referenceClassName)) {}
+    using CIMParameterReads::CIMParameterReads;
 };
 
 } // namespace Pegasus

@@ -19,13 +19,16 @@ class PEGASUS_COMMON_LINKAGE CIMQualifiedReads {
     Uint32 getQualifierCount() const;
 };
 
-/// Base of `Handle`, through which the qualifiers can be changed.
-template <class Handle>
-class PEGASUS_COMMON_LINKAGE CIMQualified {
+/// Base of `Handle`, which adds to `Reads` that the qualifiers can be changed.
+template <class Handle, class Reads>
+class PEGASUS_COMMON_LINKAGE CIMQualified : public Reads {
   public:
+    using Reads::Reads;
+
     /// Throws AlreadyExistsException if there is a qualifier of that name (ignoring case), and
     /// UninitializedObjectException if `x` is uninitialized.
     Handle& addQualifier(const CIMQualifier& x);
+    using Reads::getQualifier;
     CIMQualifier getQualifier(Uint32 index);
     /// Throws IndexOutOfBoundsException unless `index` < getQualifierCount().
     void removeQualifier(Uint32 index);

@@ -10,18 +10,24 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
 
-#include <memory>
-#include <utility>
-
 namespace Pegasus {
 
 class CIMQualifier;
 class CIMConstQualifier;
 struct CIMQualifierRep;
 
-/// The reads that CIMQualifier and CIMConstQualifier share.
-class PEGASUS_COMMON_LINKAGE CIMQualifierReads : public CIMReads<CIMQualifierRep> {
+/// The reads that CIMQualifier and CIMConstQualifier share. identical() compares name, value,
+/// flavors and propagation.
+class PEGASUS_COMMON_LINKAGE CIMQualifierReads
+    : public CIMReads<CIMQualifierRep>,
+      public CIMCompared<CIMQualifierReads, CIMQualifier, CIMConstQualifier> {
   public:
+    CIMQualifierReads() = default;
+    /// Throws UninitializedObjectException if `name` is null.
+    CIMQualifierReads(const CIMName& name, const CIMValue& value,
+                      const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE),
+                      Boolean propagated = false);
+
     const CIMName& getName() const;
     /// The type of the value.
     CIMType getType() const;
@@ -31,30 +37,13 @@ class PEGASUS_COMMON_LINKAGE CIMQualifierReads : public CIMReads<CIMQualifierRep
     const CIMFlavor& getFlavor() const;
     /// 1 if propagated from a superclass, else 0.
     Uint32 getPropagated() const;
-    /// Same name (ignoring case), value, flavors and propagation.
-    Boolean identical(const CIMConstQualifier& x) const;
-    /// A deep copy.
-    CIMQualifier clone() const;
-
-  protected:
-    using CIMReads::CIMReads;
-    ~CIMQualifierReads() = default;
 };
 
-/// A qualifier: name, value, flavors, and whether it was propagated from a superclass.
-///
-/// Copies share one representation: what is changed through one is seen through all; clone() makes
-/// an independent one. A default-constructed object is uninitialized: all operations but
-/// isUninitialized() and assignment throw UninitializedObjectException.
-///
-/// Thread-safety: the reference count is atomic; the representation is not synchronized.
+/// A qualifier: name, value, flavors, and whether it was propagated from a superclass; a handle,
+/// see CIMReads.
 class PEGASUS_COMMON_LINKAGE CIMQualifier : public CIMQualifierReads {
   public:
-    CIMQualifier() = default;
-
-    /// Throws UninitializedObjectException if `name` is null.
-    CIMQualifier(const CIMName& name, const CIMValue& value,
-                 const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE), Boolean propagated = false);
+    using CIMQualifierReads::CIMQualifierReads;
 
     /// Throws UninitializedObjectException if `name` is null, and Exception if the qualifier
     /// belongs to an element, in which its name is a key.
@@ -66,11 +55,6 @@ class PEGASUS_COMMON_LINKAGE CIMQualifier : public CIMQualifierReads {
     /// Takes `flavor` out of the flavors.
     void unsetFlavor(const CIMFlavor& flavor);
     void setPropagated(Boolean propagated);
-
-  private:
-    friend class RepAccess;
-    explicit CIMQualifier(std::shared_ptr<CIMQualifierRep> rep)
-        : CIMQualifierReads(std::move(rep)) {}
 };
 
 /// A CIMQualifier that cannot be changed through this object.
@@ -78,11 +62,7 @@ class PEGASUS_COMMON_LINKAGE CIMConstQualifier : public CIMQualifierReads {
   public:
     CIMConstQualifier() = default;
     CIMConstQualifier(const CIMQualifier& x) : CIMQualifierReads(x) {}
-    /// Throws UninitializedObjectException if `name` is null.
-    CIMConstQualifier(const CIMName& name, const CIMValue& value,
-                      const CIMFlavor& flavor = CIMFlavor(CIMFlavor::NONE),
-                      Boolean propagated = false)
-        : CIMConstQualifier(CIMQualifier(name, value, flavor, propagated)) {}
+    using CIMQualifierReads::CIMQualifierReads;
 };
 
 } // namespace Pegasus
