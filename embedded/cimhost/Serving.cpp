@@ -13,7 +13,7 @@
 #include "http/Watched.h"
 #include "http/Wire.h"
 #include "limits/Limits.h"
-#include "routing/FaultyReadBacks.h"
+#include "routing/Faults.h"
 #include "routing/ProviderHandle.h"
 #include "routing/ProviderModule.h"
 #include "routing/Router.h"
@@ -348,7 +348,7 @@ ExitCode serve(const Settings& settings, const std::shared_ptr<users::Accounts>&
     routing::ProviderModules modules(registration, moduleSettings);
     Unloading unloading(modules);
     routing::Router router(repository, modules, routing::localHostName(), settings.writable);
-    routing::FaultyReadBacks faultyReadBacks(router, routing::Faults(settings.faults));
+    routing::FaultyReadBacks faultyReadBacks(router, settings.faults);
     const routing::ProviderHandles handles(
         settings.faults.empty() ? static_cast<routing::CimOperations&>(router) : faultyReadBacks);
     routing::Enumerations enumerations;

@@ -163,22 +163,25 @@ std::string describe(const Fault& fault) {
     return text;
 }
 
-Faults::Outcome Faults::meet(const Operation& operation) const {
-    for (const Fault& fault : _faults) {
-        if ((fault.operation && *fault.operation != operation.kind) ||
-            (!fault.className.isNull() && !fault.className.equal(operation.target())))
-            continue;
-        switch (fault.kind) {
-        case Fault::Kind::Fails:
-            throw CIMException(fault.status, String(fault.message.c_str()));
-        case Fault::Kind::Hangs:
-            std::this_thread::sleep_for(fault.delay);
-            break;
-        case Fault::Kind::AnswersNothing:
-            return Outcome::NoAnswer;
-        }
-    }
-    return Outcome::ServersAnswer;
+Plan FaultyReadBacks::plan(const Operation& operation) {
+    return {{},
+            [this, &operation] {
+                for (const Fault& fault : _faults) {
+                    if ((fault.operation && *fault.operation != operation.kind) ||
+                        (!fault.className.isNull() && !fault.className.equal(operation.target())))
+                        continue;
+                    switch (fault.kind) {
+                    case Fault::Kind::Fails:
+                        throw CIMException(fault.status, String(fault.message.c_str()));
+                    case Fault::Kind::Hangs:
+                        std::this_thread::sleep_for(fault.delay);
+                        break;
+                    case Fault::Kind::AnswersNothing:
+                        return Answer();
+                    }
+                }
+                return _server.perform(operation);
+            }};
 }
 
 } // namespace embedded::routing

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace embedded::routing {
@@ -38,18 +39,30 @@ std::string faultHelp();
 /// Such as "enumerateInstances of CIM_Namespace fails with CIM_ERR_FAILED".
 std::string describe(const Fault& fault);
 
-/// The faults that are active. Thread-safety: meet() may run on several threads at once.
-class Faults {
+/// Stands between a provider's handle and the server. Thread-safety: as `server`'s.
+class FaultyReadBacks : public CimOperations {
   public:
-    enum class Outcome { ServersAnswer, NoAnswer };
+    /// `server` must outlive this object.
+    FaultyReadBacks(CimOperations& server, std::vector<Fault> faults)
+        : _server(server), _faults(std::move(faults)) {}
 
-    explicit Faults(std::vector<Fault> faults) : _faults(std::move(faults)) {}
+    /// Performing the plan applies the faults for `operation` on its target() (ignoring case), in
+    /// their order: waits for those that hang, until one throws its CIMException or says that there
+    /// is no answer. Otherwise the server answers. The plan names no modules: nobody asks a
+    /// read-back's for them.
+    Plan plan(const Operation& operation) override;
 
-    /// Applies the faults for `operation` on its target() (ignoring case), in their order: waits
-    /// for those that hang, until one throws its CIMException or says that there is no answer.
-    Outcome meet(const Operation& operation) const;
+    /// Providers cannot ask these, so there are no faults for them.
+    std::vector<Pegasus::CIMName> keyNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                           const Pegasus::CIMName& className) override {
+        return _server.keyNames(nameSpace, className);
+    }
+    bool hasNameSpace(const Pegasus::CIMNamespaceName& nameSpace) override {
+        return _server.hasNameSpace(nameSpace);
+    }
 
   private:
+    CimOperations& _server;
     const std::vector<Fault> _faults;
 };
 

@@ -2,7 +2,6 @@
 #include "routing/Faults.h"
 
 #include "Server.h"
-#include "routing/FaultyReadBacks.h"
 
 #include <Pegasus/Provider/CIMOMHandle.h>
 #include <gtest/gtest.h>
@@ -90,7 +89,7 @@ std::vector<Fault> readAll(const std::vector<std::string>& texts) {
 class Handle {
   public:
     Handle(Server& server, const std::vector<std::string>& faults)
-        : _readBacks(server.router, Faults(readAll(faults))), _handles(_readBacks) {}
+        : _readBacks(server.router, readAll(faults)), _handles(_readBacks) {}
 
     operator CIMOMHandle&() { return _handle; }
     CIMOMHandle* operator->() { return &_handle; }
