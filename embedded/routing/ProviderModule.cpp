@@ -1,11 +1,18 @@
 #include "routing/ProviderModule.h"
 
-#include "routing/LoadedProvider.h"
+#include "routing/Errors.h"
+#include "routing/ProviderLibrary.h"
+#include "routing/Values.h"
 #include "threads/Locks.h"
+
+#include <Pegasus/Provider/CIMOMHandle.h>
 
 #include <algorithm>
 #include <iterator>
 #include <list>
+#include <new>
+#include <optional>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -46,6 +53,93 @@ class ReentryGuard {
   private:
     const String& _module;
     const ReentryGuard* const _outer;
+};
+
+CIMException failed(const std::string& text) {
+    return CIMException(CIM_ERR_FAILED, String(text.c_str()));
+}
+
+/// A provider's object, with the library and the handle that it needs. Not to be used while it is
+/// made or destroyed.
+class LoadedProvider {
+  public:
+    /// Opens the library (unless the module is part of the program), creates the provider `name`
+    /// and initialises it. Throws CIMException CIM_ERR_FAILED, and undoes everything then.
+    LoadedProvider(const RegisteredModule& module, const ProviderName& name,
+                   const ModuleSettings& settings)
+        : _name(name), _settings(settings) {
+        create(module);
+        if (!returns("initialize", [&] { _object->initialize(_handle); })) {
+            terminate();
+            throw failed("provider initialization failed");
+        }
+    }
+    /// Calls terminate(), then closes the library, if there is one.
+    ~LoadedProvider() { terminate(); }
+    LoadedProvider(const LoadedProvider&) = delete;
+    LoadedProvider& operator=(const LoadedProvider&) = delete;
+
+    CIMProvider& object() { return *_object; }
+
+  private:
+    void create(const RegisteredModule& module) {
+        if (const auto linked = _settings.linked.find(module.location);
+            linked != _settings.linked.end()) {
+            _object = asCimErrors([&] { return linked->second(_name.name); });
+            return;
+        }
+        const auto file = findLibrary(_settings.directories, module.location);
+        if (!file)
+            throw failed("File \"" + libraryFileName(module.location) +
+                         "\" was not found for provider module \"" + utf8(module.name) + "\".");
+        try {
+            _library.emplace(*file, _settings.keepLibraries);
+            // An exception of the library's own type must be gone before the library is closed.
+            _object =
+                asCimErrors([&, create = _library->entryPoint()] { return create(_name.name); });
+            if (_object == nullptr)
+                throw std::runtime_error("provider is not a CIMProvider.");
+        } catch (const std::runtime_error& error) {
+            throw failed("ProviderLoadFailure (" + file->string() + ":" + utf8(_name.name) +
+                         "):" + error.what());
+        }
+    }
+
+    /// By convention the provider deletes itself here; nobody else does.
+    void terminate() {
+        returns(
+            "terminate", [&] { _object->terminate(); });
+    }
+
+    /// Whether `call` returns; what it throws is logged, a lack of memory is not.
+    template <class Call>
+    bool returns(const char* operation, Call call) const noexcept {
+        try {
+            asCimErrors(call);
+            return true;
+        } catch (const CIMException& error) {
+            log(operation, error);
+        } catch (const std::bad_alloc&) {
+        }
+        return false;
+    }
+
+    void log(const char* operation, const CIMException& error) const noexcept {
+        try {
+            if (_settings.log)
+                _settings.log("provider " + utf8(_name.name) + " of module " + utf8(_name.module) +
+                              ": " + operation + "(): " + utf8(error.getMessage()));
+        } catch (...) { // a line less
+        }
+    }
+
+    const ProviderName& _name;
+    const ModuleSettings& _settings;
+    // Members are destroyed from the last to the first: the library is closed when nothing of it is
+    // left.
+    std::optional<ProviderLibrary> _library;
+    CIMOMHandle _handle;
+    CIMProvider* _object = nullptr;
 };
 
 } // namespace
