@@ -342,8 +342,8 @@ ProviderModules::~ProviderModules() { unloadAll(); }
 
 Provider* ProviderModules::find(const CIMNamespaceName& nameSpace, const CIMName& className,
                                 ProviderType type) const {
-    const ProviderName* const name = _registration.find(nameSpace, className, type);
-    return name == nullptr ? nullptr : _providers.at(*name).get();
+    const Capability* const found = _registration.find(nameSpace, className, type);
+    return found == nullptr ? nullptr : _providers.at(found->provider).get();
 }
 
 bool ProviderModules::unloadAll(Clock::time_point until) {

@@ -6,18 +6,14 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <stdexcept>
+#include <utility>
 
 namespace embedded::routing {
 
 using namespace Pegasus;
 
 namespace {
-
-const char* const moduleClass = "PG_ProviderModule";
-const char* const providerClass = "PG_Provider";
-const char* const capabilitiesClass = "PG_ProviderCapabilities";
 
 const std::array supportedInterfaceVersions{"2.1.0", "2.2.0", "2.3.0", "2.5.0", "2.6.0"};
 
@@ -50,7 +46,31 @@ ProviderType routedType(Uint16 value) {
     }
 }
 
+std::vector<Capability> capabilitiesOf(const CIMInstance& instance, const ProviderName& provider) {
+    const String className = stringOf(instance, "ClassName");
+    if (!CIMName::legal(className))
+        throw Fault("ClassName \"" + utf8(className) + "\" is not a class name.");
+    std::vector<Capability> all;
+    for (const String& nameSpace : stringsOf(instance, "Namespaces")) {
+        if (!CIMNamespaceName::legal(nameSpace))
+            throw Fault("Namespaces: \"" + utf8(nameSpace) + "\" is not a namespace name.");
+        for (const Uint16 type : numbersOf(instance, "ProviderType"))
+            all.push_back(
+                {CIMNamespaceName(nameSpace), CIMName(className), routedType(type), provider});
+    }
+    return all;
+}
+
+std::uint64_t hashOf(const CIMNamespaceName& nameSpace, const CIMName& className) {
+    using Pegasus::embedding::foldedHash;
+    return foldedHash(nameSpace.getString()) * 31 + foldedHash(className.getString());
+}
+
 } // namespace
+
+std::string described(const ProviderName& provider) {
+    return "provider \"" + utf8(provider.name) + "\" of module \"" + utf8(provider.module) + "\"";
+}
 
 const char* nameOf(ProviderType type) {
     switch (type) {
@@ -64,134 +84,88 @@ const char* nameOf(ProviderType type) {
     return "instance";
 }
 
-/// Fills one Registration; modules first, since providers name them, and capabilities last.
-class Registration::Reader {
-  public:
-    Reader(Registration& registration, const repository::View& view,
-           const CIMNamespaceName& interop)
-        : _registration(registration), _view(view), _interop(interop) {}
-
-    void read() {
-        each(moduleClass, &Reader::readModule);
-        each(providerClass, &Reader::readProvider);
-        each(capabilitiesClass, &Reader::readCapabilities);
+Registration::Registration(const repository::View& view, const CIMNamespaceName& interop) {
+    const auto problem = [this](std::string text) {
+        _findings.push_back({Finding::Severity::Problem, std::move(text)});
+    };
+    if (!view.hasNameSpace(interop)) {
+        problem("The interop namespace " + utf8(interop) +
+                " does not exist, so nothing is registered.");
+        return;
     }
-
-  private:
-    void problem(std::string text) {
-        _registration._findings.push_back({Finding::Severity::Problem, std::move(text)});
-    }
-
-    void each(const char* className, void (Reader::*readOne)(const CIMInstance&)) {
-        if (!_view.hasClass(_interop, CIMName(className))) {
-            problem(std::string("The interop namespace ") + utf8(_interop) +
+    // Modules first, since providers name them, and capabilities last.
+    using Add = void (Registration::*)(const CIMInstance&);
+    for (const auto& [className, add] :
+         {std::pair<const char*, Add>{"PG_ProviderModule", &Registration::addModule},
+          {"PG_Provider", &Registration::addProvider},
+          {"PG_ProviderCapabilities", &Registration::addCapabilities}}) {
+        if (!view.hasClass(interop, CIMName(className))) {
+            problem(std::string("The interop namespace ") + utf8(interop) +
                     " does not define the class " + className +
                     ", so nothing can be registered. Load the registration schema there.");
-            return;
+            continue;
         }
-        const repository::InstanceList instances = _view.instances(_interop, CIMName(className));
+        const repository::InstanceList instances = view.instances(interop, CIMName(className));
         for (std::size_t i = 0; i < instances.size(); ++i) {
             const CIMInstance instance = instances[i].instance();
             try {
-                (this->*readOne)(instance);
+                (this->*add)(instance);
             } catch (const Fault& fault) {
                 problem(utf8(instance.getPath().toString()) + ": " + fault.what());
             }
         }
     }
+}
 
-    void readModule(const CIMInstance& instance) {
-        require(instance,
-                {"Name", "Vendor", "Version", "InterfaceType", "InterfaceVersion", "Location"});
-        const std::string type = utf8(stringOf(instance, "InterfaceType"));
-        if (type != "C++Default")
-            throw Fault("Unsupported InterfaceType value: \"" + type +
-                        R"("; "C++Default" is supported.)");
-        const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
-        if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(),
-                      version) == supportedInterfaceVersions.end()) {
-            throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
-                        joined(
-                            supportedInterfaceVersions, [](const char* each) { return each; }) +
-                        ".");
-        }
-        if (numberOf(instance, "UserContext") == designatedUser)
-            require(instance, {"DesignatedUserContext"});
-        RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location"))};
-        for (const Uint16 status : numbersOf(instance, "OperationalStatus"))
-            module.stopped = module.stopped || status == statusStopped;
-        _registration._modules.emplace(module.name, module);
-    }
+void Registration::addModule(const CIMInstance& instance) {
+    require(instance,
+            {"Name", "Vendor", "Version", "InterfaceType", "InterfaceVersion", "Location"});
+    const std::string type = utf8(stringOf(instance, "InterfaceType"));
+    if (type != "C++Default")
+        throw Fault("Unsupported InterfaceType value: \"" + type +
+                    R"("; "C++Default" is supported.)");
+    const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
+    if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(), version) ==
+        supportedInterfaceVersions.end())
+        throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
+                    joined(supportedInterfaceVersions, [](const char* each) { return each; }) +
+                    ".");
+    if (numberOf(instance, "UserContext") == designatedUser)
+        require(instance, {"DesignatedUserContext"});
+    RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location"))};
+    for (const Uint16 status : numbersOf(instance, "OperationalStatus"))
+        module.stopped = module.stopped || status == statusStopped;
+    _modules.emplace(module.name, module);
+}
 
-    void readProvider(const CIMInstance& instance) {
-        require(instance, {"ProviderModuleName", "Name"});
-        const ProviderName provider{stringOf(instance, "ProviderModuleName"),
-                                    stringOf(instance, "Name")};
-        if (_registration._modules.count(provider.module) == 0)
-            throw Fault("The provider module \"" + utf8(provider.module) + "\" is not registered.");
-        _registration._providers.push_back(provider);
-        _known.insert(provider);
-    }
+void Registration::addProvider(const CIMInstance& instance) {
+    require(instance, {"ProviderModuleName", "Name"});
+    const ProviderName provider{stringOf(instance, "ProviderModuleName"),
+                                stringOf(instance, "Name")};
+    if (_modules.count(provider.module) == 0)
+        throw Fault("The provider module \"" + utf8(provider.module) + "\" is not registered.");
+    _providers.push_back(provider);
+}
 
-    void readCapabilities(const CIMInstance& instance) {
-        require(instance, {"ProviderModuleName", "ProviderName", "CapabilityID", "ProviderType",
-                           "ClassName", "Namespaces"});
-        const ProviderName provider{stringOf(instance, "ProviderModuleName"),
-                                    stringOf(instance, "ProviderName")};
-        if (_known.count(provider) == 0)
-            throw Fault("The provider \"" + utf8(provider.name) + "\" of module \"" +
-                        utf8(provider.module) + "\" is not registered.");
-        const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
-        // All or nothing: an instance with one fault gives no capability at all.
-        for (const Capability& capability : wanted)
-            requireFree(capability);
-        for (const Capability& capability : wanted)
-            if (_registration.locate(capability) == nullptr) // not given twice
-                _registration.add(capability);
-    }
-
-    static std::vector<Capability> capabilitiesOf(const CIMInstance& instance,
-                                                  const ProviderName& provider) {
-        const String className = stringOf(instance, "ClassName");
-        if (!CIMName::legal(className))
-            throw Fault("ClassName \"" + utf8(className) + "\" is not a class name.");
-        std::vector<Capability> all;
-        for (const String& nameSpace : stringsOf(instance, "Namespaces")) {
-            if (!CIMNamespaceName::legal(nameSpace))
-                throw Fault("Namespaces: \"" + utf8(nameSpace) + "\" is not a namespace name.");
-            for (const Uint16 type : numbersOf(instance, "ProviderType"))
-                all.push_back(
-                    {CIMNamespaceName(nameSpace), CIMName(className), routedType(type), provider});
-        }
-        return all;
-    }
-
-    void requireFree(const Capability& wanted) const {
-        const Capability* const taken = _registration.locate(wanted);
-        if (taken == nullptr)
-            return;
-        const Capability& holder = *taken;
-        throw Fault("A provider is already registered for the specified capability. (" +
-                    utf8(holder.className) + " in " + utf8(holder.nameSpace) + ", type " +
-                    std::to_string(Uint16(holder.type)) + ": provider \"" +
-                    utf8(holder.provider.name) + "\" of module \"" + utf8(holder.provider.module) +
-                    "\")");
-    }
-
-    Registration& _registration;
-    const repository::View& _view;
-    const CIMNamespaceName& _interop;
-    std::set<ProviderName> _known;
-};
-
-Registration::Registration(const repository::View& view, const CIMNamespaceName& interop) {
-    if (!view.hasNameSpace(interop)) {
-        _findings.push_back(
-            {Finding::Severity::Problem, "The interop namespace " + utf8(interop) +
-                                             " does not exist, so nothing is registered."});
-        return;
-    }
-    Reader(*this, view, interop).read();
+void Registration::addCapabilities(const CIMInstance& instance) {
+    require(instance, {"ProviderModuleName", "ProviderName", "CapabilityID", "ProviderType",
+                       "ClassName", "Namespaces"});
+    const ProviderName provider{stringOf(instance, "ProviderModuleName"),
+                                stringOf(instance, "ProviderName")};
+    if (std::find(_providers.begin(), _providers.end(), provider) == _providers.end())
+        throw Fault("The " + described(provider) + " is not registered.");
+    const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
+    // All or nothing: an instance with one fault gives no capability at all.
+    for (const Capability& capability : wanted)
+        if (const Capability* const taken =
+                find(capability.nameSpace, capability.className, capability.type))
+            throw Fault("A provider is already registered for the specified capability. (" +
+                        utf8(taken->className) + " in " + utf8(taken->nameSpace) + ", type " +
+                        std::to_string(Uint16(taken->type)) + ": " + described(taken->provider) +
+                        ")");
+    for (const Capability& capability : wanted)
+        if (find(capability.nameSpace, capability.className, capability.type) == nullptr)
+            add(capability); // not given twice
 }
 
 void Registration::add(const Capability& capability) {
@@ -222,13 +196,8 @@ void Registration::addLinked(const repository::View& view, const ProviderName& p
     }
 }
 
-std::uint64_t Registration::hashOf(const CIMNamespaceName& nameSpace, const CIMName& className) {
-    using Pegasus::embedding::foldedHash;
-    return foldedHash(nameSpace.getString()) * 31 + foldedHash(className.getString());
-}
-
-const Capability* Registration::locate(const CIMNamespaceName& nameSpace, const CIMName& className,
-                                       ProviderType type) const {
+const Capability* Registration::find(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                     ProviderType type) const {
     const auto [first, last] = _index.equal_range(hashOf(nameSpace, className));
     for (auto each = first; each != last; ++each) {
         const Capability& capability = _capabilities[each->second];
@@ -237,12 +206,6 @@ const Capability* Registration::locate(const CIMNamespaceName& nameSpace, const 
             return &capability;
     }
     return nullptr;
-}
-
-const ProviderName* Registration::find(const CIMNamespaceName& nameSpace, const CIMName& className,
-                                       ProviderType type) const {
-    const Capability* const found = locate(nameSpace, className, type);
-    return found == nullptr ? nullptr : &found->provider;
 }
 
 } // namespace embedded::routing

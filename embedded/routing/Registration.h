@@ -36,7 +36,13 @@ struct ProviderName {
     bool operator<(const ProviderName& other) const {
         return std::tie(module, name) < std::tie(other.module, other.name);
     }
+    bool operator==(const ProviderName& other) const {
+        return module == other.module && name == other.name;
+    }
 };
+
+/// `provider "P" of module "M"`, for people.
+std::string described(const ProviderName& provider);
 
 /// "instance", "association" or "method".
 const char* nameOf(ProviderType type);
@@ -64,9 +70,9 @@ class Registration {
     void addLinked(const repository::View& view, const ProviderName& provider,
                    const std::string& location, const std::vector<Pegasus::CIMName>& classNames);
 
-    /// The provider that is registered for exactly this class, or null.
-    const ProviderName* find(const Pegasus::CIMNamespaceName& nameSpace,
-                             const Pegasus::CIMName& className, ProviderType type) const;
+    /// What is registered for exactly this class, or null.
+    const Capability* find(const Pegasus::CIMNamespaceName& nameSpace,
+                           const Pegasus::CIMName& className, ProviderType type) const;
 
     const std::map<Pegasus::String, RegisteredModule>& modules() const { return _modules; }
     /// All providers of registered modules, with capabilities or without.
@@ -77,21 +83,15 @@ class Registration {
     const std::vector<Finding>& findings() const { return _findings; }
 
   private:
-    class Reader;
-    static std::uint64_t hashOf(const Pegasus::CIMNamespaceName& nameSpace,
-                                const Pegasus::CIMName& className);
-    /// Null if there is none.
-    const Capability* locate(const Pegasus::CIMNamespaceName& nameSpace,
-                             const Pegasus::CIMName& className, ProviderType type) const;
-    const Capability* locate(const Capability& same) const {
-        return locate(same.nameSpace, same.className, same.type);
-    }
+    void addModule(const Pegasus::CIMInstance& instance);
+    void addProvider(const Pegasus::CIMInstance& instance);
+    void addCapabilities(const Pegasus::CIMInstance& instance);
     void add(const Capability& capability);
 
     std::map<Pegasus::String, RegisteredModule> _modules;
     std::vector<ProviderName> _providers;
     std::vector<Capability> _capabilities;
-    std::unordered_multimap<std::uint64_t, std::size_t> _index; ///< by hashOf(), into _capabilities
+    std::unordered_multimap<std::uint64_t, std::size_t> _index; ///< of a hash, into _capabilities
     std::vector<Finding> _findings;
 };
 

@@ -12,10 +12,6 @@ using namespace Pegasus;
 
 namespace {
 
-std::string described(const ProviderName& provider) {
-    return "provider \"" + utf8(provider.name) + "\" of module \"" + utf8(provider.module) + "\"";
-}
-
 class Check {
   public:
     Check(const Registration& registration, const repository::View& view,
@@ -69,7 +65,7 @@ class Check {
     void checkUsed(const ProviderName& provider) {
         const auto& all = _registration.capabilities();
         if (std::none_of(all.begin(), all.end(), [&](const Capability& capability) {
-                return !(capability.provider < provider) && !(provider < capability.provider);
+                return capability.provider == provider;
             }))
             problem(described(provider) +
                     ": no capabilities are registered for it; it is never asked.");

@@ -35,11 +35,11 @@ TEST(Registration, OneCapabilityMayCarrySeveralTypesAndNamespaces) {
     for (const auto type :
          {ProviderType::Instance, ProviderType::Association, ProviderType::Method}) {
         for (const char* where : {"root/test", "root/not_there"}) {
-            const ProviderName* const found =
+            const Capability* const found =
                 registration.find(CIMNamespaceName(where), CIMName("TST_Base"), type);
             ASSERT_NE(nullptr, found);
-            EXPECT_EQ("M", text(found->module));
-            EXPECT_EQ("P", text(found->name));
+            EXPECT_EQ("M", text(found->provider.module));
+            EXPECT_EQ("P", text(found->provider.name));
         }
     }
 }
@@ -186,10 +186,10 @@ TEST(Registration, ALinkedModuleIsRegisteredWhereItsClassesAre) {
                            {CIMName("TST_Base"), CIMName("TST_None")});
     EXPECT_EQ(2U, registration.capabilities().size());
     for (const char* where : {"root/test", "root/second"}) {
-        const ProviderName* const found =
+        const Capability* const found =
             registration.find(CIMNamespaceName(where), CIMName("TST_Base"), ProviderType::Instance);
         ASSERT_NE(nullptr, found) << where;
-        EXPECT_EQ("P", text(found->name));
+        EXPECT_EQ("P", text(found->provider.name));
     }
     EXPECT_TRUE(registration.modules().at("M").linked);
     EXPECT_EQ("inside", registration.modules().at("M").location);
@@ -212,9 +212,9 @@ TEST(Registration, ALinkedModuleLeavesOthersTheirClasses) {
     registration.addLinked(repository.view(), {"Own", "Own"}, "inside",
                            {CIMName("TST_Other"), CIMName("TST_Middle"), CIMName("TST_Link")});
     const auto holder = [&](const char* className) {
-        const ProviderName* const found = registration.find(
+        const Capability* const found = registration.find(
             CIMNamespaceName("root/test"), CIMName(className), ProviderType::Instance);
-        return found == nullptr ? "nobody" : text(found->module);
+        return found == nullptr ? "nobody" : text(found->provider.module);
     };
     EXPECT_EQ("M", holder("TST_Other"));       // registered by another
     EXPECT_EQ("nobody", holder("TST_Middle")); // an instance of a subclass was loaded
