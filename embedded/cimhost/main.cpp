@@ -5,7 +5,7 @@
 #include "cimhost/SignalWatch.h"
 #include "cimhost/Summary.h"
 #include "mof/Mof.h"
-#include "routing/RegistrationCheck.h"
+#include "routing/Registration.h"
 #include "users/Accounts.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -64,7 +64,7 @@ ExitCode check(const Settings& settings, const repository::View& view,
     for (const std::string& line : summary(view, registration, settings.interop))
         std::cout << line << "\n";
     const std::vector<routing::Finding> findings =
-        routing::checkRegistration(registration, view, settings.providerDirectories);
+        registration.check(view, settings.providerDirectories);
     for (const routing::Finding& finding : findings)
         std::cout << (finding.severity == routing::Finding::Severity::Problem ? "PROBLEM " : "ok ")
                   << finding.text << "\n";

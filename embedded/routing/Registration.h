@@ -6,6 +6,7 @@
 #include "routing/Provider.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -81,6 +82,13 @@ class Registration {
     const std::vector<Capability>& capabilities() const { return _capabilities; }
     /// What was left out, and why.
     const std::vector<Finding>& findings() const { return _findings; }
+    /// Finds out why nothing answers. A note for each capability that is routed; a problem for
+    /// everything that keeps a registered provider from being asked or from answering: what was
+    /// left out, namespaces and classes that are not defined, libraries that are not found in
+    /// `directories`, cannot be loaded, or lack the entry point. Opens the libraries, but creates
+    /// no provider.
+    std::vector<Finding> check(const repository::View& view,
+                               const std::vector<std::filesystem::path>& directories) const;
 
   private:
     void addModule(const Pegasus::CIMInstance& instance);

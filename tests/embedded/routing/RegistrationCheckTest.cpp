@@ -1,4 +1,4 @@
-#include "routing/RegistrationCheck.h"
+#include "routing/Registration.h"
 
 #include "Server.h"
 
@@ -22,7 +22,7 @@ Lines check(const std::string& mof, const std::vector<std::filesystem::path>& di
     fill(repository, mof);
     const Registration registration(repository.view(), interop);
     Lines lines;
-    for (const Finding& finding : checkRegistration(registration, repository.view(), directories))
+    for (const Finding& finding : registration.check(repository.view(), directories))
         (finding.severity == Finding::Severity::Note ? lines.notes : lines.problems)
             .push_back(finding.text);
     return lines;
@@ -70,7 +70,7 @@ TEST(RegistrationCheck, LooksForNoLibraryOfAModuleThatIsPartOfTheProgram) {
     Registration registration(repository.view(), interop);
     registration.addLinked(repository.view(), {"M", "P"}, "inside", {CIMName("TST_Base")});
     Texts found;
-    for (const Finding& finding : checkRegistration(registration, repository.view(), {})) {
+    for (const Finding& finding : registration.check(repository.view(), {})) {
         EXPECT_EQ(Finding::Severity::Note, finding.severity) << finding.text;
         found.push_back(finding.text);
     }
