@@ -14,9 +14,8 @@ sys.path.insert(1, sys.path[0] + "/../kit")
 
 from served import SOURCE, Served
 
-sys.path.insert(0, str(SOURCE / "scripts"))
+sys.path.insert(0, str(SOURCE / "walk"))
 import association_tables
-
 from serverprofile_walk import connection, graph
 from serverprofile_walk.client import Client
 from serverprofile_walk.objects import Path
@@ -24,6 +23,10 @@ from serverprofile_walk.walk import Walk
 
 DOCS = SOURCE / "docs"
 PAGE, DOT, SVG = DOCS / "associations.md", DOCS / "walk.dot", DOCS / "walk.svg"
+# Where the tables begin in the page.
+MARK = """<!-- Made by tests/clients/documents_test.py BUILD-DIRECTORY --update from a running server. Do not
+     edit what follows. -->
+"""
 
 
 def stable(served, host):
@@ -34,7 +37,7 @@ def stable(served, host):
 
 
 def answered(build):
-    """What the documents have to say: the dot text and the page."""
+    """What the documents have to say: the dot text and the page, whose prose stays."""
     with Served(build) as served:
         with Client(connection.server(f"http://{served.address}", patience=300)) as client:
             walk = Walk(client.ask)
@@ -46,7 +49,8 @@ def answered(build):
                  and asked.question.target == Path("ORVEX_ObjectManagerHost")
                  and asked.question.namespace == walk.sections[0].namespace)
         dot = graph.Graph(walk, walk.sections[0]).dot(stable(served, host))
-        return dot, association_tables.page(served.address)
+        prose, mark, _ = PAGE.read_text(encoding="utf-8").partition(MARK)
+        return dot, prose + mark + association_tables.tables(served.address)
 
 
 def differences(path, text):

@@ -1,20 +1,12 @@
-#!/usr/bin/env python3
-"""Prints docs/associations.md: what the four association operations answer from each source of the
-served sample switch, by association class. Host and port are replaced.
+"""The tables of docs/associations.md: what the four association operations answer from each source of
+the served sample switch, by association class. Host and port are replaced."""
 
-usage: association_tables.py HOST:PORT
-"""
-
-import pathlib
 import re
-import sys
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "walk"))
-# pylint: disable=wrong-import-position
-from serverprofile_walk import connection  # noqa: E402
-from serverprofile_walk.client import Client, Question  # noqa: E402
-from serverprofile_walk.objects import Key, Path  # noqa: E402
-from serverprofile_walk.world import telling  # noqa: E402
+from serverprofile_walk import connection
+from serverprofile_walk.client import Client, Question
+from serverprofile_walk.objects import Key, Path
+from serverprofile_walk.world import telling
 
 # In the order in which the server asks for them.
 ASSOCIATIONS = (
@@ -45,49 +37,6 @@ DEAD_ENDS = ("CIM_CIMXMLCommunicationMechanism", "CIM_Namespace", "ORVEX_Vsan",
              "ORVEX_ComputerSystem", "ORVEX_PhysicalComputerSystem")
 
 INTEROP, OTHER = "interop", "root/cimv2"
-
-HEAD = f"""# What follows from what
-
-<!-- Made by scripts/association_tables.py from a running server; tests/clients/documents_test.py
-     BUILD-DIRECTORY --update writes it anew. Do not edit. -->
-
-What the four association operations answer from each object that the module serves as a source, by
-association class. `cimhost` serves the sample switch; the requests go to `{INTEROP}`. The host is called
-`switch`, the port 5988.
-
-* The tables name an object by its class and its identifying key (InstanceID or Name). It is in the
-  namespace of the request unless brackets name another; "no namespace" is a path without host and namespace.
-* They name an association by its ends, in the order of its properties.
-* In `{OTHER}`, every table is the same, with `{OTHER}` for `{INTEROP}`.
-
-## Odd on purpose
-
-These oddities in the tables are no mistakes; clients depend on them.
-
-* **The switch is two objects.** CIM_ElementConformsToProfile leads from the profile "Switch" to the
-  box (ORVEX_PhysicalComputerSystem). The association itself names the switch as a member of its
-  fabrics (ORVEX_ComputerSystem).
-* **Names and objects differ in their namespace.** The names of profiles and subprofiles are in the
-  namespace of the request; the whole objects say `{OTHER}`. The host and the firmware always
-  say `{OTHER}`.
-* **In associations, the paths of the objects that conform to "Fabric" and "Switch" have no host and no
-  namespace**: the module passes them on as it read them. At a far end the server fills both in.
-* **The firmware is at the far end of every profile and subprofile**, even of one that does not
-  exist. The associations themselves exist only for existing profiles.
-* **The object manager is a source only as CIM_ObjectManager**, the class that its path
-  names; the communication mechanism and the namespaces only as the server's own PG_ classes.
-* **The module ignores the keys of the object manager, the mechanism, the namespaces and the
-  firmware.** There is one object manager with one mechanism and one firmware, and it manages every
-  namespace. References name a mechanism or namespace as the request did, the other objects by their
-  real names.
-* **The order of the properties depends on the source.** From the mechanism to the object manager,
-  and from a namespace, Dependent stands before Antecedent; from the object manager to the profile,
-  ManagedElement before ConformantStandard.
-* **Role and result role never filter.** A result class narrows only the subprofiles, the profiles
-  of a subprofile, and what the firmware implements.
-* **CIM_ReferencedProfile** has no instances but those of its subclass CIM_SubProfileRequiresProfile,
-  which a server also asks when a request names the superclass.
-"""
 
 
 class Tables:
@@ -206,9 +155,9 @@ class Tables:
         return [f"| {' | '.join(row)} |" for row in rows]
 
 
-def page(server):
-    """The page as a text. Ends the program if the two namespaces tell different stories."""
-    with Client(connection.server(f"http://{server}", patience=300)) as client:
+def tables(address):
+    """The tables as a text. Ends the program if the two namespaces tell different stories."""
+    with Client(connection.server(f"http://{address}", patience=300)) as client:
         interop, other = Tables(client, INTEROP), Tables(client, OTHER)
         lines = interop.tables()
         other.tables()
@@ -217,16 +166,4 @@ def page(server):
         if repr(answers).replace(f" ({OTHER})", "") != repr(other.seen.get(asked)):
             raise SystemExit(f"association_tables: {' '.join(map(str, asked))} answers differently in "
                              f"{OTHER}")
-    return HEAD + "\n".join(lines) + "\n"
-
-
-def main():
-    if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
-        print(__doc__)
-        return 0 if sys.argv[1:] in (["--help"], ["-h"]) else 2
-    sys.stdout.write(page(sys.argv[1]))
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
+    return "\n".join(lines) + "\n"
