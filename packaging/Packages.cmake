@@ -36,6 +36,14 @@ set(walk_text
 "Asks a CIM server what a storage management client asks about the management
 Server profile of a switch, follows each path as the server gives it, and says
 which answers are wrong: as text, as JSON, or as a page with a picture.")
+foreach(component package IN ZIP_LISTS components packages)
+  string(TOUPPER ${component} name)
+  set(CPACK_DEBIAN_${name}_PACKAGE_NAME ${package})
+  set(CPACK_DEBIAN_${name}_DESCRIPTION "${${component}_summary}\n${${component}_text}")
+  set(CPACK_RPM_${name}_PACKAGE_NAME ${package})
+  set(CPACK_RPM_${name}_PACKAGE_SUMMARY ${${component}_summary})
+  set(CPACK_RPM_${name}_PACKAGE_DESCRIPTION ${${component}_text})
+endforeach()
 
 # --- DEB
 
@@ -53,14 +61,8 @@ if(OpenPegasus_FOUND)
   list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${pegasus_libraries})
 endif()
 
-set(CPACK_DEBIAN_PROVIDER_PACKAGE_NAME ${provider_package})
-set(CPACK_DEBIAN_PROVIDER_DESCRIPTION "${provider_summary}\n${provider_text}")
 set(CPACK_DEBIAN_PROVIDER_PACKAGE_SUGGESTS serverprofile-walk)
-set(CPACK_DEBIAN_CIMHOST_PACKAGE_NAME cimhost)
-set(CPACK_DEBIAN_CIMHOST_DESCRIPTION "${cimhost_summary}\n${cimhost_text}")
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_SUGGESTS "${provider_package}, sblim-wbemcli")
-set(CPACK_DEBIAN_WALK_PACKAGE_NAME serverprofile-walk)
-set(CPACK_DEBIAN_WALK_DESCRIPTION "${walk_summary}\n${walk_text}")
 set(CPACK_DEBIAN_WALK_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_WALK_PACKAGE_DEPENDS "python3 (>= 3.9)")
 # For the picture alone, and for who repeats a question.
@@ -89,15 +91,6 @@ set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
     /usr/sbin /usr/lib64 /usr/libexec /usr/lib/systemd /usr/lib/systemd/system /usr/lib/sysusers.d
     /usr/share/man /usr/share/man/man1 /usr/share/man/man8 /usr/share/doc)
 
-set(CPACK_RPM_PROVIDER_PACKAGE_NAME ${provider_package})
-set(CPACK_RPM_PROVIDER_PACKAGE_SUMMARY ${provider_summary})
-set(CPACK_RPM_PROVIDER_PACKAGE_DESCRIPTION ${provider_text})
-set(CPACK_RPM_CIMHOST_PACKAGE_NAME cimhost)
-set(CPACK_RPM_CIMHOST_PACKAGE_SUMMARY ${cimhost_summary})
-set(CPACK_RPM_CIMHOST_PACKAGE_DESCRIPTION ${cimhost_text})
-set(CPACK_RPM_WALK_PACKAGE_NAME serverprofile-walk)
-set(CPACK_RPM_WALK_PACKAGE_SUMMARY ${walk_summary})
-set(CPACK_RPM_WALK_PACKAGE_DESCRIPTION ${walk_text})
 set(CPACK_RPM_WALK_PACKAGE_ARCHITECTURE noarch)
 set(CPACK_RPM_WALK_PACKAGE_REQUIRES "python3 >= 3.9")
 
