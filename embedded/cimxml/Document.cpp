@@ -53,7 +53,8 @@ class Parsers {
     /// After a document of `size` bytes: gives the memory back if it may have come to much.
     void giveBack(Parser parser, std::size_t size) noexcept {
         const threads::Lock lock(_mutex);
-        if (size <= kept && _free.size() < most) // Not tested: it takes 65 threads that read at once
+        if (size <= kept &&
+            _free.size() < most) // Not tested: it takes 65 threads that read at once
             _free.push_back(std::move(parser));
     }
 

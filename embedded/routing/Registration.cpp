@@ -145,6 +145,7 @@ void Registration::addProvider(const CIMInstance& instance) {
     if (_modules.count(provider.module) == 0)
         throw Fault("The provider module \"" + utf8(provider.module) + "\" is not registered.");
     _providers.push_back(provider);
+    _known.insert(provider);
 }
 
 void Registration::addCapabilities(const CIMInstance& instance) {
@@ -152,7 +153,7 @@ void Registration::addCapabilities(const CIMInstance& instance) {
                        "ClassName", "Namespaces"});
     const ProviderName provider{stringOf(instance, "ProviderModuleName"),
                                 stringOf(instance, "ProviderName")};
-    if (std::find(_providers.begin(), _providers.end(), provider) == _providers.end())
+    if (_known.count(provider) == 0)
         throw Fault("The " + described(provider) + " is not registered.");
     const std::vector<Capability> wanted = capabilitiesOf(instance, provider);
     // All or nothing: an instance with one fault gives no capability at all.

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -98,6 +99,7 @@ class Registration {
 
     std::map<Pegasus::String, RegisteredModule> _modules;
     std::vector<ProviderName> _providers;
+    std::set<ProviderName> _known; ///< those of PG_Provider, to be found quickly
     std::vector<Capability> _capabilities;
     std::unordered_multimap<std::uint64_t, std::size_t> _index; ///< of a hash, into _capabilities
     std::vector<Finding> _findings;
