@@ -1,6 +1,6 @@
 #include "cimhost/Access.h"
 
-#include "http/Wire.h"
+#include "http/Message.h"
 #include "limits/Limits.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"

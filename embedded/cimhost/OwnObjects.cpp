@@ -1,7 +1,7 @@
 #include "cimhost/OwnObjects.h"
 
 #include "cimhost/Summary.h"
-#include "http/Wire.h"
+#include "http/Message.h"
 #include "routing/Router.h"
 #include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"

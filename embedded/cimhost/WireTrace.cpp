@@ -2,7 +2,7 @@
 
 #include "cimhost/Directory.h"
 #include "cimhost/Log.h"
-#include "http/Watched.h"
+#include "http/Message.h"
 #include "text/Ascii.h"
 
 #include <algorithm>

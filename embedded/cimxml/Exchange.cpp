@@ -1,6 +1,6 @@
 #include "cimxml/Exchange.h"
 
-#include "http/Wire.h"
+#include "http/Message.h"
 #include "limits/Limits.h"
 #include "routing/Values.h"
 #include "text/Ascii.h"

@@ -1,6 +1,5 @@
 #include "http/Connection.h"
 
-#include "http/Framing.h"
 #include "text/Ascii.h"
 
 #include <boost/asio/post.hpp>
@@ -9,6 +8,8 @@
 #include <boost/beast/core/buffer_traits.hpp>
 #include <boost/beast/http/error.hpp>
 
+#include <algorithm>
+#include <charconv>
 #include <ctime>
 #include <sstream>
 #include <stdexcept>
@@ -48,6 +49,73 @@ std::string_view now() {
 // Over TLS, the end of the socket may come without having been said there.
 bool isEnd(const beast::error_code& error) {
     return error == asio::error::eof || error == asio::ssl::error::stream_truncated;
+}
+
+// The first line of a chunk of `size` bytes.
+std::string chunkBegin(std::size_t size) {
+    std::array<char, 2 * sizeof size> digits;
+    char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), size, 16).ptr;
+    return std::string(digits.data(), end) + "\r\n";
+}
+
+// Why a request is refused, and the reply to it.
+struct Refusal {
+    unsigned status;
+    std::string reason; // of the status line
+    std::string why;    // for the log
+};
+
+Refusal badRequest(const std::string& why) { return {400, "Bad Request", why}; }
+
+// The members of all fields named `name` (case ignored), which are lists with commas (RFC 9110
+// clause 5.6.1), trimmed; empty ones are left out.
+std::vector<std::string> listOf(const Fields& fields, const std::string& name) {
+    std::vector<std::string> members;
+    for (const auto& field : fields) {
+        if (!text::equalIgnoringCase(field.first, name))
+            continue;
+        for (std::size_t begin = 0; begin <= field.second.size();) {
+            const std::size_t end = std::min(field.second.find(',', begin), field.second.size());
+            const auto member =
+                text::trimmed(std::string_view(field.second).substr(begin, end - begin));
+            if (!member.empty())
+                members.emplace_back(member);
+            begin = end + 1;
+        }
+    }
+    return members;
+}
+
+// Refuses requests whose end or host two servers could read differently: what a proxy takes for a
+// body, the next server might take for a request. So it checks the fields that give the length of
+// the body (RFC 9112 clause 6.3) or the host (clause 3.2). A body needs a Content-Length, or
+// "chunked" as its only transfer coding. Beast's parser has refused before: a Content-Length that
+// is no number, several different ones, and one together with "chunked".
+std::optional<Refusal> framingFault(const Request& request) {
+    const auto hosts =
+        std::count_if(request.fields.begin(), request.fields.end(), [](const auto& field) {
+            return text::equalIgnoringCase(field.first, "Host");
+        });
+    if (hosts > 1)
+        return badRequest("more than one Host field");
+    if (!findField(request.fields, "Transfer-Encoding"))
+        return std::nullopt;
+    if (request.version < 11)
+        return badRequest("Transfer-Encoding in a request of HTTP/1.0");
+    if (findField(request.fields, "Content-Length"))
+        return badRequest("Transfer-Encoding and Content-Length");
+    const std::vector<std::string> codings = listOf(request.fields, "Transfer-Encoding");
+    const auto isChunked = [](const std::string& coding) {
+        return text::equalIgnoringCase(coding, "chunked");
+    };
+    if (codings.empty() || !isChunked(codings.back()))
+        return badRequest(
+            "the last transfer coding is not chunked, so nothing says where the body ends");
+    if (std::count_if(codings.begin(), codings.end(), isChunked) > 1)
+        return badRequest("chunked twice");
+    if (codings.size() > 1)
+        return Refusal{501, "Not Implemented", "unknown transfer coding: " + codings.front()};
+    return std::nullopt;
 }
 
 // What Asio calls for a connection when something is done. Over TLS it takes several steps, and may

@@ -2,16 +2,15 @@
 #pragma once
 
 #include "http/HandlerMemory.h"
-#include "http/Parser.h"
 #include "http/Server.h"
 #include "http/Stream.h"
-#include "http/Wire.h"
 
 #include <boost/asio/basic_waitable_timer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/beast/core/buffers_suffix.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/basic_parser.hpp>
 
 #include <array>
 #include <atomic>
@@ -21,10 +20,54 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace embedded::http {
 
 class Connection;
+
+/// Beast's parser, which here fills a Request. It copies each byte once.
+class Parser : public boost::beast::http::basic_parser<true> {
+  public:
+    Request& request() { return _request; }
+
+  private:
+    using Error = boost::beast::error_code;
+    using View = boost::beast::string_view;
+    using Field = boost::beast::http::field;
+
+    static std::string text(View view) { return {view.data(), view.size()}; }
+
+    void on_request_impl(boost::beast::http::verb, View verb, View target, int version,
+                         Error&) override {
+        _request.verb = text(verb);
+        _request.target = text(target);
+        _request.version = static_cast<unsigned>(version);
+        _request.fields.reserve(12); // what most clients send
+    }
+    // Fields after the body are ignored (RFC 9110 clause 6.5.1: only fields that are known to be
+    // safe there may be merged into the header, and this server knows none).
+    void on_field_impl(Field, View name, View value, Error&) override {
+        if (!is_header_done())
+            _request.fields.emplace_back(text(name), text(value));
+    }
+    void on_body_init_impl(const boost::optional<std::uint64_t>& length, Error&) override {
+        _request.body.reserve(static_cast<std::size_t>(length.value_or(0))); // within the limit
+    }
+    std::size_t on_body_impl(View body, Error&) override {
+        _request.body.append(body.data(), body.size());
+        return body.size();
+    }
+    std::size_t on_chunk_body_impl(std::uint64_t, View body, Error& error) override {
+        return on_body_impl(body, error);
+    }
+    void on_response_impl(int, View, int, Error&) override {}
+    void on_header_impl(Error&) override {}
+    void on_chunk_header_impl(std::uint64_t, View, Error&) override {}
+    void on_finish_impl(Error&) override {}
+
+    Request _request;
+};
 
 /// The server, as its connections see it. A connection calls it on its own I/O thread only, log()
 /// on any. If handle() throws, the connection closes.

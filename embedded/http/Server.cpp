@@ -3,7 +3,7 @@
 #include "http/Connection.h"
 #include "http/HandlerMemory.h"
 #include "http/Lanes.h"
-#include "http/Wire.h"
+#include "http/Message.h"
 #include "threads/Locks.h"
 
 #include <boost/asio/dispatch.hpp>

@@ -5,7 +5,7 @@
 #include "fuzz/World.h"
 
 #include "cimxml/Exchange.h"
-#include "http/Wire.h"
+#include "http/Message.h"
 #include "text/Ascii.h"
 
 #include <algorithm>

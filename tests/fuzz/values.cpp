@@ -5,7 +5,7 @@
 #include "cimxml/Document.h"
 #include "cimxml/Message.h"
 #include "cimxml/Objects.h"
-#include "http/Fields.h"
+#include "http/Message.h"
 #include "repository/Integers.h"
 #include "repository/PathMatch.h"
 #include "text/Utf8.h"

@@ -2,7 +2,7 @@
 #include "cimxml/Exchange.h"
 #include "Requests.h"
 
-#include "http/Wire.h"
+#include "http/Message.h"
 #include "text/Ascii.h"
 
 #include <gtest/gtest.h>

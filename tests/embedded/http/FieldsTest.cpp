@@ -1,5 +1,5 @@
 // Header fields, found and taken apart.
-#include "http/Fields.h"
+#include "http/Message.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What a client may rely on in one connection: framing, order, persistence.
 #include "RawClient.h"
 #include "RunningServer.h"
-#include "http/Wire.h"
+#include "http/Message.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Looking on while a handler answers.
-#include "http/Watched.h"
+#include "http/Message.h"
 
 #include <gtest/gtest.h>
 
