@@ -1,8 +1,8 @@
 // The command line of cimhost.
 #pragma once
 
-#include "cimhost/ExitCode.h"
-#include "cimhost/Privileges.h"
+#include "cimhost/Commands.h"
+#include "cimhost/Process.h"
 #include "http/Tls.h"
 #include "limits/Limits.h"
 #include "routing/Faults.h"

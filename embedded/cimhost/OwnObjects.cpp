@@ -1,6 +1,6 @@
 #include "cimhost/OwnObjects.h"
 
-#include "cimhost/Summary.h"
+#include "embedding/Text.h"
 #include "http/Message.h"
 #include "routing/Router.h"
 #include "serverobjects/Objects.h"
@@ -10,6 +10,8 @@
 
 namespace embedded::cimhost {
 namespace {
+
+using Pegasus::embedding::utf8;
 
 // As in the registration of the same module for other servers.
 constexpr const char* moduleName = "ServerObjectsProviderModule";

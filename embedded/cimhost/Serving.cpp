@@ -4,11 +4,10 @@
 #include "cimhost/Directory.h"
 #include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
-#include "cimhost/Readiness.h"
-#include "cimhost/SignalWatch.h"
-#include "cimhost/Summary.h"
+#include "cimhost/Process.h"
 #include "cimhost/WireTrace.h"
 #include "cimxml/Exchange.h"
+#include "embedding/Text.h"
 #include "http/Message.h"
 #include "http/Server.h"
 #include "limits/Limits.h"
@@ -38,6 +37,8 @@
 
 namespace embedded::cimhost {
 namespace {
+
+using Pegasus::embedding::utf8;
 
 auto warnOf(const char* kind) {
     return [kind](const std::string& line) { warnOften(kind, line); };

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "cimhost/CommandLine.h"
-#include "cimhost/ExitCode.h"
 #include "repository/Repository.h"
 #include "routing/Registration.h"
 #include "users/Accounts.h"

@@ -2,10 +2,11 @@
 #include "cimhost/Log.h"
 #include "cimhost/OwnObjects.h"
 #include "cimhost/Serving.h"
-#include "cimhost/SignalWatch.h"
-#include "cimhost/Summary.h"
+#include "embedding/Text.h"
 #include "mof/Mof.h"
+#include "routing/ProviderLibrary.h"
 #include "routing/Registration.h"
+#include "routing/Values.h"
 #include "users/Accounts.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -15,14 +16,18 @@
 #include <fcntl.h>
 #include <iostream>
 #include <malloc.h>
+#include <map>
 #include <memory>
 #include <netdb.h>
+#include <string>
 #include <unistd.h>
 #include <utility>
 #include <vector>
 
 namespace embedded::cimhost {
 namespace {
+
+using Pegasus::embedding::utf8;
 
 // The namespaces and the MOF files, in order. Throws mof::MofError.
 void load(const Settings& settings, repository::Repository& repository) {
@@ -56,6 +61,83 @@ bool knowsClassesOf(const std::vector<routing::Fault>& faults, const repository:
             describe(fault), utf8(fault.className));
     }
     return all;
+}
+
+std::string listed(const std::vector<std::string>& texts) {
+    return routing::joined(
+        texts, [](const std::string& text) { return text; });
+}
+
+void addOnce(std::vector<std::string>& texts, const std::string& text) {
+    if (std::find(texts.begin(), texts.end(), text) == texts.end())
+        texts.push_back(text);
+}
+
+std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamespaceName& nameSpace,
+                          bool isInterop) {
+    const auto classes = view.subClassNames(nameSpace, Pegasus::CIMName(), true);
+    std::size_t instances = 0;
+    for (const Pegasus::CIMName& className : classes)
+        instances += view.instances(nameSpace, className).size();
+    return "namespace " + utf8(nameSpace) + (isInterop ? " (interop): " : ": ") +
+           std::to_string(classes.size()) + " classes, " + std::to_string(instances) + " instances";
+}
+
+// What one provider answers for: by class, in the order of registration.
+class Offers {
+  public:
+    void add(const routing::Capability& capability) {
+        const std::string className = utf8(capability.className);
+        auto found = std::find_if(_classes.begin(), _classes.end(),
+                                  [&](const auto& offer) { return offer.className == className; });
+        if (found == _classes.end())
+            found = _classes.insert(found, {className, {}, {}});
+        Offer& offer = *found;
+        addOnce(offer.types, routing::nameOf(capability.type));
+        addOnce(offer.nameSpaces, utf8(capability.nameSpace));
+    }
+
+    std::vector<std::string> lines(const std::string& provider) const {
+        std::vector<std::string> result;
+        for (const Offer& offer : _classes)
+            result.push_back(provider + ": " + offer.className + " (" + listed(offer.types) +
+                             ") in " + listed(offer.nameSpaces));
+        if (result.empty())
+            result.push_back(provider + ": no classes");
+        return result;
+    }
+
+  private:
+    struct Offer {
+        std::string className;
+        std::vector<std::string> types;
+        std::vector<std::string> nameSpaces;
+    };
+    std::vector<Offer> _classes;
+};
+
+// Describes what the server has and offers, in lines for the person who started it: one for each
+// namespace with its numbers of classes and instances, for each module with its library, and for
+// each provider with the classes, types and namespaces that it answers for.
+std::vector<std::string> summary(const repository::View& view,
+                                 const routing::Registration& registration,
+                                 const Pegasus::CIMNamespaceName& interop) {
+    std::vector<std::string> lines;
+    for (const Pegasus::CIMNamespaceName& nameSpace : view.nameSpaces())
+        lines.push_back(nameSpaceLine(view, nameSpace, nameSpace.equal(interop)));
+    for (const auto& [moduleName, module] : registration.modules())
+        lines.push_back(
+            "module " + utf8(moduleName) + ": " +
+            (module.linked ? "part of this program" : routing::libraryFileName(module.location)) +
+            (module.stopped ? ", stopped" : ""));
+    std::map<routing::ProviderName, Offers> offers;
+    for (const routing::Capability& capability : registration.capabilities())
+        offers[capability.provider].add(capability);
+    for (const routing::ProviderName& provider : registration.providers())
+        for (std::string& line : offers[provider].lines("provider " + utf8(provider.module) + "/" +
+                                                        utf8(provider.name)))
+            lines.push_back(std::move(line));
+    return lines;
 }
 
 // The findings are the result that was asked for, so they go to standard output.

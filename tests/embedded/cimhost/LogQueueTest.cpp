@@ -1,5 +1,5 @@
 // Nobody who puts something waits for whoever reads.
-#include "cimhost/LogQueue.h"
+#include "cimhost/Log.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // As whom the process runs.
-#include "cimhost/Privileges.h"
+#include "cimhost/Process.h"
 
 #include <gtest/gtest.h>
 

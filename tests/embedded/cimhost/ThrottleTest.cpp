@@ -1,5 +1,5 @@
 // Lines that others can cause as often as they like.
-#include "cimhost/Throttle.h"
+#include "cimhost/Log.h"
 #include "limits/Limits.h"
 
 #include <gtest/gtest.h>
