@@ -46,12 +46,15 @@ Verdict Accounts::recall(const Credentials& credentials, std::string_view addres
 }
 
 Verdict Accounts::recall(const Credentials& credentials, std::string_view address,
-                         const CredentialCache::Digest& digest) {
+                         const std::string& digest) {
     const Clock::time_point now = _now();
     const threads::Lock lock(_mutex);
     const User* const user = _users->find(credentials.name);
-    if (user != nullptr && _remembered.holds(digest, now))
+    const Clock::time_point* const until = _remembered.find(digest);
+    if (user != nullptr && until != nullptr && *until > now) {
+        _remembered.touch(digest) = now + limits::rememberedTime;
         return {Outcome::Remembered, user->role};
+    }
     const std::chrono::seconds wait = std::max(_slowNames.wait(credentials.name, now),
                                                _slowAddresses.wait(networkOf(address), now));
     if (wait.count() > 0)
@@ -60,7 +63,7 @@ Verdict Accounts::recall(const Credentials& credentials, std::string_view addres
 }
 
 Verdict Accounts::verify(const Credentials& credentials, std::string_view address) {
-    const CredentialCache::Digest digest = _digest(credentials);
+    const std::string digest = _digest(credentials);
     const Verdict known = recall(credentials, address, digest);
     if (known.outcome != Outcome::Unverified)
         return known;
@@ -74,7 +77,7 @@ Verdict Accounts::verify(const Credentials& credentials, std::string_view addres
     if (matched && hasPassword) {
         _slowNames.forget(credentials.name);
         if (_users == users)
-            _remembered.add(digest, now);
+            _remembered.touch(digest) = now + limits::rememberedTime;
         return {Outcome::Verified, user->role};
     }
     _slowNames.failed(credentials.name, now);

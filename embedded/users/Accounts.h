@@ -1,10 +1,11 @@
 // Decides who a client is, and what he may do.
 #pragma once
 
+#include "limits/Limits.h"
 #include "threads/Locks.h"
 #include "users/Backoff.h"
-#include "users/CredentialCache.h"
 #include "users/Credentials.h"
+#include "users/LruCache.h"
 #include "users/UsersFile.h"
 
 #include <chrono>
@@ -60,14 +61,16 @@ class Accounts {
     class Users;
 
     Verdict recall(const Credentials& credentials, std::string_view address,
-                   const CredentialCache::Digest& digest);
+                   const std::string& digest);
     std::shared_ptr<const Users> users() const;
 
     const std::function<Clock::time_point()> _now;
     const Digester _digest;
     mutable threads::Mutex _mutex;
     std::shared_ptr<const Users> _users GUARDED_BY(_mutex);
-    CredentialCache _remembered GUARDED_BY(_mutex);
+    // Until when verified credentials are remembered, by their digests, so that the hash of a
+    // password, which is slow on purpose, is not computed for each request.
+    LruCache<std::string, Clock::time_point> _remembered GUARDED_BY(_mutex){limits::remembered};
     Backoff _slowNames GUARDED_BY(_mutex);
     Backoff _slowAddresses GUARDED_BY(_mutex);
 };

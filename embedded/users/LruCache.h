@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <list>
 #include <unordered_map>
 #include <utility>
@@ -10,7 +9,7 @@
 namespace embedded::users {
 
 /// Thread-safety: none.
-template <class Key, class Value, class Hash = std::hash<Key>>
+template <class Key, class Value>
 class LruCache {
   public:
     explicit LruCache(std::size_t bound) : _bound(bound) {}
@@ -58,7 +57,7 @@ class LruCache {
 
     const std::size_t _bound;
     Entries _entries; // the one that was touched last comes first
-    std::unordered_map<Key, typename Entries::iterator, Hash> _places;
+    std::unordered_map<Key, typename Entries::iterator> _places;
 };
 
 } // namespace embedded::users

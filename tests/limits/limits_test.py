@@ -157,7 +157,7 @@ ROOMS = {
     "patience": ("http_test", "LanesTest.GiveUpWhatHasWaitedTooLong"),
     "userName": ("users_test", "UsersFile.IsRefusedWithThePlaceOfItsFirstFault"),
     "password": ("users_test", "Password.IsTakenAsAWhole"),
-    "remembered": ("users_test", "CredentialCacheTest.KeepsThoseThatWereUsedLast"),
+    "remembered": ("users_test", "AccountsTest.RememberThoseWhoWereSeenLast"),
     "rememberedTime": ("users_test", "AccountsTest.RememberWhoComesBackInTime"),
     "freeFailures": ("users_test", "AccountsTest.SlowAUserAfterSomeFailuresMoreAndMore"),
     "slowestAttempts": ("users_test", "AccountsTest.SlowAUserAfterSomeFailuresMoreAndMore"),

@@ -86,19 +86,24 @@ TEST_F(AccountsTest, RememberWhoComesBackInTime) {
     EXPECT_EQ(recall("anna", "reads"), Outcome::Unverified);
 }
 
-TEST(CredentialCacheTest, KeepsThoseThatWereUsedLast) {
-    const Digester digest;
-    CredentialCache remembered;
-    const CredentialCache::Clock::time_point now{};
-    const auto of = [&](std::size_t i) { return digest({"user", std::to_string(i)}); };
+TEST_F(AccountsTest, RememberThoseWhoWereSeenLast) {
+    const auto named = [](std::size_t i) { return "user " + std::to_string(i); };
+    std::vector<User> many;
+    for (std::size_t i = 0; i <= limits::remembered; ++i)
+        many.push_back({named(i), Role::Read, readsHash});
+    accounts.replace(many);
     for (std::size_t i = 0; i < limits::remembered; ++i)
-        remembered.add(of(i), now);
-    EXPECT_TRUE(remembered.holds(of(0), now));
-    remembered.add(of(limits::remembered), now);
-    EXPECT_TRUE(remembered.holds(of(0), now));
-    EXPECT_FALSE(remembered.holds(of(1), now));
-    EXPECT_TRUE(remembered.holds(of(2), now));
-    // Name and password are told apart, and the key is another one each time.
+        verify(named(i), "reads");
+    EXPECT_EQ(recall(named(0), "reads"), Outcome::Remembered);
+    verify(named(limits::remembered), "reads");
+    EXPECT_EQ(recall(named(0), "reads"), Outcome::Remembered);
+    EXPECT_EQ(recall(named(1), "reads"), Outcome::Unverified);
+    EXPECT_EQ(recall(named(2), "reads"), Outcome::Remembered);
+}
+
+TEST(DigesterTest, TellsNameAndPasswordApartAndHasAKeyOfItsOwn) {
+    const Digester digest;
+    EXPECT_EQ(digest({"a", "b"}), digest({"a", "b"}));
     EXPECT_NE(digest({"ab", "c"}), digest({"a", "bc"}));
     EXPECT_NE(digest({"a", "b"}), Digester()({"a", "b"}));
 }
