@@ -11,6 +11,7 @@
 
 #include <charconv>
 #include <limits>
+#include <type_traits>
 
 namespace embedded::repository {
 
@@ -66,73 +67,39 @@ std::string typeName(const Context& context) {
            typeName(context), " value: ", reason.getMessage());
 }
 
-template <class T>
-struct Reader;
+void require(bool isExpected, const Context& context, const mof::Literal& literal) {
+    if (!isExpected)
+        refuseKind(context, literal);
+}
 
 template <class T>
-struct IntegerReader {
-    static T read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::Integer)
-            refuseKind(context, literal);
-        const auto integer = parseInteger(literal.text);
-        const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
-        if (!value)
-            refuseRange(context, literal,
-                        std::to_string(std::numeric_limits<T>::min()) + " to " +
-                            std::to_string(std::numeric_limits<T>::max()));
-        return *value;
-    }
-};
+T readInteger(const Context& context, const mof::Literal& literal) {
+    require(literal.kind == Kind::Integer, context, literal);
+    const auto integer = parseInteger(literal.text);
+    const auto value = integer ? narrowed<T>(*integer) : std::nullopt;
+    if (!value)
+        refuseRange(context, literal,
+                    std::to_string(std::numeric_limits<T>::min()) + " to " +
+                        std::to_string(std::numeric_limits<T>::max()));
+    return *value;
+}
 
 template <class T>
-struct RealReader {
-    static T read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::Real && literal.kind != Kind::Integer)
-            refuseKind(context, literal);
-        // from_chars knows no plus sign, and unlike strtod no locale either.
-        const std::string& text = literal.text;
-        const char* begin = text.data() + (text.front() == '+' ? 1 : 0);
-        T value{};
-        const auto [stopped, error] = std::from_chars(begin, text.data() + text.size(), value);
-        if (error == std::errc::result_out_of_range)
-            refuseRange(context, literal, "its exponent is too large or too small");
-        if (error != std::errc() || stopped != text.data() + text.size())
-            refuseKind(context, literal);
-        return value;
-    }
-};
+T readReal(const Context& context, const mof::Literal& literal) {
+    require(literal.kind == Kind::Real || literal.kind == Kind::Integer, context, literal);
+    // from_chars knows no plus sign, and unlike strtod no locale either.
+    const std::string& text = literal.text;
+    const char* begin = text.data() + (text.front() == '+' ? 1 : 0);
+    T value{};
+    const auto [stopped, error] = std::from_chars(begin, text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range)
+        refuseRange(context, literal, "its exponent is too large or too small");
+    require(error == std::errc() && stopped == text.data() + text.size(), context, literal);
+    return value;
+}
 
-template <>
-struct Reader<Uint8> : IntegerReader<Uint8> {};
-template <>
-struct Reader<Sint8> : IntegerReader<Sint8> {};
-template <>
-struct Reader<Uint16> : IntegerReader<Uint16> {};
-template <>
-struct Reader<Sint16> : IntegerReader<Sint16> {};
-template <>
-struct Reader<Uint32> : IntegerReader<Uint32> {};
-template <>
-struct Reader<Sint32> : IntegerReader<Sint32> {};
-template <>
-struct Reader<Uint64> : IntegerReader<Uint64> {};
-template <>
-struct Reader<Sint64> : IntegerReader<Sint64> {};
-template <>
-struct Reader<Real32> : RealReader<Real32> {};
-template <>
-struct Reader<Real64> : RealReader<Real64> {};
-
-template <>
-struct Reader<Boolean> {
-    static Boolean read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::Boolean)
-            refuseKind(context, literal);
-        return literal.boolean;
-    }
-};
-
-String utf16(const Context& context, const mof::Literal& literal) {
+String readText(Kind kind, const Context& context, const mof::Literal& literal) {
+    require(literal.kind == kind, context, literal);
     try {
         // With its size: '\x0' is a character that a C string would end before.
         return String(literal.text.data(), static_cast<Uint32>(literal.text.size()));
@@ -141,57 +108,53 @@ String utf16(const Context& context, const mof::Literal& literal) {
     }
 }
 
-template <>
-struct Reader<String> {
-    static String read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind != Kind::String)
-            refuseKind(context, literal);
-        return utf16(context, literal);
-    }
-};
+Char16 readCharacter(const Context& context, const mof::Literal& literal) {
+    if (literal.kind == Kind::Integer)
+        return Char16(readInteger<Uint16>(context, literal));
+    const String text = readText(Kind::Character, context, literal);
+    if (text.size() != 1)
+        refuseRange(context, literal, "one UTF-16 code unit");
+    return text[0];
+}
 
-template <>
-struct Reader<Char16> {
-    static Char16 read(const Context& context, const mof::Literal& literal) {
-        if (literal.kind == Kind::Integer)
-            return Char16(IntegerReader<Uint16>::read(context, literal));
-        if (literal.kind != Kind::Character)
-            refuseKind(context, literal);
-        const String text = utf16(context, literal);
-        if (text.size() != 1)
-            refuseRange(context, literal, "one UTF-16 code unit");
-        return text[0];
+CIMDateTime readDateTime(const Context& context, const mof::Literal& literal) {
+    const String text = readText(Kind::String, context, literal);
+    try {
+        return CIMDateTime(text);
+    } catch (const Exception& reason) {
+        refuseBecause(context, literal, reason);
     }
-};
+}
 
-template <>
-struct Reader<CIMDateTime> {
-    static CIMDateTime read(const Context& context, const mof::Literal& literal) {
-        const String text = Reader<String>::read(context, literal);
-        try {
-            return CIMDateTime(text);
-        } catch (const Exception& reason) {
-            refuseBecause(context, literal, reason);
-        }
-    }
-};
-
-template <>
-struct Reader<CIMObjectPath> {
-    static CIMObjectPath read(const Context& context, const mof::Literal& literal) {
-        if ((literal.kind != Kind::Alias && literal.kind != Kind::String) || !context.readReference)
-            refuseKind(context, literal);
+template <class T>
+T read(const Context& context, const mof::Literal& literal) {
+    if constexpr (std::is_same_v<T, Boolean>) {
+        require(literal.kind == Kind::Boolean, context, literal);
+        return literal.boolean;
+    } else if constexpr (std::is_integral_v<T>) {
+        return readInteger<T>(context, literal);
+    } else if constexpr (std::is_floating_point_v<T>) {
+        return readReal<T>(context, literal);
+    } else if constexpr (std::is_same_v<T, Char16>) {
+        return readCharacter(context, literal);
+    } else if constexpr (std::is_same_v<T, String>) {
+        return readText(Kind::String, context, literal);
+    } else if constexpr (std::is_same_v<T, CIMDateTime>) {
+        return readDateTime(context, literal);
+    } else {
+        const bool saysPath = literal.kind == Kind::Alias || literal.kind == Kind::String;
+        require(saysPath && context.readReference, context, literal);
         return context.readReference(literal);
     }
-};
+}
 
 template <class T>
 CIMValue valueOf(const Context& context, const mof::Value& value) {
     if (!context.target.isArray)
-        return CIMValue(Reader<T>::read(context, value.items.front()));
+        return CIMValue(read<T>(context, value.items.front()));
     Array<T> elements;
     for (const mof::Literal& literal : value.items)
-        elements.append(Reader<T>::read(context, literal));
+        elements.append(read<T>(context, literal));
     return CIMValue(elements);
 }
 
