@@ -63,11 +63,16 @@ class PEGASUS_COMMON_LINKAGE OperationContext {
     Containers _containers;
 };
 
-/// The part that all containers below have in common: the name Concrete::NAME, and copies of
-/// themselves.
-template <class Concrete>
+/// The part that all containers below have in common: the name Concrete::NAME, a value, and copies
+/// of themselves.
+template <class Concrete, class Value>
 class PEGASUS_COMMON_LINKAGE NamedContainer : virtual public OperationContext::Container {
   public:
+    /// From what get() answers. Throws DynamicCastFailedException if it is of another kind.
+    NamedContainer(const OperationContext::Container& container)
+        : NamedContainer(downCast(container)) {}
+    NamedContainer(Value value) : _value(std::move(value)) {}
+
     String getName() const override { return Concrete::NAME; }
     OperationContext::Container* clone() const override {
         return new Concrete(static_cast<const Concrete&>(*this));
@@ -75,7 +80,10 @@ class PEGASUS_COMMON_LINKAGE NamedContainer : virtual public OperationContext::C
     void destroy() override { delete this; }
 
   protected:
-    static const Concrete& downCast(const OperationContext::Container& container) {
+    Value _value;
+
+  private:
+    static const NamedContainer& downCast(const OperationContext::Container& container) {
         const auto* concrete = dynamic_cast<const Concrete*>(&container);
         if (!concrete)
             throw DynamicCastFailedException();
@@ -83,70 +91,38 @@ class PEGASUS_COMMON_LINKAGE NamedContainer : virtual public OperationContext::C
     }
 };
 
-// Every container below can be made from what get() answers; that constructor throws
-// DynamicCastFailedException if the container is of another kind.
-
 /// Who asks.
-class PEGASUS_COMMON_LINKAGE IdentityContainer : public NamedContainer<IdentityContainer> {
+class PEGASUS_COMMON_LINKAGE IdentityContainer : public NamedContainer<IdentityContainer, String> {
   public:
     static const String NAME;
-
-    IdentityContainer(const OperationContext::Container& container)
-        : IdentityContainer(downCast(container)) {}
-    IdentityContainer(const String& userName) : _userName(userName) {}
-
-    String getUserName() const { return _userName; }
-
-  private:
-    String _userName;
+    using NamedContainer::NamedContainer;
+    String getUserName() const { return _value; }
 };
 
 /// The languages that the client accepts.
 class PEGASUS_COMMON_LINKAGE AcceptLanguageListContainer
-    : public NamedContainer<AcceptLanguageListContainer> {
+    : public NamedContainer<AcceptLanguageListContainer, AcceptLanguageList> {
   public:
     static const String NAME;
-
-    AcceptLanguageListContainer(const OperationContext::Container& container)
-        : AcceptLanguageListContainer(downCast(container)) {}
-    AcceptLanguageListContainer(AcceptLanguageList languages) : _languages(std::move(languages)) {}
-
-    AcceptLanguageList getLanguages() const { return _languages; }
-
-  private:
-    AcceptLanguageList _languages;
+    using NamedContainer::NamedContainer;
+    AcceptLanguageList getLanguages() const { return _value; }
 };
 
 /// The languages of the request's or the response's content.
 class PEGASUS_COMMON_LINKAGE ContentLanguageListContainer
-    : public NamedContainer<ContentLanguageListContainer> {
+    : public NamedContainer<ContentLanguageListContainer, ContentLanguageList> {
   public:
     static const String NAME;
-
-    ContentLanguageListContainer(const OperationContext::Container& container)
-        : ContentLanguageListContainer(downCast(container)) {}
-    ContentLanguageListContainer(ContentLanguageList languages)
-        : _languages(std::move(languages)) {}
-
-    ContentLanguageList getLanguages() const { return _languages; }
-
-  private:
-    ContentLanguageList _languages;
+    using NamedContainer::NamedContainer;
+    ContentLanguageList getLanguages() const { return _value; }
 };
 
 /// How long an operation that a provider starts may take, in milliseconds.
-class PEGASUS_COMMON_LINKAGE TimeoutContainer : public NamedContainer<TimeoutContainer> {
+class PEGASUS_COMMON_LINKAGE TimeoutContainer : public NamedContainer<TimeoutContainer, Uint32> {
   public:
     static const String NAME;
-
-    TimeoutContainer(const OperationContext::Container& container)
-        : TimeoutContainer(downCast(container)) {}
-    TimeoutContainer(Uint32 timeout) : _timeout(timeout) {}
-
-    Uint32 getTimeOut() const { return _timeout; }
-
-  private:
-    Uint32 _timeout;
+    using NamedContainer::NamedContainer;
+    Uint32 getTimeOut() const { return _value; }
 };
 
 } // namespace Pegasus
