@@ -1,4 +1,4 @@
-#include "CIMMethodRep.h"
+#include "Reps.h"
 
 namespace Pegasus {
 

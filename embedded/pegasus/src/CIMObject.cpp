@@ -1,4 +1,4 @@
-#include "CIMObjectRep.h"
+#include "Reps.h"
 
 namespace Pegasus {
 

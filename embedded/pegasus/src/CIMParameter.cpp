@@ -1,4 +1,4 @@
-#include "CIMParameterRep.h"
+#include "Reps.h"
 
 namespace Pegasus {
 

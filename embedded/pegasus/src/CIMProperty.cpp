@@ -1,4 +1,4 @@
-#include "CIMPropertyRep.h"
+#include "Reps.h"
 
 namespace Pegasus {
 

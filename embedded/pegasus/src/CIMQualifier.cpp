@@ -1,4 +1,4 @@
-#include "CIMQualifierRep.h"
+#include "Reps.h"
 
 namespace Pegasus {
 

@@ -1,5 +1,5 @@
 // What handles of several kinds have in common.
-#include "CIMObjectRep.h"
+#include "Reps.h"
 
 namespace Pegasus {
 

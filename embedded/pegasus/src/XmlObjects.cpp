@@ -1,5 +1,5 @@
-#include "CIMObjectRep.h"
 #include "CIMPropertyListRep.h"
+#include "Reps.h"
 
 #include "embedding/Text.h"
 #include "embedding/XmlWriter.h"
