@@ -1,4 +1,3 @@
-#include "Numbers.h"
 #include "ObjectPathReps.h"
 #include "embedding/References.h"
 

@@ -48,6 +48,19 @@ Operation of(OperationKind kind, const OperationContext& context, const CIMNames
     return operation;
 }
 
+/// An operation on the associations of `source`.
+Operation leading(OperationKind kind, const OperationContext& context,
+                  const CIMNamespaceName& nameSpace, const CIMObjectPath& source,
+                  const CIMName& assocClass, const CIMName& resultClass, const String& role,
+                  const String& resultRole) {
+    Operation operation = of(kind, context, nameSpace, &Operation::objectName, source);
+    operation.assocClass = assocClass;
+    operation.resultClass = resultClass;
+    operation.role = role;
+    operation.resultRole = resultRole;
+    return operation;
+}
+
 void include(Operation& operation, bool qualifiers, bool classOrigin,
              const CIMPropertyList& propertyList = {}) {
     operation.includeQualifiers = qualifiers;
@@ -78,12 +91,6 @@ void embedding::refuseOperation(const char* operation) {
 }
 
 CIMOMHandle::CIMOMHandle() : _rep(handleFactory() ? handleFactory()() : nullptr) {}
-
-CIMOMHandle::CIMOMHandle(const CIMOMHandle& handle) = default;
-
-CIMOMHandle::~CIMOMHandle() = default;
-
-CIMOMHandle& CIMOMHandle::operator=(const CIMOMHandle& handle) = default;
 
 CIMClass CIMOMHandle::getClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                const CIMName& className, Boolean localOnly,
@@ -198,12 +205,8 @@ Array<CIMObject> CIMOMHandle::associators(const OperationContext& context,
                                           const String& role, const String& resultRole,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) {
-    Operation operation =
-        of(OperationKind::Associators, context, nameSpace, &Operation::objectName, objectName);
-    operation.assocClass = assocClass;
-    operation.resultClass = resultClass;
-    operation.role = role;
-    operation.resultRole = resultRole;
+    Operation operation = leading(OperationKind::Associators, context, nameSpace, objectName,
+                                  assocClass, resultClass, role, resultRole);
     include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return allOf<CIMObject>(serverOf(_rep).perform(operation));
 }
@@ -214,13 +217,9 @@ Array<CIMObjectPath> CIMOMHandle::associatorNames(const OperationContext& contex
                                                   const CIMName& assocClass,
                                                   const CIMName& resultClass, const String& role,
                                                   const String& resultRole) {
-    Operation operation =
-        of(OperationKind::AssociatorNames, context, nameSpace, &Operation::objectName, objectName);
-    operation.assocClass = assocClass;
-    operation.resultClass = resultClass;
-    operation.role = role;
-    operation.resultRole = resultRole;
-    return allOf<CIMObjectPath>(serverOf(_rep).perform(operation));
+    return allOf<CIMObjectPath>(
+        serverOf(_rep).perform(leading(OperationKind::AssociatorNames, context, nameSpace,
+                                       objectName, assocClass, resultClass, role, resultRole)));
 }
 
 Array<CIMObject> CIMOMHandle::references(const OperationContext& context,
@@ -229,10 +228,8 @@ Array<CIMObject> CIMOMHandle::references(const OperationContext& context,
                                          const CIMName& resultClass, const String& role,
                                          Boolean includeQualifiers, Boolean includeClassOrigin,
                                          const CIMPropertyList& propertyList) {
-    Operation operation =
-        of(OperationKind::References, context, nameSpace, &Operation::objectName, objectName);
-    operation.resultClass = resultClass;
-    operation.role = role;
+    Operation operation = leading(OperationKind::References, context, nameSpace, objectName,
+                                  CIMName(), resultClass, role, String());
     include(operation, includeQualifiers, includeClassOrigin, propertyList);
     return allOf<CIMObject>(serverOf(_rep).perform(operation));
 }
@@ -241,11 +238,9 @@ Array<CIMObjectPath> CIMOMHandle::referenceNames(const OperationContext& context
                                                  const CIMNamespaceName& nameSpace,
                                                  const CIMObjectPath& objectName,
                                                  const CIMName& resultClass, const String& role) {
-    Operation operation =
-        of(OperationKind::ReferenceNames, context, nameSpace, &Operation::objectName, objectName);
-    operation.resultClass = resultClass;
-    operation.role = role;
-    return allOf<CIMObjectPath>(serverOf(_rep).perform(operation));
+    return allOf<CIMObjectPath>(
+        serverOf(_rep).perform(leading(OperationKind::ReferenceNames, context, nameSpace,
+                                       objectName, CIMName(), resultClass, role, String())));
 }
 
 CIMValue CIMOMHandle::getProperty(const OperationContext& context,

@@ -1,6 +1,3 @@
-#include "HostName.h"
-#include "Numbers.h"
-#include "ObjectPathParser.h"
 #include "ObjectPathReps.h"
 #include "StringRep.h"
 #include "embedding/Text.h"
@@ -105,7 +102,7 @@ CIMObjectPathRep* CIMObjectPathRep::shared(const CIMObjectPath& path) { return s
 
 bool CIMObjectPathRep::read(const String& text, CIMObjectPath& path, String& reason) {
     CIMObjectPathRep& rep = detach(path._rep);
-    if (!parseObjectPath(text, rep, reason))
+    if (!rep.parse(text, reason))
         return false;
     normalize(rep.keyBindings);
     return true;

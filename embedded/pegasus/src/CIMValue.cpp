@@ -1,5 +1,6 @@
 #include "Shared.h"
-#include "XmlValues.h"
+#include "embedding/Text.h"
+#include "embedding/XmlWriter.h"
 
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObject.h>
@@ -8,6 +9,7 @@
 
 #include <charconv>
 #include <string>
+#include <type_traits>
 
 namespace Pegasus {
 
@@ -35,6 +37,63 @@ struct CIMValueRep : Shared {
 
 namespace {
 
+using namespace embedding;
+
+// What stands in a VALUE element, or a VALUE.REFERENCE, for each type of value.
+
+void appendContent(std::string& out, Boolean value) { out += value ? "TRUE" : "FALSE"; }
+
+/// Behind the point are as many digits as OpenPegasus writes: for a Real64 they tell any two values
+/// apart, for a Real32 there is one too few.
+template <class Number>
+std::enable_if_t<std::is_arithmetic_v<Number>> appendContent(std::string& out, Number value) {
+    char text[32]; // enough for each type
+    std::to_chars_result end{};
+    if constexpr (std::is_floating_point_v<Number>) {
+        constexpr int digits = std::is_same_v<Number, Real32> ? 7 : 16;
+        end = std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, digits);
+    } else {
+        end = std::to_chars(text, text + sizeof text, value);
+    }
+    out.append(text, end.ptr);
+}
+
+void appendContent(std::string& out, const Char16& value) { appendEscaped(out, String(&value, 1)); }
+
+void appendContent(std::string& out, const String& value) { appendEscaped(out, value); }
+
+void appendContent(std::string& out, const CIMDateTime& value) {
+    appendEscaped(out, value.toString());
+}
+
+/// An embedded object is written as a document of its own and quoted as a string.
+void appendContent(std::string& out, const CIMConstObject& value) {
+    std::string document;
+    appendObject(document, value, InstanceFilter());
+    appendEscaped(out, document);
+}
+
+template <class T>
+void appendScalar(std::string& out, const T& value) {
+    if constexpr (std::is_same_v<T, CIMObjectPath>) {
+        appendReference(out, value);
+    } else {
+        out += "<VALUE>";
+        appendContent(out, value);
+        out += "</VALUE>\n";
+    }
+}
+
+template <class T>
+void appendArray(std::string& out, const Array<T>& values) {
+    appendElement(
+        out, std::is_same_v<T, CIMObjectPath> ? "VALUE.REFARRAY" : "VALUE.ARRAY",
+        [&] {
+            for (Uint32 i = 0; i < values.size(); ++i)
+                appendScalar(out, values[i]);
+        });
+}
+
 template <class Treatment, class T>
 struct Scalar final : CIMValueRep {
     Scalar(CIMType cimType, const T& x)
@@ -46,7 +105,7 @@ struct Scalar final : CIMValueRep {
         return Treatment::same(_value, static_cast<const Scalar&>(other)._value);
     }
     String text() const override { return Treatment::textOf(_value); }
-    void appendXml(std::string& out) const override { embedding::appendScalar(out, _value); }
+    void appendXml(std::string& out) const override { appendScalar(out, _value); }
 
   private:
     const T _value;
@@ -78,7 +137,7 @@ struct Vector final : CIMValueRep {
         return text;
     }
 
-    void appendXml(std::string& out) const override { embedding::appendArray(out, _elements); }
+    void appendXml(std::string& out) const override { appendArray(out, _elements); }
 
   private:
     const Array<T> _elements;
@@ -110,7 +169,6 @@ struct Plain {
         return x == y;
     }
 
-    static String textOf(Boolean x) { return String(x ? "TRUE" : "FALSE"); }
     static String textOf(const Char16& x) { return String(&x, 1); }
     static String textOf(const String& x) { return x; }
     static String textOf(const CIMDateTime& x) { return x.toString(); }
@@ -118,16 +176,11 @@ struct Plain {
     static String textOf(Real32 x) { return textOf(Real64(x)); }
 
     /// With all the digits that tell two real64 apart, whatever the locale.
-    static String textOf(Real64 x) {
-        char text[32];
-        const std::to_chars_result result =
-            std::to_chars(text, text + sizeof text, x, std::chars_format::scientific, 16);
-        return String(text, static_cast<Uint32>(result.ptr - text));
-    }
-
-    template <class Integer>
-    static String textOf(const Integer& x) {
-        return String(std::to_string(x).c_str());
+    template <class Number>
+    static String textOf(const Number& x) {
+        std::string text;
+        appendContent(text, x);
+        return fromUtf8(text);
     }
 };
 

@@ -1,5 +1,4 @@
-#include "HostName.h"
-
+#include "ObjectPathReps.h"
 #include "text/Ascii.h"
 
 #include <arpa/inet.h>

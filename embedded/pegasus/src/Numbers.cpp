@@ -1,5 +1,4 @@
-#include "Numbers.h"
-
+#include "ObjectPathReps.h"
 #include "embedding/Text.h"
 #include "text/Ascii.h"
 

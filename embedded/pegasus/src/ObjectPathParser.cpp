@@ -1,7 +1,3 @@
-#include "ObjectPathParser.h"
-
-#include "HostName.h"
-#include "Numbers.h"
 #include "ObjectPathReps.h"
 #include "StringRep.h"
 #include "embedding/Text.h"
@@ -145,10 +141,10 @@ class Parser {
 
 } // namespace
 
-bool parseObjectPath(const String& text, CIMObjectPathRep& path, String& reason) {
+bool CIMObjectPathRep::parse(const String& text, String& reason) {
     if (const std::optional<std::string_view> ascii = StringRep::ascii(text))
-        return Parser(*ascii, path, reason).read();
-    return Parser(embedding::utf8(text), path, reason).read();
+        return Parser(*ascii, *this, reason).read();
+    return Parser(embedding::utf8(text), *this, reason).read();
 }
 
 } // namespace Pegasus
