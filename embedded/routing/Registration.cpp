@@ -26,9 +26,20 @@ struct Fault : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// The value of that property; an empty one without it or if it has another type.
+template <class T>
+T get(const CIMInstance& instance, const char* property) {
+    const CIMValue value = valueOf(instance, CIMName(property)).value_or(CIMValue());
+    T result{};
+    if (!value.isNull() && value.typeCompatible(CIMValue(result)))
+        value.get(result);
+    return result;
+}
+
 void require(const CIMInstance& instance, std::initializer_list<const char*> properties) {
     for (const char* property : properties) {
-        if (!hasValue(instance, property))
+        const CIMValue value = valueOf(instance, CIMName(property)).value_or(CIMValue());
+        if (value.isNull() || (value.isArray() && value.getArraySize() == 0))
             throw Fault(std::string("Missing ") + property + " which is required property in " +
                         utf8(instance.getClassName()) + " class.");
     }
@@ -47,16 +58,18 @@ ProviderType routedType(Uint16 value) {
 }
 
 std::vector<Capability> capabilitiesOf(const CIMInstance& instance, const ProviderName& provider) {
-    const String className = stringOf(instance, "ClassName");
+    const auto className = get<String>(instance, "ClassName");
     if (!CIMName::legal(className))
         throw Fault("ClassName \"" + utf8(className) + "\" is not a class name.");
     std::vector<Capability> all;
-    for (const String& nameSpace : stringsOf(instance, "Namespaces")) {
-        if (!CIMNamespaceName::legal(nameSpace))
-            throw Fault("Namespaces: \"" + utf8(nameSpace) + "\" is not a namespace name.");
-        for (const Uint16 type : numbersOf(instance, "ProviderType"))
-            all.push_back(
-                {CIMNamespaceName(nameSpace), CIMName(className), routedType(type), provider});
+    const auto types = get<Array<Uint16>>(instance, "ProviderType");
+    const auto nameSpaces = get<Array<String>>(instance, "Namespaces");
+    for (Uint32 i = 0; i < nameSpaces.size(); ++i) {
+        if (!CIMNamespaceName::legal(nameSpaces[i]))
+            throw Fault("Namespaces: \"" + utf8(nameSpaces[i]) + "\" is not a namespace name.");
+        for (Uint32 j = 0; j < types.size(); ++j)
+            all.push_back({CIMNamespaceName(nameSpaces[i]), CIMName(className),
+                           routedType(types[j]), provider});
     }
     return all;
 }
@@ -120,28 +133,29 @@ Registration::Registration(const repository::View& view, const CIMNamespaceName&
 void Registration::addModule(const CIMInstance& instance) {
     require(instance,
             {"Name", "Vendor", "Version", "InterfaceType", "InterfaceVersion", "Location"});
-    const std::string type = utf8(stringOf(instance, "InterfaceType"));
+    const std::string type = utf8(get<String>(instance, "InterfaceType"));
     if (type != "C++Default")
         throw Fault("Unsupported InterfaceType value: \"" + type +
                     R"("; "C++Default" is supported.)");
-    const std::string version = utf8(stringOf(instance, "InterfaceVersion"));
+    const std::string version = utf8(get<String>(instance, "InterfaceVersion"));
     if (std::find(supportedInterfaceVersions.begin(), supportedInterfaceVersions.end(), version) ==
         supportedInterfaceVersions.end())
         throw Fault("Unsupported InterfaceVersion value: \"" + version + "\"; supported are " +
                     joined(supportedInterfaceVersions, [](const char* each) { return each; }) +
                     ".");
-    if (numberOf(instance, "UserContext") == designatedUser)
+    if (get<Uint16>(instance, "UserContext") == designatedUser)
         require(instance, {"DesignatedUserContext"});
-    RegisteredModule module{stringOf(instance, "Name"), utf8(stringOf(instance, "Location"))};
-    for (const Uint16 status : numbersOf(instance, "OperationalStatus"))
-        module.stopped = module.stopped || status == statusStopped;
+    RegisteredModule module{get<String>(instance, "Name"), utf8(get<String>(instance, "Location"))};
+    const auto statuses = get<Array<Uint16>>(instance, "OperationalStatus");
+    for (Uint32 i = 0; i < statuses.size(); ++i)
+        module.stopped = module.stopped || statuses[i] == statusStopped;
     _modules.emplace(module.name, module);
 }
 
 void Registration::addProvider(const CIMInstance& instance) {
     require(instance, {"ProviderModuleName", "Name"});
-    const ProviderName provider{stringOf(instance, "ProviderModuleName"),
-                                stringOf(instance, "Name")};
+    const ProviderName provider{get<String>(instance, "ProviderModuleName"),
+                                get<String>(instance, "Name")};
     if (_modules.count(provider.module) == 0)
         throw Fault("The provider module \"" + utf8(provider.module) + "\" is not registered.");
     _providers.push_back(provider);
@@ -151,8 +165,8 @@ void Registration::addProvider(const CIMInstance& instance) {
 void Registration::addCapabilities(const CIMInstance& instance) {
     require(instance, {"ProviderModuleName", "ProviderName", "CapabilityID", "ProviderType",
                        "ClassName", "Namespaces"});
-    const ProviderName provider{stringOf(instance, "ProviderModuleName"),
-                                stringOf(instance, "ProviderName")};
+    const ProviderName provider{get<String>(instance, "ProviderModuleName"),
+                                get<String>(instance, "ProviderName")};
     if (_known.count(provider) == 0)
         throw Fault("The " + described(provider) + " is not registered.");
     const std::vector<Capability> wanted = capabilitiesOf(instance, provider);

@@ -1,10 +1,10 @@
 #include "routing/Router.h"
 
 #include "routing/ProviderCall.h"
-#include "routing/ResponseCollector.h"
 #include "routing/Values.h"
 
 #include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
 
 #include <unistd.h>
@@ -44,6 +44,21 @@ bool isNameSpaceClass(const CIMName& className) {
 }
 
 CIMPropertyList listOf(const CIMName& name) { return CIMPropertyList(Array<CIMName>(&name, 1)); }
+
+/// A copy of `instance` with the properties of `propertyList` that it has, in the list's order.
+/// REQUIRES: `propertyList` is not NULL.
+CIMInstance withProperties(const CIMInstance& instance, const CIMPropertyList& propertyList) {
+    CIMInstance result(instance.getClassName());
+    result.setPath(instance.getPath());
+    for (Uint32 i = 0; i < instance.getQualifierCount(); ++i)
+        result.addQualifier(instance.getQualifier(i).clone());
+    for (Uint32 i = 0; i < propertyList.size(); ++i) {
+        const Uint32 position = instance.findProperty(propertyList[i]);
+        if (position != PEG_NOT_FOUND)
+            result.addProperty(instance.getProperty(position).clone());
+    }
+    return result;
+}
 
 /// Whoever answers for what would be written.
 void requireRole(const Operation& operation) {
@@ -273,8 +288,9 @@ Plan Router::planEnumeration(const Question& question) const {
     const bool ofThisClass = operation.kind == OperationKind::EnumerateInstances &&
                              !operation.deepInheritance && operation.propertyList.isNull();
     const auto ownProperties = [question] {
-        return CIMPropertyList(arrayOf(question.view.propertyNames(question.operation.nameSpace,
-                                                                   question.operation.className)));
+        const std::vector<CIMName> names =
+            question.view.propertyNames(question.operation.nameSpace, question.operation.className);
+        return CIMPropertyList(Array<CIMName>(names.data(), static_cast<Uint32>(names.size())));
     };
     const bool entersModules = !modules.empty();
     return planned(std::move(modules), [this, question, sources = std::move(sources), entersModules,

@@ -2,7 +2,6 @@
 // classes that can touch the source's class; the repository is one source, always; the
 // provider of every registered candidate is one more.
 #include "routing/ProviderCall.h"
-#include "routing/ResponseCollector.h"
 #include "routing/Router.h"
 #include "routing/Values.h"
 
