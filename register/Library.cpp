@@ -1,5 +1,3 @@
-#include "register/Library.h"
-
 #include "register/Situation.h"
 
 #include <dlfcn.h>

@@ -80,6 +80,11 @@ std::optional<Situation> survey(const Job& job);
 /// Reports whether the server finds the modules' libraries and can load them.
 void checkLibraries(const Job& job);
 
+/// What the program does when it is started with probeOption and a file: tries whether that library
+/// can be loaded, which may take the process down. Returns its exit code.
+int probe(const char* file);
+constexpr const char* probeOption = "--probe-library";
+
 /// Reports whether each place has the classes that the modules need there: those of the CIM schema,
 /// and with `own` also those that the program loads.
 void checkClasses(const Job& job, const Situation& situation, bool own);

@@ -1,6 +1,5 @@
 #include "register/CommandLine.h"
 #include "register/Commands.h"
-#include "register/Library.h"
 #include "register/Process.h"
 
 #include <cstring>
