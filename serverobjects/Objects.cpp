@@ -1,4 +1,5 @@
-#include "serverobjects/Objects.h"
+// The server's own objects as CIM instances.
+#include "serverobjects/ServerObjectsProvider.h"
 
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMValue.h>

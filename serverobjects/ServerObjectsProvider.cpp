@@ -1,7 +1,5 @@
 #include "serverobjects/ServerObjectsProvider.h"
 
-#include "serverobjects/Objects.h"
-
 #include <utility>
 
 PEGASUS_USING_PEGASUS;
@@ -23,8 +21,6 @@ CIMObjectPath localPath(const CIMObjectPath& path) {
 
 ServerObjectsProvider::ServerObjectsProvider(std::function<Settings()> settings)
     : _settings(std::move(settings)) {}
-
-ServerObjectsProvider::~ServerObjectsProvider() = default;
 
 void ServerObjectsProvider::initialize(CIMOMHandle& cimom) {
     const std::lock_guard<std::mutex> lock(_mutex);

@@ -7,15 +7,27 @@
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
 
+#include <array>
 #include <functional>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace serverobjects {
+
+/// A class that the provider publishes.
+struct PublishedClass {
+    const char* name;
+    /// All its instances. Their paths have neither host nor namespace. Throws Pegasus::Exception
+    /// where a text of the settings or the server is no CIM name.
+    std::vector<Pegasus::CIMInstance> (*instances)(const Settings& settings,
+                                                   const ServerFacts& facts);
+};
+
+/// The object manager, its communication mechanisms, its namespaces.
+extern const std::array<PublishedClass, 3> publishedClasses;
 
 /// The same objects in every namespace for which it is registered, but for those in which the
 /// server publishes an object manager of its own: clients want exactly one. The objects are
@@ -31,7 +43,6 @@ class ServerObjectsProvider : public Pegasus::CIMInstanceProvider {
     /// `settings` is called by the first request; what it throws as std::exception, the request's
     /// client is told.
     explicit ServerObjectsProvider(std::function<Settings()> settings);
-    ~ServerObjectsProvider() override;
 
     void initialize(Pegasus::CIMOMHandle& cimom) override;
     /// Deletes this object.

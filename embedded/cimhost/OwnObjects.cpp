@@ -3,7 +3,6 @@
 #include "embedding/Text.h"
 #include "http/Message.h"
 #include "routing/Router.h"
-#include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"
 
 #include <iterator>

@@ -7,7 +7,6 @@
 #include "repository/Repository.h"
 #include "routing/ProviderHandle.h"
 #include "routing/Router.h"
-#include "serverobjects/Objects.h"
 #include "serverobjects/ServerObjectsProvider.h"
 
 #include <Pegasus/Common/CIMProperty.h>
