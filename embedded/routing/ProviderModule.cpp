@@ -201,8 +201,13 @@ class ModuleProvider : public Provider {
 
     /// REQUIRES: the order is closed, so that no new request comes. False: it was not free in time.
     bool unload(Clock::time_point until) EXCLUDES(_order.mutex) {
-        if (!isFree(until))
-            return false;
+        {
+            const Lock lock(_order.mutex);
+            while (_users != 0 && _order.changed.waitUntil(_order.mutex, until))
+                ;
+            if (_users != 0)
+                return false;
+        }
         const ReentryGuard guard(_name.module);
         _loaded.reset();
         return true;
@@ -229,13 +234,6 @@ class ModuleProvider : public Provider {
         ModuleProvider& _provider;
         const Calls::iterator _call;
     };
-
-    bool isFree(Clock::time_point until) EXCLUDES(_order.mutex) {
-        const Lock lock(_order.mutex);
-        while (_users != 0 && _order.changed.waitUntil(_order.mutex, until))
-            ;
-        return _users == 0;
-    }
 
     Calls::iterator enter(const String& className) EXCLUDES(_order.mutex) {
         const Lock lock(_order.mutex);

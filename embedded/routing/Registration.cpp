@@ -46,15 +46,12 @@ void require(const CIMInstance& instance, std::initializer_list<const char*> pro
 }
 
 ProviderType routedType(Uint16 value) {
-    switch (value) {
-    case Uint16(ProviderType::Instance):
-    case Uint16(ProviderType::Association):
-    case Uint16(ProviderType::Method):
-        return ProviderType(value);
-    default:
-        throw Fault("ProviderType " + std::to_string(value) +
-                    " is not served here; 2 (Instance), 3 (Association) and 5 (Method) are.");
-    }
+    for (const auto type :
+         {ProviderType::Instance, ProviderType::Association, ProviderType::Method})
+        if (value == Uint16(type))
+            return type;
+    throw Fault("ProviderType " + std::to_string(value) +
+                " is not served here; 2 (Instance), 3 (Association) and 5 (Method) are.");
 }
 
 std::vector<Capability> capabilitiesOf(const CIMInstance& instance, const ProviderName& provider) {
@@ -86,15 +83,9 @@ std::string described(const ProviderName& provider) {
 }
 
 const char* nameOf(ProviderType type) {
-    switch (type) {
-    case ProviderType::Association:
-        return "association";
-    case ProviderType::Method:
-        return "method";
-    case ProviderType::Instance:
-        break;
-    }
-    return "instance";
+    return type == ProviderType::Association ? "association"
+           : type == ProviderType::Method    ? "method"
+                                             : "instance";
 }
 
 Registration::Registration(const repository::View& view, const CIMNamespaceName& interop) {
