@@ -14,6 +14,7 @@ branches to be explained, 2 when there was no run.
 """
 
 import collections
+import itertools
 import json
 import os
 import pathlib
@@ -74,14 +75,9 @@ def room_of(path):
 
 def is_explained(lines, number):
     """Whether the line, or the comment that ends above it, has the reason."""
-    if REASON in lines[number - 1]:
-        return True
-    number -= 1
-    while number > 0 and lines[number - 1].lstrip().startswith("//"):
-        if REASON in lines[number - 1]:
-            return True
-        number -= 1
-    return False
+    above = itertools.takewhile(lambda line: line.lstrip().startswith("//"),
+                                reversed(lines[:number - 1]))
+    return any(REASON in line for line in (lines[number - 1], *above))
 
 
 def main():

@@ -98,7 +98,5 @@ class Client:
         try:
             return operation.read(documents.answer(received, question.operation))
         except Malformed as error:
-            wrong = NoAnswer(f"{self.at.url}: the reply is not what {question.operation} returns: "
-                             f"{error}")
-            wrong.sent, wrong.received = sent, received
-            raise wrong from error
+            raise NoAnswer(f"{self.at.url}: the reply is not what {question.operation} returns: "
+                           f"{error}", sent, received) from error

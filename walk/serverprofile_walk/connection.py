@@ -16,8 +16,10 @@ class NoAnswer(Exception):
     that refuses, or a reply that is no reply. Says what, and what to do about it. `sent` and
     `received` are the bytes that went over the wire, as far as they did."""
 
-    sent = b""
-    received = b""
+    def __init__(self, text, sent=b"", received=b""):
+        super().__init__(text)
+        self.sent = sent
+        self.received = received
 
 
 class Unreachable(NoAnswer):
@@ -148,9 +150,7 @@ class Connection:
             raise
         except (OSError, http.client.HTTPException, ValueError) as error:
             self.close()
-            broken = NoAnswer(self._words(error))
-            broken.sent = body
-            raise broken from error
+            raise NoAnswer(self._words(error), body) from error
 
     def _words(self, error):
         at = self._at

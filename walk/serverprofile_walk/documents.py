@@ -157,7 +157,7 @@ def answer(text, method, message="1"):
     envelope = _within(document, "CIM", "MESSAGE")
     if envelope.get("ID") != message:
         raise Malformed(f"the message has the ID {envelope.get('ID')!r}, the request had {message!r}")
-    response = _within(_only(envelope, "SIMPLERSP"), "SIMPLERSP", "IMETHODRESPONSE")
+    response = _within(_only(envelope), "SIMPLERSP", "IMETHODRESPONSE")
     if _attribute(response, "NAME").lower() != method.lower():
         raise Malformed(f"a response to {response.get('NAME')}, asked was {method}")
     error = response.find("ERROR")
@@ -184,7 +184,7 @@ def _with_paths(elements, pair, path):
     """Instances that come in pairs with their paths."""
     found = []
     for each in elements:
-        name, instance = _two(each, pair)
+        name, instance = _inside(_expect(each, pair), 2)
         found.append(_read_instance(instance, _read_path(_expect(name, path))))
     return found
 
@@ -223,21 +223,20 @@ def _expect(element, *tags):
     return element
 
 
-def _only(element, tag=None):
-    """The only element in `element`."""
-    if len(element) != 1:
-        raise Malformed(f"<{element.tag}> with {len(element)} elements in it instead of one")
-    return element[0] if tag is None else _expect(element[0], tag)
+def _inside(element, count):
+    """The elements in `element`, which has to have so many."""
+    if len(element) != count:
+        raise Malformed(f"<{element.tag}> with {len(element)} elements in it instead of "
+                        f"{('one', 'two')[count - 1]}")
+    return element
+
+
+def _only(element):
+    return _inside(element, 1)[0]
 
 
 def _within(element, tag, inner):
-    return _only(_expect(element, tag), inner)
-
-
-def _two(element, tag):
-    if len(_expect(element, tag)) != 2:
-        raise Malformed(f"<{tag}> with {len(element)} elements in it instead of two")
-    return element
+    return _expect(_only(_expect(element, tag)), inner)
 
 
 def _single(elements, tag):

@@ -35,7 +35,15 @@ class Form(NamedTuple):
         return self.namespace.lower(), self.path
 
 
-class Step:
+class _Asking:
+    """What has `asked` questions."""
+
+    @property
+    def wrong(self):
+        return [asked for asked in self.asked if asked.problems]
+
+
+class Step(_Asking):
     """Some questions that belong together. `title` says what is looked at, `found` what came. `used`
     are the steps that it stands on. A `minor` step is of interest only when it is wrong."""
 
@@ -51,10 +59,6 @@ class Step:
         self.ties = []  # Ties that came
         self.ways = []  # (association class, Thing, Thing): far ends that came
 
-    @property
-    def wrong(self):
-        return [asked for asked in self.asked if asked.problems]
-
 
 class Outward(NamedTuple):
     """The heading of what the paths in a namespace lead to in others."""
@@ -62,7 +66,7 @@ class Outward(NamedTuple):
     namespace: str
 
 
-class Section:
+class Section(_Asking):
     """The walk in one namespace; without a name, the search for namespaces. `steps` are all on which
     its verdict stands; those that an earlier section had taken are among them."""
 
@@ -74,12 +78,8 @@ class Section:
     def asked(self):
         return list(dict.fromkeys(asked for step in self.steps for asked in step.asked))
 
-    @property
-    def wrong(self):
-        return [asked for asked in self.asked if asked.problems]
 
-
-class Walk:
+class Walk(_Asking):
     """Asks with `ask`, which takes a Question and returns the answer or throws CimError or NoAnswer;
     tells `report` each Section when it begins and each Step when it is done.
 
@@ -101,10 +101,6 @@ class Walk:
         self._open = []  # steps that are being taken
         self._worlds = {}
         self._silent = 0
-
-    @property
-    def wrong(self):
-        return [asked for asked in self.asked if asked.problems]
 
     @property
     def whole(self):
@@ -244,12 +240,11 @@ class Walk:
 
     def _step(self, key, step, take):
         """The step of that key: taken before, or taken now with `take`."""
-        if key in self._steps:
-            step = self._steps[key]
-            self._open[-1].used.append(step)
-            return step
-        self._steps[key] = step
+        taken = key in self._steps
+        step = self._steps.setdefault(key, step)
         self._open[-1].used.append(step)
+        if taken:
+            return step
         self._open.append(step)
         try:
             take(step)
@@ -365,8 +360,8 @@ class Walk:
         step.found = _labels(step.things)
 
     def _judge_agreement(self, objects, world, pairs):
-        managers = self._enumeration(world, profile.KIND["object manager"])
-        for manager in judge_instances(managers.asked):
+        _, managers = self._enumeration(world, profile.KIND["object manager"]).asked
+        for manager in managers.answer or ():
             for each in objects.answer or ():
                 for name, managers_name in pairs:
                     if each.value(name) != manager.value(managers_name):
@@ -453,12 +448,6 @@ class Walk:
             step.oddities += passed
         title = f"{thing.label} along {name or 'every association'}"
         return self._step(("follow", *form.key, name), Step(form.namespace, title), follow)
-
-
-def judge_instances(asked):
-    """The whole instances in the answers of an enumeration."""
-    return [each for one in asked if one.question.operation == "EnumerateInstances"
-            for each in one.answer or ()]
 
 
 def _leaves_out(kind, path):
