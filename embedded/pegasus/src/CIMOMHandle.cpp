@@ -91,6 +91,9 @@ void embedding::refuseOperation(const char* operation) {
 }
 
 CIMOMHandle::CIMOMHandle() : _rep(handleFactory() ? handleFactory()() : nullptr) {}
+CIMOMHandle::CIMOMHandle(const CIMOMHandle& handle) = default;
+CIMOMHandle::~CIMOMHandle() = default;
+CIMOMHandle& CIMOMHandle::operator=(const CIMOMHandle& handle) = default;
 
 CIMClass CIMOMHandle::getClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                                const CIMName& className, Boolean localOnly,

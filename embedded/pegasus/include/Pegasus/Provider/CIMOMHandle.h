@@ -34,6 +34,9 @@ class CIMOMHandleRep;
 class PEGASUS_PROVIDER_LINKAGE CIMOMHandle {
   public:
     CIMOMHandle();
+    CIMOMHandle(const CIMOMHandle& handle);
+    ~CIMOMHandle();
+    CIMOMHandle& operator=(const CIMOMHandle& handle);
 
     CIMClass getClass(const OperationContext& context, const CIMNamespaceName& nameSpace,
                       const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
