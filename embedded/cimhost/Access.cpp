@@ -1,6 +1,6 @@
 #include "cimhost/Access.h"
 
-#include "http/Message.h"
+#include "cimhost/Log.h"
 #include "limits/Limits.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
@@ -37,9 +37,8 @@ std::string quoted(const std::string& name) {
 
 class Access {
   public:
-    Access(AccessRules rules, Answering answering,
-           std::function<void(const std::string&, const std::string&)> log)
-        : _rules(std::move(rules)), _answering(std::move(answering)), _log(std::move(log)) {}
+    Access(AccessRules rules, Answering answering)
+        : _rules(std::move(rules)), _answering(std::move(answering)) {}
 
     Answer answer(Request&& request) {
         if (!_rules.accounts)
@@ -68,9 +67,10 @@ class Access {
     Answer withoutUsers(Request&& request) {
         if (http::findField(request.fields, "Authorization") != nullptr &&
             !_ignoredTold.exchange(true))
-            _log("credentials", request.peer.address +
-                                    " sends credentials; nobody looks at them, as there are no "
-                                    "users (--users); this is told once");
+            warnOften("credentials",
+                      request.peer.address +
+                          " sends credentials; nobody looks at them, as there are no "
+                          "users (--users); this is told once");
         return _answering(std::move(request), Caller());
     }
 
@@ -134,13 +134,12 @@ class Access {
                                 {{"Retry-After", std::to_string(time.count())}});
     }
 
-    void tell(const Request& request, const std::string& what) const {
-        _log("users", request.peer.address + ": " + what);
+    static void tell(const Request& request, const std::string& what) {
+        warnOften("users", request.peer.address + ": " + what);
     }
 
     const AccessRules _rules;
     const Answering _answering;
-    const std::function<void(const std::string&, const std::string&)> _log;
     /// Whoever waits for a password to be verified has a copy: as many wait as there are copies.
     const std::shared_ptr<const void> _waiting = std::make_shared<char>();
     std::atomic<bool> _ignoredTold{false};
@@ -148,19 +147,9 @@ class Access {
 
 } // namespace
 
-http::Handler guarded(const AccessRules& rules, Answering answering,
-                      std::function<void(const std::string&, const std::string&)> log) {
-    const auto access = std::make_shared<Access>(rules, std::move(answering), std::move(log));
+http::Handler guarded(const AccessRules& rules, Answering answering) {
+    const auto access = std::make_shared<Access>(rules, std::move(answering));
     return [access](Request&& request) { return access->answer(std::move(request)); };
-}
-
-std::string exposureFault(bool isRemote, bool isSecure, bool hasUsers) {
-    if (!isRemote || (isSecure && hasUsers))
-        return {};
-    if (isSecure)
-        return "nobody is asked who he is there; name a file of users with --users";
-    return "what goes over it, passwords among it, can be read and changed on the way" +
-           std::string(hasUsers ? "" : ", and nobody is asked who he is");
 }
 
 } // namespace embedded::cimhost

@@ -8,7 +8,6 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace embedded::cimhost {
 
@@ -29,13 +28,7 @@ using Answering = std::function<http::Answer(http::Request&&, const Pegasus::emb
 /// have a certificate. A client gets a 503 if he has to wait after failures, or if too many
 /// passwords wait to be verified. A user's role says whether he may write.
 ///
-/// `log` takes a line and its kind, of which there are few. No line has a password. Thread-safety:
-/// as `answering` and `log`.
-http::Handler guarded(const AccessRules& rules, Answering answering,
-                      std::function<void(const std::string& kind, const std::string& line)> log);
-
-/// What is wrong with a port that other machines can reach (`isRemote`), encrypted (`isSecure`) or
-/// not, with users or without; empty if nothing is.
-std::string exposureFault(bool isRemote, bool isSecure, bool hasUsers);
+/// No line of the log has a password. Thread-safety: as `answering`.
+http::Handler guarded(const AccessRules& rules, Answering answering);
 
 } // namespace embedded::cimhost

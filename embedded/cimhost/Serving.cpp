@@ -147,12 +147,11 @@ http::ReplyWatch logged(const http::Request& request) {
 http::Handler handler(const Settings& settings, const AccessRules& rules,
                       routing::CimOperations& operations, routing::Enumerations& enumerations,
                       unsigned lane) {
-    http::Handler answer = guarded(
-        rules,
-        [&operations, &enumerations, lane](http::Request&& request, const routing::Caller& caller) {
+    http::Handler answer =
+        guarded(rules, [&operations, &enumerations, lane](http::Request&& request,
+                                                          const routing::Caller& caller) {
             return cimxml::exchange(std::move(request), caller, operations, enumerations, {lane});
-        },
-        warnOften);
+        });
     if (spdlog::should_log(spdlog::level::debug))
         answer = http::watched(std::move(answer), logged);
     return settings.wireTrace.empty()
@@ -192,6 +191,17 @@ std::vector<std::string> served(const Settings& settings,
     for (const http::Listener& listener : listeners)
         urls.push_back(url(listener.tls() ? "https" : "http", settings.address, listener.port()));
     return urls;
+}
+
+// What is wrong with a port that other machines can reach (`isRemote`), encrypted (`isSecure`) or
+// not, with users or without; empty if nothing is.
+std::string exposureFault(bool isRemote, bool isSecure, bool hasUsers) {
+    if (!isRemote || (isSecure && hasUsers))
+        return {};
+    if (isSecure)
+        return "nobody is asked who he is there; name a file of users with --users";
+    return "what goes over it, passwords among it, can be read and changed on the way" +
+           std::string(hasUsers ? "" : ", and nobody is asked who he is");
 }
 
 // Whether the ports may be opened: what is asked for may be more than is meant.

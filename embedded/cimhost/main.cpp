@@ -16,7 +16,6 @@
 #include <fcntl.h>
 #include <iostream>
 #include <malloc.h>
-#include <map>
 #include <memory>
 #include <netdb.h>
 #include <string>
@@ -84,37 +83,32 @@ std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamesp
 }
 
 // What one provider answers for: by class, in the order of registration.
-class Offers {
-  public:
-    void add(const routing::Capability& capability) {
-        const std::string className = utf8(capability.className);
-        auto found = std::find_if(_classes.begin(), _classes.end(),
-                                  [&](const auto& offer) { return offer.className == className; });
-        if (found == _classes.end())
-            found = _classes.insert(found, {className, {}, {}});
-        Offer& offer = *found;
-        addOnce(offer.types, routing::nameOf(capability.type));
-        addOnce(offer.nameSpaces, utf8(capability.nameSpace));
-    }
-
-    std::vector<std::string> lines(const std::string& provider) const {
-        std::vector<std::string> result;
-        for (const Offer& offer : _classes)
-            result.push_back(provider + ": " + offer.className + " (" + listed(offer.types) +
-                             ") in " + listed(offer.nameSpaces));
-        if (result.empty())
-            result.push_back(provider + ": no classes");
-        return result;
-    }
-
-  private:
+std::vector<std::string> offers(const routing::Registration& registration,
+                                const routing::ProviderName& provider) {
     struct Offer {
         std::string className;
         std::vector<std::string> types;
         std::vector<std::string> nameSpaces;
     };
-    std::vector<Offer> _classes;
-};
+    std::vector<Offer> classes;
+    for (const routing::Capability& capability : registration.capabilities()) {
+        if (capability.provider < provider || provider < capability.provider)
+            continue;
+        const std::string className = utf8(capability.className);
+        auto found = std::find_if(classes.begin(), classes.end(),
+                                  [&](const Offer& offer) { return offer.className == className; });
+        if (found == classes.end())
+            found = classes.insert(found, {className, {}, {}});
+        addOnce(found->types, routing::nameOf(capability.type));
+        addOnce(found->nameSpaces, utf8(capability.nameSpace));
+    }
+    std::vector<std::string> lines;
+    lines.reserve(classes.size());
+    for (const Offer& offer : classes)
+        lines.push_back(offer.className + " (" + listed(offer.types) + ") in " +
+                        listed(offer.nameSpaces));
+    return lines.empty() ? std::vector<std::string>{"no classes"} : lines;
+}
 
 // Describes what the server has and offers, in lines for the person who started it: one for each
 // namespace with its numbers of classes and instances, for each module with its library, and for
@@ -130,13 +124,10 @@ std::vector<std::string> summary(const repository::View& view,
             "module " + utf8(moduleName) + ": " +
             (module.linked ? "part of this program" : routing::libraryFileName(module.location)) +
             (module.stopped ? ", stopped" : ""));
-    std::map<routing::ProviderName, Offers> offers;
-    for (const routing::Capability& capability : registration.capabilities())
-        offers[capability.provider].add(capability);
     for (const routing::ProviderName& provider : registration.providers())
-        for (std::string& line : offers[provider].lines("provider " + utf8(provider.module) + "/" +
-                                                        utf8(provider.name)))
-            lines.push_back(std::move(line));
+        for (const std::string& offer : offers(registration, provider))
+            lines.push_back("provider " + utf8(provider.module) + "/" + utf8(provider.name) + ": " +
+                            offer);
     return lines;
 }
 

@@ -62,8 +62,10 @@ class Stream {
     /// written through the stream afterwards. The stream owns the text.
     std::string_view farewell() noexcept;
 
-    /// The name in the client's certificate, see certificateName().
-    std::string peerName() { return _tls ? certificateName(_tls->native_handle()) : std::string(); }
+    /// After the handshake: the common name (CN) in the subject of the certificate that the client
+    /// has proved to own. Empty if the client has no certificate, or the subject has no CN,
+    /// several, or one that is not a line of UTF-8. REQUIRES: isSecure().
+    std::string peerName();
     /// Why the handshake has failed with `error`, for the log.
     std::string handshakeProblem(const Error& error);
     /// Whether the client speaks HTTP where `error` says that TLS was expected.

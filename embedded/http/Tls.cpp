@@ -1,11 +1,9 @@
 #include "http/Tls.h"
 
 #include "limits/Limits.h"
-#include "text/Utf8.h"
 
 #include <openssl/err.h>
 #include <openssl/ssl.h>
-#include <openssl/x509.h>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -57,24 +55,6 @@ Context load(const TlsContext::Files& files) {
     return context;
 }
 
-std::string commonName(const X509* certificate) {
-    const X509_NAME* const subject = X509_get_subject_name(certificate);
-    const int at = X509_NAME_get_index_by_NID(subject, NID_commonName, -1);
-    if (at < 0 || X509_NAME_get_index_by_NID(subject, NID_commonName, at) >= 0)
-        return {};
-    unsigned char* bytes = nullptr;
-    const int size =
-        ASN1_STRING_to_UTF8(&bytes, X509_NAME_ENTRY_get_data(X509_NAME_get_entry(subject, at)));
-    if (size < 0) { // Not tested: OpenSSL reads no certificate with such a name
-        ERR_clear_error();
-        return {};
-    }
-    const std::unique_ptr<unsigned char, void (*)(unsigned char*)> freed(
-        bytes, [](unsigned char* text) { OPENSSL_free(text); });
-    const std::string name(bytes, bytes + size);
-    return text::visible(name) == name ? name : std::string();
-}
-
 } // namespace
 
 TlsContext::TlsContext(Files files) : _files(std::move(files)), _current(load(_files)) {}
@@ -88,14 +68,6 @@ void TlsContext::reload() {
 std::shared_ptr<ssl_ctx_st> TlsContext::current() const {
     const threads::Lock lock(_mutex);
     return _current;
-}
-
-std::string certificateName(const ssl_st* connection) {
-    const std::unique_ptr<X509, void (*)(X509*)> certificate(SSL_get1_peer_certificate(connection),
-                                                             X509_free);
-    if (!certificate || SSL_get_verify_result(connection) != X509_V_OK)
-        return {};
-    return commonName(certificate.get());
 }
 
 std::string tlsError() {

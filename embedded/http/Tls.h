@@ -7,8 +7,7 @@
 #include <memory>
 #include <string>
 
-struct ssl_ctx_st; // OpenSSL's SSL_CTX and SSL
-struct ssl_st;
+struct ssl_ctx_st; // OpenSSL's SSL_CTX
 
 namespace embedded::http {
 
@@ -40,11 +39,6 @@ class TlsContext {
     mutable threads::Mutex _mutex;
     std::shared_ptr<ssl_ctx_st> _current GUARDED_BY(_mutex);
 };
-
-/// After the handshake: the common name (CN) in the subject of the certificate that the client of
-/// `connection` has proved to own. Empty if the client has no certificate, or the subject has no
-/// CN, several, or one that is not a line of UTF-8.
-std::string certificateName(const ssl_st* connection);
 
 /// OpenSSL's text for the oldest error of this thread; clears all of them.
 std::string tlsError();
