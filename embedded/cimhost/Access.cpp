@@ -79,7 +79,7 @@ class Access {
         if (const std::optional<users::Role> role = _rules.accounts->roleOf(name))
             return admitted(std::move(request), name, *role);
         tell(request, "certificate of " + quoted(name) + " refused: no such user");
-        return http::emptyReply(403, "Forbidden");
+        return Reply{403, "Forbidden"};
     }
 
     Answer withCredentials(Request&& request, const Credentials& credentials) {
@@ -126,12 +126,11 @@ class Access {
     }
 
     static Reply unauthorized() {
-        return http::emptyReply(401, "Unauthorized", {{"WWW-Authenticate", challenge}});
+        return Reply{401, "Unauthorized", {{"WWW-Authenticate", challenge}}};
     }
 
     static Reply unavailable(std::chrono::seconds time) {
-        return http::emptyReply(503, "Service Unavailable",
-                                {{"Retry-After", std::to_string(time.count())}});
+        return Reply{503, "Service Unavailable", {{"Retry-After", std::to_string(time.count())}}};
     }
 
     static void tell(const Request& request, const std::string& what) {

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <iterator>
-#include <optional>
 #include <string_view>
 #include <unordered_map>
 
@@ -42,26 +41,6 @@ struct Particle {
     bool repeated = false;
 };
 
-template <class... Some>
-constexpr Particle one(Some... tags) {
-    return {(bitOf(tags) | ...), false, false};
-}
-
-template <class... Some>
-constexpr Particle optional(Some... tags) {
-    return {(bitOf(tags) | ...), true, false};
-}
-
-template <class... Some>
-constexpr Particle any(Some... tags) {
-    return {(bitOf(tags) | ...), true, true};
-}
-
-template <class... Some>
-constexpr Particle several(Some... tags) {
-    return {(bitOf(tags) | ...), false, true};
-}
-
 /// Particles in sequence, up to the first without tags.
 using Model = std::array<Particle, 4>;
 
@@ -73,105 +52,110 @@ struct AttributeRule {
 /// Up to the first without a name.
 using AttributeRules = std::array<AttributeRule, 9>;
 
+// The text before the first `end`, which is taken away with it.
+constexpr std::string_view takeWord(std::string_view& text, char end = ' ') {
+    const std::string_view word = text.substr(0, text.find(end));
+    text.remove_prefix(std::min(word.size() + 1, text.size()));
+    return word;
+}
+
 // Of names with a space between; a required one begins with a star.
-constexpr AttributeRules attributes(std::string_view names) {
+constexpr AttributeRules attributeRules(std::string_view names) {
     AttributeRules rules = {};
     for (AttributeRule& rule : rules) {
-        rule.required = names.substr(0, 1) == "*";
-        names.remove_prefix(rule.required ? 1 : 0);
-        rule.name = names.substr(0, names.find(' '));
-        names.remove_prefix(std::min(rule.name.size() + 1, names.size()));
+        rule.name = takeWord(names);
+        rule.required = rule.name.substr(0, 1) == "*";
+        rule.name.remove_prefix(rule.required ? 1 : 0);
     }
     return rules;
 }
 
-struct Rule {
-    std::string_view name;
-    AttributeRules attributes = {};
-    Model content = {};
-    std::optional<Model> otherContent = {}; // which the first child decides
-    bool holdsText = false;
-};
-
-constexpr Rule textRule(std::string_view name, AttributeRules attributes = {}) {
-    return {name, attributes, {}, {}, true};
+// As a DTD writes it, but for a space instead of a comma: names with | between, and behind them ?
+// for an optional one, * for any number, + for one or more.
+constexpr Model model(std::string_view text) {
+    Model particles = {};
+    for (Particle& particle : particles) {
+        std::string_view names = takeWord(text);
+        const char last = names.empty() ? ' ' : names.back();
+        particle.optional = last == '?' || last == '*';
+        particle.repeated = last == '*' || last == '+';
+        names.remove_suffix(particle.optional || particle.repeated ? 1 : 0);
+        while (!names.empty())
+            particle.tags |= bitOf(takeWord(names, '|'));
+    }
+    return particles;
 }
 
-constexpr Particle qualifiers = any("QUALIFIER");
-constexpr Particle properties = any("PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE");
+struct Rule {
+    constexpr Rule(std::string_view element, std::string_view withAttributes = {},
+                   std::string_view holds = {}, std::string_view otherwise = {})
+        : name(element), attributes(attributeRules(withAttributes)), holdsText(holds == "#PCDATA"),
+          content(model(holdsText ? "" : holds)), otherContent(model(otherwise)) {}
+
+    std::string_view name;
+    AttributeRules attributes;
+    bool holdsText;
+    Model content;
+    Model otherContent; // which the first child decides
+};
 
 // Responses have more elements; a request has no place for them.
 constexpr Rule rules[] = {
     // Messages
-    {"CIM", attributes("*CIMVERSION *DTDVERSION"), {{one("MESSAGE")}}},
-    {"MESSAGE", attributes("*ID *PROTOCOLVERSION"), {{one("SIMPLEREQ")}}},
-    {"SIMPLEREQ", {}, {{any("CORRELATOR"), one("IMETHODCALL", "METHODCALL")}}},
-    {"CORRELATOR", attributes("*NAME *TYPE"), {{one("VALUE")}}},
-    {"IMETHODCALL", attributes("*NAME"), {{one("LOCALNAMESPACEPATH"), any("IPARAMVALUE")}}},
-    {"METHODCALL",
-     attributes("*NAME"),
-     {{one("LOCALCLASSPATH", "LOCALINSTANCEPATH"), any("PARAMVALUE")}}},
-    {"IPARAMVALUE",
-     attributes("*NAME"),
-     {{optional("VALUE", "VALUE.ARRAY", "VALUE.REFERENCE", "CLASSNAME", "INSTANCENAME",
-                "QUALIFIER.DECLARATION", "CLASS", "INSTANCE", "VALUE.NAMEDINSTANCE")}}},
-    {"PARAMVALUE",
-     attributes("*NAME PARAMTYPE EmbeddedObject EMBEDDEDOBJECT"),
-     {{optional("VALUE", "VALUE.REFERENCE", "VALUE.ARRAY", "VALUE.REFARRAY", "CLASSNAME",
-                "INSTANCENAME", "CLASS", "INSTANCE", "VALUE.NAMEDINSTANCE")}}},
+    {"CIM", "*CIMVERSION *DTDVERSION", "MESSAGE"},
+    {"MESSAGE", "*ID *PROTOCOLVERSION", "SIMPLEREQ"},
+    {"SIMPLEREQ", "", "CORRELATOR* IMETHODCALL|METHODCALL"},
+    {"CORRELATOR", "*NAME *TYPE", "VALUE"},
+    {"IMETHODCALL", "*NAME", "LOCALNAMESPACEPATH IPARAMVALUE*"},
+    {"METHODCALL", "*NAME", "LOCALCLASSPATH|LOCALINSTANCEPATH PARAMVALUE*"},
+    {"IPARAMVALUE", "*NAME",
+     "VALUE|VALUE.ARRAY|VALUE.REFERENCE|CLASSNAME|INSTANCENAME|QUALIFIER.DECLARATION|CLASS|"
+     "INSTANCE|VALUE.NAMEDINSTANCE?"},
+    {"PARAMVALUE", "*NAME PARAMTYPE EmbeddedObject EMBEDDEDOBJECT",
+     "VALUE|VALUE.REFERENCE|VALUE.ARRAY|VALUE.REFARRAY|CLASSNAME|INSTANCENAME|CLASS|INSTANCE|"
+     "VALUE.NAMEDINSTANCE?"},
     // Names and paths
-    {"NAMESPACE", attributes("*NAME")},
-    textRule("HOST"),
-    {"LOCALNAMESPACEPATH", {}, {{several("NAMESPACE")}}},
-    {"NAMESPACEPATH", {}, {{one("HOST"), one("LOCALNAMESPACEPATH")}}},
-    {"CLASSNAME", attributes("*NAME")},
-    {"LOCALCLASSPATH", {}, {{one("LOCALNAMESPACEPATH"), one("CLASSNAME")}}},
-    {"CLASSPATH", {}, {{one("NAMESPACEPATH"), one("CLASSNAME")}}},
-    {"INSTANCENAME",
-     attributes("*CLASSNAME"),
-     {{any("KEYBINDING")}},
-     Model{{one("KEYVALUE", "VALUE.REFERENCE")}}},
-    {"LOCALINSTANCEPATH", {}, {{one("LOCALNAMESPACEPATH"), one("INSTANCENAME")}}},
-    {"INSTANCEPATH", {}, {{one("NAMESPACEPATH"), one("INSTANCENAME")}}},
-    {"KEYBINDING", attributes("*NAME"), {{one("KEYVALUE", "VALUE.REFERENCE")}}},
-    textRule("KEYVALUE", attributes("VALUETYPE TYPE")),
+    {"NAMESPACE", "*NAME"},
+    {"HOST", "", "#PCDATA"},
+    {"LOCALNAMESPACEPATH", "", "NAMESPACE+"},
+    {"NAMESPACEPATH", "", "HOST LOCALNAMESPACEPATH"},
+    {"CLASSNAME", "*NAME"},
+    {"LOCALCLASSPATH", "", "LOCALNAMESPACEPATH CLASSNAME"},
+    {"CLASSPATH", "", "NAMESPACEPATH CLASSNAME"},
+    {"INSTANCENAME", "*CLASSNAME", "KEYBINDING*", "KEYVALUE|VALUE.REFERENCE"},
+    {"LOCALINSTANCEPATH", "", "LOCALNAMESPACEPATH INSTANCENAME"},
+    {"INSTANCEPATH", "", "NAMESPACEPATH INSTANCENAME"},
+    {"KEYBINDING", "*NAME", "KEYVALUE|VALUE.REFERENCE"},
+    {"KEYVALUE", "VALUETYPE TYPE", "#PCDATA"},
     // Values
-    textRule("VALUE"),
+    {"VALUE", "", "#PCDATA"},
     {"VALUE.NULL"},
-    {"VALUE.ARRAY", {}, {{any("VALUE", "VALUE.NULL")}}},
-    {"VALUE.REFERENCE",
-     {},
-     {{one("CLASSPATH", "LOCALCLASSPATH", "CLASSNAME", "INSTANCEPATH", "LOCALINSTANCEPATH",
-           "INSTANCENAME")}}},
-    {"VALUE.REFARRAY", {}, {{any("VALUE.REFERENCE", "VALUE.NULL")}}},
-    {"VALUE.NAMEDINSTANCE", {}, {{one("INSTANCENAME"), one("INSTANCE")}}},
+    {"VALUE.ARRAY", "", "VALUE|VALUE.NULL*"},
+    {"VALUE.REFERENCE", "",
+     "CLASSPATH|LOCALCLASSPATH|CLASSNAME|INSTANCEPATH|LOCALINSTANCEPATH|INSTANCENAME"},
+    {"VALUE.REFARRAY", "", "VALUE.REFERENCE|VALUE.NULL*"},
+    {"VALUE.NAMEDINSTANCE", "", "INSTANCENAME INSTANCE"},
     // Declarations
-    {"INSTANCE", attributes("*CLASSNAME"), {{qualifiers, properties}}},
-    {"QUALIFIER",
-     attributes("*NAME *TYPE PROPAGATED OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE"),
-     {{optional("VALUE", "VALUE.ARRAY")}}},
-    {"PROPERTY",
-     attributes("*NAME *TYPE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT"),
-     {{qualifiers, optional("VALUE")}}},
-    {"PROPERTY.ARRAY",
-     attributes("*NAME *TYPE ARRAYSIZE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT"),
-     {{qualifiers, optional("VALUE.ARRAY")}}},
-    {"PROPERTY.REFERENCE",
-     attributes("*NAME REFERENCECLASS CLASSORIGIN PROPAGATED"),
-     {{qualifiers, optional("VALUE.REFERENCE")}}},
-    {"CLASS", attributes("*NAME SUPERCLASS"), {{qualifiers, properties, any("METHOD")}}},
-    {"METHOD",
-     attributes("*NAME TYPE CLASSORIGIN PROPAGATED"),
-     {{qualifiers,
-       any("PARAMETER", "PARAMETER.REFERENCE", "PARAMETER.ARRAY", "PARAMETER.REFARRAY")}}},
-    {"PARAMETER", attributes("*NAME *TYPE"), {{qualifiers}}},
-    {"PARAMETER.REFERENCE", attributes("*NAME REFERENCECLASS"), {{qualifiers}}},
-    {"PARAMETER.ARRAY", attributes("*NAME *TYPE ARRAYSIZE"), {{qualifiers}}},
-    {"PARAMETER.REFARRAY", attributes("*NAME REFERENCECLASS ARRAYSIZE"), {{qualifiers}}},
+    {"INSTANCE", "*CLASSNAME", "QUALIFIER* PROPERTY|PROPERTY.ARRAY|PROPERTY.REFERENCE*"},
+    {"QUALIFIER", "*NAME *TYPE PROPAGATED OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE",
+     "VALUE|VALUE.ARRAY?"},
+    {"PROPERTY", "*NAME *TYPE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT",
+     "QUALIFIER* VALUE?"},
+    {"PROPERTY.ARRAY", "*NAME *TYPE ARRAYSIZE CLASSORIGIN PROPAGATED EmbeddedObject EMBEDDEDOBJECT",
+     "QUALIFIER* VALUE.ARRAY?"},
+    {"PROPERTY.REFERENCE", "*NAME REFERENCECLASS CLASSORIGIN PROPAGATED",
+     "QUALIFIER* VALUE.REFERENCE?"},
+    {"CLASS", "*NAME SUPERCLASS", "QUALIFIER* PROPERTY|PROPERTY.ARRAY|PROPERTY.REFERENCE* METHOD*"},
+    {"METHOD", "*NAME TYPE CLASSORIGIN PROPAGATED",
+     "QUALIFIER* PARAMETER|PARAMETER.REFERENCE|PARAMETER.ARRAY|PARAMETER.REFARRAY*"},
+    {"PARAMETER", "*NAME *TYPE", "QUALIFIER*"},
+    {"PARAMETER.REFERENCE", "*NAME REFERENCECLASS", "QUALIFIER*"},
+    {"PARAMETER.ARRAY", "*NAME *TYPE ARRAYSIZE", "QUALIFIER*"},
+    {"PARAMETER.REFARRAY", "*NAME REFERENCECLASS ARRAYSIZE", "QUALIFIER*"},
     {"QUALIFIER.DECLARATION",
-     attributes("*NAME *TYPE ISARRAY ARRAYSIZE OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE"),
-     {{optional("SCOPE"), optional("VALUE", "VALUE.ARRAY")}}},
-    {"SCOPE", attributes("CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION")},
+     "*NAME *TYPE ISARRAY ARRAYSIZE OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE",
+     "SCOPE? VALUE|VALUE.ARRAY?"},
+    {"SCOPE", "CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION"},
 };
 
 // A model or a list that fills its array would have no end. The rules have the order of the names.
@@ -181,7 +165,7 @@ static_assert([] {
     for (const Rule& rule : rules) {
         good = good && bitOf(rule.name) == bit && !rule.name.empty() &&
                rule.attributes.back().name.empty() && rule.content.back().tags == 0 &&
-               (!rule.otherContent || rule.otherContent->back().tags == 0);
+               rule.otherContent.back().tags == 0;
         bit <<= 1U;
     }
     return good;
@@ -233,8 +217,8 @@ class Matcher {
 
     void take(Tags child) {
         // Not only of the first child: for a later one, what begins there has been taken.
-        if (_rule.otherContent && (_rule.otherContent->front().tags & child) != 0)
-            _at = _rule.otherContent->begin();
+        if ((_rule.otherContent.front().tags & child) != 0)
+            _at = _rule.otherContent.begin();
         while ((_at->tags & child) == 0 || (_taken && !_at->repeated))
             leaveParticle();
         _taken = true;

@@ -12,7 +12,6 @@
 
 namespace embedded::cimxml {
 
-using http::emptyReply;
 using http::Fields;
 using http::findField;
 using http::parametrized;
@@ -52,7 +51,7 @@ Reply errorReply(unsigned status, const std::string& cimError, const std::string
         fields.emplace_back("CIMError", cimError);
     if (!detail.empty())
         fields.emplace_back("PGErrorDetail", http::percentEncoded(shortened(detail)));
-    return emptyReply(status, reason(status), std::move(fields));
+    return Reply{status, reason(status), std::move(fields)};
 }
 
 // Ten digits with leading zeros: the length of the header does not depend on the body's.
@@ -94,8 +93,8 @@ Reply otherVerbReply(const std::string& verb) {
     static const std::array<const char*, 6> known{"PUT",     "DELETE", "CONNECT",
                                                   "OPTIONS", "TRACE",  "PATCH"};
     if (std::find(known.begin(), known.end(), verb) != known.end())
-        return emptyReply(405, "Method Not Allowed", {{"Allow", "POST, M-POST"}});
-    return emptyReply(501, reason(501));
+        return Reply{405, "Method Not Allowed", {{"Allow", "POST, M-POST"}}};
+    return Reply{501, reason(501)};
 }
 
 RequestRejected mismatch(const std::string& detail) { return {400, "header-mismatch", detail}; }

@@ -457,16 +457,16 @@ void Connection::gather() {
             _reply.rest = nullptr;
     } catch (...) {
         _owner.log("500", "500 for " + _asked + ": " + thrownText());
-        _reply = emptyReply(500, "Internal Server Error");
+        _reply = Reply{500, "Internal Server Error"};
     }
     if (!account(_taken + _reply.body.size())) {
         _owner.log("503", "503 for " + _asked + ": too many bytes wait to be sent or handled");
-        _reply = emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}});
+        _reply = Reply{503, "Service Unavailable", {{"Retry-After", "1"}}};
     }
     if (_reply.body.size() > limit) {
         _owner.log("500", "500 for " + _asked + ": more than " + std::to_string(limit) +
                               " bytes for a client that has to have them whole (HTTP/1.0)");
-        _reply = emptyReply(500, "Internal Server Error");
+        _reply = Reply{500, "Internal Server Error"};
     }
     if (_reply.rest)
         later(&Connection::gather);
@@ -481,7 +481,7 @@ void Connection::send() {
         _head = wireHeader(_reply, _persistence, now());
     } catch (const std::invalid_argument& error) {
         _owner.log("reply not sent", _peer + ": reply not sent: " + error.what());
-        _reply = emptyReply(500, "Internal Server Error");
+        _reply = Reply{500, "Internal Server Error"};
         _head = wireHeader(_reply, _persistence, now());
     }
     if (!_withBody) {
@@ -565,7 +565,7 @@ void Connection::reject(unsigned status, const std::string& reason, const std::s
     _owner.log(said, _peer + ": " + said + ": " + why);
     _persistence = Persistence::Close;
     _waiting = Waiting::ForNothing;
-    respond(emptyReply(status, reason));
+    respond(Reply{status, reason});
 }
 
 // The client is listened to for a while after the last reply. Closing while its bytes are still

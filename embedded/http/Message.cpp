@@ -144,10 +144,6 @@ std::string wireHeader(const Reply& reply, Persistence persistence, std::string_
     return text.append("\r\n");
 }
 
-Reply emptyReply(unsigned status, const std::string& reason, Fields fields) {
-    return Reply{status, reason, std::move(fields)};
-}
-
 std::string authority(const std::string& host, std::uint16_t port) {
     const bool v6 = host.find(':') != std::string::npos;
     return (v6 ? "[" + host + "]" : host) + ":" + std::to_string(port);

@@ -61,7 +61,7 @@ using BodySource = std::function<bool(std::string& out)>;
 struct Reply {
     unsigned status = 200;
     std::string reason = "OK";
-    Fields fields;
+    Fields fields = {};
     std::string body = {}; ///< the whole body, or its first piece when there is a `rest`
     /// What follows `body`, in chunks; `fields` must have no content length then. A client that
     /// knows no chunks (HTTP/1.0) gets everything whole, up to a limit.
@@ -111,9 +111,6 @@ enum class Persistence { Silent, KeepAlive, Close };
 /// Connection. Throws std::invalid_argument for a reason or field that contains a line end, and for
 /// a content length of a body in pieces.
 std::string wireHeader(const Reply& reply, Persistence persistence, std::string_view date = {});
-
-/// A reply without a body; `content-length: 0` says so.
-Reply emptyReply(unsigned status, const std::string& reason, Fields fields = {});
 
 /// HOST:PORT as a URL has it (RFC 3986 clause 3.2): an IPv6 address stands in brackets.
 std::string authority(const std::string& host, std::uint16_t port);

@@ -49,7 +49,7 @@ tcp::endpoint endpoint(asio::io_context& io, const std::string& address, std::ui
         ->endpoint();
 }
 
-Reply unavailable() { return emptyReply(503, "Service Unavailable", {{"Retry-After", "1"}}); }
+Reply unavailable() { return Reply{503, "Service Unavailable", {{"Retry-After", "1"}}}; }
 
 // What the listening socket `socket` speaks.
 tcp protocol(int socket) {
@@ -383,7 +383,7 @@ class Server::Implementation : public std::enable_shared_from_this<Server::Imple
                 return unavailable();
             } catch (...) {
                 log("500", "500 for " + connection.asked() + ": " + thrownText());
-                return emptyReply(500, "Internal Server Error");
+                return Reply{500, "Internal Server Error"};
             }
         } catch (...) {
             return Reply{0, {}, {}};
