@@ -52,8 +52,6 @@ struct Features {
 }
 
 %code {
-#include "mof/Expectation.h"
-#include "mof/Parse.h"
 #include "mof/Reading.h"
 #include "mof/Scanner.h"
 #include "text/Ascii.h"

@@ -1,6 +1,5 @@
 #include "mof/Reading.h"
 
-#include "mof/Parse.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
 
@@ -167,6 +166,20 @@ void Reading::enterNamespace(const std::string& value, const Location& where) {
     if (!isNamespaceName(value))
         throw MofError(where, unexpected('"' + value + '"', "a namespace name such as root/cimv2"));
     _nameSpace = value;
+}
+
+Specification readFile(const std::filesystem::path& file,
+                       const std::vector<std::filesystem::path>& includeDirectories) {
+    Reading reading(includeDirectories);
+    reading.readFile(file);
+    return reading.take();
+}
+
+Specification readText(const std::string& text, const std::string& name,
+                       const std::vector<std::filesystem::path>& includeDirectories) {
+    Reading reading(includeDirectories);
+    reading.readText(text, name);
+    return reading.take();
 }
 
 } // namespace embedded::mof

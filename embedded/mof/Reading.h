@@ -38,4 +38,8 @@ class Reading {
     Specification _declarations;
 };
 
+/// Runs the generated parser: parses `text`, valid UTF-8 without NUL bytes, and hands every
+/// declaration and pragma to `reading` as soon as it is whole. Throws MofError.
+void parse(std::string_view text, const Source& source, Reading& reading);
+
 } // namespace embedded::mof

@@ -31,4 +31,8 @@ class Source {
 /// The text of every syntax message. It shows `token` as it is written, and cuts a long one.
 std::string unexpected(std::string_view token, std::string_view expected);
 
+/// Names the expected tokens, given as the grammar names them: "'=', '[' or ';'". Tokens that
+/// come together are named together: all constants are "a value", all words "a name".
+std::string listExpected(std::vector<std::string> tokens);
+
 } // namespace embedded::mof

@@ -90,4 +90,24 @@ std::vector<CIMName> NameSpace::associationClassNames(const ClassNode& source,
     return namesOf(std::move(numbers));
 }
 
+const NameSpace* NameSpaceList::find(const CIMNamespaceName& name) const {
+    const Ref<NameSpace>* found = _all.find(name);
+    return found ? found->get() : nullptr;
+}
+
+NameSpace& NameSpaceList::change(const CIMNamespaceName& name) {
+    if (Ref<NameSpace>* known = _all.change(name))
+        return known->change();
+    Ref<NameSpace> made(new NameSpace(name));
+    NameSpace& home = made.change();
+    _all.add(std::move(made));
+    return home;
+}
+
+std::vector<CIMNamespaceName> NameSpaceList::names() const {
+    std::vector<CIMNamespaceName> names;
+    _all.forEach([&](const Ref<NameSpace>& each) { names.push_back(each->name()); });
+    return names;
+}
+
 } // namespace embedded::repository

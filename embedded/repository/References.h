@@ -2,7 +2,7 @@
 #pragma once
 
 #include "mof/Mof.h"
-#include "repository/NameSpaceList.h"
+#include "repository/NameSpace.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
 

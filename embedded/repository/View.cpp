@@ -1,6 +1,6 @@
 #include "repository/View.h"
 
-#include "repository/NameSpaceList.h"
+#include "repository/NameSpace.h"
 #include "repository/PathMatch.h"
 
 #include <Pegasus/Common/Exception.h>
