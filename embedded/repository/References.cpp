@@ -3,6 +3,7 @@
 #include "repository/Types.h"
 
 #include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/Exception.h>
 
 namespace embedded::repository {
@@ -17,21 +18,6 @@ const NameSpace* targetNameSpace(const CIMObjectPath& path, const NameSpaceList&
     return nameSpaces.find(path.getNameSpace().isNull() ? home : path.getNameSpace());
 }
 
-CIMKeyBinding::Type bindingType(CIMType type) {
-    switch (type) {
-    case CIMTYPE_BOOLEAN:
-        return CIMKeyBinding::BOOLEAN;
-    case CIMTYPE_CHAR16:
-    case CIMTYPE_STRING:
-    case CIMTYPE_DATETIME:
-        return CIMKeyBinding::STRING;
-    case CIMTYPE_REFERENCE:
-        return CIMKeyBinding::REFERENCE;
-    default:
-        return CIMKeyBinding::NUMERIC;
-    }
-}
-
 bool quoted(CIMKeyBinding::Type type) {
     return type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE;
 }
@@ -43,7 +29,8 @@ CIMKeyBinding asDeclared(CIMKeyBinding binding, const ClassNode& node,
     if (!found)
         refuse(where, description, ": ", key, " is not a key property");
     const CIMConstProperty& property = found->declared;
-    const CIMKeyBinding::Type declared = bindingType(property.getType());
+    const CIMKeyBinding::Type declared =
+        CIMKeyBinding(property.getName(), CIMValue(property.getType(), false)).getType();
     // Of the types, only those written in quotes can be taken for each other.
     if (declared != binding.getType() &&
         !(declared == CIMKeyBinding::STRING && quoted(binding.getType())))

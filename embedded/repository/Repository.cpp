@@ -4,7 +4,6 @@
 #include "repository/NameSpace.h"
 #include "repository/PathMatch.h"
 #include "repository/Types.h"
-#include "threads/Locks.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -148,57 +147,42 @@ Ref<Stored> modifiedInstance(ClassForm& form, const Stored& kept, const CIMConst
 } // namespace
 
 using threads::Lock;
-using threads::Mutex;
 
-class Repository::Implementation {
-  public:
-    std::shared_ptr<const NameSpaceList> now() const {
-        const Lock lock(_reading);
-        return _now;
-    }
+Repository::Repository() : _now(std::make_shared<NameSpaceList>()) {}
 
-    /// `change` works on a copy, which is thrown away if it throws.
-    template <class Change>
-    void write(Change change) {
-        const Lock lock(_writing);
-        auto next = std::make_shared<NameSpaceList>(*now());
-        change(*next);
-        publish(std::move(next));
-    }
+View Repository::view() const {
+    const Lock lock(_reading);
+    return View(_now);
+}
 
-  private:
-    void publish(std::shared_ptr<const NameSpaceList> next) REQUIRES(_writing) {
-        // What was before goes when the lock has gone: there may be much to take down.
-        const Lock lock(_reading);
-        _now.swap(next);
-    }
+template <class Change>
+void Repository::write(Change change) {
+    const Lock lock(_writing);
+    auto next = std::make_shared<NameSpaceList>(*view()._all);
+    change(*next);
+    publish(std::move(next));
+}
 
-    mutable Mutex _writing; ///< held for the whole of a write
-    mutable Mutex _reading; ///< held for as long as it takes to copy or change a pointer
-    std::shared_ptr<const NameSpaceList>
-        _now GUARDED_BY(_reading) = std::make_shared<NameSpaceList>();
-};
-
-Repository::Repository() : _implementation(std::make_unique<Implementation>()) {}
-
-Repository::~Repository() = default;
-
-View Repository::view() const { return View(_implementation->now()); }
+void Repository::publish(std::shared_ptr<const NameSpaceList> next) {
+    // What was before goes when the lock has gone: there may be much to take down.
+    const Lock lock(_reading);
+    _now.swap(next);
+}
 
 void Repository::createNameSpace(const CIMNamespaceName& nameSpace) {
     if (nameSpace.isNull())
         throw CIMException(CIM_ERR_INVALID_PARAMETER, "a namespace must have a name");
-    _implementation->write([&](NameSpaceList& all) { all.change(nameSpace); });
+    write([&](NameSpaceList& all) { all.change(nameSpace); });
 }
 
 void Repository::load(const mof::Specification& specification, const CIMNamespaceName& nameSpace) {
-    _implementation->write([&](NameSpaceList& all) { loadInto(all, specification, nameSpace); });
+    write([&](NameSpaceList& all) { loadInto(all, specification, nameSpace); });
 }
 
 CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
                                          const CIMInstance& instance) {
     CIMObjectPath path;
-    _implementation->write([&](NameSpaceList& all) {
+    write([&](NameSpaceList& all) {
         InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
         ClassForm& form = store.form();
         if (form.head().isAbstract())
@@ -216,7 +200,7 @@ CIMObjectPath Repository::createInstance(const CIMNamespaceName& nameSpace,
 
 void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance,
                                 const CIMPropertyList& propertyList) {
-    _implementation->write([&](NameSpaceList& all) {
+    write([&](NameSpaceList& all) {
         InstanceStore& store = instancesOf(all, nameSpace, instance.getClassName());
         const Ref<Stored>* kept = store.find(instance.getPath());
         if (!kept)
@@ -227,7 +211,7 @@ void Repository::modifyInstance(const CIMNamespaceName& nameSpace, const CIMInst
 
 void Repository::deleteInstance(const CIMNamespaceName& nameSpace,
                                 const CIMObjectPath& instanceName) {
-    _implementation->write([&](NameSpaceList& all) {
+    write([&](NameSpaceList& all) {
         if (!instancesOf(all, nameSpace, instanceName.getClassName()).remove(instanceName))
             notFound(instanceName);
     });

@@ -16,6 +16,7 @@
 
 #include "mof/Mof.h"
 #include "repository/View.h"
+#include "threads/Locks.h"
 
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
@@ -28,9 +29,6 @@ namespace embedded::repository {
 class Repository {
   public:
     Repository();
-    ~Repository();
-    Repository(const Repository&) = delete;
-    Repository& operator=(const Repository&) = delete;
 
     /// What the repository holds now. Takes no time.
     View view() const;
@@ -59,8 +57,14 @@ class Repository {
                         const Pegasus::CIMObjectPath& instanceName);
 
   private:
-    class Implementation;
-    std::unique_ptr<Implementation> _implementation;
+    /// `change` works on a copy, which is thrown away if it throws.
+    template <class Change>
+    void write(Change change);
+    void publish(std::shared_ptr<const NameSpaceList> next) REQUIRES(_writing);
+
+    threads::Mutex _writing;         ///< held for the whole of a write
+    mutable threads::Mutex _reading; ///< held for as long as it takes to copy or change a pointer
+    std::shared_ptr<const NameSpaceList> _now GUARDED_BY(_reading);
 };
 
 } // namespace embedded::repository
