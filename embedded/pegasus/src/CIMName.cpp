@@ -53,18 +53,14 @@ String legalNamespaceName(const String& name) {
 
 } // namespace
 
-CIMName::CIMName(const String& name) : _name(legalName(name)) {}
-
-Boolean CIMName::equal(const char* name) const { return String::equalNoCase(_name, name); }
+CIMName::CIMName(const String& name) : CIMNameReads(legalName(name)) {}
 
 Boolean CIMName::legal(const String& name) {
     return StringRep::visit(
         name, [](const auto* units, Uint32 size) { return isName(units, units + size); });
 }
 
-CIMNamespaceName::CIMNamespaceName(const String& name) : _name(legalNamespaceName(name)) {}
-
-Boolean CIMNamespaceName::equal(const char* name) const { return String::equalNoCase(_name, name); }
+CIMNamespaceName::CIMNamespaceName(const String& name) : CIMNameReads(legalNamespaceName(name)) {}
 
 Boolean CIMNamespaceName::legal(const String& name) {
     return StringRep::visit(
