@@ -104,17 +104,22 @@ StringRep* readUtf8(const char* text, Uint32 size) {
     return makeRep(copy.data(), static_cast<Uint32>(copy.size()));
 }
 
+/// A copy of `rep`, which may be null, with room for more, not closed yet.
+StringRep* copyWithRoom(const StringRep* rep, bool isWide, Uint32 capacity) {
+    StringRep* const copy = StringRep::make(isWide, capacity);
+    if (rep && rep->isWide)
+        copyUnits(*copy, 0, static_cast<const Char16*>(rep->units()), rep->size);
+    else if (rep)
+        copyUnits(*copy, 0, rep->chars(), rep->size);
+    return copy;
+}
+
 /// Makes `rep` one that nobody else sees, with at least this room.
 StringRep& own(StringRep*& rep, Uint32 capacity) {
     if (rep && rep->hasOneOwner() && capacity <= rep->capacity)
         return *rep;
     const Uint32 size = rep ? rep->size : 0;
-    const bool isWide = rep && rep->isWide;
-    StringRep* const copy = StringRep::make(isWide, std::max(capacity, size));
-    if (isWide)
-        copyUnits(*copy, 0, static_cast<const Char16*>(rep->units()), size);
-    else if (rep)
-        copyUnits(*copy, 0, static_cast<const char*>(rep->chars()), size);
+    StringRep* const copy = copyWithRoom(rep, rep && rep->isWide, std::max(capacity, size));
     copy->close(size);
     release(rep);
     rep = copy;
@@ -134,11 +139,7 @@ void appendTo(StringRep*& rep, const Unit* units, Uint32 n) {
         rep->close(size + n);
         return;
     }
-    StringRep* const larger = StringRep::make(isWide, std::max(size + n, size + size / 2));
-    if (rep && rep->isWide)
-        copyUnits(*larger, 0, static_cast<const Char16*>(rep->units()), size);
-    else if (rep)
-        copyUnits(*larger, 0, static_cast<const char*>(rep->chars()), size);
+    StringRep* const larger = copyWithRoom(rep, isWide, std::max(size + n, size + size / 2));
     copyUnits(*larger, size, units, n);
     larger->close(size + n);
     release(rep);

@@ -23,27 +23,19 @@ constexpr std::array<bool, 256> specials = [] {
 }();
 
 void appendReference(std::string& out, unsigned char c) {
-    switch (c) {
-    case '<':
-        out += "&lt;";
+    const char* const named = c == '<'    ? "&lt;"
+                              : c == '>'  ? "&gt;"
+                              : c == '&'  ? "&amp;"
+                              : c == '"'  ? "&quot;"
+                              : c == '\'' ? "&apos;"
+                                          : nullptr;
+    if (named) {
+        out += named;
         return;
-    case '>':
-        out += "&gt;";
-        return;
-    case '&':
-        out += "&amp;";
-        return;
-    case '"':
-        out += "&quot;";
-        return;
-    case '\'':
-        out += "&apos;";
-        return;
-    default:
-        char digits[3];
-        const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, c);
-        out.append("&#").append(digits, end.ptr) += ';';
     }
+    char digits[3];
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, c);
+    out.append("&#").append(digits, end.ptr) += ';';
 }
 
 /// Tells blanks that may be written as they are from those that a reader might take for layout.
