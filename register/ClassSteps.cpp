@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace registering {
 namespace {
@@ -78,8 +79,7 @@ void unload(const Work& work, const Layer& layer, const Place& place, const Form
     std::vector<std::string> names = namesOf(*layer.schema);
     const bool made = !place.there && layer.schema == &work.situation.content.base;
     if (made)
-        for (const std::string& name : work.situation.copied(*now, names, nameSpace, work.server))
-            names.push_back(name);
+        work.situation.addCopied(names, *now, nameSpace, work.server);
     for (auto name = names.rbegin(); name != names.rend(); ++name)
         if (place.classes.count(*name) == 0 && now->count(*name) != 0 &&
             !work.server.deleteClass(nameSpace, *name))
@@ -228,32 +228,26 @@ Left deleteClasses(const Work& work, const Place& place) {
     const bool made = work.situation.record && work.situation.record->made(nameSpace);
     std::vector<std::string> names = work.situation.removable(nameSpace);
     if (made)
-        for (const std::string& name :
-             work.situation.copied(place.classes, names, nameSpace, work.server))
-            names.push_back(name);
+        work.situation.addCopied(names, place.classes, nameSpace, work.server);
     Removal removal{place, {names.begin(), names.end()}, true, {}, {}, {}};
     for (const std::string& name : place.classes)
         removal.alone &= removal.names.count(name) != 0;
     const Former former = formerClasses(work, "removed_", place, names);
-    const Undo undo{"giving the classes of " + nameSpace + " back",
-                    [work, nameSpace, former] { giveBack(work, nameSpace, former, false); },
-                    commandText(work.server.loadMof(nameSpace, former.file, false))};
-    bool begun = false;
+    Undo undo{"giving the classes of " + nameSpace + " back",
+              [work, nameSpace, former] { giveBack(work, nameSpace, former, false); },
+              commandText(work.server.loadMof(nameSpace, former.file, false))};
     for (auto name = names.rbegin(); name != names.rend(); ++name) {
         if (place.classes.count(*name) == 0)
             continue;
         std::string why = holder(work, removal, *name);
         if (why.empty()) {
-            const std::string what = "deleting " + nameSpace + ":" + *name;
-            const auto act = [&] {
-                if (!work.server.deleteClass(nameSpace, *name))
-                    why = "the server says that something hangs on it";
-            };
-            if (begun)
-                work.transaction.step(what, act);
-            else
-                work.transaction.step(what, act, undo); // one way back for all of them
-            begun = true;
+            work.transaction.step(
+                "deleting " + nameSpace + ":" + *name,
+                [&] {
+                    if (!work.server.deleteClass(nameSpace, *name))
+                        why = "the server says that something hangs on it";
+                },
+                std::exchange(undo, {})); // one way back for all of them
         }
         if (why.empty()) {
             removal.gone.insert(*name);

@@ -175,21 +175,17 @@ std::vector<std::string> Situation::removable(const std::string& nameSpace) cons
     return recorded == record->classes.end() ? result : recorded->second;
 }
 
-std::vector<std::string> Situation::copied(const NameSet& there,
-                                           const std::vector<std::string>& loaded,
-                                           const std::string& nameSpace,
-                                           const Server& server) const {
-    std::vector<std::string> result;
+void Situation::addCopied(std::vector<std::string>& loaded, const NameSet& there,
+                          const std::string& nameSpace, const Server& server) const {
     std::vector<std::string> associations;
     for (const std::string& name : there)
         if (sameName(name.substr(0, 3), "PG_") && interopClasses.count(name) != 0 &&
             !hasName(loaded, name)) {
             const Mof mof = readListing(server.classText(nameSpace, name), name);
             const bool points = !mof.classes.empty() && !mof.classes.front().references.empty();
-            (points ? associations : result).push_back(name);
+            (points ? associations : loaded).push_back(name);
         }
-    result.insert(result.end(), associations.begin(), associations.end());
-    return result;
+    loaded.insert(loaded.end(), associations.begin(), associations.end());
 }
 
 std::optional<Situation> survey(const Job& job) {

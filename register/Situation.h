@@ -57,11 +57,11 @@ struct Situation {
     /// depend on each other: what was recorded; of an installation of before there were records,
     /// the profile's own.
     std::vector<std::string> removable(const std::string& nameSpace) const;
-    /// Of the classes `there` in a namespace that was made, those that the server itself has put
-    /// there: some of its own interop namespace, in which all of them begin with PG_. In the order
-    /// in which they depend on each other, and on others.
-    std::vector<std::string> copied(const NameSet& there, const std::vector<std::string>& loaded,
-                                    const std::string& nameSpace, const Server& server) const;
+    /// Adds to the classes that were loaded into a namespace that was made those of `there` that
+    /// the server itself has put there: some of its own interop namespace, in which all of them
+    /// begin with PG_. In the order in which they depend on each other, and on others.
+    void addCopied(std::vector<std::string>& loaded, const NameSet& there,
+                   const std::string& nameSpace, const Server& server) const;
 };
 
 /// What the commands work with.

@@ -17,12 +17,8 @@ void heedInterrupt() {
 
 void Transaction::step(const std::string& what, const std::function<void()>& act, Undo undo) {
     heedInterrupt();
-    _undos.push_back(std::move(undo));
-    step(what, act);
-}
-
-void Transaction::step(const std::string& what, const std::function<void()>& act) {
-    heedInterrupt();
+    if (undo.act)
+        _undos.push_back(std::move(undo));
     _report.step(what);
     act();
     heedInterrupt();
