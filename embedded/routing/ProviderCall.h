@@ -2,9 +2,8 @@
 // rules of a CIM server.
 #pragma once
 
-#include "routing/CimOperations.h"
 #include "routing/Errors.h"
-#include "routing/Provider.h"
+#include "routing/ProviderModule.h"
 
 #include <Pegasus/Common/AcceptLanguageList.h>
 #include <Pegasus/Common/CIMInstance.h>

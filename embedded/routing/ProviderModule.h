@@ -4,8 +4,10 @@
 // that come meanwhile wait. If that fails, everything is undone, and the next request tries again.
 #pragma once
 
-#include "routing/Provider.h"
+#include "routing/CimOperations.h"
 #include "routing/Registration.h"
+
+#include <Pegasus/Provider/CIMProvider.h>
 
 #include <chrono>
 #include <filesystem>
@@ -16,6 +18,27 @@
 #include <vector>
 
 namespace embedded::routing {
+
+/// A provider as the router sees it, wherever its code lives. Thread-safety: call() may run on
+/// several threads at once.
+class Provider {
+  public:
+    virtual ~Provider() = default;
+
+    /// For people: "module/name".
+    virtual Pegasus::String name() const = 0;
+
+    /// The module that it is in.
+    virtual const Module& module() const = 0;
+
+    /// Calls `use` with the provider's object, which is ready for requests for `className`. Throws
+    /// what `use` throws, and CIMException if the provider cannot be made ready.
+    virtual void call(const Pegasus::CIMName& className,
+                      const std::function<void(Pegasus::CIMProvider&)>& use) = 0;
+};
+
+/// Adds the module of `provider`, unless it is there or `provider` is null.
+void addModule(std::vector<const Module*>& modules, const Provider* provider);
 
 /// What a module's entry point does: makes the provider of that name.
 using CreateProvider = std::function<Pegasus::CIMProvider*(const Pegasus::String& providerName)>;

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "repository/View.h"
-#include "routing/Provider.h"
+
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMName.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -45,6 +47,9 @@ struct ProviderName {
 
 /// `provider "P" of module "M"`, for people.
 std::string described(const ProviderName& provider);
+
+/// The values of PG_ProviderCapabilities.ProviderType that are routed.
+enum class ProviderType : Pegasus::Uint16 { Instance = 2, Association = 3, Method = 5 };
 
 /// "instance", "association" or "method".
 const char* nameOf(ProviderType type);

@@ -4,7 +4,6 @@
 #include "repository/Repository.h"
 #include "routing/CimOperations.h"
 #include "routing/JoinedAnswer.h"
-#include "routing/Provider.h"
 #include "routing/ProviderModule.h"
 #include "routing/RepositoryAssociations.h"
 
