@@ -61,18 +61,13 @@ CIMInstance withProperties(const CIMInstance& instance, const CIMPropertyList& p
 }
 
 /// Whoever answers for what would be written.
-void requireRole(const Operation& operation) {
-    const bool writes = operation.kind == OperationKind::CreateInstance ||
-                        operation.kind == OperationKind::ModifyInstance ||
-                        operation.kind == OperationKind::DeleteInstance;
-    const Caller& caller = operation.caller;
-    if (!writes || caller.mayWrite)
-        return;
-    throw CIMException(CIM_ERR_ACCESS_DENIED,
-                       caller.userName.size() == 0
-                           ? String("Only a user with the role write may change something.")
-                           : String("User ") + caller.userName +
-                                 " may read only; it takes the role write.");
+void requireRole(const Caller& caller) {
+    if (!caller.mayWrite)
+        throw CIMException(CIM_ERR_ACCESS_DENIED,
+                           caller.userName.size() == 0
+                               ? String("Only a user with the role write may change something.")
+                               : String("User ") + caller.userName +
+                                     " may read only; it takes the role write.");
 }
 
 } // namespace
@@ -90,7 +85,6 @@ Router::Router(repository::Repository& repository, const ProviderModules& module
 
 Plan Router::plan(const Operation& operation) {
     return asCimErrors([&] {
-        requireRole(operation);
         const Question question{operation, _repository.view()};
         switch (operation.kind) {
         case OperationKind::GetInstance:
@@ -214,6 +208,7 @@ void Router::requireWritable(const Question& question, const CIMName& className)
 
 Plan Router::planWrite(const Question& question) {
     const Operation& operation = question.operation;
+    requireRole(operation.caller);
     const CIMObjectPath objectName = operation.kind == OperationKind::DeleteInstance
                                          ? operation.objectName
                                          : operation.instance.getPath();
