@@ -10,15 +10,13 @@
 
 namespace registering {
 
-/// Whether a CIM name may hold the character. (Standards allow more; nobody here uses it.)
-inline bool isNamePart(char c) {
-    return embedded::text::isDigit(c) || embedded::text::isLetter(c) || c == '_';
-}
-
-/// Whether a text is a CIM name, such as that of a class.
+/// Whether a text is a CIM name, such as that of a class. (Standards allow more; nobody here uses
+/// it.)
 inline bool isName(const std::string& name) {
-    return !name.empty() && !embedded::text::isDigit(name[0]) &&
-           std::all_of(name.begin(), name.end(), isNamePart);
+    using namespace embedded::text;
+    return !name.empty() && !isDigit(name[0]) && std::all_of(name.begin(), name.end(), [](char c) {
+        return isDigit(c) || isLetter(c) || c == '_';
+    });
 }
 
 /// Whether a text is a namespace: CIM names with slashes between them.
