@@ -465,8 +465,8 @@ int run(int count, char** arguments) {
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 2;
-    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (nowhere < 0 || ::dup2(nowhere, STDOUT_FILENO) < 0)
+    const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (null < 0 || ::dup2(null, STDOUT_FILENO) < 0)
         throw std::runtime_error("/dev/null cannot be opened");
     bench::readWorld(world);
     const Module module = loaded(library);

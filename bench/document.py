@@ -76,8 +76,8 @@ def save(results, docs):
     kept = Results.read(place / "results.json")
     kept.replace(results)
     kept.write(place / "results.json")
-    paper = docs / "performance.md"
-    paper.write_text(filled(paper.read_text(), kept))
+    document = docs / "performance.md"
+    document.write_text(filled(document.read_text(), kept))
     for name in PLOTS:
         picture = draw(kept, name)
         if picture:

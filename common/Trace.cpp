@@ -38,7 +38,7 @@ void TraceLine::append(Sint32 number) { append(std::string_view(std::to_string(n
 void TraceLine::append(Uint32 number) { append(std::string_view(std::to_string(number))); }
 
 void TraceLine::write() {
-    // Writing and flushing are two steps; the lock keeps them together for hosts that have
+    // Writing and flushing are two steps; the lock keeps them together for servers that have
     // detached the C++ streams from stdio.
     static std::mutex writing;
     append("\n");
