@@ -23,6 +23,7 @@ class Sizes:
         self.namespaces = (0, 10) if quick else (0, 10, 100)
         self.qualifiers = (1000, 2000) if quick else (12500, 25000, 50000)
         self.depth = (100, 200) if quick else (100, 1000)
+        self.providers = (1000, 4000) if quick else (1000, 10000)
         self.instances = (1000, 4000) if quick else (1000, 10000, 100000)
         self.connections = (32, 400) if quick else (1, 8, 32, 128, 400)
         # It takes long to start, to load and to end.
@@ -100,11 +101,11 @@ class Growth:
                 return server.ready
         self._drive("namespaces", self._sizes.namespaces, visit)
 
-    def _loads(self, what, sizes, make):
+    def _loads(self, what, sizes, make, namespace="interop"):
         files = {size: self._file(f"{what.replace(' ', '')}{size}", make(size)) for size in sizes}
 
         def visit(size, side, build):
-            with Cimhost(build, [("interop", files[size])]) as server:
+            with Cimhost(build, [(namespace, files[size])]) as server:
                 self._add(what, size, side, load=self._load_time(server, side))
                 return server.ready
         self._drive(what, sizes, visit)
@@ -114,6 +115,9 @@ class Growth:
 
     def depth(self):
         self._loads("depth of inheritance", self._sizes.depth, mof.depth)
+
+    def providers(self):
+        self._loads("registered providers", self._sizes.providers, mof.providers, "root/PG_InterOp")
 
     def instances(self):
         files = {size: self._file(f"instances{size}", mof.instances(size))
@@ -171,6 +175,7 @@ def measure(setup, results, sizes=None):
         growth.namespaces()
         growth.qualifiers()
         growth.depth()
+        growth.providers()
         growth.instances()
         growth.connections()
         if setup.openpegasus:

@@ -49,6 +49,25 @@ class BENCH_Level{n} : {above} {{
 """
 
 
+def providers(count):
+    """A module that is never asked, with a provider for each class."""
+    yield """
+instance of PG_ProviderModule {
+    Name = "Bench"; Vendor = "Bench"; Version = "1"; InterfaceType = "C++Default";
+    InterfaceVersion = "2.6.0"; Location = "Bench";
+};
+"""
+    for n in range(count):
+        provider = f'ProviderModuleName = "Bench"; {{}}Name = "Provider{n}";'
+        yield f"""
+instance of PG_Provider {{ {provider.format("")} }};
+instance of PG_ProviderCapabilities {{
+    {provider.format("Provider")} CapabilityID = "{n}"; ProviderType = {{2}};
+    ClassName = "BENCH_Class{n}"; Namespaces = {{"interop"}};
+}};
+"""
+
+
 def costly(things):
     """What the costs are measured with: a class of each kind, and a thing with many links."""
     wide = "".join(f"    [Description(\"Number {n}.\")] string P{n};\n" for n in range(900))

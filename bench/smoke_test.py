@@ -73,9 +73,9 @@ class Smoke(unittest.TestCase):
     def test_growth_and_memory_are_measured(self):
         results = Results()
         sizes = types.SimpleNamespace(classes=(5,), namespaces=(1,), qualifiers=(5,), depth=(5,),
-                                      instances=(5,), connections=(2,))
+                                      providers=(5,), instances=(5,), connections=(2,))
         measure_growth.measure(SETUP, results, sizes)
-        self.assertEqual(len(results.whats("growth")), 6)
+        self.assertEqual(len(results.whats("growth")), 7)
         self.assertGreater(results.median("growth", "instances", 5, "now", "memory"), -1 << 20)
         measure_memory.FEW = 10
         measure_memory.IDLE_CONNECTIONS = 4

@@ -192,10 +192,11 @@ def growth(results):
         "namespaces", ["names", "names in %", "load of a namespace"],
         [whole("namespaces", "names", lambda v: number(v, "/s")), relative("namespaces", "names"),
          each("namespaces", "load", seconds)])
-    for what in ("qualifier declarations", "depth of inheritance"):
-        yield growth_table(results, f"Load: {what}", what, ["whole", "each", "each in %"],
-                           [whole(what, "load", seconds), each(what, "load", seconds),
-                            relative_each(what, "load")])
+    for what in ("qualifier declarations", "depth of inheritance", "registered providers"):
+        if what in results.whats("growth"):  # a saved run may be older
+            yield growth_table(results, f"Load: {what}", what, ["whole", "each", "each in %"],
+                               [whole(what, "load", seconds), each(what, "load", seconds),
+                                relative_each(what, "load")])
     what = "instances"
     yield growth_table(results, "Instances: memory and load", what,
                        ["memory of each", "load of each", "load of each in %",

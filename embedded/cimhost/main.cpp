@@ -83,31 +83,28 @@ std::string nameSpaceLine(const repository::View& view, const Pegasus::CIMNamesp
 }
 
 // What one provider answers for: by class, in the order of registration.
-std::vector<std::string> offers(const routing::Registration& registration,
-                                const routing::ProviderName& provider) {
+struct Offers {
     struct Offer {
         std::string className;
         std::vector<std::string> types;
         std::vector<std::string> nameSpaces;
     };
     std::vector<Offer> classes;
+    std::map<std::string, std::size_t> places; // by name, in `classes`
+};
+
+std::map<routing::ProviderName, Offers> offersOf(const routing::Registration& registration) {
+    std::map<routing::ProviderName, Offers> all;
     for (const routing::Capability& capability : registration.capabilities()) {
-        if (capability.provider < provider || provider < capability.provider)
-            continue;
+        Offers& offers = all[capability.provider];
         const std::string className = utf8(capability.className);
-        auto found = std::find_if(classes.begin(), classes.end(),
-                                  [&](const Offer& offer) { return offer.className == className; });
-        if (found == classes.end())
-            found = classes.insert(found, {className, {}, {}});
-        addOnce(found->types, routing::nameOf(capability.type));
-        addOnce(found->nameSpaces, utf8(capability.nameSpace));
+        const auto [known, isNew] = offers.places.emplace(className, offers.classes.size());
+        if (isNew)
+            offers.classes.push_back({className, {}, {}});
+        addOnce(offers.classes[known->second].types, routing::nameOf(capability.type));
+        addOnce(offers.classes[known->second].nameSpaces, utf8(capability.nameSpace));
     }
-    std::vector<std::string> lines;
-    lines.reserve(classes.size());
-    for (const Offer& offer : classes)
-        lines.push_back(offer.className + " (" + listed(offer.types) + ") in " +
-                        listed(offer.nameSpaces));
-    return lines.empty() ? std::vector<std::string>{"no classes"} : lines;
+    return all;
 }
 
 // Describes what the server has and offers, in lines for the person who started it: one for each
@@ -124,10 +121,17 @@ std::vector<std::string> summary(const repository::View& view,
             "module " + utf8(moduleName) + ": " +
             (module.linked ? "part of this program" : routing::libraryFileName(module.location)) +
             (module.stopped ? ", stopped" : ""));
-    for (const routing::ProviderName& provider : registration.providers())
-        for (const std::string& offer : offers(registration, provider))
-            lines.push_back("provider " + utf8(provider.module) + "/" + utf8(provider.name) + ": " +
-                            offer);
+    auto offers = offersOf(registration);
+    for (const routing::ProviderName& provider : registration.providers()) {
+        const std::string name =
+            "provider " + utf8(provider.module) + "/" + utf8(provider.name) + ": ";
+        const Offers& own = offers[provider];
+        for (const Offers::Offer& offer : own.classes)
+            lines.push_back(name + offer.className + " (" + listed(offer.types) + ") in " +
+                            listed(offer.nameSpaces));
+        if (own.classes.empty())
+            lines.push_back(name + "no classes");
+    }
     return lines;
 }
 

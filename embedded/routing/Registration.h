@@ -40,9 +40,6 @@ struct ProviderName {
     bool operator<(const ProviderName& other) const {
         return std::tie(module, name) < std::tie(other.module, other.name);
     }
-    bool operator==(const ProviderName& other) const {
-        return module == other.module && name == other.name;
-    }
 };
 
 /// `provider "P" of module "M"`, for people.

@@ -2,7 +2,7 @@
 #include "routing/Registration.h"
 #include "routing/Values.h"
 
-#include <algorithm>
+#include <set>
 #include <stdexcept>
 
 namespace embedded::routing {
@@ -75,11 +75,13 @@ std::vector<Finding>
 Registration::check(const repository::View& view,
                     const std::vector<std::filesystem::path>& directories) const {
     std::vector<Finding> findings = _findings;
-    for (const Capability& capability : _capabilities)
+    std::set<ProviderName> asked;
+    for (const Capability& capability : _capabilities) {
         routing::check(capability, view, findings);
+        asked.insert(capability.provider);
+    }
     for (const ProviderName& provider : _providers)
-        if (std::none_of(_capabilities.begin(), _capabilities.end(),
-                         [&](const auto& capability) { return capability.provider == provider; }))
+        if (asked.count(provider) == 0)
             problem(findings, described(provider) +
                                   ": no capabilities are registered for it; it is never asked.");
     for (const auto& [name, module] : _modules)
