@@ -40,6 +40,13 @@ class Printed {
         if (_file < 0 || ftruncate(_file, mostPrinted + 1) != 0 ||
             fcntl(_file, F_ADD_SEALS, F_SEAL_GROW) != 0)
             throw std::system_error(errno, std::generic_category(), "no memory for output");
+        // Of a file that was opened by a name, the kernel moves the position for one writer at a
+        // time; processes that write at once into what memfd_create() opened overwrite each other.
+        const std::string name = "/proc/self/fd/" + std::to_string(_file);
+        if (const int opened = open(name.c_str(), O_RDWR | O_CLOEXEC); opened >= 0) {
+            close(_file);
+            _file = opened;
+        }
     }
     Printed(const Printed&) = delete;
     Printed& operator=(const Printed&) = delete;

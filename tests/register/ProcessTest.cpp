@@ -37,6 +37,11 @@ TEST(Process, OneThatPrintsWithoutEndIsKilled) {
     EXPECT_EQ(describe(outcome).substr(0, 31), "printed too much and was killed");
 }
 
+TEST(Process, ThoseThatPrintAtOnceLoseNothing) {
+    const Outcome outcome = shell("for i in 1 2 3 4; do head -c 2000000 /dev/zero & done; wait");
+    EXPECT_EQ(outcome.out.size(), 8'000'000U);
+}
+
 TEST(Process, OneThatHangsIsKilledWithItsChildren) {
     std::array<int, 2> held{}; // by each of them, while it runs
     ASSERT_EQ(pipe(held.data()), 0);
